@@ -1,0 +1,27 @@
+// The index: one SQLite file that says what a repository's files declare and how they refer to one another.
+//
+// Rows are keyed by integers. An edge stands for all the references that one file makes to one declaration by
+// one resolution. Whoever fills an index makes a new file with `create_schema`, inserts, and calls
+// `create_indexes`.
+#pragma once
+
+#include "embedded/sqlite.h"
+
+#include <string>
+
+namespace embedded {
+
+/// The version of the schema that this program writes and reads.
+inline constexpr std::string_view SCHEMA_VERSION = "1";
+
+/// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`.
+void create_schema(Connection& connection);
+
+/// Creates what the queries search by. Best done once all rows are inserted.
+void create_indexes(Connection& connection);
+
+/// Opens an index for reading. Throws `std::runtime_error` with one line that says what to do when there is
+/// no such file, when it is not an index, or when it is an index of another schema version.
+Connection open_index(const std::string& path);
+
+}  // namespace embedded

@@ -1,0 +1,113 @@
+#include "embedded/sqlite.h"
+
+#include <sqlite3.h>
+
+namespace embedded {
+
+void Connection::Closer::operator()(sqlite3* handle) const {
+    sqlite3_close(handle);
+}
+
+Connection::Connection(const std::string& path, Mode mode) : path_(path) {
+    const int flags = mode == Mode::READ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    sqlite3* handle = nullptr;
+    const int code = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    handle_.reset(handle);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+void Connection::execute(const std::string& sql) {
+    if (const int code = sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr); code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+void Connection::fail(int code) const {
+    const char* reason = handle_ == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(handle());
+    constexpr int PRIMARY = 0xFF;
+    throw SqliteError(path_ + ": " + reason, code & PRIMARY);
+}
+
+void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+Statement::Statement(const Connection& connection, std::string_view sql) : connection_(connection) {
+    sqlite3_stmt* statement = nullptr;
+    const int code = sqlite3_prepare_v2(connection.handle(), sql.data(), static_cast<int>(sql.size()),
+                                        &statement, nullptr);
+    statement_.reset(statement);
+    if (code != SQLITE_OK) {
+        connection.fail(code);
+    }
+}
+
+void Statement::bind(int parameter, std::string_view text) {
+    // An empty view may have no address, which SQLite would take for NULL.
+    const char* characters = text.empty() ? "" : text.data();
+    const int code = sqlite3_bind_text64(statement_.get(), parameter, characters, text.size(),
+                                         SQLITE_TRANSIENT, SQLITE_UTF8);
+    if (code != SQLITE_OK) {
+        connection_.fail(code);
+    }
+}
+
+void Statement::bind(int parameter, std::int64_t integer) {
+    if (const int code = sqlite3_bind_int64(statement_.get(), parameter, integer); code != SQLITE_OK) {
+        connection_.fail(code);
+    }
+}
+
+void Statement::bind_null(int parameter) {
+    if (const int code = sqlite3_bind_null(statement_.get(), parameter); code != SQLITE_OK) {
+        connection_.fail(code);
+    }
+}
+
+bool Statement::step() {
+    const int code = sqlite3_step(statement_.get());
+    if (code != SQLITE_ROW && code != SQLITE_DONE) {
+        connection_.fail(code);
+    }
+    return code == SQLITE_ROW;
+}
+
+void Statement::run() {
+    step();
+    reset();
+}
+
+void Statement::reset() {
+    sqlite3_reset(statement_.get());
+}
+
+std::int64_t Statement::integer(int column) const {
+    return sqlite3_column_int64(statement_.get(), column);
+}
+
+std::string_view Statement::text(int column) const {
+    // The address must be asked for first: it may convert the value, and so set the size.
+    const void* address = sqlite3_column_text(statement_.get(), column);
+    const int size = sqlite3_column_bytes(statement_.get(), column);
+    return {static_cast<const char*>(address), static_cast<std::size_t>(size)};
+}
+
+Transaction::Transaction(Connection& connection) : connection_(connection) {
+    connection_.execute("BEGIN");
+}
+
+Transaction::~Transaction() {
+    if (open_) {
+        // A failure here leaves nothing to be done: closing the connection rolls back too.
+        sqlite3_exec(connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void Transaction::commit() {
+    connection_.execute("COMMIT");
+    open_ = false;
+}
+
+}  // namespace embedded

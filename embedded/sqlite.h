@@ -1,0 +1,100 @@
+// SQLite with its resources owned and its failures thrown.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace embedded {
+
+/// A failure of SQLite. `what()` names the database file and SQLite's own words; `code` is the primary result
+/// code (SQLITE_FULL, SQLITE_NOTADB, ...).
+class SqliteError : public std::runtime_error {
+  public:
+    SqliteError(const std::string& message, int code) : std::runtime_error(message), code_(code) {}
+    [[nodiscard]] int code() const { return code_; }
+
+  private:
+    int code_;
+};
+
+/// A connection to one database file. Every function throws `SqliteError`.
+class Connection {
+  public:
+    enum class Mode { READ, CREATE };
+
+    Connection(const std::string& path, Mode mode);
+
+    /// Runs statements that return no rows and take no parameters.
+    void execute(const std::string& sql);
+
+    /// Throws what SQLite last said of this connection, for the result code `code`.
+    [[noreturn]] void fail(int code) const;
+
+    [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+  private:
+    struct Closer {
+        void operator()(sqlite3* handle) const;
+    };
+    std::string path_;
+    std::unique_ptr<sqlite3, Closer> handle_;
+};
+
+/// One prepared statement. The connection must outlive it. Parameters are counted from 1, columns from 0.
+///
+///     Statement files(connection, "SELECT id, path FROM files WHERE language = ?1");
+///     files.bind(1, "cpp");
+///     while (files.step()) { use(files.integer(0), files.text(1)); }
+class Statement {
+  public:
+    Statement(const Connection& connection, std::string_view sql);
+
+    /// The text is copied.
+    void bind(int parameter, std::string_view text);
+    void bind(int parameter, std::int64_t integer);
+    void bind_null(int parameter);
+
+    /// Goes to the next row; false when there is none.
+    bool step();
+    /// Runs a statement that returns no rows, and makes it ready to be bound and run again.
+    void run();
+    /// Makes the statement ready to be bound and run again.
+    void reset();
+
+    /// The column of the current row. NULL reads as 0 or as the empty text. A text is valid until the next
+    /// step.
+    [[nodiscard]] std::int64_t integer(int column) const;
+    [[nodiscard]] std::string_view text(int column) const;
+
+  private:
+    struct Finalizer {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+    const Connection& connection_;
+    std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+};
+
+/// A transaction that is rolled back unless it is committed. Reading inside of one, all statements see one
+/// state of the database.
+class Transaction {
+  public:
+    explicit Transaction(Connection& connection);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void commit();
+
+  private:
+    Connection& connection_;
+    bool open_ = true;
+};
+
+}  // namespace embedded

@@ -1,0 +1,90 @@
+// The names that are private to the component: the pieces that its public functions share, and its limits.
+// For the component's own sources and tests; it is not installed.
+#pragma once
+
+#include "models/edge.h"
+#include "models/symbol.h"
+#include "workers/wiki/scope/facts.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace wiki::scope {
+
+inline constexpr models::ConstantSet TRUSTED = models::TRUSTED_RESOLUTIONS;
+inline constexpr models::ConstantSet TYPE_KINDS{"struct", "interface", "class", "type", "enum"};
+inline constexpr const auto& CALLABLE_KINDS = models::CALLABLE_KINDS;
+
+inline constexpr std::size_t CARD_NAMES = 3;      // names in one cell of a file card
+inline constexpr std::size_t CONSUMER_ROWS = 12;  // consumer files listed
+inline constexpr std::size_t CONSUMER_NAMES = 4;  // names shown for each consumer file
+inline constexpr std::size_t UNUSED_NAMES = 8;    // declarations named as unused from outside
+inline constexpr std::int64_t SIZE_CAP = 40;  // lines: the size of a body beyond which size ranks no further
+
+/// Whether declarations of this kind are callables or types: what a page's API consists of.
+inline bool _is_callable_or_type(std::string_view kind) {
+    return CALLABLE_KINDS.contains(kind) || TYPE_KINDS.contains(kind);
+}
+
+/// Whether a name is private by convention.
+inline bool _is_private(std::string_view name) {
+    return name.starts_with('_');
+}
+
+/// A rule about texts that is asked once for each distinct text. A page has a million references but few
+/// distinct kinds and resolutions, and references from one file mostly stand together. The texts must outlive
+/// this object.
+template <class Rule>
+class OncePerText {
+  public:
+    using Verdict = std::invoke_result_t<Rule&, const Text&>;
+
+    explicit OncePerText(Rule rule) : rule_(std::move(rule)) {}
+
+    Verdict operator()(const Text& text) {
+        if (last_ == nullptr || !last_->same_buffer(text)) {
+            const auto [verdict, is_new] = verdicts_.find_or_add(text);
+            if (is_new) {
+                verdict = rule_(text);
+            }
+            last_ = &text;
+            last_verdict_ = verdict;
+        }
+        return last_verdict_;
+    }
+
+  private:
+    Rule rule_;
+    OrderedMap<Text, Verdict> verdicts_;
+    const Text* last_ = nullptr;
+    Verdict last_verdict_{};
+};
+
+/// The ids of the page's declarations that lie within the lines of another declaration of their file, a type:
+/// members, not top-level code. Both bounds are inclusive, so two types of equal lines are members of each
+/// other. n declarations and t types of one file cost O((n + t) log t).
+OrderedSet<SymbolId> _members(const ScopeFacts& facts);
+
+/// The last two segments of a path: enough to tell two files of one name apart.
+std::string _short_path(std::string_view path);
+
+/// A text made safe to stand in one cell of a Markdown table: bars escaped, line feeds turned into blanks.
+std::string _cell(std::string_view text);
+
+/// The shown names joined by ", ", then " +" and the number of the `total` names that are not shown, if any.
+std::string _shown(std::span<const std::string> shown, std::size_t total);
+
+/// The first `limit` names joined by ", ", then " +" and the number of names left out, if any.
+std::string _named(std::span<const std::string> names, std::size_t limit = CARD_NAMES);
+
+/// How a file card lists the declarations of one file that production code uses most: those used from outside
+/// the page, else those that the page's own files use, each "`name` L<line> (<references>)". Most references
+/// first, equal counts in the given order. The list is whole: the caller cuts it.
+std::vector<std::string> _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in);
+
+}  // namespace wiki::scope

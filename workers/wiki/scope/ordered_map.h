@@ -1,0 +1,277 @@
+// Mappings that remember the order in which their keys were first inserted.
+//
+// Every mapping that this component returns or shows lists its keys in that order, whatever the hash function
+// of the platform. The entries lie side by side in one array, in insertion order; a second array of small
+// slots finds an entry by its key. Counting a million references thus allocates a few arrays, not a node for
+// each key.
+#pragma once
+
+#include "models/text.h"
+#include "utils/saturating.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <iterator>
+#include <limits>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace wiki::scope {
+
+/// How the mappings hash their keys. Texts can be looked up by any characters.
+template <class Key>
+using KeyHash = std::conditional_t<std::is_same_v<Key, models::Text>, models::TextHash, std::hash<Key>>;
+
+/// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in
+/// which the keys were first inserted; no key is ever removed. References to values and iterators stay valid
+/// until the next insertion. A `const OrderedMap` may be read by any number of threads at once. Looking up
+/// and inserting take constant time on average. Throws `std::length_error` at 2^32 - 1 keys.
+template <class Key, class Value>
+class OrderedMap {
+  public:
+    struct Entry {
+        Key key;
+        [[no_unique_address]] Value value;
+        friend bool operator==(const Entry&, const Entry&) = default;
+    };
+
+    OrderedMap() = default;
+
+    /// The entries in their given order; of two with one key the later value stays, at the earlier place.
+    OrderedMap(std::initializer_list<Entry> entries) {
+        reserve(entries.size());
+        for (const Entry& entry : entries) {
+            (*this)[entry.key] = entry.value;
+        }
+    }
+
+    [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+    [[nodiscard]] bool empty() const noexcept { return entries_.empty(); }
+    [[nodiscard]] auto begin() const noexcept { return entries_.begin(); }
+    [[nodiscard]] auto end() const noexcept { return entries_.end(); }
+
+    /// The value of `key`, or null when it has none.
+    template <class Like>
+    [[nodiscard]] const Value* find(const Like& key) const {
+        const std::size_t place = place_of(key, short_hash(key));
+        return place == NONE ? nullptr : &entries_[place].value;
+    }
+
+    template <class Like>
+    [[nodiscard]] bool contains(const Like& key) const {
+        return find(key) != nullptr;
+    }
+
+    /// The value of `key`, or `otherwise` when it has none.
+    template <class Like>
+    [[nodiscard]] Value get(const Like& key, Value otherwise) const {
+        const Value* value = find(key);
+        return value == nullptr ? std::move(otherwise) : *value;
+    }
+
+    /// The value of `key`; a missing key is added at the end first, with `Value()`.
+    Value& operator[](const Key& key) { return find_or_add(key).first; }
+
+    /// The value of `key` and whether the key is new: then it was added at the end, with `Value()`.
+    std::pair<Value&, bool> find_or_add(const Key& key) {
+        const std::uint32_t hash = short_hash(key);
+        if (const std::size_t place = place_of(key, hash); place != NONE) {
+            return {entries_[place].value, false};
+        }
+        make_room();
+        entries_.push_back({key, Value()});
+        occupy(hash, static_cast<std::uint32_t>(entries_.size()));
+        return {entries_.back().value, true};
+    }
+
+    /// Calls `change` with each value, in order.
+    template <class Change>
+    void update_each(Change change) {
+        for (Entry& entry : entries_) {
+            change(entry.value);
+        }
+    }
+
+    /// Makes room for `count` keys.
+    void reserve(std::size_t count) {
+        entries_.reserve(count);
+        if (count > capacity()) {
+            rebuild(count);
+        }
+    }
+
+    /// Equal entries in equal order.
+    friend bool operator==(const OrderedMap& left, const OrderedMap& right) {
+        return left.entries_ == right.entries_;
+    }
+
+  private:
+    // Open addressing with linear probing. A slot keeps the hash of its key, so that most keys that are not
+    // sought are passed over, and the slots laid out anew, without a look at the entries.
+    struct Slot {
+        std::uint32_t position = 0;  // of the entry, counted from 1; 0 when the slot is free
+        std::uint32_t hash = 0;
+    };
+
+    static constexpr std::size_t NONE = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t SMALLEST = 8;
+
+    // Spreads the hash (of an integer it may be the integer itself) over its upper 32 bits.
+    template <class Like>
+    static std::uint32_t short_hash(const Like& key) {
+        constexpr std::uint64_t GOLDEN_RATIO = 0x9E3779B97F4A7C15U;  // 2^64 / phi: multiplicative hashing
+        return static_cast<std::uint32_t>((std::uint64_t{KeyHash<Key>{}(key)} * GOLDEN_RATIO) >> 32U);
+    }
+
+    // The slot at which the search for a hash begins: the upper bits are the ones spread best.
+    [[nodiscard]] std::size_t home(std::uint32_t hash) const { return hash >> shift_; }
+    [[nodiscard]] std::size_t next(std::size_t slot) const { return (slot + 1) & (slots_.size() - 1); }
+
+    // A quarter of the slots stays free.
+    [[nodiscard]] std::size_t capacity() const { return slots_.size() - slots_.size() / 4; }
+
+    template <class Like>
+    [[nodiscard]] std::size_t place_of(const Like& key, std::uint32_t hash) const {
+        if (slots_.empty()) {
+            return NONE;
+        }
+        for (std::size_t at = home(hash); slots_[at].position != 0; at = next(at)) {
+            const std::size_t place = slots_[at].position - 1;
+            if (slots_[at].hash == hash && entries_[place].key == key) {
+                return place;
+            }
+        }
+        return NONE;
+    }
+
+    void occupy(std::uint32_t hash, std::uint32_t position) {
+        std::size_t at = home(hash);
+        while (slots_[at].position != 0) {
+            at = next(at);
+        }
+        slots_[at] = {position, hash};
+    }
+
+    void make_room() {
+        if (entries_.size() == std::numeric_limits<std::uint32_t>::max()) {
+            throw std::length_error("an ordered map holds fewer than 2^32 keys");
+        }
+        if (entries_.size() >= capacity()) {
+            rebuild(entries_.size() + 1);
+        }
+    }
+
+    void rebuild(std::size_t count) {
+        const std::size_t size = std::max(SMALLEST, std::bit_ceil(count + count / 3 + 1));
+        shift_ = 32 - std::countr_zero(size);
+        std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(size));
+        for (const Slot& slot : old) {
+            if (slot.position != 0) {
+                occupy(slot.hash, slot.position);
+            }
+        }
+    }
+
+    std::vector<Entry> entries_;
+    std::vector<Slot> slots_;  // none, or a power of two
+    int shift_ = 0;            // 32 less the logarithm of that power
+};
+
+/// Counts by key: a missing key reads 0, and adding to it creates it at the end.
+template <class Key>
+class Counter : public OrderedMap<Key, std::int64_t> {
+  public:
+    using Entry = typename OrderedMap<Key, std::int64_t>::Entry;
+
+    using OrderedMap<Key, std::int64_t>::OrderedMap;
+
+    /// The count of `key`; reading creates no entry.
+    template <class Like>
+    [[nodiscard]] std::int64_t operator[](const Like& key) const {
+        const std::int64_t* count = this->find(key);
+        return count == nullptr ? 0 : *count;
+    }
+
+    /// Adds `amount`, which may be 0 or negative.
+    void add(const Key& key, std::int64_t amount) {
+        std::int64_t& count = this->find_or_add(key).first;
+        count = utils::saturating_sum(count, amount);
+    }
+
+    /// The sum of all counts.
+    [[nodiscard]] std::int64_t total() const {
+        std::int64_t sum = 0;
+        for (const Entry& entry : *this) {
+            sum = utils::saturating_sum(sum, entry.value);
+        }
+        return sum;
+    }
+
+    /// The first `limit` entries by count, highest first, equal counts in insertion order; all by default.
+    [[nodiscard]] std::vector<Entry> most_common(std::size_t limit = ALL) const {
+        std::vector<const Entry*> order;
+        order.reserve(this->size());
+        for (const Entry& entry : *this) {
+            order.push_back(&entry);
+        }
+        const auto last = order.begin() + static_cast<std::ptrdiff_t>(std::min(limit, order.size()));
+        std::partial_sort(order.begin(), last, order.end(), [](const Entry* left, const Entry* right) {
+            return left->value != right->value ? left->value > right->value : left < right;
+        });
+        std::vector<Entry> entries;
+        std::transform(order.begin(), last, std::back_inserter(entries), [](auto* entry) { return *entry; });
+        return entries;
+    }
+
+  private:
+    static constexpr std::size_t ALL = std::numeric_limits<std::size_t>::max();
+};
+
+/// A set of keys that iterates in the order in which they were first inserted.
+template <class Key>
+class OrderedSet {
+    struct Nothing {
+        friend bool operator==(const Nothing&, const Nothing&) = default;
+    };
+
+  public:
+    OrderedSet() = default;
+    OrderedSet(std::initializer_list<Key> keys) {
+        for (const Key& key : keys) {
+            insert(key);
+        }
+    }
+
+    /// Adds `key` at the end if it is not a member yet; tells whether it was added.
+    bool insert(const Key& key) { return keys_.find_or_add(key).second; }
+
+    template <class Like>
+    [[nodiscard]] bool contains(const Like& key) const {
+        return keys_.contains(key);
+    }
+
+    [[nodiscard]] std::size_t size() const noexcept { return keys_.size(); }
+    [[nodiscard]] bool empty() const noexcept { return keys_.empty(); }
+    void reserve(std::size_t count) { keys_.reserve(count); }
+
+    /// The keys, in order.
+    [[nodiscard]] std::vector<Key> keys() const {
+        std::vector<Key> keys;
+        keys.reserve(size());
+        for (const auto& entry : keys_) {
+            keys.push_back(entry.key);
+        }
+        return keys;
+    }
+
+  private:
+    OrderedMap<Key, Nothing> keys_;
+};
+
+}  // namespace wiki::scope

@@ -1,0 +1,45 @@
+#include "workers/wiki/scope/internal.h"
+
+#include <algorithm>
+
+namespace wiki::scope {
+
+std::string _short_path(std::string_view path) {
+    const std::size_t last = path.rfind('/');
+    if (last == std::string_view::npos || last == 0) {
+        return std::string(path);
+    }
+    const std::size_t previous = path.rfind('/', last - 1);
+    return std::string(previous == std::string_view::npos ? path : path.substr(previous + 1));
+}
+
+std::string _cell(std::string_view text) {
+    std::string cell;
+    cell.reserve(text.size());
+    for (const char character : text) {
+        if (character == '|') {
+            cell += "\\|";
+        } else {
+            cell += character == '\n' ? ' ' : character;
+        }
+    }
+    return cell;
+}
+
+std::string _shown(std::span<const std::string> shown, std::size_t total) {
+    std::string text;
+    for (const std::string& name : shown) {
+        text += text.empty() ? "" : ", ";
+        text += name;
+    }
+    if (total > shown.size()) {
+        text += " +" + std::to_string(total - shown.size());
+    }
+    return text;
+}
+
+std::string _named(std::span<const std::string> names, std::size_t limit) {
+    return _shown(names.first(std::min(limit, names.size())), names.size());
+}
+
+}  // namespace wiki::scope
