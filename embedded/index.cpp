@@ -44,46 +44,44 @@ constexpr const char* INDEXES = R"sql(
     CREATE INDEX edges_by_target ON edges(target_id);
 )sql";
 
+// The schema version that an index states of itself; none when the file is no index.
 std::optional<std::string> schema_version_of(const Connection& connection) {
-    Statement version(connection, "SELECT value FROM meta WHERE key = 'schema_version'");
-    return version.step() ? std::optional(std::string(version.text(0))) : std::nullopt;
-}
-
-std::runtime_error not_an_index(const std::string& path) {
-    return std::runtime_error(
-        path + ": not a wiki-scope index; make one with: wiki-scope import INDEX.scip --index " + path);
+    try {
+        Statement version(connection, "SELECT value FROM meta WHERE key = 'schema_version'");
+        return version.step() ? std::optional(std::string(version.text(0))) : std::nullopt;
+    } catch (const SqliteError& error) {
+        if (error.code() == SQLITE_NOTADB || error.code() == SQLITE_ERROR) {
+            return std::nullopt;
+        }
+        throw;
+    }
 }
 
 }  // namespace
 
-void create_schema(Connection& connection) {
+void create_schema(const Connection& connection) {
     connection.execute(TABLES);
     Statement meta(connection, "INSERT INTO meta(key, value) VALUES('schema_version', ?1)");
     meta.bind(1, SCHEMA_VERSION);
     meta.run();
 }
 
-void create_indexes(Connection& connection) {
+void create_indexes(const Connection& connection) {
     connection.execute(INDEXES);
 }
 
 Connection open_index(const std::string& path) {
+    const std::string advice = "make one with: wiki-scope import INDEX.scip --index " + path;
     if (!std::filesystem::exists(path)) {
-        throw std::runtime_error(
-            path + ": no such index; make one with: wiki-scope import INDEX.scip --index " + path);
+        throw std::runtime_error(path + ": no such index; " + advice);
+    }
+    if (!std::filesystem::is_regular_file(path)) {
+        throw std::runtime_error(path + ": not a wiki-scope index but a folder or a device; name a file");
     }
     Connection connection(path, Connection::Mode::READ);
-    std::optional<std::string> version;
-    try {
-        version = schema_version_of(connection);
-    } catch (const SqliteError& error) {
-        if (error.code() == SQLITE_NOTADB || error.code() == SQLITE_ERROR) {
-            throw not_an_index(path);
-        }
-        throw;
-    }
+    const std::optional<std::string> version = schema_version_of(connection);
     if (!version) {
-        throw not_an_index(path);
+        throw std::runtime_error(path + ": not a wiki-scope index; name another file, or " + advice);
     }
     if (*version != SCHEMA_VERSION) {
         throw std::runtime_error(path + ": an index of schema version " + *version +
@@ -91,6 +89,16 @@ Connection open_index(const std::string& path) {
                                  "; import the SCIP file again");
     }
     return connection;
+}
+
+void require_replaceable(const std::string& path) {
+    const bool holds_nothing = !std::filesystem::exists(path) ||
+                               (std::filesystem::is_regular_file(path) && std::filesystem::is_empty(path));
+    if (!holds_nothing && (!std::filesystem::is_regular_file(path) ||
+                           !schema_version_of(Connection(path, Connection::Mode::READ)))) {
+        throw std::runtime_error(path +
+                                 ": not a wiki-scope index, so it is not replaced by one; name another file");
+    }
 }
 
 }  // namespace embedded

@@ -8,6 +8,7 @@
 #include "embedded/sqlite.h"
 
 #include <string>
+#include <string_view>
 
 namespace embedded {
 
@@ -15,13 +16,17 @@ namespace embedded {
 inline constexpr std::string_view SCHEMA_VERSION = "1";
 
 /// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`.
-void create_schema(Connection& connection);
+void create_schema(const Connection& connection);
 
 /// Creates what the queries search by. Best done once all rows are inserted.
-void create_indexes(Connection& connection);
+void create_indexes(const Connection& connection);
 
 /// Opens an index for reading. Throws `std::runtime_error` with one line that says what to do when there is
 /// no such file, when it is not an index, or when it is an index of another schema version.
 Connection open_index(const std::string& path);
+
+/// Throws `std::runtime_error` with one line when `path` holds anything but an index (of whatever schema
+/// version) or an empty file: what else is there was hardly meant to be replaced.
+void require_replaceable(const std::string& path);
 
 }  // namespace embedded

@@ -16,9 +16,11 @@ Connection::Connection(const std::string& path, Mode mode) : path_(path) {
     if (code != SQLITE_OK) {
         fail(code);
     }
+    constexpr int PATIENCE = 2000;  // milliseconds, while another process holds the file
+    sqlite3_busy_timeout(handle, PATIENCE);
 }
 
-void Connection::execute(const std::string& sql) {
+void Connection::execute(const std::string& sql) const {
     if (const int code = sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr); code != SQLITE_OK) {
         fail(code);
     }
@@ -83,6 +85,10 @@ void Statement::reset() {
     sqlite3_reset(statement_.get());
 }
 
+bool Statement::is_null(int column) const {
+    return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
+}
+
 std::int64_t Statement::integer(int column) const {
     return sqlite3_column_int64(statement_.get(), column);
 }
@@ -94,7 +100,7 @@ std::string_view Statement::text(int column) const {
     return {static_cast<const char*>(address), static_cast<std::size_t>(size)};
 }
 
-Transaction::Transaction(Connection& connection) : connection_(connection) {
+Transaction::Transaction(const Connection& connection) : connection_(connection) {
     connection_.execute("BEGIN");
 }
 

@@ -31,7 +31,7 @@ class Connection {
     Connection(const std::string& path, Mode mode);
 
     /// Runs statements that return no rows and take no parameters.
-    void execute(const std::string& sql);
+    void execute(const std::string& sql) const;
 
     /// Throws what SQLite last said of this connection, for the result code `code`.
     [[noreturn]] void fail(int code) const;
@@ -70,6 +70,7 @@ class Statement {
 
     /// The column of the current row. NULL reads as 0 or as the empty text. A text is valid until the next
     /// step.
+    [[nodiscard]] bool is_null(int column) const;
     [[nodiscard]] std::int64_t integer(int column) const;
     [[nodiscard]] std::string_view text(int column) const;
 
@@ -85,7 +86,7 @@ class Statement {
 /// state of the database.
 class Transaction {
   public:
-    explicit Transaction(Connection& connection);
+    explicit Transaction(const Connection& connection);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -93,7 +94,7 @@ class Transaction {
     void commit();
 
   private:
-    Connection& connection_;
+    const Connection& connection_;
     bool open_ = true;
 };
 

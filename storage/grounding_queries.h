@@ -10,6 +10,7 @@
 #include "models/text.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -28,8 +29,8 @@ inline constexpr models::ConstantSet NAME_MATCH_KINDS{"attribute", "constant"};
 /// A file of the index.
 struct ScopeFile {
     FileId id = 0;
-    models::Text path;      ///< segments separated by "/", the same text in every record
-    models::Text language;  ///< empty when the index knows none
+    models::Text path;                     ///< segments separated by "/", the same text in every record
+    std::optional<models::Text> language;  ///< none, or empty, when the index knows none
 };
 
 /// A declaration. Lines are 1-based and inclusive; an index that does not know them gives 0 or less.

@@ -22,8 +22,8 @@ std::vector<storage::FileId> ids_of(const std::vector<ScopeFile>& files) {
 std::vector<Text> sorted_languages(const std::vector<ScopeFile>& files) {
     std::set<Text> languages;
     for (const ScopeFile& file : files) {
-        if (!file.language.empty()) {
-            languages.insert(file.language);
+        if (file.language && !file.language->empty()) {
+            languages.insert(*file.language);
         }
     }
     return {languages.begin(), languages.end()};
@@ -32,7 +32,7 @@ std::vector<Text> sorted_languages(const std::vector<ScopeFile>& files) {
 TextSet paths_of_languages(const std::vector<ScopeFile>& files, const TextSet& languages) {
     TextSet paths;
     for (const ScopeFile& file : files) {
-        if (languages.contains(file.language)) {
+        if (file.language && languages.contains(*file.language)) {
             paths.insert(file.path);
         }
     }

@@ -87,4 +87,9 @@ std::string _named(std::span<const std::string> names, std::size_t limit = CARD_
 /// first, equal counts in the given order. The list is whole: the caller cuts it.
 std::vector<std::string> _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in);
 
+/// The exported, public, top-level types and callables that are not among `used`, the ids of the declarations
+/// that production files outside the page use: types first, then by rank, then by path.
+std::vector<const ScopeSymbol*> _unused_outside(const ScopeFacts& facts, const OrderedSet<SymbolId>& used,
+                                                const FanIn& fan_in);
+
 }  // namespace wiki::scope

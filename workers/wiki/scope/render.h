@@ -6,9 +6,13 @@
 
 #include "workers/wiki/scope/facts.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace wiki::scope {
 
@@ -20,4 +24,42 @@ namespace wiki::scope {
 std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading,
                               std::span<const std::string> missing = {});
 
+/// The consumers block: who uses the page's code from outside, counted by `is_use` from files that are
+/// neither of the page nor tests. The twelve files with the most references (equal totals in path order) with
+/// the names they use most; how many references match a name only and are not counted; and the exported,
+/// public, top-level types and callables that no production file outside the page uses, types first, then by
+/// rank. `fan_in` is the page's.
+std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading);
+
+/// A declaration in another file that the page uses.
+struct Neighbour {
+    const ScopeSymbol* target;  ///< a record of the `ScopeFacts`, and lives as long
+    std::int64_t refs;
+};
+
+/// The production declarations in other files that the page uses most, by their references, most first; equal
+/// counts by fully qualified name, then in the order of `facts.outbound`. At most `limit`; none when it is 0
+/// or negative. References that only match the name of an attribute or a constant do not count.
+std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit);
+std::vector<Neighbour> neighbours(const ScopeFacts&& facts, std::int64_t limit) = delete;  // would dangle
+
+/// The file of a reference, and the file of its target.
+struct FilePair {
+    Text source_path;
+    Text target_path;
+    friend bool operator==(const FilePair&, const FilePair&) = default;
+};
+
+/// The references that only match the name of an attribute or a constant ("unique" ones), by the pair of
+/// their files, whether tests or not: first those of `facts.inbound`, then those of `facts.outbound`, each in
+/// order.
+OrderedMap<FilePair, std::int64_t> name_match_counts(const ScopeFacts& facts);
+
 }  // namespace wiki::scope
+
+template <>
+struct std::hash<wiki::scope::FilePair> {
+    std::size_t operator()(const wiki::scope::FilePair& pair) const noexcept {
+        return (std::uint64_t{pair.source_path.hash()} << 32U) ^ pair.target_path.hash();
+    }
+};

@@ -28,9 +28,8 @@ std::string _cell(std::string_view text) {
 
 std::string _shown(std::span<const std::string> shown, std::size_t total) {
     std::string text;
-    for (const std::string& name : shown) {
-        text += text.empty() ? "" : ", ";
-        text += name;
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        text.append(i == 0 ? "" : ", ").append(shown[i]);
     }
     if (total > shown.size()) {
         text += " +" + std::to_string(total - shown.size());

@@ -1,0 +1,32 @@
+# Everything a person or CI does with this project. Builds are CMake presets, below build/.
+
+.PHONY: all test demo lint format clean
+
+all: build/dev/build.ninja
+	cmake --build --preset dev
+
+# Installs what is missing, builds, and runs every test.
+test: all
+	ctest --preset dev
+
+# Installs what is missing, builds, indexes a real repository and prints a page of it.
+demo: build/dev/build.ninja
+	tools/install-packages demo
+	cmake --build --preset dev --target wiki-scope
+	demo/run build/dev/embedded/wiki-scope
+
+# Formatting, static analysis, and the second compiler's warnings: no findings.
+lint: build/dev/build.ninja
+	tools/install-packages lint
+	tools/lint
+
+format:
+	tools/install-packages lint
+	tools/sources | xargs -0 clang-format -i
+
+clean:
+	rm -rf build
+
+build/dev/build.ninja: CMakePresets.json
+	tools/install-packages build
+	cmake --preset dev

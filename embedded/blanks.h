@@ -1,0 +1,17 @@
+// Blanks: what separates words in source text.
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+namespace embedded {
+
+inline constexpr std::string_view BLANKS = " \t\r\n\v\f";
+
+/// `text` without the blanks around it.
+constexpr std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    return text.substr(0, text.find_last_not_of(BLANKS) + 1);
+}
+
+}  // namespace embedded

@@ -1,0 +1,89 @@
+#include "embedded/checkout.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <istream>
+#include <stdexcept>
+#include <system_error>
+
+namespace embedded {
+namespace fs = std::filesystem;
+namespace {
+
+bool is_plain(std::string_view path) {
+    return !path.empty() && path.find('\0') == std::string_view::npos;
+}
+
+bool stays_below(const fs::path& path) {
+    return path.is_relative() && std::ranges::find(path, fs::path("..")) == path.end();
+}
+
+// Compares whole segments, so that `/a/b` does not contain `/a/bc`.
+bool contains(const fs::path& folder, const fs::path& path) {
+    return std::ranges::mismatch(folder, path).in1 == folder.end();
+}
+
+void skip_byte_order_mark(std::istream& file) {
+    constexpr std::string_view MARK = "\xEF\xBB\xBF";
+    std::array<char, MARK.size()> head{};
+    if (!file.read(head.data(), head.size()) || std::string_view(head.data(), head.size()) != MARK) {
+        file.clear();
+        file.seekg(0);
+    }
+}
+
+std::vector<std::string> lines_of(std::istream& file) {
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        const bool has_end = !file.eof();
+        if (has_end && line.ends_with('\r')) {
+            line.pop_back();
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+}  // namespace
+
+Checkout::Checkout(const std::string& root) {
+    std::error_code error;
+    root_ = fs::canonical(root, error);
+    if (error || !fs::is_directory(root_, error)) {
+        throw std::runtime_error(root +
+                                 ": not a folder; name the folder that holds the checked-out repository");
+    }
+}
+
+std::optional<fs::path> Checkout::find(std::string_view path) const {
+    if (!is_plain(path) || !stays_below(path)) {
+        return std::nullopt;
+    }
+    std::error_code error;
+    fs::path file = fs::canonical(root_ / path, error);
+    // Only a regular file is opened at all: opening a pipe waits for its writer.
+    if (error || !contains(root_, file) || !fs::is_regular_file(file, error)) {
+        return std::nullopt;
+    }
+    return file;
+}
+
+std::optional<std::vector<std::string>> Checkout::read_lines(std::string_view path) const {
+    const std::optional<fs::path> found = find(path);
+    if (!found) {
+        return std::nullopt;
+    }
+    std::ifstream file(*found, std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    skip_byte_order_mark(file);
+    std::vector<std::string> lines = lines_of(file);
+    if (file.bad()) {
+        return std::nullopt;
+    }
+    return lines;
+}
+
+}  // namespace embedded

@@ -1,0 +1,34 @@
+// The checkout: the working tree of the repository whose index is read.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace embedded {
+
+/// Reads files below one folder, and nothing outside of it.
+class Checkout {
+  public:
+    /// `root` may be a symbolic link; where it leads is settled here. Throws `std::runtime_error` with one
+    /// line that says what to do when it is not an existing folder.
+    explicit Checkout(const std::string& root);
+
+    /// The lines of the file at `path` (relative to the root, segments separated by "/"). LF and CRLF end a
+    /// line and are not part of it; a CR alone is a character like any other. A last line without an end
+    /// counts, a byte-order mark is dropped, an empty file has no lines.
+    ///
+    /// None when the path is empty, absolute or has a segment "..", when a symbolic link leads out of the
+    /// root, and when there is no regular file that can be read. Never waits on a pipe or a device.
+    [[nodiscard]] std::optional<std::vector<std::string>> read_lines(std::string_view path) const;
+
+  private:
+    /// Where `path` leads, free of symbolic links; none when that is no regular file below the root.
+    [[nodiscard]] std::optional<std::filesystem::path> find(std::string_view path) const;
+
+    std::filesystem::path root_;
+};
+
+}  // namespace embedded

@@ -1,0 +1,102 @@
+#include "embedded/command/page_command.h"
+
+#include "embedded/checkout.h"
+#include "embedded/database.h"
+#include "embedded/index.h"
+#include "embedded/page.h"
+#include "embedded/page_json.h"
+#include "embedded/page_markdown.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cerrno>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace embedded {
+
+namespace {
+
+struct Arguments {
+    std::vector<std::string> paths;
+    std::string index;
+    std::string checkout;
+    std::string format = "markdown";
+    PageOptions page;
+    std::vector<std::string> only;
+    bool without_source = false;
+};
+
+MarkdownOptions markdown_options(const Arguments& arguments) {
+    MarkdownOptions options{.only = {}, .with_source = !arguments.without_source};
+    for (const std::string& name : arguments.only) {
+        options.only.insert(section_named(name).value());
+    }
+    return options;
+}
+
+void print_page(const Arguments& arguments) {
+    storage::Database db(open_index(arguments.index));
+    const Checkout checkout(arguments.checkout);
+    const Page page = load_page(db, checkout, arguments.paths, arguments.page);
+    if (arguments.format == "json") {
+        write_json(std::cout, page);
+    } else {
+        write_markdown(std::cout, page, checkout, markdown_options(arguments));
+    }
+    if (!std::cout.flush()) {
+        throw std::runtime_error("the page could not be written: " + std::generic_category().message(errno));
+    }
+}
+
+void add_number(CLI::App& command, const std::string& name, auto& number, const std::string& help) {
+    command.add_option(name, number, help)->type_name("N")->capture_default_str()->group("What is chosen");
+}
+
+}  // namespace
+
+void add_page_command(CLI::App& app) {
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App& page = *app.add_subcommand("page", "Print what the files of a page are");
+    page.add_option("PATH", arguments->paths, "The files of the page; a folder stands for the files below it")
+        ->required();
+    page.add_option("--index", arguments->index, "The index, as made by wiki-scope import")
+        ->type_name("FILE.db")
+        ->required();
+    page.add_option("--checkout", arguments->checkout, "The folder that the paths are relative to")
+        ->type_name("DIR")
+        ->required();
+
+    CLI::Option* format =
+        page.add_option("--format", arguments->format, "markdown for people, json for programs");
+    format->type_name("FORMAT")->check(CLI::IsMember({"markdown", "json"}))->capture_default_str();
+    page.add_option("--only", arguments->only,
+                    "Print these sections of the Markdown alone: " + section_names())
+        ->type_name("SECTION[,SECTION]")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->check(
+            [](const std::string& name) { return section_named(name) ? "" : "no such section: " + name; });
+    page.add_flag("--no-source", arguments->without_source,
+                  "Leave the source of the declarations out of the Markdown");
+
+    PageOptions& numbers = arguments->page;
+    add_number(page, "--total", numbers.total, "Declarations that get a block");
+    add_number(page, "--floor", numbers.floor,
+               "Best declarations that each file gets first, if the total allows");
+    add_number(page, "--max-share", numbers.max_share,
+               "Share of the total that one file may take from others");
+    add_number(page, "--deep", numbers.deep, "Names for a deeper treatment");
+    add_number(page, "--deep-per-file", numbers.deep_per_file,
+               "Names for a deeper treatment from any one file");
+    add_number(page, "--neighbours", numbers.neighbours,
+               "Declarations of other files that the page leans on");
+
+    page.callback([arguments] { print_page(*arguments); });
+}
+
+}  // namespace embedded

@@ -1,0 +1,112 @@
+#include "embedded/page.h"
+
+#include "workers/wiki/scope/ordered_map.h"
+
+#include <filesystem>
+#include <utility>
+
+namespace embedded {
+
+namespace {
+
+// Whether the index holds exactly this file.
+class IndexedFile {
+  public:
+    explicit IndexedFile(const storage::Database& db)
+        : row_(db.connection(), "SELECT 1 FROM files WHERE path = ?1") {}
+
+    bool operator()(const std::string& path) {
+        row_.reset();
+        row_.bind(1, path);
+        return row_.step();
+    }
+
+  private:
+    Statement row_;
+};
+
+// The files of the index below a folder, in path order.
+class FilesBelow {
+  public:
+    explicit FilesBelow(const storage::Database& db)
+        : all_(db.connection(), "SELECT path FROM files ORDER BY path"),
+          below_(db.connection(), "SELECT path FROM files WHERE path > ?1 AND path < ?2 ORDER BY path") {}
+
+    std::vector<std::string> operator()(const std::string& folder) {
+        if (folder == ".") {
+            return paths(all_);
+        }
+        // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
+        below_.reset();
+        below_.bind(1, folder + "/");
+        below_.bind(2, folder + "0");
+        return paths(below_);
+    }
+
+  private:
+    static std::vector<std::string> paths(Statement& rows) {
+        std::vector<std::string> paths;
+        while (rows.step()) {
+            paths.emplace_back(rows.text(0));
+        }
+        rows.reset();
+        return paths;
+    }
+
+    Statement all_;
+    Statement below_;
+};
+
+std::string plain_path(const std::string& named) {
+    std::string plain = std::filesystem::path(named).lexically_normal().generic_string();
+    if (plain.size() > 1 && plain.ends_with('/')) {
+        plain.pop_back();
+    }
+    return plain;
+}
+
+}  // namespace
+
+PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named) {
+    IndexedFile is_indexed(db);
+    FilesBelow files_below(db);
+    wiki::scope::OrderedSet<std::string> indexed;
+    wiki::scope::OrderedSet<std::string> missing;
+    for (const std::string& name : named) {
+        const std::string path = is_indexed(name) ? name : plain_path(name);
+        if (is_indexed(path)) {
+            indexed.insert(path);
+        } else if (const auto files = files_below(path); !files.empty()) {
+            for (const std::string& file : files) {
+                indexed.insert(file);
+            }
+        } else {
+            missing.insert(name);
+        }
+    }
+    return {indexed.keys(), missing.keys()};
+}
+
+std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
+                                                    const wiki::scope::FanIn& fan_in) {
+    constexpr int CALLABLES_AND_TYPES = 0;
+    std::vector<wiki::scope::NamedPath> candidates;
+    for (const storage::ScopeSymbol* symbol : selection) {
+        if (wiki::scope::rank_key(*symbol, fan_in).kind_group == CALLABLES_AND_TYPES) {
+            candidates.push_back({symbol->name, symbol->path});
+        }
+    }
+    return candidates;
+}
+
+Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
+               const PageOptions& options) {
+    const Transaction one_state(db.connection());
+    PagePaths paths = find_page_paths(db, named);
+    const auto read_lines = [&](const models::Text& path) { return checkout.read_lines(path); };
+    return {.options = options,
+            .missing = std::move(paths.missing),
+            .facts = wiki::scope::load_scope_facts(db, paths.indexed, read_lines)};
+}
+
+}  // namespace embedded

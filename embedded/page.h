@@ -1,0 +1,66 @@
+// A page of the embedded host: the files that somebody names, and everything the component states about them.
+#pragma once
+
+#include "embedded/checkout.h"
+#include "embedded/database.h"
+#include "workers/wiki/scope/facts.h"
+#include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/render.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace embedded {
+
+/// What the named paths stand for in an index.
+struct PagePaths {
+    std::vector<std::string>
+        indexed;  ///< files of the index, in the order in which they were named, each once
+    std::vector<std::string>
+        missing;  ///< paths that the index knows neither as a file nor as a folder, as named
+};
+
+/// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path
+/// order;
+/// "." is the root of the repository. "./a//b/" is read as "a/b".
+PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named);
+
+/// How much of a page is chosen. README.md tells what each number does; any value is accepted.
+struct PageOptions {
+    std::int64_t total = 24;         ///< declarations that get a block
+    std::int64_t floor = 2;          ///< best declarations that each file gets before the rest is shared out
+    double max_share = 0.4;          ///< of `total`, for one file, while others have declarations left
+    std::int64_t deep = 6;           ///< names for a deeper treatment
+    std::int64_t deep_per_file = 2;  ///< of these from one file
+    std::int64_t neighbours = 12;    ///< declarations of other files that the page leans on
+};
+
+/// Name and file of the selected callables and types, in the order of the selection.
+std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
+                                                    const wiki::scope::FanIn& fan_in);
+
+/// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this
+/// page.
+struct Page {
+    const PageOptions options;
+    const std::vector<std::string> missing;  ///< the named paths that the index does not hold
+    const wiki::scope::ScopeFacts facts;
+
+    const wiki::scope::FanIn fan_in = wiki::scope::production_fan_in(facts);
+    const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
+    const std::vector<const storage::ScopeSymbol*> selection =
+        wiki::scope::select_with_quota(ranked, fan_in, options.total, options.floor, options.max_share);
+    const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection, fan_in);
+    const std::vector<models::Text> deep =
+        wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
+    const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
+};
+
+/// Grounds the page of the named files and folders. All its facts come from one state of the index.
+Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
+               const PageOptions& options = {});
+
+}  // namespace embedded

@@ -1,0 +1,34 @@
+// A page's grounding as Markdown, for people.
+#pragma once
+
+#include "embedded/checkout.h"
+#include "embedded/page.h"
+
+#include <iosfwd>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace embedded {
+
+/// The sections of a page, in the order in which they are printed.
+enum class Section { FILES, CONSUMERS, DECLARATIONS, IN_DEPTH, DEPENDENCIES, SEEDS };
+
+/// The section that a user calls `name`; none when there is no such section.
+std::optional<Section> section_named(std::string_view name);
+
+/// The names of all sections, in their order, joined by ", ".
+std::string section_names();
+
+struct MarkdownOptions {
+    std::set<Section> only;   ///< the sections to write; all when empty
+    bool with_source = true;  ///< whether each selected declaration stands with its source lines
+};
+
+/// Writes the sections of the page, each under its own "##" heading. The source of the selected declarations
+/// is read from `checkout`; one that is not there is left out.
+void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout,
+                    const MarkdownOptions& options);
+
+}  // namespace embedded

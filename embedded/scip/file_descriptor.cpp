@@ -1,0 +1,27 @@
+#include "embedded/scip/file_descriptor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace embedded::scip {
+
+FileDescriptor::FileDescriptor(const std::string& path, int flags)
+    : number_(open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
+
+FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+FileDescriptor::~FileDescriptor() {
+    if (is_open()) {
+        close(number_);
+    }
+}
+
+std::string last_system_error() {
+    return std::generic_category().message(errno);
+}
+
+}  // namespace embedded::scip

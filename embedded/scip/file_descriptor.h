@@ -1,0 +1,29 @@
+// An open file of the operating system.
+#pragma once
+
+#include <string>
+
+namespace embedded::scip {
+
+/// An open file, closed at the end of its life.
+class FileDescriptor {
+  public:
+    /// Opens the file with the flags of open(2). What `open` says of a failure stands in errno.
+    FileDescriptor(const std::string& path, int flags);
+    ~FileDescriptor();
+    FileDescriptor(FileDescriptor&& other) noexcept;
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(FileDescriptor&&) = delete;
+
+    [[nodiscard]] bool is_open() const { return number_ >= 0; }
+    [[nodiscard]] int number() const { return number_; }
+
+  private:
+    int number_;
+};
+
+/// What the system says of the failure that errno holds.
+std::string last_system_error();
+
+}  // namespace embedded::scip

@@ -1,0 +1,122 @@
+#include "workers/wiki/file_summary.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+namespace {
+
+std::string summary(const std::string& content) {
+    std::vector<std::string> lines;
+    std::istringstream stream(content);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return wiki::file_summary(lines);
+}
+
+struct Case {
+    const char* content;
+    const char* summary;
+};
+
+void expect(const std::vector<Case>& cases) {
+    for (const auto& [content, expected] : cases) {
+        EXPECT_EQ(summary(content), expected) << content;
+    }
+}
+
+TEST(FileSummary, TheFirstParagraphOfEveryKindOfCommentLosesItsMarks) {
+    expect({
+        {"// Sorts\n// \t  rows.\n//\n// Slowly.", "Sorts rows."},
+        {"/// Sorts.\nfn f() {}", "Sorts."},
+        {"//! Sorts.", "Sorts."},
+        {"/* Sorts. */ int a;", "Sorts."},
+        {"/**\n * Sorts\n * rows.\n *\n * Slowly.\n **/", "Sorts rows."},
+        {"/*** Sorts", "Sorts"},
+        {"# Sorts.\n\n# Slowly.", "Sorts."},
+        {"-- Sorts.", "Sorts."},
+        {"--[[ Sorts.\n]]", "Sorts."},
+        {";;; sort.el --- Sorts  -*- lexical-binding: t -*-", "sort.el --- Sorts"},
+        {R"("""Sorts.""")", "Sorts."},
+        {"r'''\nSorts\n=====\nSlowly.\n'''", "Sorts"},
+        {"ur\"\"\"Sorts,\n\nunclosed", "Sorts,"},
+        {"//===-- sort.h - Sorts ------*- C++ -*-===//\n", "sort.h - Sorts"},
+        {"##############\n#   Sorts    #\n##############", "Sorts"},
+    });
+}
+
+TEST(FileSummary, WhatSaysNothingAboutTheFileIsPassedOver) {
+    expect({
+        {"#!/bin/sh\n# -*- coding: utf-8 -*-\n# vim: et\n# Sorts.", "Sorts."},
+        {"# pylint: disable=x\n# Sorts.", "Sorts."},
+        {"/* eslint-disable a,\n   b */\n'use strict';\n/** Sorts. */", "Sorts."},
+        {"/// <reference types=\"node\" />\n// @ts-check\n// Sorts.", "Sorts."},
+        {"//go:build linux\n// +build linux\n\n// Package sort sorts.\npackage sort", "Package sort sorts."},
+        {"#ifndef A_H\n#define A_H 1\n#pragma once\n\n/* Sorts. */", "Sorts."},
+        {"<?php\nnamespace A;\n/** Sorts. */", "Sorts."},
+        {"// SPDX-License-Identifier: MIT\n// Sorts.", "Sorts."},
+        {"// ------\n// sort.c\n// ------\n// Sorts.", "Sorts."},
+        {"/**/ /***/ // Sorts.", "Sorts."},
+    });
+}
+
+TEST(FileSummary, ALicenceIsPassedOverAndWhatStandsAroundItIsNot) {
+    expect({
+        {"/* Copyright (C) 2020 A\n   This file is free.\n\n   This software comes as is. */\n/* Sorts. */",
+         "Sorts."},
+        {"/* Sorts.\n   Copyright (C) 2020 A */", "Sorts."},
+        {"# Copyright 2020 A\n#\n# Sorts.", "Sorts."},
+        {"/* This Source Code Form is subject to the Mozilla Public\n * License, v. 2.0. */\n// Sorts.",
+         "Sorts."},
+        {"// Licensed under the MIT license.\n", ""},
+        {"# Copyright A\n#\n# or\n\n# Sorts.", "Sorts."},
+        {"# Checks licences.", "Checks licences."},
+    });
+}
+
+TEST(FileSummary, TagsEndAParagraphAndOnlyDescribingOnesGiveTheirText) {
+    expect({
+        {"/**\n * @fileoverview Sorts\n * rows.\n * @author A\n */", "Sorts rows."},
+        {"/// \\file sort.h\n/// \\brief Sorts.", "Sorts."},
+        {"/**\n * @internal\n * Sorts.\n * @param a rows\n */", "Sorts."},
+        {"/** @module a\n */\n/** Sorts. */", "Sorts."},
+        {"/** @param a the\n rows */\nf();", ""},
+        {"\"\"\"\n:copyright: me\n\n:mod:`a` sorts.\n\"\"\"", ":mod:`a` sorts."},
+    });
+}
+
+TEST(FileSummary, CodeEndsTheSearch) {
+    for (const char* content : {"", "\n", "int a; // Sorts.", "import a\n# Sorts.", "#include <a>\n// Sorts.",
+                                "#define A 10\n// Sorts.", "# define A\n", ";(f)() // Sorts.", "#menu {\n",
+                                "#[derive(A)]\n/// Sorts.", "/* */ f(); // Sorts."}) {
+        EXPECT_EQ(summary(content), "") << content;
+    }
+}
+
+std::string repeated(const std::string& text, int times) {
+    std::string result;
+    for (int i = 0; i < times; ++i) {
+        result += text;
+    }
+    return result;
+}
+
+TEST(FileSummary, AtMost160CodePointsCutAtAWord) {
+    const std::string e_acute = "\xC3\xA9";
+    const std::string word = repeated(e_acute, 9);
+    EXPECT_EQ(summary("// " + repeated(e_acute, 160)), repeated(e_acute, 160));
+    EXPECT_EQ(summary("// " + repeated(e_acute, 161)), repeated(e_acute, 157) + "...");
+    EXPECT_EQ(summary("// " + repeated(word + " ", 17)), repeated(word + " ", 14) + word + "...");
+    EXPECT_EQ(summary("// " + repeated("a", 157) + " bcd"), repeated("a", 157) + "...");
+    EXPECT_EQ(summary("// a" + repeated("\xA9", 200)), "a" + repeated("\xA9", 156) + "...");
+}
+
+TEST(FileSummary, OnlyTheBeginningOfAnEndlessFileIsRead) {
+    const std::vector<std::string> lines{"/*!", repeated("***** ", 10'000'000) + "sorts", "Sorts. */"};
+    EXPECT_EQ(wiki::file_summary(lines), "Sorts.");
+    EXPECT_EQ(summary(repeated("// Licensed under a license\n", 100'000) + "\n// Sorts."), "Sorts.");
+}
+
+}  // namespace

@@ -1,0 +1,139 @@
+// The queries over a real index file.
+
+#include "embedded/database.h"
+#include "embedded/index.h"
+#include "embedded/page.h"
+#include "storage/grounding_queries.h"
+#include "tests/embedded/temporary_folder.h"
+#include "workers/wiki/scope_tests.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <limits>
+
+namespace embedded {
+namespace {
+
+using Paths = std::vector<std::string>;
+
+// An index that a test fills with SQL.
+class Index : public testing::Test {
+  protected:
+    Index() {
+        const Connection connection(path, Connection::Mode::CREATE);
+        create_schema(connection);
+        create_indexes(connection);
+    }
+
+    void fill(const std::string& sql) const { Connection(path, Connection::Mode::CREATE).execute(sql); }
+    [[nodiscard]] storage::Database open() const { return storage::Database(open_index(path)); }
+
+    TemporaryFolder folder;
+    std::string path = folder / "index.db";
+};
+
+TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
+    fill("INSERT INTO files VALUES(1, 'a.ts', 'typescript'), (2, 'b \"\\|\n.ts', NULL), (3, 'c.ts', '')");
+    fill("INSERT INTO files VALUES(4, CAST(x'ff2e7473' AS TEXT), 'typescript')");  // not UTF-8
+    storage::Database db = open();
+    const auto files = scope_files(db, Paths{"c.ts", "b \"\\|\n.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
+    std::vector<storage::FileId> ids;
+    for (const auto& file : files) {
+        ids.push_back(file.id);
+    }
+    EXPECT_EQ(ids, (std::vector<storage::FileId>{3, 2, 1, 4}));
+    EXPECT_EQ(files[0].language, "");
+    EXPECT_EQ(files[1].language, std::nullopt);
+    EXPECT_TRUE(files[2].language->same_buffer(*files[3].language));
+}
+
+TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
+    fill("INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts')");
+    fill("INSERT INTO symbols VALUES(5, 1, 'later', 'm.later', 'class', 1, 9, 10), (3, 1, 'same', '', "
+         "'enum', 0, 2, 2),"
+         "(2, 1, 'line', '', 'enum', 0, 2, 9), (1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999)");
+    storage::Database db = open();
+    const auto symbols = scope_symbols(db, std::vector<storage::FileId>{2, 1, 2});
+    std::vector<storage::SymbolId> ids;
+    for (const auto& symbol : symbols) {
+        ids.push_back(symbol.id);
+    }
+    EXPECT_EQ(ids, (std::vector<storage::SymbolId>{1, 2, 3, 5}));
+    EXPECT_EQ(symbols[0].kind, "");
+    EXPECT_EQ(symbols[0].start_line, 0);
+    EXPECT_EQ(symbols[0].end_line, std::numeric_limits<std::int32_t>::max());
+    EXPECT_TRUE(symbols[3].is_export && !symbols[2].is_export);
+    EXPECT_EQ(symbols[3].fqn, "m.later");
+    EXPECT_TRUE(symbols[1].kind.same_buffer(symbols[2].kind));
+}
+
+TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
+    fill("INSERT INTO files(id, path) VALUES(1, 'page.ts'), (2, 'z.ts'), (3, 'a.ts'), (4, 'test/a.ts')");
+    fill("INSERT INTO symbols VALUES(1, 1, 'one', 'one', 'class', 1, 1, 1), (2, 1, 'two', 'two', 'class', 1, "
+         "2, 2),"
+         "(3, 2, 'far', 'z.far', 'function', 1, 3, 4)");
+    fill("INSERT INTO edges VALUES(2, 2, 'import', 1), (2, 1, 'unique', 2), (2, 1, 'import', 3), (3, 2, "
+         "'import', 4),"
+         "(1, 1, 'local', 5), (1, 3, 'import', 6), (3, 3, 'import', 7), (4, 2, 'import', 8), (4, 1, "
+         "'unique', 9)");
+    storage::Database db = open();
+    const std::vector<storage::FileId> page{1};
+    std::vector<std::int64_t> inbound;
+    for (const auto& reference : inbound_references(db, page)) {
+        inbound.push_back(reference.refs);
+    }
+    EXPECT_EQ(inbound, (std::vector<std::int64_t>{4, 5, 9, 8, 3, 2, 1}));
+
+    const auto outbound = outbound_references(db, page);
+    ASSERT_EQ(outbound.size(), 1U);
+    EXPECT_EQ(outbound[0].refs, 6);
+    EXPECT_EQ(outbound[0].target.path, "z.ts");
+    EXPECT_EQ(outbound[0].target.fqn, "z.far");
+
+    const auto tests = wiki::importing_tests(db, scope_files(db, Paths{"page.ts", "z.ts"}));
+    EXPECT_EQ(tests, (wiki::TestImports{{"page.ts", {"test/a.ts"}}}));
+}
+
+TEST_F(Index, KnowsTheLanguagesWithResolvedImports) {
+    fill("INSERT INTO languages VALUES('typescript', 1), ('lua', 0), ('go', 1)");
+    storage::Database db = open();
+    const std::vector<models::Text> languages{"lua", "rust", "typescript"};
+    EXPECT_EQ(import_resolved_languages(db, languages), models::TextSet{"typescript"});
+}
+
+TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
+    fill("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
+         "INSERT INTO files SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
+    fill("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2 FROM files");
+    fill("INSERT INTO edges SELECT id, id % 5000 + 1, 'import', 1 FROM files");
+    storage::Database db = open();
+
+    std::vector<std::string> queries;
+    const auto note = [](unsigned, void* noted, void* statement, void*) {
+        static_cast<std::vector<std::string>*>(noted)->push_back(
+            sqlite3_sql(static_cast<sqlite3_stmt*>(statement)));
+        return 0;
+    };
+    sqlite3_trace_v2(db.connection().handle(), SQLITE_TRACE_STMT, note, &queries);
+    const Checkout checkout(folder / "");
+    const Page page = load_page(db, checkout, Paths{"src"});
+    EXPECT_EQ(page.facts.inbound.size(), 5000U);
+    EXPECT_EQ(page.facts.outbound.size(), 5000U);
+
+    sqlite3_trace_v2(db.connection().handle(), 0, nullptr, nullptr);
+    std::erase_if(queries, [](const std::string& sql) { return sql.find("json_each") == std::string::npos; });
+    EXPECT_EQ(queries.size(), 6U);  // the five questions and the tests that import
+    for (const std::string& query : queries) {
+        Statement plan(db.connection(), "EXPLAIN QUERY PLAN " + query);
+        while (plan.step()) {
+            const std::string step(plan.text(3));
+            EXPECT_FALSE(step.starts_with("SCAN edge") || step.starts_with("SCAN symbol") ||
+                         step.starts_with("SCAN file") || step.starts_with("SCAN source"))
+                << step << " in " << query;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace embedded

@@ -1,0 +1,102 @@
+#include "tests/scope/collaborators.h"
+
+#include "utils/path_filter.h"
+#include "workers/wiki/file_summary.h"
+#include "workers/wiki/scope/facts.h"
+
+namespace storage {
+
+Database* listening = nullptr;
+
+namespace {
+
+template <class Range>
+std::string joined(const Range& elements) {
+    std::string text;
+    for (const auto& element : elements) {
+        if constexpr (std::is_integral_v<std::remove_cvref_t<decltype(element)>>) {
+            text += (text.empty() ? "" : ",") + std::to_string(element);
+        } else {
+            text += (text.empty() ? "" : ",") + std::string(element);
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+void Database::note(const std::string& call, const std::string& arguments) {
+    calls.push_back(call + "(" + arguments + ")");
+    if (call == throws_at) {
+        throw Refusal{call};
+    }
+}
+
+std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> paths) {
+    db.note("scope_files", joined(paths));
+    return db.files;
+}
+
+std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> file_ids) {
+    db.note("scope_symbols", joined(file_ids));
+    return db.symbols;
+}
+
+std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
+    db.note("inbound_references", joined(file_ids));
+    return db.inbound;
+}
+
+std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids) {
+    db.note("outbound_references", joined(file_ids));
+    return db.outbound;
+}
+
+models::TextSet import_resolved_languages(Database& db, std::span<const models::Text> languages) {
+    db.note("import_resolved_languages", joined(languages));
+    return db.resolved_languages;
+}
+
+}  // namespace storage
+
+namespace utils {
+
+bool is_test_path(std::string_view path) {
+    if (storage::listening != nullptr) {
+        storage::listening->note("is_test_path", std::string(path));
+    }
+    return path.starts_with("test/") || path == "test.ts";
+}
+
+}  // namespace utils
+
+namespace wiki {
+
+std::string file_summary(std::span<const std::string> lines) {
+    if (storage::listening != nullptr) {
+        storage::listening->note("file_summary", storage::joined(lines));
+    }
+    return lines.empty() ? "nothing" : lines.front();
+}
+
+TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
+    std::string paths;
+    for (const storage::ScopeFile& file : files) {
+        paths += (paths.empty() ? "" : ",") + std::string(file.path);
+    }
+    db.note("importing_tests", paths);
+    return db.test_imports;
+}
+
+// The tests that `importing_tests` found, sorted.
+TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
+    TestsReaching reaching;
+    for (const auto& [path, tests] : facts.test_imports) {
+        std::vector<models::Text>& sorted = reaching.tests_by_file[path];
+        sorted.assign(tests.begin(), tests.end());
+        std::sort(sorted.begin(), sorted.end());
+    }
+    return reaching;
+}
+
+}  // namespace wiki

@@ -1,0 +1,172 @@
+#include "tests/scope/page_builder.h"
+#include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/render.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace wiki::scope {
+namespace {
+
+constexpr const char* BY_EVIDENCE = "# Users\n"
+                                    "\n"
+                                    "Production files outside this page that use its code, counted from "
+                                    "`import` and `local` edges only (evidence); "
+                                    "`unique` and `ambiguous` edges match a name and are not counted.\n";
+
+std::string consumers_of(const PageBuilder& page) {
+    const ScopeFacts facts = page.facts();
+    return render_consumers(facts, production_fan_in(facts), "# Users");
+}
+
+TEST(Consumers, OfAPageThatNothingUsesAreNone) {
+    EXPECT_EQ(consumers_of(PageBuilder()),
+              std::string(BY_EVIDENCE) +
+                  "0 production consumers: no production file outside this page reaches its code "
+                  "through an `import` or `local` edge.\n");
+}
+
+TEST(Consumers, AreListedByTheirReferencesThenByPath) {
+    PageBuilder page;
+    page.files = {{1, "a.ts", "typescript"}};
+    page.import_resolved_paths = {"a.ts"};
+    page.test_sources = {"test/t.ts"};
+    page.inbound = {
+        from("b.ts").to(1, "a.ts", "one").times(2),
+        from("b.ts").to(2, "a.ts", "two").times(2),
+        from("b.ts").to(3, "a.ts", "three"),
+        from("b.ts").to(4, "a.ts", "three").times(2),  // another declaration of that name
+        from("b.ts").to(5, "a.ts", "four"),
+        from("b.ts").to(6, "a.ts", "five"),
+        from("z.ts").to(1, "a.ts", "one").times(9),
+        from("c.ts").to(1, "a.ts", "one").times(4),
+        from("a.ts").to(1, "a.ts", "one").by("local").times(100),
+        from("test/t.ts").to(1, "a.ts", "one").times(100),
+        from("c.ts").to(1, "a.ts", "one").times(5),
+        from("n.ts").to(2, "a.ts", "two").by("unique").times(3),
+        from("b.ts").to(3, "a.ts", "three").by("ambiguous"),
+        from("n.ts").to(2, "a.ts", "two").by("ambiguous"),
+    };
+    EXPECT_EQ(consumers_of(page),
+              std::string(BY_EVIDENCE) +
+                  "- `b.ts` uses `three`, `one`, `two`, `four` +1 (9 refs)\n"
+                  "- `c.ts` uses `one` (9 refs)\n"
+                  "- `z.ts` uses `one` (9 refs)\n"
+                  "Not counted: 2 `ambiguous`, 3 `unique` references from 2 other files that match a "
+                  "name only (an attribute or a call that shares a name with a declaration here).\n");
+}
+
+TEST(Consumers, BeyondTwelveAreCounted) {
+    PageBuilder page;
+    for (char source = 'a'; source < 'a' + 12; ++source) {
+        page.inbound.push_back(from(std::string(1, source).c_str()).to(1, "page.ts", "one"));
+    }
+    EXPECT_EQ(consumers_of(page).find("more files"), std::string::npos);
+    page.inbound.push_back(from("zz").to(1, "page.ts", "one"));
+    EXPECT_TRUE(consumers_of(page).ends_with("- `l` uses `one` (1 refs)\n- _...and 1 more files_\n"));
+}
+
+TEST(Consumers, AreLikelyUsesWhereImportsAreNotResolved) {
+    PageBuilder page;
+    page.files = {{1, "a.lua", "lua"},
+                  {2, "b.ts", "typescript"},
+                  {3, "c", ""},
+                  {4, "d", std::nullopt},
+                  {5, "e.lua", "lua"}};
+    page.import_resolved_paths = {"b.ts"};
+    page.inbound = {from("x.lua").to(1, "a.lua", "one").by("unique").kind("constant")};
+    EXPECT_EQ(
+        consumers_of(page),
+        "# Users\n"
+        "\n"
+        "The index does not resolve imports for files of unknown language, lua, so the files below reference "
+        "this "
+        "page's code by a `unique` name (the only production declaration of that name): likely uses, not "
+        "proven "
+        "ones. Attribute and constant names are not counted.\n"
+        "0 production consumers: no production file outside this page reaches its code by a unique name.\n"
+        "Not counted: 1 `unique` references from 1 other file that match a name only (an attribute or a call "
+        "that "
+        "shares a name with a declaration here).\n");
+}
+
+TEST(Consumers, LeaveOutWhatNothingOutsideUses) {
+    PageBuilder page;
+    page.symbols = {symbol(1, "small").lines(20, 21),
+                    symbol(2, "large").in("b.ts").lines(20, 40),
+                    symbol(3, "used").lines(30, 31),
+                    symbol(4, "_private"),
+                    symbol(5, "hidden").hidden(),
+                    symbol(6, "member").kind("method").lines(51, 52),
+                    symbol(7, "Type").kind("class").lines(50, 60),
+                    symbol(8, "VARIABLE").kind("constant"),
+                    symbol(9, "small").in("Z.ts").lines(20, 21)};
+    page.inbound = {from("x.ts").to(3, "a.ts", "used")};
+    const std::string uses = std::string(BY_EVIDENCE) + "- `x.ts` uses `used` (1 refs)\n";
+    const std::string ending = " (code used inside the page, entry points, and code reached dynamically or "
+                               "by name can still be live).\n";
+    EXPECT_EQ(consumers_of(page),
+              uses +
+                  "Used by no production file outside this page: `Type` (class, `a.ts:L50`), `large` "
+                  "(function, `b.ts:L20`), `small` (function, `Z.ts:L20`), `small` (function, "
+                  "`a.ts:L20`)" +
+                  ending);
+    for (int id = 10; id < 15; ++id) {
+        page.symbols.push_back(symbol(id, "f").lines(70, 71));
+    }
+    EXPECT_TRUE(consumers_of(page).ends_with("`f` (function, `a.ts:L70`) and 1 more" + ending));
+}
+
+OutboundReference outbound(const char* source, const ScopeSymbol& target, const char* resolution,
+                           std::int64_t refs) {
+    return {source, target, resolution, refs};
+}
+
+TEST(Neighbours, AreTheProductionDeclarationsThatThePageUsesMost) {
+    PageBuilder page;
+    page.files = {{1, "a.ts", {}}, {2, "b.ts", {}}};
+    const ScopeSymbol y = symbol(2, "y").in("y.ts").fqn("m.y");
+    const ScopeSymbol x = symbol(3, "x").in("x.ts").fqn("m.x");
+    const ScopeSymbol twin = symbol(4, "x2").in("x.ts").fqn("m.x");
+    const ScopeSymbol constant = symbol(5, "C").in("c.ts").kind("constant");
+    page.outbound = {outbound("a.ts", y, "import", 2),
+                     outbound("a.ts", twin, "unique", 3),
+                     outbound("b.ts", y, "ambiguous", 1),
+                     outbound("b.ts", x, "import", 3),
+                     outbound("a.ts", constant, "unique", 100),
+                     outbound("b.ts", constant, "local", 0),
+                     outbound("a.ts", symbol(6, "t").in("test/t.ts"), "import", 100),
+                     outbound("a.ts", symbol(7, "own").in("b.ts"), "import", 100)};
+    const ScopeFacts facts = page.facts();
+    const auto ids = [&](std::int64_t limit) {
+        std::vector<std::pair<SymbolId, std::int64_t>> found;
+        for (const Neighbour& neighbour : neighbours(facts, limit)) {
+            found.emplace_back(neighbour.target->id, neighbour.refs);
+        }
+        return found;
+    };
+    using Found = std::vector<std::pair<SymbolId, std::int64_t>>;
+    constexpr auto MAX = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(ids(MAX), (Found{{4, 3}, {3, 3}, {2, 3}, {5, 0}}));
+    EXPECT_EQ(ids(2), (Found{{4, 3}, {3, 3}}));
+    EXPECT_EQ(ids(0), Found{});
+    EXPECT_EQ(ids(-MAX - 1), Found{});
+    EXPECT_EQ(neighbours(facts, 3)[2].target, &facts.outbound[2].target);  // of its last counted reference
+}
+
+TEST(NameMatches, AreCountedByFilesInboundFirst) {
+    PageBuilder page;
+    page.inbound = {from("x.ts").to(1).by("unique").kind("attribute").times(2),
+                    from("x.ts").to(1).by("unique"), from("test/t.ts").to(1).by("unique").kind("constant"),
+                    from("x.ts").to(2).by("unique").kind("constant").times(0),
+                    from("x.ts").to(1).kind("constant")};
+    const ScopeSymbol constant = symbol(5, "C").in("c.ts").kind("constant");
+    page.outbound = {outbound("a.ts", constant, "unique", 4), outbound("a.ts", constant, "import", 4)};
+    EXPECT_EQ(name_match_counts(page.facts()),
+              (OrderedMap<FilePair, std::int64_t>{
+                  {{"x.ts", "a.ts"}, 2}, {{"test/t.ts", "a.ts"}, 1}, {{"a.ts", "c.ts"}, 4}}));
+}
+
+}  // namespace
+}  // namespace wiki::scope

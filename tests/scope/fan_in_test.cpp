@@ -1,0 +1,142 @@
+#include "workers/wiki/scope/fan_in.h"
+
+#include "tests/scope/page_builder.h"
+#include "workers/wiki/scope/internal.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace wiki::scope {
+namespace {
+
+using Counts = OrderedMap<SymbolId, std::int64_t>;
+
+TEST(IsUse, FollowsItsTable) {
+    struct Case {
+        const char* resolution;
+        const char* kind;
+        bool import_resolved;
+        bool is_use;
+    };
+    for (const Case& c : std::initializer_list<Case>{{"import", "constant", true, true},
+                                                     {"local", "attribute", true, true},
+                                                     {"unique", "function", false, true},
+                                                     {"unique", "attribute", false, false},
+                                                     {"unique", "constant", false, false},
+                                                     {"unique", "function", true, false},
+                                                     {"ambiguous", "function", false, false},
+                                                     {"legacy", "class", false, false},
+                                                     {"Import", "class", false, false},
+                                                     {"", "class", false, false}}) {
+        EXPECT_EQ(is_use(c.resolution, c.kind, c.import_resolved), c.is_use) << c.resolution << ' ' << c.kind;
+    }
+}
+
+TEST(ProductionFanIn, CountsWhatIsEvidenceOrATrustedNameFromOutsideAndInsideApart) {
+    PageBuilder page;
+    page.files = {{1, "a.ts", "typescript"}, {2, "b.ts", "typescript"}};
+    page.test_sources = {"test/t.ts"};
+    page.inbound = {
+        from("x.ts").to(2).by("import").times(3),
+        from("x.ts").to(2).by("local").kind("constant").times(2),
+        from("x.ts").to(1).by("unique").times(4),
+        from("x.ts").to(3).by("unique").kind("attribute").times(100),  // a collision of names
+        from("x.ts").to(3).by("ambiguous").times(100),
+        from("x.ts").to(4).by("legacy").times(100),
+        from("x.ts").to(5).times(0),
+        from("test/t.ts").to(2).times(100),
+        from("b.ts").to(2).times(5),
+        from("a.ts").to(6).by("local").times(7),
+    };
+    const FanIn fan_in = production_fan_in(page.facts());
+    EXPECT_EQ(fan_in.outside, (Counts{{2, 5}, {1, 4}, {5, 0}}));
+    EXPECT_EQ(fan_in.inside, (Counts{{2, 5}, {6, 7}}));
+}
+
+TEST(ProductionFanIn, FindsThePublicTopLevelCodeThatNothingReferences) {
+    PageBuilder page;
+    page.files = {{1, "a.ts", std::nullopt}};
+    page.test_sources = {"test/t.ts"};
+    page.symbols = {
+        symbol(1, "unreferenced"),
+        symbol(2, "by_test").kind("class").lines(10, 20),
+        symbol(3, "by_legacy"),
+        symbol(4, "by_import"),
+        symbol(5, "by_page"),
+        symbol(6, "by_collision"),
+        symbol(7, "_private"),
+        symbol(8, "hidden").hidden(),
+        symbol(9, "variable").kind("variable"),
+        symbol(10, "member").kind("method").lines(12, 13),
+        symbol(11, "in_test").in("test/t.ts"),
+        symbol(12, "elsewhere").in("b.ts").lines(12, 13),  // the lines of another file's type
+    };
+    page.inbound = {from("test/t.ts").to(2), from("x.ts").to(3).by("legacy"),    from("x.ts").to(4),
+                    from("a.ts").to(5),      from("x.ts").to(6).by("ambiguous"), from("test/t.ts").to(1)};
+    EXPECT_EQ(production_fan_in(page.facts()).entry.keys(), (std::vector<SymbolId>{1, 2, 3, 12}));
+}
+
+TEST(ProductionFanIn, StopsAtTheEndsOfTheIntegers) {
+    PageBuilder page;
+    constexpr std::int64_t MOST = std::numeric_limits<std::int64_t>::max();
+    page.inbound = {from("x.ts").to(1).times(MOST), from("x.ts").to(1).times(MOST),
+                    from("x.ts").to(2).times(-MOST), from("x.ts").to(2).times(-MOST)};
+    EXPECT_EQ(production_fan_in(page.facts()).outside, (Counts{{1, MOST}, {2, -MOST - 1}}));
+}
+
+// Membership as it is defined: any type of the file with another id whose lines enclose the declaration's.
+bool is_member(const ScopeSymbol& symbol, const ScopeFacts& facts) {
+    return std::any_of(facts.symbols.begin(), facts.symbols.end(), [&](const ScopeSymbol& type) {
+        return TYPE_KINDS.contains(type.kind) && type.path == symbol.path && type.id != symbol.id &&
+               type.start_line <= symbol.start_line && type.end_line >= symbol.end_line;
+    });
+}
+
+TEST(Members, AreThoseOfThePlainDefinition) {
+    std::mt19937 random(20);
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    for (int round = 0; round < 2000; ++round) {
+        PageBuilder page;
+        const int ids = 1 + below(12);
+        for (int i = below(12); i > 0; --i) {
+            const int start = below(8) - 1;
+            const char* kinds[] = {"class", "enum", "function"};
+            page.symbols.push_back(symbol(below(ids), "s")
+                                       .in(below(3) == 0 ? "b.ts" : "a.ts")
+                                       .kind(kinds[below(3)])
+                                       .lines(start, start + below(6) - 1));
+        }
+        const ScopeFacts facts = page.facts();
+        const OrderedSet<SymbolId> members = _members(facts);
+        OrderedSet<SymbolId> expected;
+        for (const ScopeSymbol& symbol : facts.symbols) {
+            if (is_member(symbol, facts)) {
+                expected.insert(symbol.id);
+            }
+        }
+        ASSERT_EQ(members.keys(), expected.keys()) << "round " << round;
+    }
+}
+
+TEST(FileUsers, AreOtherProductionFilesInTheOrderOfTheirFirstUse) {
+    PageBuilder page;
+    page.files = {{1, "a.ts", "typescript"}, {2, "b.lua", "lua"}};
+    page.import_resolved_paths = {"a.ts"};
+    page.test_sources = {"test/t.ts"};
+    page.inbound = {
+        from("y.ts").to(1, "b.lua").by("unique").times(2),
+        from("y.ts").to(2, "b.lua").by("unique").kind("constant"),  // a collision of names
+        from("y.ts").to(3, "a.ts").by("unique"),                    // its imports are resolved: no evidence
+        from("a.ts").to(3, "a.ts"),                                 // itself
+        from("test/t.ts").to(3, "a.ts"),
+        from("b.lua").to(3, "a.ts").times(4),
+        from("x.ts").to(3, "a.ts"),
+        from("b.lua").to(4, "a.ts"),
+    };
+    EXPECT_EQ(file_users(page.facts()),
+              (FileUsers{{"b.lua", {{"y.ts", 2}}}, {"a.ts", {{"b.lua", 5}, {"x.ts", 1}}}}));
+}
+
+}  // namespace
+}  // namespace wiki::scope

@@ -1,0 +1,92 @@
+#include "tests/scope/page_builder.h"
+#include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/render.h"
+
+#include <gtest/gtest.h>
+
+namespace wiki::scope {
+namespace {
+
+TEST(TableText, KeepsTheLastTwoSegmentsOfAPath) {
+    const std::pair<const char*, const char*> cases[] = {{"src/daemon/manager.txt", "daemon/manager.txt"},
+                                                         {"a/b", "a/b"},
+                                                         {"a", "a"},
+                                                         {"", ""},
+                                                         {"/x", "/x"},
+                                                         {"a//b", "/b"},
+                                                         {"a/b/", "b/"},
+                                                         {"//", "/"},
+                                                         {"/", "/"},
+                                                         {"a\\b\\c", "a\\b\\c"}};
+    for (const auto& [path, short_path] : cases) {
+        EXPECT_EQ(_short_path(path), short_path) << path;
+    }
+}
+
+TEST(TableText, MakesATextSafeForOneCell) {
+    EXPECT_EQ(_cell("a|b\r\nc\\|\t`*"), "a\\|b\r c\\\\|\t`*");
+}
+
+TEST(TableText, NamesTheFirstFewAndCountsTheRest) {
+    const std::vector<std::string> names{"a", "b, c", "d", "e"};
+    EXPECT_EQ(_named(names), "a, b, c, d +1");
+    EXPECT_EQ(_named(names, 4), "a, b, c, d, e");
+    EXPECT_EQ(_named(names, 0), " +4");
+    EXPECT_EQ(_named({}, 0), "");
+}
+
+constexpr const char* OPENING =
+    "# Cards\n"
+    "\n"
+    "Every file of this page, from the index. Lines and the summary come from the file; the most used "
+    "declarations are "
+    "ranked by the references production code outside the page makes to them (line, references; `in-page` "
+    "when only "
+    "the page's own files use them); users are the other production files that reference the file through "
+    "evidence-backed edges.\n"
+    "\n"
+    "| File | Lines | Declarations | Summary | Most used | Used by | Tests |\n"
+    "|---|---|---|---|---|---|---|\n";
+
+TEST(FileCards, OfAnEmptyPageAreTheOpeningAlone) {
+    const ScopeFacts facts = PageBuilder().facts();
+    EXPECT_EQ(render_file_cards(facts, production_fan_in(facts), "# Cards"), OPENING);
+}
+
+TEST(FileCards, TellEverythingAboutEveryFile) {
+    PageBuilder page;
+    page.files = {{1, "src/a.ts", std::nullopt}, {2, "src/b|b.ts", std::nullopt}, {3, "c.ts", std::nullopt}};
+    page.line_counts = {{"src/a.ts", 120}, {"src/b|b.ts", 0}};
+    page.summaries = {{"src/a.ts", "Says a|b\nand more"}};
+    page.symbols = {symbol(1, "one").in("src/a.ts").lines(10, 20),
+                    symbol(2, "three").in("src/a.ts").lines(30, 31),
+                    symbol(3, "five").in("src/a.ts").lines(40, 41),
+                    symbol(4, "also_three").in("src/a.ts").lines(5, 6),
+                    symbol(5, "one_more").in("src/a.ts"),
+                    symbol(6, "in_page").in("src/a.ts"),
+                    symbol(7, "Inner").in("src/b|b.ts").kind("class"),
+                    symbol(8, "un|used").in("src/b|b.ts")};
+    page.inbound = {from("p/q/x.ts").to(1, "src/a.ts"),
+                    from("p/q/x.ts").to(2, "src/a.ts").times(3),
+                    from("r/q/x.ts").to(3, "src/a.ts").times(5),
+                    from("z.ts").to(4, "src/a.ts").times(3),
+                    from("w.ts").to(5, "src/a.ts"),
+                    from("src/a.ts").to(6, "src/a.ts").times(9),
+                    from("src/a.ts").to(8, "src/b|b.ts").times(2)};
+    page.test_imports = {{"src/a.ts", {"test/4.ts", "test/3.ts", "test/1.ts", "test/2.ts"}}};
+    const ScopeFacts facts = page.facts();
+    const std::vector<std::string> missing{"src/gone.ts", "c.ts"};
+    EXPECT_EQ(render_file_cards(facts, production_fan_in(facts), "# Cards", missing),
+              std::string(OPENING) +
+                  "| `src/a.ts` | 120 | 6 | Says a\\|b and more | `five` L40 (5), `three` L30 (3), "
+                  "`also_three` L5 (3) +2 "
+                  "| q/x.ts, q/x.ts, z.ts +1 | test/1.ts, test/2.ts, test/3.ts +1 |\n"
+                  "| `src/b|b.ts` | 0 | 2 |  | `un\\|used` L1 (in-page 2) | src/a.ts |  |\n"
+                  "| `c.ts` | ? | 0 |  |  |  |  |\n"
+                  "| `src/gone.ts` | ? | 0 | not in the index | | | |\n"
+                  "| `c.ts` | ? | 0 | not in the index | | | |\n");
+}
+
+}  // namespace
+}  // namespace wiki::scope

@@ -1,0 +1,212 @@
+#include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/render.h"
+
+#include <algorithm>
+#include <set>
+#include <tuple>
+
+namespace wiki::scope {
+
+namespace {
+
+// A file that uses the page, and how many references it makes to it.
+using Consumer = Counter<Text>::Entry;
+
+// What the references from production files outside the page amount to.
+struct OutsideUse {
+    Counter<Text> consumers;      // path -> references that count
+    OrderedSet<SymbolId> used;    // the targets of those references
+    Counter<Text> left_out;       // resolution -> references that do not count
+    OrderedSet<Text> left_files;  // the sources of those references
+};
+
+// Calls `visit(reference, counts)` for each reference from a production file outside the page.
+template <class Visit>
+void for_each_from_outside(const ScopeFacts& facts, Visit visit) {
+    const TextSet page = facts.paths();
+    OncePerText is_outside(
+        [&](const Text& path) { return !page.contains(path) && !facts.test_sources.contains(path); });
+    OncePerText import_resolved([&](const Text& path) { return facts.import_resolved(path); });
+    for (const InboundReference& reference : facts.inbound) {
+        if (is_outside(reference.source_path)) {
+            visit(reference, is_use(reference.resolution, reference.target_kind,
+                                    import_resolved(reference.target_path)));
+        }
+    }
+}
+
+OutsideUse use_from_outside(const ScopeFacts& facts) {
+    OutsideUse use;
+    for_each_from_outside(facts, [&](const InboundReference& reference, bool counts) {
+        if (counts) {
+            use.consumers.add(reference.source_path, reference.refs);
+            use.used.insert(reference.target_id);
+        } else {
+            use.left_out.add(reference.resolution, reference.refs);
+            use.left_files.insert(reference.source_path);
+        }
+    });
+    return use;
+}
+
+std::vector<Consumer> first_consumers(const Counter<Text>& consumers) {
+    std::vector<Consumer> first(std::min(consumers.size(), CONSUMER_ROWS));
+    std::partial_sort_copy(consumers.begin(), consumers.end(), first.begin(), first.end(),
+                           [](const Consumer& left, const Consumer& right) {
+                               return left.value != right.value ? left.value > right.value
+                                                                : left.key < right.key;
+                           });
+    return first;
+}
+
+// Consumer -> name of a declaration -> references, for these consumers alone: no other is shown with its
+// names.
+OrderedMap<Text, Counter<Text>> names_used_by(const std::vector<Consumer>& consumers,
+                                              const ScopeFacts& facts) {
+    OrderedMap<Text, Counter<Text>> names;
+    for (const Consumer& consumer : consumers) {
+        names[consumer.key];
+    }
+    OncePerText is_shown([&](const Text& path) { return names.contains(path); });
+    for_each_from_outside(facts, [&](const InboundReference& reference, bool counts) {
+        if (counts && is_shown(reference.source_path)) {
+            names[reference.source_path].add(reference.target_name, reference.refs);
+        }
+    });
+    return names;
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+    return _shown(texts, texts.size());
+}
+
+// The languages of the page without resolved imports, in order, each once.
+std::vector<std::string> unresolved_languages(const ScopeFacts& facts) {
+    std::set<Text> languages;
+    for (const ScopeFile& file : facts.files) {
+        if (!facts.import_resolved(file.path)) {
+            languages.insert(file.language.value_or(Text()));
+        }
+    }
+    std::vector<std::string> names;
+    for (const Text& language : languages) {
+        names.emplace_back(language.empty() ? "files of unknown language" : language.view());
+    }
+    return names;
+}
+
+std::string intro_line(const std::vector<std::string>& unresolved) {
+    if (unresolved.empty()) {
+        return "Production files outside this page that use its code, counted from `import` and `local` "
+               "edges only "
+               "(evidence); `unique` and `ambiguous` edges match a name and are not counted.";
+    }
+    return "The index does not resolve imports for " + joined(unresolved) +
+           ", so the files below reference this page's code by a `unique` name (the only production "
+           "declaration of "
+           "that name): likely uses, not proven ones. Attribute and constant names are not counted.";
+}
+
+std::string consumer_line(const Consumer& consumer, const Counter<Text>& names) {
+    std::vector<std::string> shown;
+    for (const auto& [name, references] : names.most_common(CONSUMER_NAMES)) {
+        shown.push_back("`" + std::string(name) + "`");
+    }
+    return "- `" + std::string(consumer.key) + "` uses " + _shown(shown, names.size()) + " (" +
+           std::to_string(consumer.value) + " refs)";
+}
+
+std::string no_consumers_line(bool by_name) {
+    return std::string("0 production consumers: no production file outside this page reaches its code ") +
+           (by_name ? "by a unique name." : "through an `import` or `local` edge.");
+}
+
+std::string not_counted_line(const Counter<Text>& left_out, std::size_t files) {
+    std::vector<std::string> mix;
+    std::vector<Counter<Text>::Entry> by_resolution(left_out.begin(), left_out.end());
+    std::sort(by_resolution.begin(), by_resolution.end(),
+              [](const auto& left, const auto& right) { return left.key < right.key; });
+    for (const auto& [resolution, references] : by_resolution) {
+        mix.push_back(std::to_string(references) + " `" + std::string(resolution) + "`");
+    }
+    return "Not counted: " + joined(mix) + " references from " + std::to_string(files) + " other file" +
+           (files > 1 ? "s" : "") +
+           " that match a name only (an attribute or a call that shares a name with a declaration here).";
+}
+
+std::string unused_line(const std::vector<const ScopeSymbol*>& unused) {
+    std::vector<std::string> shown;
+    for (std::size_t i = 0; i < unused.size() && i < UNUSED_NAMES; ++i) {
+        const ScopeSymbol& symbol = *unused[i];
+        shown.push_back("`" + std::string(symbol.name) + "` (" + std::string(symbol.kind) + ", `" +
+                        std::string(symbol.path) + ":L" + std::to_string(symbol.start_line) + "`)");
+    }
+    const std::size_t more = unused.size() - shown.size();
+    return "Used by no production file outside this page: " + joined(shown) +
+           (more > 0 ? " and " + std::to_string(more) + " more" : "") +
+           " (code used inside the page, entry points, and code reached dynamically or by name can still be "
+           "live).";
+}
+
+}  // namespace
+
+std::vector<const ScopeSymbol*> _unused_outside(const ScopeFacts& facts, const OrderedSet<SymbolId>& used,
+                                                const FanIn& fan_in) {
+    struct Unused {
+        bool is_no_type;
+        RankKey key;
+        const ScopeSymbol* symbol;
+        [[nodiscard]] auto order() const { return std::tie(is_no_type, key, symbol->path); }
+    };
+    const OrderedSet<SymbolId> members = _members(facts);
+    std::vector<Unused> kept;
+    for (const ScopeSymbol& symbol : facts.symbols) {
+        if (_is_callable_or_type(symbol.kind) && !used.contains(symbol.id) && symbol.is_export &&
+            !_is_private(symbol.name) && !members.contains(symbol.id)) {
+            kept.push_back({!TYPE_KINDS.contains(symbol.kind), rank_key(symbol, fan_in), &symbol});
+        }
+    }
+    std::stable_sort(kept.begin(), kept.end(),
+                     [](const Unused& left, const Unused& right) { return left.order() < right.order(); });
+
+    std::vector<const ScopeSymbol*> unused;
+    unused.reserve(kept.size());
+    for (const Unused& declaration : kept) {
+        unused.push_back(declaration.symbol);
+    }
+    return unused;
+}
+
+std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading) {
+    const OutsideUse use = use_from_outside(facts);
+    const std::vector<std::string> unresolved = unresolved_languages(facts);
+    const std::vector<Consumer> shown = first_consumers(use.consumers);
+    const OrderedMap<Text, Counter<Text>> names = names_used_by(shown, facts);
+
+    std::vector<std::string> lines{std::string(heading), "", intro_line(unresolved)};
+    for (const Consumer& consumer : shown) {
+        lines.push_back(consumer_line(consumer, *names.find(consumer.key)));
+    }
+    if (use.consumers.size() > CONSUMER_ROWS) {
+        lines.push_back("- _...and " + std::to_string(use.consumers.size() - CONSUMER_ROWS) + " more files_");
+    }
+    if (use.consumers.empty()) {
+        lines.push_back(no_consumers_line(!unresolved.empty()));
+    }
+    if (!use.left_out.empty()) {
+        lines.push_back(not_counted_line(use.left_out, use.left_files.size()));
+    }
+    if (const auto unused = _unused_outside(facts, use.used, fan_in); !unused.empty()) {
+        lines.push_back(unused_line(unused));
+    }
+
+    std::string block;
+    for (const std::string& line : lines) {
+        block.append(line).append("\n");
+    }
+    return block;
+}
+
+}  // namespace wiki::scope

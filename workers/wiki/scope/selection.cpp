@@ -1,0 +1,163 @@
+#include "workers/wiki/scope/ranking.h"
+
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+#include <iterator>
+#include <limits>
+#include <utility>
+
+namespace wiki::scope {
+
+namespace {
+
+struct File {
+    const Text* path;
+    std::size_t first;       // of its candidates
+    std::int64_t count;      // of its candidates
+    std::int64_t taken = 0;  // its first so many candidates are picked
+};
+
+// A declaration that can be picked. Paths are distinct, so path and index tell any two apart.
+struct Candidate {
+    RankKey key;
+    File* file;
+    std::int64_t index;  // among the declarations of its file, from 0
+    const ScopeSymbol* symbol;
+};
+
+bool by_rank(const Candidate& left, const Candidate& right) {
+    if (const auto order = left.key <=> right.key; order != 0) {
+        return order < 0;
+    }
+    if (const auto order = *left.file->path <=> *right.file->path; order != 0) {
+        return order < 0;
+    }
+    return left.index < right.index;
+}
+
+bool by_index_then_rank(const Candidate& left, const Candidate& right) {
+    return left.index != right.index ? left.index < right.index : by_rank(left, right);
+}
+
+// The nearest 64-bit integer; the smallest one for what is no number.
+std::int64_t to_integer(double number) {
+    constexpr double BEYOND = 9223372036854775808.0;  // 2^63
+    if (number >= BEYOND) {
+        return std::numeric_limits<std::int64_t>::max();
+    }
+    return number >= -BEYOND ? static_cast<std::int64_t>(number) : std::numeric_limits<std::int64_t>::min();
+}
+
+// total * max_share rounded up, as the double-precision product has it: 25 * 0.28 gives 8, not 7.
+std::int64_t share_of(std::int64_t total, double max_share) {
+    return to_integer(std::ceil(static_cast<double>(total) * max_share));
+}
+
+// One selection: the files, their declarations with a key each, and the blocks not yet given out.
+class Selection {
+  public:
+    Selection(const RankedFiles& ranked, const FanIn& fan_in, std::int64_t total) : budget_(total) {
+        files_.reserve(ranked.size());
+        for (const auto& [path, declarations] : ranked) {
+            if (!declarations.empty()) {
+                const auto count = static_cast<std::int64_t>(declarations.size());
+                File& file = files_.emplace_back(File{&path, candidates_.size(), count});
+                for (const ScopeSymbol* symbol : declarations) {
+                    const auto index = static_cast<std::int64_t>(candidates_.size() - file.first);
+                    candidates_.push_back({rank_key(*symbol, fan_in), &file, index, symbol});
+                }
+            }
+        }
+    }
+
+    [[nodiscard]] std::int64_t file_count() const { return static_cast<std::int64_t>(files_.size()); }
+
+    // Gives each file its best `floor_each` declarations, as long as the budget lasts.
+    void give_floors(std::int64_t floor_each) {
+        std::vector<File*> order;
+        order.reserve(files_.size());
+        for (File& file : files_) {
+            order.push_back(&file);
+        }
+        std::sort(order.begin(), order.end(), [this](const File* left, const File* right) {
+            return by_rank(candidates_[left->first], candidates_[right->first]);
+        });
+        for (File* file : order) {
+            file->taken = std::min({floor_each, file->count, budget_});
+            budget_ -= file->taken;
+        }
+    }
+
+    // Shares the rest of the budget out by rank, no file growing beyond `limit`, for each limit in turn. A
+    // file's declarations are taken only in their order, never with a gap.
+    void share_out(std::initializer_list<std::int64_t> limits) {
+        std::vector<Candidate> rest = candidates_where([](auto& c) { return c.index >= c.file->taken; });
+        std::sort(rest.begin(), rest.end(), by_rank);
+        for (const std::int64_t limit : limits) {
+            for (const Candidate& candidate : rest) {
+                File& file = *candidate.file;
+                if (budget_ > 0 && file.taken == candidate.index && file.taken < limit) {
+                    ++file.taken;
+                    --budget_;
+                }
+            }
+        }
+    }
+
+    [[nodiscard]] std::vector<const ScopeSymbol*> interleaved() const {
+        std::vector<Candidate> picked = candidates_where([](auto& c) { return c.index < c.file->taken; });
+        std::sort(picked.begin(), picked.end(), by_index_then_rank);
+        std::vector<const ScopeSymbol*> symbols;
+        symbols.reserve(picked.size());
+        for (const Candidate& candidate : picked) {
+            symbols.push_back(candidate.symbol);
+        }
+        return symbols;
+    }
+
+  private:
+    template <class Test>
+    [[nodiscard]] std::vector<Candidate> candidates_where(Test test) const {
+        std::vector<Candidate> found;
+        std::copy_if(candidates_.begin(), candidates_.end(), std::back_inserter(found), test);
+        return found;
+    }
+
+    std::vector<File> files_;
+    std::vector<Candidate> candidates_;  // file by file, each file's in their order
+    std::int64_t budget_;
+};
+
+}  // namespace
+
+std::vector<const ScopeSymbol*> select_with_quota(const RankedFiles& ranked, const FanIn& fan_in,
+                                                  std::int64_t total, std::int64_t floor, double max_share) {
+    Selection selection(ranked, fan_in, total);
+    if (selection.file_count() == 0 || total <= 0) {
+        return {};
+    }
+    const std::int64_t floor_each =
+        std::max<std::int64_t>(1, std::min(floor, total / selection.file_count()));
+    const std::int64_t cap = std::max(floor_each, share_of(total, max_share));
+    selection.give_floors(floor_each);
+    selection.share_out({cap, total});
+    return selection.interleaved();
+}
+
+std::vector<Text> pick_spread(std::span<const NamedPath> scored, std::int64_t limit, std::int64_t per_file) {
+    std::vector<Text> picked;
+    Counter<Text> of_path;
+    for (const auto& [name, path] : scored) {
+        if (std::cmp_greater_equal(picked.size(), limit)) {
+            break;
+        }
+        if (of_path[path] < per_file) {
+            picked.push_back(name);
+            of_path.add(path, 1);
+        }
+    }
+    return picked;
+}
+
+}  // namespace wiki::scope
