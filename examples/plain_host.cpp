@@ -80,7 +80,7 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
     return found;
 }
 
-models::TextSet import_resolved_languages(Database&, std::span<const models::Text> languages) {
+models::TextSet import_resolved_languages(Database& /*db*/, std::span<const models::Text> languages) {
     return {languages.begin(), languages.end()};
 }
 
@@ -94,11 +94,12 @@ std::string wiki::file_summary(std::span<const std::string> lines) {
     return !lines.empty() && lines[0].starts_with("// ") ? lines[0].substr(3) : "";
 }
 
-wiki::TestImports wiki::importing_tests(storage::Database&, std::span<const storage::ScopeFile>) {
+wiki::TestImports wiki::importing_tests(storage::Database& /*db*/,
+                                        std::span<const storage::ScopeFile> /*files*/) {
     return {};
 }
 
-wiki::TestsReaching wiki::tests_reaching(const scope::ScopeFacts&) {
+wiki::TestsReaching wiki::tests_reaching(const scope::ScopeFacts& /*facts*/) {
     return {};
 }
 

@@ -91,6 +91,7 @@ std::vector<std::string> unresolved_languages(const ScopeFacts& facts) {
         }
     }
     std::vector<std::string> names;
+    names.reserve(languages.size());
     for (const Text& language : languages) {
         names.emplace_back(language.empty() ? "files of unknown language" : language.view());
     }
@@ -124,10 +125,11 @@ std::string no_consumers_line(bool by_name) {
 }
 
 std::string not_counted_line(const Counter<Text>& left_out, std::size_t files) {
-    std::vector<std::string> mix;
     std::vector<Counter<Text>::Entry> by_resolution(left_out.begin(), left_out.end());
     std::sort(by_resolution.begin(), by_resolution.end(),
               [](const auto& left, const auto& right) { return left.key < right.key; });
+    std::vector<std::string> mix;
+    mix.reserve(by_resolution.size());
     for (const auto& [resolution, references] : by_resolution) {
         mix.push_back(std::to_string(references) + " `" + std::string(resolution) + "`");
     }

@@ -3,6 +3,7 @@
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -98,7 +99,7 @@ std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std:
     rows += OPENING;
     for (const ScopeFile& file : facts.files) {
         const Declarations& declarations = of_path(by_file, file.path);
-        const std::string cells[] = {
+        const std::array cells{
             "`" + std::string(file.path) + "`",
             lines_cell(facts.line_counts.find(file.path)),
             std::to_string(declarations.size()),

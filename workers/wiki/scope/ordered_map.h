@@ -37,7 +37,7 @@ class OrderedMap {
   public:
     struct Entry {
         Key key;
-        [[no_unique_address]] Value value;
+        [[no_unique_address]] Value value{};
         friend bool operator==(const Entry&, const Entry&) = default;
     };
 

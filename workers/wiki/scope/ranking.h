@@ -32,6 +32,7 @@ struct RankKey {
     std::int64_t inside = 0;      ///< negated weighted uses from the page's own files
     std::int64_t start_line = 0;  ///< the first line
 
+    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
     friend auto operator<=>(const RankKey&, const RankKey&) = default;
 };
 

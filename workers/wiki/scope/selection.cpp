@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <compare>
 #include <initializer_list>
 #include <iterator>
 #include <limits>
@@ -27,11 +28,11 @@ struct Candidate {
 };
 
 bool by_rank(const Candidate& left, const Candidate& right) {
-    if (const auto order = left.key <=> right.key; order != 0) {
-        return order < 0;
+    if (const auto order = left.key <=> right.key; std::is_neq(order)) {
+        return std::is_lt(order);
     }
-    if (const auto order = *left.file->path <=> *right.file->path; order != 0) {
-        return order < 0;
+    if (const auto order = *left.file->path <=> *right.file->path; std::is_neq(order)) {
+        return std::is_lt(order);
     }
     return left.index < right.index;
 }
