@@ -28,7 +28,7 @@ void append_words(std::string& paragraph, std::string_view text) {
     }
 }
 
-/// The first paragraph of a block that says what the file is for; empty when there is none.
+// The first paragraph of a block that says what the file is for; empty when there is none.
 std::string description(LeadingComments& block) {
     std::string paragraph;
     bool in_aside = false;
@@ -58,7 +58,7 @@ std::string description(LeadingComments& block) {
     return describes(paragraph) ? paragraph : std::string();
 }
 
-/// How many bytes the code point at the beginning of `text` takes. A byte that begins none counts as one.
+// How many bytes the code point at the beginning of `text` takes. A byte that begins none counts as one.
 std::size_t code_point_bytes(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t bytes = lead < 0xC2 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 1;
@@ -70,7 +70,7 @@ std::size_t code_point_bytes(std::string_view text) {
     return is_whole ? bytes : 1;
 }
 
-/// The first `count` code points of `text`, or all that there are.
+// The first `count` code points of `text`, or all that there are.
 std::string_view first_code_points(std::string_view text, std::size_t count) {
     std::size_t end = 0;
     for (; count > 0 && end < text.size(); --count) {

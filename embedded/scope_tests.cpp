@@ -41,8 +41,8 @@ scope::OrderedMap<Text, scope::OrderedSet<Text>> referring_tests(const scope::Sc
 
 }  // namespace
 
-/// Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test
-/// imports are absent; the others stand in the order of `files`.
+// Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test
+// imports are absent; the others stand in the order of `files`.
 TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
     embedded::Statement rows(db.connection(), R"sql(
         WITH page(file_id, place) AS (SELECT value, min(key) FROM json_each(?1) GROUP BY value),
@@ -66,7 +66,7 @@ TestImports importing_tests(storage::Database& db, std::span<const storage::Scop
     return tests;
 }
 
-/// The tests that refer to or import each file of the page, in path order, each once.
+// The tests that refer to or import each file of the page, in path order, each once.
 TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
     const auto referring = referring_tests(facts);
     std::set<Text> all;

@@ -5,6 +5,7 @@
 #include "workers/wiki/file_summary.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/ranking.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
@@ -24,10 +25,10 @@ class Database {
     };
 
     std::vector<ScopeFile> files{{1, "src/shape.ts", "typescript"}, {2, "src/app/main.ts", "typescript"}};
-    std::vector<ScopeSymbol> symbols{{1, "src/shape.ts", "Shape", "class", true, 2, 3, "Shape"},
+    std::vector<ScopeSymbol> symbols{{1, "src/shape.ts", "Shape", "class", true, 2, 4, "Shape"},
                                      {2, "src/shape.ts", "area", "method", true, 3, 3, "Shape.area"},
                                      {3, "src/app/main.ts", "main", "function", true, 1, 1, "main"}};
-    std::vector<Edge> edges{{"src/app/main.ts", 1, 2}};
+    std::vector<Edge> edges{{"src/app/main.ts", 1, 2}, {"src/shape.ts", 3, 1}};
 
     [[nodiscard]] const ScopeSymbol& symbol(SymbolId id) const {
         return *std::find_if(symbols.begin(), symbols.end(), [id](auto& symbol) { return symbol.id == id; });
@@ -103,16 +104,40 @@ wiki::TestsReaching wiki::tests_reaching(const scope::ScopeFacts& /*facts*/) {
     return {};
 }
 
+namespace {
+
+// The checkout of this host.
+std::optional<std::vector<std::string>> read_lines(const models::Text& path) {
+    if (path != "src/shape.ts") {
+        return std::nullopt;
+    }
+    return {{"// Shapes and their areas.", "export class Shape {", "  area() { return 0; }", "}"}};
+}
+
+}  // namespace
+
 int main() {
     using namespace wiki::scope;
 
     storage::Database db;
-    const std::vector<std::string> paths{"src/shape.ts"};
-    const auto read_lines = [](const Text&) -> std::optional<std::vector<std::string>> {
-        return {{"// Shapes and their areas.", "export class Shape {", "area() { return 0; } }"}};
-    };
+    const std::vector<std::string> paths{"src/shape.ts", "src/unknown.ts"};
+    const std::vector<std::string> missing{"src/unknown.ts"};
 
     const ScopeFacts facts = load_scope_facts(db, paths, read_lines);
     const FanIn fan_in = production_fan_in(facts);
-    std::cout << render_file_cards(facts, fan_in, "## Files");
+
+    std::cout << render_file_cards(facts, fan_in, "## Files", missing) << '\n'
+              << render_consumers(facts, fan_in, "## Consumers") << "\n## Declarations\n\n";
+    for (const ScopeSymbol* declaration :
+         select_with_quota(ranked_by_file(facts, fan_in), fan_in, 24, 2, 0.4)) {
+        std::cout << "- `" << declaration->name << "`, " << declaration->kind << '\n';
+    }
+    std::cout << "\n## Dependencies\n\n";
+    for (const auto& [target, references] : neighbours(facts, 12)) {
+        std::cout << "- `" << target->fqn << "`, " << references << " references\n";
+    }
+    std::cout << "\n## Seeds\n\n";
+    for (const auto& [path, lines] : file_seeds(facts, fan_in)) {
+        std::cout << "- `" << path << ":L" << lines.first << "-L" << lines.last << "`\n";
+    }
 }

@@ -29,13 +29,13 @@ std::string_view first_word(std::string_view text) {
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
-/// A line that opens or closes a block: the positions where it starts, and where the next line does.
+// A line that opens or closes a block: the positions where it starts, and where the next line does.
 struct Fence {
     std::size_t start;
     std::size_t end;
 };
 
-/// The next fence in the text from the start of a line on.
+// The next fence in the text from the start of a line on.
 std::optional<Fence> next_fence(std::string_view text, std::size_t line) {
     while (line < text.size()) {
         const std::size_t end = std::min(text.find('\n', line), text.size() - 1) + 1;
@@ -78,7 +78,7 @@ bool is_parameter(SymbolKind kind) {
            kind == SymbolKind::TYPE_PARAMETER;
 }
 
-/// Whether what the symbol names declares nothing: a scope only, or a name of some signature.
+// Whether what the symbol names declares nothing: a scope only, or a name of some signature.
 bool declares_nothing(Suffix suffix, SymbolKind kind) {
     switch (suffix) {
     case Suffix::NAMESPACE:
@@ -96,7 +96,7 @@ bool declares_nothing(Suffix suffix, SymbolKind kind) {
     return true;
 }
 
-/// The kind of row for a kind that the indexer states; none when the number says nothing.
+// The kind of row for a kind that the indexer states; none when the number says nothing.
 std::optional<std::string_view> stated_kind(SymbolKind kind) {
     switch (kind) {
     case SymbolKind::CLASS:
@@ -134,7 +134,7 @@ std::optional<std::string_view> stated_kind(SymbolKind kind) {
     case SymbolKind::METHOD:
     case SymbolKind::ABSTRACT_METHOD:
     case SymbolKind::METHOD_ALIAS:
-    case SymbolKind::METHOD_SPECIFICATION:
+    case SymbolKind::METHOD_SPEC:
     case SymbolKind::PROTOCOL_METHOD:
     case SymbolKind::PURE_VIRTUAL_METHOD:
     case SymbolKind::SINGLETON_METHOD:

@@ -24,7 +24,7 @@ namespace {
 
 using Id = std::int64_t;  // of a row, from 1; 0 for none
 
-/// The declarations of one file, by symbol.
+// The declarations of one file, by symbol.
 using DeclarationIds = std::unordered_map<std::string_view, Id>;
 
 struct File {
@@ -34,16 +34,16 @@ struct File {
     DeclarationIds declarations;
 };
 
-/// What the whole index knows of a global symbol.
+// What the whole index knows of a global symbol.
 struct Symbol {
     Id target = 0;              // the declaration that other files' references lead to
     bool is_described = false;  // whether the target's file describes the symbol
 };
 
-/// All symbols seen so far. Strings are parsed when they are first seen, and only then.
+// All symbols seen so far. Strings are parsed when they are first seen, and only then.
 class Symbols {
   public:
-    /// The symbol, valid until the next call; null for one that is local, empty, or does not parse.
+    // The symbol, valid until the next call; null for one that is local, empty, or does not parse.
     Symbol* find(std::string_view symbol) {
         if (symbol.empty() || is_local(symbol)) {
             return nullptr;
@@ -70,7 +70,7 @@ bool is_usable(std::string_view path) {
            framed.find("/../") == std::string::npos;
 }
 
-/// The files in path order, each with its documents in the order in which they came.
+// The files in path order, each with its documents in the order in which they came.
 std::vector<File> files_of(const Index& index) {
     std::map<std::string_view, std::vector<const Document*>> documents_by_path;
     for (const Document& document : index.documents) {
@@ -86,14 +86,14 @@ std::vector<File> files_of(const Index& index) {
     return files;
 }
 
-/// The language that the first of the file's documents to state one states; empty when none does.
+// The language that the first of the file's documents to state one states; empty when none does.
 std::string_view stated_language(const File& file) {
     const auto stated = std::find_if(file.documents.begin(), file.documents.end(),
                                      [](const Document* document) { return !document->language.empty(); });
     return stated == file.documents.end() ? std::string_view() : (*stated)->language;
 }
 
-/// What the documents of one file say of the symbols that it defines.
+// What the documents of one file say of the symbols that it defines.
 struct Definitions {
     struct Definition {
         std::string_view symbol;
@@ -117,14 +117,14 @@ struct Definitions {
     [[nodiscard]] bool describes(std::string_view symbol) const { return descriptions.contains(symbol); }
 };
 
-/// A row of a declaration before it has its number.
+// A row of a declaration before it has its number.
 struct Row {
     std::string_view symbol;
     Lines lines;
     Declaration declaration;
 };
 
-/// The declarations among a file's definitions, in the order of their rows.
+// The declarations among a file's definitions, in the order of their rows.
 std::vector<Row> rows_of(const Definitions& definitions) {
     std::vector<Row> rows;
     for (const Definitions::Definition& definition : definitions.in_order) {
@@ -141,7 +141,7 @@ std::vector<Row> rows_of(const Definitions& definitions) {
     return rows;
 }
 
-/// One import: reads an index, and fills a database that has the schema already.
+// One import: reads an index, and fills a database that has the schema already.
 class Import {
   public:
     Import(const MappedFile& scip, const Index& index, Connection& out, const ImportProgress& progress)
@@ -248,8 +248,8 @@ class Import {
         return definitions;
     }
 
-    /// Makes the declaration the target of other files' references, unless one before it has the better
-    /// claim.
+    // Makes the declaration the target of other files' references, unless one before it has the better
+    // claim.
     void declare(std::string_view name, Id declaration, bool is_described) {
         Symbol& symbol = *symbols_.find(name);
         if (symbol.target == 0 || (is_described && !symbol.is_described)) {
@@ -277,7 +277,7 @@ class Import {
         std::int64_t count = 0;
     };
 
-    /// The references of a file by target. A target is in the file or not, so it has one resolution.
+    // The references of a file by target. A target is in the file or not, so it has one resolution.
     std::map<Id, References> references_of(const File& file) {
         std::map<Id, References> references;
         for_each_document(file, [&](const Document& document) {
@@ -325,7 +325,7 @@ class Import {
     ImportCounts counts_;
 };
 
-/// Writes a new database and closes it.
+// Writes a new database and closes it.
 ImportCounts write_index(const std::string& path, const MappedFile& scip, const Index& index,
                          const ImportProgress& progress) {
     Connection out(path, Connection::Mode::CREATE);
@@ -345,7 +345,7 @@ std::int64_t count_rows(const Connection& index, const std::string& table) {
     return count.integer(0);
 }
 
-/// Whether what was written can be opened again and holds every row.
+// Whether what was written can be opened again and holds every row.
 bool is_complete(const std::string& path, const ImportCounts& counts) {
     const Connection index = open_index(path);
     return count_rows(index, "files") == counts.files &&

@@ -43,7 +43,7 @@ enum class SymbolKind : std::int32_t {
     CONTRACT = 62,
     LIBRARY = 64,
     ABSTRACT_METHOD = 66,
-    METHOD_SPECIFICATION = 67,
+    METHOD_SPEC = 67,
     PROTOCOL_METHOD = 68,
     PURE_VIRTUAL_METHOD = 69,
     TRAIT_METHOD = 70,

@@ -26,7 +26,7 @@ std::string_view take_text(pbf_reader& fields) {
     return {view.data(), view.size()};
 }
 
-/// Gathers the numbers of a range: [line, column, end column] or [line, column, end line, end column].
+// Gathers the numbers of a range: [line, column, end column] or [line, column, end line, end column].
 class RangeNumbers {
   public:
     void add(std::int32_t value) {
@@ -167,8 +167,8 @@ std::runtime_error damaged(const std::string& file, const std::string& what, std
                               " does not parse); run its indexer again, or copy it again");
 }
 
-/// Whether the first field of a file, which runs past the file's end, is metadata as far as it goes. `field`
-/// stands behind the field's tag.
+// Whether the first field of a file, which runs past the file's end, is metadata as far as it goes. `field`
+// stands behind the field's tag.
 bool begins_as_metadata(const pbf_reader& field) {
     const protozero::data_view rest = field.data();
     const char* begin = rest.data();
@@ -184,7 +184,7 @@ bool begins_as_metadata(const pbf_reader& field) {
     return true;
 }
 
-/// Passes over a field; false when the file ends before the field does.
+// Passes over a field; false when the file ends before the field does.
 bool skips(pbf_reader& fields) {
     try {
         fields.skip();
@@ -194,7 +194,7 @@ bool skips(pbf_reader& fields) {
     }
 }
 
-/// Takes the metadata, which stands first in every SCIP file.
+// Takes the metadata, which stands first in every SCIP file.
 Metadata take_metadata(const std::string& file, pbf_reader& fields) {
     try {
         if (!fields.next() || fields.tag_and_type() != bytes_of(1)) {

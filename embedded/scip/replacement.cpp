@@ -14,7 +14,7 @@ namespace embedded::scip {
 
 namespace {
 
-/// Whether the open file is still the one at the path: its last owner may have removed it in the meantime.
+// Whether the open file is still the one at the path: its last owner may have removed it in the meantime.
 bool is_at(const FileDescriptor& file, const std::string& path) {
     struct stat opened {};
     struct stat found {};

@@ -20,8 +20,8 @@ bool take(std::string_view& rest, char expected) {
     return true;
 }
 
-/// Takes a part before the descriptors with the single space that ends it; a doubled space belongs to the
-/// part.
+// Takes a part before the descriptors with the single space that ends it; a doubled space belongs to the
+// part.
 bool take_part(std::string_view& rest) {
     for (std::size_t space = rest.find(' '); space != std::string_view::npos;
          space = rest.find(' ', space + 2)) {
@@ -67,7 +67,7 @@ std::optional<std::string> take_name(std::string_view& rest) {
     return name && !name->empty() ? std::move(name) : std::nullopt;
 }
 
-/// Takes what follows the opening parenthesis of a method.
+// Takes what follows the opening parenthesis of a method.
 bool take_disambiguator(std::string_view& rest) {
     return (rest.starts_with(')') || take_name(rest)) && take(rest, ')') && take(rest, '.');
 }
