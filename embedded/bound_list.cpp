@@ -38,8 +38,7 @@ std::string array_of(std::span<const Element> elements, Append append) {
 }  // namespace
 
 std::string bound_list(std::span<const std::int64_t> integers) {
-    return array_of(integers,
-                    [](std::string& list, std::int64_t integer) { list += std::to_string(integer); });
+    return array_of(integers, [](std::string& list, std::int64_t integer) { list += std::to_string(integer); });
 }
 
 std::string bound_list(std::span<const std::string> texts) {

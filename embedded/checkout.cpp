@@ -51,8 +51,7 @@ Checkout::Checkout(const std::string& root) {
     std::error_code error;
     root_ = fs::canonical(root, error);
     if (error || !fs::is_directory(root_, error)) {
-        throw std::runtime_error(root +
-                                 ": not a folder; name the folder that holds the checked-out repository");
+        throw std::runtime_error(root + ": not a folder; name the folder that holds the checked-out repository");
     }
 }
 

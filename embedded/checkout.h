@@ -12,16 +12,16 @@ namespace embedded {
 /// Reads files below one folder, and nothing outside of it.
 class Checkout {
   public:
-    /// `root` may be a symbolic link; where it leads is settled here. Throws `std::runtime_error` with one
-    /// line that says what to do when it is not an existing folder.
+    /// `root` may be a symbolic link; where it leads is settled here. Throws `std::runtime_error` with one line that
+    /// says what to do when it is not an existing folder.
     explicit Checkout(const std::string& root);
 
-    /// The lines of the file at `path` (relative to the root, segments separated by "/"). LF and CRLF end a
-    /// line and are not part of it; a CR alone is a character like any other. A last line without an end
-    /// counts, a byte-order mark is dropped, an empty file has no lines.
+    /// The lines of the file at `path` (relative to the root, segments separated by "/"). LF and CRLF end a line and
+    /// are not part of it; a CR alone is a character like any other. A last line without an end counts, a byte-order
+    /// mark is dropped, an empty file has no lines.
     ///
-    /// None when the path is empty, absolute or has a segment "..", when a symbolic link leads out of the
-    /// root, and when there is no regular file that can be read. Never waits on a pipe or a device.
+    /// None when the path is empty, absolute or has a segment "..", when a symbolic link leads out of the root, and
+    /// when there is no regular file that can be read. Never waits on a pipe or a device.
     [[nodiscard]] std::optional<std::vector<std::string>> read_lines(std::string_view path) const;
 
   private:

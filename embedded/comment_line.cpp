@@ -16,14 +16,14 @@ using std::string_view;
 // Addressed to a tool, in its own spelling.
 constexpr auto DIRECTIVES = std::to_array<string_view>(
     {// JavaScript, TypeScript, style sheets
-     "eslint ", "eslint-", "jshint ", "jshint:", "jslint ", "jscs:", "tslint:", "prettier-", "stylelint-",
-     "global ", "globals ", "exported ", "istanbul ", "c8 ", "v8 ignore", "biome-", "deno-", "oxlint-",
-     "use strict", "<reference ", "<amd-",
+     "eslint ", "eslint-", "jshint ", "jshint:", "jslint ", "jscs:", "tslint:", "prettier-", "stylelint-", "global ",
+     "globals ", "exported ", "istanbul ", "c8 ", "v8 ignore", "biome-", "deno-", "oxlint-", "use strict",
+     "<reference ", "<amd-",
      // editors and encodings
      "vim:", "vi:", "ex:", "coding:", "coding=", "encoding:", "encoding=",
      // Python, Ruby, shell
-     "noqa", "pylint:", "flake8:", "mypy:", "ruff:", "isort:", "yapf:", "fmt:", "type:", "pyright:",
-     "pragma:", "cython:", "distutils:", "frozen_string_literal:", "rubocop:", "shellcheck ",
+     "noqa", "pylint:", "flake8:", "mypy:", "ruff:", "isort:", "yapf:", "fmt:", "type:", "pyright:", "pragma:",
+     "cython:", "distutils:", "frozen_string_literal:", "rubocop:", "shellcheck ",
      // C++, Go
      "clang-format ", "NOLINT", "IWYU pragma", "go:", "+build "});
 
@@ -42,23 +42,21 @@ constexpr std::array<string_view, 8> DESCRIBING_TAGS{"file",    "fileoverview", 
                                                      "summary", "description",  "desc",     "details"};
 
 // How the first line of a licence begins, even right below a description.
-constexpr auto NOTICES =
-    std::to_array<string_view>({// whose
-                                "copyright", "portions copyright", "<copyright", "(c) ", "©",
-                                // on which terms
-                                "licensed ", "license:", "licence:", "license ", "begin license",
-                                "released under ", "distributed under ", "this file is part of "});
+constexpr auto NOTICES = std::to_array<string_view>({// whose
+                                                     "copyright", "portions copyright", "<copyright", "(c) ", "©",
+                                                     // on which terms
+                                                     "licensed ", "license:", "licence:", "license ", "begin license",
+                                                     "released under ", "distributed under ", "this file is part of "});
 
 constexpr auto LICENCE_PHRASES = std::to_array<string_view>(
     {// whose
      "copyright: ", "copyright (c)", "copyright ©", "copyright 19", "copyright 20", "(c) 19", "(c) 20",
      "all rights reserved",
      // which
-     "mit license", "apache license", "bsd license", "bsd-style", "public license", "public domain",
-     "free software",
+     "mit license", "apache license", "bsd license", "bsd-style", "public license", "public domain", "free software",
      // on which terms
-     "licensed under", "under the terms of", "license agreement", "license information",
-     "permission is hereby", "permission to use", "redistribution and use", "warranty"});
+     "licensed under", "under the terms of", "license agreement", "license information", "permission is hereby",
+     "permission to use", "redistribution and use", "warranty"});
 
 constexpr std::array<string_view, 13> LICENCE_HINTS{
     "licen",    "warrant",   "redistribut", "permission",  "original code", "permitted", "liab",
@@ -84,8 +82,7 @@ bool starts_with_any(string_view text, const auto& beginnings) {
 }
 
 bool contains_any(string_view text, const auto& parts) {
-    return std::ranges::any_of(parts,
-                               [text](string_view part) { return text.find(part) != string_view::npos; });
+    return std::ranges::any_of(parts, [text](string_view part) { return text.find(part) != string_view::npos; });
 }
 
 bool is_letter(char character) {
@@ -96,8 +93,7 @@ bool is_letter(char character) {
 bool has_words(string_view text) {
     return std::ranges::any_of(text, [](char character) {
         const auto byte = static_cast<unsigned char>(character);
-        return is_letter(character) || ('0' <= character && character <= '9') ||
-               (byte >= 0xC0 && byte != 0xE2);
+        return is_letter(character) || ('0' <= character && character <= '9') || (byte >= 0xC0 && byte != 0xE2);
     });
 }
 
@@ -105,8 +101,7 @@ bool has_words(string_view text) {
 string_view without_modeline(string_view text) {
     constexpr string_view MARK = "-*-";
     const std::size_t start = text.find(MARK);
-    const std::size_t end =
-        start == string_view::npos ? string_view::npos : text.find(MARK, start + MARK.size());
+    const std::size_t end = start == string_view::npos ? string_view::npos : text.find(MARK, start + MARK.size());
     return end == string_view::npos ? text : text.substr(0, start);
 }
 
@@ -137,8 +132,8 @@ std::optional<Tag> tag_of(string_view text) {
     if (has_colon) {
         rest.remove_prefix(1);
     }
-    const bool ends = rest.empty() || (BLANKS.find(rest.front()) != string_view::npos) ||
-                      rest.front() == '{' || rest.front() == '[';
+    const bool ends =
+        rest.empty() || (BLANKS.find(rest.front()) != string_view::npos) || rest.front() == '{' || rest.front() == '[';
     if (name.empty() || !ends || (text.front() == ':' && !has_colon)) {
         return std::nullopt;
     }
@@ -180,8 +175,7 @@ CommentLine read_comment_line(string_view line, bool delimited) {
 bool speaks_of_licence(string_view paragraph, bool in_licence) {
     const std::string folded = lowered(paragraph);
     const bool goes_on = folded == "or" || folded.starts_with("or ");  // between two licences to choose from
-    return contains_any(folded, LICENCE_PHRASES) ||
-           (in_licence && (goes_on || contains_any(folded, LICENCE_HINTS)));
+    return contains_any(folded, LICENCE_PHRASES) || (in_licence && (goes_on || contains_any(folded, LICENCE_HINTS)));
 }
 
 bool is_only_a_name(string_view text) {

@@ -1,5 +1,5 @@
-// What one line of a comment at the head of a file is: prose about the file, or one of the many things that
-// stand around it (a licence, a tag, a directive to a tool, a rule of dashes).
+// What one line of a comment at the head of a file is: prose about the file, or one of the many things that stand
+// around it (a licence, a tag, a directive to a tool, a rule of dashes).
 #pragma once
 
 #include <string_view>
@@ -20,12 +20,12 @@ struct CommentLine {
     std::string_view text;  ///< what it says, a part of the line that was read; empty for a break
 };
 
-/// Reads a line that has lost its comment marks. `delimited` tells whether it stands in a delimited comment,
-/// where a directive to a tool may go on for several lines.
+/// Reads a line that has lost its comment marks. `delimited` tells whether it stands in a delimited comment, where a
+/// directive to a tool may go on for several lines.
 CommentLine read_comment_line(std::string_view line, bool delimited);
 
-/// Whether a paragraph is a part of a licence. Below a notice (`in_licence`) a hint is enough; elsewhere it
-/// takes the phrases that only licences use.
+/// Whether a paragraph is a part of a licence. Below a notice (`in_licence`) a hint is enough; elsewhere it takes the
+/// phrases that only licences use.
 bool speaks_of_licence(std::string_view paragraph, bool in_licence);
 
 /// Whether a text is no more than the name of a file or an element: "foo.h", "src/foo", "<algorithm>".

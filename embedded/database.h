@@ -5,13 +5,15 @@
 #include "models/text.h"
 #include "storage/database.h"
 
+#include <functional>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace storage {
 
-/// An open index, and the texts that its records share. It remembers each distinct text that it has handed
-/// out, so it never holds more than the index does. For one thread at a time; its records are for any number.
+/// An open index, and the texts that its records share. It remembers each distinct text that it has handed out, so it
+/// never holds more than the index does. For one thread at a time; its records are for any number.
 class Database {
   public:
     explicit Database(embedded::Connection connection) : connection_(std::move(connection)) {}
@@ -23,7 +25,7 @@ class Database {
 
   private:
     embedded::Connection connection_;
-    models::TextSet texts_;
+    std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
 };
 
 }  // namespace storage

@@ -63,10 +63,9 @@ std::size_t code_point_bytes(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t bytes = lead < 0xC2 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 1;
     const std::string_view continuation = text.substr(1, bytes - 1);
-    const bool is_whole =
-        continuation.size() == bytes - 1 && std::ranges::all_of(continuation, [](char byte) {
-            return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-        });
+    const bool is_whole = continuation.size() == bytes - 1 && std::ranges::all_of(continuation, [](char byte) {
+                              return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+                          });
     return is_whole ? bytes : 1;
 }
 

@@ -20,8 +20,7 @@ std::int32_t line(std::int64_t stored) {
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(stored, Line::min(), Line::max()));
 }
 
-// The columns `id, path, name, kind, is_export, start_line, end_line, fqn` of a row, from the column `first`
-// on.
+// The columns `id, path, name, kind, is_export, start_line, end_line, fqn` of a row, from the column `first` on.
 ScopeSymbol symbol(Database& db, const Statement& row, int first) {
     return {.id = row.integer(first),
             .path = db.text(row.text(first + 1)),
@@ -35,8 +34,8 @@ ScopeSymbol symbol(Database& db, const Statement& row, int first) {
 
 }  // namespace
 
-// The statements join in the written order (CROSS JOIN), from the few rows of the page to what refers to
-// them, so that their cost is that of the page, whatever the index holds and whether or not it was analysed.
+// The statements join in the written order (CROSS JOIN), from the few rows of the page to what refers to them, so
+// that their cost is that of the page, whatever the index holds and whether or not it was analysed.
 
 std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> paths) {
     Statement rows(db.connection(), R"sql(
@@ -123,16 +122,16 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
     return references;
 }
 
-models::TextSet import_resolved_languages(Database& db, std::span<const models::Text> languages) {
+std::vector<models::Text> import_resolved_languages(Database& db, std::span<const models::Text> languages) {
     Statement rows(db.connection(), R"sql(
         SELECT language.name
         FROM json_each(?1) AS page CROSS JOIN languages AS language ON language.name = page.value
         WHERE language.import_resolved
     )sql");
     rows.bind(1, bound_list(languages));
-    models::TextSet resolved;
+    std::vector<models::Text> resolved;
     while (rows.step()) {
-        resolved.insert(db.text(rows.text(0)));
+        resolved.push_back(db.text(rows.text(0)));
     }
     return resolved;
 }

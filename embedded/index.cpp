@@ -92,12 +92,11 @@ Connection open_index(const std::string& path) {
 }
 
 void require_replaceable(const std::string& path) {
-    const bool holds_nothing = !std::filesystem::exists(path) ||
-                               (std::filesystem::is_regular_file(path) && std::filesystem::is_empty(path));
-    if (!holds_nothing && (!std::filesystem::is_regular_file(path) ||
-                           !schema_version_of(Connection(path, Connection::Mode::READ)))) {
-        throw std::runtime_error(path +
-                                 ": not a wiki-scope index, so it is not replaced by one; name another file");
+    const bool holds_nothing =
+        !std::filesystem::exists(path) || (std::filesystem::is_regular_file(path) && std::filesystem::is_empty(path));
+    if (!holds_nothing &&
+        (!std::filesystem::is_regular_file(path) || !schema_version_of(Connection(path, Connection::Mode::READ)))) {
+        throw std::runtime_error(path + ": not a wiki-scope index, so it is not replaced by one; name another file");
     }
 }
 

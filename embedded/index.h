@@ -1,8 +1,7 @@
 // The index: one SQLite file that says what a repository's files declare and how they refer to one another.
 //
-// Rows are keyed by integers. An edge stands for all the references that one file makes to one declaration by
-// one resolution. Whoever fills an index makes a new file with `create_schema`, inserts, and calls
-// `create_indexes`.
+// Rows are keyed by integers. An edge stands for all the references that one file makes to one declaration by one
+// resolution. Whoever fills an index makes a new file with `create_schema`, inserts, and calls `create_indexes`.
 #pragma once
 
 #include "embedded/sqlite.h"
@@ -21,12 +20,12 @@ void create_schema(const Connection& connection);
 /// Creates what the queries search by. Best done once all rows are inserted.
 void create_indexes(const Connection& connection);
 
-/// Opens an index for reading. Throws `std::runtime_error` with one line that says what to do when there is
-/// no such file, when it is not an index, or when it is an index of another schema version.
+/// Opens an index for reading. Throws `std::runtime_error` with one line that says what to do when there is no such
+/// file, when it is not an index, or when it is an index of another schema version.
 Connection open_index(const std::string& path);
 
-/// Throws `std::runtime_error` with one line when `path` holds anything but an index (of whatever schema
-/// version) or an empty file: what else is there was hardly meant to be replaced.
+/// Throws `std::runtime_error` with one line when `path` holds anything but an index (of whatever schema version) or
+/// an empty file: what else is there was hardly meant to be replaced.
 void require_replaceable(const std::string& path);
 
 }  // namespace embedded

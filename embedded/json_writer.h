@@ -10,8 +10,8 @@ namespace embedded {
 
 using Json = nlohmann::ordered_json;
 
-/// Writes JSON to a stream: containers are opened and closed, members and elements written in between. Each
-/// element of an outer container stands on a line of its own. Bytes that are not UTF-8 become U+FFFD.
+/// Writes JSON to a stream: containers are opened and closed, members and elements written in between. Each element
+/// of an outer container stands on a line of its own. Bytes that are not UTF-8 become U+FFFD.
 class JsonWriter {
   public:
     explicit JsonWriter(std::ostream& out) : out_(out) {}
@@ -48,9 +48,7 @@ class JsonWriter {
     }
 
   private:
-    static std::string text(const Json& value) {
-        return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-    }
+    static std::string text(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
     void next() {
         out_ << (is_first_ ? "" : ",");

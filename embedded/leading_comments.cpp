@@ -23,9 +23,9 @@ constexpr std::array STYLES{
 // Code that begins like a comment.
 constexpr std::array<std::string_view, 7> NO_COMMENTS{"#!", "#[", "{-#", ";(", ";[", ";!", ";+"};
 
-constexpr std::array<std::string_view, 15> PREPROCESSOR_WORDS{
-    "define", "elif",    "else",         "endif",  "error",  "if",    "ifdef", "ifndef",
-    "import", "include", "include_next", "pragma", "region", "undef", "using"};
+constexpr std::array<std::string_view, 15> PREPROCESSOR_WORDS{"define",       "elif",   "else",   "endif",  "error",
+                                                              "if",           "ifdef",  "ifndef", "import", "include",
+                                                              "include_next", "pragma", "region", "undef",  "using"};
 
 // Code that tells nothing and that people write above the comment that does.
 constexpr auto FORMALITIES = std::to_array<std::string_view>(
@@ -43,8 +43,7 @@ struct Directive {
 };
 
 bool starts_with_any(std::string_view text, const auto& beginnings) {
-    return std::ranges::any_of(beginnings,
-                               [text](std::string_view beginning) { return text.starts_with(beginning); });
+    return std::ranges::any_of(beginnings, [text](std::string_view beginning) { return text.starts_with(beginning); });
 }
 
 std::optional<Directive> preprocessor_directive(std::string_view text) {

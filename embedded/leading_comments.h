@@ -1,8 +1,8 @@
 // The comments at the head of a source file, and nothing behind them.
 //
-// The language is not known: a line is judged by how it begins. The head of a file consists of comments,
-// blank lines and formalities (a shebang, an include guard, `"use strict"`, a package clause); it ends where
-// any other code begins. A docstring is a comment like any other.
+// The language is not known: a line is judged by how it begins. The head of a file consists of comments, blank lines
+// and formalities (a shebang, an include guard, `"use strict"`, a package clause); it ends where any other code
+// begins. A docstring is a comment like any other.
 #pragma once
 
 #include <optional>
@@ -19,8 +19,8 @@ struct CommentStyle {
     std::string_view decoration;  ///< characters that may follow `open` or begin an inner line
 };
 
-/// Walks the comment blocks at the head of a file. A block is one delimited comment, or the successive lines
-/// that begin with one mark. Reads no further than it is asked to, and of an endless line only the beginning.
+/// Walks the comment blocks at the head of a file. A block is one delimited comment, or the successive lines that
+/// begin with one mark. Reads no further than it is asked to, and of an endless line only the beginning.
 ///
 ///     LeadingComments comments(lines);
 ///     while (comments.next_block()) {

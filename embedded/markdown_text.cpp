@@ -17,8 +17,7 @@ std::size_t longest_run_of_backticks(std::string_view text) {
 }
 
 bool is_tag(std::string_view language) {
-    return language.find_first_not_of(
-               "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-#_.") ==
+    return language.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-#_.") ==
            std::string_view::npos;
 }
 

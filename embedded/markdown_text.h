@@ -7,15 +7,15 @@
 
 namespace embedded {
 
-/// The text as one inline code span: line breaks become blanks, and its fence is longer than any run of
-/// backticks in it.
+/// The text as one inline code span: line breaks become blanks, and its fence is longer than any run of backticks in
+/// it.
 std::string code_span(std::string_view text);
 
 /// As `code_span`, for a cell of a table: bars are escaped.
 std::string code_cell(std::string_view text);
 
-/// The lines as a fenced block whose fence is longer than any run of backticks in them. `language` is its
-/// tag, unless it holds anything but letters, digits and "+-#_.".
+/// The lines as a fenced block whose fence is longer than any run of backticks in them. `language` is its tag, unless
+/// it holds anything but letters, digits and "+-#_.".
 std::string fenced_block(std::span<const std::string> lines, std::string_view language);
 
 }  // namespace embedded

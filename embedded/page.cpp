@@ -12,8 +12,7 @@ namespace {
 // Whether the index holds exactly this file.
 class IndexedFile {
   public:
-    explicit IndexedFile(const storage::Database& db)
-        : row_(db.connection(), "SELECT 1 FROM files WHERE path = ?1") {}
+    explicit IndexedFile(const storage::Database& db) : row_(db.connection(), "SELECT 1 FROM files WHERE path = ?1") {}
 
     bool operator()(const std::string& path) {
         row_.reset();

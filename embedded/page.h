@@ -17,14 +17,11 @@ namespace embedded {
 
 /// What the named paths stand for in an index.
 struct PagePaths {
-    std::vector<std::string>
-        indexed;  ///< files of the index, in the order in which they were named, each once
-    std::vector<std::string>
-        missing;  ///< paths that the index knows neither as a file nor as a folder, as named
+    std::vector<std::string> indexed;  ///< files of the index, in the order in which they were named, each once
+    std::vector<std::string> missing;  ///< paths that the index knows neither as a file nor as a folder, as named
 };
 
-/// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path
-/// order;
+/// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
 /// "." is the root of the repository. "./a//b/" is read as "a/b".
 PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named);
 
@@ -42,8 +39,7 @@ struct PageOptions {
 std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
                                                     const wiki::scope::FanIn& fan_in);
 
-/// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this
-/// page.
+/// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page.
 struct Page {
     const PageOptions options;
     const std::vector<std::string> missing;  ///< the named paths that the index does not hold
@@ -54,8 +50,7 @@ struct Page {
     const std::vector<const storage::ScopeSymbol*> selection =
         wiki::scope::select_with_quota(ranked, fan_in, options.total, options.floor, options.max_share);
     const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection, fan_in);
-    const std::vector<models::Text> deep =
-        wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
+    const std::vector<models::Text> deep = wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
     const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
 };
 

@@ -13,13 +13,13 @@ namespace embedded {
 namespace {
 
 using models::Text;
-using models::TextSet;
 using wiki::scope::InboundReference;
 using wiki::scope::OrderedMap;
 using wiki::scope::OutboundReference;
 using wiki::scope::ScopeFile;
 using wiki::scope::ScopeSymbol;
 using wiki::scope::SymbolId;
+using wiki::scope::TextSet;
 
 Json to_json(const Text& text) {
     return text.view();
@@ -31,7 +31,8 @@ requires std::is_arithmetic_v<Number> Json to_json(Number number) {
 }
 
 Json to_json(const TextSet& texts) {
-    return std::set<std::string_view>(texts.begin(), texts.end());
+    const std::vector<Text> keys = texts.keys();
+    return std::set<std::string_view>(keys.begin(), keys.end());
 }
 
 Json to_json(const std::vector<Text>& texts) {
@@ -39,9 +40,8 @@ Json to_json(const std::vector<Text>& texts) {
 }
 
 Json to_json(const ScopeFile& file) {
-    return {{"id", file.id},
-            {"path", to_json(file.path)},
-            {"language", file.language ? to_json(*file.language) : Json()}};
+    return {
+        {"id", file.id}, {"path", to_json(file.path)}, {"language", file.language ? to_json(*file.language) : Json()}};
 }
 
 Json to_json(const ScopeSymbol& symbol) {

@@ -46,13 +46,11 @@ std::optional<LineRange> lines_of(const ScopeSymbol& symbol) {
 }
 
 std::string citation(std::string_view path, const std::optional<LineRange>& lines) {
-    return lines
-               ? std::string(path) + ":L" + std::to_string(lines->first) + "-L" + std::to_string(lines->last)
-               : std::string(path);
+    return lines ? std::string(path) + ":L" + std::to_string(lines->first) + "-L" + std::to_string(lines->last)
+                 : std::string(path);
 }
 
-// Reads the source of declarations, each file once as long as one declaration follows another of the same
-// file.
+// Reads the source of declarations, each file once as long as one declaration follows another of the same file.
 class Sources {
   public:
     Sources(const Page& page, const Checkout& checkout) : page_(page), checkout_(checkout) {}
@@ -79,11 +77,9 @@ class Sources {
     }
 
     [[nodiscard]] std::string_view language(const Text& path) const {
-        const auto file =
-            std::find_if(page_.facts.files.begin(), page_.facts.files.end(),
-                         [&](const storage::ScopeFile& candidate) { return candidate.path == path; });
-        return file == page_.facts.files.end() || !file->language ? std::string_view()
-                                                                  : file->language->view();
+        const auto file = std::find_if(page_.facts.files.begin(), page_.facts.files.end(),
+                                       [&](const storage::ScopeFile& candidate) { return candidate.path == path; });
+        return file == page_.facts.files.end() || !file->language ? std::string_view() : file->language->view();
     }
 
     const Page& page_;
@@ -93,9 +89,8 @@ class Sources {
 
 void write_declarations(std::ostream& out, const Page& page, const Checkout& checkout, bool with_source) {
     out << "## Declarations\n\n"
-           "The declarations of this page that matter most, every file represented: what production code "
-           "outside the "
-           "page uses and its entry points first.\n";
+           "The declarations of this page that matter most, every file represented: what production code outside "
+           "the page uses and its entry points first.\n";
     Sources sources(page, checkout);
     for (const ScopeSymbol* symbol : page.selection) {
         out << "\n### " << code_span(symbol->name) << "\n\n"
@@ -134,8 +129,8 @@ void write_dependencies(std::ostream& out, const Page& page) {
                "| Source | Target | References |\n"
                "|---|---|---|\n";
         for (const auto& [files, references] : matches) {
-            out << "| " << code_cell(files.source_path) << " | " << code_cell(files.target_path) << " | "
-                << references << " |\n";
+            out << "| " << code_cell(files.source_path) << " | " << code_cell(files.target_path) << " | " << references
+                << " |\n";
         }
     }
 }
@@ -149,8 +144,7 @@ void write_seeds(std::ostream& out, const Page& page) {
     }
 }
 
-void write_section(std::ostream& out, Section section, const Page& page, const Checkout& checkout,
-                   bool with_source) {
+void write_section(std::ostream& out, Section section, const Page& page, const Checkout& checkout, bool with_source) {
     switch (section) {
     case Section::FILES:
         out << render_file_cards(page.facts, page.fan_in, "## Files", page.missing);
@@ -189,8 +183,7 @@ std::string section_names() {
     return names;
 }
 
-void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout,
-                    const MarkdownOptions& options) {
+void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout, const MarkdownOptions& options) {
     const char* separator = "";
     for (const auto& [name, section] : SECTIONS) {
         if (options.only.empty() || options.only.contains(section)) {

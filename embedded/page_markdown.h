@@ -26,9 +26,8 @@ struct MarkdownOptions {
     bool with_source = true;  ///< whether each selected declaration stands with its source lines
 };
 
-/// Writes the sections of the page, each under its own "##" heading. The source of the selected declarations
-/// is read from `checkout`; one that is not there is left out.
-void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout,
-                    const MarkdownOptions& options);
+/// Writes the sections of the page, each under its own "##" heading. The source of the selected declarations is read
+/// from `checkout`; one that is not there is left out.
+void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout, const MarkdownOptions& options);
 
 }  // namespace embedded

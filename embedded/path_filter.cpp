@@ -14,11 +14,8 @@ bool is_test_folder(std::string_view name) {
 }
 
 bool is_test_file(std::string_view name) {
-    const auto is_in_name = [name](std::string_view infix) {
-        return name.find(infix) != std::string_view::npos;
-    };
-    return name == "conftest.py" || name.starts_with("test_") ||
-           std::ranges::any_of(TEST_INFIXES, is_in_name);
+    const auto is_in_name = [name](std::string_view infix) { return name.find(infix) != std::string_view::npos; };
+    return name == "conftest.py" || name.starts_with("test_") || std::ranges::any_of(TEST_INFIXES, is_in_name);
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ std::vector<storage::FileId> ids_of(std::span<const storage::ScopeFile> files) {
 }
 
 // Page file -> the tests that refer to it, from the references of the page.
-scope::OrderedMap<Text, scope::OrderedSet<Text>> referring_tests(const scope::ScopeFacts& facts) {
+scope::OrderedMap<Text, scope::TextSet> referring_tests(const scope::ScopeFacts& facts) {
     scope::OrderedMap<Text, scope::OrderedSet<Text>> tests;
     const Text* source = nullptr;  // references from one file mostly stand together
     bool is_test = false;
@@ -41,8 +41,8 @@ scope::OrderedMap<Text, scope::OrderedSet<Text>> referring_tests(const scope::Sc
 
 }  // namespace
 
-// Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test
-// imports are absent; the others stand in the order of `files`.
+// Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test imports are
+// absent; the others stand in the order of `files`.
 TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
     embedded::Statement rows(db.connection(), R"sql(
         WITH page(file_id, place) AS (SELECT value, min(key) FROM json_each(?1) GROUP BY value),
@@ -73,13 +73,11 @@ TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
     TestsReaching reaching;
     for (const storage::ScopeFile& file : facts.files) {
         std::set<Text> tests;
-        if (const auto* found = referring.find(file.path)) {
-            for (const Text& test : found->keys()) {
-                tests.insert(test);
+        for (const auto* by_file : {&referring, &facts.test_imports}) {
+            if (const scope::TextSet* found = by_file->find(file.path)) {
+                const std::vector<Text> paths = found->keys();
+                tests.insert(paths.begin(), paths.end());
             }
-        }
-        if (const auto* found = facts.test_imports.find(file.path)) {
-            tests.insert(found->begin(), found->end());
         }
         if (!tests.empty()) {
             reaching.tests_by_file[file.path].assign(tests.begin(), tests.end());

@@ -38,8 +38,8 @@ void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
 
 Statement::Statement(const Connection& connection, std::string_view sql) : connection_(connection) {
     sqlite3_stmt* statement = nullptr;
-    const int code = sqlite3_prepare_v2(connection.handle(), sql.data(), static_cast<int>(sql.size()),
-                                        &statement, nullptr);
+    const int code =
+        sqlite3_prepare_v2(connection.handle(), sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
     statement_.reset(statement);
     if (code != SQLITE_OK) {
         connection.fail(code);
@@ -49,8 +49,8 @@ Statement::Statement(const Connection& connection, std::string_view sql) : conne
 void Statement::bind(int parameter, std::string_view text) {
     // An empty view may have no address, which SQLite would take for NULL.
     const char* characters = text.empty() ? "" : text.data();
-    const int code = sqlite3_bind_text64(statement_.get(), parameter, characters, text.size(),
-                                         SQLITE_TRANSIENT, SQLITE_UTF8);
+    const int code =
+        sqlite3_bind_text64(statement_.get(), parameter, characters, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
     if (code != SQLITE_OK) {
         connection_.fail(code);
     }

@@ -12,8 +12,8 @@ struct sqlite3_stmt;
 
 namespace embedded {
 
-/// A failure of SQLite. `what()` names the database file and SQLite's own words; `code` is the primary result
-/// code (SQLITE_FULL, SQLITE_NOTADB, ...).
+/// A failure of SQLite. `what()` names the database file and SQLite's own words; `code` is the primary result code
+/// (SQLITE_FULL, SQLITE_NOTADB, ...).
 class SqliteError : public std::runtime_error {
   public:
     SqliteError(const std::string& message, int code) : std::runtime_error(message), code_(code) {}
@@ -68,8 +68,7 @@ class Statement {
     /// Makes the statement ready to be bound and run again.
     void reset();
 
-    /// The column of the current row. NULL reads as 0 or as the empty text. A text is valid until the next
-    /// step.
+    /// The column of the current row. NULL reads as 0 or as the empty text. A text is valid until the next step.
     [[nodiscard]] bool is_null(int column) const;
     [[nodiscard]] std::int64_t integer(int column) const;
     [[nodiscard]] std::string_view text(int column) const;
@@ -82,8 +81,8 @@ class Statement {
     std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
 };
 
-/// A transaction that is rolled back unless it is committed. Reading inside of one, all statements see one
-/// state of the database.
+/// A transaction that is rolled back unless it is committed. Reading inside of one, all statements see one state of
+/// the database.
 class Transaction {
   public:
     explicit Transaction(const Connection& connection);

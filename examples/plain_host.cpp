@@ -1,5 +1,5 @@
-// The smallest host: an index of plain containers. It defines every collaborator that the component calls,
-// grounds a page of one file and prints the file-card table.
+// The smallest host: an index of plain containers. It defines every collaborator that the component calls, grounds a
+// page of one file and prints the file-card table.
 
 #include "utils/path_filter.h"
 #include "workers/wiki/file_summary.h"
@@ -63,8 +63,7 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
     for (const Database::Edge& edge : db.edges) {
         const ScopeSymbol& target = db.symbol(edge.target_id);
         if (db.holds(file_ids, target.path)) {
-            found.push_back(
-                {edge.source_path, target.id, target.path, target.name, target.kind, "import", edge.refs});
+            found.push_back({edge.source_path, target.id, target.path, target.name, target.kind, "import", edge.refs});
         }
     }
     return found;
@@ -81,7 +80,7 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
     return found;
 }
 
-models::TextSet import_resolved_languages(Database& /*db*/, std::span<const models::Text> languages) {
+std::vector<models::Text> import_resolved_languages(Database& /*db*/, std::span<const models::Text> languages) {
     return {languages.begin(), languages.end()};
 }
 
@@ -95,8 +94,7 @@ std::string wiki::file_summary(std::span<const std::string> lines) {
     return !lines.empty() && lines[0].starts_with("// ") ? lines[0].substr(3) : "";
 }
 
-wiki::TestImports wiki::importing_tests(storage::Database& /*db*/,
-                                        std::span<const storage::ScopeFile> /*files*/) {
+wiki::TestImports wiki::importing_tests(storage::Database& /*db*/, std::span<const storage::ScopeFile> /*files*/) {
     return {};
 }
 
@@ -128,8 +126,7 @@ int main() {
 
     std::cout << render_file_cards(facts, fan_in, "## Files", missing) << '\n'
               << render_consumers(facts, fan_in, "## Consumers") << "\n## Declarations\n\n";
-    for (const ScopeSymbol* declaration :
-         select_with_quota(ranked_by_file(facts, fan_in), fan_in, 24, 2, 0.4)) {
+    for (const ScopeSymbol* declaration : select_with_quota(ranked_by_file(facts, fan_in), fan_in, 24, 2, 0.4)) {
         std::cout << "- `" << declaration->name << "`, " << declaration->kind << '\n';
     }
     std::cout << "\n## Dependencies\n\n";

@@ -9,14 +9,13 @@
 
 namespace models {
 
-/// An immutable set of a few texts. It is a constant expression, so it can be read while other objects are
-/// still being initialised. Iteration is in the order in which the members were written.
+/// An immutable set of a few texts. It is a constant expression, so it can be read while other objects are still
+/// being initialised. Iteration is in the order in which the members were written.
 template <std::size_t N>
 class ConstantSet {
   public:
     template <std::convertible_to<std::string_view>... Member>
-    requires(sizeof...(Member) == N) constexpr explicit ConstantSet(const Member&... members)
-        : members_{members...} {}
+    requires(sizeof...(Member) == N) constexpr explicit ConstantSet(const Member&... members) : members_{members...} {}
 
     /// Exact, case-sensitive equality with a member. Cost: one comparison per member.
     [[nodiscard]] constexpr bool contains(std::string_view text) const {

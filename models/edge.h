@@ -5,8 +5,8 @@
 
 namespace models {
 
-/// The resolutions that the indexer vouches for: the name was resolved within its file ("local"), through an
-/// import ("import"), or it matches the only production declaration of that name ("unique").
+/// The resolutions that the indexer vouches for: the name was resolved within its file ("local"), through an import
+/// ("import"), or it matches the only production declaration of that name ("unique").
 inline constexpr ConstantSet TRUSTED_RESOLUTIONS{"local", "import", "unique"};
 
 }  // namespace models

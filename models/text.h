@@ -1,8 +1,8 @@
 // Immutable shared text.
 //
-// A page of a core header has a million references between a few thousand distinct paths, names and kinds. A
-// record of `std::string` would hold each of them again; a record of `Text` holds one pointer to the shared
-// characters, compares two copies of one text by that pointer, and never hashes a text twice.
+// A page of a core header has a million references between a few thousand distinct paths, names and kinds. A record
+// of `std::string` would hold each of them again; a record of `Text` holds one pointer to the shared characters,
+// compares two copies of one text by that pointer, and never hashes a text twice.
 #pragma once
 
 #include <atomic>
@@ -13,14 +13,13 @@
 #include <functional>
 #include <iosfwd>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 namespace models {
 
-/// An immutable text. Copies share one buffer, which lives as long as the last of them; equality and order
-/// are those of the bytes, which for UTF-8 is code-point order. Any number of threads may read and copy one
-/// `Text` at once. A moved-from `Text` is empty.
+/// An immutable text. Copies share one buffer, which lives as long as the last of them; equality and order are those
+/// of the bytes, which for UTF-8 is code-point order. Any number of threads may read and copy one `Text` at once. A
+/// moved-from `Text` is empty.
 class Text {
   public:
     /// The empty text; it needs no buffer.
@@ -29,8 +28,7 @@ class Text {
     /// A text with a buffer of its own, holding a copy of `characters`. Throws `std::bad_alloc`, and
     /// `std::length_error` when there are 2^32 characters or more.
     template <std::convertible_to<std::string_view> Characters>
-    requires(!std::same_as<Characters, Text>) Text(const Characters& characters)
-        : buffer_(make_buffer(characters)) {}
+    requires(!std::same_as<Characters, Text>) Text(const Characters& characters) : buffer_(make_buffer(characters)) {}
 
     Text(const Text& other) noexcept : buffer_(other.buffer_) {
         if (buffer_ != nullptr) {
@@ -59,12 +57,13 @@ class Text {
     [[nodiscard]] bool empty() const noexcept { return buffer_ == nullptr; }
 
     /// `hash_of` the characters, computed once, when the buffer was made.
-    [[nodiscard]] std::uint32_t hash() const noexcept {
-        return buffer_ == nullptr ? hash_of({}) : buffer_->hash;
-    }
+    [[nodiscard]] std::uint32_t hash() const noexcept { return buffer_ == nullptr ? hash_of({}) : buffer_->hash; }
 
     /// Whether both are copies of one text. True implies equal; equal texts that were made apart give false.
     [[nodiscard]] bool same_buffer(const Text& other) const noexcept { return buffer_ == other.buffer_; }
+
+    /// The address of the shared buffer: equal for two texts just when `same_buffer` is true. Null when empty.
+    [[nodiscard]] const void* identity() const noexcept { return buffer_; }
 
     [[nodiscard]] static std::uint32_t hash_of(std::string_view characters) noexcept {
         return static_cast<std::uint32_t>(std::hash<std::string_view>{}(characters));
@@ -116,8 +115,5 @@ struct TextHash {
         return Text::hash_of(characters);
     }
 };
-
-/// A set of texts, for membership; its iteration order means nothing.
-using TextSet = std::unordered_set<Text, TextHash, std::equal_to<>>;
 
 }  // namespace models

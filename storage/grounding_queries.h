@@ -1,9 +1,8 @@
 // The questions that grounding a page asks of the index, and the records that answer them.
 //
-// Declarations only: whoever links the component defines the functions. Each is called once for a whole page.
-// A function may throw whatever it likes; the component lets it pass unchanged. The records are quick to
-// build and to compare when the texts in them are shared: one `models::Text` for each distinct path, kind and
-// resolution.
+// Declarations only: whoever links the component defines the functions. Each is called once for a whole page. A
+// function may throw whatever it likes; the component lets it pass unchanged. The records are quick to build and to
+// compare when the texts in them are shared: one `models::Text` for each distinct path, kind and resolution.
 #pragma once
 
 #include "models/constant_set.h"
@@ -22,8 +21,8 @@ class Database;
 using FileId = std::int64_t;
 using SymbolId = std::int64_t;
 
-/// The kinds of declarations whose short names collide with unrelated accesses: a reference to one of them
-/// that was resolved by its name alone is no evidence of a use.
+/// The kinds of declarations whose short names collide with unrelated accesses: a reference to one of them that was
+/// resolved by its name alone is no evidence of a use.
 inline constexpr models::ConstantSet NAME_MATCH_KINDS{"attribute", "constant"};
 
 /// A file of the index.
@@ -77,6 +76,6 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
 std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids);
 
 /// Those of `languages` (sorted, without repeats) for which the indexer resolves imports.
-models::TextSet import_resolved_languages(Database& db, std::span<const models::Text> languages);
+std::vector<models::Text> import_resolved_languages(Database& db, std::span<const models::Text> languages);
 
 }  // namespace storage

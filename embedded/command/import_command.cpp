@@ -52,8 +52,7 @@ std::string closing_line(const Arguments& arguments, const scip::ImportCounts& c
         line += "; passed over " + counted(counts.unparsed_symbols, "symbol") + " that cannot be read";
     }
     if (counts.unusable_documents > 0) {
-        line += "; passed over " + counted(counts.unusable_documents, "document") +
-                " whose path leaves the repository";
+        line += "; passed over " + counted(counts.unusable_documents, "document") + " whose path leaves the repository";
     }
     return line;
 }
@@ -63,11 +62,10 @@ void run_import(const Arguments& arguments) {
     scip::ImportCounts counts;
     {
         ProgressLine progress;
-        counts =
-            scip::import_scip(arguments.scip, arguments.index, [&](std::int64_t done, std::int64_t total) {
-                Interruption::throw_if_requested("interrupted; nothing was changed at " + arguments.index);
-                progress.show(done, total);
-            });
+        counts = scip::import_scip(arguments.scip, arguments.index, [&](std::int64_t done, std::int64_t total) {
+            Interruption::throw_if_requested("interrupted; nothing was changed at " + arguments.index);
+            progress.show(done, total);
+        });
     }
     std::cout << closing_line(arguments, counts) << std::endl;
 }

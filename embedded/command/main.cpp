@@ -23,8 +23,8 @@ std::string usage_message(const CLI::App* app, const CLI::Error& error) {
 int main(int argc, char** argv) {
     try {
         std::ios::sync_with_stdio(false);
-        CLI::App app("States what the files of a wiki page are: how big, what for, who uses them, which "
-                     "tests reach them.",
+        CLI::App app("States what the files of a wiki page are: how big, what for, who uses them, which tests reach "
+                     "them.",
                      "wiki-scope");
         app.set_version_flag("--version", "wiki-scope " WIKI_SCOPE_VERSION);
         app.require_subcommand(1);

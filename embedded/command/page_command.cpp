@@ -71,30 +71,22 @@ void add_page_command(CLI::App& app) {
         ->type_name("DIR")
         ->required();
 
-    CLI::Option* format =
-        page.add_option("--format", arguments->format, "markdown for people, json for programs");
+    CLI::Option* format = page.add_option("--format", arguments->format, "markdown for people, json for programs");
     format->type_name("FORMAT")->check(CLI::IsMember({"markdown", "json"}))->capture_default_str();
-    page.add_option("--only", arguments->only,
-                    "Print these sections of the Markdown alone: " + section_names())
+    page.add_option("--only", arguments->only, "Print these sections of the Markdown alone: " + section_names())
         ->type_name("SECTION[,SECTION]")
         ->delimiter(',')
         ->allow_extra_args(false)
-        ->check(
-            [](const std::string& name) { return section_named(name) ? "" : "no such section: " + name; });
-    page.add_flag("--no-source", arguments->without_source,
-                  "Leave the source of the declarations out of the Markdown");
+        ->check([](const std::string& name) { return section_named(name) ? "" : "no such section: " + name; });
+    page.add_flag("--no-source", arguments->without_source, "Leave the source of the declarations out of the Markdown");
 
     PageOptions& numbers = arguments->page;
     add_number(page, "--total", numbers.total, "Declarations that get a block");
-    add_number(page, "--floor", numbers.floor,
-               "Best declarations that each file gets first, if the total allows");
-    add_number(page, "--max-share", numbers.max_share,
-               "Share of the total that one file may take from others");
+    add_number(page, "--floor", numbers.floor, "Best declarations that each file gets first, if the total allows");
+    add_number(page, "--max-share", numbers.max_share, "Share of the total that one file may take from others");
     add_number(page, "--deep", numbers.deep, "Names for a deeper treatment");
-    add_number(page, "--deep-per-file", numbers.deep_per_file,
-               "Names for a deeper treatment from any one file");
-    add_number(page, "--neighbours", numbers.neighbours,
-               "Declarations of other files that the page leans on");
+    add_number(page, "--deep-per-file", numbers.deep_per_file, "Names for a deeper treatment from any one file");
+    add_number(page, "--neighbours", numbers.neighbours, "Declarations of other files that the page leans on");
 
     page.callback([arguments] { print_page(*arguments); });
 }

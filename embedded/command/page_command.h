@@ -7,8 +7,7 @@ class App;
 
 namespace embedded {
 
-/// Adds the subcommand; it runs when `app` has parsed its arguments. Throws `std::runtime_error` with one
-/// line.
+/// Adds the subcommand; it runs when `app` has parsed its arguments. Throws `std::runtime_error` with one line.
 void add_page_command(CLI::App& app);
 
 }  // namespace embedded

@@ -19,8 +19,7 @@ bool is_upper(char character) {
 }
 
 bool is_word(char character) {
-    return is_lower(character) || is_upper(character) || (character >= '0' && character <= '9') ||
-           character == '_';
+    return is_lower(character) || is_upper(character) || (character >= '0' && character <= '9') || character == '_';
 }
 
 std::string_view first_word(std::string_view text) {
@@ -74,8 +73,7 @@ bool is_module(SymbolKind kind) {
 }
 
 bool is_parameter(SymbolKind kind) {
-    return kind == SymbolKind::PARAMETER || kind == SymbolKind::SELF_PARAMETER ||
-           kind == SymbolKind::TYPE_PARAMETER;
+    return kind == SymbolKind::PARAMETER || kind == SymbolKind::SELF_PARAMETER || kind == SymbolKind::TYPE_PARAMETER;
 }
 
 // Whether what the symbol names declares nothing: a scope only, or a name of some signature.
@@ -280,8 +278,7 @@ void Description::add(const SymbolInformation& information) {
     }
 }
 
-std::optional<Declaration> declaration_of(const std::vector<Descriptor>& descriptors,
-                                          const Description& description) {
+std::optional<Declaration> declaration_of(const std::vector<Descriptor>& descriptors, const Description& description) {
     const Descriptor& symbol = descriptors.back();
     if (declares_nothing(symbol.suffix, description.kind)) {
         return std::nullopt;
@@ -296,8 +293,7 @@ std::optional<Declaration> declaration_of(const std::vector<Descriptor>& descrip
 }
 
 std::optional<Lines> lines_of(const Occurrence& definition) {
-    const std::optional<Range>& range =
-        definition.enclosing_range ? definition.enclosing_range : definition.range;
+    const std::optional<Range>& range = definition.enclosing_range ? definition.enclosing_range : definition.range;
     return range ? std::optional(lines_of(*range)) : std::nullopt;
 }
 

@@ -1,9 +1,8 @@
 // The rules by which what SCIP says of a symbol becomes a row of the index.
 //
-// A declaration is a global symbol that a file defines. Its row is made of its descriptors, of what the
-// file's documents know of it, and of the lines that its definition spans. An indexer that states a symbol's
-// kind is believed; for one that does not, the kind follows from the last two descriptors and from the
-// signature:
+// A declaration is a global symbol that a file defines. Its row is made of its descriptors, of what the file's
+// documents know of it, and of the lines that its definition spans. An indexer that states a symbol's kind is
+// believed; for one that does not, the kind follows from the last two descriptors and from the signature:
 //
 //     Observable#subscribe().     a method, for it stands directly in a type
 //     identity().                 a function
@@ -36,16 +35,14 @@ struct Description {
 struct Declaration {
     std::string name;
     std::string fqn;  // the names of all descriptors, joined by "."
-    /// One of class, struct, interface, enum, type, function, method, constructor, attribute, constant,
-    /// variable.
+    /// One of class, struct, interface, enum, type, function, method, constructor, attribute, constant, variable.
     std::string_view kind;
     bool is_export = false;  // whether it stands outside of every body
 };
 
-/// The declaration that a symbol stands for; none for what is no declaration: namespaces, modules, parameters
-/// and the like. There is at least one descriptor.
-std::optional<Declaration> declaration_of(const std::vector<Descriptor>& descriptors,
-                                          const Description& description);
+/// The declaration that a symbol stands for; none for what is no declaration: namespaces, modules, parameters and the
+/// like. There is at least one descriptor.
+std::optional<Declaration> declaration_of(const std::vector<Descriptor>& descriptors, const Description& description);
 
 /// Lines of a file, 1-based, both inclusive; `last` is never before `first`.
 struct Lines {
@@ -55,15 +52,15 @@ struct Lines {
     friend bool operator==(const Lines&, const Lines&) = default;
 };
 
-/// The lines that a definition spans, with its body if the indexer says where that is; none when it has no
-/// range. Whatever the range says, the result lies between 1 and the greatest line that there can be.
+/// The lines that a definition spans, with its body if the indexer says where that is; none when it has no range.
+/// Whatever the range says, the result lies between 1 and the greatest line that there can be.
 std::optional<Lines> lines_of(const Occurrence& definition);
 
 /// How many lines these are; 0 for none.
 std::int32_t count_of(const std::optional<Lines>& lines);
 
-/// The language of a file in lower case: what the document states, else by the path's extension; empty when
-/// neither says.
+/// The language of a file in lower case: what the document states, else by the path's extension; empty when neither
+/// says.
 std::string language_of(std::string_view stated, std::string_view path);
 
 }  // namespace embedded::scip

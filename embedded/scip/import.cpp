@@ -56,8 +56,7 @@ class Symbols {
     }
 
     [[nodiscard]] std::int64_t unparsed() const {
-        return std::count_if(symbols_.begin(), symbols_.end(),
-                             [](const auto& entry) { return !entry.second; });
+        return std::count_if(symbols_.begin(), symbols_.end(), [](const auto& entry) { return !entry.second; });
     }
 
   private:
@@ -129,9 +128,9 @@ std::vector<Row> rows_of(const Definitions& definitions) {
     std::vector<Row> rows;
     for (const Definitions::Definition& definition : definitions.in_order) {
         const auto description = definitions.descriptions.find(definition.symbol);
-        std::optional<Declaration> declaration = declaration_of(
-            parse_symbol(definition.symbol).value(),
-            description == definitions.descriptions.end() ? Description() : description->second);
+        std::optional<Declaration> declaration =
+            declaration_of(parse_symbol(definition.symbol).value(),
+                           description == definitions.descriptions.end() ? Description() : description->second);
         if (declaration) {
             rows.push_back({definition.symbol, definition.lines.value_or(Lines()), std::move(*declaration)});
         }
@@ -207,9 +206,8 @@ class Import {
     }
 
     void insert_declarations() {
-        Statement insert(out_,
-                         "INSERT INTO symbols(id, file_id, name, fqn, kind, is_export, start_line, end_line) "
-                         "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)");
+        Statement insert(out_, "INSERT INTO symbols(id, file_id, name, fqn, kind, is_export, start_line, end_line) "
+                               "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)");
         for (File& file : files_) {
             const Definitions definitions = definitions_of(file);
             for (const Row& row : rows_of(definitions)) {
@@ -248,8 +246,7 @@ class Import {
         return definitions;
     }
 
-    // Makes the declaration the target of other files' references, unless one before it has the better
-    // claim.
+    // Makes the declaration the target of other files' references, unless one before it has the better claim.
     void declare(std::string_view name, Id declaration, bool is_described) {
         Symbol& symbol = *symbols_.find(name);
         if (symbol.target == 0 || (is_described && !symbol.is_described)) {
@@ -258,8 +255,7 @@ class Import {
     }
 
     void insert_edges() {
-        Statement insert(
-            out_, "INSERT INTO edges(source_file_id, target_id, resolution, refs) VALUES(?1, ?2, ?3, ?4)");
+        Statement insert(out_, "INSERT INTO edges(source_file_id, target_id, resolution, refs) VALUES(?1, ?2, ?3, ?4)");
         for (const File& file : files_) {
             for (const auto& [target, references] : references_of(file)) {
                 insert.bind(1, file.id);
@@ -286,8 +282,7 @@ class Import {
                 if (occurrence->is_definition()) {
                     continue;
                 }
-                if (const auto own = file.declarations.find(occurrence->symbol);
-                    own != file.declarations.end()) {
+                if (const auto own = file.declarations.find(occurrence->symbol); own != file.declarations.end()) {
                     references.try_emplace(own->second, References{"local"}).first->second.count += 1;
                 } else if (const Symbol* const symbol = symbols_.find(occurrence->symbol);
                            symbol != nullptr && symbol->target != 0) {
@@ -348,14 +343,13 @@ std::int64_t count_rows(const Connection& index, const std::string& table) {
 // Whether what was written can be opened again and holds every row.
 bool is_complete(const std::string& path, const ImportCounts& counts) {
     const Connection index = open_index(path);
-    return count_rows(index, "files") == counts.files &&
-           count_rows(index, "symbols") == counts.declarations && count_rows(index, "edges") == counts.edges;
+    return count_rows(index, "files") == counts.files && count_rows(index, "symbols") == counts.declarations &&
+           count_rows(index, "edges") == counts.edges;
 }
 
 }  // namespace
 
-ImportCounts import_scip(const std::string& scip_path, const std::string& index_path,
-                         const ImportProgress& progress) {
+ImportCounts import_scip(const std::string& scip_path, const std::string& index_path, const ImportProgress& progress) {
     require_replaceable(index_path);
     const MappedFile scip(scip_path);
     const Index index = read_index(scip);

@@ -1,9 +1,9 @@
 // The import of a SCIP file: from what an indexer has found in a repository to an index that can be queried.
 //
-// Every path of the SCIP file becomes a file, every global symbol that it defines a declaration, and its
-// other occurrences of declared symbols become edges. Where a symbol is declared in the occurrence's own
-// file, the edge leads there and is `local`. Else it is an `import`, and of several declarations leads to one
-// whose file's documents describe the symbol, to the first of these by path.
+// Every path of the SCIP file becomes a file, every global symbol that it defines a declaration, and its other
+// occurrences of declared symbols become edges. Where a symbol is declared in the occurrence's own file, the edge
+// leads there and is `local`. Else it is an `import`, and of several declarations leads to one whose file's documents
+// describe the symbol, to the first of these by path.
 #pragma once
 
 #include <cstdint>
@@ -22,25 +22,23 @@ struct ImportCounts {
     std::int64_t unusable_documents = 0;
 };
 
-/// Told after each step how many of how many are done. The steps are as many as there are usable documents,
-/// twice: for their declarations, then for their references. May throw, which ends the import.
+/// Told after each step how many of how many are done. The steps are as many as there are usable documents, twice:
+/// for their declarations, then for their references. May throw, which ends the import.
 using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)>;
 
 /// Makes the index of a SCIP file at `index_path`, in place of any that is there. `progress` may be empty.
 ///
-/// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes:
-/// not when the import fails, is killed, or is interrupted by an exception from `progress`, which comes out
-/// as it went in. Two imports into one index do not run at once: the second fails.
+/// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes: not
+/// when the import fails, is killed, or is interrupted by an exception from `progress`, which comes out as it went
+/// in. Two imports into one index do not run at once: the second fails.
 ///
-/// Equal SCIP files at equal paths give equal bytes. Ids start at 1: files by path, declarations by file,
-/// first line and order of first definition; edges stand by source file, target and resolution. A definition
-/// without a usable range is taken to stand on line 1. Memory grows with symbols and documents, not with
-/// occurrences.
+/// Equal SCIP files at equal paths give equal bytes. Ids start at 1: files by path, declarations by file, first line
+/// and order of first definition; edges stand by source file, target and resolution. A definition without a usable
+/// range is taken to stand on line 1. Memory grows with symbols and documents, not with occurrences.
 ///
 /// The SCIP file must not be shortened in the meantime.
 ///
 /// Throws `std::runtime_error` with one line that names the file at fault and says what to do.
-ImportCounts import_scip(const std::string& scip_path, const std::string& index_path,
-                         const ImportProgress& progress);
+ImportCounts import_scip(const std::string& scip_path, const std::string& index_path, const ImportProgress& progress);
 
 }  // namespace embedded::scip

@@ -24,8 +24,7 @@ MappedFile::MappedFile(const std::string& path) : path_(path) {
                                  "); check its permissions and those of its folder");
     }
     if (!S_ISREG(status.st_mode)) {
-        throw std::runtime_error(path +
-                                 ": not a regular file; give the file that a SCIP indexer has written");
+        throw std::runtime_error(path + ": not a regular file; give the file that a SCIP indexer has written");
     }
     size_ = static_cast<std::size_t>(status.st_size);
     if (size_ == 0) {

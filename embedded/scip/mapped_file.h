@@ -21,8 +21,8 @@ class MappedFile {
     /// The content, valid as long as this object lives.
     [[nodiscard]] std::string_view bytes() const { return {static_cast<const char*>(address_), size_}; }
 
-    /// Gives back the memory that some of the content takes up. It stays valid: what is still needed of it is
-    /// fetched again.
+    /// Gives back the memory that some of the content takes up. It stays valid: what is still needed of it is fetched
+    /// again.
     void release(std::string_view bytes) const;
 
   private:

@@ -153,8 +153,7 @@ void read_path_and_language(Document& document) {
 
 std::runtime_error not_scip(const std::string& file) {
     return std::runtime_error(
-        file +
-        ": not a SCIP file; give the index.scip that a SCIP indexer, such as scip-typescript, has written");
+        file + ": not a SCIP file; give the index.scip that a SCIP indexer, such as scip-typescript, has written");
 }
 
 std::runtime_error truncated(const std::string& file, std::size_t offset) {
@@ -167,8 +166,8 @@ std::runtime_error damaged(const std::string& file, const std::string& what, std
                               " does not parse); run its indexer again, or copy it again");
 }
 
-// Whether the first field of a file, which runs past the file's end, is metadata as far as it goes. `field`
-// stands behind the field's tag.
+// Whether the first field of a file, which runs past the file's end, is metadata as far as it goes. `field` stands
+// behind the field's tag.
 bool begins_as_metadata(const pbf_reader& field) {
     const protozero::data_view rest = field.data();
     const char* begin = rest.data();

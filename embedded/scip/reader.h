@@ -1,9 +1,9 @@
 // SCIP as it lies in memory, read in place.
 //
-// A SCIP file is one protobuf message: metadata, then a document for every source file of a repository. A
-// document holds the occurrences of symbols in its file, and what its indexer knows of the symbols that the
-// file defines. Everything read here is a view of the bytes of the file, and valid as long as it is mapped.
-// Unknown fields are passed over, and so are known ones of an unexpected wire type.
+// A SCIP file is one protobuf message: metadata, then a document for every source file of a repository. A document
+// holds the occurrences of symbols in its file, and what its indexer knows of the symbols that the file defines.
+// Everything read here is a view of the bytes of the file, and valid as long as it is mapped. Unknown fields are
+// passed over, and so are known ones of an unexpected wire type.
 #pragma once
 
 #include "embedded/scip/kind.h"
@@ -100,8 +100,8 @@ struct Index {
 };
 
 /// Reads the metadata and finds the documents, without looking into their occurrences and symbols. Throws
-/// `std::runtime_error` with one line that names the file, says what is wrong with it (not SCIP, truncated,
-/// damaged and where) and what to do.
+/// `std::runtime_error` with one line that names the file, says what is wrong with it (not SCIP, truncated, damaged
+/// and where) and what to do.
 Index read_index(const MappedFile& file);
 
 /// The error to throw when a document of `file` turns out not to parse.

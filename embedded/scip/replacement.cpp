@@ -18,8 +18,8 @@ namespace {
 bool is_at(const FileDescriptor& file, const std::string& path) {
     struct stat opened {};
     struct stat found {};
-    return fstat(file.number(), &opened) == 0 && stat(path.c_str(), &found) == 0 &&
-           opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
+    return fstat(file.number(), &opened) == 0 && stat(path.c_str(), &found) == 0 && opened.st_dev == found.st_dev &&
+           opened.st_ino == found.st_ino;
 }
 
 FileDescriptor acquire(const std::string& path, const std::string& lock_path) {
@@ -30,8 +30,7 @@ FileDescriptor acquire(const std::string& path, const std::string& lock_path) {
         }
         if (flock(file.number(), LOCK_EX | LOCK_NB) != 0) {
             if (errno == EWOULDBLOCK) {
-                throw std::runtime_error(path +
-                                         ": another import into this index is running; wait for it to end");
+                throw std::runtime_error(path + ": another import into this index is running; wait for it to end");
             }
             throw cannot_replace(path, last_system_error());
         }
@@ -56,8 +55,7 @@ ReplacementLock::~ReplacementLock() {
     unlink(lock_path_.c_str());
 }
 
-Replacement::Replacement(std::string path)
-    : path_(std::move(path)), partial_path_(path_ + ".partial"), lock_(path_) {
+Replacement::Replacement(std::string path) : path_(std::move(path)), partial_path_(path_ + ".partial"), lock_(path_) {
     remove_partial();
 }
 
@@ -73,8 +71,7 @@ void Replacement::remove_partial() const {
 
 void Replacement::commit() {
     const FileDescriptor partial(partial_path_, O_RDONLY);
-    if (!partial.is_open() || fsync(partial.number()) != 0 ||
-        std::rename(partial_path_.c_str(), path_.c_str()) != 0) {
+    if (!partial.is_open() || fsync(partial.number()) != 0 || std::rename(partial_path_.c_str(), path_.c_str()) != 0) {
         throw cannot_replace(path_, last_system_error());
     }
     // The new file is in its place by now, and there are file systems that cannot sync a folder.
@@ -84,9 +81,8 @@ void Replacement::commit() {
 }
 
 std::runtime_error cannot_replace(const std::string& path, const std::string& reason) {
-    return std::runtime_error(
-        path + ": cannot be written (" + reason +
-        "), and is as it was before; make room or choose another place, and import again");
+    return std::runtime_error(path + ": cannot be written (" + reason +
+                              "), and is as it was before; make room or choose another place, and import again");
 }
 
 }  // namespace embedded::scip

@@ -8,8 +8,8 @@
 
 namespace embedded::scip {
 
-/// The right to replace a file, which one process at a time can have. It is a lock on `<path>.lock`, which a
-/// killed process loses; the file itself goes with the lock.
+/// The right to replace a file, which one process at a time can have. It is a lock on `<path>.lock`, which a killed
+/// process loses; the file itself goes with the lock.
 class ReplacementLock {
   public:
     /// Throws `std::runtime_error` with one line when the lock is held, or cannot be made.
@@ -29,8 +29,8 @@ class ReplacementLock {
 ///     fill(replacement.partial_path());   // and close it
 ///     replacement.commit();
 ///
-/// Until `commit` the old file stays as it was, whatever happens; after it the new one is there, even if the
-/// machine loses power. What a replacement that was killed has left behind is removed by the next.
+/// Until `commit` the old file stays as it was, whatever happens; after it the new one is there, even if the machine
+/// loses power. What a replacement that was killed has left behind is removed by the next.
 class Replacement {
   public:
     /// Throws as `ReplacementLock` does.

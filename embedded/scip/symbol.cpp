@@ -9,8 +9,7 @@ namespace {
 
 constexpr int PARTS_BEFORE_DESCRIPTORS = 4;
 
-// The functions that take something take it from the front of `rest`; having failed, they leave `rest`
-// anywhere.
+// The functions that take something take it from the front of `rest`; having failed, they leave `rest` anywhere.
 
 bool take(std::string_view& rest, char expected) {
     if (!rest.starts_with(expected)) {
@@ -20,11 +19,9 @@ bool take(std::string_view& rest, char expected) {
     return true;
 }
 
-// Takes a part before the descriptors with the single space that ends it; a doubled space belongs to the
-// part.
+// Takes a part before the descriptors with the single space that ends it; a doubled space belongs to the part.
 bool take_part(std::string_view& rest) {
-    for (std::size_t space = rest.find(' '); space != std::string_view::npos;
-         space = rest.find(' ', space + 2)) {
+    for (std::size_t space = rest.find(' '); space != std::string_view::npos; space = rest.find(' ', space + 2)) {
         if (!rest.substr(space + 1).starts_with(' ')) {
             rest.remove_prefix(space + 1);
             return space > 0;

@@ -6,8 +6,8 @@
 //
 //     scip-typescript npm rxjs 7.8.2 src/`Observable.ts`/Observable#subscribe().
 //
-// The descriptors lead from the outermost scope to the symbol itself. A character behind each name says what
-// it names: here two namespaces, a type and a method.
+// The descriptors lead from the outermost scope to the symbol itself. A character behind each name says what it
+// names: here two namespaces, a type and a method.
 #pragma once
 
 #include <optional>
@@ -28,8 +28,8 @@ enum class Suffix {
     PARAMETER,       // (name)
 };
 
-/// One step of a global symbol. The name is never empty and stands as in the source: no backticks around it,
-/// none doubled inside.
+/// One step of a global symbol. The name is never empty and stands as in the source: no backticks around it, none
+/// doubled inside.
 struct Descriptor {
     std::string name;
     Suffix suffix;
@@ -40,8 +40,8 @@ struct Descriptor {
 /// Whether the symbol is local to its document.
 bool is_local(std::string_view symbol);
 
-/// The descriptors of a global symbol, at least one, outermost first; none when the string does not parse.
-/// Every byte of a character beyond ASCII is taken for a letter.
+/// The descriptors of a global symbol, at least one, outermost first; none when the string does not parse. Every byte
+/// of a character beyond ASCII is taken for a letter.
 std::optional<std::vector<Descriptor>> parse_symbol(std::string_view symbol);
 
 }  // namespace embedded::scip

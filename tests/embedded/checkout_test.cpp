@@ -59,9 +59,8 @@ TEST_F(CheckoutTest, LfAndCrlfEndALineAndNothingElseDoes) {
 TEST_F(CheckoutTest, APathThatLeavesTheCheckoutGivesNone) {
     fs::create_symlink("../repo-private/key", folder_ / "repo/link");
     fs::create_directory_symlink(folder_ / "repo-private", folder_ / "repo/folder");
-    for (const std::string& path :
-         {(folder_ / "repo/src/a.c").string(), std::string("../repo-private/key"),
-          std::string("src/../src/a.c"), std::string("link"), std::string("folder/key")}) {
+    for (const std::string& path : {(folder_ / "repo/src/a.c").string(), std::string("../repo-private/key"),
+                                    std::string("src/../src/a.c"), std::string("link"), std::string("folder/key")}) {
         EXPECT_EQ(read(path), std::nullopt) << path;
     }
 }
@@ -69,10 +68,9 @@ TEST_F(CheckoutTest, APathThatLeavesTheCheckoutGivesNone) {
 TEST_F(CheckoutTest, WhatIsNoReadableFileGivesNoneWithoutWaiting) {
     ASSERT_EQ(mkfifo((folder_ / "repo/pipe").c_str(), 0600), 0);
     fs::create_symlink("loop", folder_ / "repo/loop");
-    for (const std::string& path :
-         {std::string(), std::string("."), std::string("src"), std::string("src/"), std::string("src/a.c/"),
-          std::string("src/a.c\0x", 9), std::string("missing"), std::string("pipe"), std::string("loop"),
-          std::string(5000, 'x')}) {
+    for (const std::string& path : {std::string(), std::string("."), std::string("src"), std::string("src/"),
+                                    std::string("src/a.c/"), std::string("src/a.c\0x", 9), std::string("missing"),
+                                    std::string("pipe"), std::string("loop"), std::string(5000, 'x')}) {
         EXPECT_EQ(read(path), std::nullopt) << path;
     }
 }

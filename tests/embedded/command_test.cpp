@@ -23,8 +23,8 @@ class Command : public testing::Test {
   protected:
     // Runs `wiki-scope ARGUMENTS` in the folder of the test.
     [[nodiscard]] Outcome run(const std::string& arguments) const {
-        const std::string line = "cd '" + folder / "" + "' && '" WIKI_SCOPE "' " + arguments + " >'" +
-                                 folder / "out" + "' 2>'" + folder / "err" + "'";
+        const std::string line = "cd '" + folder / "" + "' && '" WIKI_SCOPE "' " + arguments + " >'" + folder / "out" +
+                                 "' 2>'" + folder / "err" + "'";
         const int status = std::system(line.c_str());  // NOLINT(cert-env33-c): a test of a command
         return {WEXITSTATUS(status), folder.read("out"), folder.read("err")};
     }
@@ -104,16 +104,15 @@ TEST_F(Command, HelpsOnStandardOutput) {
 
 TEST_F(Command, PrintsFoldersFilesAndMissingPaths) {
     make_index();
-    const Outcome page =
-        run("page ./src/ none/a.ts src/a.ts none/a.ts --only files --index index.db --checkout .");
+    const Outcome page = run("page ./src/ none/a.ts src/a.ts none/a.ts --only files --index index.db --checkout .");
     EXPECT_EQ(page.exit_code, 0);
     EXPECT_EQ(page.err, "");
     EXPECT_TRUE(page.out.starts_with("## Files\n\n"));
-    EXPECT_TRUE(page.out.ends_with(
-        "|---|---|---|---|---|---|---|\n"
-        "| `src/a.ts` | 3 | 1 | Says what it is for. | `One` L2 (in-page 7) | src/b.ts |  |\n"
-        "| `src/b.ts` | ? | 0 |  |  |  |  |\n"
-        "| `none/a.ts` | ? | 0 | not in the index | | | |\n"))
+    EXPECT_TRUE(
+        page.out.ends_with("|---|---|---|---|---|---|---|\n"
+                           "| `src/a.ts` | 3 | 1 | Says what it is for. | `One` L2 (in-page 7) | src/b.ts |  |\n"
+                           "| `src/b.ts` | ? | 0 |  |  |  |  |\n"
+                           "| `none/a.ts` | ? | 0 | not in the index | | | |\n"))
         << page.out;
     EXPECT_EQ(run("page none --index index.db --checkout .").exit_code, 0);
 }
@@ -130,12 +129,10 @@ TEST_F(Command, PrintsTheSameAsJson) {
                                                            {"target_kind", "class"},
                                                            {"resolution", "import"},
                                                            {"refs", 3}}));
-    EXPECT_EQ(json["facts"]["files"][0],
-              (nlohmann::json{{"id", 1}, {"path", "src/a.ts"}, {"language", "typescript"}}));
+    EXPECT_EQ(json["facts"]["files"][0], (nlohmann::json{{"id", 1}, {"path", "src/a.ts"}, {"language", "typescript"}}));
     EXPECT_EQ(json["missing"], nlohmann::json({"caf\uFFFD"}));
     EXPECT_EQ(json["fan_in"],
-              (nlohmann::json{
-                  {"outside", {{"1", 3}}}, {"inside", {{"1", 4}}}, {"entry", nlohmann::json::array()}}));
+              (nlohmann::json{{"outside", {{"1", 3}}}, {"inside", {{"1", 4}}}, {"entry", nlohmann::json::array()}}));
     EXPECT_EQ(json["file_users"], (nlohmann::json{{"src/a.ts", {{"src/b.ts", 3}}}}));
 }
 

@@ -64,12 +64,10 @@ TEST(FileSummary, WhatSaysNothingAboutTheFileIsPassedOver) {
 
 TEST(FileSummary, ALicenceIsPassedOverAndWhatStandsAroundItIsNot) {
     expect({
-        {"/* Copyright (C) 2020 A\n   This file is free.\n\n   This software comes as is. */\n/* Sorts. */",
-         "Sorts."},
+        {"/* Copyright (C) 2020 A\n   This file is free.\n\n   This software comes as is. */\n/* Sorts. */", "Sorts."},
         {"/* Sorts.\n   Copyright (C) 2020 A */", "Sorts."},
         {"# Copyright 2020 A\n#\n# Sorts.", "Sorts."},
-        {"/* This Source Code Form is subject to the Mozilla Public\n * License, v. 2.0. */\n// Sorts.",
-         "Sorts."},
+        {"/* This Source Code Form is subject to the Mozilla Public\n * License, v. 2.0. */\n// Sorts.", "Sorts."},
         {"// Licensed under the MIT license.\n", ""},
         {"# Copyright A\n#\n# or\n\n# Sorts.", "Sorts."},
         {"# Checks licences.", "Checks licences."},
@@ -88,9 +86,9 @@ TEST(FileSummary, TagsEndAParagraphAndOnlyDescribingOnesGiveTheirText) {
 }
 
 TEST(FileSummary, CodeEndsTheSearch) {
-    for (const char* content : {"", "\n", "int a; // Sorts.", "import a\n# Sorts.", "#include <a>\n// Sorts.",
-                                "#define A 10\n// Sorts.", "# define A\n", ";(f)() // Sorts.", "#menu {\n",
-                                "#[derive(A)]\n/// Sorts.", "/* */ f(); // Sorts."}) {
+    for (const char* content :
+         {"", "\n", "int a; // Sorts.", "import a\n# Sorts.", "#include <a>\n// Sorts.", "#define A 10\n// Sorts.",
+          "# define A\n", ";(f)() // Sorts.", "#menu {\n", "#[derive(A)]\n/// Sorts.", "/* */ f(); // Sorts."}) {
         EXPECT_EQ(summary(content), "") << content;
     }
 }

@@ -15,8 +15,7 @@ namespace embedded::scip {
 
 using Numbers = std::vector<std::int32_t>;
 
-inline void add_packed(protozero::pbf_writer& message, protozero::pbf_tag_type field,
-                       const Numbers& numbers) {
+inline void add_packed(protozero::pbf_writer& message, protozero::pbf_tag_type field, const Numbers& numbers) {
     message.add_packed_int32(field, numbers.begin(), numbers.end());
 }
 
@@ -37,8 +36,7 @@ class ScipDocument {
         }
     }
 
-    ScipDocument& defines(std::string_view symbol, const Numbers& range = {0, 0, 1},
-                          const Numbers& enclosing = {}) {
+    ScipDocument& defines(std::string_view symbol, const Numbers& range = {0, 0, 1}, const Numbers& enclosing = {}) {
         return occurs(symbol, 1, range, enclosing);
     }
     ScipDocument& refers(std::string_view symbol, std::int32_t roles = 0) {
@@ -76,8 +74,7 @@ class ScipDocument {
     ~ScipDocument() = default;
 
   private:
-    ScipDocument& occurs(std::string_view symbol, std::int32_t roles, const Numbers& range,
-                         const Numbers& enclosing) {
+    ScipDocument& occurs(std::string_view symbol, std::int32_t roles, const Numbers& range, const Numbers& enclosing) {
         protozero::pbf_writer occurrence(message_, 2);
         add_packed(occurrence, 1, range);
         occurrence.add_string(2, symbol.data(), symbol.size());

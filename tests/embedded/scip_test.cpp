@@ -1,5 +1,4 @@
-// The import of SCIP: symbol strings, the wire format, the rules of the rows, and what a failure leaves
-// behind.
+// The import of SCIP: symbol strings, the wire format, the rules of the rows, and what a failure leaves behind.
 
 #include "embedded/index.h"
 #include "embedded/scip/declarations.h"
@@ -170,9 +169,7 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
         {"max.", fenced(" const max"), "constant max max exported"},
         {"max.", fenced("constant max"), "variable max max exported"},
         {"max.", {.documentation = {"const max", "a ``` const"}}, "variable max max exported"},
-        {"max.",
-         {.signature = "var max", .documentation = {"```\nconst max\n```"}},
-         "variable max max exported"},
+        {"max.", {.signature = "var max", .documentation = {"```\nconst max\n```"}}, "variable max max exported"},
         {"T#", {}, "class T T exported"},
         {"T#", fenced("interface T<U>"), "interface T T exported"},
         {"T#", fenced("enum T"), "enum T T exported"},
@@ -213,8 +210,7 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
         Description description;
         description.add(Document{0, bytes, {}, {}}.symbols().next().value());
         const auto row = declaration_of(parse_symbol(symbol(descriptors)).value(), description);
-        EXPECT_EQ(row ? std::string(row->kind) + " " + row->name + " " + row->fqn +
-                            (row->is_export ? " exported" : "")
+        EXPECT_EQ(row ? std::string(row->kind) + " " + row->name + " " + row->fqn + (row->is_export ? " exported" : "")
                       : "",
                   expected)
             << descriptors << " kind " << says.kind;
@@ -242,8 +238,7 @@ TEST(ScipLanguage, IsStatedElseByExtension) {
 class ScipImport : public testing::Test {
   protected:
     // NOLINTNEXTLINE(modernize-use-nodiscard): most tests look at the index, not at the counts
-    ImportCounts import(const std::vector<ScipDocument>& documents,
-                        const ImportProgress& progress = {}) const {
+    ImportCounts import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
         return import_scip(folder.write("in.scip", scip_file(documents)), index, progress);
     }
 
@@ -313,21 +308,15 @@ TEST_F(ScipImport, AnOccurrenceInItsOwnDocumentIsLocalAndElsewhereAnImport) {
 }
 
 TEST_F(ScipImport, OfSeveralDeclarationsADescribedOneIsTheTargetThenTheFirstByPath) {
-    import({ScipDocument("d.ts").defines(F).describes(F).defines(G),
-            ScipDocument("c.ts").defines(F).describes(F),
+    import({ScipDocument("d.ts").defines(F).describes(F).defines(G), ScipDocument("c.ts").defines(F).describes(F),
             ScipDocument("b.ts").defines(F).defines(G).refers(F), ScipDocument("a.ts").refers(F).refers(G)});
-    EXPECT_EQ(rows("SELECT id || ' ' || file_id || name AS row FROM symbols"),
-              "1 2f; 2 2g; 3 3f; 4 4f; 5 4g");
+    EXPECT_EQ(rows("SELECT id || ' ' || file_id || name AS row FROM symbols"), "1 2f; 2 2g; 3 3f; 4 4f; 5 4g");
     EXPECT_EQ(edges(), "a.ts 2 import 1; a.ts 3 import 1; b.ts 1 local 1");
 }
 
 TEST_F(ScipImport, TwoDocumentsOfOnePathAddUp) {
     import({ScipDocument("a.ts").defines(F, {7, 0, 1}).refers(G), ScipDocument("b.ts").defines(G),
-            ScipDocument("a.ts", "tsx")
-                .describes(F, {.kind = 61})
-                .defines(F, {1, 0, 2, 1})
-                .refers(G)
-                .refers(F)});
+            ScipDocument("a.ts", "tsx").describes(F, {.kind = 61}).defines(F, {1, 0, 2, 1}).refers(G).refers(F)});
     EXPECT_EQ(rows("SELECT name || ' ' || kind || ' ' || start_line || ' ' || end_line AS row FROM symbols"),
               "f variable 2 3; g function 1 1");
     EXPECT_EQ(rows("SELECT path || ' ' || language AS row FROM files"), "a.ts tsx; b.ts typescript");
@@ -335,8 +324,7 @@ TEST_F(ScipImport, TwoDocumentsOfOnePathAddUp) {
 }
 
 TEST_F(ScipImport, OfEquallyLongDefinitionsTheFirstCountsAndNoRangeIsLineOne) {
-    import(
-        {ScipDocument("a.ts").defines(F, {5, 0, 1}).defines(F, {2, 0, 1}).defines(F, {}).defines(G, {1, 2})});
+    import({ScipDocument("a.ts").defines(F, {5, 0, 1}).defines(F, {2, 0, 1}).defines(F, {}).defines(G, {1, 2})});
     EXPECT_EQ(rows("SELECT name || start_line AS row FROM symbols ORDER BY name"), "f6; g1");
 }
 
@@ -370,13 +358,11 @@ TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
         {whole.substr(0, head.size() - 3), "a truncated SCIP file (it ends within the message at byte 0)"},
         {whole.substr(0, head.size() + 1), "a truncated SCIP file (it ends within the message at byte 18)"},
         {whole.substr(0, whole.size() - 1), "a truncated SCIP file (it ends within the message at byte 18)"},
-        {whole + std::string(9, '\0'),
-         "(the field at byte " + std::to_string(whole.size()) + " does not parse)"},
+        {whole + std::string(9, '\0'), "(the field at byte " + std::to_string(whole.size()) + " does not parse)"},
         {head + "\x12\x02\x0A\x50", "a damaged SCIP file (the document at byte 18 does not parse)"},
         {scip_file({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").adds_occurrence("\x12\x50")}),
          "a damaged SCIP file (the document at byte " + std::to_string(whole.size()) + " does not parse)"},
-        {scip_file({ScipDocument("a.ts").adds_occurrence("\x0A\x01\xFF")}),
-         "(the document at byte 18 does not parse)"},
+        {scip_file({ScipDocument("a.ts").adds_occurrence("\x0A\x01\xFF")}), "(the document at byte 18 does not parse)"},
     };
     for (const auto& [bytes, message] : cases) {
         const std::string said = failure(folder.write("in.scip", bytes), index);
@@ -391,8 +377,7 @@ TEST_F(ScipImport, AFileThatCannotBeReadOrWrittenIsNamed) {
     const std::string scip = folder.write("in.scip", scip_file({}));
     EXPECT_TRUE(failure(folder / "no.scip", index).starts_with(folder / "no.scip" + ": no such file; "));
     EXPECT_TRUE(failure(folder / "", index).starts_with(folder / "" + ": not a regular file; "));
-    EXPECT_TRUE(
-        failure(scip, folder / "no/index.db").starts_with(folder / "no/index.db" + ": cannot be written ("));
+    EXPECT_TRUE(failure(scip, folder / "no/index.db").starts_with(folder / "no/index.db" + ": cannot be written ("));
 }
 
 TEST_F(ScipImport, AnInterruptionLeavesTheOldIndex) {
@@ -420,8 +405,7 @@ TEST_F(ScipImport, AnInterruptionLeavesTheOldIndex) {
 TEST_F(ScipImport, AFullDiskLeavesTheOldIndexAndSaysSo) {
     import({ScipDocument("old.ts").defines(F)});
     const std::string old = folder.read("index.db");
-    const std::string scip =
-        folder.write("in.scip", scip_file({ScipDocument(std::string(100'000, 'a')).defines(F)}));
+    const std::string scip = folder.write("in.scip", scip_file({ScipDocument(std::string(100'000, 'a')).defines(F)}));
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit small{150'000, before.rlim_max};
@@ -457,8 +441,8 @@ EXPECT_EQ(rows("SELECT name AS row FROM symbols"), "f");
 TEST_F(ScipImport, EqualInputGivesEqualBytes) {
     std::vector<ScipDocument> documents;
     for (int file = 0; file < 40; ++file) {
-        documents.push_back(ScipDocument("f" + std::to_string(file) + ".ts")
-                                .defines(symbol("f" + std::to_string(file) + "().")));
+        documents.push_back(
+            ScipDocument("f" + std::to_string(file) + ".ts").defines(symbol("f" + std::to_string(file) + "().")));
         for (int target = 0; target < 40; ++target) {
             documents.back().refers(symbol("f" + std::to_string(target) + "()."));
         }

@@ -52,7 +52,7 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
     return db.outbound;
 }
 
-models::TextSet import_resolved_languages(Database& db, std::span<const models::Text> languages) {
+std::vector<models::Text> import_resolved_languages(Database& db, std::span<const models::Text> languages) {
     db.note("import_resolved_languages", joined(languages));
     return db.resolved_languages;
 }
@@ -92,9 +92,9 @@ TestImports importing_tests(storage::Database& db, std::span<const storage::Scop
 TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
     TestsReaching reaching;
     for (const auto& [path, tests] : facts.test_imports) {
-        std::vector<models::Text>& sorted = reaching.tests_by_file[path];
-        sorted.assign(tests.begin(), tests.end());
+        std::vector<models::Text> sorted = tests.keys();
         std::sort(sorted.begin(), sorted.end());
+        reaching.tests_by_file[path] = sorted;
     }
     return reaching;
 }

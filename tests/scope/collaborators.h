@@ -1,5 +1,5 @@
-// The component's collaborators as the tests of the component define them: they note each call and answer
-// from a script. A test file is one named `test.ts` or below `test/`.
+// The component's collaborators as the tests of the component define them: they note each call and answer from a
+// script. A test file is one named `test.ts` or below `test/`.
 #pragma once
 
 #include "storage/grounding_queries.h"
@@ -17,7 +17,7 @@ class Database {
     std::vector<ScopeSymbol> symbols;
     std::vector<InboundReference> inbound;
     std::vector<OutboundReference> outbound;
-    models::TextSet resolved_languages;
+    std::vector<models::Text> resolved_languages;
     wiki::TestImports test_imports;
     std::string throws_at;  ///< the name of the call that throws a `Refusal`
 

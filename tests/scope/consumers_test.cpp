@@ -11,9 +11,9 @@ namespace {
 
 constexpr const char* BY_EVIDENCE = "# Users\n"
                                     "\n"
-                                    "Production files outside this page that use its code, counted from "
-                                    "`import` and `local` edges only (evidence); "
-                                    "`unique` and `ambiguous` edges match a name and are not counted.\n";
+                                    "Production files outside this page that use its code, counted from `import` "
+                                    "and `local` edges only (evidence); `unique` and `ambiguous` edges match a name "
+                                    "and are not counted.\n";
 
 std::string consumers_of(const PageBuilder& page) {
     const ScopeFacts facts = page.facts();
@@ -69,26 +69,19 @@ TEST(Consumers, BeyondTwelveAreCounted) {
 
 TEST(Consumers, AreLikelyUsesWhereImportsAreNotResolved) {
     PageBuilder page;
-    page.files = {{1, "a.lua", "lua"},
-                  {2, "b.ts", "typescript"},
-                  {3, "c", ""},
-                  {4, "d", std::nullopt},
-                  {5, "e.lua", "lua"}};
+    page.files = {
+        {1, "a.lua", "lua"}, {2, "b.ts", "typescript"}, {3, "c", ""}, {4, "d", std::nullopt}, {5, "e.lua", "lua"}};
     page.import_resolved_paths = {"b.ts"};
     page.inbound = {from("x.lua").to(1, "a.lua", "one").by("unique").kind("constant")};
-    EXPECT_EQ(
-        consumers_of(page),
-        "# Users\n"
-        "\n"
-        "The index does not resolve imports for files of unknown language, lua, so the files below reference "
-        "this "
-        "page's code by a `unique` name (the only production declaration of that name): likely uses, not "
-        "proven "
-        "ones. Attribute and constant names are not counted.\n"
-        "0 production consumers: no production file outside this page reaches its code by a unique name.\n"
-        "Not counted: 1 `unique` references from 1 other file that match a name only (an attribute or a call "
-        "that "
-        "shares a name with a declaration here).\n");
+    EXPECT_EQ(consumers_of(page),
+              "# Users\n"
+              "\n"
+              "The index does not resolve imports for files of unknown language, lua, so the files below reference "
+              "this page's code by a `unique` name (the only production declaration of that name): likely uses, not "
+              "proven ones. Attribute and constant names are not counted.\n"
+              "0 production consumers: no production file outside this page reaches its code by a unique name.\n"
+              "Not counted: 1 `unique` references from 1 other file that match a name only (an attribute or a call "
+              "that shares a name with a declaration here).\n");
 }
 
 TEST(Consumers, LeaveOutWhatNothingOutsideUses) {
@@ -109,8 +102,7 @@ TEST(Consumers, LeaveOutWhatNothingOutsideUses) {
     EXPECT_EQ(consumers_of(page),
               uses +
                   "Used by no production file outside this page: `Type` (class, `a.ts:L50`), `large` "
-                  "(function, `b.ts:L20`), `small` (function, `Z.ts:L20`), `small` (function, "
-                  "`a.ts:L20`)" +
+                  "(function, `b.ts:L20`), `small` (function, `Z.ts:L20`), `small` (function, `a.ts:L20`)" +
                   ending);
     for (int id = 10; id < 15; ++id) {
         page.symbols.push_back(symbol(id, "f").lines(70, 71));
@@ -118,8 +110,7 @@ TEST(Consumers, LeaveOutWhatNothingOutsideUses) {
     EXPECT_TRUE(consumers_of(page).ends_with("`f` (function, `a.ts:L70`) and 1 more" + ending));
 }
 
-OutboundReference outbound(const char* source, const ScopeSymbol& target, const char* resolution,
-                           std::int64_t refs) {
+OutboundReference outbound(const char* source, const ScopeSymbol& target, const char* resolution, std::int64_t refs) {
     return {source, target, resolution, refs};
 }
 
@@ -157,15 +148,14 @@ TEST(Neighbours, AreTheProductionDeclarationsThatThePageUsesMost) {
 
 TEST(NameMatches, AreCountedByFilesInboundFirst) {
     PageBuilder page;
-    page.inbound = {from("x.ts").to(1).by("unique").kind("attribute").times(2),
-                    from("x.ts").to(1).by("unique"), from("test/t.ts").to(1).by("unique").kind("constant"),
-                    from("x.ts").to(2).by("unique").kind("constant").times(0),
-                    from("x.ts").to(1).kind("constant")};
+    page.inbound = {from("x.ts").to(1).by("unique").kind("attribute").times(2), from("x.ts").to(1).by("unique"),
+                    from("test/t.ts").to(1).by("unique").kind("constant"),
+                    from("x.ts").to(2).by("unique").kind("constant").times(0), from("x.ts").to(1).kind("constant")};
     const ScopeSymbol constant = symbol(5, "C").in("c.ts").kind("constant");
     page.outbound = {outbound("a.ts", constant, "unique", 4), outbound("a.ts", constant, "import", 4)};
-    EXPECT_EQ(name_match_counts(page.facts()),
-              (OrderedMap<FilePair, std::int64_t>{
-                  {{"x.ts", "a.ts"}, 2}, {{"test/t.ts", "a.ts"}, 1}, {{"a.ts", "c.ts"}, 4}}));
+    EXPECT_EQ(
+        name_match_counts(page.facts()),
+        (OrderedMap<FilePair, std::int64_t>{{{"x.ts", "a.ts"}, 2}, {{"test/t.ts", "a.ts"}, 1}, {{"a.ts", "c.ts"}, 4}}));
 }
 
 }  // namespace

@@ -44,12 +44,11 @@ TEST_F(Load, AsksEachQuestionOnceForTheWholePageInAFixedOrder) {
     std::sort(sources_sorted.begin(), sources_sorted.end());
     EXPECT_EQ(sources_sorted, (Calls{"is_test_path(test/x.ts)", "is_test_path(u.ts)"}));
     db.calls.erase(db.calls.end() - 3, db.calls.end() - 1);
-    EXPECT_EQ(db.calls,
-              (Calls{"scope_files(b.ts,unknown,a.py)", "inbound_references(7,3,9,4,5,6)",
-                     "import_resolved_languages(Go,python,typescript)", "read_lines(b.ts)",
-                     "file_summary(one,two)", "read_lines(a.py)", "read_lines(c)", "file_summary()",
-                     "read_lines(d.ts)", "read_lines(e.go)", "read_lines(f)", "scope_symbols(7,3,9,4,5,6)",
-                     "outbound_references(7,3,9,4,5,6)", "importing_tests(b.ts,a.py,c,d.ts,e.go,f)"}));
+    EXPECT_EQ(db.calls, (Calls{"scope_files(b.ts,unknown,a.py)", "inbound_references(7,3,9,4,5,6)",
+                               "import_resolved_languages(Go,python,typescript)", "read_lines(b.ts)",
+                               "file_summary(one,two)", "read_lines(a.py)", "read_lines(c)", "file_summary()",
+                               "read_lines(d.ts)", "read_lines(e.go)", "read_lines(f)", "scope_symbols(7,3,9,4,5,6)",
+                               "outbound_references(7,3,9,4,5,6)", "importing_tests(b.ts,a.py,c,d.ts,e.go,f)"}));
     EXPECT_EQ(facts.line_counts, (OrderedMap<Text, std::int64_t>{{"b.ts", 2}, {"c", 0}}));
     EXPECT_EQ(facts.summaries, (OrderedMap<Text, Text>{{"b.ts", "one"}, {"c", "nothing"}}));
     EXPECT_EQ(facts.test_sources, TextSet{"test/x.ts"});
@@ -63,8 +62,7 @@ TEST_F(Load, AsksEverythingOfAPageThatTheIndexDoesNotHold) {
 }
 
 TEST_F(Load, KnowsTheFilesWhoseLanguageHasItsImportsResolved) {
-    db.files = {
-        {1, "a.ts", "typescript"}, {2, "b.py", "python"}, {3, "c", std::nullopt}, {4, "a.ts", "typescript"}};
+    db.files = {{1, "a.ts", "typescript"}, {2, "b.py", "python"}, {3, "c", std::nullopt}, {4, "a.ts", "typescript"}};
     db.resolved_languages = {"typescript"};
     const ScopeFacts facts = load({"a.ts", "b.py", "c"});
     EXPECT_EQ(facts.import_resolved_paths, TextSet{"a.ts"});

@@ -80,8 +80,8 @@ TEST(ProductionFanIn, FindsThePublicTopLevelCodeThatNothingReferences) {
 TEST(ProductionFanIn, StopsAtTheEndsOfTheIntegers) {
     PageBuilder page;
     constexpr std::int64_t MOST = std::numeric_limits<std::int64_t>::max();
-    page.inbound = {from("x.ts").to(1).times(MOST), from("x.ts").to(1).times(MOST),
-                    from("x.ts").to(2).times(-MOST), from("x.ts").to(2).times(-MOST)};
+    page.inbound = {from("x.ts").to(1).times(MOST), from("x.ts").to(1).times(MOST), from("x.ts").to(2).times(-MOST),
+                    from("x.ts").to(2).times(-MOST)};
     EXPECT_EQ(production_fan_in(page.facts()).outside, (Counts{{1, MOST}, {2, -MOST - 1}}));
 }
 
@@ -134,8 +134,7 @@ TEST(FileUsers, AreOtherProductionFilesInTheOrderOfTheirFirstUse) {
         from("x.ts").to(3, "a.ts"),
         from("b.lua").to(4, "a.ts"),
     };
-    EXPECT_EQ(file_users(page.facts()),
-              (FileUsers{{"b.lua", {{"y.ts", 2}}}, {"a.ts", {{"b.lua", 5}, {"x.ts", 1}}}}));
+    EXPECT_EQ(file_users(page.facts()), (FileUsers{{"b.lua", {{"y.ts", 2}}}, {"a.ts", {{"b.lua", 5}, {"x.ts", 1}}}}));
 }
 
 }  // namespace

@@ -39,13 +39,10 @@ TEST(TableText, NamesTheFirstFewAndCountsTheRest) {
 constexpr const char* OPENING =
     "# Cards\n"
     "\n"
-    "Every file of this page, from the index. Lines and the summary come from the file; the most used "
-    "declarations are "
-    "ranked by the references production code outside the page makes to them (line, references; `in-page` "
-    "when only "
-    "the page's own files use them); users are the other production files that reference the file through "
-    "evidence-backed edges.\n"
-    "\n"
+    "Every file of this page, from the index. Lines and the summary come from the file; the most used declarations "
+    "are ranked by the references production code outside the page makes to them (line, references; `in-page` when "
+    "only the page's own files use them); users are the other production files that reference the file through "
+    "evidence-backed edges.\n\n"
     "| File | Lines | Declarations | Summary | Most used | Used by | Tests |\n"
     "|---|---|---|---|---|---|---|\n";
 
@@ -78,14 +75,13 @@ TEST(FileCards, TellEverythingAboutEveryFile) {
     const ScopeFacts facts = page.facts();
     const std::vector<std::string> missing{"src/gone.ts", "c.ts"};
     EXPECT_EQ(render_file_cards(facts, production_fan_in(facts), "# Cards", missing),
-              std::string(OPENING) +
-                  "| `src/a.ts` | 120 | 6 | Says a\\|b and more | `five` L40 (5), `three` L30 (3), "
-                  "`also_three` L5 (3) +2 "
-                  "| q/x.ts, q/x.ts, z.ts +1 | test/1.ts, test/2.ts, test/3.ts +1 |\n"
-                  "| `src/b|b.ts` | 0 | 2 |  | `un\\|used` L1 (in-page 2) | src/a.ts |  |\n"
-                  "| `c.ts` | ? | 0 |  |  |  |  |\n"
-                  "| `src/gone.ts` | ? | 0 | not in the index | | | |\n"
-                  "| `c.ts` | ? | 0 | not in the index | | | |\n");
+              std::string(OPENING) + "| `src/a.ts` | 120 | 6 | Says a\\|b and more | `five` L40 (5), `three` L30 "
+                                     "(3), `also_three` L5 (3) +2 | q/x.ts, q/x.ts, z.ts +1 | test/1.ts, test/2.ts, "
+                                     "test/3.ts +1 |\n"
+                                     "| `src/b|b.ts` | 0 | 2 |  | `un\\|used` L1 (in-page 2) | src/a.ts |  |\n"
+                                     "| `c.ts` | ? | 0 |  |  |  |  |\n"
+                                     "| `src/gone.ts` | ? | 0 | not in the index | | | |\n"
+                                     "| `c.ts` | ? | 0 | not in the index | | | |\n");
 }
 
 }  // namespace

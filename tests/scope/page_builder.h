@@ -8,8 +8,8 @@
 
 namespace wiki::scope {
 
-/// A declaration: `symbol(7, "Foo").kind("class").lines(1, 9)`. A public exported function of a.ts on lines 1
-/// to 1 unless said otherwise.
+/// A declaration: `symbol(7, "Foo").kind("class").lines(1, 9)`. A public exported function of a.ts on lines 1 to 1
+/// unless said otherwise.
 class symbol {
   public:
     symbol(SymbolId id, const char* name) { made_ = {id, "a.ts", name, "function", true, 1, 1, name}; }
@@ -25,8 +25,8 @@ class symbol {
     ScopeSymbol made_;
 };
 
-/// References into the page: `from("x.ts").to(7, "a.ts").by("unique").kind("constant").times(3)`. One import
-/// of a function unless said otherwise.
+/// References into the page: `from("x.ts").to(7, "a.ts").by("unique").kind("constant").times(3)`. One import of a
+/// function unless said otherwise.
 class from {
   public:
     explicit from(const char* source) { made_ = {source, 0, "a.ts", "", "function", "import", 1}; }

@@ -58,8 +58,7 @@ TEST(RankedByFile, PutsTheBestFirstAndKeepsTheOrderOfEquals) {
 
 TEST(FileSeeds, CiteTheBestDeclarationThatHasALineElseTheWholeFile) {
     PageBuilder page;
-    page.files = {
-        {1, "empty.ts", {}}, {2, "whole.ts", {}}, {3, "a.ts", {}}, {4, "unread.ts", {}}, {5, "zero.ts", {}}};
+    page.files = {{1, "empty.ts", {}}, {2, "whole.ts", {}}, {3, "a.ts", {}}, {4, "unread.ts", {}}, {5, "zero.ts", {}}};
     page.line_counts = {{"empty.ts", 0}, {"whole.ts", 12}, {"a.ts", 99}, {"zero.ts", 7}};
     page.symbols = {symbol(1, "backwards").in("unlisted.ts").lines(8, 3), symbol(2, "nowhere").lines(0, 90),
                     symbol(3, "second").lines(4, 6), symbol(4, "third").lines(1, 2),

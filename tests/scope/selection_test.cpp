@@ -26,8 +26,7 @@ class Page {
 
     [[nodiscard]] const RankedFiles& ranked() const { return ranked_; }
 
-    [[nodiscard]] std::vector<SymbolId> select(std::int64_t total, std::int64_t floor,
-                                               double max_share) const {
+    [[nodiscard]] std::vector<SymbolId> select(std::int64_t total, std::int64_t floor, double max_share) const {
         std::vector<SymbolId> ids;
         for (const ScopeSymbol* symbol : select_with_quota(ranked_, fan_in, total, floor, max_share)) {
             ids.push_back(symbol->id);
@@ -127,8 +126,7 @@ TEST(Selection, KeepsItsPromisesOnRandomPages) {
         }
         const std::int64_t each =
             std::max<std::int64_t>(1, std::min(floor, total / std::max<std::int64_t>(1, nonempty)));
-        const auto cap =
-            std::max(each, static_cast<std::int64_t>(std::ceil(static_cast<double>(total) * share)));
+        const auto cap = std::max(each, static_cast<std::int64_t>(std::ceil(static_cast<double>(total) * share)));
         for (const auto& [path, ranked] : page.ranked()) {
             const auto count = static_cast<std::int64_t>(ranked.size());
             if (nonempty <= total) {
@@ -136,8 +134,7 @@ TEST(Selection, KeepsItsPromisesOnRandomPages) {
             }
             if (taken[path] > cap) {  // beyond its share only when no other file within its own has any left
                 for (const auto& [other, left] : page.ranked()) {
-                    ASSERT_TRUE(taken[other] >= cap ||
-                                taken[other] == static_cast<std::int64_t>(left.size()));
+                    ASSERT_TRUE(taken[other] >= cap || taken[other] == static_cast<std::int64_t>(left.size()));
                 }
             }
         }
@@ -145,8 +142,7 @@ TEST(Selection, KeepsItsPromisesOnRandomPages) {
 }
 
 TEST(PickSpread, TakesTheFirstNamesButFewOfEachFile) {
-    const std::vector<NamedPath> scored{{"f", "a"}, {"g", "a"}, {"h", "b"},
-                                        {"i", "c"}, {"j", "d"}, {"f", "a"}};
+    const std::vector<NamedPath> scored{{"f", "a"}, {"g", "a"}, {"h", "b"}, {"i", "c"}, {"j", "d"}, {"f", "a"}};
     using Names = std::vector<Text>;
     constexpr auto MAX = std::numeric_limits<std::int64_t>::max();
     constexpr auto MIN = std::numeric_limits<std::int64_t>::min();

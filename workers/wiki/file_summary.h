@@ -8,8 +8,8 @@
 
 namespace wiki {
 
-/// The summary of a file that consists of `lines` (without their line ends): what the file itself says it is
-/// for, on one line; empty when it says nothing.
+/// The summary of a file that consists of `lines` (without their line ends): what the file itself says it is for, on
+/// one line; empty when it says nothing.
 std::string file_summary(std::span<const std::string> lines);
 
 }  // namespace wiki

@@ -17,9 +17,9 @@ namespace scope {
 struct ScopeFacts;
 }
 
-/// A mapping from text to a set of texts: whatever `importing_tests` and `tests_reaching` agree on. The
-/// component keeps it in the facts of the page and never looks inside.
-using TestImports = scope::OrderedMap<models::Text, models::TextSet>;
+/// A mapping from text to a set of texts: whatever `importing_tests` and `tests_reaching` agree on. The component
+/// keeps it in the facts of the page and never looks inside.
+using TestImports = scope::OrderedMap<models::Text, scope::TextSet>;
 
 /// The tests that reach a page.
 struct TestsReaching {
@@ -30,8 +30,8 @@ struct TestsReaching {
 /// The tests that import `files`, the files of a page.
 TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files);
 
-/// The tests that reach each file of the page. A file that none reaches may be absent from `tests_by_file`;
-/// the order of each list is the order in which the tests are shown.
+/// The tests that reach each file of the page. A file that none reaches may be absent from `tests_by_file`; the order
+/// of each list is the order in which the tests are shown.
 TestsReaching tests_reaching(const scope::ScopeFacts& facts);
 
 }  // namespace wiki

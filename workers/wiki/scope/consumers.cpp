@@ -26,13 +26,12 @@ struct OutsideUse {
 template <class Visit>
 void for_each_from_outside(const ScopeFacts& facts, Visit visit) {
     const TextSet page = facts.paths();
-    OncePerText is_outside(
-        [&](const Text& path) { return !page.contains(path) && !facts.test_sources.contains(path); });
-    OncePerText import_resolved([&](const Text& path) { return facts.import_resolved(path); });
+    Remembered is_outside([&](const Text& path) { return !page.contains(path) && !facts.test_sources.contains(path); });
+    Remembered import_resolved([&](const Text& path) { return facts.import_resolved(path); });
     for (const InboundReference& reference : facts.inbound) {
         if (is_outside(reference.source_path)) {
-            visit(reference, is_use(reference.resolution, reference.target_kind,
-                                    import_resolved(reference.target_path)));
+            visit(reference,
+                  is_use(reference.resolution, reference.target_kind, import_resolved(reference.target_path)));
         }
     }
 }
@@ -55,21 +54,18 @@ std::vector<Consumer> first_consumers(const Counter<Text>& consumers) {
     std::vector<Consumer> first(std::min(consumers.size(), CONSUMER_ROWS));
     std::partial_sort_copy(consumers.begin(), consumers.end(), first.begin(), first.end(),
                            [](const Consumer& left, const Consumer& right) {
-                               return left.value != right.value ? left.value > right.value
-                                                                : left.key < right.key;
+                               return left.value != right.value ? left.value > right.value : left.key < right.key;
                            });
     return first;
 }
 
-// Consumer -> name of a declaration -> references, for these consumers alone: no other is shown with its
-// names.
-OrderedMap<Text, Counter<Text>> names_used_by(const std::vector<Consumer>& consumers,
-                                              const ScopeFacts& facts) {
+// Consumer -> name of a declaration -> references, for these consumers alone: no other is shown with its names.
+OrderedMap<Text, Counter<Text>> names_used_by(const std::vector<Consumer>& consumers, const ScopeFacts& facts) {
     OrderedMap<Text, Counter<Text>> names;
     for (const Consumer& consumer : consumers) {
         names[consumer.key];
     }
-    OncePerText is_shown([&](const Text& path) { return names.contains(path); });
+    Remembered is_shown([&](const Text& path) { return names.contains(path); });
     for_each_from_outside(facts, [&](const InboundReference& reference, bool counts) {
         if (counts && is_shown(reference.source_path)) {
             names[reference.source_path].add(reference.target_name, reference.refs);
@@ -100,13 +96,11 @@ std::vector<std::string> unresolved_languages(const ScopeFacts& facts) {
 
 std::string intro_line(const std::vector<std::string>& unresolved) {
     if (unresolved.empty()) {
-        return "Production files outside this page that use its code, counted from `import` and `local` "
-               "edges only "
+        return "Production files outside this page that use its code, counted from `import` and `local` edges only "
                "(evidence); `unique` and `ambiguous` edges match a name and are not counted.";
     }
     return "The index does not resolve imports for " + joined(unresolved) +
-           ", so the files below reference this page's code by a `unique` name (the only production "
-           "declaration of "
+           ", so the files below reference this page's code by a `unique` name (the only production declaration of "
            "that name): likely uses, not proven ones. Attribute and constant names are not counted.";
 }
 
@@ -148,8 +142,7 @@ std::string unused_line(const std::vector<const ScopeSymbol*>& unused) {
     const std::size_t more = unused.size() - shown.size();
     return "Used by no production file outside this page: " + joined(shown) +
            (more > 0 ? " and " + std::to_string(more) + " more" : "") +
-           " (code used inside the page, entry points, and code reached dynamically or by name can still be "
-           "live).";
+           " (code used inside the page, entry points, and code reached dynamically or by name can still be live).";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "utils/path_filter.h"
 #include "workers/wiki/file_summary.h"
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -29,10 +30,10 @@ std::vector<Text> sorted_languages(const std::vector<ScopeFile>& files) {
     return {languages.begin(), languages.end()};
 }
 
-TextSet paths_of_languages(const std::vector<ScopeFile>& files, const TextSet& languages) {
+TextSet paths_of_languages(const std::vector<ScopeFile>& files, const std::vector<Text>& languages) {
     TextSet paths;
     for (const ScopeFile& file : files) {
-        if (file.language && languages.contains(*file.language)) {
+        if (file.language && std::find(languages.begin(), languages.end(), *file.language) != languages.end()) {
             paths.insert(file.path);
         }
     }
@@ -61,12 +62,11 @@ TextSet ScopeFacts::paths() const {
     return paths;
 }
 
-ScopeFacts load_scope_facts(storage::Database& db, std::span<const std::string> paths,
-                            const LineReader& read_lines) {
+ScopeFacts load_scope_facts(storage::Database& db, std::span<const std::string> paths, const LineReader& read_lines) {
     std::vector<ScopeFile> files = storage::scope_files(db, paths);
     const std::vector<storage::FileId> ids = ids_of(files);
     std::vector<InboundReference> inbound = storage::inbound_references(db, ids);
-    const TextSet resolved = storage::import_resolved_languages(db, sorted_languages(files));
+    const std::vector<Text> resolved = storage::import_resolved_languages(db, sorted_languages(files));
 
     OrderedMap<Text, std::int64_t> line_counts;
     OrderedMap<Text, Text> summaries;

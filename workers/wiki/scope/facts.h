@@ -1,9 +1,9 @@
 // The facts of a page: what the index and the checkout say about the files that a wiki page is anchored on.
 //
-// A page is one pass. `load_scope_facts` is the only function of the component that asks the index or reads a
-// file; it returns a `ScopeFacts`. `production_fan_in` (fan_in.h) derives from it how production code uses
-// the page's declarations, as a `FanIn`. Everything else (ranking.h, render.h) is a pure function of these
-// two records, which never change once they are built, so any number of threads may read them at once.
+// A page is one pass. `load_scope_facts` is the only function of the component that asks the index or reads a file;
+// it returns a `ScopeFacts`. `production_fan_in` (fan_in.h) derives from it how production code uses the page's
+// declarations, as a `FanIn`. Everything else (ranking.h, render.h) is a pure function of these two records, which
+// never change once they are built, so any number of threads may read them at once.
 //
 // Results point at the records inside the caller's `ScopeFacts` and stay valid as long as it lives.
 #pragma once
@@ -25,7 +25,6 @@
 namespace wiki::scope {
 
 using models::Text;
-using models::TextSet;
 using storage::InboundReference;
 using storage::NAME_MATCH_KINDS;
 using storage::OutboundReference;
@@ -39,31 +38,29 @@ inline constexpr models::ConstantSet EVIDENCE_RESOLUTIONS{"local", "import"};
 /// A page's files as the index and the checkout describe them. Frozen: no field can be assigned, no container
 /// changed. Built by position or by name; only `test_imports` may be left out.
 struct ScopeFacts {
-    const std::vector<ScopeFile> files;             ///< those that the index holds, in the page's order
-    const std::vector<ScopeSymbol> symbols;         ///< the declarations of those files, in query order
-    const std::vector<InboundReference> inbound;    ///< references to those declarations, in query order
-    const std::vector<OutboundReference> outbound;  ///< references from those files to others, in query order
-    const TextSet import_resolved_paths;            ///< the files whose language has its imports resolved
-    const TextSet test_sources;                     ///< the source paths of `inbound` that are tests
+    const std::vector<ScopeFile> files;                ///< those that the index holds, in the page's order
+    const std::vector<ScopeSymbol> symbols;            ///< the declarations of those files, in query order
+    const std::vector<InboundReference> inbound;       ///< references to those declarations, in query order
+    const std::vector<OutboundReference> outbound;     ///< references from those files to others, in query order
+    const TextSet import_resolved_paths;               ///< the files whose language has its imports resolved
+    const TextSet test_sources;                        ///< the source paths of `inbound` that are tests
     const OrderedMap<Text, std::int64_t> line_counts;  ///< path -> lines, of each file that could be read
-    const OrderedMap<Text, Text> summaries;  ///< path -> what it is for, of each file that could be read
-    const TestImports test_imports = {};     ///< what `importing_tests` said of the files
+    const OrderedMap<Text, Text> summaries;            ///< path -> what it is for, of each file that could be read
+    const TestImports test_imports = {};               ///< what `importing_tests` said of the files
 
     /// The page's indexed files, as a set of their paths. Built anew by each call.
     [[nodiscard]] TextSet paths() const;
 
     /// Whether the indexer resolves imports for the language of this file of the page; false for other paths.
-    [[nodiscard]] bool import_resolved(const Text& path) const {
-        return import_resolved_paths.contains(path);
-    }
+    [[nodiscard]] bool import_resolved(const Text& path) const { return import_resolved_paths.contains(path); }
 };
 
-/// How production code uses a page's declarations, by symbol id. Frozen like `ScopeFacts`; it belongs to the
-/// one from which it was derived. An id without an entry counts 0.
+/// How production code uses a page's declarations, by symbol id. Frozen like `ScopeFacts`; it belongs to the one from
+/// which it was derived. An id without an entry counts 0.
 struct FanIn {
     const OrderedMap<SymbolId, std::int64_t> outside;      ///< references from files outside the page
     const OrderedMap<SymbolId, std::int64_t> inside = {};  ///< references from the page's own files
-    const OrderedSet<SymbolId> entry = {};  ///< public top-level callables and types without any
+    const OrderedSet<SymbolId> entry = {};                 ///< public top-level callables and types without any
 
     /// Whether a declaration is the page's API: used from outside, or an entry point.
     [[nodiscard]] bool api(SymbolId symbol_id) const {
@@ -74,13 +71,11 @@ struct FanIn {
 /// Reads one file of the checkout: its lines without their ends, or none when it cannot be read.
 using LineReader = std::function<std::optional<std::vector<std::string>>(const Text& path)>;
 
-/// Gathers the facts about the files `paths`: every query of the index once for the whole page, every file
-/// that the index holds read once. Calls, in this order: `scope_files`, `inbound_references`,
-/// `import_resolved_languages`; for each file `read_lines` and, if it gave lines, `file_summary`; then
-/// `scope_symbols`, `outbound_references`, `is_test_path` once for each source of `inbound`,
-/// `importing_tests`. A file that cannot be read is in no way an error: it has no line count and no summary.
-/// Whatever a collaborator throws passes unchanged to the caller.
-ScopeFacts load_scope_facts(storage::Database& db, std::span<const std::string> paths,
-                            const LineReader& read_lines);
+/// Gathers the facts about the files `paths`: every query of the index once for the whole page, every file that the
+/// index holds read once. Calls, in this order: `scope_files`, `inbound_references`, `import_resolved_languages`; for
+/// each file `read_lines` and, if it gave lines, `file_summary`; then `scope_symbols`, `outbound_references`,
+/// `is_test_path` once for each source of `inbound`, `importing_tests`. A file that cannot be read is in no way an
+/// error: it has no line count and no summary. Whatever a collaborator throws passes unchanged to the caller.
+ScopeFacts load_scope_facts(storage::Database& db, std::span<const std::string> paths, const LineReader& read_lines);
 
 }  // namespace wiki::scope

@@ -9,6 +9,11 @@ namespace wiki::scope {
 
 namespace {
 
+constexpr std::string_view LEGACY = "legacy";
+
+// So a reference that counts always marks its target, and only those that do not count need to be noted apart.
+static_assert(!EVIDENCE_RESOLUTIONS.contains(LEGACY) && !TRUSTED.contains(LEGACY));
+
 enum class Source { TEST, PAGE, OUTSIDE };
 
 // What the resolution of a reference says by itself.
@@ -21,7 +26,7 @@ struct Resolution {
 Resolution judge_resolution(const Text& resolution) {
     return {.evidence = EVIDENCE_RESOLUTIONS.contains(resolution),
             .trusted = TRUSTED.contains(resolution),
-            .marks_target = resolution != "legacy"};
+            .marks_target = resolution != LEGACY};
 }
 
 }  // namespace
@@ -35,37 +40,36 @@ bool is_use(std::string_view resolution, std::string_view target_kind, bool impo
 
 FanIn production_fan_in(const ScopeFacts& facts) {
     const TextSet page = facts.paths();
-    OncePerText source_of([&](const Text& path) {
-        return facts.test_sources.contains(path) ? Source::TEST
-               : page.contains(path)             ? Source::PAGE
-                                                 : Source::OUTSIDE;
+    Remembered source_of([&](const Text& path) {
+        return facts.test_sources.contains(path) ? Source::TEST : page.contains(path) ? Source::PAGE : Source::OUTSIDE;
     });
-    OncePerText resolution_of(judge_resolution);
-    OncePerText matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
+    Remembered resolution_of(judge_resolution);
+    Remembered matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
 
     Counter<SymbolId> outside;
     Counter<SymbolId> inside;
-    OrderedSet<SymbolId> referenced;
+    OrderedSet<SymbolId> uncounted;
     for (const InboundReference& reference : facts.inbound) {
         const Source source = source_of(reference.source_path);
         if (source == Source::TEST) {
             continue;
         }
         const Resolution resolution = resolution_of(reference.resolution);
-        if (resolution.marks_target) {
-            referenced.insert(reference.target_id);
-        }
         if (resolution.evidence || (resolution.trusted && !matches_by_name(reference.target_kind))) {
             (source == Source::PAGE ? inside : outside).add(reference.target_id, reference.refs);
+        } else if (resolution.marks_target) {
+            uncounted.insert(reference.target_id);
         }
     }
+    const auto is_referenced = [&](SymbolId id) {
+        return outside.contains(id) || inside.contains(id) || uncounted.contains(id);
+    };
 
     const OrderedSet<SymbolId> members = _members(facts);
     OrderedSet<SymbolId> entry;
     for (const ScopeSymbol& symbol : facts.symbols) {
         if (_is_callable_or_type(symbol.kind) && symbol.is_export && !_is_private(symbol.name) &&
-            !referenced.contains(symbol.id) && !members.contains(symbol.id) &&
-            !utils::is_test_path(symbol.path)) {
+            !is_referenced(symbol.id) && !members.contains(symbol.id) && !utils::is_test_path(symbol.path)) {
             entry.insert(symbol.id);
         }
     }
@@ -73,16 +77,23 @@ FanIn production_fan_in(const ScopeFacts& facts) {
 }
 
 FileUsers file_users(const ScopeFacts& facts) {
+    Remembered is_test([&](const Text& path) { return facts.test_sources.contains(path); });
+    Remembered import_resolved([&](const Text& path) { return facts.import_resolved(path); });
+
     FileUsers users;
+    const InboundReference* previous = nullptr;  // the last one that counted
+    std::int64_t* count = nullptr;               // of its source and target; the next mostly has the same
     for (const InboundReference& reference : facts.inbound) {
-        if (reference.source_path == reference.target_path ||
-            facts.test_sources.contains(reference.source_path)) {
+        const auto& [source, target_id, target, target_name, target_kind, resolution, refs] = reference;
+        if (source == target || is_test(source) || !is_use(resolution, target_kind, import_resolved(target))) {
             continue;
         }
-        if (is_use(reference.resolution, reference.target_kind,
-                   facts.import_resolved(reference.target_path))) {
-            users[reference.target_path].add(reference.source_path, reference.refs);
+        if (previous == nullptr || !previous->source_path.same_buffer(source) ||
+            !previous->target_path.same_buffer(target)) {
+            count = &users[target].find_or_add(source).first;
         }
+        *count = utils::saturating_sum(*count, refs);
+        previous = &reference;
     }
     return users;
 }

@@ -14,14 +14,10 @@ namespace {
 
 constexpr std::string_view OPENING =
     "\n\n"
-    "Every file of this page, from the index. Lines and the summary come from the file; the most used "
-    "declarations "
-    "are ranked by the references production code outside the page makes to them (line, references; "
-    "`in-page` when "
-    "only the page's own files use them); users are the other production files that reference the file "
-    "through "
-    "evidence-backed edges.\n"
-    "\n"
+    "Every file of this page, from the index. Lines and the summary come from the file; the most used declarations "
+    "are ranked by the references production code outside the page makes to them (line, references; `in-page` when "
+    "only the page's own files use them); users are the other production files that reference the file through "
+    "evidence-backed edges.\n\n"
     "| File | Lines | Declarations | Summary | Most used | Used by | Tests |\n"
     "|---|---|---|---|---|---|---|\n";
 
@@ -59,8 +55,7 @@ std::string users_cell(const Counter<Text>& users) {
     return _cell(_shown(shown, users.size()));
 }
 
-// The declarations that `counts` knows to be used, most references first, as "`name` L<line>
-// (<label><references>)".
+// The declarations that `counts` knows to be used, most references first, as "`name` L<line> (<label><references>)".
 std::vector<std::string> listed_by(const OrderedMap<SymbolId, std::int64_t>& counts, std::string_view label,
                                    std::span<const ScopeSymbol* const> declarations) {
     std::vector<std::pair<std::int64_t, const ScopeSymbol*>> used;

@@ -1,12 +1,15 @@
-// The names that are private to the component: the pieces that its public functions share, and its limits.
-// For the component's own sources and tests; it is not installed.
+// The names that are private to the component: the pieces that its public functions share, and its limits. For the
+// component's own sources and tests; it is not installed.
 #pragma once
 
 #include "models/edge.h"
 #include "models/symbol.h"
 #include "workers/wiki/scope/facts.h"
 
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,7 +27,7 @@ inline constexpr std::size_t CARD_NAMES = 3;      // names in one cell of a file
 inline constexpr std::size_t CONSUMER_ROWS = 12;  // consumer files listed
 inline constexpr std::size_t CONSUMER_NAMES = 4;  // names shown for each consumer file
 inline constexpr std::size_t UNUSED_NAMES = 8;    // declarations named as unused from outside
-inline constexpr std::int64_t SIZE_CAP = 40;  // lines: the size of a body beyond which size ranks no further
+inline constexpr std::int64_t SIZE_CAP = 40;      // lines: the size of a body beyond which size ranks no further
 
 /// Whether declarations of this kind are callables or types: what a page's API consists of.
 inline bool _is_callable_or_type(std::string_view kind) {
@@ -36,38 +39,45 @@ inline bool _is_private(std::string_view name) {
     return name.starts_with('_');
 }
 
-/// A rule about texts that is asked once for each distinct text. A page has a million references but few
-/// distinct kinds and resolutions, and references from one file mostly stand together. The texts must outlive
-/// this object.
+/// A rule about texts that remembers its last few verdicts, by the identity of the texts. A page has a million
+/// references but few distinct kinds and resolutions, and the references of one file mostly stand together, so the
+/// rule itself is seldom asked. The texts must outlive this object.
 template <class Rule>
-class OncePerText {
+class Remembered {
   public:
     using Verdict = std::invoke_result_t<Rule&, const Text&>;
 
-    explicit OncePerText(Rule rule) : rule_(std::move(rule)) {}
+    explicit Remembered(Rule rule) : rule_(std::move(rule)) {}
 
     Verdict operator()(const Text& text) {
-        if (last_ == nullptr || !last_->same_buffer(text)) {
-            const auto [verdict, is_new] = verdicts_.find_or_add(text);
-            if (is_new) {
-                verdict = rule_(text);
-            }
-            last_ = &text;
-            last_verdict_ = verdict;
+        Memory& memory = memories_[place_of(text.identity())];
+        if (!memory.is_set || memory.identity != text.identity()) {
+            memory = {true, text.identity(), rule_(text)};
         }
-        return last_verdict_;
+        return memory.verdict;
     }
 
   private:
+    struct Memory {
+        bool is_set = false;
+        const void* identity = nullptr;
+        Verdict verdict{};
+    };
+
+    static constexpr std::size_t MEMORIES = 64;
+
+    static std::size_t place_of(const void* identity) {
+        constexpr std::size_t ALIGNMENT = 16;  // of buffers: the lower bits of their addresses tell nothing
+        return std::bit_cast<std::uintptr_t>(identity) / ALIGNMENT % MEMORIES;
+    }
+
     Rule rule_;
-    OrderedMap<Text, Verdict> verdicts_;
-    const Text* last_ = nullptr;
-    Verdict last_verdict_{};
+    std::array<Memory, MEMORIES> memories_{};
 };
 
 /// The ids of the page's declarations that lie within the lines of another declaration of their file, a type:
-/// members, not top-level code. Both bounds are inclusive, so two types of equal lines are members of each
-/// other. n declarations and t types of one file cost O((n + t) log t).
+/// members, not top-level code. Both bounds are inclusive, so two types of equal lines are members of each other. n
+/// declarations and t types of one file cost O((n + t) log t).
 OrderedSet<SymbolId> _members(const ScopeFacts& facts);
 
 /// The last two segments of a path: enough to tell two files of one name apart.
@@ -82,13 +92,13 @@ std::string _shown(std::span<const std::string> shown, std::size_t total);
 /// The first `limit` names joined by ", ", then " +" and the number of names left out, if any.
 std::string _named(std::span<const std::string> names, std::size_t limit = CARD_NAMES);
 
-/// How a file card lists the declarations of one file that production code uses most: those used from outside
-/// the page, else those that the page's own files use, each "`name` L<line> (<references>)". Most references
-/// first, equal counts in the given order. The list is whole: the caller cuts it.
+/// How a file card lists the declarations of one file that production code uses most: those used from outside the
+/// page, else those that the page's own files use, each "`name` L<line> (<references>)". Most references first, equal
+/// counts in the given order. The list is whole: the caller cuts it.
 std::vector<std::string> _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in);
 
-/// The exported, public, top-level types and callables that are not among `used`, the ids of the declarations
-/// that production files outside the page use: types first, then by rank, then by path.
+/// The exported, public, top-level types and callables that are not among `used`, the ids of the declarations that
+/// production files outside the page use: types first, then by rank, then by path.
 std::vector<const ScopeSymbol*> _unused_outside(const ScopeFacts& facts, const OrderedSet<SymbolId>& used,
                                                 const FanIn& fan_in);
 

@@ -9,8 +9,8 @@ namespace wiki::scope {
 
 namespace {
 
-// How far down the types of a growing group reach. A type never contains itself, so next to the farthest last
-// line stands the farthest one of any type with another id; nothing else of the group is needed.
+// How far down the types of a growing group reach. A type never contains itself, so next to the farthest last line
+// stands the farthest one of any type with another id; nothing else of the group is needed.
 class Reach {
   public:
     void include(const ScopeSymbol& type) {
@@ -55,9 +55,9 @@ class TypesOfFile {
     }
 
     [[nodiscard]] bool contain(const ScopeSymbol& declaration) const {
-        const auto after = std::upper_bound(
-            types_.begin(), types_.end(), declaration.start_line,
-            [](std::int32_t line, const Type& type) { return line < type.symbol->start_line; });
+        const auto after =
+            std::upper_bound(types_.begin(), types_.end(), declaration.start_line,
+                             [](std::int32_t line, const Type& type) { return line < type.symbol->start_line; });
         return after != types_.begin() && std::prev(after)->reach.contains_end_of(declaration);
     }
 

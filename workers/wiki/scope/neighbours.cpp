@@ -8,10 +8,16 @@ namespace wiki::scope {
 
 std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit) {
     const TextSet page = facts.paths();
-    OncePerText is_production_elsewhere(
-        [&](const Text& path) { return !page.contains(path) && !utils::is_test_path(path); });
-    OncePerText is_evidence([](const Text& resolution) { return EVIDENCE_RESOLUTIONS.contains(resolution); });
-    OncePerText matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
+    OrderedMap<Text, bool> verdicts;
+    Remembered is_production_elsewhere([&](const Text& path) {
+        const auto [verdict, is_new] = verdicts.find_or_add(path);
+        if (is_new) {
+            verdict = !page.contains(path) && !utils::is_test_path(path);
+        }
+        return verdict;
+    });
+    Remembered is_evidence([](const Text& resolution) { return EVIDENCE_RESOLUTIONS.contains(resolution); });
+    Remembered matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
 
     OrderedMap<SymbolId, Neighbour> counted;
     for (const OutboundReference& reference : facts.outbound) {
@@ -39,8 +45,8 @@ std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit) {
 }
 
 OrderedMap<FilePair, std::int64_t> name_match_counts(const ScopeFacts& facts) {
-    OncePerText is_name_match([](const Text& resolution) { return resolution == "unique"; });
-    OncePerText matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
+    Remembered is_name_match([](const Text& resolution) { return resolution == "unique"; });
+    Remembered matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
 
     Counter<FilePair> counts;
     for (const InboundReference& reference : facts.inbound) {

@@ -1,9 +1,8 @@
 // Mappings that remember the order in which their keys were first inserted.
 //
-// Every mapping that this component returns or shows lists its keys in that order, whatever the hash function
-// of the platform. The entries lie side by side in one array, in insertion order; a second array of small
-// slots finds an entry by its key. Counting a million references thus allocates a few arrays, not a node for
-// each key.
+// Every mapping that this component returns or shows lists its keys in that order, whatever the hash function of the
+// platform. The entries lie side by side in one array, in insertion order; a second array of small slots finds an
+// entry by its key. Counting a million references thus allocates a few arrays, not a node for each key.
 #pragma once
 
 #include "models/text.h"
@@ -28,10 +27,10 @@ namespace wiki::scope {
 template <class Key>
 using KeyHash = std::conditional_t<std::is_same_v<Key, models::Text>, models::TextHash, std::hash<Key>>;
 
-/// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in
-/// which the keys were first inserted; no key is ever removed. References to values and iterators stay valid
-/// until the next insertion. A `const OrderedMap` may be read by any number of threads at once. Looking up
-/// and inserting take constant time on average. Throws `std::length_error` at 2^32 - 1 keys.
+/// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in which
+/// the keys were first inserted; no key is ever removed. References to values and iterators stay valid until the next
+/// insertion. A `const OrderedMap` may be read by any number of threads at once. Looking up and inserting take
+/// constant time on average. Throws `std::length_error` at 2^32 - 1 keys.
 template <class Key, class Value>
 class OrderedMap {
   public:
@@ -107,13 +106,11 @@ class OrderedMap {
     }
 
     /// Equal entries in equal order.
-    friend bool operator==(const OrderedMap& left, const OrderedMap& right) {
-        return left.entries_ == right.entries_;
-    }
+    friend bool operator==(const OrderedMap& left, const OrderedMap& right) { return left.entries_ == right.entries_; }
 
   private:
-    // Open addressing with linear probing. A slot keeps the hash of its key, so that most keys that are not
-    // sought are passed over, and the slots laid out anew, without a look at the entries.
+    // Open addressing with linear probing. A slot keeps the hash of its key, so that most keys that are not sought
+    // are passed over, and the slots laid out anew, without a look at the entries.
     struct Slot {
         std::uint32_t position = 0;  // of the entry, counted from 1; 0 when the slot is free
         std::uint32_t hash = 0;
@@ -270,8 +267,13 @@ class OrderedSet {
         return keys;
     }
 
+    /// Equal keys in equal order.
+    friend bool operator==(const OrderedSet&, const OrderedSet&) = default;
+
   private:
     OrderedMap<Key, Nothing> keys_;
 };
+
+using TextSet = OrderedSet<models::Text>;
 
 }  // namespace wiki::scope

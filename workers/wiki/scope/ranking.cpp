@@ -21,9 +21,8 @@ std::int64_t weighted_rank(std::int64_t uses, bool is_constant) {
 }
 
 const ScopeSymbol* best_on_a_line(const std::vector<const ScopeSymbol*>& declarations) {
-    const auto best =
-        std::find_if(declarations.begin(), declarations.end(),
-                     [](const ScopeSymbol* declaration) { return declaration->start_line > 0; });
+    const auto best = std::find_if(declarations.begin(), declarations.end(),
+                                   [](const ScopeSymbol* declaration) { return declaration->start_line > 0; });
     return best == declarations.end() ? nullptr : *best;
 }
 

@@ -16,8 +16,8 @@
 
 namespace wiki::scope {
 
-/// The sort key of a declaration; the smaller, the better. Compared element by element, false before true. A
-/// count c from outside or inside stands as -2c, that of a constant as -c: its uses weigh half.
+/// The sort key of a declaration; the smaller, the better. Compared element by element, false before true. A count c
+/// from outside or inside stands as -2c, that of a constant as -c: its uses weigh half.
 ///
 ///   declaration                                                        key
 ///   an exported class on lines 10 to 50, 3 uses from outside           (false, 0, false, -6, -40, 0, 10)
@@ -42,8 +42,8 @@ RankKey rank_key(const ScopeSymbol& symbol, const FanIn& fan_in);
 /// Path -> declarations, which are records of the `ScopeFacts` they were ranked from and live as long.
 using RankedFiles = OrderedMap<Text, std::vector<const ScopeSymbol*>>;
 
-/// The declarations of each file by `rank_key`, best first; equal keys in the order of `facts.symbols`. The
-/// files in the order in which they first appear there; files without declarations are absent.
+/// The declarations of each file by `rank_key`, best first; equal keys in the order of `facts.symbols`. The files in
+/// the order in which they first appear there; files without declarations are absent.
 RankedFiles ranked_by_file(const ScopeFacts& facts, const FanIn& fan_in);
 RankedFiles ranked_by_file(const ScopeFacts&& facts,
                            const FanIn& fan_in) = delete;  // the result would dangle
@@ -55,28 +55,24 @@ struct LineRange {
     friend bool operator==(const LineRange&, const LineRange&) = default;
 };
 
-/// A citable range for each file: that of its best-ranked declaration on a line of the file (line 1 or
-/// later). Files seeded so come first, in the order of `ranked_by_file`; then, in the order of `facts.files`,
-/// those of the others that have lines, whole. An empty or unread file without declarations has none.
+/// A citable range for each file: that of its best-ranked declaration on a line of the file (line 1 or later). Files
+/// seeded so come first, in the order of `ranked_by_file`; then, in the order of `facts.files`, those of the others
+/// that have lines, whole. An empty or unread file without declarations has none.
 OrderedMap<Text, LineRange> file_seeds(const ScopeFacts& facts, const FanIn& fan_in);
 
 /// Chooses up to `total` declarations of `ranked` (each list best first, as `ranked_by_file` makes it):
 ///
-///   1. Each file gets its best `floor` declarations, but no more than total / files of them, and at least
-///   one.
-///      Files are served by the rank of their best declaration, then by path, until nothing is left of
-///      `total`.
-///   2. The rest goes by rank (then path) across the files, no file growing beyond max_share of `total`,
-///   rounded up,
+///   1. Each file gets its best `floor` declarations, but no more than total / files of them, and at least one.
+///      Files are served by the rank of their best declaration, then by path, until nothing is left of `total`.
+///   2. The rest goes by rank (then path) across the files, no file growing beyond max_share of `total`, rounded up,
 ///      or its floor, if that is more.
 ///   3. What is left then goes by rank to the files that the share held back.
 ///
-/// The result lists every file's first chosen declaration by rank (then path), then every file's second, and
-/// so on: cutting its tail takes the least from each file. It does not depend on the order of the files in
-/// `ranked`, and its cost not on `total`. A share that is negative or no number counts as 0; an infinite one
-/// bounds nothing.
-std::vector<const ScopeSymbol*> select_with_quota(const RankedFiles& ranked, const FanIn& fan_in,
-                                                  std::int64_t total, std::int64_t floor, double max_share);
+/// The result lists every file's first chosen declaration by rank (then path), then every file's second, and so on:
+/// cutting its tail takes the least from each file. It does not depend on the order of the files in `ranked`, and its
+/// cost not on `total`. A share that is negative or no number counts as 0; an infinite one bounds nothing.
+std::vector<const ScopeSymbol*> select_with_quota(const RankedFiles& ranked, const FanIn& fan_in, std::int64_t total,
+                                                  std::int64_t floor, double max_share);
 
 /// The name of a declaration, and its file.
 struct NamedPath {
@@ -85,9 +81,8 @@ struct NamedPath {
     friend bool operator==(const NamedPath&, const NamedPath&) = default;
 };
 
-/// The first `limit` names of `scored` (best first), at most `per_file` of any one path, in the given order.
-/// Names are not compared: one that stands twice can be picked twice. None when either number is 0 or
-/// negative.
+/// The first `limit` names of `scored` (best first), at most `per_file` of any one path, in the given order. Names
+/// are not compared: one that stands twice can be picked twice. None when either number is 0 or negative.
 std::vector<Text> pick_spread(std::span<const NamedPath> scored, std::int64_t limit, std::int64_t per_file);
 
 }  // namespace wiki::scope

@@ -1,7 +1,7 @@
 // The page's grounding as Markdown.
 //
-// A block is a list of lines, each ended by one "\n": the caller's heading unchanged, an empty line, a
-// sentence of explanation, then the content. Paths and names stand between backticks.
+// A block is a list of lines, each ended by one "\n": the caller's heading unchanged, an empty line, a sentence of
+// explanation, then the content. Paths and names stand between backticks.
 #pragma once
 
 #include "workers/wiki/scope/facts.h"
@@ -16,19 +16,18 @@
 
 namespace wiki::scope {
 
-/// The file-card table: a row for every file of the page with its lines ("?" when it could not be read), its
-/// number of declarations, what it says it is for, its most used declarations, the other production files
-/// that use it and the tests that reach it. Rows in the order of `facts.files`, then one for each path of
-/// `missing`, the files of the page that the index does not hold. `fan_in` is the page's. Calls
-/// `tests_reaching`, whose failures pass unchanged to the caller.
+/// The file-card table: a row for every file of the page with its lines ("?" when it could not be read), its number
+/// of declarations, what it says it is for, its most used declarations, the other production files that use it and
+/// the tests that reach it. Rows in the order of `facts.files`, then one for each path of `missing`, the files of the
+/// page that the index does not hold. `fan_in` is the page's. Calls `tests_reaching`, whose failures pass unchanged
+/// to the caller.
 std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading,
                               std::span<const std::string> missing = {});
 
-/// The consumers block: who uses the page's code from outside, counted by `is_use` from files that are
-/// neither of the page nor tests. The twelve files with the most references (equal totals in path order) with
-/// the names they use most; how many references match a name only and are not counted; and the exported,
-/// public, top-level types and callables that no production file outside the page uses, types first, then by
-/// rank. `fan_in` is the page's.
+/// The consumers block: who uses the page's code from outside, counted by `is_use` from files that are neither of the
+/// page nor tests. The twelve files with the most references (equal totals in path order) with the names they use
+/// most; how many references match a name only and are not counted; and the exported, public, top-level types and
+/// callables that no production file outside the page uses, types first, then by rank. `fan_in` is the page's.
 std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading);
 
 /// A declaration in another file that the page uses.
@@ -37,9 +36,9 @@ struct Neighbour {
     std::int64_t refs;
 };
 
-/// The production declarations in other files that the page uses most, by their references, most first; equal
-/// counts by fully qualified name, then in the order of `facts.outbound`. At most `limit`; none when it is 0
-/// or negative. References that only match the name of an attribute or a constant do not count.
+/// The production declarations in other files that the page uses most, by their references, most first; equal counts
+/// by fully qualified name, then in the order of `facts.outbound`. At most `limit`; none when it is 0 or negative.
+/// References that only match the name of an attribute or a constant do not count.
 std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit);
 std::vector<Neighbour> neighbours(const ScopeFacts&& facts, std::int64_t limit) = delete;  // would dangle
 
@@ -50,9 +49,8 @@ struct FilePair {
     friend bool operator==(const FilePair&, const FilePair&) = default;
 };
 
-/// The references that only match the name of an attribute or a constant ("unique" ones), by the pair of
-/// their files, whether tests or not: first those of `facts.inbound`, then those of `facts.outbound`, each in
-/// order.
+/// The references that only match the name of an attribute or a constant ("unique" ones), by the pair of their files,
+/// whether tests or not: first those of `facts.inbound`, then those of `facts.outbound`, each in order.
 OrderedMap<FilePair, std::int64_t> name_match_counts(const ScopeFacts& facts);
 
 }  // namespace wiki::scope

@@ -90,9 +90,12 @@ class Selection {
         }
     }
 
-    // Shares the rest of the budget out by rank, no file growing beyond `limit`, for each limit in turn. A
-    // file's declarations are taken only in their order, never with a gap.
+    // Shares the rest of the budget out by rank, no file growing beyond `limit`, for each limit in turn. A file's
+    // declarations are taken only in their order, never with a gap.
     void share_out(std::initializer_list<std::int64_t> limits) {
+        if (budget_ == 0) {
+            return;
+        }
         std::vector<Candidate> rest = candidates_where([](auto& c) { return c.index >= c.file->taken; });
         std::sort(rest.begin(), rest.end(), by_rank);
         for (const std::int64_t limit : limits) {
@@ -132,14 +135,13 @@ class Selection {
 
 }  // namespace
 
-std::vector<const ScopeSymbol*> select_with_quota(const RankedFiles& ranked, const FanIn& fan_in,
-                                                  std::int64_t total, std::int64_t floor, double max_share) {
+std::vector<const ScopeSymbol*> select_with_quota(const RankedFiles& ranked, const FanIn& fan_in, std::int64_t total,
+                                                  std::int64_t floor, double max_share) {
     Selection selection(ranked, fan_in, total);
     if (selection.file_count() == 0 || total <= 0) {
         return {};
     }
-    const std::int64_t floor_each =
-        std::max<std::int64_t>(1, std::min(floor, total / selection.file_count()));
+    const std::int64_t floor_each = std::max<std::int64_t>(1, std::min(floor, total / selection.file_count()));
     const std::int64_t cap = std::max(floor_each, share_of(total, max_share));
     selection.give_floors(floor_each);
     selection.share_out({cap, total});
