@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test demo lint format clean
+.PHONY: all test demo lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -14,6 +14,16 @@ demo: build/dev/build.ninja
 	tools/install-packages demo
 	cmake --build --preset dev --target wiki-scope
 	demo/run build/dev/embedded/wiki-scope
+
+# What the component costs, as ratios; the SCIP file is that of the demo.
+bench:
+	tools/install-packages build bench demo
+	demo/index
+	cmake --preset bench
+	cmake --build --preset bench
+	build/bench/bench/page_bench
+	build/bench/bench/load_bench build/demo/index.scip
+	build/bench/bench/memory_bench
 
 # Formatting, static analysis, and the second compiler's warnings: no findings.
 lint: build/dev/build.ninja

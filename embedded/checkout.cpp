@@ -1,14 +1,19 @@
 #include "embedded/checkout.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <fstream>
 #include <istream>
 #include <stdexcept>
 #include <system_error>
 
 namespace embedded {
+
 namespace fs = std::filesystem;
+
 namespace {
 
 bool is_plain(std::string_view path) {
@@ -45,13 +50,24 @@ std::vector<std::string> lines_of(std::istream& file) {
     return lines;
 }
 
+std::string fault(const std::error_code& error) {
+    if (error == std::errc::no_such_file_or_directory) {
+        return "no such folder";
+    }
+    return error == std::errc::not_a_directory ? "not a folder" : "cannot be read (" + error.message() + ")";
+}
+
 }  // namespace
 
 Checkout::Checkout(const std::string& root) {
     std::error_code error;
     root_ = fs::canonical(root, error);
-    if (error || !fs::is_directory(root_, error)) {
-        throw std::runtime_error(root + ": not a folder; name the folder that holds the checked-out repository");
+    if (!error && access((root_ / ".").c_str(), X_OK) != 0) {
+        error.assign(errno, std::generic_category());
+    }
+    if (error) {
+        throw std::runtime_error(root + ": " + fault(error) +
+                                 "; name the folder that holds the checked-out repository");
     }
 }
 

@@ -1,5 +1,6 @@
 #include "embedded/comment_line.h"
 
+#include "embedded/ascii.h"
 #include "embedded/blanks.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <string>
 
 namespace embedded {
+
 namespace {
 
 using std::string_view;
@@ -66,20 +68,6 @@ struct Tag {
     string_view name;
     string_view argument;
 };
-
-char lower(char character) {
-    return 'A' <= character && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
-std::string lowered(string_view text) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(), lower);
-    return result;
-}
-
-bool starts_with_any(string_view text, const auto& beginnings) {
-    return std::ranges::any_of(beginnings, [text](string_view part) { return text.starts_with(part); });
-}
 
 bool contains_any(string_view text, const auto& parts) {
     return std::ranges::any_of(parts, [text](string_view part) { return text.find(part) != string_view::npos; });

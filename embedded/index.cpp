@@ -2,8 +2,12 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <filesystem>
+#include <fstream>
 #include <optional>
+#include <stdexcept>
+#include <system_error>
 
 namespace embedded {
 
@@ -44,14 +48,49 @@ constexpr const char* INDEXES = R"sql(
     CREATE INDEX edges_by_target ON edges(target_id);
 )sql";
 
-// The schema version that an index states of itself; none when the file is no index.
+// The schema version that an index states of itself; none when a database is no index.
 std::optional<std::string> schema_version_of(const Connection& connection) {
     try {
         Statement version(connection, "SELECT value FROM meta WHERE key = 'schema_version'");
-        return version.step() ? std::optional(std::string(version.text(0))) : std::nullopt;
+        const bool is_stated = version.step() && !version.is_null(0);
+        return is_stated ? std::optional(std::string(version.text(0))) : std::nullopt;
     } catch (const SqliteError& error) {
-        if (error.code() == SQLITE_NOTADB || error.code() == SQLITE_ERROR) {
+        if (error.code() == SQLITE_ERROR) {  // no such table
             return std::nullopt;
+        }
+        throw;
+    }
+}
+
+std::filesystem::file_type type_of(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(path, error).type();
+    if (type == std::filesystem::file_type::none) {
+        throw std::runtime_error(path + ": cannot be found (" + error.message() +
+                                 "); check the path, and the permissions of its folders");
+    }
+    return type;
+}
+
+bool is_empty(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::file_size(path, error) == 0;
+}
+
+bool begins_as_database(const std::string& path) {
+    constexpr std::string_view BEGINNING("SQLite format 3\0", 16);
+    std::array<char, BEGINNING.size()> head{};
+    std::ifstream(path, std::ios::binary).read(head.data(), head.size());
+    return std::string_view(head.data(), head.size()) == BEGINNING;
+}
+
+// Whether the file is an index, or a database so damaged that nobody can tell any more.
+bool was_an_index(const std::string& path) {
+    try {
+        return schema_version_of(Connection(path, Connection::Mode::READ)).has_value();
+    } catch (const SqliteError& error) {
+        if (error.is_damage()) {
+            return begins_as_database(path);
         }
         throw;
     }
@@ -71,15 +110,24 @@ void create_indexes(const Connection& connection) {
 }
 
 Connection open_index(const std::string& path) {
+    using std::filesystem::file_type;
     const std::string advice = "make one with: wiki-scope import INDEX.scip --index " + path;
-    if (!std::filesystem::exists(path)) {
+    const file_type type = type_of(path);
+    if (type == file_type::not_found) {
         throw std::runtime_error(path + ": no such index; " + advice);
     }
-    if (!std::filesystem::is_regular_file(path)) {
+    if (type != file_type::regular) {
         throw std::runtime_error(path + ": not a wiki-scope index but a folder or a device; name a file");
     }
     Connection connection(path, Connection::Mode::READ);
-    const std::optional<std::string> version = schema_version_of(connection);
+    std::optional<std::string> version;
+    try {
+        version = schema_version_of(connection);
+    } catch (const SqliteError& error) {
+        if (error.code() != SQLITE_NOTADB) {
+            throw;
+        }
+    }
     if (!version) {
         throw std::runtime_error(path + ": not a wiki-scope index; name another file, or " + advice);
     }
@@ -91,11 +139,15 @@ Connection open_index(const std::string& path) {
     return connection;
 }
 
+bool holds_something(const std::string& path) {
+    return type_of(path) != std::filesystem::file_type::not_found && !is_empty(path);
+}
+
 void require_replaceable(const std::string& path) {
-    const bool holds_nothing =
-        !std::filesystem::exists(path) || (std::filesystem::is_regular_file(path) && std::filesystem::is_empty(path));
-    if (!holds_nothing &&
-        (!std::filesystem::is_regular_file(path) || !schema_version_of(Connection(path, Connection::Mode::READ)))) {
+    if (!holds_something(path)) {
+        return;
+    }
+    if (type_of(path) != std::filesystem::file_type::regular || !was_an_index(path)) {
         throw std::runtime_error(path + ": not a wiki-scope index, so it is not replaced by one; name another file");
     }
 }

@@ -14,18 +14,24 @@ namespace embedded {
 /// The version of the schema that this program writes and reads.
 inline constexpr std::string_view SCHEMA_VERSION = "1";
 
-/// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`.
+/// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`. Throws
+/// `SqliteError`, above all when the database has such tables already.
 void create_schema(const Connection& connection);
 
-/// Creates what the queries search by. Best done once all rows are inserted.
+/// Creates what the queries search by. Best done once all rows are inserted. Throws `SqliteError`.
 void create_indexes(const Connection& connection);
 
 /// Opens an index for reading. Throws `std::runtime_error` with one line that says what to do when there is no such
-/// file, when it is not an index, or when it is an index of another schema version.
+/// file, when it is not an index, when it is an index of another schema version, and when it cannot be read.
 Connection open_index(const std::string& path);
 
-/// Throws `std::runtime_error` with one line when `path` holds anything but an index (of whatever schema version) or
-/// an empty file: what else is there was hardly meant to be replaced.
+/// Whether something is at `path` that is not an empty file. Throws `std::runtime_error` with one line when that
+/// cannot be found out.
+bool holds_something(const std::string& path);
+
+/// Throws `std::runtime_error` with one line when `path` holds anything but an index (of whatever schema version), an
+/// empty file or a database that is damaged: what else is there was hardly meant to be replaced. Throws so too when
+/// that cannot be found out, as of an index that another program has locked.
 void require_replaceable(const std::string& path);
 
 }  // namespace embedded

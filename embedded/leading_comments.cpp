@@ -1,5 +1,6 @@
 #include "embedded/leading_comments.h"
 
+#include "embedded/ascii.h"
 #include "embedded/blanks.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <cstddef>
 
 namespace embedded {
+
 namespace {
 
 // No comment is written in longer lines; minified code is, and its lines are not read to their ends.
@@ -41,10 +43,6 @@ struct Directive {
     std::string_view word;
     std::string_view argument;
 };
-
-bool starts_with_any(std::string_view text, const auto& beginnings) {
-    return std::ranges::any_of(beginnings, [text](std::string_view beginning) { return text.starts_with(beginning); });
-}
 
 std::optional<Directive> preprocessor_directive(std::string_view text) {
     if (!text.starts_with('#')) {

@@ -16,6 +16,24 @@ std::size_t longest_run_of_backticks(std::string_view text) {
     return longest;
 }
 
+std::string on_one_line(std::string_view text) {
+    std::string line(text);
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    std::replace(line.begin(), line.end(), '\r', ' ');
+    return line;
+}
+
+std::string escaped(std::string_view text, std::string_view characters) {
+    std::string safe;
+    for (const char character : text) {
+        if (characters.find(character) != std::string_view::npos) {
+            safe += '\\';
+        }
+        safe += character;
+    }
+    return safe;
+}
+
 bool is_tag(std::string_view language) {
     return language.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-#_.") ==
            std::string_view::npos;
@@ -23,10 +41,12 @@ bool is_tag(std::string_view language) {
 
 }  // namespace
 
+std::string plain_text(std::string_view text) {
+    return escaped(on_one_line(text), "\\`[<#|");
+}
+
 std::string code_span(std::string_view text) {
-    std::string span(text);
-    std::replace(span.begin(), span.end(), '\n', ' ');
-    std::replace(span.begin(), span.end(), '\r', ' ');
+    const std::string span = on_one_line(text);
     const std::string fence(longest_run_of_backticks(span) + 1, '`');
     // A blank on either side keeps backticks at the ends apart from the fence; readers take it away again.
     const bool touches = span.empty() || span.front() == '`' || span.back() == '`';
@@ -35,11 +55,7 @@ std::string code_span(std::string_view text) {
 }
 
 std::string code_cell(std::string_view text) {
-    std::string cell;
-    for (const char character : code_span(text)) {
-        cell += character == '|' ? "\\|" : std::string(1, character);
-    }
-    return cell;
+    return escaped(code_span(text), "|");
 }
 
 std::string fenced_block(std::span<const std::string> lines, std::string_view language) {

@@ -7,6 +7,10 @@
 
 namespace embedded {
 
+/// The text as it is, on one line: line breaks become blanks, and what would open a code span, a link, a tag, a heading
+/// or a cell of a table is escaped.
+std::string plain_text(std::string_view text);
+
 /// The text as one inline code span: line breaks become blanks, and its fence is longer than any run of backticks in
 /// it.
 std::string code_span(std::string_view text);

@@ -9,10 +9,17 @@ namespace embedded {
 
 namespace {
 
+// A query for the paths of files that meet a condition, in path order. Blobs and paths with a NUL in them are left out,
+// so that nothing is found here that the queries for the page then miss: a text of `bound_list` ends at a NUL.
+std::string paths_where(const std::string& condition) {
+    return "SELECT path FROM files WHERE " + condition +
+           " AND typeof(path) = 'text' AND instr(path, char(0)) = 0 ORDER BY path";
+}
+
 // Whether the index holds exactly this file.
 class IndexedFile {
   public:
-    explicit IndexedFile(const storage::Database& db) : row_(db.connection(), "SELECT 1 FROM files WHERE path = ?1") {}
+    explicit IndexedFile(const storage::Database& db) : row_(db.connection(), paths_where("path = ?1")) {}
 
     bool operator()(const std::string& path) {
         row_.reset();
@@ -28,12 +35,14 @@ class IndexedFile {
 class FilesBelow {
   public:
     explicit FilesBelow(const storage::Database& db)
-        : all_(db.connection(), "SELECT path FROM files ORDER BY path"),
-          below_(db.connection(), "SELECT path FROM files WHERE path > ?1 AND path < ?2 ORDER BY path") {}
+        : all_(db.connection(), paths_where("true")), below_(db.connection(), paths_where("path > ?1 AND path < ?2")) {}
 
     std::vector<std::string> operator()(const std::string& folder) {
         if (folder == ".") {
             return paths(all_);
+        }
+        if (folder.empty()) {
+            return {};  // not the root of the file system
         }
         // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
         below_.reset();
@@ -88,6 +97,7 @@ PagePaths find_page_paths(const storage::Database& db, std::span<const std::stri
 
 std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
                                                     const wiki::scope::FanIn& fan_in) {
+    // Which kinds these are is known to the component alone; the sort key is where it tells.
     constexpr int CALLABLES_AND_TYPES = 0;
     std::vector<wiki::scope::NamedPath> candidates;
     for (const storage::ScopeSymbol* symbol : selection) {

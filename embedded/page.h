@@ -22,7 +22,8 @@ struct PagePaths {
 };
 
 /// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
-/// "." is the root of the repository. "./a//b/" is read as "a/b".
+/// "." is the root of the repository. "./a//b/" is read as "a/b". The empty path is no folder. A row of `files` whose
+/// path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws `SqliteError`.
 PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named);
 
 /// How much of a page is chosen. README.md tells what each number does; any value is accepted.
@@ -39,7 +40,15 @@ struct PageOptions {
 std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
                                                     const wiki::scope::FanIn& fan_in);
 
-/// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page.
+/// A member that is neither copied nor moved, and so keeps what it is a member of where it was made.
+struct Unmovable {
+    Unmovable() = default;
+    Unmovable(const Unmovable&) = delete;
+    Unmovable& operator=(const Unmovable&) = delete;
+};
+
+/// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which
+/// is therefore neither copied nor moved.
 struct Page {
     const PageOptions options;
     const std::vector<std::string> missing;  ///< the named paths that the index does not hold
@@ -52,9 +61,11 @@ struct Page {
     const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection, fan_in);
     const std::vector<models::Text> deep = wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
     const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
+    [[no_unique_address]] const Unmovable stays_here = {};
 };
 
-/// Grounds the page of the named files and folders. All its facts come from one state of the index.
+/// Grounds the page of the named files and folders, as `find_page_paths` reads them. All its facts come from one state
+/// of the index. A file that the checkout does not give has no line count and no summary. Throws `SqliteError`.
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options = {});
 

@@ -5,8 +5,12 @@
 #include "workers/wiki/scope_tests.h"
 
 #include <algorithm>
+#include <ostream>
 #include <set>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
 
 namespace embedded {
 

@@ -8,7 +8,11 @@
 namespace embedded {
 
 /// Writes one JSON object, record by record, so that no page has to fit into memory twice. Mappings keep the
-/// component's order; sets are sorted arrays; bytes that are not UTF-8 become U+FFFD. README.md lists the keys.
+/// component's order; sets are sorted arrays. README.md lists the keys.
+///
+/// Bytes that are not UTF-8 become U+FFFD: paths that differ in nothing else then look alike, and a mapping by path
+/// holds one key for each of them, the same key twice. Throws what `tests_reaching` throws; whether everything was
+/// written is for the caller to ask of `out`.
 void write_json(std::ostream& out, const Page& page);
 
 }  // namespace embedded

@@ -1,12 +1,15 @@
 #include "embedded/page_markdown.h"
 
+#include "embedded/counted.h"
 #include "embedded/markdown_text.h"
+#include "workers/wiki/scope/ordered_map.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
 #include <ostream>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -15,6 +18,7 @@ namespace embedded {
 namespace {
 
 using models::Text;
+using storage::ScopeFile;
 using storage::ScopeSymbol;
 using wiki::scope::LineRange;
 using Lines = std::vector<std::string>;
@@ -33,10 +37,6 @@ constexpr std::array SECTIONS{
     NamedSection{"seeds", Section::SEEDS},
 };
 
-std::string counted(std::int64_t count, const std::string& thing) {
-    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
 // The lines that a citation of a declaration can name; none when the index does not know where it stands.
 std::optional<LineRange> lines_of(const ScopeSymbol& symbol) {
     if (symbol.start_line < 1) {
@@ -50,51 +50,54 @@ std::string citation(std::string_view path, const std::optional<LineRange>& line
                  : std::string(path);
 }
 
-// Reads the source of declarations, each file once as long as one declaration follows another of the same file.
+// The source of the page's declarations. A selection goes back and forth between the files, so the lines of each file
+// that has a declaration in it are read once and kept.
 class Sources {
   public:
-    Sources(const Page& page, const Checkout& checkout) : page_(page), checkout_(checkout) {}
+    Sources(std::span<const ScopeFile> files, const Checkout& checkout) : checkout_(checkout) {
+        for (const ScopeFile& file : files) {
+            files_[file.path].language = file.language.value_or(Text());
+        }
+    }
 
     // The declaration's lines as a fenced block; none when they are not in the checkout.
     std::optional<std::string> block(const ScopeSymbol& symbol) {
         const std::optional<LineRange> range = lines_of(symbol);
-        if (!range || std::cmp_greater(range->first, lines(symbol.path).size())) {
+        const Source& source = read(symbol.path);
+        if (!range || std::cmp_greater(range->first, source.lines->size())) {
             return std::nullopt;
         }
-        const Lines& all = lines(symbol.path);
         const auto first = static_cast<std::size_t>(range->first - 1);
-        const std::size_t last = std::min(static_cast<std::size_t>(range->last), all.size());
-        return fenced_block(std::span(all).subspan(first, last - first), language(symbol.path));
+        const std::size_t last = std::min(static_cast<std::size_t>(range->last), source.lines->size());
+        return fenced_block(std::span(*source.lines).subspan(first, last - first), source.language);
     }
 
   private:
-    const Lines& lines(const Text& path) {
-        const auto [lines, is_new] = read_.find_or_add(path);
-        if (is_new) {
-            lines = checkout_.read_lines(path).value_or(Lines());
+    struct Source {
+        Text language;               // empty when unknown
+        std::optional<Lines> lines;  // once read
+    };
+
+    const Source& read(const Text& path) {
+        Source& source = files_[path];
+        if (!source.lines) {
+            source.lines = checkout_.read_lines(path).value_or(Lines());
         }
-        return lines;
+        return source;
     }
 
-    [[nodiscard]] std::string_view language(const Text& path) const {
-        const auto file = std::find_if(page_.facts.files.begin(), page_.facts.files.end(),
-                                       [&](const storage::ScopeFile& candidate) { return candidate.path == path; });
-        return file == page_.facts.files.end() || !file->language ? std::string_view() : file->language->view();
-    }
-
-    const Page& page_;
     const Checkout& checkout_;
-    wiki::scope::OrderedMap<Text, Lines> read_;
+    wiki::scope::OrderedMap<Text, Source> files_;
 };
 
 void write_declarations(std::ostream& out, const Page& page, const Checkout& checkout, bool with_source) {
     out << "## Declarations\n\n"
            "The declarations of this page that matter most, every file represented: what production code outside "
            "the page uses and its entry points first.\n";
-    Sources sources(page, checkout);
+    Sources sources(page.facts.files, checkout);
     for (const ScopeSymbol* symbol : page.selection) {
         out << "\n### " << code_span(symbol->name) << "\n\n"
-            << symbol->kind << ", " << code_span(citation(symbol->path, lines_of(*symbol))) << ", "
+            << plain_text(symbol->kind) << ", " << code_span(citation(symbol->path, lines_of(*symbol))) << ", "
             << counted(page.fan_in.outside.get(symbol->id, 0), "use") << " outside, "
             << page.fan_in.inside.get(symbol->id, 0) << " inside\n";
         if (const auto block = with_source ? sources.block(*symbol) : std::nullopt) {
@@ -119,7 +122,7 @@ void write_dependencies(std::ostream& out, const Page& page) {
            "| Declaration | Kind | File | References |\n"
            "|---|---|---|---|\n";
     for (const auto& [target, references] : page.neighbours) {
-        out << "| " << code_cell(target->name) << " | " << code_cell(target->kind) << " | "
+        out << "| " << code_cell(target->name) << " | " << plain_text(target->kind) << " | "
             << code_cell(citation(target->path, lines_of(*target))) << " | " << references << " |\n";
     }
     if (const auto matches = name_match_counts(page.facts); !matches.empty()) {

@@ -27,7 +27,8 @@ struct MarkdownOptions {
 };
 
 /// Writes the sections of the page, each under its own "##" heading. The source of the selected declarations is read
-/// from `checkout`; one that is not there is left out.
+/// from `checkout`; one that is not there is left out. Throws what `tests_reaching` throws; whether everything was
+/// written is for the caller to ask of `out`.
 void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout, const MarkdownOptions& options);
 
 }  // namespace embedded

@@ -24,7 +24,7 @@ std::vector<storage::FileId> ids_of(std::span<const storage::ScopeFile> files) {
 
 // Page file -> the tests that refer to it, from the references of the page.
 scope::OrderedMap<Text, scope::TextSet> referring_tests(const scope::ScopeFacts& facts) {
-    scope::OrderedMap<Text, scope::OrderedSet<Text>> tests;
+    scope::OrderedMap<Text, scope::TextSet> tests;
     const Text* source = nullptr;  // references from one file mostly stand together
     bool is_test = false;
     for (const scope::InboundReference& reference : facts.inbound) {

@@ -2,7 +2,47 @@
 
 #include <sqlite3.h>
 
+#include <filesystem>
+#include <utility>
+
 namespace embedded {
+
+namespace {
+
+const char* advice(int code) {
+    switch (code) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return "another program is using it: try again when that has ended";
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+        return "check the permissions of the file and of its folder";
+    case SQLITE_READONLY:  // even to be read: its journal has to be played, or shared with a writer
+        return "make the file and its folder writable, and open it once with sqlite3";
+    case SQLITE_FULL:
+        return "make room on its disk";
+    case SQLITE_IOERR:
+        return "check its disk";
+    case SQLITE_NOMEM:
+        return "end other programs, or ask for less";
+    default:  // SQLITE_CORRUPT, SQLITE_NOTADB, and SQLITE_ERROR for a table or a column that is not there
+        return "it is not a whole wiki-scope index: import the SCIP file again";
+    }
+}
+
+// SQLite gives some relative paths another meaning.
+std::string literal(const std::string& path) {
+    return std::filesystem::path(path).is_absolute() ? path : "./" + path;
+}
+
+}  // namespace
+
+SqliteError::SqliteError(const std::string& path, const std::string& reason, int code)
+    : std::runtime_error(path + ": " + reason + "; " + advice(code)), reason_(reason), code_(code) {}
+
+bool SqliteError::is_damage() const {
+    return code_ == SQLITE_CORRUPT || code_ == SQLITE_NOTADB;
+}
 
 void Connection::Closer::operator()(sqlite3* handle) const {
     sqlite3_close(handle);
@@ -11,7 +51,7 @@ void Connection::Closer::operator()(sqlite3* handle) const {
 Connection::Connection(const std::string& path, Mode mode) : path_(path) {
     const int flags = mode == Mode::READ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     sqlite3* handle = nullptr;
-    const int code = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int code = sqlite3_open_v2(literal(path).c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     handle_.reset(handle);
     if (code != SQLITE_OK) {
         fail(code);
@@ -26,10 +66,30 @@ void Connection::execute(const std::string& sql) const {
     }
 }
 
+void Connection::watch(std::function<void()> look) {
+    watch_ = std::make_unique<Watch>(Watch{std::move(look), nullptr});
+    // No exception may pass through SQLite, which is C.
+    const auto goes_wrong = [](void* context) -> int {
+        Watch& watch = *static_cast<Watch*>(context);
+        try {
+            watch.look();
+            return 0;
+        } catch (...) {
+            watch.thrown = std::current_exception();
+            return 1;
+        }
+    };
+    constexpr int PERIOD = 10'000;  // instructions of SQLite's machine
+    sqlite3_progress_handler(handle(), PERIOD, goes_wrong, watch_.get());
+}
+
 void Connection::fail(int code) const {
+    if (watch_ != nullptr && watch_->thrown != nullptr) {
+        std::rethrow_exception(std::exchange(watch_->thrown, nullptr));
+    }
     const char* reason = handle_ == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(handle());
     constexpr int PRIMARY = 0xFF;
-    throw SqliteError(path_ + ": " + reason, code & PRIMARY);
+    throw SqliteError(path_, reason, code & PRIMARY);
 }
 
 void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {

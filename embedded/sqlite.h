@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -12,14 +14,21 @@ struct sqlite3_stmt;
 
 namespace embedded {
 
-/// A failure of SQLite. `what()` names the database file and SQLite's own words; `code` is the primary result code
-/// (SQLITE_FULL, SQLITE_NOTADB, ...).
+/// A failure of SQLite. `what()` is one line that names the database file, gives SQLite's own words and says what to
+/// do.
 class SqliteError : public std::runtime_error {
   public:
-    SqliteError(const std::string& message, int code) : std::runtime_error(message), code_(code) {}
+    SqliteError(const std::string& path, const std::string& reason, int code);
+
+    /// SQLite's own words alone.
+    [[nodiscard]] const std::string& reason() const { return reason_; }
+    /// The primary result code (SQLITE_FULL, SQLITE_NOTADB, ...).
     [[nodiscard]] int code() const { return code_; }
+    /// Whether the file is damaged, or no database at all.
+    [[nodiscard]] bool is_damage() const;
 
   private:
+    std::string reason_;
     int code_;
 };
 
@@ -28,12 +37,17 @@ class Connection {
   public:
     enum class Mode { READ, CREATE };
 
+    /// The path is taken as it stands: "file:x" and ":memory:" are names of files like any other.
     Connection(const std::string& path, Mode mode);
 
-    /// Runs statements that return no rows and take no parameters.
+    /// Runs statements that take no parameters; rows that they return are dropped.
     void execute(const std::string& sql) const;
 
-    /// Throws what SQLite last said of this connection, for the result code `code`.
+    /// Has `look` called every few milliseconds while a statement runs. What it throws ends the statement, and comes
+    /// out of the function that ran it.
+    void watch(std::function<void()> look);
+
+    /// Throws what SQLite last said of this connection, for the result code `code`, or what a watch has thrown.
     [[noreturn]] void fail(int code) const;
 
     [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
@@ -43,7 +57,12 @@ class Connection {
     struct Closer {
         void operator()(sqlite3* handle) const;
     };
+    struct Watch {
+        std::function<void()> look;
+        std::exception_ptr thrown;
+    };
     std::string path_;
+    std::unique_ptr<Watch> watch_;
     std::unique_ptr<sqlite3, Closer> handle_;
 };
 

@@ -1,5 +1,5 @@
 // The smallest host: an index of plain containers. It defines every collaborator that the component calls, grounds a
-// page of one file and prints the file-card table.
+// page of one file and prints it.
 
 #include "utils/path_filter.h"
 #include "workers/wiki/file_summary.h"
@@ -9,8 +9,13 @@
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
+#include <iterator>
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace storage {
@@ -126,8 +131,14 @@ int main() {
 
     std::cout << render_file_cards(facts, fan_in, "## Files", missing) << '\n'
               << render_consumers(facts, fan_in, "## Consumers") << "\n## Declarations\n\n";
+    std::vector<NamedPath> selected;
     for (const ScopeSymbol* declaration : select_with_quota(ranked_by_file(facts, fan_in), fan_in, 24, 2, 0.4)) {
         std::cout << "- `" << declaration->name << "`, " << declaration->kind << '\n';
+        selected.push_back({declaration->name, declaration->path});
+    }
+    std::cout << "\n## In depth\n\n";
+    for (const Text& name : pick_spread(selected, 6, 2)) {
+        std::cout << "- `" << name << "`\n";
     }
     std::cout << "\n## Dependencies\n\n";
     for (const auto& [target, references] : neighbours(facts, 12)) {

@@ -1,6 +1,8 @@
 #include "embedded/command/import_command.h"
 
 #include "embedded/command/interruption.h"
+#include "embedded/command/standard_output.h"
+#include "embedded/counted.h"
 #include "embedded/scip/import.h"
 
 #include <CLI/CLI.hpp>
@@ -41,10 +43,6 @@ class ProgressLine {
     std::int64_t percent_ = -1;
 };
 
-std::string counted(std::int64_t count, const std::string& thing) {
-    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
 std::string closing_line(const Arguments& arguments, const scip::ImportCounts& counts) {
     std::string line = arguments.index + ": " + counted(counts.files, "file") + ", " +
                        counted(counts.declarations, "declaration") + ", " + counted(counts.edges, "edge");
@@ -52,7 +50,7 @@ std::string closing_line(const Arguments& arguments, const scip::ImportCounts& c
         line += "; passed over " + counted(counts.unparsed_symbols, "symbol") + " that cannot be read";
     }
     if (counts.unusable_documents > 0) {
-        line += "; passed over " + counted(counts.unusable_documents, "document") + " whose path leaves the repository";
+        line += "; passed over " + counted(counts.unusable_documents, "document") + " without a usable path";
     }
     return line;
 }
@@ -67,7 +65,7 @@ void run_import(const Arguments& arguments) {
             progress.show(done, total);
         });
     }
-    std::cout << closing_line(arguments, counts) << std::endl;
+    print([&](std::ostream& out) { out << closing_line(arguments, counts) << '\n'; });
 }
 
 }  // namespace

@@ -1,14 +1,11 @@
 #include "embedded/command/interruption.h"
 
-#include <array>
-#include <csignal>
+#include <cstddef>
 #include <stdexcept>
 
 namespace embedded {
 
 namespace {
-
-constexpr std::array SIGNALS{SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t requested = 0;
 
@@ -16,14 +13,20 @@ volatile std::sig_atomic_t requested = 0;
 
 Interruption::Interruption() {
     requested = 0;
-    for (const int signal : SIGNALS) {
-        std::signal(signal, [](int) { requested = 1; });
+    struct sigaction noting {};
+    noting.sa_handler = [](int) { requested = 1; };
+    noting.sa_flags = SA_RESTART;
+    for (std::size_t at = 0; at < SIGNALS.size(); ++at) {
+        sigaction(SIGNALS[at], nullptr, &before_[at]);
+        if (before_[at].sa_handler != SIG_IGN) {
+            sigaction(SIGNALS[at], &noting, nullptr);
+        }
     }
 }
 
 Interruption::~Interruption() {
-    for (const int signal : SIGNALS) {
-        std::signal(signal, SIG_DFL);
+    for (std::size_t at = 0; at < SIGNALS.size(); ++at) {
+        sigaction(SIGNALS[at], &before_[at], nullptr);
     }
 }
 

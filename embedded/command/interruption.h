@@ -1,12 +1,15 @@
 // Ctrl-C as an exception instead of a sudden death.
 #pragma once
 
+#include <array>
+#include <csignal>
 #include <string>
 
 namespace embedded {
 
-/// While one lives, SIGINT, SIGTERM and SIGHUP are only noted; `throw_if_requested` turns a noted one into an
-/// exception, at a point where everything can be cleaned up. One at a time.
+/// While one lives, SIGINT, SIGTERM and SIGHUP are only noted, and those that were ignored stay ignored;
+/// `throw_if_requested` turns a noted one into an exception, at a point where everything can be cleaned up. One at a
+/// time; at its end everything is as it was.
 class Interruption {
   public:
     Interruption();
@@ -16,6 +19,10 @@ class Interruption {
 
     /// Throws `std::runtime_error(message)` when such a signal has arrived.
     static void throw_if_requested(const std::string& message);
+
+  private:
+    static constexpr std::array SIGNALS{SIGINT, SIGTERM, SIGHUP};
+    std::array<struct sigaction, SIGNALS.size()> before_{};
 };
 
 }  // namespace embedded

@@ -2,48 +2,74 @@
 
 #include "embedded/command/import_command.h"
 #include "embedded/command/page_command.h"
+#include "embedded/command/standard_output.h"
 
 #include <CLI/CLI.hpp>
 
 #include <exception>
 #include <iostream>
+#include <new>
+#include <ostream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
 constexpr int FAILED = 1;
 constexpr int WRONG_USAGE = 2;
 
-std::string usage_message(const CLI::App* app, const CLI::Error& error) {
-    return "wiki-scope: " + std::string(error.what()) + " (see " + app->get_name() + " --help)\n";
+// Says on one line what went wrong. A message may name things that hold control characters: those are written out.
+int complain(std::string_view message, int exit_code) {
+    constexpr std::string_view HEX = "0123456789abcdef";
+    std::cerr << "wiki-scope: ";
+    for (const char character : message) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x20 || byte == 0x7F) {
+            std::cerr << "\\x" << HEX[byte / 16U] << HEX[byte % 16U];
+        } else {
+            std::cerr << character;
+        }
+    }
+    std::cerr << '\n';
+    return exit_code;
+}
+
+std::string usage_message(const CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<CLI::App*> commands = app.get_subcommands();
+    if (!commands.empty()) {
+        return std::string(error.what()) + " (see wiki-scope " + commands.front()->get_name() + " --help)";
+    }
+    const std::vector<std::string> unknown = app.remaining();
+    return (unknown.empty() ? error.what() : "no such command: " + unknown.front()) + " (see wiki-scope --help)";
+}
+
+int run(int argc, char** argv) {
+    CLI::App app("States what the files of a wiki page are: how big, what for, who uses them, which tests reach them.",
+                 "wiki-scope");
+    app.set_version_flag("--version", "wiki-scope " WIKI_SCOPE_VERSION);
+    app.require_subcommand(1);
+    embedded::add_import_command(app);
+    embedded::add_page_command(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& answered) {  // --help, --version
+        embedded::print([&](std::ostream& out) { app.exit(answered, out); });
+    } catch (const CLI::ParseError& error) {
+        return complain(usage_message(app, error), WRONG_USAGE);
+    }
+    return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    std::ios::sync_with_stdio(false);
     try {
-        std::ios::sync_with_stdio(false);
-        CLI::App app("States what the files of a wiki page are: how big, what for, who uses them, which tests reach "
-                     "them.",
-                     "wiki-scope");
-        app.set_version_flag("--version", "wiki-scope " WIKI_SCOPE_VERSION);
-        app.require_subcommand(1);
-        app.failure_message(usage_message);
-        embedded::add_import_command(app);
-        embedded::add_page_command(app);
-        try {
-            app.parse(argc, argv);
-        } catch (const CLI::Success& success) {  // --help, --version
-            return app.exit(success);
-        } catch (const CLI::ParseError& error) {
-            app.exit(error);
-            return WRONG_USAGE;
-        }
-        return 0;
+        return run(argc, argv);
     } catch (const std::bad_alloc&) {
-        std::cerr << "wiki-scope: out of memory; name fewer files\n";
+        return complain("out of memory; end other programs, or ask for less", FAILED);
     } catch (const std::exception& error) {
-        std::cerr << "wiki-scope: " << error.what() << '\n';
+        return complain(error.what(), FAILED);
     }
-    return FAILED;
 }

@@ -1,6 +1,7 @@
 #include "embedded/command/page_command.h"
 
 #include "embedded/checkout.h"
+#include "embedded/command/standard_output.h"
 #include "embedded/database.h"
 #include "embedded/index.h"
 #include "embedded/page.h"
@@ -9,10 +10,11 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cerrno>
-#include <iostream>
+#include <charconv>
+#include <cmath>
 #include <memory>
-#include <stdexcept>
+#include <ostream>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -43,18 +45,35 @@ void print_page(const Arguments& arguments) {
     storage::Database db(open_index(arguments.index));
     const Checkout checkout(arguments.checkout);
     const Page page = load_page(db, checkout, arguments.paths, arguments.page);
-    if (arguments.format == "json") {
-        write_json(std::cout, page);
-    } else {
-        write_markdown(std::cout, page, checkout, markdown_options(arguments));
-    }
-    if (!std::cout.flush()) {
-        throw std::runtime_error("the page could not be written: " + std::generic_category().message(errno));
-    }
+    print([&](std::ostream& out) {
+        if (arguments.format == "json") {
+            write_json(out, page);
+        } else {
+            write_markdown(out, page, checkout, markdown_options(arguments));
+        }
+    });
+}
+
+// Sets a number from the whole of a decimal text; false when the text is none, or the number cannot hold it.
+template <class Number>
+bool parse(const std::string& text, Number& number) {
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return rest == end && error == std::errc() && std::isfinite(static_cast<double>(number));
 }
 
 void add_number(CLI::App& command, const std::string& name, auto& number, const std::string& help) {
-    command.add_option(name, number, help)->type_name("N")->capture_default_str()->group("What is chosen");
+    std::ostringstream preset;
+    preset << number;
+    const auto set = [&number, name](const std::string& text) {
+        if (!parse(text, number)) {
+            throw CLI::ConversionError(name + ": \"" + text + "\" is not a number that can be used");
+        }
+    };
+    command.add_option_function<std::string>(name, set, help)
+        ->type_name("N")
+        ->default_str(preset.str())
+        ->group("What is chosen");
 }
 
 }  // namespace

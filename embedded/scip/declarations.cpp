@@ -1,5 +1,7 @@
 #include "embedded/scip/declarations.h"
 
+#include "embedded/ascii.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -302,11 +304,7 @@ std::int32_t count_of(const std::optional<Lines>& lines) {
 }
 
 std::string language_of(std::string_view stated, std::string_view path) {
-    std::string language(stated.empty() ? language_of_extension(path) : stated);
-    std::transform(language.begin(), language.end(), language.begin(), [](char character) {
-        return is_upper(character) ? static_cast<char>(character - 'A' + 'a') : character;
-    });
-    return language;
+    return lowered(stated.empty() ? language_of_extension(path) : stated);
 }
 
 }  // namespace embedded::scip

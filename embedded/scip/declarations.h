@@ -7,8 +7,8 @@
 //     Observable#subscribe().     a method, for it stands directly in a type
 //     identity().                 a function
 //     EMPTY.  config.             a constant; a variable, unless its signature starts with "const"
-//     Observer#                   what its signature says: "interface Observer<T>"; a class if it says
-//     nothing
+//     Observer#                   what its signature says: "interface Observer<T>";
+//                                 a class if it says nothing
 #pragma once
 
 #include "embedded/scip/reader.h"
@@ -26,7 +26,7 @@ namespace embedded::scip {
 struct Description {
     SymbolKind kind = SymbolKind::UNSPECIFIED;
     std::string_view display_name;
-    std::string_view signature;  // else the first fenced block of the documentation
+    std::string_view signature;  ///< else the first fenced block of the documentation
 
     /// Fills in what is still missing: of each field the first that says something counts.
     void add(const SymbolInformation& information);
@@ -34,10 +34,10 @@ struct Description {
 
 struct Declaration {
     std::string name;
-    std::string fqn;  // the names of all descriptors, joined by "."
+    std::string fqn;  ///< the names of all descriptors, joined by "."
     /// One of class, struct, interface, enum, type, function, method, constructor, attribute, constant, variable.
     std::string_view kind;
-    bool is_export = false;  // whether it stands outside of every body
+    bool is_export = false;  ///< whether it stands outside of every body
 };
 
 /// The declaration that a symbol stands for; none for what is no declaration: namespaces, modules, parameters and the

@@ -9,8 +9,8 @@
 
 namespace embedded::scip {
 
-FileDescriptor::FileDescriptor(const std::string& path, int flags)
-    : number_(open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
+FileDescriptor::FileDescriptor(const std::string& path, int flags, mode_t mode)
+    : number_(open(path.c_str(), flags | O_CLOEXEC, mode)) {}
 
 FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
 

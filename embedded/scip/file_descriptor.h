@@ -1,6 +1,8 @@
 // An open file of the operating system.
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 
 namespace embedded::scip {
@@ -8,8 +10,9 @@ namespace embedded::scip {
 /// An open file, closed at the end of its life.
 class FileDescriptor {
   public:
-    /// Opens the file with the flags of open(2). What `open` says of a failure stands in errno.
-    FileDescriptor(const std::string& path, int flags);
+    /// Opens the file as open(2) does: `mode` is that of a new file, before the umask. What `open` says of a failure
+    /// stands in errno.
+    FileDescriptor(const std::string& path, int flags, mode_t mode = 0666);
     ~FileDescriptor();
     FileDescriptor(FileDescriptor&& other) noexcept;
     FileDescriptor(const FileDescriptor&) = delete;

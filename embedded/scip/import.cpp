@@ -13,6 +13,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <stdexcept>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -67,6 +68,11 @@ bool is_usable(std::string_view path) {
     const std::string framed = "/" + std::string(path) + "/";
     return !path.empty() && path.front() != '/' && path.find('\0') == std::string_view::npos &&
            framed.find("/../") == std::string::npos;
+}
+
+std::int64_t usable_documents(const Index& index) {
+    return std::count_if(index.documents.begin(), index.documents.end(),
+                         [](const Document& document) { return is_usable(document.path); });
 }
 
 // The files in path order, each with its documents in the order in which they came.
@@ -140,15 +146,35 @@ std::vector<Row> rows_of(const Definitions& definitions) {
     return rows;
 }
 
+// How far an import has come, and whoever wants to know.
+class Steps {
+  public:
+    explicit Steps(const ImportProgress& progress) : progress_(progress) {}
+
+    void expect(std::int64_t total) { total_ = std::max<std::int64_t>(total, 1); }
+
+    void advance() {
+        ++done_;
+        tell();
+    }
+
+    void tell() const {
+        if (progress_) {
+            progress_(done_, total_);
+        }
+    }
+
+  private:
+    const ImportProgress& progress_;
+    std::int64_t done_ = 0;
+    std::int64_t total_ = 1;
+};
+
 // One import: reads an index, and fills a database that has the schema already.
 class Import {
   public:
-    Import(const MappedFile& scip, const Index& index, Connection& out, const ImportProgress& progress)
-        : scip_(scip), index_(index), out_(out), progress_(progress), files_(files_of(index)) {
-        for (const File& file : files_) {
-            documents_ += static_cast<std::int64_t>(file.documents.size());
-        }
-    }
+    Import(const MappedFile& scip, const Index& index, Connection& out, Steps& steps)
+        : scip_(scip), index_(index), out_(out), steps_(steps), files_(files_of(index)) {}
 
     ImportCounts run() {
         insert_meta();
@@ -156,7 +182,7 @@ class Import {
         insert_declarations();
         insert_edges();
         counts_.unparsed_symbols = symbols_.unparsed();
-        counts_.unusable_documents = static_cast<std::int64_t>(index_.documents.size()) - documents_;
+        counts_.unusable_documents = static_cast<std::int64_t>(index_.documents.size()) - usable_documents(index_);
         return counts_;
     }
 
@@ -293,7 +319,7 @@ class Import {
         return references;
     }
 
-    template <typename Visit>
+    template <class Visit>
     void for_each_document(const File& file, const Visit& visit) {
         for (const Document* const document : file.documents) {
             try {
@@ -302,33 +328,28 @@ class Import {
                 throw damaged(scip_, *document);
             }
             scip_.release(document->message);
-            ++steps_done_;
-            if (progress_) {
-                progress_(steps_done_, 2 * documents_);
-            }
+            steps_.advance();
         }
     }
 
     const MappedFile& scip_;
     const Index& index_;
     Connection& out_;
-    const ImportProgress& progress_;
+    Steps& steps_;
     std::vector<File> files_;
     Symbols symbols_;
-    std::int64_t documents_ = 0;  // the usable ones
-    std::int64_t steps_done_ = 0;
     ImportCounts counts_;
 };
 
-// Writes a new database and closes it.
-ImportCounts write_index(const std::string& path, const MappedFile& scip, const Index& index,
-                         const ImportProgress& progress) {
+// Fills a new database and closes it.
+ImportCounts write_index(const std::string& path, const MappedFile& scip, const Index& index, Steps& steps) {
     Connection out(path, Connection::Mode::CREATE);
+    out.watch([&] { steps.tell(); });
     // Whatever goes wrong, the file is thrown away; it is made durable as a whole when it is complete.
     out.execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
     Transaction transaction(out);
     create_schema(out);
-    const ImportCounts counts = Import(scip, index, out, progress).run();
+    const ImportCounts counts = Import(scip, index, out, steps).run();
     create_indexes(out);
     transaction.commit();
     return counts;
@@ -341,8 +362,9 @@ std::int64_t count_rows(const Connection& index, const std::string& table) {
 }
 
 // Whether what was written can be opened again and holds every row.
-bool is_complete(const std::string& path, const ImportCounts& counts) {
-    const Connection index = open_index(path);
+bool is_complete(const std::string& path, const ImportCounts& counts, const Steps& steps) {
+    Connection index = open_index(path);
+    index.watch([&] { steps.tell(); });
     return count_rows(index, "files") == counts.files && count_rows(index, "symbols") == counts.declarations &&
            count_rows(index, "edges") == counts.edges;
 }
@@ -351,19 +373,28 @@ bool is_complete(const std::string& path, const ImportCounts& counts) {
 
 ImportCounts import_scip(const std::string& scip_path, const std::string& index_path, const ImportProgress& progress) {
     require_replaceable(index_path);
+    Steps steps(progress);
     const MappedFile scip(scip_path);
-    const Index index = read_index(scip);
+    const Index index = read_index(scip, [&] { steps.tell(); });
+    steps.expect(2 * usable_documents(index));
+    if (usable_documents(index) == 0 && holds_something(index_path)) {
+        throw std::runtime_error(scip_path + ": names no source file, so " + index_path +
+                                 " is kept; run the indexer on sources, or remove the index first");
+    }
     Replacement replacement(index_path);
+    ImportCounts counts;
     try {
-        const ImportCounts counts = write_index(replacement.partial_path(), scip, index, progress);
-        if (!is_complete(replacement.partial_path(), counts)) {
+        counts = write_index(replacement.partial_path(), scip, index, steps);
+        if (!is_complete(replacement.partial_path(), counts, steps)) {
             throw cannot_replace(index_path, "rows are missing from what was written");
         }
-        replacement.commit();
-        return counts;
     } catch (const SqliteError& error) {
-        throw cannot_replace(index_path, error.what());
+        throw cannot_replace(index_path, error.reason());
     }
+    replacement.sync();
+    steps.tell();
+    replacement.commit();
+    return counts;
 }
 
 }  // namespace embedded::scip

@@ -16,21 +16,22 @@ namespace embedded::scip {
 struct ImportCounts {
     std::int64_t files = 0;
     std::int64_t declarations = 0;
-    std::int64_t edges = 0;             // rows; each stands for one or more references
-    std::int64_t unparsed_symbols = 0;  // distinct symbol strings that do not parse, all passed over
-    /// Passed over for their path: empty, absolute, with a segment ".." or a NUL byte.
-    std::int64_t unusable_documents = 0;
+    std::int64_t edges = 0;               ///< rows; each stands for one or more references
+    std::int64_t unparsed_symbols = 0;    ///< distinct symbol strings that do not parse, all passed over
+    std::int64_t unusable_documents = 0;  ///< passed over for their path: empty, absolute, with ".." or a NUL byte
 };
 
-/// Told after each step how many of how many are done. The steps are as many as there are usable documents, twice:
-/// for their declarations, then for their references. May throw, which ends the import.
+/// Told again and again, from the beginning until the new index takes its place, how many steps of how many are done;
+/// `total` is never 0. A usable document is two steps: one for its declarations, one for its references. May throw,
+/// which ends the import.
 using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)>;
 
 /// Makes the index of a SCIP file at `index_path`, in place of any that is there. `progress` may be empty.
 ///
 /// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes: not
 /// when the import fails, is killed, or is interrupted by an exception from `progress`, which comes out as it went
-/// in. Two imports into one index do not run at once: the second fails.
+/// in. Two imports into one index do not run at once: the second fails. A SCIP file without any usable document makes
+/// an empty index where there is none, but replaces none: it was hardly meant to.
 ///
 /// Equal SCIP files at equal paths give equal bytes. Ids start at 1: files by path, declarations by file, first line
 /// and order of first definition; edges stand by source file, target and resolution. A definition without a usable

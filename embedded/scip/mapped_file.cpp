@@ -44,7 +44,7 @@ MappedFile::~MappedFile() {
     }
 }
 
-void MappedFile::release(std::string_view bytes) const {
+void MappedFile::release(std::string_view bytes) const noexcept {
     // Whole pages only: what shares a page with the ends may be in use.
     const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     const auto offset = static_cast<std::size_t>(bytes.data() - static_cast<const char*>(address_));

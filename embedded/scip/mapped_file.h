@@ -21,9 +21,9 @@ class MappedFile {
     /// The content, valid as long as this object lives.
     [[nodiscard]] std::string_view bytes() const { return {static_cast<const char*>(address_), size_}; }
 
-    /// Gives back the memory that some of the content takes up. It stays valid: what is still needed of it is fetched
-    /// again.
-    void release(std::string_view bytes) const;
+    /// Gives back the memory that `bytes`, a part of the content, take up. They stay valid: what is still needed of
+    /// them is fetched again. Never throws: what cannot be given back stays.
+    void release(std::string_view bytes) const noexcept;
 
   private:
     std::string path_;

@@ -195,19 +195,19 @@ bool skips(pbf_reader& fields) {
 
 // Takes the metadata, which stands first in every SCIP file.
 Metadata take_metadata(const std::string& file, pbf_reader& fields) {
+    bool is_cut = false;
     try {
-        if (!fields.next() || fields.tag_and_type() != bytes_of(1)) {
-            throw not_scip(file);
+        if (fields.next() && fields.tag_and_type() == bytes_of(1)) {
+            pbf_reader field = fields;
+            if (skips(fields)) {
+                return read_metadata(field.get_message());
+            }
+            is_cut = begins_as_metadata(field);
         }
-        const pbf_reader field = fields;
-        const bool complete = skips(fields);
-        if (!complete && begins_as_metadata(field)) {
-            throw truncated(file, 0);
-        }
-        return read_metadata(pbf_reader(field).get_message());
     } catch (const protozero::exception&) {
-        throw not_scip(file);
+        is_cut = false;  // neither a field nor the beginning of one
     }
+    throw is_cut ? truncated(file, 0) : not_scip(file);
 }
 
 }  // namespace
@@ -295,13 +295,14 @@ Repeated<SymbolInformation> Document::symbols() const {
     return {message, DOCUMENT_SYMBOLS};
 }
 
-Index read_index(const MappedFile& file) {
+Index read_index(const MappedFile& file, const std::function<void()>& after_each_document) {
     const std::string_view bytes = file.bytes();
     pbf_reader fields(bytes.data(), bytes.size());
+    const auto position = [&] { return bytes.size() - fields.length(); };
     Index index{take_metadata(file.path(), fields), {}};
-    std::size_t offset = 0;
+    std::size_t offset = position();
     try {
-        while (offset = bytes.size() - fields.length(), fields.next()) {
+        for (; fields.next(); offset = position()) {
             if (fields.tag_and_type() == bytes_of(2)) {
                 index.documents.push_back({offset, take_text(fields), {}, {}});
             } else {
@@ -320,6 +321,7 @@ Index read_index(const MappedFile& file) {
             throw damaged(file, document);
         }
         file.release(document.message);
+        after_each_document();
     }
     return index;
 }

@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -27,7 +28,7 @@ namespace embedded::scip {
 ///     while (const std::optional<Occurrence> occurrence = occurrences.next()) { use(*occurrence); }
 ///
 /// `next` throws `protozero::exception` where the bytes do not parse.
-template <typename Element>
+template <class Element>
 class Repeated {
   public:
     Repeated(std::string_view message, protozero::pbf_tag_type field)
@@ -57,8 +58,8 @@ struct Range {
 struct Occurrence {
     std::string_view symbol;
     std::int32_t roles = 0;
-    std::optional<Range> range;            // none when missing or malformed
-    std::optional<Range> enclosing_range;  // of the whole declaration with its body, if it is a definition
+    std::optional<Range> range;            ///< none when missing or malformed
+    std::optional<Range> enclosing_range;  ///< of the whole declaration with its body, if it is a definition
 
     [[nodiscard]] bool is_definition() const { return (static_cast<std::uint32_t>(roles) & 1U) != 0; }
 
@@ -78,10 +79,10 @@ struct SymbolInformation {
 
 /// One source file, or a part of what there is to say of it: two documents may have one path.
 struct Document {
-    std::size_t offset = 0;  // of its first byte in the file
+    std::size_t offset = 0;  ///< of its first byte in the file
     std::string_view message;
-    std::string_view path;      // as it came: nothing says that it is a sane relative path
-    std::string_view language;  // often empty
+    std::string_view path;      ///< as it came: nothing says that it is a sane relative path
+    std::string_view language;  ///< often empty
 
     [[nodiscard]] Repeated<Occurrence> occurrences() const;
     [[nodiscard]] Repeated<SymbolInformation> symbols() const;
@@ -91,18 +92,18 @@ struct Document {
 struct Metadata {
     std::string_view tool_name;
     std::string_view tool_version;
-    std::string_view project_root;  // the URI of the folder that paths are relative to
+    std::string_view project_root;  ///< the URI of the folder that paths are relative to
 };
 
 struct Index {
     Metadata metadata;
-    std::vector<Document> documents;  // in the order of the file
+    std::vector<Document> documents;  ///< in the order of the file
 };
 
 /// Reads the metadata and finds the documents, without looking into their occurrences and symbols. Throws
 /// `std::runtime_error` with one line that names the file, says what is wrong with it (not SCIP, truncated, damaged
-/// and where) and what to do.
-Index read_index(const MappedFile& file);
+/// and where) and what to do. What `after_each_document` throws ends the reading.
+Index read_index(const MappedFile& file, const std::function<void()>& after_each_document);
 
 /// The error to throw when a document of `file` turns out not to parse.
 std::runtime_error damaged(const MappedFile& file, const Document& document);

@@ -18,14 +18,14 @@
 namespace embedded::scip {
 
 enum class Suffix {
-    NAMESPACE,       // name/
-    TYPE,            // name#
-    TERM,            // name.
-    METHOD,          // name(disambiguator).
-    MACRO,           // name!
-    META,            // name:
-    TYPE_PARAMETER,  // [name]
-    PARAMETER,       // (name)
+    NAMESPACE,       ///< name/
+    TYPE,            ///< name#
+    TERM,            ///< name.
+    METHOD,          ///< name(disambiguator).
+    MACRO,           ///< name!
+    META,            ///< name:
+    TYPE_PARAMETER,  ///< [name]
+    PARAMETER,       ///< (name)
 };
 
 /// One step of a global symbol. The name is never empty and stands as in the source: no backticks around it, none

@@ -1,10 +1,10 @@
-// The command as its users run it: what it prints, where, and how it exits.
+// The command as its users run it: what it says, where, and how it exits.
 
 #include "embedded/index.h"
+#include "tests/embedded/scip_builder.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <sys/wait.h>
 
@@ -21,13 +21,13 @@ struct Outcome {
 
 class Command : public testing::Test {
   protected:
-    // Runs `wiki-scope ARGUMENTS` in the folder of the test.
-    [[nodiscard]] Outcome run(const std::string& arguments) const {
-        const std::string line = "cd '" + folder / "" + "' && '" WIKI_SCOPE "' " + arguments + " >'" + folder / "out" +
-                                 "' 2>'" + folder / "err" + "'";
-        const int status = std::system(line.c_str());  // NOLINT(cert-env33-c): a test of a command
+    // Runs a line of shell in the folder of the test.
+    [[nodiscard]] Outcome shell(const std::string& line) const {
+        const std::string all = "cd '" + folder / "" + "' && exec >out 2>err; " + line;
+        const int status = std::system(all.c_str());  // NOLINT(cert-env33-c): a test of a command
         return {WEXITSTATUS(status), folder.read("out"), folder.read("err")};
     }
+    [[nodiscard]] Outcome run(const std::string& arguments) const { return shell("'" WIKI_SCOPE "' " + arguments); }
 
     void make_index() const {
         const Connection connection(folder / "index.db", Connection::Mode::CREATE);
@@ -51,11 +51,20 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
     Connection(folder / "other.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
     Connection(folder / "index2.db", Connection::Mode::CREATE)
         .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '2')");
+    std::filesystem::copy(folder / "index2.db", folder / "null.db");
+    Connection(folder / "null.db", Connection::Mode::CREATE).execute("UPDATE meta SET value = NULL");
+    std::filesystem::copy(folder / "index2.db", folder / "meta.db");
+    Connection(folder / "meta.db", Connection::Mode::CREATE).execute("UPDATE meta SET value = '1'");
+    std::filesystem::copy(folder / "index2.db", folder / "wild.db");
+    Connection(folder / "wild.db", Connection::Mode::CREATE).execute("UPDATE meta SET value = char(10, 27)");
+    folder.write("cut.db", folder.read("index.db").substr(0, 5000));
+    std::filesystem::create_symlink("loop", folder / "loop");
+    const std::string too_long(300, 'x');
     folder.write("text.scip", "this is not SCIP");
     folder.write("good.scip", std::string_view("\x0a\x00", 2));
     folder.write("cut.scip", std::string("\x0a\x02\x12\x00\x12\x7f", 6));
     struct Case {
-        const char* arguments;
+        std::string arguments;
         int exit_code;
         const char* says;
     };
@@ -66,19 +75,39 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
              {"page a --index other.db --checkout .", 1, "other.db: not a wiki-scope index"},
              {"page a --index src --checkout .", 1, "src: not a wiki-scope index"},
              {"page a --index index2.db --checkout .", 1, "index2.db: an index of schema version 2"},
-             {"page a --index index.db --checkout none", 1, "none: not a folder"},
+             {"page a --index null.db --checkout .", 1, "null.db: not a wiki-scope index"},
+             {"page a --index meta.db --checkout .", 1, "meta.db: no such table: files; it is not a whole"},
+             {"page a --index wild.db --checkout .", 1, "wild.db: an index of schema version \\x0a\\x1b,"},
+             {"page a --index cut.db --checkout .", 1, "cut.db: database disk image is malformed; it is not a whole"},
+             {"page a --index loop --checkout .", 1, "loop: cannot be found (Too many levels"},
+             {"page a --index " + too_long + " --checkout .", 1, "x: cannot be found (File name too long)"},
+             {"page a --index 'a\nb' --checkout .", 1, "a\\x0ab: no such index"},
+             {"page a --index index.db --checkout none", 1, "none: no such folder"},
              {"page a --index index.db --checkout index.db", 1, "index.db: not a folder"},
-             {"page src --index index.db --checkout . 2>err >/dev/full #", 1,
-              "the page could not be written: No space left"},
+             {"page src --index index.db --checkout . >/dev/full", 1,
+              "standard output: cannot be written (No space left"},
+             {"import good.scip --index good.db >/dev/full", 1, "standard output: cannot be written (No space"},
+             {"--help >/dev/full", 1, "standard output: cannot be written (No space left"},
              {"import none.scip --index new.db", 1, "none.scip: no such file"},
              {"import text.scip --index new.db", 1, "text.scip: not a SCIP file"},
              {"import empty.db --index new.db", 1, "empty.db: not a SCIP file"},
              {"import cut.scip --index new.db", 1, "cut.scip: a truncated SCIP file"},
              {"import cut.scip --index text.db", 1, "text.db: not a wiki-scope index"},
-             {"import good.scip --index none/new.db", 1, "none/new.db"},
+             {"import text.scip --index other.db", 1, "other.db: not a wiki-scope index"},
+             {"import good.scip --index none/new.db", 1,
+              "none/new.db: cannot be written (No such file or directory); "},
+             {"import good.scip --index index.db", 1, "good.scip: names no source file, so index.db is kept"},
+             {"import good.scip --index " + too_long, 1, "x: cannot be found (File name too long)"},
              {"", 2, "subcommand"},
-             {"page --index index.db --checkout .", 2, "PATH is required"},
+             {"frob a", 2, "no such command: frob (see wiki-scope --help)"},
+             {"page --index index.db --checkout .", 2, "PATH is required (see wiki-scope page --help)"},
              {"page a --checkout .", 2, "--index is required"},
+             {"page a --index index.db --checkout . --total ''", 2, "--total: \"\" is not a number"},
+             {"page a --index index.db --checkout . --total 0x10", 2, "--total: \"0x10\" is not a number"},
+             {"page a --index index.db --checkout . --deep 9223372036854775808", 2,
+              "--deep: \"9223372036854775808\" is"},
+             {"page a --index index.db --checkout . --max-share nan", 2, "--max-share: \"nan\" is not a number"},
+             {"page a --index index.db --checkout . --max-share 1e999", 2, "--max-share: \"1e999\" is not a number"},
              {"page a --index index.db --checkout . --format xml", 2, "--format: xml not in"},
              {"page a --index index.db --checkout . --unknown", 2, "--unknown"},
          }) {
@@ -92,6 +121,47 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
     EXPECT_FALSE(std::filesystem::exists(folder / "new.db"));
 }
 
+TEST_F(Command, TakesNumbersAsDecimal) {
+    make_index();
+    const Outcome page = run("page src --index index.db --checkout . --format json --total 010 --floor=-5 "
+                             "--deep 9223372036854775807 --max-share 1e300");
+    EXPECT_EQ(page.err, "");
+    EXPECT_NE(page.out.find(R"("total":10)"), std::string::npos) << page.out;
+}
+
+TEST_F(Command, TakesPathsThatMeanMoreToSqliteAsTheyStand) {
+    folder.write("one.scip", scip::scip_file({scip::ScipDocument("a.ts")}));
+    for (const std::string name : {":memory:", "file:a.db?mode=memory"}) {
+        EXPECT_EQ(run("import one.scip --index '" + name + "'").err, "");
+        EXPECT_EQ(run("page . --index '" + name + "' --checkout .").err, "");
+        EXPECT_TRUE(std::filesystem::exists(folder / name));
+    }
+}
+
+TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
+    std::vector<scip::ScipDocument> documents;
+    for (int file = 0; file < 3000; ++file) {
+        const std::string symbol = "tool npm pkg 1.0 f" + std::to_string(file);
+        documents.emplace_back("f" + std::to_string(file) + ".ts");
+        for (int line = 0; line < 50; ++line) {
+            documents.back().defines(symbol + "_" + std::to_string(line) + "().");
+        }
+    }
+    folder.write("big.scip", scip::scip_file(documents));
+    // In the background of a script SIGINT is ignored, SIGTERM is not.
+    const auto signalled = [&](const std::string& signal) {
+        return shell("'" WIKI_SCOPE "' import big.scip --index new.db & "
+                     "for tick in $(seq 1000); do [ -e .new.db.wiki-scope-partial ] && break; sleep 0.01; done; "
+                     "kill -" +
+                     signal + " $!; wait $!");
+    };
+    const Outcome ended = signalled("TERM");
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_EQ(ended.err, "wiki-scope: interrupted; nothing was changed at new.db\n");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / ""), {}), 3);  // big.scip, out, err
+    EXPECT_EQ(signalled("INT").exit_code, 0);
+}
+
 TEST_F(Command, HelpsOnStandardOutput) {
     EXPECT_EQ(run("--version").out, "wiki-scope " WIKI_SCOPE_VERSION "\n");
     for (const char* arguments : {"--help", "page --help", "import --help"}) {
@@ -100,40 +170,6 @@ TEST_F(Command, HelpsOnStandardOutput) {
         EXPECT_EQ(outcome.err, "");
         EXPECT_NE(outcome.out.find("Usage: "), std::string::npos) << outcome.out;
     }
-}
-
-TEST_F(Command, PrintsFoldersFilesAndMissingPaths) {
-    make_index();
-    const Outcome page = run("page ./src/ none/a.ts src/a.ts none/a.ts --only files --index index.db --checkout .");
-    EXPECT_EQ(page.exit_code, 0);
-    EXPECT_EQ(page.err, "");
-    EXPECT_TRUE(page.out.starts_with("## Files\n\n"));
-    EXPECT_TRUE(
-        page.out.ends_with("|---|---|---|---|---|---|---|\n"
-                           "| `src/a.ts` | 3 | 1 | Says what it is for. | `One` L2 (in-page 7) | src/b.ts |  |\n"
-                           "| `src/b.ts` | ? | 0 |  |  |  |  |\n"
-                           "| `none/a.ts` | ? | 0 | not in the index | | | |\n"))
-        << page.out;
-    EXPECT_EQ(run("page none --index index.db --checkout .").exit_code, 0);
-}
-
-TEST_F(Command, PrintsTheSameAsJson) {
-    make_index();
-    const Outcome page = run("page src/a.ts 'caf\xE9' --index index.db --checkout . --format json");
-    ASSERT_EQ(page.exit_code, 0) << page.err;
-    const auto json = nlohmann::json::parse(page.out);
-    EXPECT_EQ(json["facts"]["inbound"][1], (nlohmann::json{{"source_path", "src/b.ts"},
-                                                           {"target_id", 1},
-                                                           {"target_path", "src/a.ts"},
-                                                           {"target_name", "One"},
-                                                           {"target_kind", "class"},
-                                                           {"resolution", "import"},
-                                                           {"refs", 3}}));
-    EXPECT_EQ(json["facts"]["files"][0], (nlohmann::json{{"id", 1}, {"path", "src/a.ts"}, {"language", "typescript"}}));
-    EXPECT_EQ(json["missing"], nlohmann::json({"caf\uFFFD"}));
-    EXPECT_EQ(json["fan_in"],
-              (nlohmann::json{{"outside", {{"1", 3}}}, {"inside", {{"1", 4}}}, {"entry", nlohmann::json::array()}}));
-    EXPECT_EQ(json["file_users"], (nlohmann::json{{"src/a.ts", {{"src/b.ts", 3}}}}));
 }
 
 }  // namespace

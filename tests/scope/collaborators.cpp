@@ -4,6 +4,9 @@
 #include "workers/wiki/file_summary.h"
 #include "workers/wiki/scope/facts.h"
 
+#include <algorithm>
+#include <type_traits>
+
 namespace storage {
 
 Database* listening = nullptr;

@@ -5,6 +5,8 @@
 
 #include <cmath>
 #include <limits>
+#include <map>
+#include <optional>
 #include <random>
 
 namespace wiki::scope {

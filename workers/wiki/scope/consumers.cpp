@@ -22,23 +22,25 @@ struct OutsideUse {
     OrderedSet<Text> left_files;  // the sources of those references
 };
 
-// Calls `visit(reference, counts)` for each reference from a production file outside the page.
-template <class Visit>
-void for_each_from_outside(const ScopeFacts& facts, Visit visit) {
-    const TextSet page = facts.paths();
-    Remembered is_outside([&](const Text& path) { return !page.contains(path) && !facts.test_sources.contains(path); });
-    Remembered import_resolved([&](const Text& path) { return facts.import_resolved(path); });
+// Calls `visit(reference, counts)` for each reference from a file that passes `is_wanted`.
+template <class Wanted, class Visit>
+void for_each_reference(const ScopeFacts& facts, Wanted is_wanted, Visit visit) {
+    Remembered is_wanted_source(is_wanted);
+    auto is_use_of = _use_rule(facts);
     for (const InboundReference& reference : facts.inbound) {
-        if (is_outside(reference.source_path)) {
-            visit(reference,
-                  is_use(reference.resolution, reference.target_kind, import_resolved(reference.target_path)));
+        if (is_wanted_source(reference.source_path)) {
+            visit(reference, is_use_of(reference));
         }
     }
 }
 
 OutsideUse use_from_outside(const ScopeFacts& facts) {
+    const TextSet page = facts.paths();
+    const auto is_outside = [&](const Text& path) {
+        return !page.contains(path) && !facts.test_sources.contains(path);
+    };
     OutsideUse use;
-    for_each_from_outside(facts, [&](const InboundReference& reference, bool counts) {
+    for_each_reference(facts, is_outside, [&](const InboundReference& reference, bool counts) {
         if (counts) {
             use.consumers.add(reference.source_path, reference.refs);
             use.used.insert(reference.target_id);
@@ -65,9 +67,9 @@ OrderedMap<Text, Counter<Text>> names_used_by(const std::vector<Consumer>& consu
     for (const Consumer& consumer : consumers) {
         names[consumer.key];
     }
-    Remembered is_shown([&](const Text& path) { return names.contains(path); });
-    for_each_from_outside(facts, [&](const InboundReference& reference, bool counts) {
-        if (counts && is_shown(reference.source_path)) {
+    const auto is_shown = [&](const Text& path) { return names.contains(path); };
+    for_each_reference(facts, is_shown, [&](const InboundReference& reference, bool counts) {
+        if (counts) {
             names[reference.source_path].add(reference.target_name, reference.refs);
         }
     });

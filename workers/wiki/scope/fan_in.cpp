@@ -32,10 +32,8 @@ Resolution judge_resolution(const Text& resolution) {
 }  // namespace
 
 bool is_use(std::string_view resolution, std::string_view target_kind, bool import_resolved) {
-    if (EVIDENCE_RESOLUTIONS.contains(resolution)) {
-        return true;
-    }
-    return resolution == "unique" && !import_resolved && !NAME_MATCH_KINDS.contains(target_kind);
+    return _is_use(
+        _standing(resolution), [&] { return import_resolved; }, [&] { return NAME_MATCH_KINDS.contains(target_kind); });
 }
 
 FanIn production_fan_in(const ScopeFacts& facts) {
@@ -66,10 +64,11 @@ FanIn production_fan_in(const ScopeFacts& facts) {
     };
 
     const OrderedSet<SymbolId> members = _members(facts);
+    Remembered can_be_entry([](const Text& kind) { return _is_callable_or_type(kind); });
     OrderedSet<SymbolId> entry;
     for (const ScopeSymbol& symbol : facts.symbols) {
-        if (_is_callable_or_type(symbol.kind) && symbol.is_export && !_is_private(symbol.name) &&
-            !is_referenced(symbol.id) && !members.contains(symbol.id) && !utils::is_test_path(symbol.path)) {
+        if (can_be_entry(symbol.kind) && symbol.is_export && !_is_private(symbol.name) && !is_referenced(symbol.id) &&
+            !members.contains(symbol.id) && !utils::is_test_path(symbol.path)) {
             entry.insert(symbol.id);
         }
     }
@@ -78,22 +77,13 @@ FanIn production_fan_in(const ScopeFacts& facts) {
 
 FileUsers file_users(const ScopeFacts& facts) {
     Remembered is_test([&](const Text& path) { return facts.test_sources.contains(path); });
-    Remembered import_resolved([&](const Text& path) { return facts.import_resolved(path); });
+    auto is_use_of = _use_rule(facts);
 
     FileUsers users;
-    const InboundReference* previous = nullptr;  // the last one that counted
-    std::int64_t* count = nullptr;               // of its source and target; the next mostly has the same
     for (const InboundReference& reference : facts.inbound) {
-        const auto& [source, target_id, target, target_name, target_kind, resolution, refs] = reference;
-        if (source == target || is_test(source) || !is_use(resolution, target_kind, import_resolved(target))) {
-            continue;
+        if (reference.source_path != reference.target_path && !is_test(reference.source_path) && is_use_of(reference)) {
+            users[reference.target_path].add(reference.source_path, reference.refs);
         }
-        if (previous == nullptr || !previous->source_path.same_buffer(source) ||
-            !previous->target_path.same_buffer(target)) {
-            count = &users[target].find_or_add(source).first;
-        }
-        *count = utils::saturating_sum(*count, refs);
-        previous = &reference;
     }
     return users;
 }

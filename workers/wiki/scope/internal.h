@@ -75,6 +75,33 @@ class Remembered {
     std::array<Memory, MEMORIES> memories_{};
 };
 
+/// What the resolution of a reference says of it being a use.
+enum class Standing { NONE, BY_NAME, EVIDENCE };
+
+inline Standing _standing(std::string_view resolution) {
+    return EVIDENCE_RESOLUTIONS.contains(resolution) ? Standing::EVIDENCE
+           : resolution == "unique"                  ? Standing::BY_NAME
+                                                     : Standing::NONE;
+}
+
+/// The rule of `is_use`, which asks about the target only where the resolution leaves it open.
+inline bool _is_use(Standing standing, auto is_import_resolved, auto matches_by_name) {
+    return standing == Standing::EVIDENCE ||
+           (standing == Standing::BY_NAME && !is_import_resolved() && !matches_by_name());
+}
+
+/// `is_use` for the references into a page, as a function of the reference.
+inline auto _use_rule(const ScopeFacts& facts) {
+    return [standing = Remembered(_standing),
+            import_resolved = Remembered([&facts](const Text& path) { return facts.import_resolved(path); }),
+            name_match = Remembered([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); })](
+               const InboundReference& reference) mutable {
+        return _is_use(
+            standing(reference.resolution), [&] { return import_resolved(reference.target_path); },
+            [&] { return name_match(reference.target_kind); });
+    };
+}
+
 /// The ids of the page's declarations that lie within the lines of another declaration of their file, a type:
 /// members, not top-level code. Both bounds are inclusive, so two types of equal lines are members of each other. n
 /// declarations and t types of one file cost O((n + t) log t).

@@ -81,8 +81,14 @@ OrderedSet<SymbolId> _members(const ScopeFacts& facts) {
     types_by_file.update_each([](TypesOfFile& types) { types.sort(); });
 
     OrderedSet<SymbolId> members;
+    members.reserve(facts.symbols.size());
+    const Text* path = nullptr;  // declarations of one file mostly stand together
+    const TypesOfFile* types = nullptr;
     for (const ScopeSymbol& symbol : facts.symbols) {
-        const TypesOfFile* types = types_by_file.find(symbol.path);
+        if (path == nullptr || !path->same_buffer(symbol.path)) {
+            path = &symbol.path;
+            types = types_by_file.find(symbol.path);
+        }
         if (types != nullptr && types->contain(symbol)) {
             members.insert(symbol.id);
         }

@@ -3,6 +3,7 @@
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace wiki::scope {
 

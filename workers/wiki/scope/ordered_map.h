@@ -30,7 +30,8 @@ using KeyHash = std::conditional_t<std::is_same_v<Key, models::Text>, models::Te
 /// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in which
 /// the keys were first inserted; no key is ever removed. References to values and iterators stay valid until the next
 /// insertion. A `const OrderedMap` may be read by any number of threads at once. Looking up and inserting take
-/// constant time on average. Throws `std::length_error` at 2^32 - 1 keys.
+/// constant time on average; inserting what was inserted last takes no search. Throws `std::length_error` beyond
+/// 3 * 2^30 keys.
 template <class Key, class Value>
 class OrderedMap {
   public:
@@ -79,11 +80,18 @@ class OrderedMap {
 
     /// The value of `key` and whether the key is new: then it was added at the end, with `Value()`.
     std::pair<Value&, bool> find_or_add(const Key& key) {
-        const std::uint32_t hash = short_hash(key);
-        if (const std::size_t place = place_of(key, hash); place != NONE) {
-            return {entries_[place].value, false};
+        if (recent_ < entries_.size() && is_surely(entries_[recent_].key, key)) {
+            return {entries_[recent_].value, false};
         }
-        make_room();
+        const std::uint32_t hash = short_hash(key);
+        recent_ = place_of(key, hash);
+        if (recent_ != NONE) {
+            return {entries_[recent_].value, false};
+        }
+        if (entries_.size() >= capacity()) {
+            rebuild(entries_.size() + 1);
+        }
+        recent_ = entries_.size();
         entries_.push_back({key, Value()});
         occupy(hash, static_cast<std::uint32_t>(entries_.size()));
         return {entries_.back().value, true};
@@ -99,10 +107,10 @@ class OrderedMap {
 
     /// Makes room for `count` keys.
     void reserve(std::size_t count) {
-        entries_.reserve(count);
         if (count > capacity()) {
             rebuild(count);
         }
+        entries_.reserve(count);
     }
 
     /// Equal entries in equal order.
@@ -118,6 +126,17 @@ class OrderedMap {
 
     static constexpr std::size_t NONE = std::numeric_limits<std::size_t>::max();
     static constexpr std::size_t SMALLEST = 8;
+    static constexpr std::size_t MOST_KEYS = std::size_t{3} << 30U;  // three quarters of 2^32 slots
+
+    // Whether two keys are equal, as far as that can be told at a glance.
+    template <class Like>
+    static bool is_surely(const Key& key, const Like& other) {
+        if constexpr (std::is_same_v<Key, models::Text>) {
+            return key.same_buffer(other);
+        } else {
+            return key == other;
+        }
+    }
 
     // Spreads the hash (of an integer it may be the integer itself) over its upper 32 bits.
     template <class Like>
@@ -155,17 +174,12 @@ class OrderedMap {
         slots_[at] = {position, hash};
     }
 
-    void make_room() {
-        if (entries_.size() == std::numeric_limits<std::uint32_t>::max()) {
-            throw std::length_error("an ordered map holds fewer than 2^32 keys");
-        }
-        if (entries_.size() >= capacity()) {
-            rebuild(entries_.size() + 1);
-        }
-    }
-
+    // Lays the slots out anew, with room for `count` keys.
     void rebuild(std::size_t count) {
-        const std::size_t size = std::max(SMALLEST, std::bit_ceil(count + count / 3 + 1));
+        if (count > MOST_KEYS) {
+            throw std::length_error("an ordered map holds at most 3 * 2^30 keys");
+        }
+        const std::size_t size = std::max(SMALLEST, std::bit_ceil((4 * count + 2) / 3));
         shift_ = 32 - std::countr_zero(size);
         std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(size));
         for (const Slot& slot : old) {
@@ -178,6 +192,7 @@ class OrderedMap {
     std::vector<Entry> entries_;
     std::vector<Slot> slots_;  // none, or a power of two
     int shift_ = 0;            // 32 less the logarithm of that power
+    std::size_t recent_ = 0;   // the place of the key that was last inserted or sought for insertion
 };
 
 /// Counts by key: a missing key reads 0, and adding to it creates it at the end.

@@ -4,6 +4,7 @@
 #include "workers/wiki/scope/internal.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace wiki::scope {
 

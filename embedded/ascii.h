@@ -1,0 +1,27 @@
+// Text compared byte by byte, as what is written in ASCII can be.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace embedded {
+
+/// The small letter of a capital A to Z; any other byte as it is.
+constexpr char lower(char character) {
+    return 'A' <= character && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+/// `text` with its capitals A to Z made small.
+inline std::string lowered(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), lower);
+    return result;
+}
+
+/// Whether `text` begins with one of the texts in `beginnings`.
+bool starts_with_any(std::string_view text, const auto& beginnings) {
+    return std::ranges::any_of(beginnings, [text](std::string_view beginning) { return text.starts_with(beginning); });
+}
+
+}  // namespace embedded
