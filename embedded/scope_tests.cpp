@@ -5,7 +5,7 @@
 #include "utils/path_filter.h"
 #include "workers/wiki/scope/facts.h"
 
-#include <set>
+#include <algorithm>
 #include <vector>
 
 namespace wiki {
@@ -22,9 +22,9 @@ std::vector<storage::FileId> ids_of(std::span<const storage::ScopeFile> files) {
     return ids;
 }
 
-// Page file -> the tests that refer to it, from the references of the page.
-scope::OrderedMap<Text, scope::TextSet> referring_tests(const scope::ScopeFacts& facts) {
-    scope::OrderedMap<Text, scope::TextSet> tests;
+// Test -> the files of the page that it refers to or imports.
+scope::OrderedMap<Text, scope::TextSet> files_reached(const scope::ScopeFacts& facts) {
+    scope::OrderedMap<Text, scope::TextSet> files;
     const Text* source = nullptr;  // references from one file mostly stand together
     bool is_test = false;
     for (const scope::InboundReference& reference : facts.inbound) {
@@ -33,10 +33,15 @@ scope::OrderedMap<Text, scope::TextSet> referring_tests(const scope::ScopeFacts&
             is_test = facts.test_sources.contains(*source);
         }
         if (is_test) {
-            tests[reference.target_path].insert(*source);
+            files[*source].insert(reference.target_path);
         }
     }
-    return tests;
+    for (const auto& [file, tests] : facts.test_imports) {
+        for (const Text& test : tests.keys()) {
+            files[test].insert(file);
+        }
+    }
+    return files;
 }
 
 }  // namespace
@@ -68,23 +73,26 @@ TestImports importing_tests(storage::Database& db, std::span<const storage::Scop
 
 // The tests that refer to or import each file of the page, in path order, each once.
 TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
-    const auto referring = referring_tests(facts);
-    std::set<Text> all;
+    const scope::OrderedMap<Text, scope::TextSet> files_by_test = files_reached(facts);
     TestsReaching reaching;
-    for (const storage::ScopeFile& file : facts.files) {
-        std::set<Text> tests;
-        for (const auto* by_file : {&referring, &facts.test_imports}) {
-            if (const scope::TextSet* found = by_file->find(file.path)) {
-                const std::vector<Text> paths = found->keys();
-                tests.insert(paths.begin(), paths.end());
-            }
-        }
-        if (!tests.empty()) {
-            reaching.tests_by_file[file.path].assign(tests.begin(), tests.end());
-            all.merge(tests);
+    reaching.tests.reserve(files_by_test.size());
+    for (const auto& [test, files] : files_by_test) {
+        reaching.tests.push_back(test);
+    }
+    std::sort(reaching.tests.begin(), reaching.tests.end());
+
+    // Handed out in path order, the tests of each file are in path order too.
+    scope::OrderedMap<Text, std::vector<Text>> tests_by_file;
+    for (const Text& test : reaching.tests) {
+        for (const Text& file : files_by_test.find(test)->keys()) {
+            tests_by_file[file].push_back(test);
         }
     }
-    reaching.tests.assign(all.begin(), all.end());
+    for (const storage::ScopeFile& file : facts.files) {
+        if (const std::vector<Text>* tests = tests_by_file.find(file.path)) {
+            reaching.tests_by_file[file.path] = *tests;
+        }
+    }
     return reaching;
 }
 

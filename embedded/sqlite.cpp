@@ -145,6 +145,10 @@ void Statement::reset() {
     sqlite3_reset(statement_.get());
 }
 
+int Statement::column_count() const {
+    return sqlite3_column_count(statement_.get());
+}
+
 bool Statement::is_null(int column) const {
     return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
 }

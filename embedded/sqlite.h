@@ -87,6 +87,8 @@ class Statement {
     /// Makes the statement ready to be bound and run again.
     void reset();
 
+    [[nodiscard]] int column_count() const;
+
     /// The column of the current row. NULL reads as 0 or as the empty text. A text is valid until the next step.
     [[nodiscard]] bool is_null(int column) const;
     [[nodiscard]] std::int64_t integer(int column) const;

@@ -49,14 +49,12 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
     folder.write("text.db", "this is no database, but text that is long enough to be taken for one");
     folder.write("empty.db", "");
     Connection(folder / "other.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
-    Connection(folder / "index2.db", Connection::Mode::CREATE)
-        .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '2')");
-    std::filesystem::copy(folder / "index2.db", folder / "null.db");
-    Connection(folder / "null.db", Connection::Mode::CREATE).execute("UPDATE meta SET value = NULL");
-    std::filesystem::copy(folder / "index2.db", folder / "meta.db");
-    Connection(folder / "meta.db", Connection::Mode::CREATE).execute("UPDATE meta SET value = '1'");
-    std::filesystem::copy(folder / "index2.db", folder / "wild.db");
-    Connection(folder / "wild.db", Connection::Mode::CREATE).execute("UPDATE meta SET value = char(10, 27)");
+    for (const auto& [name, version] : {std::pair("meta.db", "'1'"), std::pair("index2.db", "'2'"),
+                                        std::pair("null.db", "NULL"), std::pair("wild.db", "char(10, 27)")}) {
+        Connection(folder / name, Connection::Mode::CREATE)
+            .execute(std::string("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', ") +
+                     version + ")");
+    }
     folder.write("cut.db", folder.read("index.db").substr(0, 5000));
     std::filesystem::create_symlink("loop", folder / "loop");
     const std::string too_long(300, 'x');

@@ -101,23 +101,28 @@ std::string intro_line(const std::vector<std::string>& unresolved) {
         return "Production files outside this page that use its code, counted from `import` and `local` edges only "
                "(evidence); `unique` and `ambiguous` edges match a name and are not counted.";
     }
-    return "The index does not resolve imports for " + joined(unresolved) +
-           ", so the files below reference this page's code by a `unique` name (the only production declaration of "
-           "that name): likely uses, not proven ones. Attribute and constant names are not counted.";
+    return _concatenated(
+        {"The index does not resolve imports for ", joined(unresolved),
+         ", so the files below reference this page's code by a `unique` name (the only production declaration of that "
+         "name): likely uses, not proven ones. Attribute and constant names are not counted."});
 }
 
 std::string consumer_line(const Consumer& consumer, const Counter<Text>& names) {
     std::vector<std::string> shown;
     for (const auto& [name, references] : names.most_common(CONSUMER_NAMES)) {
-        shown.push_back("`" + std::string(name) + "`");
+        shown.push_back(_concatenated({"`", name, "`"}));
     }
-    return "- `" + std::string(consumer.key) + "` uses " + _shown(shown, names.size()) + " (" +
-           std::to_string(consumer.value) + " refs)";
+    return _concatenated(
+        {"- `", consumer.key, "` uses ", _shown(shown, names.size()), " (", std::to_string(consumer.value), " refs)"});
+}
+
+std::string overflow_line(std::size_t more) {
+    return _concatenated({"- _...and ", std::to_string(more), " more files_"});
 }
 
 std::string no_consumers_line(bool by_name) {
-    return std::string("0 production consumers: no production file outside this page reaches its code ") +
-           (by_name ? "by a unique name." : "through an `import` or `local` edge.");
+    return _concatenated({"0 production consumers: no production file outside this page reaches its code ",
+                          by_name ? "by a unique name." : "through an `import` or `local` edge."});
 }
 
 std::string not_counted_line(const Counter<Text>& left_out, std::size_t files) {
@@ -127,24 +132,25 @@ std::string not_counted_line(const Counter<Text>& left_out, std::size_t files) {
     std::vector<std::string> mix;
     mix.reserve(by_resolution.size());
     for (const auto& [resolution, references] : by_resolution) {
-        mix.push_back(std::to_string(references) + " `" + std::string(resolution) + "`");
+        mix.push_back(_concatenated({std::to_string(references), " `", resolution, "`"}));
     }
-    return "Not counted: " + joined(mix) + " references from " + std::to_string(files) + " other file" +
-           (files > 1 ? "s" : "") +
-           " that match a name only (an attribute or a call that shares a name with a declaration here).";
+    return _concatenated(
+        {"Not counted: ", joined(mix), " references from ", std::to_string(files), " other file", files > 1 ? "s" : "",
+         " that match a name only (an attribute or a call that shares a name with a declaration here)."});
 }
 
 std::string unused_line(const std::vector<const ScopeSymbol*>& unused) {
     std::vector<std::string> shown;
     for (std::size_t i = 0; i < unused.size() && i < UNUSED_NAMES; ++i) {
         const ScopeSymbol& symbol = *unused[i];
-        shown.push_back("`" + std::string(symbol.name) + "` (" + std::string(symbol.kind) + ", `" +
-                        std::string(symbol.path) + ":L" + std::to_string(symbol.start_line) + "`)");
+        shown.push_back(_concatenated(
+            {"`", symbol.name, "` (", symbol.kind, ", `", symbol.path, ":L", std::to_string(symbol.start_line), "`)"}));
     }
     const std::size_t more = unused.size() - shown.size();
-    return "Used by no production file outside this page: " + joined(shown) +
-           (more > 0 ? " and " + std::to_string(more) + " more" : "") +
-           " (code used inside the page, entry points, and code reached dynamically or by name can still be live).";
+    return _concatenated(
+        {"Used by no production file outside this page: ", joined(shown),
+         more > 0 ? _concatenated({" and ", std::to_string(more), " more"}) : "",
+         " (code used inside the page, entry points, and code reached dynamically or by name can still be live)."});
 }
 
 }  // namespace
@@ -187,7 +193,7 @@ std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::
         lines.push_back(consumer_line(consumer, *names.find(consumer.key)));
     }
     if (use.consumers.size() > CONSUMER_ROWS) {
-        lines.push_back("- _...and " + std::to_string(use.consumers.size() - CONSUMER_ROWS) + " more files_");
+        lines.push_back(overflow_line(use.consumers.size() - CONSUMER_ROWS));
     }
     if (use.consumers.empty()) {
         lines.push_back(no_consumers_line(!unresolved.empty()));

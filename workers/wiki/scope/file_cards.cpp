@@ -95,7 +95,7 @@ std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std:
     for (const ScopeFile& file : facts.files) {
         const Declarations& declarations = of_path(by_file, file.path);
         const std::array cells{
-            "`" + std::string(file.path) + "`",
+            _concatenated({"`", file.path, "`"}),
             lines_cell(facts.line_counts.find(file.path)),
             std::to_string(declarations.size()),
             _cell(of_path(facts.summaries, file.path)),
@@ -105,12 +105,12 @@ std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std:
         };
         rows += "|";
         for (const std::string& cell : cells) {
-            rows += " " + cell + " |";
+            rows.append(" ").append(cell).append(" |");
         }
         rows += "\n";
     }
     for (const std::string& path : missing) {
-        rows += "| `" + path + "` | ? | 0 | not in the index | | | |\n";
+        rows.append("| `").append(path).append("` | ? | 0 | not in the index | | | |\n");
     }
     return rows;
 }

@@ -10,6 +10,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -106,6 +107,9 @@ inline auto _use_rule(const ScopeFacts& facts) {
 /// members, not top-level code. Both bounds are inclusive, so two types of equal lines are members of each other. n
 /// declarations and t types of one file cost O((n + t) log t).
 OrderedSet<SymbolId> _members(const ScopeFacts& facts);
+
+/// The parts, one after the other.
+std::string _concatenated(std::initializer_list<std::string_view> parts);
 
 /// The last two segments of a path: enough to tell two files of one name apart.
 std::string _short_path(std::string_view path);

@@ -4,6 +4,14 @@
 
 namespace wiki::scope {
 
+std::string _concatenated(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) {
+        text += part;
+    }
+    return text;
+}
+
 std::string _short_path(std::string_view path) {
     const std::size_t last = path.rfind('/');
     if (last == std::string_view::npos || last == 0) {

@@ -1,0 +1,72 @@
+#include "bench/functions.h"
+
+#include <benchmark/benchmark.h>
+
+#include <string_view>
+
+namespace bench {
+
+namespace {
+
+using namespace wiki::scope;
+
+constexpr std::int64_t TOTAL = 24;
+constexpr std::int64_t LIMIT = 12;
+
+template <class Result>
+void keep(const Result& result) {
+    benchmark::DoNotOptimize(&result);
+    benchmark::ClobberMemory();
+}
+
+void spread(const std::vector<const ScopeSymbol*>& selection) {
+    std::vector<NamedPath> scored;
+    for (const ScopeSymbol* symbol : selection) {
+        scored.push_back({symbol->name, symbol->path});
+    }
+    keep(pick_spread(scored, LIMIT, 2));
+}
+
+}  // namespace
+
+void floor_pass(const Page& page) {
+    std::size_t hashes = 0;
+    Counter<SymbolId> by_target;
+    for (const InboundReference& reference : page.facts.inbound) {
+        hashes ^= std::hash<std::string_view>{}(reference.source_path);
+        by_target.add(reference.target_id, reference.refs);
+    }
+    keep(hashes);
+    keep(by_target);
+}
+
+void whole_pass(const ScopeFacts& facts) {
+    const FanIn fan_in = production_fan_in(facts);
+    keep(file_users(facts));
+    const RankedFiles ranked = ranked_by_file(facts, fan_in);
+    keep(file_seeds(facts, fan_in));
+    spread(select_with_quota(ranked, fan_in, TOTAL, 2, 0.4));
+    keep(render_file_cards(facts, fan_in, "## Files"));
+    keep(render_consumers(facts, fan_in, "## Consumers"));
+    keep(neighbours(facts, LIMIT));
+    keep(name_match_counts(facts));
+}
+
+const std::vector<Function>& functions() {
+    static const std::vector<Function> FUNCTIONS{
+        {"production_fan_in", 1.0, [](const Page& page) { keep(production_fan_in(page.facts)); }},
+        {"file_users", 2.0, [](const Page& page) { keep(file_users(page.facts)); }},
+        {"ranked_by_file", 1.0, [](const Page& page) { keep(ranked_by_file(page.facts, page.fan_in)); }},
+        {"file_seeds", 1.0, [](const Page& page) { keep(file_seeds(page.facts, page.fan_in)); }},
+        {"select_with_quota", 1.5,
+         [](const Page& page) { keep(select_with_quota(page.ranked, page.fan_in, TOTAL, 2, 0.4)); }},
+        {"render_file_cards", 3.0, [](const Page& page) { keep(render_file_cards(page.facts, page.fan_in, "#")); }},
+        {"render_consumers", 2.0, [](const Page& page) { keep(render_consumers(page.facts, page.fan_in, "#")); }},
+        {"neighbours", 0.7, [](const Page& page) { keep(neighbours(page.facts, LIMIT)); }},
+        {"name_match_counts", 0.7, [](const Page& page) { keep(name_match_counts(page.facts)); }},
+        {"whole pass", 8.0, [](const Page& page) { whole_pass(page.facts); }},
+    };
+    return FUNCTIONS;
+}
+
+}  // namespace bench

@@ -1,0 +1,39 @@
+// The public functions of the component, each as something to be timed over one page.
+#pragma once
+
+#include "workers/wiki/scope/facts.h"
+#include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/render.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/// A page, and what several functions take of it.
+struct Page {
+    const wiki::scope::ScopeFacts facts;
+    const wiki::scope::FanIn fan_in = wiki::scope::production_fan_in(facts);
+    const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
+};
+
+/// One thing to time, and how many floors it may cost on the large page (0: not limited).
+struct Function {
+    std::string name;
+    double target;
+    std::function<void(const Page&)> run;
+};
+
+/// What reading the references once costs: one pass over `inbound` that hashes every source path and adds `refs` to a
+/// table by target id.
+void floor_pass(const Page& page);
+
+/// The whole pass after loading: every public function once, as a page writer calls them.
+void whole_pass(const wiki::scope::ScopeFacts& facts);
+
+/// Every public function, and the whole pass.
+const std::vector<Function>& functions();
+
+}  // namespace bench
