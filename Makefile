@@ -26,8 +26,8 @@ bench:
 	build/bench/bench/memory_bench
 
 # Formatting, static analysis, and the second compiler's warnings: no findings.
-lint: build/dev/build.ninja
-	tools/install-packages lint
+lint:
+	tools/install-packages build bench lint
 	tools/lint
 
 format:

@@ -16,6 +16,7 @@ void Medians::start() {
 
 void Medians::add(const std::string& name, const std::function<void()>& run, int repetitions) {
     constexpr double SHORTEST = 0.05;  // seconds
+    times_[name].clear();
     benchmark::RegisterBenchmark(name.c_str(),
                                  [run](benchmark::State& state) {
                                      for ([[maybe_unused]] auto _ : state) {

@@ -116,8 +116,7 @@ void write_in_depth(std::ostream& out, const Page& page) {
 
 void write_dependencies(std::ostream& out, const Page& page) {
     out << "## Dependencies\n\n"
-           "The declarations of other production files that this page uses most, by the references it makes "
-           "to them.\n"
+           "The declarations of other production files that this page uses most, by the references it makes to them.\n"
            "\n"
            "| Declaration | Kind | File | References |\n"
            "|---|---|---|---|\n";
