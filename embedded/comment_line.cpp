@@ -147,7 +147,7 @@ CommentLine read_comment_line(string_view line, bool delimited) {
     if (const std::optional<Tag> tag = tag_of(text)) {
         return read_tag(*tag);
     }
-    if (starts_with_any(text, DIRECTIVES)) {
+    if (starts_with_any(text, DIRECTIVES) || text == "prettier") {
         return delimited ? CommentLine{Role::ASIDE, text} : CommentLine{Role::BREAK, {}};
     }
     if (text.starts_with(".. ")) {  // a directive of reStructuredText

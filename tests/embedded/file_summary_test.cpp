@@ -51,6 +51,7 @@ TEST(FileSummary, WhatSaysNothingAboutTheFileIsPassedOver) {
     expect({
         {"#!/bin/sh\n# -*- coding: utf-8 -*-\n# vim: et\n# Sorts.", "Sorts."},
         {"# pylint: disable=x\n# Sorts.", "Sorts."},
+        {"/** prettier */\n// Sorts.", "Sorts."},
         {"/* eslint-disable a,\n   b */\n'use strict';\n/** Sorts. */", "Sorts."},
         {"/// <reference types=\"node\" />\n// @ts-check\n// Sorts.", "Sorts."},
         {"//go:build linux\n// +build linux\n\n// Package sort sorts.\npackage sort", "Package sort sorts."},

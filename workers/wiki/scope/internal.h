@@ -7,9 +7,9 @@
 #include "workers/wiki/scope/facts.h"
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <span>
 #include <string>
@@ -69,7 +69,7 @@ class Remembered {
 
     static std::size_t place_of(const void* identity) {
         constexpr std::size_t ALIGNMENT = 16;  // of buffers: the lower bits of their addresses tell nothing
-        return std::bit_cast<std::uintptr_t>(identity) / ALIGNMENT % MEMORIES;
+        return std::hash<const void*>{}(identity) / ALIGNMENT % MEMORIES;
     }
 
     Rule rule_;
