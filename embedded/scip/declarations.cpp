@@ -61,8 +61,9 @@ std::string_view signature_of(const SymbolInformation& information) {
     if (!information.signature.empty()) {
         return information.signature;
     }
-    for (const std::string_view text : information.documentation) {
-        if (const std::optional<std::string_view> block = first_fenced_block(text)) {
+    Repeated<TextElement> documentation = information.documentation();
+    while (const std::optional<TextElement> element = documentation.next()) {
+        if (const std::optional<std::string_view> block = first_fenced_block(element->text)) {
             return *block;
         }
     }
@@ -172,24 +173,23 @@ std::string_view kind_of_method(bool in_type, std::string_view name) {
     return name == "<constructor>" || name == "__init__" ? "constructor" : "method";
 }
 
-std::string_view kind_of_term(bool in_type, std::string_view name, std::string_view signature) {
+std::string_view kind_of_term(bool in_type, std::string_view name, std::string_view keyword) {
     if (in_type) {
         return "attribute";
     }
-    return std::none_of(name.begin(), name.end(), is_lower) || first_word(signature) == "const" ? "constant"
-                                                                                                : "variable";
+    return std::none_of(name.begin(), name.end(), is_lower) || keyword == "const" ? "constant" : "variable";
 }
 
-std::string_view kind_of_type(std::string_view signature) {
+std::string_view kind_of_type(std::string_view keyword) {
     for (const std::string_view kind : {"interface", "enum", "struct", "type"}) {
-        if (first_word(signature) == kind) {
+        if (keyword == kind) {
             return kind;
         }
     }
     return "class";
 }
 
-std::string_view inferred_kind(std::span<const Descriptor> descriptors, std::string_view signature) {
+std::string_view inferred_kind(std::span<const Descriptor> descriptors, std::string_view keyword) {
     const Descriptor& symbol = descriptors.back();
     const bool in_type = descriptors.size() > 1 && descriptors[descriptors.size() - 2].suffix == Suffix::TYPE;
     switch (symbol.suffix) {
@@ -198,9 +198,9 @@ std::string_view inferred_kind(std::span<const Descriptor> descriptors, std::str
     case Suffix::MACRO:
         return "function";
     case Suffix::TERM:
-        return kind_of_term(in_type, symbol.name, signature);
+        return kind_of_term(in_type, symbol.name, keyword);
     default:
-        return kind_of_type(signature);
+        return kind_of_type(keyword);
     }
 }
 
@@ -275,8 +275,10 @@ void Description::add(const SymbolInformation& information) {
     if (display_name.empty()) {
         display_name = information.display_name;
     }
-    if (signature.empty()) {
-        signature = signature_of(information);
+    if (!keyword) {
+        if (const std::string_view signature = signature_of(information); !signature.empty()) {
+            keyword = first_word(signature);
+        }
     }
 }
 
@@ -289,13 +291,14 @@ std::optional<Declaration> declaration_of(const std::vector<Descriptor>& descrip
     return Declaration{
         .name = name_of(symbol, description.display_name),
         .fqn = fqn_of(descriptors),
-        .kind = stated ? *stated : inferred_kind(descriptors, description.signature),
+        .kind = stated ? *stated : inferred_kind(descriptors, description.keyword.value_or("")),
         .is_export = std::none_of(descriptors.begin(), descriptors.end() - 1, is_body),
     };
 }
 
 std::optional<Lines> lines_of(const Occurrence& definition) {
-    const std::optional<Range>& range = definition.enclosing_range ? definition.enclosing_range : definition.range;
+    const auto [own, enclosing] = definition.ranges();
+    const std::optional<Range>& range = enclosing ? enclosing : own;
     return range ? std::optional(lines_of(*range)) : std::nullopt;
 }
 

@@ -25,8 +25,10 @@ namespace embedded::scip {
 /// What a file's documents know of one symbol.
 struct Description {
     SymbolKind kind = SymbolKind::UNSPECIFIED;
-    std::string_view display_name;
-    std::string_view signature;  ///< else the first fenced block of the documentation
+    std::string display_name;
+    /// The first word of the signature, or else of the first fenced block of the documentation; empty when that starts
+    /// with no word, none when there is neither.
+    std::optional<std::string> keyword;
 
     /// Fills in what is still missing: of each field the first that says something counts.
     void add(const SymbolInformation& information);

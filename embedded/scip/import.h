@@ -22,8 +22,7 @@ struct ImportCounts {
 };
 
 /// Told again and again, from the beginning until the new index takes its place, how many steps of how many are done;
-/// `total` is never 0. A usable document is two steps: one for its declarations, one for its references. May throw,
-/// which ends the import.
+/// `total` is never 0. A document is two steps: being read, and being written. May throw, which ends the import.
 using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)>;
 
 /// Makes the index of a SCIP file at `index_path`, in place of any that is there. `progress` may be empty.
@@ -35,9 +34,7 @@ using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)
 ///
 /// Equal SCIP files at equal paths give equal bytes. Ids start at 1: files by path, declarations by file, first line
 /// and order of first definition; edges stand by source file, target and resolution. A definition without a usable
-/// range is taken to stand on line 1. Memory grows with symbols and documents, not with occurrences.
-///
-/// The SCIP file must not be shortened in the meantime.
+/// range is taken to stand on line 1. Memory grows with the rows of the index and with symbols, not with occurrences.
 ///
 /// Throws `std::runtime_error` with one line that names the file at fault and says what to do.
 ImportCounts import_scip(const std::string& scip_path, const std::string& index_path, const ImportProgress& progress);

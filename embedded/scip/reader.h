@@ -1,24 +1,19 @@
-// SCIP as it lies in memory, read in place.
+// The messages of SCIP, read where they lie in memory.
 //
 // A SCIP file is one protobuf message: metadata, then a document for every source file of a repository. A document
 // holds the occurrences of symbols in its file, and what its indexer knows of the symbols that the file defines.
-// Everything read here is a view of the bytes of the file, and valid as long as it is mapped. Unknown fields are
-// passed over, and so are known ones of an unexpected wire type.
+// What is read of them are views of their bytes, unless it says otherwise. Unknown fields are passed over, and so are
+// known ones of an unexpected wire type. Every function throws `protozero::exception` where the bytes do not parse.
 #pragma once
 
 #include "embedded/scip/kind.h"
-#include "embedded/scip/mapped_file.h"
 
 #include <protozero/pbf_reader.hpp>
 
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace embedded::scip {
 
@@ -26,8 +21,6 @@ namespace embedded::scip {
 ///
 ///     Repeated<Occurrence> occurrences = document.occurrences();
 ///     while (const std::optional<Occurrence> occurrence = occurrences.next()) { use(*occurrence); }
-///
-/// `next` throws `protozero::exception` where the bytes do not parse.
 template <class Element>
 class Repeated {
   public:
@@ -39,7 +32,8 @@ class Repeated {
         if (!fields_.next(field_, protozero::pbf_wire_type::length_delimited)) {
             return std::nullopt;
         }
-        return Element::read(fields_.get_message());
+        const protozero::data_view element = fields_.get_view();
+        return Element::read({element.data(), element.size()});
     }
 
   private:
@@ -54,16 +48,31 @@ struct Range {
     std::int32_t end_column = 0;
 };
 
-/// A place in a document where a symbol stands.
+/// The ranges of an occurrence; none when missing or malformed.
+struct Ranges {
+    std::optional<Range> own;
+    std::optional<Range> enclosing;  ///< of the whole declaration with its body, if the occurrence is a definition
+};
+
+/// A place in a document where a symbol stands. Its ranges are read when they are asked for: of most occurrences nobody
+/// wants to know them.
 struct Occurrence {
     std::string_view symbol;
     std::int32_t roles = 0;
-    std::optional<Range> range;            ///< none when missing or malformed
-    std::optional<Range> enclosing_range;  ///< of the whole declaration with its body, if it is a definition
+    std::string_view message;
 
     [[nodiscard]] bool is_definition() const { return (static_cast<std::uint32_t>(roles) & 1U) != 0; }
 
-    static Occurrence read(protozero::pbf_reader fields);
+    [[nodiscard]] Ranges ranges() const;
+
+    static Occurrence read(std::string_view message);
+};
+
+/// An element of a repeated field of texts.
+struct TextElement {
+    std::string_view text;
+
+    static TextElement read(std::string_view message) { return {message}; }
 };
 
 /// What the indexer knows of a symbol. Any of it may be missing.
@@ -72,40 +81,35 @@ struct SymbolInformation {
     SymbolKind kind = SymbolKind::UNSPECIFIED;
     std::string_view display_name;
     std::string_view signature;
-    std::vector<std::string_view> documentation;
+    std::string_view message;
 
-    static SymbolInformation read(protozero::pbf_reader fields);
+    [[nodiscard]] Repeated<TextElement> documentation() const;
+
+    static SymbolInformation read(std::string_view message);
 };
 
-/// One source file, or a part of what there is to say of it: two documents may have one path.
-struct Document {
-    std::size_t offset = 0;  ///< of its first byte in the file
-    std::string_view message;
+/// What a document is about.
+struct Heading {
     std::string_view path;      ///< as it came: nothing says that it is a sane relative path
     std::string_view language;  ///< often empty
+};
 
+/// What there is to say of one source file, or a part of that: two documents may have one path.
+struct Document {
+    std::string_view message;
+
+    [[nodiscard]] Heading heading() const;
     [[nodiscard]] Repeated<Occurrence> occurrences() const;
     [[nodiscard]] Repeated<SymbolInformation> symbols() const;
 };
 
 /// Where an index comes from. Any of it may be empty.
 struct Metadata {
-    std::string_view tool_name;
-    std::string_view tool_version;
-    std::string_view project_root;  ///< the URI of the folder that paths are relative to
+    std::string tool_name;
+    std::string tool_version;
+    std::string project_root;  ///< the URI of the folder that paths are relative to
+
+    static Metadata read(std::string_view message);
 };
-
-struct Index {
-    Metadata metadata;
-    std::vector<Document> documents;  ///< in the order of the file
-};
-
-/// Reads the metadata and finds the documents, without looking into their occurrences and symbols. Throws
-/// `std::runtime_error` with one line that names the file, says what is wrong with it (not SCIP, truncated, damaged
-/// and where) and what to do. What `after_each_document` throws ends the reading.
-Index read_index(const MappedFile& file, const std::function<void()>& after_each_document);
-
-/// The error to throw when a document of `file` turns out not to parse.
-std::runtime_error damaged(const MappedFile& file, const Document& document);
 
 }  // namespace embedded::scip

@@ -82,7 +82,7 @@ std::optional<Lines> lines_when(const Write& write) {
     std::string bytes;
     protozero::pbf_writer message(bytes);
     write(message);
-    return lines_of(Occurrence::read(protozero::pbf_reader(bytes)));
+    return lines_of(Occurrence::read(bytes));
 }
 
 TEST(ScipRange, BecomesInclusiveLinesWithinBounds) {
@@ -208,7 +208,7 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
     for (const auto& [descriptors, says, expected] : cases) {
         const std::string bytes = ScipDocument("a").describes(symbol(descriptors), says).bytes();
         Description description;
-        description.add(Document{0, bytes, {}, {}}.symbols().next().value());
+        description.add(Document{bytes}.symbols().next().value());
         const auto row = declaration_of(parse_symbol(symbol(descriptors)).value(), description);
         EXPECT_EQ(row ? std::string(row->kind) + " " + row->name + " " + row->fqn + (row->is_export ? " exported" : "")
                       : "",
@@ -362,7 +362,9 @@ TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
         {head + "\x12\x02\x0A\x50", "a damaged SCIP file (the document at byte 18 does not parse)"},
         {scip_file({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").adds_occurrence("\x12\x50")}),
          "a damaged SCIP file (the document at byte " + std::to_string(whole.size()) + " does not parse)"},
-        {scip_file({ScipDocument("a.ts").adds_occurrence("\x0A\x01\xFF")}), "(the document at byte 18 does not parse)"},
+        {scip_file({ScipDocument("a.ts").adds_occurrence("\x12\x0C"
+                                                         "a . . . x().\x18\x01\x0A\x01\xFF")}),
+         "(the document at byte 18 does not parse)"},
     };
     for (const auto& [bytes, message] : cases) {
         const std::string said = failure(folder.write("in.scip", bytes), index);
@@ -496,13 +498,31 @@ TEST_F(ScipImport, ADamagedIndexIsReplacedButNeverByAnEmptyOne) {
 TEST_F(ScipImport, TwoImportsIntoOneIndexDoNotRunAtOnce) {
     std::string inner;
     const std::string other = folder.write("other.scip", scip_file({}));
-    import({ScipDocument("a.ts").defines(F)}, [&](std::int64_t done, std::int64_t) {
+    const auto import_another = [&](std::int64_t done, std::int64_t) {
         if (done == 1) {
             inner = failure(other, index);
+        }
+    };
+    import({ScipDocument("a.ts").defines(F)}, import_another);
+    EXPECT_NE(inner.find("another import into this index is running"), std::string::npos) << inner;
+    EXPECT_EQ(rows("SELECT name AS row FROM symbols"), "f");
 }
-});
-EXPECT_NE(inner.find("another import into this index is running"), std::string::npos) << inner;
-EXPECT_EQ(rows("SELECT name AS row FROM symbols"), "f");
+
+TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
+    const ScipDocument large = ScipDocument("a.ts").describes(F, {.documentation = {std::string(1 << 20, ' ')}});
+    const std::string scip = folder.write("in.scip", scip_file({large, large}));
+    const auto shorten = [&](std::int64_t done, std::int64_t) {
+        if (done == 1) {
+            std::filesystem::resize_file(scip, 2000);
+        }
+    };
+    std::string said;
+    try {
+        import_scip(scip, index, shorten);
+    } catch (const std::runtime_error& error) {
+        said = error.what();
+    }
+    EXPECT_NE(said.find("a truncated SCIP file"), std::string::npos) << said;
 }
 
 TEST_F(ScipImport, EqualInputGivesEqualBytes) {

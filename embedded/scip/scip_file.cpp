@@ -1,0 +1,120 @@
+#include "embedded/scip/scip_file.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string_view>
+
+namespace embedded::scip {
+
+namespace {
+
+constexpr std::uint32_t METADATA = protozero::tag_and_type(1, protozero::pbf_wire_type::length_delimited);
+constexpr std::uint32_t DOCUMENT = protozero::tag_and_type(2, protozero::pbf_wire_type::length_delimited);
+
+std::runtime_error not_scip(const std::string& file) {
+    return std::runtime_error(
+        file + ": not a SCIP file; give the index.scip that a SCIP indexer, such as scip-typescript, has written");
+}
+
+std::runtime_error truncated(const std::string& file, std::size_t offset) {
+    return std::runtime_error(file + ": a truncated SCIP file (it ends within the message at byte " +
+                              std::to_string(offset) + "); run its indexer again, or copy it again");
+}
+
+std::runtime_error damaged(const std::string& file, const std::string& what, std::size_t offset) {
+    return std::runtime_error(file + ": a damaged SCIP file (" + what + " at byte " + std::to_string(offset) +
+                              " does not parse); run its indexer again, or copy it again");
+}
+
+// Whether bytes are metadata as far as they go.
+bool begin_as_metadata(std::string_view bytes) {
+    try {
+        Metadata::read(bytes);
+        return true;
+    } catch (const protozero::end_of_buffer_exception&) {
+        return true;
+    } catch (const protozero::exception&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+ScipFile::ScipFile(const std::string& path) : file_(path) {
+    std::size_t offset = read_metadata();
+    try {
+        while (offset < file_.size()) {
+            const Field field = field_at(offset);
+            if (!is_whole(field)) {
+                throw truncated(path, offset);
+            }
+            if (field.tag_and_type == DOCUMENT) {
+                documents_.push_back(field);
+            }
+            offset = field.begin + field.size;
+        }
+    } catch (const protozero::end_of_buffer_exception&) {
+        throw truncated(path, offset);
+    } catch (const protozero::exception&) {
+        throw damaged(path, "the field", offset);
+    }
+}
+
+void ScipFile::for_each_document(const std::function<void(const Document&)>& visit) {
+    for (const Field& field : documents_) {
+        const std::string_view message = file_.read(field.begin, field.size);
+        if (message.size() < field.size) {  // since it was opened
+            throw truncated(file_.path(), field.offset);
+        }
+        try {
+            visit(Document{message});
+        } catch (const protozero::exception&) {
+            throw damaged(file_.path(), "the document", field.offset);
+        }
+    }
+}
+
+ScipFile::Field ScipFile::field_at(std::size_t offset) {
+    constexpr std::size_t LONGEST_HEAD = 2 * protozero::max_varint_length;  // a tag, and a length or the whole content
+    const std::string_view head = file_.read(offset, LONGEST_HEAD);
+    protozero::pbf_reader fields(head.data(), head.size());
+    if (!fields.next()) {
+        throw protozero::end_of_buffer_exception();
+    }
+    const char* rest = fields.data().data();
+    const char* const end = head.data() + head.size();
+    std::uint64_t size = 0;
+    if (fields.wire_type() == protozero::pbf_wire_type::length_delimited) {
+        size = protozero::decode_varint(&rest, end);
+    } else {
+        fields.skip();
+        size = static_cast<std::uint64_t>(fields.data().data() - rest);
+    }
+    return {offset, offset + static_cast<std::size_t>(rest - head.data()), size, fields.tag_and_type()};
+}
+
+bool ScipFile::is_whole(const Field& field) const {
+    return field.size <= file_.size() - field.begin;
+}
+
+// Reads the metadata, which stands first in every SCIP file, and returns where it ends.
+std::size_t ScipFile::read_metadata() {
+    bool is_cut = file_.read(0, 1) == std::string_view("\x0A");  // until the size behind this tag is known
+    try {
+        const Field field = field_at(0);
+        is_cut = false;
+        if (field.tag_and_type == METADATA) {
+            const std::string_view bytes = file_.read(field.begin, std::min(field.size, file_.size()));
+            if (is_whole(field)) {
+                metadata_ = Metadata::read(bytes);
+                return field.begin + field.size;
+            }
+            is_cut = begin_as_metadata(bytes);
+        }
+    } catch (const protozero::exception&) {
+        // neither a field nor the beginning of one, unless it is cut
+    }
+    throw is_cut ? truncated(file_.path(), 0) : not_scip(file_.path());
+}
+
+}  // namespace embedded::scip
