@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test demo lint bench format clean
+.PHONY: all test install demo lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -24,6 +24,11 @@ bench:
 	build/bench/bench/page_bench
 	build/bench/bench/load_bench build/demo/index.scip
 	build/bench/bench/memory_bench
+
+# Puts the library, its headers and the command below PREFIX, or below DESTDIR/PREFIX for a package.
+PREFIX = /usr/local
+install: all
+	cmake --install build/dev --strip --prefix "$(PREFIX)"
 
 # Formatting, static analysis, and the second compiler's warnings: no findings.
 lint:
