@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test install demo lint bench format clean
+.PHONY: all test install install-check demo lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -29,6 +29,11 @@ bench:
 PREFIX = /usr/local
 install: all
 	cmake --install build/dev --strip --prefix "$(PREFIX)"
+
+# Installs into a temporary prefix, and uses what is there as a user of the package would.
+install-check: all
+	tools/install-packages install-check
+	tools/check-install build/dev
 
 # Formatting, static analysis, and the second compiler's warnings: no findings.
 lint:
