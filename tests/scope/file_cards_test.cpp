@@ -33,7 +33,7 @@ TEST(TableText, NamesTheFirstFewAndCountsTheRest) {
     EXPECT_EQ(_named(names), "a, b, c, d +1");
     EXPECT_EQ(_named(names, 4), "a, b, c, d, e");
     EXPECT_EQ(_named(names, 0), " +4");
-    EXPECT_EQ(_named({}, 0), "");
+    EXPECT_EQ(_named(std::vector<std::string>(), 0), "");
 }
 
 constexpr const char* OPENING =

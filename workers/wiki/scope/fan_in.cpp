@@ -1,9 +1,11 @@
 #include "workers/wiki/scope/fan_in.h"
 
 #include "utils/path_filter.h"
+#include "utils/saturating.h"
 #include "workers/wiki/scope/internal.h"
 
 #include <utility>
+#include <vector>
 
 namespace wiki::scope {
 
@@ -27,6 +29,20 @@ Resolution judge_resolution(const Text& resolution) {
     return {.evidence = EVIDENCE_RESOLUTIONS.contains(resolution),
             .trusted = TRUSTED.contains(resolution),
             .marks_target = resolution != LEGACY};
+}
+
+// References that one file makes to another, in a row.
+struct Use {
+    std::size_t source;  // its place among the sources
+    std::int64_t references;
+};
+
+void add(std::vector<Use>& uses, const Use& use) {
+    if (!uses.empty() && uses.back().source == use.source) {
+        uses.back().references = utils::saturating_sum(uses.back().references, use.references);
+    } else {
+        uses.push_back(use);
+    }
 }
 
 }  // namespace
@@ -79,10 +95,26 @@ FileUsers file_users(const ScopeFacts& facts) {
     Remembered is_test([&](const Text& path) { return facts.test_sources.contains(path); });
     auto is_use_of = _use_rule(facts);
 
-    FileUsers users;
+    // The uses are put side by side first, and counted file by file then: so what is looked up lies together. An index
+    // gives the references from one file one after the other, which makes them few.
+    std::vector<Text> sources;
+    OrderedMap<Text, std::vector<Use>> uses_by_file;
     for (const InboundReference& reference : facts.inbound) {
         if (reference.source_path != reference.target_path && !is_test(reference.source_path) && is_use_of(reference)) {
-            users[reference.target_path].add(reference.source_path, reference.refs);
+            if (sources.empty() || !sources.back().same_buffer(reference.source_path)) {
+                sources.push_back(reference.source_path);
+            }
+            add(uses_by_file[reference.target_path], {sources.size() - 1, reference.refs});
+        }
+    }
+
+    FileUsers users;
+    users.reserve(uses_by_file.size());
+    for (const auto& [path, uses] : uses_by_file) {
+        Counter<Text>& of_file = users[path];
+        of_file.reserve(uses.size());
+        for (const Use& use : uses) {
+            of_file.add(sources[use.source], use.references);
         }
     }
     return users;

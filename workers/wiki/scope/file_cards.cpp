@@ -39,10 +39,6 @@ const Value& of_path(const OrderedMap<Text, Value>& values, const Text& path) {
     return value == nullptr ? EMPTY : *value;
 }
 
-std::vector<std::string> texts(const std::vector<Text>& names) {
-    return {names.begin(), names.end()};
-}
-
 std::string lines_cell(const std::int64_t* lines) {
     return lines == nullptr ? "?" : std::to_string(*lines);
 }
@@ -55,33 +51,29 @@ std::string users_cell(const Counter<Text>& users) {
     return _cell(_shown(shown, users.size()));
 }
 
-// The declarations that `counts` knows to be used, most references first, as "`name` L<line> (<label><references>)".
-std::vector<std::string> listed_by(const OrderedMap<SymbolId, std::int64_t>& counts, std::string_view label,
-                                   std::span<const ScopeSymbol* const> declarations) {
-    std::vector<std::pair<std::int64_t, const ScopeSymbol*>> used;
-    for (const ScopeSymbol* declaration : declarations) {
-        if (const std::int64_t count = counts.get(declaration->id, 0); count > 0) {
-            used.emplace_back(count, declaration);
-        }
-    }
-    std::stable_sort(used.begin(), used.end(),
-                     [](const auto& left, const auto& right) { return left.first > right.first; });
-
-    std::vector<std::string> listed;
-    listed.reserve(used.size());
-    for (const auto& [count, declaration] : used) {
-        std::string& text = listed.emplace_back("`");
-        text.append(declaration->name.view()).append("` L").append(std::to_string(declaration->start_line));
-        text.append(" (").append(label).append(std::to_string(count)).append(")");
-    }
-    return listed;
-}
-
 }  // namespace
 
-std::vector<std::string> _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in) {
-    std::vector<std::string> listed = listed_by(fan_in.outside, "", declarations);
-    return listed.empty() ? listed_by(fan_in.inside, "in-page ", declarations) : listed;
+UsedDeclarations::UsedDeclarations(std::span<const ScopeSymbol* const> declarations,
+                                   const OrderedMap<SymbolId, std::int64_t>& counts, std::string_view label)
+    : label_(label) {
+    for (const ScopeSymbol* declaration : declarations) {
+        if (const std::int64_t references = counts.get(declaration->id, 0); references > 0) {
+            used_.push_back({references, declaration});
+        }
+    }
+    std::stable_sort(used_.begin(), used_.end(),
+                     [](const Used& left, const Used& right) { return left.references > right.references; });
+}
+
+std::string UsedDeclarations::operator[](std::size_t place) const {
+    const auto& [references, declaration] = used_[place];
+    return _concatenated({"`", declaration->name, "` L", std::to_string(declaration->start_line), " (", label_,
+                          std::to_string(references), ")"});
+}
+
+UsedDeclarations _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in) {
+    UsedDeclarations outside(declarations, fan_in.outside, "");
+    return outside.empty() ? UsedDeclarations(declarations, fan_in.inside, "in-page ") : outside;
 }
 
 std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading,
@@ -101,7 +93,7 @@ std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std:
             _cell(of_path(facts.summaries, file.path)),
             _cell(_named(_most_used(declarations, fan_in))),
             users_cell(of_path(users, file.path)),
-            _cell(_named(texts(of_path(tests_by_file, file.path)))),
+            _cell(_named(of_path(tests_by_file, file.path))),
         };
         rows += "|";
         for (const std::string& cell : cells) {

@@ -120,13 +120,41 @@ std::string _cell(std::string_view text);
 /// The shown names joined by ", ", then " +" and the number of the `total` names that are not shown, if any.
 std::string _shown(std::span<const std::string> shown, std::size_t total);
 
-/// The first `limit` names joined by ", ", then " +" and the number of names left out, if any.
-std::string _named(std::span<const std::string> names, std::size_t limit = CARD_NAMES);
+/// The first `limit` names joined by ", ", then " +" and the number of names left out, if any. `names` is any list that
+/// knows its size and gives what can be made a string.
+template <class Names>
+std::string _named(const Names& names, std::size_t limit = CARD_NAMES) {
+    std::vector<std::string> shown;
+    for (std::size_t i = 0; i < names.size() && i < limit; ++i) {
+        shown.emplace_back(names[i]);
+    }
+    return _shown(shown, names.size());
+}
+
+/// A list of declarations that are used, each as "`name` L<line> (<label><references>)". A text is written when it is
+/// asked for: of many declarations a card shows three.
+class UsedDeclarations {
+  public:
+    /// Those of `declarations` that `counts` knows to be used: most references first, equal counts in the given order.
+    UsedDeclarations(std::span<const ScopeSymbol* const> declarations, const OrderedMap<SymbolId, std::int64_t>& counts,
+                     std::string_view label);
+
+    [[nodiscard]] std::size_t size() const { return used_.size(); }
+    [[nodiscard]] bool empty() const { return used_.empty(); }
+    [[nodiscard]] std::string operator[](std::size_t place) const;
+
+  private:
+    struct Used {
+        std::int64_t references;
+        const ScopeSymbol* declaration;
+    };
+    std::vector<Used> used_;
+    std::string_view label_;
+};
 
 /// How a file card lists the declarations of one file that production code uses most: those used from outside the
-/// page, else those that the page's own files use, each "`name` L<line> (<references>)". Most references first, equal
-/// counts in the given order. The list is whole: the caller cuts it.
-std::vector<std::string> _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in);
+/// page, else those that the page's own files use, labelled "in-page ". The list is whole: the caller cuts it.
+UsedDeclarations _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in);
 
 /// The exported, public, top-level types and callables that are not among `used`, the ids of the declarations that
 /// production files outside the page use: types first, then by rank, then by path.

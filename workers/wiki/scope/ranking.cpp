@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 namespace wiki::scope {
 
@@ -19,12 +20,6 @@ struct Ranked {
 std::int64_t weighted_rank(std::int64_t uses, bool is_constant) {
     const std::int64_t rank = utils::saturating_negation(uses);
     return is_constant ? rank : utils::saturating_sum(rank, rank);
-}
-
-const ScopeSymbol* best_on_a_line(const std::vector<const ScopeSymbol*>& declarations) {
-    const auto best = std::find_if(declarations.begin(), declarations.end(),
-                                   [](const ScopeSymbol* declaration) { return declaration->start_line > 0; });
-    return best == declarations.end() ? nullptr : *best;
 }
 
 }  // namespace
@@ -63,10 +58,21 @@ RankedFiles ranked_by_file(const ScopeFacts& facts, const FanIn& fan_in) {
 }
 
 OrderedMap<Text, LineRange> file_seeds(const ScopeFacts& facts, const FanIn& fan_in) {
+    OrderedMap<Text, std::optional<Ranked>> best_on_a_line;
+    for (const ScopeSymbol& symbol : facts.symbols) {
+        std::optional<Ranked>& best = best_on_a_line[symbol.path];
+        if (symbol.start_line > 0) {
+            const Ranked ranked{rank_key(symbol, fan_in), &symbol};
+            if (!best || ranked.key < best->key) {
+                best = ranked;
+            }
+        }
+    }
+
     OrderedMap<Text, LineRange> seeds;
-    for (const auto& [path, declarations] : ranked_by_file(facts, fan_in)) {
-        if (const ScopeSymbol* best = best_on_a_line(declarations)) {
-            seeds[path] = {best->start_line, std::max(best->start_line, best->end_line)};
+    for (const auto& [path, best] : best_on_a_line) {
+        if (best) {
+            seeds[path] = {best->symbol->start_line, std::max(best->symbol->start_line, best->symbol->end_line)};
         }
     }
     for (const ScopeFile& file : facts.files) {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <compare>
+#include <functional>
 #include <initializer_list>
-#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -14,9 +14,10 @@ namespace {
 
 struct File {
     const Text* path;
-    std::size_t first;       // of its candidates
-    std::int64_t count;      // of its candidates
-    std::int64_t taken = 0;  // its first so many candidates are picked
+    const std::vector<const ScopeSymbol*>* declarations;
+    std::int64_t taken = 0;  // its first so many declarations are picked
+
+    [[nodiscard]] std::int64_t count() const { return static_cast<std::int64_t>(declarations->size()); }
 };
 
 // A declaration that can be picked. Paths are distinct, so path and index tell any two apart.
@@ -24,7 +25,8 @@ struct Candidate {
     RankKey key;
     File* file;
     std::int64_t index;  // among the declarations of its file, from 0
-    const ScopeSymbol* symbol;
+
+    [[nodiscard]] const ScopeSymbol* symbol() const { return (*file->declarations)[static_cast<std::size_t>(index)]; }
 };
 
 bool by_rank(const Candidate& left, const Candidate& right) {
@@ -55,19 +57,14 @@ std::int64_t share_of(std::int64_t total, double max_share) {
     return to_integer(std::ceil(static_cast<double>(total) * max_share));
 }
 
-// One selection: the files, their declarations with a key each, and the blocks not yet given out.
+// One selection: the files, what is picked of each, and the blocks not yet given out.
 class Selection {
   public:
-    Selection(const RankedFiles& ranked, const FanIn& fan_in, std::int64_t total) : budget_(total) {
+    Selection(const RankedFiles& ranked, const FanIn& fan_in, std::int64_t total) : fan_in_(fan_in), budget_(total) {
         files_.reserve(ranked.size());
         for (const auto& [path, declarations] : ranked) {
             if (!declarations.empty()) {
-                const auto count = static_cast<std::int64_t>(declarations.size());
-                File& file = files_.emplace_back(File{&path, candidates_.size(), count});
-                for (const ScopeSymbol* symbol : declarations) {
-                    const auto index = static_cast<std::int64_t>(candidates_.size() - file.first);
-                    candidates_.push_back({rank_key(*symbol, fan_in), &file, index, symbol});
-                }
+                files_.push_back({&path, &declarations});
             }
         }
     }
@@ -76,17 +73,12 @@ class Selection {
 
     // Gives each file its best `floor_each` declarations, as long as the budget lasts.
     void give_floors(std::int64_t floor_each) {
-        std::vector<File*> order;
-        order.reserve(files_.size());
-        for (File& file : files_) {
-            order.push_back(&file);
-        }
-        std::sort(order.begin(), order.end(), [this](const File* left, const File* right) {
-            return by_rank(candidates_[left->first], candidates_[right->first]);
-        });
-        for (File* file : order) {
-            file->taken = std::min({floor_each, file->count, budget_});
-            budget_ -= file->taken;
+        std::vector<Candidate> best = candidates([](const File&) { return 0; }, [](const File&) { return 1; });
+        std::sort(best.begin(), best.end(), by_rank);
+        for (const Candidate& candidate : best) {
+            File& file = *candidate.file;
+            file.taken = std::min({floor_each, file.count(), budget_});
+            budget_ -= file.taken;
         }
     }
 
@@ -96,7 +88,7 @@ class Selection {
         if (budget_ == 0) {
             return;
         }
-        std::vector<Candidate> rest = candidates_where([](auto& c) { return c.index >= c.file->taken; });
+        std::vector<Candidate> rest = candidates(&File::taken, &File::count);
         std::sort(rest.begin(), rest.end(), by_rank);
         for (const std::int64_t limit : limits) {
             for (const Candidate& candidate : rest) {
@@ -109,27 +101,34 @@ class Selection {
         }
     }
 
-    [[nodiscard]] std::vector<const ScopeSymbol*> interleaved() const {
-        std::vector<Candidate> picked = candidates_where([](auto& c) { return c.index < c.file->taken; });
+    [[nodiscard]] std::vector<const ScopeSymbol*> interleaved() {
+        std::vector<Candidate> picked = candidates([](const File&) { return 0; }, &File::taken);
         std::sort(picked.begin(), picked.end(), by_index_then_rank);
         std::vector<const ScopeSymbol*> symbols;
         symbols.reserve(picked.size());
         for (const Candidate& candidate : picked) {
-            symbols.push_back(candidate.symbol);
+            symbols.push_back(candidate.symbol());
         }
         return symbols;
     }
 
   private:
-    template <class Test>
-    [[nodiscard]] std::vector<Candidate> candidates_where(Test test) const {
+    // The declarations of each file from the index `first(file)` to before `last(file)`, file by file.
+    template <class First, class Last>
+    [[nodiscard]] std::vector<Candidate> candidates(First first, Last last) {
         std::vector<Candidate> found;
-        std::copy_if(candidates_.begin(), candidates_.end(), std::back_inserter(found), test);
+        for (File& file : files_) {
+            const std::int64_t end = std::invoke(last, file);
+            for (std::int64_t index = std::invoke(first, file); index < end; ++index) {
+                Candidate& candidate = found.emplace_back(Candidate{{}, &file, index});
+                candidate.key = rank_key(*candidate.symbol(), fan_in_);
+            }
+        }
         return found;
     }
 
     std::vector<File> files_;
-    std::vector<Candidate> candidates_;  // file by file, each file's in their order
+    const FanIn& fan_in_;
     std::int64_t budget_;
 };
 

@@ -45,8 +45,4 @@ std::string _shown(std::span<const std::string> shown, std::size_t total) {
     return text;
 }
 
-std::string _named(std::span<const std::string> names, std::size_t limit) {
-    return _shown(names.first(std::min(limit, names.size())), names.size());
-}
-
 }  // namespace wiki::scope
