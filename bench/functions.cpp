@@ -11,6 +11,7 @@ namespace {
 using namespace wiki::scope;
 
 constexpr std::int64_t TOTAL = 24;
+constexpr std::int64_t LARGE_TOTAL = 10'000;  // more than a floor for each file
 constexpr std::int64_t LIMIT = 12;
 
 template <class Result>
@@ -19,15 +20,34 @@ void keep(const Result& result) {
     benchmark::ClobberMemory();
 }
 
-void spread(const std::vector<const ScopeSymbol*>& selection) {
-    std::vector<NamedPath> scored;
-    for (const ScopeSymbol* symbol : selection) {
-        scored.push_back({symbol->name, symbol->path});
+void judge_each_use(const ScopeFacts& facts) {
+    std::size_t uses = 0;
+    for (const InboundReference& reference : facts.inbound) {
+        uses +=
+            is_use(reference.resolution, reference.target_kind, facts.import_resolved(reference.target_path)) ? 1 : 0;
     }
-    keep(pick_spread(scored, LIMIT, 2));
+    keep(uses);
+}
+
+void key_each_declaration(const Page& page) {
+    for (const ScopeSymbol& symbol : page.facts.symbols) {
+        keep(rank_key(symbol, page.fan_in));
+    }
+}
+
+void select(const Page& page, std::int64_t total) {
+    keep(select_with_quota(page.ranked, page.fan_in, total, 2, 0.4));
 }
 
 }  // namespace
+
+std::vector<NamedPath> names_of(const std::vector<const ScopeSymbol*>& declarations) {
+    std::vector<NamedPath> names;
+    for (const ScopeSymbol* declaration : declarations) {
+        names.push_back({declaration->name, declaration->path});
+    }
+    return names;
+}
 
 void floor_pass(const Page& page) {
     std::size_t hashes = 0;
@@ -45,7 +65,7 @@ void whole_pass(const ScopeFacts& facts) {
     keep(file_users(facts));
     const RankedFiles ranked = ranked_by_file(facts, fan_in);
     keep(file_seeds(facts, fan_in));
-    spread(select_with_quota(ranked, fan_in, TOTAL, 2, 0.4));
+    keep(pick_spread(names_of(select_with_quota(ranked, fan_in, TOTAL, 2, 0.4)), LIMIT, 2));
     keep(render_file_cards(facts, fan_in, "## Files"));
     keep(render_consumers(facts, fan_in, "## Consumers"));
     keep(neighbours(facts, LIMIT));
@@ -54,12 +74,15 @@ void whole_pass(const ScopeFacts& facts) {
 
 const std::vector<Function>& functions() {
     static const std::vector<Function> FUNCTIONS{
+        {"is_use of each reference", 0, [](const Page& page) { judge_each_use(page.facts); }},
         {"production_fan_in", 1.0, [](const Page& page) { keep(production_fan_in(page.facts)); }},
         {"file_users", 2.0, [](const Page& page) { keep(file_users(page.facts)); }},
+        {"rank_key of each declaration", 0, key_each_declaration},
         {"ranked_by_file", 1.0, [](const Page& page) { keep(ranked_by_file(page.facts, page.fan_in)); }},
         {"file_seeds", 1.0, [](const Page& page) { keep(file_seeds(page.facts, page.fan_in)); }},
-        {"select_with_quota", 1.5,
-         [](const Page& page) { keep(select_with_quota(page.ranked, page.fan_in, TOTAL, 2, 0.4)); }},
+        {"select_with_quota", 1.5, [](const Page& page) { select(page, TOTAL); }},
+        {"select_with_quota of 10,000", 1.5, [](const Page& page) { select(page, LARGE_TOTAL); }},
+        {"pick_spread over all", 0, [](const Page& page) { keep(pick_spread(page.names, LARGE_TOTAL, 2)); }},
         {"render_file_cards", 3.0, [](const Page& page) { keep(render_file_cards(page.facts, page.fan_in, "#")); }},
         {"render_consumers", 2.0, [](const Page& page) { keep(render_consumers(page.facts, page.fan_in, "#")); }},
         {"neighbours", 0.7, [](const Page& page) { keep(neighbours(page.facts, LIMIT)); }},

@@ -12,11 +12,16 @@
 
 namespace bench {
 
+/// The names of declarations, in their order.
+std::vector<wiki::scope::NamedPath> names_of(const std::vector<const wiki::scope::ScopeSymbol*>& declarations);
+
 /// A page, and what several functions take of it.
 struct Page {
     const wiki::scope::ScopeFacts facts;
     const wiki::scope::FanIn fan_in = wiki::scope::production_fan_in(facts);
     const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
+    const std::vector<wiki::scope::NamedPath> names =
+        names_of(select_with_quota(ranked, fan_in, std::ssize(facts.symbols), 1, 1));  // all of them
 };
 
 /// One thing to time, and how many floors it may cost on the large page (0: not limited).

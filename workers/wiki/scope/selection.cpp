@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <compare>
-#include <functional>
-#include <initializer_list>
 #include <limits>
+#include <queue>
 #include <utility>
 
 namespace wiki::scope {
@@ -25,8 +24,6 @@ struct Candidate {
     RankKey key;
     File* file;
     std::int64_t index;  // among the declarations of its file, from 0
-
-    [[nodiscard]] const ScopeSymbol* symbol() const { return (*file->declarations)[static_cast<std::size_t>(index)]; }
 };
 
 bool by_rank(const Candidate& left, const Candidate& right) {
@@ -73,7 +70,10 @@ class Selection {
 
     // Gives each file its best `floor_each` declarations, as long as the budget lasts.
     void give_floors(std::int64_t floor_each) {
-        std::vector<Candidate> best = candidates([](const File&) { return 0; }, [](const File&) { return 1; });
+        std::vector<Candidate> best;
+        for (File& file : files_) {
+            best.push_back(candidate_at(file, 0));
+        }
         std::sort(best.begin(), best.end(), by_rank);
         for (const Candidate& candidate : best) {
             File& file = *candidate.file;
@@ -82,49 +82,52 @@ class Selection {
         }
     }
 
-    // Shares the rest of the budget out by rank, no file growing beyond `limit`, for each limit in turn. A file's
-    // declarations are taken only in their order, never with a gap.
-    void share_out(std::initializer_list<std::int64_t> limits) {
-        if (budget_ == 0) {
-            return;
-        }
-        std::vector<Candidate> rest = candidates(&File::taken, &File::count);
-        std::sort(rest.begin(), rest.end(), by_rank);
-        for (const std::int64_t limit : limits) {
-            for (const Candidate& candidate : rest) {
-                File& file = *candidate.file;
-                if (budget_ > 0 && file.taken == candidate.index && file.taken < limit) {
-                    ++file.taken;
-                    --budget_;
-                }
+    // Shares the rest of the budget out by rank, no file growing beyond `limit`. Each file's declarations stand best
+    // first, so the next to go is the best among the next ones of the files.
+    void share_out(std::int64_t limit) {
+        const auto is_worse = [](const Candidate& left, const Candidate& right) { return by_rank(right, left); };
+        std::priority_queue<Candidate, std::vector<Candidate>, decltype(is_worse)> next(is_worse);
+        const auto offer_next = [&](File& file) {
+            if (file.taken < std::min(limit, file.count())) {
+                next.push(candidate_at(file, file.taken));
             }
+        };
+        for (File& file : files_) {
+            offer_next(file);
+        }
+        for (; budget_ > 0 && !next.empty(); --budget_) {
+            File& file = *next.top().file;
+            next.pop();
+            ++file.taken;
+            offer_next(file);
         }
     }
 
     [[nodiscard]] std::vector<const ScopeSymbol*> interleaved() {
-        std::vector<Candidate> picked = candidates([](const File&) { return 0; }, &File::taken);
+        std::vector<Candidate> picked;
+        for (File& file : files_) {
+            for (std::int64_t index = 0; index < file.taken; ++index) {
+                picked.push_back(candidate_at(file, index));
+            }
+        }
         std::sort(picked.begin(), picked.end(), by_index_then_rank);
         std::vector<const ScopeSymbol*> symbols;
         symbols.reserve(picked.size());
         for (const Candidate& candidate : picked) {
-            symbols.push_back(candidate.symbol());
+            symbols.push_back(symbol_of(candidate));
         }
         return symbols;
     }
 
   private:
-    // The declarations of each file from the index `first(file)` to before `last(file)`, file by file.
-    template <class First, class Last>
-    [[nodiscard]] std::vector<Candidate> candidates(First first, Last last) {
-        std::vector<Candidate> found;
-        for (File& file : files_) {
-            const std::int64_t end = std::invoke(last, file);
-            for (std::int64_t index = std::invoke(first, file); index < end; ++index) {
-                Candidate& candidate = found.emplace_back(Candidate{{}, &file, index});
-                candidate.key = rank_key(*candidate.symbol(), fan_in_);
-            }
-        }
-        return found;
+    static const ScopeSymbol* symbol_of(const Candidate& candidate) {
+        return (*candidate.file->declarations)[static_cast<std::size_t>(candidate.index)];
+    }
+
+    [[nodiscard]] Candidate candidate_at(File& file, std::int64_t index) const {
+        Candidate candidate{{}, &file, index};
+        candidate.key = rank_key(*symbol_of(candidate), fan_in_);
+        return candidate;
     }
 
     std::vector<File> files_;
@@ -143,7 +146,8 @@ std::vector<const ScopeSymbol*> select_with_quota(const RankedFiles& ranked, con
     const std::int64_t floor_each = std::max<std::int64_t>(1, std::min(floor, total / selection.file_count()));
     const std::int64_t cap = std::max(floor_each, share_of(total, max_share));
     selection.give_floors(floor_each);
-    selection.share_out({cap, total});
+    selection.share_out(cap);
+    selection.share_out(total);
     return selection.interleaved();
 }
 
