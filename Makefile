@@ -35,7 +35,7 @@ install-check: all
 	tools/install-packages install-check
 	tools/check-install build/dev
 
-# Formatting, static analysis, and the second compiler's warnings: no findings.
+# Formatting, static analyses, and the second compiler's warnings: no findings.
 lint:
 	tools/install-packages build bench lint
 	tools/lint

@@ -57,19 +57,23 @@ std::string fault(const std::error_code& error) {
     return error == std::errc::not_a_directory ? "not a folder" : "cannot be read (" + error.message() + ")";
 }
 
-}  // namespace
-
-Checkout::Checkout(const std::string& root) {
+// The folder without symbolic links; throws when it cannot be entered.
+fs::path folder_at(const std::string& root) {
     std::error_code error;
-    root_ = fs::canonical(root, error);
-    if (!error && access((root_ / ".").c_str(), X_OK) != 0) {
+    fs::path folder = fs::canonical(root, error);
+    if (!error && access((folder / ".").c_str(), X_OK) != 0) {
         error.assign(errno, std::generic_category());
     }
     if (error) {
         throw std::runtime_error(root + ": " + fault(error) +
                                  "; name the folder that holds the checked-out repository");
     }
+    return folder;
 }
+
+}  // namespace
+
+Checkout::Checkout(const std::string& root) : root_(folder_at(root)) {}
 
 std::optional<fs::path> Checkout::find(std::string_view path) const {
     if (!is_plain(path) || !stays_below(path)) {

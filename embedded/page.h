@@ -45,6 +45,7 @@ struct Unmovable {
     Unmovable() = default;
     Unmovable(const Unmovable&) = delete;
     Unmovable& operator=(const Unmovable&) = delete;
+    ~Unmovable() = default;
 };
 
 /// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which

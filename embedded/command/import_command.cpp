@@ -25,16 +25,20 @@ struct Arguments {
 // One line on a terminal that says how far the import has come; nothing elsewhere.
 class ProgressLine {
   public:
+    ProgressLine() = default;
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+    ~ProgressLine() {
+        if (percent_ >= 0) {
+            std::cerr << "\r\033[K" << std::flush;
+        }
+    }
+
     void show(std::int64_t done, std::int64_t total) {
         const std::int64_t percent = 100 * done / total;
         if (is_shown_ && percent != percent_) {
             std::cerr << "\rImporting: " << percent << " %" << std::flush;
             percent_ = percent;
-        }
-    }
-    ~ProgressLine() {
-        if (percent_ >= 0) {
-            std::cerr << "\r\033[K" << std::flush;
         }
     }
 

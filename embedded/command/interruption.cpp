@@ -7,6 +7,7 @@ namespace embedded {
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): all that a signal handler can write to
 volatile std::sig_atomic_t requested = 0;
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace wiki::scope {
 /// unless said otherwise.
 class symbol {
   public:
-    symbol(SymbolId id, const char* name) { made_ = {id, "a.ts", name, "function", true, 1, 1, name}; }
+    symbol(SymbolId id, const char* name) : made_{id, "a.ts", name, "function", true, 1, 1, name} {}
 
     symbol& in(const char* path) { return made_.path = path, *this; }
     symbol& kind(const char* kind) { return made_.kind = kind, *this; }
@@ -29,7 +29,7 @@ class symbol {
 /// function unless said otherwise.
 class from {
   public:
-    explicit from(const char* source) { made_ = {source, 0, "a.ts", "", "function", "import", 1}; }
+    explicit from(const char* source) : made_{source, 0, "a.ts", "", "function", "import", 1} {}
 
     from& to(SymbolId id, const char* path = "a.ts", const char* name = "") {
         return made_.target_id = id, made_.target_path = path, made_.target_name = name, *this;

@@ -93,10 +93,10 @@ inline bool _is_use(Standing standing, auto is_import_resolved, auto matches_by_
 
 /// `is_use` for the references into a page, as a function of the reference.
 inline auto _use_rule(const ScopeFacts& facts) {
-    return [standing = Remembered(_standing),
-            import_resolved = Remembered([&facts](const Text& path) { return facts.import_resolved(path); }),
-            name_match = Remembered([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); })](
-               const InboundReference& reference) mutable {
+    Remembered standing(_standing);
+    Remembered import_resolved([&facts](const Text& path) { return facts.import_resolved(path); });
+    Remembered name_match([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
+    return [standing, import_resolved, name_match](const InboundReference& reference) mutable {
         return _is_use(
             standing(reference.resolution), [&] { return import_resolved(reference.target_path); },
             [&] { return name_match(reference.target_kind); });
