@@ -34,7 +34,7 @@ std::string_view InputFile::read(std::size_t offset, std::size_t size) {
 }
 
 void InputFile::move_window(std::size_t offset, std::size_t size) {
-    constexpr std::size_t AT_LEAST = 256 * 1024;  // bytes, so that small pieces that lie together take one call
+    constexpr std::size_t AT_LEAST = 262'144;  // bytes, so that small pieces that lie together take one call
     window_.resize(std::max(size, AT_LEAST));
     window_offset_ = offset;
     std::size_t filled = 0;

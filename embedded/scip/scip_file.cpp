@@ -1,6 +1,5 @@
 #include "embedded/scip/scip_file.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <string_view>
 
@@ -41,7 +40,12 @@ bool begin_as_metadata(std::string_view bytes) {
 }  // namespace
 
 ScipFile::ScipFile(const std::string& path) : file_(path) {
-    std::size_t offset = read_metadata();
+    std::size_t offset = 0;
+    try {
+        offset = read_metadata();
+    } catch (const protozero::exception&) {
+        throw not_scip(path);
+    }
     try {
         while (offset < file_.size()) {
             const Field field = field_at(offset);
@@ -75,7 +79,7 @@ void ScipFile::for_each_document(const std::function<void(const Document&)>& vis
 }
 
 ScipFile::Field ScipFile::field_at(std::size_t offset) {
-    constexpr std::size_t LONGEST_HEAD = 2 * protozero::max_varint_length;  // a tag, and a length or the whole content
+    constexpr std::size_t LONGEST_HEAD = 20;  // bytes: two integers, the tag and the size
     const std::string_view head = file_.read(offset, LONGEST_HEAD);
     protozero::pbf_reader fields(head.data(), head.size());
     if (!fields.next()) {
@@ -97,24 +101,25 @@ bool ScipFile::is_whole(const Field& field) const {
     return field.size <= file_.size() - field.begin;
 }
 
-// Reads the metadata, which stands first in every SCIP file, and returns where it ends.
+// Reads the metadata, which stands first in every SCIP file, and returns where it ends. Throws `protozero::exception`
+// for what is no metadata.
 std::size_t ScipFile::read_metadata() {
-    bool is_cut = file_.read(0, 1) == std::string_view("\x0A");  // until the size behind this tag is known
+    Field field{};
     try {
-        const Field field = field_at(0);
-        is_cut = false;
-        if (field.tag_and_type == METADATA) {
-            const std::string_view bytes = file_.read(field.begin, std::min(field.size, file_.size()));
-            if (is_whole(field)) {
-                metadata_ = Metadata::read(bytes);
-                return field.begin + field.size;
-            }
-            is_cut = begin_as_metadata(bytes);
-        }
-    } catch (const protozero::exception&) {
-        // neither a field nor the beginning of one, unless it is cut
+        field = field_at(0);
+    } catch (const protozero::end_of_buffer_exception&) {
+        throw file_.read(0, 1) == "\x0A" ? truncated(file_.path(), 0) : not_scip(file_.path());
     }
-    throw is_cut ? truncated(file_.path(), 0) : not_scip(file_.path());
+    if (field.tag_and_type != METADATA) {
+        throw not_scip(file_.path());
+    }
+    if (!is_whole(field)) {
+        constexpr std::size_t ENOUGH = 65'536;  // bytes, to tell by
+        const bool is_cut = begin_as_metadata(file_.read(field.begin, ENOUGH));
+        throw is_cut ? truncated(file_.path(), 0) : not_scip(file_.path());
+    }
+    metadata_ = Metadata::read(file_.read(field.begin, field.size));
+    return field.begin + field.size;
 }
 
 }  // namespace embedded::scip
