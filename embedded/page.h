@@ -3,6 +3,7 @@
 
 #include "embedded/checkout.h"
 #include "embedded/database.h"
+#include "embedded/page_paths.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/ranking.h"
@@ -14,17 +15,6 @@
 #include <vector>
 
 namespace embedded {
-
-/// What the named paths stand for in an index.
-struct PagePaths {
-    std::vector<std::string> indexed;  ///< files of the index, in the order in which they were named, each once
-    std::vector<std::string> missing;  ///< paths that the index knows neither as a file nor as a folder, as named
-};
-
-/// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
-/// "." is the root of the repository. "./a//b/" is read as "a/b". The empty path is no folder. A row of `files` whose
-/// path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws `SqliteError`.
-PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named);
 
 /// How much of a page is chosen. README.md tells what each number does; any value is accepted.
 struct PageOptions {
