@@ -2,6 +2,7 @@
 
 #include "embedded/command/import_command.h"
 #include "embedded/command/page_command.h"
+#include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
 
 #include <CLI/CLI.hpp>
@@ -19,19 +20,8 @@ namespace {
 constexpr int FAILED = 1;
 constexpr int WRONG_USAGE = 2;
 
-// Says on one line what went wrong. A message may name things that hold control characters: those are written out.
 int complain(std::string_view message, int exit_code) {
-    constexpr std::string_view HEX = "0123456789abcdef";
-    std::cerr << "wiki-scope: ";
-    for (const char character : message) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte < 0x20 || byte == 0x7F) {
-            std::cerr << "\\x" << HEX[byte / 16U] << HEX[byte % 16U];
-        } else {
-            std::cerr << character;
-        }
-    }
-    std::cerr << '\n';
+    embedded::say(message);
     return exit_code;
 }
 

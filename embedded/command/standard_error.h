@@ -1,0 +1,12 @@
+// What is said beside the results.
+#pragma once
+
+#include <string_view>
+
+namespace embedded {
+
+/// Says one line on standard error, behind the name of the program. The message may name things that hold control
+/// characters: those are written out, a line feed as "\x0a".
+void say(std::string_view message);
+
+}  // namespace embedded
