@@ -24,6 +24,7 @@ Page load_page(storage::Database& db, const Checkout& checkout, std::span<const 
     const auto read_lines = [&](const models::Text& path) { return checkout.read_lines(path); };
     return {.options = options,
             .missing = std::move(paths.missing),
+            .suggestions = std::move(paths.suggestions),
             .facts = wiki::scope::load_scope_facts(db, paths.indexed, read_lines)};
 }
 

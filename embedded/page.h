@@ -42,7 +42,8 @@ struct Unmovable {
 /// is therefore neither copied nor moved.
 struct Page {
     const PageOptions options;
-    const std::vector<std::string> missing;  ///< the named paths that the index does not hold
+    const std::vector<std::string> missing;     ///< the named paths that the index does not hold
+    const std::vector<Suggestion> suggestions;  ///< what some of these were most likely meant to be
     const wiki::scope::ScopeFacts facts;
 
     const wiki::scope::FanIn fan_in = wiki::scope::production_fan_in(facts);

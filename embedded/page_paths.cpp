@@ -1,8 +1,14 @@
 #include "embedded/page_paths.h"
 
+#include "embedded/nearest_path.h"
 #include "workers/wiki/scope/ordered_map.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <filesystem>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 namespace embedded {
 
@@ -72,6 +78,38 @@ std::string plain_path(const std::string& named) {
     return plain;
 }
 
+// The files, which are in path order, and every folder above one of them.
+std::vector<std::string> with_folders(const std::vector<std::string>& files) {
+    std::vector<std::string> places;
+    std::string_view before;
+    for (const std::string& file : files) {
+        // A folder that stands above the file before, too, is there already. The root of a file system is none.
+        const auto known = static_cast<std::size_t>(std::ranges::mismatch(before, file).in1 - before.begin());
+        for (std::size_t end = file.find('/', std::max<std::size_t>(known, 1)); end != std::string::npos;
+             end = file.find('/', end + 1)) {
+            places.push_back(file.substr(0, end));
+        }
+        places.push_back(file);
+        before = file;
+    }
+    return places;
+}
+
+std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, FilesBelow& files_below) {
+    constexpr std::size_t MOST = 10;  // nobody mistypes more: a longer list was made by a program
+    std::vector<Suggestion> suggestions;
+    if (missing.empty()) {
+        return suggestions;
+    }
+    const std::vector<std::string> places = with_folders(files_below("."));
+    for (const std::string& name : missing.first(std::min(MOST, missing.size()))) {
+        if (std::optional<std::string> nearest = nearest_path(plain_path(name), places)) {
+            suggestions.push_back({name, std::move(*nearest)});
+        }
+    }
+    return suggestions;
+}
+
 }  // namespace
 
 PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named) {
@@ -91,7 +129,9 @@ PagePaths find_page_paths(const storage::Database& db, std::span<const std::stri
             missing.insert(name);
         }
     }
-    return {indexed.keys(), missing.keys()};
+    std::vector<std::string> not_found = missing.keys();
+    std::vector<Suggestion> suggestions = suggestions_for(not_found, files_below);
+    return {indexed.keys(), std::move(not_found), std::move(suggestions)};
 }
 
 }  // namespace embedded

@@ -9,10 +9,17 @@
 
 namespace embedded {
 
+/// A path that the index does not hold, and the file or folder that it was most likely meant to be.
+struct Suggestion {
+    std::string missing;  ///< as named
+    std::string nearest;  ///< as `nearest_path` (nearest_path.h) finds it
+};
+
 /// What the named paths stand for in an index.
 struct PagePaths {
-    std::vector<std::string> indexed;  ///< files of the index, in the order in which they were named, each once
-    std::vector<std::string> missing;  ///< paths that the index knows neither as a file nor as a folder, as named
+    std::vector<std::string> indexed;     ///< files of the index, in the order in which they were named, each once
+    std::vector<std::string> missing;     ///< paths that the index knows neither as a file nor as a folder, as named
+    std::vector<Suggestion> suggestions;  ///< for those of the first ten missing paths that something is near to
 };
 
 /// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;

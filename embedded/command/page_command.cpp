@@ -1,6 +1,7 @@
 #include "embedded/command/page_command.h"
 
 #include "embedded/checkout.h"
+#include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/database.h"
 #include "embedded/index.h"
@@ -45,6 +46,9 @@ void print_page(const Arguments& arguments) {
     storage::Database db(open_index(arguments.index));
     const Checkout checkout(arguments.checkout);
     const Page page = load_page(db, checkout, arguments.paths, arguments.page);
+    for (const auto& [missing, nearest] : page.suggestions) {
+        say((missing + ": not in the index; did you mean ").append(nearest).append("?"));
+    }
     print([&](std::ostream& out) {
         if (arguments.format == "json") {
             write_json(out, page);

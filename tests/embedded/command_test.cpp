@@ -160,6 +160,20 @@ TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
     EXPECT_EQ(signalled("INT").exit_code, 0);
 }
 
+TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {
+    make_index();
+    const std::string options = " --index index.db --checkout . --only files";
+    const Outcome page = run("page scr ./src/B.ts nothing 'src/\na.ts'" + options);
+    EXPECT_EQ(page.exit_code, 0);
+    EXPECT_EQ(page.err, "wiki-scope: scr: not in the index; did you mean src?\n"
+                        "wiki-scope: ./src/B.ts: not in the index; did you mean src/b.ts?\n"
+                        "wiki-scope: src/\\x0aa.ts: not in the index; did you mean src/a.ts?\n");
+    EXPECT_NE(page.out.find("| `nothing` | ? | 0 | not in the index | | | |\n"), std::string::npos) << page.out;
+    const std::string said =
+        run("page 0/src 1/src 2/src 3/src 4/src 5/src 6/src 7/src 8/src 9/src 10/src" + options).err;
+    EXPECT_TRUE(said.ends_with("9/src: not in the index; did you mean src?\n")) << said;
+}
+
 TEST_F(Command, HelpsOnStandardOutput) {
     EXPECT_EQ(run("--version").out, "wiki-scope " WIKI_SCOPE_VERSION "\n");
     for (const char* arguments : {"--help", "page --help", "import --help"}) {
