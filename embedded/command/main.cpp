@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -55,6 +56,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
+    // A reader that has seen enough ends the program quietly, also where whoever started it ignores the signal.
+    std::signal(SIGPIPE, SIG_DFL);
     try {
         return run(argc, argv);
     } catch (const std::bad_alloc&) {

@@ -174,6 +174,17 @@ TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {
     EXPECT_TRUE(said.ends_with("9/src: not in the index; did you mean src?\n")) << said;
 }
 
+TEST_F(Command, EndsQuietlyWhenItsReaderHasSeenEnough) {
+    make_index();
+    const std::string more_than_a_pipe_holds = "WITH RECURSIVE n(i) AS (SELECT 9 UNION ALL SELECT i + 1 FROM n) "
+                                               "INSERT INTO symbols SELECT i, 1, '', '', '', 1, 1, 1 FROM n LIMIT 2000";
+    Connection(folder / "index.db", Connection::Mode::CREATE).execute(more_than_a_pipe_holds);
+    // Services are often started with the signal ignored.
+    EXPECT_EQ(
+        shell("trap '' PIPE; '" WIKI_SCOPE "' page src --index index.db --checkout . --format json | head -c 1").err,
+        "");
+}
+
 TEST_F(Command, HelpsOnStandardOutput) {
     EXPECT_EQ(run("--version").out, "wiki-scope " WIKI_SCOPE_VERSION "\n");
     for (const char* arguments : {"--help", "page --help", "import --help"}) {
