@@ -87,7 +87,8 @@ bool begins_as_database(const std::string& path) {
 // Whether the file is an index, or a database so damaged that nobody can tell any more.
 bool was_an_index(const std::string& path) {
     try {
-        return schema_version_of(Connection(path, Connection::Mode::READ)).has_value();
+        // Not to be read alone: what a killed program has left half written could not be undone.
+        return schema_version_of(Connection(path, Connection::Mode::CREATE)).has_value();
     } catch (const SqliteError& error) {
         if (error.is_damage()) {
             return begins_as_database(path);

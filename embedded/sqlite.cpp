@@ -18,9 +18,9 @@ const char* advice(int code) {
     case SQLITE_PERM:
         return "check the permissions of the file and of its folder";
     case SQLITE_READONLY:  // even to be read: its journal has to be played, or shared with a writer
-        return "make the file and its folder writable, and open it once with sqlite3";
-    case SQLITE_FULL:
-        return "make room on its disk";
+        return "make the file and its folder writable, then open it once with sqlite3 or import the SCIP file again";
+    case SQLITE_FULL:  // also when it is only read: rows are sorted in a file of their own
+        return "make room on its disk, and where temporary files are kept";
     case SQLITE_IOERR:
         return "check its disk";
     case SQLITE_NOMEM:
@@ -58,6 +58,7 @@ Connection::Connection(const std::string& path, Mode mode) : path_(path) {
     }
     constexpr int PATIENCE = 2000;  // milliseconds, while another process holds the file
     sqlite3_busy_timeout(handle, PATIENCE);
+    execute("PRAGMA cell_size_check = ON");  // notices more of what is damaged, at hardly any cost
 }
 
 void Connection::execute(const std::string& sql) const {

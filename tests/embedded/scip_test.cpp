@@ -450,6 +450,25 @@ TEST_F(ScipImport, WhatAKilledImportLeftIsRemovedAndNothingElse) {
     EXPECT_EQ(folder.read("index.db.lock") + folder.read("index.db.partial"), "minemine");
 }
 
+TEST_F(ScipImport, AnIndexThatAKilledProgramLeftHalfWrittenIsReplaced) {
+    import({ScipDocument("a.ts").defines(F)});
+    const std::string alone = folder.read("index.db");
+    std::string half_written;
+    std::string journal;
+    {
+        const Connection program(index, Connection::Mode::CREATE);
+        program.execute("PRAGMA cache_size = 1; BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+                        "INSERT INTO files(path) SELECT i FROM n LIMIT 5000");
+        half_written = folder.read("index.db");
+        journal = folder.read("index.db-journal");
+    }
+    folder.write("index.db", half_written);
+    folder.write("index.db-journal", journal);
+    EXPECT_THROW(open_index(index), SqliteError);
+    import({ScipDocument("a.ts").defines(F)});
+    EXPECT_TRUE(stands_alone(alone));
+}
+
 TEST_F(ScipImport, AJournalOfTheOldIndexIsNotPlayedIntoTheNew) {
     const std::vector<ScipDocument> documents{ScipDocument("a.ts").defines(F)};
     import(documents);
