@@ -20,8 +20,9 @@ class Checkout {
     /// are not part of it; a CR alone is a character like any other. A last line without an end counts, a byte-order
     /// mark is dropped, an empty file has no lines.
     ///
-    /// None when the path is empty, absolute or has a segment "..", when a symbolic link leads out of the root, and
-    /// when there is no regular file that can be read. Never waits on a pipe or a device.
+    /// None when the path is empty, absolute or has a segment "..", when a symbolic link leads out of the root, when
+    /// there is no regular file, and when there is one that may not be read or whose reading fails: such a file is
+    /// like one that is not there. Never waits on a pipe or a device.
     [[nodiscard]] std::optional<std::vector<std::string>> read_lines(std::string_view path) const;
 
   private:

@@ -29,12 +29,21 @@ bool exists(const std::string& path) {
 }
 
 // Where a path leads that may be a symbolic link, even to nothing.
-std::string followed(fs::path path) {
+std::string followed(const std::string& path) {
+    constexpr int MOST_LINKS = 40;  // as many as the system follows
+    fs::path end = path;
     std::error_code error;
-    while (fs::is_symlink(path, error)) {
-        path = path.parent_path() / fs::read_symlink(path, error);
+    for (int links = 0; fs::is_symlink(end, error); ++links) {
+        const fs::path target = fs::read_symlink(end, error);
+        if (links == MOST_LINKS) {
+            error = std::make_error_code(std::errc::too_many_symbolic_link_levels);
+        }
+        if (error) {
+            throw cannot_replace(path, error.message());
+        }
+        end = end.parent_path() / target;
     }
-    return path;
+    return end;
 }
 
 // The name of a file of our own that belongs to the one at the path.
