@@ -56,6 +56,8 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
                      version + ")");
     }
     folder.write("cut.db", folder.read("index.db").substr(0, 5000));
+    const Connection other_program(folder / "locked.db", Connection::Mode::CREATE);
+    other_program.execute("BEGIN EXCLUSIVE; CREATE TABLE meta(key, value)");
     std::filesystem::create_symlink("loop", folder / "loop");
     const std::string too_long(300, 'x');
     folder.write("text.scip", "this is not SCIP");
@@ -77,6 +79,7 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
              {"page a --index meta.db --checkout .", 1, "meta.db: no such table: files; it is not a whole"},
              {"page a --index wild.db --checkout .", 1, "wild.db: an index of schema version \\x0a\\x1b,"},
              {"page a --index cut.db --checkout .", 1, "cut.db: database disk image is malformed; it is not a whole"},
+             {"page a --index locked.db --checkout .", 1, "locked.db: database is locked; another program is using it"},
              {"page a --index loop --checkout .", 1, "loop: cannot be found (Too many levels"},
              {"page a --index " + too_long + " --checkout .", 1, "x: cannot be found (File name too long)"},
              {"page a --index 'a\nb' --checkout .", 1, "a\\x0ab: no such index"},

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <filesystem>
+#include <functional>
 #include <limits>
 
 namespace embedded {
@@ -96,6 +98,35 @@ TEST_F(Index, KnowsTheLanguagesWithResolvedImports) {
     storage::Database db = open();
     const std::vector<models::Text> languages{"lua", "rust", "typescript"};
     EXPECT_EQ(import_resolved_languages(db, languages), std::vector<models::Text>{"typescript"});
+}
+
+TEST_F(Index, IsReadInOneStateWhileItIsWrittenOrReplaced) {
+    fill(
+        "INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts');"
+        "INSERT INTO symbols VALUES(1, 1, 'f', 'f', 'function', 1, 1, 1); INSERT INTO edges VALUES(2, 1, 'import', 1)");
+    const std::string change =
+        "BEGIN; UPDATE symbols SET start_line = start_line + 1; UPDATE edges SET refs = refs + 1; COMMIT";
+    const std::function<void()> write = [&] { fill(change); };
+    const std::function<void()> replace = [&] {
+        std::filesystem::copy_file(path, folder / "new.db");
+        Connection(folder / "new.db", Connection::Mode::CREATE).execute(change);
+        std::filesystem::rename(folder / "new.db", path);
+    };
+    for (const auto& [change_index, journal_mode] : {std::pair(replace, "DELETE"), std::pair(write, "WAL")}) {
+        fill(std::string("PRAGMA journal_mode = ") + journal_mode);
+        storage::Database db = open();
+        const auto before_a_statement = [](unsigned, void* change_now, void*, void*) {
+            (*static_cast<const std::function<void()>*>(change_now))();
+            return 0;
+        };
+        std::function<void()> change_now = change_index;
+        sqlite3_trace_v2(db.connection().handle(), SQLITE_TRACE_STMT, before_a_statement, &change_now);
+        const Page page = load_page(db, Checkout(folder / ""), Paths{"a.ts"});
+        EXPECT_EQ(page.facts.inbound.at(0).refs, page.facts.symbols.at(0).start_line) << journal_mode;
+        storage::Database later = open();
+        EXPECT_GT(scope_symbols(later, std::vector<storage::FileId>{1}).at(0).start_line,
+                  page.facts.symbols.at(0).start_line + 5);
+    }
 }
 
 TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {

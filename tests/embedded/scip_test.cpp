@@ -12,6 +12,8 @@
 
 #include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -438,7 +440,37 @@ TEST_F(ScipImport, AFullDiskLeavesTheOldIndexAndSaysSo) {
     EXPECT_TRUE(stands_alone(old));
 }
 
-TEST_F(ScipImport, WhatAKilledImportLeftIsRemovedAndNothingElse) {
+TEST_F(ScipImport, OneThatIsKilledLeavesTheOldIndexAndIsCleanedUpByTheNext) {
+    import({ScipDocument("old.ts").defines(F)});
+    const std::string old = folder.read("index.db");
+    const std::vector<ScipDocument> documents{ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers(F)};
+    const auto is_killed_at = [&](int call) {
+        const auto kill_at_call = [&call](std::int64_t, std::int64_t) {
+            if (--call == 0) {
+                raise(SIGKILL);
+            }
+        };
+        const pid_t child = fork();
+        if (child == 0) {
+            import(documents, kill_at_call);
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WIFSIGNALED(status);
+    };
+    int calls = 0;
+    while (is_killed_at(calls + 1)) {
+        ++calls;
+        EXPECT_EQ(folder.read("index.db"), old) << calls;
+        EXPECT_TRUE(std::filesystem::exists(folder / ".index.db.wiki-scope-partial"));
+    }
+    EXPECT_GE(calls, 4);
+    EXPECT_EQ(rows("SELECT path AS row FROM files"), "a.ts; b.ts");
+    EXPECT_TRUE(stands_alone(folder.read("index.db")));
+}
+
+TEST_F(ScipImport, RemovesWhatIsItsOwnAndNothingElse) {
     for (const char* const name : {"partial", "partial-journal", "partial-wal", "lock"}) {
         folder.write(std::string(".index.db.wiki-scope-") + name, "left behind");
     }
