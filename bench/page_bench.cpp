@@ -39,9 +39,12 @@ void print_floors() {
     std::printf("\nOne floor: typical page %.3f ms, large page %.1f ms\n\n", typical.of(FLOOR), large.of(FLOOR));
     std::printf("| In floors | typical page | large page | to reach on the large page |\n|---|---|---|---|\n");
     for (const Function& function : functions()) {
-        std::printf("| `%s` | %.2f | %.2f | %.1f |\n", function.name.c_str(),
-                    typical.of(function.name) / typical.of(FLOOR), large.of(function.name) / large.of(FLOOR),
-                    function.target);
+        std::printf("| `%s` | %.2f | %.2f | ", function.name.c_str(), typical.of(function.name) / typical.of(FLOOR),
+                    large.of(function.name) / large.of(FLOOR));
+        if (function.target > 0) {
+            std::printf("%.1f ", function.target);
+        }
+        std::printf("|\n");
     }
 }
 
