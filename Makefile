@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test install install-check demo lint bench format clean
+.PHONY: all test sanitize install install-check demo lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -8,6 +8,12 @@ all: build/dev/build.ninja
 # Installs what is missing, builds, and runs every test.
 test: all
 	ctest --preset dev
+
+# The same tests under the sanitizers: of memory and undefined behaviour, then of threads.
+sanitize:
+	tools/install-packages build sanitize
+	tools/without-aslr cmake --workflow --preset asan
+	tools/without-aslr cmake --workflow --preset tsan
 
 # Installs what is missing, builds, indexes a real repository and prints a page of it.
 demo: build/dev/build.ninja

@@ -34,6 +34,7 @@ std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::
 struct Neighbour {
     const ScopeSymbol* target;  ///< a record of the `ScopeFacts`, and lives as long
     std::int64_t refs;
+    friend bool operator==(const Neighbour&, const Neighbour&) = default;
 };
 
 /// The production declarations in other files that the page uses most, by their references, most first; equal counts
