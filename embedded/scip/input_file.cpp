@@ -27,15 +27,16 @@ InputFile::InputFile(const std::string& path)
 }
 
 std::string_view InputFile::read(std::size_t offset, std::size_t size) {
-    if (offset < window_offset_ || offset + size > window_offset_ + window_.size()) {
-        move_window(offset, size);
+    const std::size_t there = std::min(size, size_ - offset);
+    if (offset < window_offset_ || offset + there > window_offset_ + window_.size()) {
+        move_window(offset, there);
     }
-    return std::string_view(window_).substr(offset - window_offset_, size);
+    return std::string_view(window_).substr(offset - window_offset_, there);
 }
 
 void InputFile::move_window(std::size_t offset, std::size_t size) {
     constexpr std::size_t AT_LEAST = 262'144;  // bytes, so that small pieces that lie together take one call
-    window_.resize(std::max(size, AT_LEAST));
+    window_.resize(std::min(std::max(size, AT_LEAST), size_ - offset));
     window_offset_ = offset;
     std::size_t filled = 0;
     while (filled < window_.size()) {

@@ -19,8 +19,8 @@ class InputFile {
     /// In bytes, when it was opened.
     [[nodiscard]] std::size_t size() const { return size_; }
 
-    /// The `size` bytes from `offset` on, or fewer where the file ends before. Valid until the next call. Throws as the
-    /// constructor does.
+    /// The `size` bytes from `offset` (at most `size()`) on, or fewer where the file ends before: what has been added
+    /// since it was opened does not count. Valid until the next call. Throws as the constructor does.
     std::string_view read(std::size_t offset, std::size_t size);
 
   private:

@@ -3,6 +3,7 @@
 #include "embedded/index.h"
 #include "embedded/scip/declarations.h"
 #include "embedded/scip/import.h"
+#include "embedded/scip/input_file.h"
 #include "embedded/scip/reader.h"
 #include "embedded/scip/symbol.h"
 #include "tests/embedded/scip_builder.h"
@@ -574,6 +575,13 @@ TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
         said = error.what();
     }
     EXPECT_NE(said.find("a truncated SCIP file"), std::string::npos) << said;
+}
+
+TEST(InputFile, IsNoLongerThanItWasWhenItWasOpened) {
+    const TemporaryFolder folder;
+    InputFile file(folder.write("in.scip", "abc"));
+    folder.write("in.scip", "abcdef");
+    EXPECT_EQ(file.read(1, 9), "bc");
 }
 
 TEST_F(ScipImport, EqualInputGivesEqualBytes) {
