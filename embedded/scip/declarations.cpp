@@ -307,7 +307,8 @@ std::int32_t count_of(const std::optional<Lines>& lines) {
 }
 
 std::string language_of(std::string_view stated, std::string_view path) {
-    return lowered(stated.empty() ? language_of_extension(path) : stated);
+    const bool says_something = !stated.empty() && stated.find('\0') == std::string_view::npos;
+    return lowered(says_something ? stated : language_of_extension(path));
 }
 
 }  // namespace embedded::scip

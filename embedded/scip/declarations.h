@@ -62,7 +62,7 @@ std::optional<Lines> lines_of(const Occurrence& definition);
 std::int32_t count_of(const std::optional<Lines>& lines);
 
 /// The language of a file in lower case: what the document states, else by the path's extension; empty when neither
-/// says.
+/// says. A name with a NUL in it says nothing: no query could ask for it.
 std::string language_of(std::string_view stated, std::string_view path);
 
 }  // namespace embedded::scip

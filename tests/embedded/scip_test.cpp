@@ -223,6 +223,7 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
 TEST(ScipLanguage, IsStatedElseByExtension) {
     const std::vector<std::tuple<std::string, std::string, std::string>> cases{
         {"TypeScript", "a.py", "typescript"},
+        {std::string("lua\0", 4), "a.py", "python"},
         {"", "a.d.mts", "typescript"},
         {"", "src.py/a.cjs", "javascript"},
         {"", "a.pyi", "python"},
