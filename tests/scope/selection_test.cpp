@@ -1,11 +1,11 @@
 #include "tests/scope/page_builder.h"
+#include "tests/scope/selection_promises.h"
 #include "workers/wiki/scope/ranking.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
-#include <map>
 #include <optional>
 #include <random>
 
@@ -105,41 +105,10 @@ TEST(Selection, KeepsItsPromisesOnRandomPages) {
         const std::int64_t total = below(20);
         const std::int64_t floor = below(5);
         const double share = below(12) / 10.0;
-        const auto selected = select_with_quota(page.ranked(), FanIn{{}}, total, floor, share);
-
-        std::int64_t declarations = 0;
-        std::int64_t nonempty = 0;
-        std::map<Text, std::int64_t> taken;
-        for (const auto& [path, ranked] : page.ranked()) {
-            declarations += static_cast<std::int64_t>(ranked.size());
-            ++nonempty;
-        }
-        ASSERT_EQ(selected.size(), static_cast<std::size_t>(std::min(total, declarations)));
-        std::int64_t level = 0;
-        for (const ScopeSymbol* symbol : selected) {
-            const std::int64_t index = taken[symbol->path]++;
-            ASSERT_EQ((*page.ranked().find(symbol->path))[static_cast<std::size_t>(index)],
-                      symbol);        // a prefix
-            ASSERT_GE(index, level);  // every first, then every second
-            level = index;
-        }
-        if (total == 0) {
-            continue;
-        }
-        const std::int64_t each =
-            std::max<std::int64_t>(1, std::min(floor, total / std::max<std::int64_t>(1, nonempty)));
-        const auto cap = std::max(each, static_cast<std::int64_t>(std::ceil(static_cast<double>(total) * share)));
-        for (const auto& [path, ranked] : page.ranked()) {
-            const auto count = static_cast<std::int64_t>(ranked.size());
-            if (nonempty <= total) {
-                ASSERT_GE(taken[path], std::min(each, count));  // its floor
-            }
-            if (taken[path] > cap) {  // beyond its share only when no other file within its own has any left
-                for (const auto& [other, left] : page.ranked()) {
-                    ASSERT_TRUE(taken[other] >= cap || taken[other] == static_cast<std::int64_t>(left.size()));
-                }
-            }
-        }
+        const FanIn fan_in{{}};
+        const auto selected = select_with_quota(page.ranked(), fan_in, total, floor, share);
+        CheckedSelection checked(page.ranked(), fan_in, total, floor, share);
+        ASSERT_EQ(checked.broken_promise(selected), "") << "round " << round;
     }
 }
 
