@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize install install-check demo lint bench format clean
+.PHONY: all test sanitize fuzz install install-check demo lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -14,6 +14,14 @@ sanitize:
 	tools/install-packages build sanitize
 	tools/without-aslr cmake --workflow --preset asan
 	tools/without-aslr cmake --workflow --preset tsan
+
+# Arbitrary input for every fuzz target: for FUZZ_SECONDS, or FUZZ_RUNS inputs that are the same each time.
+FUZZ_SECONDS = 60
+fuzz:
+	tools/install-packages build sanitize
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	tools/without-aslr tools/fuzz $(if $(FUZZ_RUNS),runs $(FUZZ_RUNS),seconds $(FUZZ_SECONDS))
 
 # Installs what is missing, builds, indexes a real repository and prints a page of it.
 demo: build/dev/build.ninja
@@ -43,7 +51,7 @@ install-check: all
 
 # Formatting, static analyses, and the second compiler's warnings: no findings.
 lint:
-	tools/install-packages build bench lint
+	tools/install-packages build sanitize bench lint
 	tools/lint
 
 format:

@@ -49,7 +49,7 @@ class SymbolTable {
 };
 
 struct Definition {
-    SymbolNumber symbol;
+    SymbolNumber symbol = 0;
     std::optional<Lines> lines;  ///< none when it has no usable range
 };
 

@@ -1,7 +1,5 @@
-// A folder of its own for each test.
+// A folder of its own for each test and for each fuzz target.
 #pragma once
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -16,7 +14,7 @@ namespace embedded {
 class TemporaryFolder {
   public:
     TemporaryFolder() {
-        std::string name = testing::TempDir() + "wiki-scope-XXXXXX";
+        std::string name = std::filesystem::temp_directory_path() / "wiki-scope-XXXXXX";
         path_ = mkdtemp(name.data());
     }
     ~TemporaryFolder() { std::filesystem::remove_all(path_); }

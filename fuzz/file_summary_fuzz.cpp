@@ -1,0 +1,61 @@
+// Arbitrary files: what one says it is for fits on one short line.
+
+#include "embedded/blanks.h"
+#include "fuzz/promise.h"
+#include "workers/wiki/file_summary.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using fuzz::promise;
+
+std::vector<std::string> lines_of(std::string_view content) {
+    std::vector<std::string> lines;
+    while (!content.empty()) {
+        lines.emplace_back(content.substr(0, content.find('\n')));
+        content.remove_prefix(std::min(lines.back().size() + 1, content.size()));
+    }
+    return lines;
+}
+
+bool is_utf8(std::string_view text) {
+    try {
+        return !nlohmann::json(text).dump().empty();
+    } catch (const nlohmann::json::type_error&) {
+        return false;
+    }
+}
+
+std::ptrdiff_t code_points(std::string_view text) {
+    return std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; });
+}
+
+// Whether words are all that there is, with one space between them.
+bool is_plain_line(std::string_view text) {
+    return text == embedded::trimmed(text) && text.find("  ") == std::string_view::npos &&
+           text.find_first_of("\t\r\n\v\f") == std::string_view::npos;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    constexpr std::ptrdiff_t LIMIT = 160;
+    const std::string content(data, data + size);
+    std::vector<std::string> lines = lines_of(content);
+    const std::string summary = wiki::file_summary(lines);
+    promise(is_plain_line(summary), "a summary is one line of words");
+    promise(code_points(summary) <= LIMIT, "a summary is short");
+    promise(!is_utf8(content) || is_utf8(summary), "no character is cut apart");
+
+    lines.insert(lines.begin(), " ");
+    promise(wiki::file_summary(lines) == summary, "a blank line above changes nothing");
+    return 0;
+}
