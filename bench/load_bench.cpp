@@ -6,6 +6,7 @@
 #include "embedded/database.h"
 #include "embedded/index.h"
 #include "embedded/scip/import.h"
+#include "tests/embedded/temporary_folder.h"
 
 #include <benchmark/benchmark.h>
 #include <protozero/pbf_reader.hpp>
@@ -13,7 +14,6 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -27,24 +27,9 @@ namespace {
 using bench::Medians;
 using embedded::Connection;
 using embedded::Statement;
+using embedded::TemporaryFolder;
 using models::Text;
 using wiki::scope::ScopeFacts;
-
-class TemporaryFolder {
-  public:
-    TemporaryFolder() {
-        std::string name = std::filesystem::temp_directory_path() / "wiki-scope-bench-XXXXXX";
-        path_ = mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::string operator/(const char* name) const { return path_ / name; }
-
-  private:
-    std::filesystem::path path_;
-};
 
 // Writes an index that gives the facts of a generated page back, among `others` edges that have nothing to do with it.
 class IndexWriter {

@@ -1,6 +1,7 @@
 // Arbitrary files: what one says it is for fits on one short line.
 
 #include "embedded/blanks.h"
+#include "fuzz/lines.h"
 #include "fuzz/promise.h"
 #include "workers/wiki/file_summary.h"
 
@@ -16,15 +17,6 @@
 namespace {
 
 using fuzz::promise;
-
-std::vector<std::string> lines_of(std::string_view content) {
-    std::vector<std::string> lines;
-    while (!content.empty()) {
-        lines.emplace_back(content.substr(0, content.find('\n')));
-        content.remove_prefix(std::min(lines.back().size() + 1, content.size()));
-    }
-    return lines;
-}
 
 bool is_utf8(std::string_view text) {
     try {
@@ -49,7 +41,8 @@ bool is_plain_line(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::ptrdiff_t LIMIT = 160;
     const std::string content(data, data + size);
-    std::vector<std::string> lines = lines_of(content);
+    const std::vector<std::string_view> views = fuzz::lines_of(content);
+    std::vector<std::string> lines(views.begin(), views.end());
     const std::string summary = wiki::file_summary(lines);
     promise(is_plain_line(summary), "a summary is one line of words");
     promise(code_points(summary) <= LIMIT, "a summary is short");

@@ -1,3 +1,4 @@
+#include "fuzz/lines.h"
 #include "fuzz/page_promises.h"
 #include "fuzz/promise.h"
 #include "workers/wiki/scope/fan_in.h"
@@ -18,16 +19,6 @@ constexpr std::string_view HEADING = "## Heading";
 
 bool is_one_line(std::string_view text) {
     return text.find('\n') == std::string_view::npos;
-}
-
-// The lines of a block without their ends.
-std::vector<std::string_view> lines_of(std::string_view block) {
-    std::vector<std::string_view> lines;
-    while (!block.empty()) {
-        lines.push_back(block.substr(0, block.find('\n')));
-        block.remove_prefix(std::min(lines.back().size() + 1, block.size()));
-    }
-    return lines;
 }
 
 std::size_t bars_in(std::string_view row) {

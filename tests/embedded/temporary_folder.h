@@ -1,4 +1,4 @@
-// A folder of its own for each test and for each fuzz target.
+// A folder of its own for each test, fuzz target and benchmark.
 #pragma once
 
 #include <cstdlib>
