@@ -14,8 +14,9 @@ namespace {
 
 using models::Text;
 
-constexpr std::array<std::string_view, 9> PATHS{"a.ts",    "b.ts",   "src/a.ts", "test/a.ts", "x/y/z.ts",
-                                                "test.ts", "a|b.ts", "z.ts",     ""};
+constexpr std::array<std::string_view, 20> PATHS{
+    "a.ts", "b.ts", "src/a.ts", "test/a.ts", "x/y/z.ts", "test.ts", "a|b.ts", "",  "/", "//",
+    "c.ts", "d.ts", "e.ts",     "f.ts",      "g.ts",     "h.ts",    "i.ts",   "j", "k", "l"};
 constexpr std::array<std::string_view, 6> NAMES{"f", "g", "_f", "a|b", "two\nlines", ""};
 constexpr std::array<std::string_view, 13> KINDS{
     "function",  "method",    "constructor", "class",    "struct",   "enum", "type",
