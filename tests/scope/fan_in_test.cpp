@@ -137,5 +137,18 @@ TEST(FileUsers, AreOtherProductionFilesInTheOrderOfTheirFirstUse) {
     EXPECT_EQ(file_users(page.facts()), (FileUsers{{"b.lua", {{"y.ts", 2}}}, {"a.ts", {{"b.lua", 5}, {"x.ts", 1}}}}));
 }
 
+TEST(FileUsers, AddReferencesOneAfterTheOther) {
+    PageBuilder page;
+    constexpr std::int64_t MOST = std::numeric_limits<std::int64_t>::max();
+    const Text x = "x.ts";
+    const Text y = "y.ts";
+    for (const auto& [source, times] :
+         std::vector<std::pair<Text, std::int64_t>>{{x, MOST}, {y, -9}, {x, 5}, {x, -5}, {y, MOST}, {y, 5}}) {
+        page.inbound.push_back(from("").times(times));
+        page.inbound.back().source_path = source;
+    }
+    EXPECT_EQ(file_users(page.facts()), (FileUsers{{"a.ts", {{"x.ts", MOST - 5}, {"y.ts", MOST - 4}}}}));
+}
+
 }  // namespace
 }  // namespace wiki::scope

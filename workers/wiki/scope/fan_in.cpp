@@ -4,6 +4,7 @@
 #include "utils/saturating.h"
 #include "workers/wiki/scope/internal.h"
 
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -37,12 +38,17 @@ struct Use {
     std::int64_t references;
 };
 
+// Adds a use to those of a file, one with the use before it where a count cannot tell: where neither lowers it, and
+// their sum does not stop at the end of the integers.
 void add(std::vector<Use>& uses, const Use& use) {
-    if (!uses.empty() && uses.back().source == use.source) {
-        uses.back().references = utils::saturating_sum(uses.back().references, use.references);
-    } else {
-        uses.push_back(use);
+    if (!uses.empty() && uses.back().source == use.source && uses.back().references >= 0 && use.references >= 0) {
+        const std::int64_t sum = utils::saturating_sum(uses.back().references, use.references);
+        if (sum < std::numeric_limits<std::int64_t>::max()) {
+            uses.back().references = sum;
+            return;
+        }
     }
+    uses.push_back(use);
 }
 
 }  // namespace
