@@ -85,7 +85,7 @@ class Selection {
     // Shares the rest of the budget out by rank, no file growing beyond `limit`. Each file's declarations stand best
     // first, so the next to go is the best among the next ones of the files.
     void share_out(std::int64_t limit) {
-        const auto is_worse = [](const Candidate& left, const Candidate& right) { return by_rank(right, left); };
+        const auto is_worse = [](const Candidate& one, const Candidate& other) { return by_rank(other, one); };
         std::priority_queue<Candidate, std::vector<Candidate>, decltype(is_worse)> next(is_worse);
         const auto offer_next = [&](File& file) {
             if (file.taken < std::min(limit, file.count())) {
