@@ -17,7 +17,7 @@ namespace embedded {
 
 namespace {
 
-struct Arguments {
+struct ImportArguments {
     std::string scip;
     std::string index;
 };
@@ -47,7 +47,7 @@ class ProgressLine {
     std::int64_t percent_ = -1;
 };
 
-std::string closing_line(const Arguments& arguments, const scip::ImportCounts& counts) {
+std::string closing_line(const ImportArguments& arguments, const scip::ImportCounts& counts) {
     std::string line = arguments.index + ": " + counted(counts.files, "file") + ", " +
                        counted(counts.declarations, "declaration") + ", " + counted(counts.edges, "edge");
     if (counts.unparsed_symbols > 0) {
@@ -59,7 +59,7 @@ std::string closing_line(const Arguments& arguments, const scip::ImportCounts& c
     return line;
 }
 
-void run_import(const Arguments& arguments) {
+void run_import(const ImportArguments& arguments) {
     const Interruption interruption;
     scip::ImportCounts counts;
     {
@@ -75,7 +75,7 @@ void run_import(const Arguments& arguments) {
 }  // namespace
 
 void add_import_command(CLI::App& app) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<ImportArguments>();
     CLI::App* command = app.add_subcommand("import", "Make an index of a repository from a SCIP file");
     command->add_option("INDEX.scip", arguments->scip, "What an indexer for SCIP has written")->required();
     command->add_option("--index", arguments->index, "The index to make, or to replace")

@@ -24,7 +24,7 @@ namespace embedded {
 
 namespace {
 
-struct Arguments {
+struct PageArguments {
     std::vector<std::string> paths;
     std::string index;
     std::string checkout;
@@ -34,7 +34,7 @@ struct Arguments {
     bool without_source = false;
 };
 
-MarkdownOptions markdown_options(const Arguments& arguments) {
+MarkdownOptions markdown_options(const PageArguments& arguments) {
     MarkdownOptions options{.only = {}, .with_source = !arguments.without_source};
     for (const std::string& name : arguments.only) {
         options.only.insert(section_named(name).value());
@@ -42,7 +42,7 @@ MarkdownOptions markdown_options(const Arguments& arguments) {
     return options;
 }
 
-void print_page(const Arguments& arguments) {
+void print_page(const PageArguments& arguments) {
     storage::Database db(open_index(arguments.index));
     const Checkout checkout(arguments.checkout);
     const Page page = load_page(db, checkout, arguments.paths, arguments.page);
@@ -83,7 +83,7 @@ void add_number(CLI::App& command, const std::string& name, auto& number, const 
 }  // namespace
 
 void add_page_command(CLI::App& app) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<PageArguments>();
     CLI::App& page = *app.add_subcommand("page", "Print what the files of a page are");
     page.add_option("PATH", arguments->paths, "The files of the page; a folder stands for the files below it")
         ->required();

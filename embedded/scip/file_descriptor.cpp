@@ -10,6 +10,7 @@
 namespace embedded::scip {
 
 FileDescriptor::FileDescriptor(const std::string& path, int flags, mode_t mode)
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is it declared
     : number_(open(path.c_str(), flags | O_CLOEXEC, mode)) {}
 
 FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
