@@ -59,6 +59,7 @@ Connection::Connection(const std::string& path, Mode mode) : path_(path) {
     constexpr int PATIENCE = 2000;  // milliseconds, while another process holds the file
     sqlite3_busy_timeout(handle, PATIENCE);
     execute("PRAGMA cell_size_check = ON");  // notices more of what is damaged, at hardly any cost
+    execute("PRAGMA cache_size = -65536");   // KiB, taken as needed: the rows of a large page lie all over the file
 }
 
 void Connection::execute(const std::string& sql) const {
