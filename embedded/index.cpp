@@ -48,10 +48,15 @@ constexpr const char* INDEXES = R"sql(
     CREATE INDEX edges_by_target ON edges(target_id);
 )sql";
 
-// The schema version that an index states of itself; none when a database is no index.
+// The schema version that an index states of itself; none when a database is no index. Many programs state one in a
+// table of this name, but they have other tables beside it.
 std::optional<std::string> schema_version_of(const Connection& connection) {
     try {
-        Statement version(connection, "SELECT value FROM meta WHERE key = 'schema_version'");
+        Statement version(connection, R"sql(
+            SELECT value FROM meta
+            WHERE key = 'schema_version' AND 3 = (
+                SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name IN ('files', 'symbols', 'edges'))
+        )sql");
         const bool is_stated = version.step() && !version.is_null(0);
         return is_stated ? std::optional(std::string(version.text(0))) : std::nullopt;
     } catch (const SqliteError& error) {
@@ -137,6 +142,7 @@ Connection open_index(const std::string& path) {
                                  ", but this program reads version " + std::string(SCHEMA_VERSION) +
                                  "; import the SCIP file again");
     }
+    connection.execute("PRAGMA cache_size = -65536");  // KiB, as needed: a large page's rows lie all over the file
     return connection;
 }
 

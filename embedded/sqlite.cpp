@@ -16,13 +16,13 @@ const char* advice(int code) {
         return "another program is using it: try again when that has ended";
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
-        return "check the permissions of the file and of its folder";
+        return "check the permissions of the file, of its folder, and of the folder for temporary files";
     case SQLITE_READONLY:  // even to be read: its journal has to be played, or shared with a writer
         return "make the file and its folder writable, then open it once with sqlite3 or import the SCIP file again";
     case SQLITE_FULL:  // also when it is only read: rows are sorted in a file of their own
         return "make room on its disk, and where temporary files are kept";
     case SQLITE_IOERR:
-        return "check its disk";
+        return "check its disk, and where temporary files are kept";
     case SQLITE_NOMEM:
         return "end other programs, or ask for less";
     default:  // SQLITE_CORRUPT, SQLITE_NOTADB, and SQLITE_ERROR for a table or a column that is not there
@@ -59,7 +59,6 @@ Connection::Connection(const std::string& path, Mode mode) : path_(path) {
     constexpr int PATIENCE = 2000;  // milliseconds, while another process holds the file
     sqlite3_busy_timeout(handle, PATIENCE);
     execute("PRAGMA cell_size_check = ON");  // notices more of what is damaged, at hardly any cost
-    execute("PRAGMA cache_size = -65536");   // KiB, taken as needed: the rows of a large page lie all over the file
 }
 
 void Connection::execute(const std::string& sql) const {
