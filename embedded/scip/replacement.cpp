@@ -82,10 +82,11 @@ std::optional<mode_t> permissions_of(const std::string& path) {
     return stat(path.c_str(), &status) == 0 ? std::optional(status.st_mode & 07777U) : std::nullopt;
 }
 
-// Has SQLite put into a database what its journals hold of it. One that is too damaged for that has nothing to lose.
+// Has SQLite put into a database what its journals hold of it, unless a journal is that of a program which is writing.
+// One that is too damaged for that has nothing to lose.
 void fold_journals_into(const std::string& path) {
     try {
-        Connection(path, Connection::Mode::CREATE).execute("PRAGMA journal_mode = DELETE; SELECT * FROM sqlite_schema");
+        Connection(path, Connection::Mode::CREATE).execute("PRAGMA journal_mode = DELETE; BEGIN IMMEDIATE; COMMIT");
     } catch (const SqliteError& error) {
         if (!error.is_damage()) {
             throw;

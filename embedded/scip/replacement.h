@@ -37,7 +37,7 @@ class ReplacementLock {
 /// loses power. What a replacement that was killed has left behind is removed by the next.
 ///
 /// Where the path is a symbolic link, the file that it leads to is replaced, and the link stays. The new file has the
-/// permissions of the old.
+/// permission bits of the old; it belongs to whoever replaces it.
 class Replacement {
   public:
     /// Throws as `ReplacementLock` does.
