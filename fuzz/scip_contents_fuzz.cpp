@@ -107,7 +107,7 @@ void check_file(const FileContents& file, SymbolTable& symbols) {
 
 void check_scip(const std::string& path) {
     try {
-        ScipFile scip(path);
+        ScipFile scip(path, [] {});
         std::size_t read = 0;
         Contents contents = read_contents(scip, [&] { ++read; });
         promise(read == scip.document_count(), "every document is read once");

@@ -12,11 +12,18 @@ bool is_usable(std::string_view path) {
            framed.find("/../") == std::string::npos;
 }
 
+void add_definition(SymbolNumber symbol, const std::optional<Lines>& lines, FileContents& file) {
+    const auto [longest, is_new] = file.definitions.find_or_add(symbol);
+    if (is_new || count_of(lines) > count_of(longest)) {
+        longest = lines;
+    }
+}
+
 void add_occurrences(Repeated<Occurrence> occurrences, SymbolTable& symbols, FileContents& file) {
     while (const std::optional<Occurrence> occurrence = occurrences.next()) {
         if (const std::optional<SymbolNumber> symbol = symbols.number(occurrence->symbol)) {
             if (occurrence->is_definition()) {
-                file.definitions.push_back({*symbol, lines_of(*occurrence)});
+                add_definition(*symbol, lines_of(*occurrence), file);
             } else {
                 ++file.references[*symbol];
             }

@@ -8,6 +8,7 @@
 
 #include "embedded/scip/declarations.h"
 #include "embedded/scip/scip_file.h"
+#include "workers/wiki/scope/ordered_map.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -27,6 +28,13 @@ using SymbolNumber = std::uint32_t;
 /// The global symbols of a SCIP file.
 class SymbolTable {
   public:
+    SymbolTable() = default;
+    ~SymbolTable() = default;
+    SymbolTable(SymbolTable&&) = default;
+    SymbolTable& operator=(SymbolTable&&) = default;
+    SymbolTable(const SymbolTable&) = delete;
+    SymbolTable& operator=(const SymbolTable&) = delete;
+
     /// The number of a symbol, which is the next one for a new symbol; none for one that is local, is empty, or does
     /// not parse.
     std::optional<SymbolNumber> number(std::string_view symbol);
@@ -45,19 +53,16 @@ class SymbolTable {
         std::size_t operator()(std::string_view symbol) const { return std::hash<std::string_view>()(symbol); }
     };
     std::unordered_map<std::string, std::optional<SymbolNumber>, Hash, std::equal_to<>> numbers_;
-    std::vector<std::string_view> symbols_;
-};
-
-struct Definition {
-    SymbolNumber symbol = 0;
-    std::optional<Lines> lines;  ///< none when it has no usable range
+    std::vector<std::string_view> symbols_;  // the keys of `numbers_`
 };
 
 /// What the documents of one source file say, in the order in which they came.
 struct FileContents {
     std::size_t documents = 0;
-    std::string language;                 ///< the first that is stated; empty when none is
-    std::vector<Definition> definitions;  ///< a symbol may be defined several times
+    std::string language;  ///< the first that is stated; empty when none is
+    /// The lines of each symbol that is defined, none without a usable range: of several definitions those of the one
+    /// with the most lines, the first of equals.
+    wiki::scope::OrderedMap<SymbolNumber, std::optional<Lines>> definitions;
     std::unordered_map<SymbolNumber, Description> descriptions;
     std::unordered_map<SymbolNumber, std::int64_t> references;  ///< occurrences that define nothing
 };

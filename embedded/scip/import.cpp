@@ -31,25 +31,10 @@ struct Row {
     Declaration declaration;
 };
 
-// One definition for each symbol, in the order of their first ones: with the most lines, the first of equals.
-std::vector<Definition> longest_of_each(const std::vector<Definition>& definitions) {
-    std::vector<Definition> longest;
-    std::unordered_map<SymbolNumber, std::size_t> positions;
-    for (const Definition& definition : definitions) {
-        const auto [position, is_new] = positions.try_emplace(definition.symbol, longest.size());
-        if (is_new) {
-            longest.push_back(definition);
-        } else if (Definition& other = longest[position->second]; count_of(definition.lines) > count_of(other.lines)) {
-            other = definition;
-        }
-    }
-    return longest;
-}
-
 // The declarations that a file defines, in the order of their rows.
 std::vector<Row> rows_of(const FileContents& file, const SymbolTable& symbols) {
     std::vector<Row> rows;
-    for (const auto& [symbol, lines] : longest_of_each(file.definitions)) {
+    for (const auto& [symbol, lines] : file.definitions) {
         const auto description = file.descriptions.find(symbol);
         std::optional<Declaration> declaration =
             declaration_of(parse_symbol(symbols.symbol(symbol)).value(),
@@ -267,8 +252,8 @@ bool is_complete(const std::string& path, const ImportCounts& counts, const Step
 ImportCounts import_scip(const std::string& scip_path, const std::string& index_path, const ImportProgress& progress) {
     require_replaceable(index_path);
     Steps steps(progress);
-    ScipFile scip(scip_path);
-    Replacement replacement(index_path);
+    const Replacement replacement(index_path);
+    ScipFile scip(scip_path, [&] { steps.tell(); });
     steps.expect(2 * scip.document_count());
     steps.tell();
     const Contents contents = read_contents(scip, [&] { steps.advance(); });

@@ -39,7 +39,7 @@ bool begin_as_metadata(std::string_view bytes) {
 
 }  // namespace
 
-ScipFile::ScipFile(const std::string& path) : file_(path) {
+ScipFile::ScipFile(const std::string& path, const std::function<void()>& after_each_field) : file_(path) {
     std::size_t offset = 0;
     try {
         offset = read_metadata();
@@ -56,6 +56,7 @@ ScipFile::ScipFile(const std::string& path) : file_(path) {
                 documents_.push_back(field);
             }
             offset = field.begin + field.size;
+            after_each_field();
         }
     } catch (const protozero::end_of_buffer_exception&) {
         throw truncated(path, offset);

@@ -16,9 +16,10 @@ namespace embedded::scip {
 /// holds may still turn out not to parse. Takes as much memory as the largest document.
 class ScipFile {
   public:
+    /// Looks through the whole file, which takes its time, calling `after_each_field`: what that throws passes through.
     /// Throws `std::runtime_error` with one line that names the file, says what is wrong with it (missing, not SCIP,
     /// truncated, damaged and where) and what to do.
-    explicit ScipFile(const std::string& path);
+    ScipFile(const std::string& path, const std::function<void()>& after_each_field);
 
     [[nodiscard]] const Metadata& metadata() const { return metadata_; }
     [[nodiscard]] std::size_t document_count() const { return documents_.size(); }
