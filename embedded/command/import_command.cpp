@@ -1,5 +1,6 @@
 #include "embedded/command/import_command.h"
 
+#include "embedded/command/file_option.h"
 #include "embedded/command/interruption.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/counted.h"
@@ -76,12 +77,10 @@ void run_import(const ImportArguments& arguments) {
 
 void add_import_command(CLI::App& app) {
     const auto arguments = std::make_shared<ImportArguments>();
-    CLI::App* command = app.add_subcommand("import", "Make an index of a repository from a SCIP file");
-    command->add_option("INDEX.scip", arguments->scip, "What an indexer for SCIP has written")->required();
-    command->add_option("--index", arguments->index, "The index to make, or to replace")
-        ->type_name("FILE.db")
-        ->required();
-    command->callback([arguments] { run_import(*arguments); });
+    CLI::App& command = *app.add_subcommand("import", "Make an index of a repository from a SCIP file");
+    add_file_option(command, "INDEX.scip", arguments->scip, "What an indexer for SCIP has written");
+    add_file_option(command, "--index", arguments->index, "The index to make, or to replace")->type_name("FILE.db");
+    command.callback([arguments] { run_import(*arguments); });
 }
 
 }  // namespace embedded

@@ -1,6 +1,7 @@
 #include "embedded/command/page_command.h"
 
 #include "embedded/checkout.h"
+#include "embedded/command/file_option.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/database.h"
@@ -87,12 +88,9 @@ void add_page_command(CLI::App& app) {
     CLI::App& page = *app.add_subcommand("page", "Print what the files of a page are");
     page.add_option("PATH", arguments->paths, "The files of the page; a folder stands for the files below it")
         ->required();
-    page.add_option("--index", arguments->index, "The index, as made by wiki-scope import")
-        ->type_name("FILE.db")
-        ->required();
-    page.add_option("--checkout", arguments->checkout, "The folder that the paths are relative to")
-        ->type_name("DIR")
-        ->required();
+    add_file_option(page, "--index", arguments->index, "The index, as made by wiki-scope import")->type_name("FILE.db");
+    add_file_option(page, "--checkout", arguments->checkout, "The folder that the paths are relative to")
+        ->type_name("DIR");
 
     CLI::Option* format = page.add_option("--format", arguments->format, "markdown for people, json for programs");
     format->type_name("FORMAT")->check(CLI::IsMember({"markdown", "json"}))->capture_default_str();

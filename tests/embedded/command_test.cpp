@@ -49,11 +49,14 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
     folder.write("text.db", "this is no database, but text that is long enough to be taken for one");
     folder.write("empty.db", "");
     Connection(folder / "other.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
-    for (const auto& [name, version] : {std::pair("meta.db", "'1'"), std::pair("index2.db", "'2'"),
-                                        std::pair("null.db", "NULL"), std::pair("wild.db", "char(10, 27)")}) {
-        Connection(folder / name, Connection::Mode::CREATE)
-            .execute(std::string("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', ") +
-                     version + ")");
+    Connection(folder / "foreign.db", Connection::Mode::CREATE)
+        .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '1')");
+    for (const auto& [name, change] :
+         {std::pair("half.db", "DROP TABLE languages"), std::pair("index2.db", "UPDATE meta SET value = '2'"),
+          std::pair("null.db", "UPDATE meta SET value = NULL"),
+          std::pair("wild.db", "UPDATE meta SET value = char(10, 27)")}) {
+        folder.write(name, folder.read("index.db"));
+        Connection(folder / name, Connection::Mode::CREATE).execute(change);
     }
     folder.write("cut.db", folder.read("index.db").substr(0, 5000));
     const Connection other_program(folder / "locked.db", Connection::Mode::CREATE);
@@ -76,7 +79,7 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
              {"page a --index src --checkout .", 1, "src: not a wiki-scope index"},
              {"page a --index index2.db --checkout .", 1, "index2.db: an index of schema version 2"},
              {"page a --index null.db --checkout .", 1, "null.db: not a wiki-scope index"},
-             {"page a --index meta.db --checkout .", 1, "meta.db: no such table: files; it is not a whole"},
+             {"page a --index half.db --checkout .", 1, "half.db: no such table: languages; it is not a whole"},
              {"page a --index wild.db --checkout .", 1, "wild.db: an index of schema version \\x0a\\x1b,"},
              {"page a --index cut.db --checkout .", 1, "cut.db: database disk image is malformed; it is not a whole"},
              {"page a --index locked.db --checkout .", 1, "locked.db: database is locked; another program is using it"},
@@ -94,7 +97,8 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
              {"import empty.db --index new.db", 1, "empty.db: not a SCIP file"},
              {"import cut.scip --index new.db", 1, "cut.scip: a truncated SCIP file"},
              {"import cut.scip --index text.db", 1, "text.db: not a wiki-scope index"},
-             {"import text.scip --index other.db", 1, "other.db: not a wiki-scope index"},
+             {"import text.scip --index foreign.db", 1, "foreign.db: not a wiki-scope index"},
+             {"import text.scip --index ''", 2, "--index: an empty name"},
              {"import good.scip --index none/new.db", 1,
               "none/new.db: cannot be written (No such file or directory); "},
              {"import good.scip --index index.db", 1, "good.scip: names no source file, so index.db is kept"},
