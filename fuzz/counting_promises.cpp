@@ -5,7 +5,8 @@
 #include "utils/path_filter.h"
 #include "utils/saturating.h"
 #include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/evidence.h"
+#include "workers/wiki/scope/internal/kinds.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>

@@ -1,7 +1,8 @@
 #include "workers/wiki/scope/fan_in.h"
 
 #include "tests/scope/page_builder.h"
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/kinds.h"
+#include "workers/wiki/scope/internal/members.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tests/scope/page_builder.h"
 #include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/table_text.h"
 #include "workers/wiki/scope/render.h"
 
 #include <gtest/gtest.h>

@@ -81,7 +81,6 @@ TEST(Counter, ListsTheMostCommonFirstAndEqualCountsInOrderOfInsertion) {
     EXPECT_EQ(counter.most_common(1), (Entries{{"a", 2}}));
     EXPECT_EQ(counter["e"], 0);
     EXPECT_EQ(counter.size(), 4U);
-    EXPECT_EQ(counter.total(), 6);
 }
 
 }  // namespace

@@ -1,78 +1,89 @@
-#include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/internal.h"
+#include "utils/first_in_order.h"
+#include "utils/saturating.h"
+#include "workers/wiki/scope/internal/evidence.h"
+#include "workers/wiki/scope/internal/kinds.h"
+#include "workers/wiki/scope/internal/members.h"
+#include "workers/wiki/scope/internal/table_text.h"
 #include "workers/wiki/scope/ranking.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
+#include <compare>
 #include <set>
+#include <span>
 #include <tuple>
 
 namespace wiki::scope {
 
 namespace {
 
-// A file that uses the page, and how many references it makes to it.
-using Consumer = Counter<Text>::Entry;
+constexpr std::size_t CONSUMER_ROWS = 12;  // consumer files listed
+constexpr std::size_t CONSUMER_NAMES = 4;  // names shown for each consumer file
+constexpr std::size_t UNUSED_NAMES = 8;    // declarations named as unused from outside
+
+// How a file uses the page.
+struct Consumption {
+    std::int64_t references = 0;              // that count
+    const InboundReference* first = nullptr;  // of them
+    const InboundReference* last = nullptr;
+};
+
+using Consumers = OrderedMap<Text, Consumption>;
+using Consumer = Consumers::Entry;
 
 // What the references from production files outside the page amount to.
 struct OutsideUse {
-    Counter<Text> consumers;      // path -> references that count
-    OrderedSet<SymbolId> used;    // the targets of those references
+    Consumers consumers;          // by path
+    OrderedSet<SymbolId> used;    // the targets of the references that count
     Counter<Text> left_out;       // resolution -> references that do not count
     OrderedSet<Text> left_files;  // the sources of those references
 };
 
-// Calls `visit(reference, counts)` for each reference from a file that passes `is_wanted`.
-template <class Wanted, class Visit>
-void for_each_reference(const ScopeFacts& facts, Wanted is_wanted, Visit visit) {
-    Remembered is_wanted_source(is_wanted);
-    auto is_use_of = _use_rule(facts);
-    for (const InboundReference& reference : facts.inbound) {
-        if (is_wanted_source(reference.source_path)) {
-            visit(reference, is_use_of(reference));
-        }
+void add(Consumption& consumption, const InboundReference& reference) {
+    consumption.references = utils::saturating_sum(consumption.references, reference.refs);
+    consumption.last = &reference;
+    if (consumption.first == nullptr) {
+        consumption.first = &reference;
     }
 }
 
 OutsideUse use_from_outside(const ScopeFacts& facts) {
     const TextSet page = facts.paths();
-    const auto is_outside = [&](const Text& path) {
-        return !page.contains(path) && !facts.test_sources.contains(path);
-    };
+    Remembered is_outside([&](const Text& path) { return !page.contains(path) && !facts.test_sources.contains(path); });
+    auto is_use_of = _use_rule(facts);
     OutsideUse use;
-    for_each_reference(facts, is_outside, [&](const InboundReference& reference, bool counts) {
-        if (counts) {
-            use.consumers.add(reference.source_path, reference.refs);
+    for (const InboundReference& reference : facts.inbound) {
+        if (!is_outside(reference.source_path)) {
+            continue;
+        }
+        if (is_use_of(reference)) {
+            add(use.consumers[reference.source_path], reference);
             use.used.insert(reference.target_id);
         } else {
             use.left_out.add(reference.resolution, reference.refs);
             use.left_files.insert(reference.source_path);
         }
-    });
+    }
     return use;
 }
 
-std::vector<Consumer> first_consumers(const Counter<Text>& consumers) {
-    std::vector<Consumer> first(std::min(consumers.size(), CONSUMER_ROWS));
-    std::partial_sort_copy(consumers.begin(), consumers.end(), first.begin(), first.end(),
-                           [](const Consumer& left, const Consumer& right) {
-                               return left.value != right.value ? left.value > right.value : left.key < right.key;
-                           });
-    return first;
+std::vector<const Consumer*> first_consumers(const Consumers& consumers) {
+    return utils::first_in_order(consumers, CONSUMER_ROWS, [](const Consumer& left, const Consumer& right) {
+        const auto by_count = right.value.references <=> left.value.references;
+        return std::is_neq(by_count) ? by_count : left.key <=> right.key;
+    });
 }
 
-// Consumer -> name of a declaration -> references, for these consumers alone: no other is shown with its names.
-OrderedMap<Text, Counter<Text>> names_used_by(const std::vector<Consumer>& consumers, const ScopeFacts& facts) {
-    OrderedMap<Text, Counter<Text>> names;
-    for (const Consumer& consumer : consumers) {
-        names[consumer.key];
-    }
-    const auto is_shown = [&](const Text& path) { return names.contains(path); };
-    for_each_reference(facts, is_shown, [&](const InboundReference& reference, bool counts) {
-        if (counts) {
-            names[reference.source_path].add(reference.target_name, reference.refs);
+// Name of a declaration -> the references that a consumer makes to it. An index gives the references from one file one
+// after the other, so that there are hardly others between its first and its last.
+Counter<Text> names_used_by(const Consumer& consumer, const ScopeFacts& facts) {
+    auto is_use_of = _use_rule(facts);
+    Counter<Text> names;
+    for (const InboundReference& reference : std::span(consumer.value.first, consumer.value.last + 1)) {
+        if (reference.source_path == consumer.key && is_use_of(reference)) {
+            names.add(reference.target_name, reference.refs);
         }
-    });
+    }
     return names;
 }
 
@@ -107,13 +118,14 @@ std::string intro_line(const std::vector<std::string>& unresolved) {
          "name): likely uses, not proven ones. Attribute and constant names are not counted."});
 }
 
-std::string consumer_line(const Consumer& consumer, const Counter<Text>& names) {
+std::string consumer_line(const Consumer& consumer, const ScopeFacts& facts) {
+    const Counter<Text> names = names_used_by(consumer, facts);
     std::vector<std::string> shown;
     for (const auto& [name, references] : names.most_common(CONSUMER_NAMES)) {
         shown.push_back(_concatenated({"`", name, "`"}));
     }
-    return _concatenated(
-        {"- `", consumer.key, "` uses ", _shown(shown, names.size()), " (", std::to_string(consumer.value), " refs)"});
+    return _concatenated({"- `", consumer.key, "` uses ", _shown(shown, names.size()), " (",
+                          std::to_string(consumer.value.references), " refs)"});
 }
 
 std::string overflow_line(std::size_t more) {
@@ -153,8 +165,8 @@ std::string unused_line(const std::vector<const ScopeSymbol*>& unused) {
          " (code used inside the page, entry points, and code reached dynamically or by name can still be live)."});
 }
 
-}  // namespace
-
+// The exported, public, top-level types and callables that are not among `used`, the ids of the declarations that
+// production files outside the page use: types first, then by rank, then by path.
 std::vector<const ScopeSymbol*> _unused_outside(const ScopeFacts& facts, const OrderedSet<SymbolId>& used,
                                                 const FanIn& fan_in) {
     struct Unused {
@@ -182,15 +194,15 @@ std::vector<const ScopeSymbol*> _unused_outside(const ScopeFacts& facts, const O
     return unused;
 }
 
+}  // namespace
+
 std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading) {
     const OutsideUse use = use_from_outside(facts);
     const std::vector<std::string> unresolved = unresolved_languages(facts);
-    const std::vector<Consumer> shown = first_consumers(use.consumers);
-    const OrderedMap<Text, Counter<Text>> names = names_used_by(shown, facts);
 
     std::vector<std::string> lines{std::string(heading), "", intro_line(unresolved)};
-    for (const Consumer& consumer : shown) {
-        lines.push_back(consumer_line(consumer, *names.find(consumer.key)));
+    for (const Consumer* consumer : first_consumers(use.consumers)) {
+        lines.push_back(consumer_line(*consumer, facts));
     }
     if (use.consumers.size() > CONSUMER_ROWS) {
         lines.push_back(overflow_line(use.consumers.size() - CONSUMER_ROWS));

@@ -2,7 +2,9 @@
 
 #include "utils/path_filter.h"
 #include "utils/saturating.h"
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/evidence.h"
+#include "workers/wiki/scope/internal/kinds.h"
+#include "workers/wiki/scope/internal/members.h"
 
 #include <limits>
 #include <utility>
@@ -64,7 +66,7 @@ FanIn production_fan_in(const ScopeFacts& facts) {
         return facts.test_sources.contains(path) ? Source::TEST : page.contains(path) ? Source::PAGE : Source::OUTSIDE;
     });
     Remembered resolution_of(judge_resolution);
-    Remembered matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
+    auto is_name_match_kind = _name_match_kind_rule();
 
     Counter<SymbolId> outside;
     Counter<SymbolId> inside;
@@ -75,7 +77,7 @@ FanIn production_fan_in(const ScopeFacts& facts) {
             continue;
         }
         const Resolution resolution = resolution_of(reference.resolution);
-        if (resolution.evidence || (resolution.trusted && !matches_by_name(reference.target_kind))) {
+        if (resolution.evidence || (resolution.trusted && !is_name_match_kind(reference.target_kind))) {
             (source == Source::PAGE ? inside : outside).add(reference.target_id, reference.refs);
         } else if (resolution.marks_target) {
             uncounted.insert(reference.target_id);
@@ -106,7 +108,7 @@ FileUsers file_users(const ScopeFacts& facts) {
     std::vector<Text> sources;
     OrderedMap<Text, std::vector<Use>> uses_by_file;
     for (const InboundReference& reference : facts.inbound) {
-        if (reference.source_path != reference.target_path && !is_test(reference.source_path) && is_use_of(reference)) {
+        if (!is_test(reference.source_path) && is_use_of(reference) && reference.source_path != reference.target_path) {
             if (sources.empty() || !sources.back().same_buffer(reference.source_path)) {
                 sources.push_back(reference.source_path);
             }

@@ -37,7 +37,7 @@ bool is_use(std::string_view resolution, std::string_view target_kind, bool impo
 /// `outside` and `inside` hold the sums of `refs` in the order in which each declaration was first counted. `entry`
 /// holds, in the order of `facts.symbols`, the exported callables and types that are neither private nor inside a
 /// type nor in a test file, and that no production reference reaches: not even one that does not count, except a
-/// "legacy" one. One pass over `facts.inbound`.
+/// "legacy" one. One pass over `facts.inbound`. Calls `is_test_path`, whose failures pass unchanged to the caller.
 FanIn production_fan_in(const ScopeFacts& facts);
 
 /// For each file of the page the other production files that use it (`is_use`), with their references. Other files of

@@ -1,5 +1,5 @@
 #include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/table_text.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
@@ -22,6 +22,48 @@ constexpr std::string_view OPENING =
     "|---|---|---|---|---|---|---|\n";
 
 using Declarations = std::vector<const ScopeSymbol*>;
+
+// A list of declarations that are used, each as "`name` L<line> (<label><references>)": most references first, equal
+// counts in the given order. A text is written when it is asked for: of many declarations a card shows three.
+class UsedDeclarations {
+  public:
+    // Those of `declarations` that `counts` knows to be used.
+    UsedDeclarations(const Declarations& declarations, const OrderedMap<SymbolId, std::int64_t>& counts,
+                     std::string_view label)
+        : label_(label) {
+        for (const ScopeSymbol* declaration : declarations) {
+            if (const std::int64_t references = counts.get(declaration->id, 0); references > 0) {
+                used_.push_back({references, declaration});
+            }
+        }
+        std::stable_sort(used_.begin(), used_.end(),
+                         [](const Used& left, const Used& right) { return left.references > right.references; });
+    }
+
+    [[nodiscard]] std::size_t size() const { return used_.size(); }
+    [[nodiscard]] bool empty() const { return used_.empty(); }
+
+    [[nodiscard]] std::string operator[](std::size_t place) const {
+        const auto& [references, declaration] = used_[place];
+        return _concatenated({"`", declaration->name, "` L", std::to_string(declaration->start_line), " (", label_,
+                              std::to_string(references), ")"});
+    }
+
+  private:
+    struct Used {
+        std::int64_t references;
+        const ScopeSymbol* declaration;
+    };
+    std::vector<Used> used_;
+    std::string_view label_;
+};
+
+// The declarations of one file that production code uses most: those used from outside the page, else those that the
+// page's own files use, labelled "in-page ". The list is whole: the caller cuts it.
+UsedDeclarations _most_used(const Declarations& declarations, const FanIn& fan_in) {
+    UsedDeclarations outside(declarations, fan_in.outside, "");
+    return outside.empty() ? UsedDeclarations(declarations, fan_in.inside, "in-page ") : outside;
+}
 
 OrderedMap<Text, Declarations> declarations_by_file(const ScopeFacts& facts) {
     OrderedMap<Text, Declarations> by_file;
@@ -52,29 +94,6 @@ std::string users_cell(const Counter<Text>& users) {
 }
 
 }  // namespace
-
-UsedDeclarations::UsedDeclarations(std::span<const ScopeSymbol* const> declarations,
-                                   const OrderedMap<SymbolId, std::int64_t>& counts, std::string_view label)
-    : label_(label) {
-    for (const ScopeSymbol* declaration : declarations) {
-        if (const std::int64_t references = counts.get(declaration->id, 0); references > 0) {
-            used_.push_back({references, declaration});
-        }
-    }
-    std::stable_sort(used_.begin(), used_.end(),
-                     [](const Used& left, const Used& right) { return left.references > right.references; });
-}
-
-std::string UsedDeclarations::operator[](std::size_t place) const {
-    const auto& [references, declaration] = used_[place];
-    return _concatenated({"`", declaration->name, "` L", std::to_string(declaration->start_line), " (", label_,
-                          std::to_string(references), ")"});
-}
-
-UsedDeclarations _most_used(std::span<const ScopeSymbol* const> declarations, const FanIn& fan_in) {
-    UsedDeclarations outside(declarations, fan_in.outside, "");
-    return outside.empty() ? UsedDeclarations(declarations, fan_in.inside, "in-page ") : outside;
-}
 
 std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading,
                               std::span<const std::string> missing) {

@@ -1,9 +1,10 @@
+#include "utils/first_in_order.h"
 #include "utils/path_filter.h"
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/evidence.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
-#include <utility>
+#include <compare>
 
 namespace wiki::scope {
 
@@ -18,45 +19,43 @@ std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit) {
         return verdict;
     });
     Remembered is_evidence([](const Text& resolution) { return EVIDENCE_RESOLUTIONS.contains(resolution); });
-    Remembered matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
+    auto is_name_match_kind = _name_match_kind_rule();
 
     OrderedMap<SymbolId, Neighbour> counted;
     for (const OutboundReference& reference : facts.outbound) {
         const ScopeSymbol& target = reference.target;
         if (!is_production_elsewhere(target.path) ||
-            (!is_evidence(reference.resolution) && matches_by_name(target.kind))) {
+            (!is_evidence(reference.resolution) && is_name_match_kind(target.kind))) {
             continue;
         }
         Neighbour& neighbour = counted[target.id];
         neighbour = {&target, utils::saturating_sum(neighbour.refs, reference.refs)};
     }
 
-    std::vector<Neighbour> ranked;
-    ranked.reserve(counted.size());
-    for (const auto& [id, neighbour] : counted) {
-        ranked.push_back(neighbour);
+    const auto by_use = [](const auto& left, const auto& right) {
+        const auto by_count = right.value.refs <=> left.value.refs;
+        return std::is_neq(by_count) ? by_count : left.value.target->fqn <=> right.value.target->fqn;
+    };
+    std::vector<Neighbour> first;
+    const auto most = static_cast<std::size_t>(std::max<std::int64_t>(limit, 0));
+    for (const auto* entry : utils::first_in_order(counted, most, by_use)) {
+        first.push_back(entry->value);
     }
-    std::stable_sort(ranked.begin(), ranked.end(), [](const Neighbour& left, const Neighbour& right) {
-        return left.refs != right.refs ? left.refs > right.refs : left.target->fqn < right.target->fqn;
-    });
-    if (std::cmp_greater(ranked.size(), limit)) {
-        ranked.resize(static_cast<std::size_t>(std::max<std::int64_t>(limit, 0)));
-    }
-    return ranked;
+    return first;
 }
 
 OrderedMap<FilePair, std::int64_t> name_match_counts(const ScopeFacts& facts) {
-    Remembered is_name_match([](const Text& resolution) { return resolution == "unique"; });
-    Remembered matches_by_name([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
+    Remembered is_unique([](const Text& resolution) { return resolution == UNIQUE; });
+    auto is_name_match_kind = _name_match_kind_rule();
 
     Counter<FilePair> counts;
     for (const InboundReference& reference : facts.inbound) {
-        if (is_name_match(reference.resolution) && matches_by_name(reference.target_kind)) {
+        if (is_unique(reference.resolution) && is_name_match_kind(reference.target_kind)) {
             counts.add({reference.source_path, reference.target_path}, reference.refs);
         }
     }
     for (const OutboundReference& reference : facts.outbound) {
-        if (is_name_match(reference.resolution) && matches_by_name(reference.target.kind)) {
+        if (is_unique(reference.resolution) && is_name_match_kind(reference.target.kind)) {
             counts.add({reference.source_path, reference.target.path}, reference.refs);
         }
     }

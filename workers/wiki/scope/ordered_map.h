@@ -6,6 +6,7 @@
 #pragma once
 
 #include "models/text.h"
+#include "utils/first_in_order.h"
 #include "utils/saturating.h"
 
 #include <algorithm>
@@ -29,9 +30,9 @@ using KeyHash = std::conditional_t<std::is_same_v<Key, models::Text>, models::Te
 
 /// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in which
 /// the keys were first inserted; no key is ever removed. References to values and iterators stay valid until the next
-/// insertion. A `const OrderedMap` may be read by any number of threads at once. Looking up and inserting take
-/// constant time on average; inserting what was inserted last takes no search. Throws `std::length_error` beyond
-/// 3 * 2^30 keys.
+/// insertion or `reserve`. A `const OrderedMap` may be read by any number of threads at once. Looking up and inserting
+/// take constant time on average; inserting what was inserted last takes no search. Throws `std::length_error` beyond
+/// 3 * 2^30 keys; where memory runs out, the mapping is as it was.
 template <class Key, class Value>
 class OrderedMap {
   public:
@@ -179,9 +180,9 @@ class OrderedMap {
         if (count > MOST_KEYS) {
             throw std::length_error("an ordered map holds at most 3 * 2^30 keys");
         }
-        const std::size_t size = std::max(SMALLEST, std::bit_ceil((4 * count + 2) / 3));
-        shift_ = 32 - std::countr_zero(size);
-        std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(size));
+        std::vector<Slot> old(std::max(SMALLEST, std::bit_ceil((4 * count + 2) / 3)));
+        slots_.swap(old);  // what can throw is done
+        shift_ = 32 - std::countr_zero(slots_.size());
         for (const Slot& slot : old) {
             if (slot.position != 0) {
                 occupy(slot.hash, slot.position);
@@ -216,28 +217,13 @@ class Counter : public OrderedMap<Key, std::int64_t> {
         count = utils::saturating_sum(count, amount);
     }
 
-    /// The sum of all counts.
-    [[nodiscard]] std::int64_t total() const {
-        std::int64_t sum = 0;
-        for (const Entry& entry : *this) {
-            sum = utils::saturating_sum(sum, entry.value);
-        }
-        return sum;
-    }
-
     /// The first `limit` entries by count, highest first, equal counts in insertion order; all by default.
     [[nodiscard]] std::vector<Entry> most_common(std::size_t limit = ALL) const {
-        std::vector<const Entry*> order;
-        order.reserve(this->size());
-        for (const Entry& entry : *this) {
-            order.push_back(&entry);
-        }
-        const auto last = order.begin() + static_cast<std::ptrdiff_t>(std::min(limit, order.size()));
-        std::partial_sort(order.begin(), last, order.end(), [](const Entry* left, const Entry* right) {
-            return left->value != right->value ? left->value > right->value : left < right;
-        });
+        const auto by_count = [](const Entry& left, const Entry& right) { return right.value <=> left.value; };
         std::vector<Entry> entries;
-        std::transform(order.begin(), last, std::back_inserter(entries), [](auto* entry) { return *entry; });
+        for (const Entry* entry : utils::first_in_order(*this, limit, by_count)) {
+            entries.push_back(*entry);
+        }
         return entries;
     }
 

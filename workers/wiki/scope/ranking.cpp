@@ -1,7 +1,7 @@
 #include "workers/wiki/scope/ranking.h"
 
 #include "utils/saturating.h"
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/kinds.h"
 
 #include <algorithm>
 #include <iterator>
@@ -10,6 +10,8 @@
 namespace wiki::scope {
 
 namespace {
+
+constexpr std::int64_t SIZE_CAP = 40;  // lines: the size of a body beyond which size ranks no further
 
 struct Ranked {
     RankKey key;

@@ -69,8 +69,9 @@ OrderedMap<Text, LineRange> file_seeds(const ScopeFacts& facts, const FanIn& fan
 ///   3. What is left then goes by rank to the files that the share held back.
 ///
 /// The result lists every file's first chosen declaration by rank (then path), then every file's second, and so on:
-/// cutting its tail takes the least from each file. It does not depend on the order of the files in `ranked`, and its
-/// cost not on `total`. A share that is negative or no number counts as 0; an infinite one bounds nothing.
+/// cutting its tail takes the least from each file. It does not depend on the order of the files in `ranked`. Its cost
+/// grows with the files and with what is chosen of them, n log n, however large `total` is. A share that is negative or
+/// no number counts as 0; an infinite one bounds nothing.
 std::vector<const ScopeSymbol*> select_with_quota(const RankedFiles& ranked, const FanIn& fan_in, std::int64_t total,
                                                   std::int64_t floor, double max_share);
 

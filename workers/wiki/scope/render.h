@@ -1,7 +1,8 @@
 // The page's grounding as Markdown.
 //
 // A block is a list of lines, each ended by one "\n": the caller's heading unchanged, an empty line, a sentence of
-// explanation, then the content. Paths and names stand between backticks.
+// explanation, then the content. Paths and names are printed as they are, most between backticks; what a table shows
+// beside the path of a row is made safe for its cell.
 #pragma once
 
 #include "workers/wiki/scope/facts.h"
@@ -39,7 +40,8 @@ struct Neighbour {
 
 /// The production declarations in other files that the page uses most, by their references, most first; equal counts
 /// by fully qualified name, then in the order of `facts.outbound`. At most `limit`; none when it is 0 or negative.
-/// References that only match the name of an attribute or a constant do not count.
+/// References that only match the name of an attribute or a constant do not count. Calls `is_test_path`, whose failures
+/// pass unchanged to the caller.
 std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit);
 std::vector<Neighbour> neighbours(const ScopeFacts&& facts, std::int64_t limit) = delete;  // would dangle
 

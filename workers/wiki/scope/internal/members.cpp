@@ -1,4 +1,6 @@
-#include "workers/wiki/scope/internal.h"
+#include "workers/wiki/scope/internal/members.h"
+
+#include "workers/wiki/scope/internal/kinds.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,4 @@
-#include "workers/wiki/scope/internal.h"
-
-#include <algorithm>
+#include "workers/wiki/scope/internal/table_text.h"
 
 namespace wiki::scope {
 
