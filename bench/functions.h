@@ -35,7 +35,7 @@ struct Function {
 /// table by target id.
 void floor_pass(const Page& page);
 
-/// The whole pass after loading: every public function once, as a page writer calls them.
+/// The whole pass after loading: what a page writer calls, each once.
 void whole_pass(const wiki::scope::ScopeFacts& facts);
 
 /// Every public function, and the whole pass.

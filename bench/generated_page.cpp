@@ -73,8 +73,8 @@ class Generator {
 
     // 30 to 90 characters.
     Text path(int number, bool is_test) {
-        constexpr std::array<const char*, 8> FOLDERS{"packages", "core",    "internal", "scheduling",
-                                                     "render",   "network", "platform", "observability"};
+        constexpr std::array<const char*, 8> FOLDERS{"packages", "core",    "internal", "schedule",
+                                                     "render",   "network", "platform", "telemetry"};
         std::string path = is_test ? "packages/tests" : "packages/source";
         for (std::size_t depth = below(4); depth < 5; ++depth) {
             path += std::string("/") + FOLDERS[below(FOLDERS.size())];
