@@ -5,7 +5,8 @@
 #include "workers/wiki/scope/facts.h"
 
 #include <algorithm>
-#include <type_traits>
+#include <functional>
+#include <sstream>
 
 namespace storage {
 
@@ -13,17 +14,13 @@ Database* listening = nullptr;
 
 namespace {
 
-template <class Range>
-std::string joined(const Range& elements) {
-    std::string text;
+template <class Range, class Projection = std::identity>
+std::string joined(const Range& elements, Projection projection = {}) {
+    std::ostringstream text;
     for (const auto& element : elements) {
-        if constexpr (std::is_integral_v<std::remove_cvref_t<decltype(element)>>) {
-            text += (text.empty() ? "" : ",") + std::to_string(element);
-        } else {
-            text += (text.empty() ? "" : ",") + std::string(element);
-        }
+        text << (text.tellp() > 0 ? "," : "") << std::invoke(projection, element);
     }
-    return text;
+    return text.str();
 }
 
 }  // namespace
@@ -83,11 +80,7 @@ std::string file_summary(std::span<const std::string> lines) {
 }
 
 TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
-    std::string paths;
-    for (const storage::ScopeFile& file : files) {
-        paths += (paths.empty() ? "" : ",") + std::string(file.path);
-    }
-    db.note("importing_tests", paths);
+    db.note("importing_tests", storage::joined(files, &storage::ScopeFile::path));
     return db.test_imports;
 }
 

@@ -71,6 +71,12 @@ TEST(OrderedMap, FindsTextsByPlainCharacters) {
     EXPECT_EQ(map.get(std::string("b"), 7), 7);
 }
 
+TEST(OrderedMap, DiffersFromOneInAnotherOrder) {
+    EXPECT_NE((OrderedMap<Text, int>{{"a", 1}, {"b", 2}}), (OrderedMap<Text, int>{{"b", 2}, {"a", 1}}));
+    EXPECT_NE((TextSet{"a", "b"}), (TextSet{"b", "a"}));
+    EXPECT_EQ((TextSet{"a", "b", "a"}), (TextSet{"a", "b"}));
+}
+
 TEST(Counter, ListsTheMostCommonFirstAndEqualCountsInOrderOfInsertion) {
     Counter<Text> counter;
     for (const char* key : {"b", "a", "c", "a", "d", "c"}) {

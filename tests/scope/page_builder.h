@@ -29,7 +29,7 @@ class symbol {
 /// function unless said otherwise.
 class from {
   public:
-    explicit from(const char* source) : made_{source, 0, "a.ts", "", "function", "import", 1} {}
+    explicit from(const Text& source) : made_{source, 0, "a.ts", "", "function", "import", 1} {}
 
     from& to(SymbolId id, const char* path = "a.ts", const char* name = "") {
         return made_.target_id = id, made_.target_path = path, made_.target_name = name, *this;
