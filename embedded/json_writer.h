@@ -16,10 +16,9 @@ class JsonWriter {
   public:
     explicit JsonWriter(std::ostream& out) : out_(out) {}
 
-    /// `fill` writes the members, as the next element of an array or as the whole document.
+    /// `fill` writes the members of the whole document. First of all, and once.
     template <class Fill>
-    void object(Fill fill) {
-        next();
+    void document(Fill fill) {
         enclose('{', '}', fill);
     }
 
@@ -51,10 +50,7 @@ class JsonWriter {
     static std::string text(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
     void next() {
-        out_ << (is_first_ ? "" : ",");
-        if (depth_ > 0) {
-            out_ << '\n';
-        }
+        out_ << (is_first_ ? "\n" : ",\n");
         is_first_ = false;
     }
 
@@ -67,15 +63,12 @@ class JsonWriter {
     void enclose(char open, char close, Fill fill) {
         out_ << open;
         is_first_ = true;
-        ++depth_;
         fill();
-        --depth_;
         out_ << (is_first_ ? "" : "\n") << close;
         is_first_ = false;
     }
 
     std::ostream& out_;
-    int depth_ = 0;
     bool is_first_ = true;
 };
 

@@ -159,7 +159,7 @@ void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
 
 void write_json(std::ostream& out, const Page& page) {
     JsonWriter json(out);
-    json.object([&] {
+    json.document([&] {
         json.object("facts", [&] { write_facts(json, page.facts); });
         json.member("missing", page.missing);
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
