@@ -34,8 +34,8 @@ using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)
 ///
 /// Equal SCIP files at equal paths give equal bytes. Ids start at 1: files by path, declarations by file, first line
 /// and order of first definition; edges stand by source file, target and resolution. A definition without a usable
-/// range is taken to stand on line 1. Memory grows with symbols, and with pairs of a file and a symbol that it mentions,
-/// not with occurrences.
+/// range is taken to stand on line 1. Memory grows with symbols, and with pairs of a file and a symbol that it
+/// mentions, not with occurrences.
 ///
 /// Throws `std::runtime_error` with one line that names the file at fault and says what to do.
 ImportCounts import_scip(const std::string& scip_path, const std::string& index_path, const ImportProgress& progress);
