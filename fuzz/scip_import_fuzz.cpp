@@ -147,7 +147,7 @@ void check_refused(const Workshop& workshop, const std::string& old_index) {
 }
 
 std::string make_old_index(const Workshop& workshop) {
-    workshop.put_input(scip::scip_file({scip::ScipDocument("old.ts").defines("tool npm pkg 1.0 f().")}));
+    workshop.put_input(scip::scip_file({scip::ScipDocument("old.ts").defines(scip::F)}));
     promise(workshop.import().has_value(), "a sound SCIP file is imported");
     return workshop.index_bytes();
 }

@@ -13,6 +13,14 @@
 
 namespace embedded::scip {
 
+/// The symbol of a package that its descriptors lead to.
+inline std::string symbol(std::string_view descriptors) {
+    return "tool npm pkg 1.0 " + std::string(descriptors);
+}
+
+inline const std::string F = symbol("f().");
+inline const std::string G = symbol("g().");
+
 using Numbers = std::vector<std::int32_t>;
 
 inline void add_packed(protozero::pbf_writer& message, protozero::pbf_tag_type field, const Numbers& numbers) {

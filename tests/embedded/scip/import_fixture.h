@@ -1,0 +1,60 @@
+// Imports of SCIP files into an index in a folder of its own.
+#pragma once
+
+#include "embedded/index.h"
+#include "embedded/scip/import.h"
+#include "tests/embedded/scip_builder.h"
+#include "tests/embedded/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace embedded::scip {
+
+class ScipImport : public testing::Test {
+  protected:
+    void import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
+        import_scip(folder.write("in.scip", scip_file(documents)), index, progress);
+    }
+
+    /// Imports a document; the bytes of its index.
+    [[nodiscard]] std::string import_old() const {
+        import({ScipDocument("old.ts").defines(F)});
+        return folder.read("index.db");
+    }
+
+    /// The message of the failure to import a file.
+    [[nodiscard]] std::string failure(const std::string& scip, const ImportProgress& progress = {}) const {
+        try {
+            import_scip(scip, index, progress);
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "no failure";
+    }
+
+    /// The rows that a query of the index gives: columns separated by a space, rows by "; ".
+    [[nodiscard]] std::string rows(const std::string& query) const {
+        const Connection connection = open_index(index);
+        Statement statement(connection, "SELECT group_concat(row, '; ') FROM (" + query + ")");
+        statement.step();
+        return std::string(statement.text(0));
+    }
+
+    [[nodiscard]] std::string edges() const {
+        return rows("SELECT path || ' ' || target_id || ' ' || resolution || ' ' || refs AS row "
+                    "FROM edges JOIN files ON id = source_file_id ORDER BY edges.rowid");
+    }
+
+    /// Whether the index is the one with these bytes, and nothing else lies beside it and the input.
+    [[nodiscard]] bool stands_alone(const std::string& bytes) const {
+        const std::filesystem::directory_iterator entries(folder / "");
+        return folder.read("index.db") == bytes && std::distance(entries, {}) == 2;
+    }
+
+    TemporaryFolder folder;
+    std::string index = folder / "index.db";
+};
+
+}  // namespace embedded::scip

@@ -1,0 +1,113 @@
+// What an import makes of documents, and what it says of what is no SCIP file.
+
+#include "embedded/scip/input_file.h"
+#include "tests/embedded/scip/import_fixture.h"
+
+namespace embedded::scip {
+namespace {
+
+TEST_F(ScipImport, NumbersFilesByPathAndDeclarationsByFileLineAndDefinition) {
+    import({
+        ScipDocument("b.ts")
+            .defines(G, {8, 0, 1})
+            .defines(symbol("late#"), {3, 0, 1})
+            .defines(symbol("early#"), {3, 0, 1}),
+        ScipDocument("a.py", "Python")
+            .describes(F, {.kind = 17})
+            .defines("local 1")
+            .defines(F, {0, 4, 5}, {0, 0, 2, 0}),
+    });
+    EXPECT_EQ(rows("SELECT id || ' ' || path || ' ' || language AS row FROM files"),
+              "1 a.py python; 2 b.ts typescript");
+    EXPECT_EQ(rows("SELECT id || ' ' || file_id || ' ' || name || ' ' || start_line || ' ' || end_line AS "
+                   "row FROM symbols"),
+              "1 1 f 1 2; 2 2 late 4 4; 3 2 early 4 4; 4 2 g 9 9");
+    EXPECT_EQ(rows("SELECT name || ' ' || import_resolved AS row FROM languages"), "python 1; typescript 1");
+    EXPECT_EQ(rows("SELECT key || ' ' || value AS row FROM meta ORDER BY key"),
+              "schema_version 1; source " + folder / "in.scip" + "; tool indexer 1.2");
+}
+
+TEST_F(ScipImport, AnOccurrenceInItsOwnDocumentIsLocalAndElsewhereAnImport) {
+    import({ScipDocument("a.ts").defines(F).refers(F, 8).refers(F, 64).refers("local 1").refers(""),
+            ScipDocument("b.ts").refers(F, 2).refers(symbol("external().")).refers(F)});
+    EXPECT_EQ(edges(), "a.ts 1 local 2; b.ts 1 import 2");
+}
+
+TEST_F(ScipImport, OfSeveralDeclarationsADescribedOneIsTheTargetThenTheFirstByPath) {
+    import({ScipDocument("d.ts").defines(F).describes(F).defines(G), ScipDocument("c.ts").defines(F).describes(F),
+            ScipDocument("b.ts").defines(F).defines(G).refers(F), ScipDocument("a.ts").refers(F).refers(G)});
+    EXPECT_EQ(rows("SELECT id || ' ' || file_id || name AS row FROM symbols"), "1 2f; 2 2g; 3 3f; 4 4f; 5 4g");
+    EXPECT_EQ(edges(), "a.ts 2 import 1; a.ts 3 import 1; b.ts 1 local 1");
+}
+
+TEST_F(ScipImport, TwoDocumentsOfOnePathAddUp) {
+    import({ScipDocument("a.ts").describes(F, {.display_name = "one"}).defines(F, {7, 0, 1}).refers(G),
+            ScipDocument("b.ts").defines(G),
+            ScipDocument("a.ts", "tsx")
+                .describes(F, {.kind = 61, .display_name = "two"})
+                .describes(F, {.kind = 7})
+                .defines(F, {1, 0, 2, 1})
+                .refers(G)
+                .refers(F)});
+    EXPECT_EQ(rows("SELECT name || ' ' || kind || ' ' || start_line || ' ' || end_line AS row FROM symbols"),
+              "one variable 2 3; g function 1 1");
+    EXPECT_EQ(rows("SELECT path || ' ' || language AS row FROM files"), "a.ts tsx; b.ts typescript");
+    EXPECT_EQ(edges(), "a.ts 1 local 1; a.ts 2 import 2");
+}
+
+TEST_F(ScipImport, OfEquallyLongDefinitionsTheFirstCountsAndNoRangeIsLineOne) {
+    import({ScipDocument("a.ts").defines(F, {5, 0, 1}).defines(F, {2, 0, 1}).defines(F, {}).defines(G, {1, 2})});
+    EXPECT_EQ(rows("SELECT name || start_line AS row FROM symbols ORDER BY name"), "f6; g1");
+}
+
+TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
+    const std::string old = import_old();
+    const std::string whole = scip_file({ScipDocument("a.ts").defines(F)});
+    const std::string head = scip_file({});
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"", "not a SCIP file"},
+        {"\nhello world", "not a SCIP file"},
+        {"\n\x04text, and more", "not a SCIP file"},
+        {whole.substr(head.size()), "not a SCIP file"},
+        {whole.substr(0, 1), "a truncated SCIP file (it ends within the message at byte 0)"},
+        {whole.substr(0, head.size() - 3), "a truncated SCIP file (it ends within the message at byte 0)"},
+        {whole.substr(0, head.size() + 1), "a truncated SCIP file (it ends within the message at byte 18)"},
+        {whole.substr(0, whole.size() - 1), "a truncated SCIP file (it ends within the message at byte 18)"},
+        {whole + std::string(9, '\0'), "(the field at byte " + std::to_string(whole.size()) + " does not parse)"},
+        {head + "\x12\x02\x0A\x50", "a damaged SCIP file (the document at byte 18 does not parse)"},
+        {scip_file({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").adds_occurrence("\x12\x50")}),
+         "a damaged SCIP file (the document at byte " + std::to_string(whole.size()) + " does not parse)"},
+        {scip_file({ScipDocument("a.ts").adds_occurrence("\x12\x0C"
+                                                         "a . . . x().\x18\x01\x0A\x01\xFF")}),
+         "(the document at byte 18 does not parse)"},
+    };
+    for (const auto& [bytes, message] : cases) {
+        const std::string said = failure(folder.write("in.scip", bytes));
+        EXPECT_TRUE(said.starts_with(folder / "in.scip" + ": ") && said.find(message) != std::string::npos &&
+                    said.find('\n') == std::string::npos)
+            << said << "\nexpected: " << message;
+        EXPECT_TRUE(stands_alone(old)) << message;
+    }
+}
+
+TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
+    const ScipDocument large = ScipDocument("a.ts").describes(F, {.documentation = {std::string(1 << 20, ' ')}});
+    const std::string scip = folder.write("in.scip", scip_file({large, large}));
+    const auto shorten = [&](std::int64_t done, std::int64_t) {
+        if (done == 1) {
+            std::filesystem::resize_file(scip, 2000);
+        }
+    };
+    const std::string said = failure(scip, shorten);
+    EXPECT_NE(said.find("a truncated SCIP file"), std::string::npos) << said;
+}
+
+TEST(InputFile, IsNoLongerThanItWasWhenItWasOpened) {
+    const TemporaryFolder folder;
+    InputFile file(folder.write("in.scip", "abc"));
+    folder.write("in.scip", "abcdef");
+    EXPECT_EQ(file.read(1, 9), "bc");
+}
+
+}  // namespace
+}  // namespace embedded::scip

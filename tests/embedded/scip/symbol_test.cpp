@@ -1,0 +1,37 @@
+#include "embedded/scip/symbol.h"
+#include "tests/embedded/scip_builder.h"
+
+#include <gtest/gtest.h>
+
+namespace embedded::scip {
+namespace {
+
+TEST(ScipSymbol, EveryDescriptorHasItsNameAndSuffix) {
+    using S = Suffix;
+    const std::vector<std::pair<std::string, std::vector<Descriptor>>> cases{
+        {symbol("a/B#c().d."), {{"a", S::NAMESPACE}, {"B", S::TYPE}, {"c", S::METHOD}, {"d", S::TERM}}},
+        {symbol("m!n:"), {{"m", S::MACRO}, {"n", S::META}}},
+        {symbol("f(+1).(p)[T]"), {{"f", S::METHOD}, {"p", S::PARAMETER}, {"T", S::TYPE_PARAMETER}}},
+        {symbol("`a/b.ts`/`x``y`#"), {{"a/b.ts", S::NAMESPACE}, {"x`y", S::TYPE}}},
+        {symbol("[`T x`](`p q`)"), {{"T x", S::TYPE_PARAMETER}, {"p q", S::PARAMETER}}},
+        {symbol("_+-$9\xC3\xA9#"), {{"_+-$9\xC3\xA9", S::TYPE}}},
+        {"a  b . . c   d#", {{"d", S::TYPE}}},
+    };
+    for (const auto& [string, descriptors] : cases) {
+        EXPECT_EQ(parse_symbol(string), descriptors) << string;
+    }
+}
+
+TEST(ScipSymbol, WhatDoesNotParseIsNoSymbol) {
+    for (const char* string : {"", "tool", "tool npm pkg 1.0", " npm pkg 1.0 a#", "tool  npm pkg 1.0 a#"}) {
+        EXPECT_EQ(parse_symbol(string), std::nullopt) << string;
+    }
+    for (const std::string& descriptors :
+         std::vector<std::string>{"", "a", "#", "a b#", "a.?/", "`a", "`a`", "``#", "f(", "f(1", "f()", "f()#",
+                                  "f(a b).", "[T", "(p]", "a#?", std::string(100'000, '('), std::string(99'999, '`')}) {
+        EXPECT_EQ(parse_symbol(symbol(descriptors)), std::nullopt) << descriptors.substr(0, 40);
+    }
+}
+
+}  // namespace
+}  // namespace embedded::scip
