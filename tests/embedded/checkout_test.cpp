@@ -31,8 +31,6 @@ class CheckoutOfRepo : public testing::Test {
 };
 
 TEST_F(CheckoutOfRepo, LfAndCrlfEndALineAndNothingElseDoes) {
-    std::string long_line;
-    long_line.resize(10'000'000, 'x');
     const std::vector<std::pair<std::string, Lines>> cases{
         {"", {}},
         {"\n", {""}},
@@ -44,19 +42,18 @@ TEST_F(CheckoutOfRepo, LfAndCrlfEndALineAndNothingElseDoes) {
          "a\n\xEF\xBB\xBF",
          {"a", "\xEF\xBB\xBF"}},
         {"\xEF\xBB", {"\xEF\xBB"}},
-        {long_line, {long_line}},
     };
     for (const auto& [content, lines] : cases) {
         folder.write("repo/file", content);
-        EXPECT_TRUE(read("file") == lines) << testing::PrintToString(content.substr(0, 20));
+        EXPECT_TRUE(read("file") == lines) << testing::PrintToString(content);
     }
 }
 
 TEST_F(CheckoutOfRepo, APathThatLeavesTheCheckoutGivesNone) {
     fs::create_symlink("../repo-private/key", folder / "repo/link");
     fs::create_directory_symlink(folder / "repo-private", folder / "repo/folder");
-    for (const std::string& path : {folder / "repo/src/a.c", std::string("../repo-private/key"),
-                                    std::string("src/../src/a.c"), std::string("link"), std::string("folder/key")}) {
+    for (const std::string& path : std::vector<std::string>{folder / "repo/src/a.c", "../repo-private/key",
+                                                            "src/../src/a.c", "link", "folder/key"}) {
         EXPECT_EQ(read(path), std::nullopt) << path;
     }
 }
@@ -64,9 +61,9 @@ TEST_F(CheckoutOfRepo, APathThatLeavesTheCheckoutGivesNone) {
 TEST_F(CheckoutOfRepo, WhatIsNoReadableFileGivesNoneWithoutWaiting) {
     ASSERT_EQ(mkfifo((folder / "repo/pipe").c_str(), 0600), 0);
     fs::create_symlink("loop", folder / "repo/loop");
-    for (const std::string& path : {std::string(), std::string("."), std::string("src"), std::string("src/"),
-                                    std::string("src/a.c/"), std::string("src/a.c\0x", 9), std::string("missing"),
-                                    std::string("pipe"), std::string("loop"), std::string(5000, 'x')}) {
+    for (const std::string& path :
+         std::vector<std::string>{"", ".", "src", "src/", "src/a.c/", std::string("src/a.c\0x", 9), "missing", "pipe",
+                                  "loop", std::string(5000, 'x')}) {
         EXPECT_EQ(read(path), std::nullopt) << path;
     }
 }
@@ -76,20 +73,6 @@ TEST_F(CheckoutOfRepo, LinksThatStayInsideAreFollowed) {
     fs::create_directory_symlink("repo", folder / "root");
     EXPECT_EQ(read("link"), Lines{"int a;"});
     EXPECT_EQ(Checkout(folder / "root").read_lines("src/a.c"), Lines{"int a;"});
-}
-
-TEST_F(CheckoutOfRepo, ARootThatCannotBeReadIsNamedWithItsFault) {
-    fs::create_symlink("loop", folder / "loop");
-    for (const auto& [root, fault] : {std::pair("missing", "no such folder"), std::pair("repo/src/a.c", "not a folder"),
-                                      std::pair("loop", "cannot be read (Too many levels of symbolic links)")}) {
-        try {
-            const Checkout checkout(folder / root);
-            FAIL() << root;
-        } catch (const std::runtime_error& error) {
-            EXPECT_EQ(error.what(),
-                      folder / root + ": " + fault + "; name the folder that holds the checked-out repository");
-        }
-    }
 }
 
 }  // namespace
