@@ -1,38 +1,25 @@
 // The queries over a real index file.
 
 #include "embedded/database.h"
-#include "embedded/index.h"
 #include "embedded/page.h"
 #include "storage/grounding_queries.h"
-#include "tests/embedded/temporary_folder.h"
+#include "tests/embedded/indexed_folder.h"
 #include "workers/wiki/scope_tests.h"
 
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <filesystem>
-#include <functional>
+#include <algorithm>
 #include <limits>
 
 namespace embedded {
 namespace {
 
+using Numbers = std::vector<std::int64_t>;
 using Paths = std::vector<std::string>;
 
-// An index that a test fills with SQL.
-class Index : public testing::Test {
+class Index : public IndexedFolder {
   protected:
-    Index() {
-        const Connection connection(path, Connection::Mode::CREATE);
-        create_schema(connection);
-        create_indexes(connection);
-    }
-
-    void fill(const std::string& sql) const { Connection(path, Connection::Mode::CREATE).execute(sql); }
-    [[nodiscard]] storage::Database open() const { return storage::Database(open_index(path)); }
-
-    TemporaryFolder folder;
-    std::string path = folder / "index.db";
+    [[nodiscard]] storage::Database open() const { return storage::Database(open_index(index)); }
 };
 
 TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
@@ -40,11 +27,7 @@ TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
     fill("INSERT INTO files VALUES(4, CAST(x'ff2e7473' AS TEXT), 'typescript')");  // not UTF-8
     storage::Database db = open();
     const auto files = scope_files(db, Paths{"c.ts", "b \"\\|\n.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
-    std::vector<storage::FileId> ids;
-    for (const auto& file : files) {
-        ids.push_back(file.id);
-    }
-    EXPECT_EQ(ids, (std::vector<storage::FileId>{3, 2, 1, 4}));
+    ASSERT_TRUE(std::ranges::equal(files, Numbers{3, 2, 1, 4}, {}, &storage::ScopeFile::id));
     EXPECT_EQ(files[0].language, "");
     EXPECT_EQ(files[1].language, std::nullopt);
     EXPECT_TRUE(files[2].language->same_buffer(*files[3].language));
@@ -56,11 +39,7 @@ TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
          "2),(2, 1, 'line', '', 'enum', 0, 2, 9), (1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999)");
     storage::Database db = open();
     const auto symbols = scope_symbols(db, std::vector<storage::FileId>{2, 1, 2});
-    std::vector<storage::SymbolId> ids;
-    for (const auto& symbol : symbols) {
-        ids.push_back(symbol.id);
-    }
-    EXPECT_EQ(ids, (std::vector<storage::SymbolId>{1, 2, 3, 5}));
+    ASSERT_TRUE(std::ranges::equal(symbols, Numbers{1, 2, 3, 5}, {}, &storage::ScopeSymbol::id));
     EXPECT_EQ(symbols[0].kind, "");
     EXPECT_EQ(symbols[0].start_line, 0);
     EXPECT_EQ(symbols[0].end_line, std::numeric_limits<std::int32_t>::max());
@@ -77,18 +56,13 @@ TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
          "4),(1, 1, 'local', 5), (1, 3, 'import', 6), (3, 3, 'import', 7), (4, 2, 'import', 8), (4, 1, 'unique', 9)");
     storage::Database db = open();
     const std::vector<storage::FileId> page{1};
-    std::vector<std::int64_t> inbound;
-    for (const auto& reference : inbound_references(db, page)) {
-        inbound.push_back(reference.refs);
-    }
-    EXPECT_EQ(inbound, (std::vector<std::int64_t>{4, 5, 9, 8, 3, 2, 1}));
-
+    const auto inbound = inbound_references(db, page);
+    EXPECT_TRUE(std::ranges::equal(inbound, Numbers{4, 5, 9, 8, 3, 2, 1}, {}, &storage::InboundReference::refs));
     const auto outbound = outbound_references(db, page);
     ASSERT_EQ(outbound.size(), 1U);
     EXPECT_EQ(outbound[0].refs, 6);
     EXPECT_EQ(outbound[0].target.path, "z.ts");
     EXPECT_EQ(outbound[0].target.fqn, "z.far");
-
     const auto tests = wiki::importing_tests(db, scope_files(db, Paths{"page.ts", "z.ts"}));
     EXPECT_EQ(tests, (wiki::TestImports{{"page.ts", {"test/a.ts"}}}));
 }
@@ -100,33 +74,22 @@ TEST_F(Index, KnowsTheLanguagesWithResolvedImports) {
     EXPECT_EQ(import_resolved_languages(db, languages), std::vector<models::Text>{"typescript"});
 }
 
-TEST_F(Index, IsReadInOneStateWhileItIsWrittenOrReplaced) {
+TEST_F(Index, IsReadInOneStateWhileItIsWritten) {
     fill(
-        "INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts');"
+        "PRAGMA journal_mode = WAL; INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts');"
         "INSERT INTO symbols VALUES(1, 1, 'f', 'f', 'function', 1, 1, 1); INSERT INTO edges VALUES(2, 1, 'import', 1)");
-    const std::string change =
-        "BEGIN; UPDATE symbols SET start_line = start_line + 1; UPDATE edges SET refs = refs + 1; COMMIT";
-    const std::function<void()> write = [&] { fill(change); };
-    const std::function<void()> replace = [&] {
-        std::filesystem::copy_file(path, folder / "new.db");
-        Connection(folder / "new.db", Connection::Mode::CREATE).execute(change);
-        std::filesystem::rename(folder / "new.db", path);
+    const auto write_before_a_statement = [](unsigned, void* path, void*, void*) {
+        Connection(*static_cast<const std::string*>(path), Connection::Mode::CREATE)
+            .execute("BEGIN; UPDATE symbols SET start_line = start_line + 1; UPDATE edges SET refs = refs + 1; COMMIT");
+        return 0;
     };
-    for (const auto& [change_index, journal_mode] : {std::pair(replace, "DELETE"), std::pair(write, "WAL")}) {
-        fill(std::string("PRAGMA journal_mode = ") + journal_mode);
-        storage::Database db = open();
-        const auto before_a_statement = [](unsigned, void* change_now, void*, void*) {
-            (*static_cast<const std::function<void()>*>(change_now))();
-            return 0;
-        };
-        std::function<void()> change_now = change_index;
-        sqlite3_trace_v2(db.connection().handle(), SQLITE_TRACE_STMT, before_a_statement, &change_now);
-        const Page page = load_page(db, Checkout(folder / ""), Paths{"a.ts"});
-        EXPECT_EQ(page.facts.inbound.at(0).refs, page.facts.symbols.at(0).start_line) << journal_mode;
-        storage::Database later = open();
-        EXPECT_GT(scope_symbols(later, std::vector<storage::FileId>{1}).at(0).start_line,
-                  page.facts.symbols.at(0).start_line + 5);
-    }
+    storage::Database db = open();
+    sqlite3_trace_v2(db.connection().handle(), SQLITE_TRACE_STMT, write_before_a_statement, &index);
+    const Page page = load_page(db, Checkout(folder / ""), Paths{"a.ts"});
+    EXPECT_EQ(page.facts.inbound.at(0).refs, page.facts.symbols.at(0).start_line);
+    storage::Database later = open();
+    EXPECT_GT(scope_symbols(later, std::vector<storage::FileId>{1}).at(0).start_line,
+              page.facts.symbols.at(0).start_line + 5);
 }
 
 TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
