@@ -76,7 +76,8 @@ TEST(FileSummary, ALicenceIsPassedOverAndWhatStandsAroundItIsNot) {
         {"# Copyright 2020 A\n#\n# Sorts.", "Sorts."},
         {"/* This Source Code Form is subject to the Mozilla Public\n * License, v. 2.0. */\n// Sorts.", "Sorts."},
         {"# Copyright A\n#\n# or\n\n# Sorts.", "Sorts."},
-        {"// Licensed under terms\n" + repeated("// that say much\n", 100) + "\n// Sorts.", "Sorts."},
+        {"// Permission is hereby\n" + repeated("// given to all\n", 100) + "//\n// Keep this notice.\n\n// Sorts.",
+         "Sorts."},
         {"# Checks licences.", "Checks licences."},
     });
 }
