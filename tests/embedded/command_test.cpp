@@ -124,8 +124,7 @@ TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
     const Outcome ended = signalled("TERM");
     EXPECT_EQ(ended.exit_code, 1);
     EXPECT_EQ(ended.err, "wiki-scope: interrupted; nothing was changed at new.db\n");
-    const std::filesystem::directory_iterator entries(folder / "");
-    EXPECT_EQ(std::distance(entries, {}), 4);  // index.db, big.scip, out, err
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / ""), {}), 4);  // index.db, big.scip, out, err
     EXPECT_EQ(signalled("INT").exit_code, 0);
 }
 

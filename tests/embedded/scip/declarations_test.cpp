@@ -14,10 +14,8 @@ namespace {
 constexpr std::int32_t MAX = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t MIN = std::numeric_limits<std::int32_t>::min();
 
-using Fields = std::vector<std::pair<protozero::pbf_tag_type, Numbers>>;
-
 // What `lines_of` makes of an occurrence with these ranges: from field 8 on a message each, before it packed numbers.
-std::optional<Lines> lines_of_ranges(const Fields& ranges) {
+std::optional<Lines> lines_of_ranges(const std::vector<std::pair<protozero::pbf_tag_type, Numbers>>& ranges) {
     std::string bytes;
     protozero::pbf_writer occurrence(bytes);
     for (const auto& [field, numbers] : ranges) {

@@ -7,22 +7,12 @@ namespace embedded::scip {
 namespace {
 
 TEST_F(ScipImport, NumbersFilesByPathAndDeclarationsByFileLineAndDefinition) {
-    import({
-        ScipDocument("b.ts")
-            .defines(G, {8, 0, 1})
-            .defines(symbol("late#"), {3, 0, 1})
-            .defines(symbol("early#"), {3, 0, 1}),
-        ScipDocument("a.py", "Python")
-            .describes(F, {.kind = 17})
-            .defines("local 1")
-            .defines(F, {0, 4, 5}, {0, 0, 2, 0}),
-    });
-    EXPECT_EQ(rows("SELECT id || ' ' || path || ' ' || language AS row FROM files"),
-              "1 a.py python; 2 b.ts typescript");
-    EXPECT_EQ(rows("SELECT id || ' ' || file_id || ' ' || name || ' ' || start_line || ' ' || end_line AS "
-                   "row FROM symbols"),
-              "1 1 f 1 2; 2 2 late 4 4; 3 2 early 4 4; 4 2 g 9 9");
-    EXPECT_EQ(rows("SELECT name || ' ' || import_resolved AS row FROM languages"), "python 1; typescript 1");
+    import({ScipDocument("b.c").defines(G, {8, 0, 1}).defines(symbol("b#"), {3, 0, 1}).defines(symbol("a#"), {3, 0, 1}),
+            ScipDocument("a.py", "Python").defines("local 1").defines(F, {0, 4, 5}, {0, 0, 2, 0})});
+    EXPECT_EQ(rows("SELECT id || ' ' || path || ' ' || language AS row FROM files"), "1 a.py python; 2 b.c c");
+    EXPECT_EQ(rows("SELECT id || ' ' || file_id || name || ' ' || start_line || ' ' || end_line AS row FROM symbols"),
+              "1 1f 1 2; 2 2b 4 4; 3 2a 4 4; 4 2g 9 9");
+    EXPECT_EQ(rows("SELECT name || ' ' || import_resolved AS row FROM languages"), "c 1; python 1");
     EXPECT_EQ(rows("SELECT key || ' ' || value AS row FROM meta ORDER BY key"),
               "schema_version 1; source " + folder / "in.scip" + "; tool indexer 1.2");
 }
@@ -40,15 +30,11 @@ TEST_F(ScipImport, OfSeveralDeclarationsADescribedOneIsTheTargetThenTheFirstByPa
     EXPECT_EQ(edges(), "a.ts 2 import 1; a.ts 3 import 1; b.ts 1 local 1");
 }
 
-TEST_F(ScipImport, TwoDocumentsOfOnePathAddUp) {
+TEST_F(ScipImport, DocumentsOfOnePathAddUp) {
     import({ScipDocument("a.ts").describes(F, {.display_name = "one"}).defines(F, {7, 0, 1}).refers(G),
             ScipDocument("b.ts").defines(G),
-            ScipDocument("a.ts", "tsx")
-                .describes(F, {.kind = 61, .display_name = "two"})
-                .describes(F, {.kind = 7})
-                .defines(F, {1, 0, 2, 1})
-                .refers(G)
-                .refers(F)});
+            ScipDocument("a.ts", "tsx").describes(F, {.kind = 61, .display_name = "two"}).describes(F, {.kind = 7}),
+            ScipDocument("a.ts", "lua").defines(F, {1, 0, 2, 1}).refers(G).refers(F)});
     EXPECT_EQ(rows("SELECT name || ' ' || kind || ' ' || start_line || ' ' || end_line AS row FROM symbols"),
               "one variable 2 3; g function 1 1");
     EXPECT_EQ(rows("SELECT path || ' ' || language AS row FROM files"), "a.ts tsx; b.ts typescript");
