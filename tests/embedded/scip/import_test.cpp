@@ -25,7 +25,7 @@ TEST_F(ScipImport, AnOccurrenceInItsOwnDocumentIsLocalAndElsewhereAnImport) {
 
 TEST_F(ScipImport, OfSeveralDeclarationsADescribedOneIsTheTargetThenTheFirstByPath) {
     import({ScipDocument("d.ts").defines(F).describes(F).defines(G), ScipDocument("c.ts").defines(F).describes(F),
-            ScipDocument("b.ts").defines(F).defines(G).refers(F), ScipDocument("a.ts").refers(F).refers(G)});
+            ScipDocument("b.ts").defines(F).defines(G).refers(F), ScipDocument("a.ts").refers(G).refers(F)});
     EXPECT_EQ(rows("SELECT id || ' ' || file_id || name AS row FROM symbols"), "1 2f; 2 2g; 3 3f; 4 4f; 5 4g");
     EXPECT_EQ(edges(), "a.ts 2 import 1; a.ts 3 import 1; b.ts 1 local 1");
 }
