@@ -7,7 +7,7 @@
 
 namespace embedded {
 
-/// Adds a required option or argument. An empty name is wrong usage: so does a script call whose variable is not set.
+/// Adds a required option or argument. An empty name is wrong usage: it is what a script gives whose variable is unset.
 inline CLI::Option* add_file_option(CLI::App& command, const std::string& name, std::string& path,
                                     const std::string& help) {
     const auto problem_of = [](const std::string& given) { return given.empty() ? "an empty name" : ""; };

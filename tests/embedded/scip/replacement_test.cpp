@@ -13,40 +13,43 @@ namespace {
 
 TEST_F(ScipImport, OneThatIsInterruptedOrKilledAtAnyPointLeavesTheOldIndex) {
     const std::string old = import_old();
+    const std::string partial = ".index.db.wiki-scope-partial";
     const auto import_until = [&](int call, const std::function<void()>& end) {
-        import({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers(F)}, [&](auto done, auto total) {
+        const ImportProgress count_down = [&](std::int64_t done, std::int64_t total) {
             EXPECT_LE(done, total);
-        if (--call == 0) {
-            end();
+            if (--call == 0) {
+                end();
+            }
+        };
+        import({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers(F)}, count_down);
+    };
+    const auto die = [] { raise(SIGKILL); };
+    const auto is_killed_at = [&](int call) {
+        const pid_t child = fork();
+        if (child == 0) {
+            import_until(call, die);
+            _exit(0);
         }
-        });
-};
-const auto is_killed_at = [&](int call) {
-    const pid_t child = fork();
-    if (child == 0) {
-        import_until(call, [] { raise(SIGKILL); });
-        _exit(0);
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WIFSIGNALED(status);
+    };
+    struct Interrupted {};
+    std::string made;
+    const auto interrupt = [&] {
+        made = folder.read(partial);
+        throw Interrupted();
+    };
+    int calls = 0;
+    while (is_killed_at(calls + 1)) {
+        ++calls;
+        EXPECT_EQ(folder.read("index.db"), old) << calls;
+        EXPECT_TRUE(std::filesystem::exists(folder / partial)) << calls;
+        EXPECT_THROW(import_until(calls, interrupt), Interrupted);
+        EXPECT_TRUE(stands_alone(old)) << calls;  // what was killed is cleaned up, too
     }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFSIGNALED(status);
-};
-struct Interrupted {};
-std::string made;
-const auto interrupt = [&] {
-    made = folder.read(".index.db.wiki-scope-partial");
-    throw Interrupted();
-};
-int calls = 0;
-while (is_killed_at(calls + 1)) {
-    ++calls;
-    EXPECT_EQ(folder.read("index.db"), old) << calls;
-    EXPECT_TRUE(std::filesystem::exists(folder / ".index.db.wiki-scope-partial"));
-    EXPECT_THROW(import_until(calls, interrupt), Interrupted);
-    EXPECT_TRUE(stands_alone(old)) << calls;  // what was killed is cleaned up, too
-}
-EXPECT_GE(calls, 4);
-EXPECT_TRUE(stands_alone(made));  // at the last call nothing was left to do but to take the place
+    EXPECT_GE(calls, 4);
+    EXPECT_TRUE(stands_alone(made));  // at the last call nothing was left to do but to take the place
 }
 
 TEST_F(ScipImport, AFullDiskLeavesTheOldIndexAndSaysSo) {
@@ -132,12 +135,13 @@ TEST_F(ScipImport, ALinkToTheIndexAndItsPermissionsStayAndWhatIsPrivateDoesMeanw
     constexpr perms PRIVATE = perms::owner_read | perms::owner_write;
     std::filesystem::permissions(index, PRIVATE | perms::group_read);
     perms at_first = perms::unknown;
-    import({ScipDocument("a.ts")}, [&](std::int64_t done, std::int64_t) {
+    const auto look = [&](std::int64_t done, std::int64_t) {
         at_first = done == 0 ? permissions_of(".real.db.wiki-scope-partial") : at_first;
-});
-EXPECT_EQ(at_first, PRIVATE);
-EXPECT_TRUE(std::filesystem::is_symlink(index));
-EXPECT_EQ(permissions_of("real.db"), PRIVATE | perms::group_read);
+    };
+    import({ScipDocument("a.ts")}, look);
+    EXPECT_EQ(at_first, PRIVATE);
+    EXPECT_TRUE(std::filesystem::is_symlink(index));
+    EXPECT_EQ(permissions_of("real.db"), PRIVATE | perms::group_read);
 }
 
 TEST_F(ScipImport, ADamagedAnOlderAndAnEmptyIndexAreReplacedButNoneByAnEmptyOne) {
