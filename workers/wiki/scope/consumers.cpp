@@ -151,10 +151,34 @@ std::string not_counted_line(const Counter<Text>& left_out, std::size_t files) {
          " that match a name only (an attribute or a call that shares a name with a declaration here)."});
 }
 
-std::string unused_line(const std::vector<const ScopeSymbol*>& unused) {
+// An exported, public, top-level type or callable that no production file outside the page uses.
+struct Unused {
+    bool is_no_type;
+    RankKey key;
+    const ScopeSymbol* symbol;
+
+    // Types first, then by rank, then by path.
+    [[nodiscard]] auto order() const { return std::tie(is_no_type, key, symbol->path); }
+};
+
+// In the order of `facts.symbols`. `used` are the ids of the declarations that production files outside the page use.
+std::vector<Unused> _unused_outside(const ScopeFacts& facts, const OrderedSet<SymbolId>& used, const FanIn& fan_in) {
+    const OrderedSet<SymbolId> members = _members(facts);
+    std::vector<Unused> unused;
+    for (const ScopeSymbol& symbol : facts.symbols) {
+        if (_is_callable_or_type(symbol.kind) && !used.contains(symbol.id) && symbol.is_export &&
+            !_is_private(symbol.name) && !members.contains(symbol.id)) {
+            unused.push_back({!TYPE_KINDS.contains(symbol.kind), rank_key(symbol, fan_in), &symbol});
+        }
+    }
+    return unused;
+}
+
+std::string unused_line(const std::vector<Unused>& unused) {
     std::vector<std::string> shown;
-    for (std::size_t i = 0; i < unused.size() && i < UNUSED_NAMES; ++i) {
-        const ScopeSymbol& symbol = *unused[i];
+    const auto in_order = [](const Unused& left, const Unused& right) { return left.order() <=> right.order(); };
+    for (const Unused* declaration : utils::first_in_order(unused, UNUSED_NAMES, in_order)) {
+        const ScopeSymbol& symbol = *declaration->symbol;
         shown.push_back(_concatenated(
             {"`", symbol.name, "` (", symbol.kind, ", `", symbol.path, ":L", std::to_string(symbol.start_line), "`)"}));
     }
@@ -163,35 +187,6 @@ std::string unused_line(const std::vector<const ScopeSymbol*>& unused) {
         {"Used by no production file outside this page: ", joined(shown),
          more > 0 ? _concatenated({" and ", std::to_string(more), " more"}) : "",
          " (code used inside the page, entry points, and code reached dynamically or by name can still be live)."});
-}
-
-// The exported, public, top-level types and callables that are not among `used`, the ids of the declarations that
-// production files outside the page use: types first, then by rank, then by path.
-std::vector<const ScopeSymbol*> _unused_outside(const ScopeFacts& facts, const OrderedSet<SymbolId>& used,
-                                                const FanIn& fan_in) {
-    struct Unused {
-        bool is_no_type;
-        RankKey key;
-        const ScopeSymbol* symbol;
-        [[nodiscard]] auto order() const { return std::tie(is_no_type, key, symbol->path); }
-    };
-    const OrderedSet<SymbolId> members = _members(facts);
-    std::vector<Unused> kept;
-    for (const ScopeSymbol& symbol : facts.symbols) {
-        if (_is_callable_or_type(symbol.kind) && !used.contains(symbol.id) && symbol.is_export &&
-            !_is_private(symbol.name) && !members.contains(symbol.id)) {
-            kept.push_back({!TYPE_KINDS.contains(symbol.kind), rank_key(symbol, fan_in), &symbol});
-        }
-    }
-    std::stable_sort(kept.begin(), kept.end(),
-                     [](const Unused& left, const Unused& right) { return left.order() < right.order(); });
-
-    std::vector<const ScopeSymbol*> unused;
-    unused.reserve(kept.size());
-    for (const Unused& declaration : kept) {
-        unused.push_back(declaration.symbol);
-    }
-    return unused;
 }
 
 }  // namespace

@@ -69,6 +69,7 @@ FanIn production_fan_in(const ScopeFacts& facts) {
     auto is_name_match_kind = _name_match_kind_rule();
 
     Counter<SymbolId> outside;
+    outside.reserve(facts.symbols.size());
     Counter<SymbolId> inside;
     OrderedSet<SymbolId> uncounted;
     for (const InboundReference& reference : facts.inbound) {
