@@ -35,8 +35,9 @@ TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
 
 TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
     fill("INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts')");
-    fill("INSERT INTO symbols VALUES(5, 1, 'later', 'm.later', 'class', 1, 9, 10), (3, 1, 'same', '', 'enum', 0, 2, "
-         "2),(2, 1, 'line', '', 'enum', 0, 2, 9), (1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999)");
+    fill("INSERT INTO symbols VALUES(5, 1, 'later', 'm.later', 'class', 1, 9, 10), "
+         "(3, 1, 'same', '', 'enum', 0, 2, 2), (2, 1, 'line', '', 'enum', 0, 2, 9), "
+         "(1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999)");
     storage::Database db = open();
     const auto symbols = scope_symbols(db, std::vector<storage::FileId>{2, 1, 2});
     ASSERT_TRUE(std::ranges::equal(symbols, Numbers{1, 2, 3, 5}, {}, &storage::ScopeSymbol::id));
@@ -50,10 +51,11 @@ TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
 
 TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
     fill("INSERT INTO files(id, path) VALUES(1, 'page.ts'), (2, 'z.ts'), (3, 'a.ts'), (4, 'test/a.ts')");
-    fill("INSERT INTO symbols VALUES(1, 1, 'one', 'one', 'class', 1, 1, 1), (2, 1, 'two', 'two', 'class', 1, 2, "
-         "2),(3, 2, 'far', 'z.far', 'function', 1, 3, 4)");
-    fill("INSERT INTO edges VALUES(2, 2, 'import', 1), (2, 1, 'unique', 2), (2, 1, 'import', 3), (3, 2, 'import', "
-         "4),(1, 1, 'local', 5), (1, 3, 'import', 6), (3, 3, 'import', 7), (4, 2, 'import', 8), (4, 1, 'unique', 9)");
+    fill("INSERT INTO symbols VALUES(1, 1, 'one', 'one', 'class', 1, 1, 1), "
+         "(2, 1, 'two', 'two', 'class', 1, 2, 2), (3, 2, 'far', 'z.far', 'function', 1, 3, 4)");
+    fill("INSERT INTO edges VALUES(2, 2, 'import', 1), (2, 1, 'unique', 2), (2, 1, 'import', 3), "
+         "(3, 2, 'import', 4), (1, 1, 'local', 5), (1, 3, 'import', 6), (3, 3, 'import', 7), (4, 2, 'import', 8), "
+         "(4, 1, 'unique', 9)");
     storage::Database db = open();
     const std::vector<storage::FileId> page{1};
     const auto inbound = inbound_references(db, page);

@@ -15,7 +15,6 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
-#include <iterator>
 #include <limits>
 #include <stdexcept>
 #include <type_traits>
