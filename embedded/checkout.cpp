@@ -1,5 +1,7 @@
 #include "embedded/checkout.h"
 
+#include "embedded/content_hash.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -103,6 +105,31 @@ std::optional<std::vector<std::string>> Checkout::read_lines(std::string_view pa
         return std::nullopt;
     }
     return lines;
+}
+
+std::optional<FileContent> Checkout::read(std::string_view path, std::size_t most) const {
+    const std::optional<fs::path> found = find(path);
+    if (!found) {
+        return std::nullopt;
+    }
+    std::ifstream file(*found, std::ios::binary);
+    constexpr std::size_t PIECE = 65'536;
+    std::string piece(PIECE, '\0');
+    ContentHash hash;
+    std::string text;
+    bool fits = true;
+    while (file.read(piece.data(), PIECE) || file.gcount() > 0) {
+        const std::string_view bytes(piece.data(), static_cast<std::size_t>(file.gcount()));
+        hash.add(bytes);
+        fits = fits && bytes.size() <= most - text.size();
+        if (fits) {
+            text += bytes;
+        }
+    }
+    if (!file.eof() || file.bad()) {
+        return std::nullopt;
+    }
+    return FileContent{hash.value(), fits ? std::optional(std::move(text)) : std::nullopt};
 }
 
 }  // namespace embedded

@@ -1,6 +1,8 @@
 // The checkout: the working tree of the repository whose index is read.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -8,6 +10,12 @@
 #include <vector>
 
 namespace embedded {
+
+/// A file as it was when it was read.
+struct FileContent {
+    std::int64_t hash = 0;            ///< as `ContentHash` gives it, of all bytes
+    std::optional<std::string> text;  ///< its bytes; none when they are too many
+};
 
 /// Reads files below one folder, and nothing outside of it.
 class Checkout {
@@ -24,6 +32,10 @@ class Checkout {
     /// there is no regular file, and when there is one that may not be read or whose reading fails: such a file is
     /// like one that is not there. Never waits on a pipe or a device.
     [[nodiscard]] std::optional<std::vector<std::string>> read_lines(std::string_view path) const;
+
+    /// The content of the file at `path`, with its text if that has at most `most` bytes. None when `read_lines` gives
+    /// none.
+    [[nodiscard]] std::optional<FileContent> read(std::string_view path, std::size_t most) const;
 
   private:
     /// Where `path` leads, free of symbolic links; none when that is no regular file below the root.

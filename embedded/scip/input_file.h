@@ -1,7 +1,7 @@
 // A file that is read piece by piece.
 #pragma once
 
-#include "embedded/scip/file_descriptor.h"
+#include "embedded/file_descriptor.h"
 
 #include <cstddef>
 #include <string>

@@ -1,7 +1,7 @@
 // A file that takes the place of another at once and whole, or not at all.
 #pragma once
 
-#include "embedded/scip/file_descriptor.h"
+#include "embedded/file_descriptor.h"
 
 #include <sys/types.h>
 

@@ -1,4 +1,4 @@
-#include "embedded/scip/file_descriptor.h"
+#include "embedded/file_descriptor.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-namespace embedded::scip {
+namespace embedded {
 
 FileDescriptor::FileDescriptor(const std::string& path, int flags, mode_t mode)
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is it declared
@@ -25,4 +25,4 @@ std::string last_system_error() {
     return std::generic_category().message(errno);
 }
 
-}  // namespace embedded::scip
+}  // namespace embedded

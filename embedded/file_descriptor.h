@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace embedded::scip {
+namespace embedded {
 
 /// An open file, closed at the end of its life.
 class FileDescriptor {
@@ -29,4 +29,4 @@ class FileDescriptor {
 /// What the system says of the failure that errno holds.
 std::string last_system_error();
 
-}  // namespace embedded::scip
+}  // namespace embedded

@@ -1,0 +1,160 @@
+#include "embedded/sources/captures.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <memory>
+#include <span>
+
+namespace embedded::sources {
+
+namespace {
+
+using std::string_view;
+
+struct ParserDeleter {
+    void operator()(TSParser* parser) const { ts_parser_delete(parser); }
+};
+struct TreeDeleter {
+    void operator()(TSTree* tree) const { ts_tree_delete(tree); }
+};
+struct CursorDeleter {
+    void operator()(TSQueryCursor* cursor) const { ts_query_cursor_delete(cursor); }
+};
+using Tree = std::unique_ptr<TSTree, TreeDeleter>;
+
+Tree parse(string_view text, const Language& language, const std::size_t& is_cancelled) {
+    const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
+    ts_parser_set_language(parser.get(), language.grammar());
+    ts_parser_set_cancellation_flag(parser.get(), &is_cancelled);
+    return Tree(ts_parser_parse_string(parser.get(), nullptr, text.data(), static_cast<std::uint32_t>(text.size())));
+}
+
+Bytes bytes_of(const TSNode& node) {
+    return {ts_node_start_byte(node), ts_node_end_byte(node)};
+}
+
+string_view text_of(string_view text, const TSNode& node) {
+    const auto [begin, end] = bytes_of(node);
+    return text.substr(begin, end - begin);
+}
+
+// One match of one pattern.
+class Match {
+  public:
+    Match(string_view text, const TSQuery* query, const TSQueryMatch& match)
+        : text_(text), query_(query), pattern_(match.pattern_index), captures_(match.captures, match.capture_count) {}
+
+    // Whether every predicate of the pattern holds: (#eq? @capture "text").
+    [[nodiscard]] bool holds() const {
+        std::uint32_t count = 0;
+        const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query_, pattern_, &count);
+        constexpr std::uint32_t STEPS = 4;  // of each: the name, the two arguments, the end
+        for (std::uint32_t at = 0; at + STEPS <= count; at += STEPS) {
+            const std::span predicate(steps + at, STEPS);
+            const TSNode* const node = node_of(predicate[1].value_id);
+            std::uint32_t size = 0;
+            const char* const expected = ts_query_string_value_for_id(query_, predicate[2].value_id, &size);
+            if (node == nullptr || text_of(text_, *node) != string_view(expected, size)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Calls `visit` with the name of each capture and its node.
+    void for_each_capture(const auto& visit) const {
+        for (const TSQueryCapture& capture : captures_) {
+            std::uint32_t size = 0;
+            const char* const name = ts_query_capture_name_for_id(query_, capture.index, &size);
+            visit(string_view(name, size), capture.node);
+        }
+    }
+
+  private:
+    [[nodiscard]] const TSNode* node_of(std::uint32_t capture) const {
+        const auto found = std::ranges::find(captures_, capture, &TSQueryCapture::index);
+        return found == captures_.end() ? nullptr : &found->node;
+    }
+
+    string_view text_;
+    const TSQuery* query_;
+    std::uint32_t pattern_;
+    std::span<const TSQueryCapture> captures_;
+};
+
+// Adds what a match says.
+void add(const Match& match, string_view text, Captures& captures) {
+    CapturedNode* subject = nullptr;  // what the match is about
+    NodeId subject_id = nullptr;
+    bool is_variable = false;
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        constexpr std::array<string_view, 8> SUBJECTS{"declaration", "variable", "namespace", "wrapper",
+                                                      "of",          "callable", "constant",  "exported"};
+        if (std::ranges::find(SUBJECTS, name) == SUBJECTS.end()) {
+            return;
+        }
+        subject_id = node.id;
+        subject = &captures.nodes[node.id];
+        subject->bytes = bytes_of(node);
+        is_variable = is_variable || name == "variable";
+        subject->is_declaration = subject->is_declaration || name == "declaration" || name == "variable";
+        subject->is_namespace = subject->is_namespace || name == "namespace";
+        subject->is_wrapper = subject->is_wrapper || name == "wrapper";
+        subject->is_callable = subject->is_callable || name == "callable";
+        subject->is_constant = subject->is_constant || name == "constant";
+        subject->is_exported = subject->is_exported || name == "exported";
+    });
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const Bytes bytes = bytes_of(node);
+        if (name == "name" && subject != nullptr) {
+            const auto [row, column] = ts_node_start_point(node);
+            captures.names.push_back({bytes, row, column, subject_id, is_variable});
+        } else if (name == "body" && subject != nullptr) {
+            subject->body = std::min(bytes.begin, subject->body.value_or(bytes.begin));
+        } else if (name == "value" && subject != nullptr) {
+            subject->value = bytes;
+        } else if (name == "docstring" && subject != nullptr) {
+            subject->docstring = bytes;
+        } else if (name == "attribute") {
+            captures.attributes.push_back(bytes);
+        } else if (name == "comment") {
+            captures.comments.push_back(bytes);
+        } else if (name == "visible") {
+            captures.visible.push_back(bytes);
+        } else if (name == "hidden") {
+            captures.hidden.push_back(bytes);
+        } else if (name == "local") {
+            captures.local.push_back(bytes);
+        } else if (name == "export") {
+            captures.exports.emplace(text_of(text, node));
+        } else if (name == "list") {
+            captures.has_list = true;
+        } else if (name == "module") {
+            captures.is_module = true;
+        }
+    });
+}
+
+}  // namespace
+
+std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
+    const TSQuery* const query = query_of(language);
+    const Tree tree = parse(text, language, is_cancelled);
+    if (tree == nullptr) {
+        return std::nullopt;
+    }
+    Captures captures;
+    const TSNode root = ts_tree_root_node(tree.get());
+    captures.is_damaged = ts_node_has_error(root);
+    const std::unique_ptr<TSQueryCursor, CursorDeleter> cursor(ts_query_cursor_new());
+    ts_query_cursor_exec(cursor.get(), query, root);
+    for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {
+        if (const Match match(text, query, found); match.holds()) {
+            add(match, text, captures);
+        }
+    }
+    return captures;
+}
+
+}  // namespace embedded::sources

@@ -1,0 +1,69 @@
+// What the query of a language finds in a text.
+#pragma once
+
+#include "embedded/sources/language.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace embedded::sources {
+
+/// A part of the text: byte offsets, half-open.
+struct Bytes {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+
+    friend auto operator<=>(const Bytes&, const Bytes&) = default;
+};
+
+/// Tells the nodes of one tree apart.
+using NodeId = const void*;
+
+struct CapturedName {
+    Bytes name;
+    std::uint32_t row = 0;     ///< 0-based
+    std::uint32_t column = 0;  ///< 0-based, in bytes
+    NodeId node = nullptr;     ///< the declaration
+    bool is_variable = false;
+};
+
+/// What matches say of one node, all of them together.
+struct CapturedNode {
+    Bytes bytes;
+    std::optional<std::uint32_t> body;  ///< where the first of its bodies begins
+    std::optional<Bytes> value;
+    std::optional<Bytes> docstring;
+    bool is_declaration = false;
+    bool is_namespace = false;
+    bool is_wrapper = false;
+    bool is_exported = false;
+    bool is_callable = false;
+    bool is_constant = false;
+};
+
+/// language.h tells what the captures mean.
+struct Captures {
+    std::vector<CapturedName> names;
+    std::unordered_map<NodeId, CapturedNode> nodes;
+    std::vector<Bytes> attributes;
+    std::vector<Bytes> comments;
+    std::vector<Bytes> visible;
+    std::vector<Bytes> hidden;
+    std::vector<Bytes> local;
+    std::unordered_set<std::string> exports;
+    bool has_list = false;
+    bool is_module = false;
+    bool is_damaged = false;  ///< whether a part of the text does not parse
+};
+
+/// Parses the text and runs the query of its language over it. Nothing is in order. None when `is_cancelled`, which is
+/// read atomically all the while, becomes other than 0.
+std::optional<Captures> captures_of(std::string_view text, const Language& language, const std::size_t& is_cancelled);
+
+}  // namespace embedded::sources

@@ -1,0 +1,159 @@
+#include "embedded/sources/language.h"
+
+#include "embedded/sources/queries.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+
+extern "C" {
+const TSLanguage* tree_sitter_c();
+const TSLanguage* tree_sitter_cpp();
+const TSLanguage* tree_sitter_go();
+const TSLanguage* tree_sitter_java();
+const TSLanguage* tree_sitter_javascript();
+const TSLanguage* tree_sitter_python();
+const TSLanguage* tree_sitter_rust();
+const TSLanguage* tree_sitter_tsx();
+const TSLanguage* tree_sitter_typescript();
+}
+
+namespace embedded::sources {
+
+namespace {
+
+using std::string_view;
+
+constexpr std::array C_QUERIES{queries::C};
+constexpr std::array CPP_QUERIES{queries::C, queries::CPP};
+constexpr std::array GO_QUERIES{queries::GO};
+constexpr std::array JAVA_QUERIES{queries::JAVA};
+constexpr std::array JAVASCRIPT_QUERIES{queries::JAVASCRIPT};
+constexpr std::array PYTHON_QUERIES{queries::PYTHON};
+constexpr std::array RUST_QUERIES{queries::RUST};
+constexpr std::array TYPESCRIPT_QUERIES{queries::TYPESCRIPT};
+
+constexpr std::array<string_view, 1> BLOCKS{"/**"};
+constexpr std::array<string_view, 2> BLOCKS_AND_LINES{"/**", "///"};
+constexpr std::array<string_view, 1> ANY_COMMENT{"/"};
+
+enum Place : std::size_t { C, CPP, GO, JAVA, JAVASCRIPT, PYTHON, RUST, TYPESCRIPT, TSX, COUNT };
+
+constexpr std::array<Language, COUNT> LANGUAGES{{
+    {"c", tree_sitter_c, C_QUERIES, Unmarked::PUBLIC, ANY_COMMENT, false},
+    {"cpp", tree_sitter_cpp, CPP_QUERIES, Unmarked::PUBLIC, ANY_COMMENT, false},
+    {"go", tree_sitter_go, GO_QUERIES, Unmarked::PUBLIC_IF_CAPITALIZED, ANY_COMMENT, false},
+    {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, BLOCKS, false},
+    {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true},
+    {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, {}, true},
+    {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, BLOCKS_AND_LINES, false},
+    {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true},
+    {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true},
+}};
+
+struct Spelling {
+    string_view text;
+    Place language;
+};
+
+// Where two dialects share a name, the extension decides; a header of C is read as C++, which it nearly always is too.
+constexpr auto EXTENSIONS = std::to_array<Spelling>({
+    {"c", C},
+    {"h", CPP},
+    {"cc", CPP},
+    {"cpp", CPP},
+    {"cxx", CPP},
+    {"hpp", CPP},
+    {"hh", CPP},
+    {"hxx", CPP},
+    {"go", GO},
+    {"java", JAVA},
+    {"py", PYTHON},
+    {"pyi", PYTHON},
+    {"rs", RUST},
+    {"js", JAVASCRIPT},
+    {"jsx", JAVASCRIPT},
+    {"mjs", JAVASCRIPT},
+    {"cjs", JAVASCRIPT},
+    {"ts", TYPESCRIPT},
+    {"mts", TYPESCRIPT},
+    {"cts", TYPESCRIPT},
+    {"tsx", TSX},
+});
+constexpr auto NAMES = std::to_array<Spelling>({
+    {"c", C},
+    {"cpp", CPP},
+    {"c++", CPP},
+    {"go", GO},
+    {"java", JAVA},
+    {"javascript", JAVASCRIPT},
+    {"javascriptreact", JAVASCRIPT},
+    {"python", PYTHON},
+    {"rust", RUST},
+    {"typescript", TSX},
+    {"typescriptreact", TSX},
+});
+
+const Language* find(string_view text, const auto& spellings) {
+    const auto* const found =
+        std::ranges::find_if(spellings, [text](const Spelling& spelling) { return spelling.text == text; });
+    return found == spellings.end() ? nullptr : &LANGUAGES.at(found->language);
+}
+
+string_view extension_of(string_view path) {
+    const string_view file = path.substr(path.rfind('/') + 1);
+    const std::size_t dot = file.rfind('.');
+    return dot == string_view::npos ? string_view() : file.substr(dot + 1);
+}
+
+struct QueryDeleter {
+    void operator()(TSQuery* query) const { ts_query_delete(query); }
+};
+using Query = std::unique_ptr<TSQuery, QueryDeleter>;
+
+Query compiled(const Language& language) {
+    std::string text;
+    for (const string_view query : language.queries) {
+        text += query;
+    }
+    std::uint32_t offset = 0;
+    TSQueryError error = TSQueryErrorNone;
+    Query query(
+        ts_query_new(language.grammar(), text.data(), static_cast<std::uint32_t>(text.size()), &offset, &error));
+    if (query == nullptr) {
+        throw std::logic_error("the query of " + std::string(language.name) +
+                               " does not fit its grammar: " + text.substr(offset, text.find('\n', offset) - offset));
+    }
+    return query;
+}
+
+}  // namespace
+
+const Language* language_of(string_view stated, string_view path) {
+    const Language* const by_extension = find(extension_of(path), EXTENSIONS);
+    const Language* const by_name = find(stated, NAMES);
+    const bool is_a_dialect =
+        by_extension != nullptr && by_name != nullptr && std::ranges::equal(by_extension->queries, by_name->queries);
+    return by_name == nullptr || is_a_dialect ? by_extension : by_name;
+}
+
+std::span<const Language> languages() {
+    return LANGUAGES;
+}
+
+const TSQuery* query_of(const Language& language) {
+    struct Slot {
+        std::once_flag once;
+        Query query;
+    };
+    static std::array<Slot, COUNT> slots;  // each is filled when it is first asked for: compiling takes its time
+    Slot& slot = slots.at(static_cast<std::size_t>(&language - LANGUAGES.data()));
+    std::call_once(slot.once, [&] { slot.query = compiled(language); });
+    return slot.query.get();
+}
+
+}  // namespace embedded::sources

@@ -1,0 +1,65 @@
+// The languages whose sources are understood, as data: a grammar, a query, and what a name without a mark is.
+//
+// A query (queries/*.scm) says by which nodes of a language's syntax trees something is stated. Its captures mean:
+//
+//     @declaration   a declaration, wherever it stands; in the same match @name is its name
+//     @variable      the same, but inside of a @local body it is nobody's business
+//     @namespace     this declaration is a scope: what it holds is public if it is public itself
+//     @wrapper       a node around a declaration that belongs to it, such as its `export`
+//     @attribute     a node above a declaration that belongs to it, such as a decorator
+//     @of            a declaration that is captured elsewhere, of which this match states more
+//     @body          where its body begins; the signature ends before it
+//     @value         what it is set to
+//     @callable      a declaration that holds something which can be called; like @of
+//     @constant      a declaration whose value stays; like @of
+//     @docstring     a string that documents the declaration from inside
+//     @comment       a comment; one that ends right above a declaration may document it
+//     @exported      a declaration, or a wrapper of one, that is marked as public
+//     @export        a name that is listed as public
+//     @list          the list of public names, where a file has one
+//     @module        what makes the file a module, whose names are its own unless they are exported
+//     @visible       a region whose declarations are public
+//     @hidden        a region, or a single declaration, that is not
+//     @local         the body of a function
+//
+// Other captures serve the predicate #eq?, the only one there is.
+#pragma once
+
+#include <tree_sitter/api.h>
+
+#include <span>
+#include <string_view>
+
+namespace embedded::sources {
+
+/// What a declaration at the top of a file is that nothing marks, lists or hides.
+enum class Unmarked {
+    PRIVATE,
+    PUBLIC,
+    PUBLIC_OUTSIDE_MODULES,  ///< private in a module; a file that is none shares all its names
+    PUBLIC_IF_CAPITALIZED,
+};
+
+struct Language {
+    std::string_view name;
+    const TSLanguage* (*grammar)();
+    std::span<const std::string_view> queries;  ///< read one after the other as one
+    Unmarked unmarked;
+    /// How a comment begins that documents the declaration right below it; where there are none, only docstrings do.
+    std::span<const std::string_view> documentation_marks;
+    /// Whether a declaration says for the next one of its name, too, what it is: the first of several overloads, or the
+    /// accessor that reads a property.
+    bool has_versions;
+};
+
+/// The language of a file by what the index says of it (in lower case, may be empty) and by its path; null for one that
+/// is not understood.
+const Language* language_of(std::string_view stated, std::string_view path);
+
+/// All languages, each once.
+std::span<const Language> languages();
+
+/// The compiled query of a language. Lives as long as the program; safe to ask for and to use on several threads.
+const TSQuery* query_of(const Language& language);
+
+}  // namespace embedded::sources

@@ -1,0 +1,226 @@
+#include "embedded/sources/outline.h"
+
+#include "embedded/ascii.h"
+#include "embedded/blanks.h"
+#include "embedded/sources/captures.h"
+#include "embedded/sources/prose.h"
+#include "embedded/sources/regions.h"
+#include "embedded/sources/surroundings.h"
+#include "embedded/utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace embedded::sources {
+
+namespace {
+
+using std::string_view;
+
+constexpr string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
+// What stands between a signature and what follows it.
+string_view without_link(string_view signature) {
+    constexpr std::array<string_view, 5> LINKS{"=>", "=", ":", "{", ";"};
+    signature = trimmed(signature);
+    for (const string_view link : LINKS) {
+        if (signature.ends_with(link)) {
+            return signature.substr(0, signature.size() - link.size());
+        }
+    }
+    return signature;
+}
+
+// Reads the captures of one text as its outline.
+class OutlineReader {
+  public:
+    OutlineReader(string_view text, const Language& language, Captures captures)
+        : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
+          surroundings_(surroundings_of(nodes_)), attributes_(std::move(captures.attributes)),
+          comments_(std::move(captures.comments)), visible_(std::move(captures.visible)),
+          hidden_(std::move(captures.hidden)),
+          local_(std::move(captures.local)), public_names_{.are_all_unless_listed =
+                                                               captures.is_damaged || !are_listed(captures),
+                                                           .listed = std::move(captures.exports)} {
+        std::ranges::sort(names_, {}, &CapturedName::name);
+        for (std::size_t end = text.find('\n'); end != string_view::npos; end = text.find('\n', end + 1)) {
+            line_ends_.push_back(static_cast<std::uint32_t>(end));
+        }
+    }
+
+    Outline outline() {
+        Outline outline{
+            .declarations = {}, .public_names = public_names_, .line_count = line_of(last_byte(text_.size()))};
+        const CapturedName* before = nullptr;
+        for (const CapturedName& name : names_) {
+            const bool is_again = before != nullptr && before->name == name.name;  // by another match
+            if (!is_again && !(name.is_variable && local_.contain(name.name.begin))) {
+                add_declaration(name, outline.declarations);
+            }
+            before = &name;
+        }
+        return outline;
+    }
+
+  private:
+    [[nodiscard]] bool are_listed(const Captures& captures) const {
+        return captures.has_list || language_.unmarked == Unmarked::PRIVATE ||
+               (language_.unmarked == Unmarked::PUBLIC_OUTSIDE_MODULES && captures.is_module);
+    }
+
+    [[nodiscard]] string_view part(Bytes bytes) const { return text_.substr(bytes.begin, bytes.end - bytes.begin); }
+
+    static std::uint32_t last_byte(std::size_t end) {
+        return static_cast<std::uint32_t>(std::max<std::size_t>(end, 1) - 1);
+    }
+
+    [[nodiscard]] std::int32_t line_of(std::uint32_t offset) const {
+        return static_cast<std::int32_t>(std::ranges::lower_bound(line_ends_, offset) - line_ends_.begin()) + 1;
+    }
+
+    // What stands before the byte on its line.
+    [[nodiscard]] string_view line_before(std::uint32_t offset) const {
+        const auto line = std::ranges::lower_bound(line_ends_, offset);
+        const std::uint32_t begin = line == line_ends_.begin() ? 0 : *std::prev(line) + 1;
+        return part({begin, offset});
+    }
+
+    void add_declaration(const CapturedName& name, std::vector<SourceDeclaration>& declarations) {
+        const CapturedNode& node = nodes_.at(name.node);
+        const Surroundings& around = surroundings_.at(name.node);
+        const Bytes whole = {with_attributes(around.whole.begin), around.whole.end};
+        const bool is_public = this->is_public(name, around);
+        if (node.is_namespace && is_public) {
+            public_namespaces_.insert(name.node);
+        }
+        SourceDeclaration declaration{
+            .name = std::string(part(name.name)),
+            .position = {static_cast<std::int32_t>(name.row) + 1,
+                         static_cast<std::int32_t>(utf16_units(line_before(name.name.begin)))},
+            .first_line = line_of(whole.begin),
+            .last_line = line_of(last_byte(whole.end)),
+            .is_public = is_public,
+            .is_callable = node.is_callable,
+            .is_constant = node.is_constant,
+            .signature = signature(node, whole),
+            .documentation = documentation(node, whole.begin),
+        };
+        const bool is_version = language_.has_versions && !declarations.empty() &&
+                                declarations.back().name == declaration.name && follows_the_last(whole.begin);
+        if (is_version && declaration.documentation.empty()) {
+            declaration.documentation = declarations.back().documentation;
+        }
+        declarations.push_back(std::move(declaration));
+        last_end_ = whole.end;
+    }
+
+    // Whether nothing stands between the last declaration and what begins here.
+    [[nodiscard]] bool follows_the_last(std::uint32_t begin) const {
+        return last_end_ <= begin && part({last_end_, begin}).find_first_not_of(" \t\r\n;") == string_view::npos;
+    }
+
+    // Where the attributes above a declaration begin, or else it itself.
+    [[nodiscard]] std::uint32_t with_attributes(std::uint32_t begin) const {
+        const Bytes* above = attributes_.last_before(begin);
+        while (above != nullptr && trimmed(part({above->end, begin})).empty()) {
+            begin = above->begin;
+            above = attributes_.last_before(begin);
+        }
+        return begin;
+    }
+
+    [[nodiscard]] bool is_public(const CapturedName& name, const Surroundings& around) const {
+        const bool is_enclosed = around.enclosing != nullptr;
+        if (hidden_.contain(name.name.begin) || (is_enclosed && !public_namespaces_.contains(around.enclosing))) {
+            return false;
+        }
+        if (around.is_exported || visible_.contain(name.name.begin)) {
+            return true;
+        }
+        const string_view text = part(name.name);
+        if (language_.unmarked == Unmarked::PUBLIC_IF_CAPITALIZED) {
+            return 'A' <= text.front() && text.front() <= 'Z';
+        }
+        return !is_enclosed && public_names_.contains(std::string(text));
+    }
+
+    [[nodiscard]] std::string signature(const CapturedNode& node, Bytes whole) const {
+        constexpr std::uint32_t LONGEST_VALUE = 160;  // bytes that are still worth a look
+        if (node.body) {
+            whole.end = std::min(whole.end, *node.body);
+        } else if (node.value && (node.value->end - node.value->begin > LONGEST_VALUE ||
+                                  part(*node.value).find('\n') != string_view::npos)) {
+            whole.end = std::min(whole.end, node.value->begin);
+        }
+        const string_view before = line_before(whole.begin);
+        return dedented(without_link(part(whole)), trimmed(before).empty() ? before.size() : 0);
+    }
+
+    [[nodiscard]] std::string documentation(const CapturedNode& node, std::uint32_t begin) const {
+        if (node.docstring) {
+            return prose_of_docstring(part(*node.docstring));
+        }
+        std::string comments;
+        const Bytes* comment = comments_.last_before(begin);
+        while (comment != nullptr && stands_right_above(*comment, begin)) {
+            const string_view text = trimmed(part(*comment));
+            const bool is_block = text.starts_with("/*");
+            const bool is_documentation = starts_with_any(text, language_.documentation_marks);
+            if (!comments.empty() && (is_block || !is_documentation)) {
+                break;
+            }
+            if (is_documentation) {
+                comments = std::string(text) + "\n" + comments;
+            }
+            if (is_documentation && is_block) {
+                break;
+            }
+            begin = comment->begin;
+            comment = comments_.last_before(begin);
+        }
+        return prose_of_comments(comments);
+    }
+
+    // Whether a comment has lines of its own, of which the last is the one above.
+    [[nodiscard]] bool stands_right_above(const Bytes& comment, std::uint32_t begin) const {
+        const string_view text = part(comment);
+        const auto blanks = static_cast<std::uint32_t>(text.size() - trimmed_end(text).size());
+        const string_view gap = part({comment.end - blanks, begin});
+        return trimmed(gap).empty() && std::ranges::count(gap, '\n') <= 1 &&
+               trimmed(line_before(comment.begin)).empty();
+    }
+
+    string_view text_;
+    const Language& language_;
+    std::vector<CapturedName> names_;
+    std::unordered_map<NodeId, CapturedNode> nodes_;
+    std::unordered_map<NodeId, Surroundings> surroundings_;
+    Parts attributes_;
+    Parts comments_;
+    Regions visible_;
+    Regions hidden_;
+    Regions local_;
+    PublicNames public_names_;
+    std::unordered_set<NodeId> public_namespaces_;  // of those that have been read
+    std::vector<std::uint32_t> line_ends_;
+    std::uint32_t last_end_ = 0;  // of the last declaration that has been read
+};
+
+}  // namespace
+
+std::optional<Outline> outline_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
+    if (text.starts_with(BYTE_ORDER_MARK)) {
+        text.remove_prefix(BYTE_ORDER_MARK.size());
+    }
+    if (text.size() > LARGEST_SOURCE || !is_utf8(text)) {
+        return std::nullopt;
+    }
+    std::optional<Captures> captures = captures_of(text, language, is_cancelled);
+    if (!captures) {
+        return std::nullopt;
+    }
+    return OutlineReader(text, language, std::move(*captures)).outline();
+}
+
+}  // namespace embedded::sources

@@ -1,0 +1,62 @@
+// What a source file says of itself: what it declares, where each declaration begins and ends, and what is public.
+#pragma once
+
+#include "embedded/sources/language.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace embedded::sources {
+
+/// Where a name stands in a file.
+struct Position {
+    std::int32_t line = 1;    ///< 1-based
+    std::int32_t column = 0;  ///< 0-based, in UTF-16 code units
+
+    friend auto operator<=>(const Position&, const Position&) = default;
+};
+
+/// What the source says of one declaration. Its lines are 1-based, both inclusive, and take in all that belongs to it
+/// (its decorators, `export`, its body), except for the comment above.
+struct SourceDeclaration {
+    std::string name;
+    Position position;  ///< of the name
+    std::int32_t first_line = 1;
+    std::int32_t last_line = 1;
+    bool is_public = false;     ///< whether the file makes it public, should it stand at the top or in a namespace
+    bool is_callable = false;   ///< whether it is a variable that holds a function
+    bool is_constant = false;   ///< whether it is a variable that is said to stay as it is
+    std::string signature;      ///< its text up to the body, as many lines as that takes, without their common indent
+    std::string documentation;  ///< its doc comment as prose; empty when it has none
+};
+
+/// What is public by name alone, for what is declared in some way that this program does not know.
+struct PublicNames {
+    bool are_all_unless_listed = true;
+    std::unordered_set<std::string> listed;
+
+    [[nodiscard]] bool contains(const std::string& name) const {
+        return are_all_unless_listed || listed.contains(name);
+    }
+};
+
+struct Outline {
+    std::vector<SourceDeclaration> declarations;  ///< by the position of their names, one for each
+    PublicNames public_names;
+    std::int32_t line_count = 0;  ///< at least 1
+};
+
+/// In bytes. People do not write larger files; a tree takes some twenty times as much memory as its text.
+inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
+
+/// Parses the text of a source file. What stands in a damaged part of it is left out. None when the text is not UTF-8,
+/// when it is larger than `LARGEST_SOURCE`, and when `is_cancelled`, which is read atomically all the while, becomes
+/// other than 0. May be called on several threads.
+std::optional<Outline> outline_of(std::string_view text, const Language& language, const std::size_t& is_cancelled);
+
+}  // namespace embedded::sources

@@ -1,0 +1,158 @@
+#include "embedded/sources/prose.h"
+
+#include "embedded/ascii.h"
+#include "embedded/blanks.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <vector>
+
+namespace embedded::sources {
+
+namespace {
+
+using std::string_view;
+
+std::vector<string_view> lines_of(string_view text) {
+    std::vector<string_view> lines;
+    while (true) {
+        const std::size_t end = text.find('\n');
+        lines.push_back(text.substr(0, end));
+        if (end == string_view::npos) {
+            return lines;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+std::size_t indent_of(string_view line) {
+    return std::min(line.find_first_not_of(" \t"), line.size());
+}
+
+std::string joined(const std::vector<string_view>& lines) {
+    std::string text;
+    bool is_apart = false;
+    for (const string_view line : lines) {
+        if (line.empty()) {
+            is_apart = !text.empty();
+            continue;
+        }
+        text.append(text.empty() ? "" : is_apart ? "\n\n" : "\n").append(line);
+        is_apart = false;
+    }
+    return text;
+}
+
+// "/** Adds. */" -> " Adds. ", "/// Adds." -> " Adds."; what stands between the comments of a run is kept.
+string_view without_mark(string_view line) {
+    constexpr std::array<string_view, 7> MARKS{"/**", "/*!", "/*", "///", "//!", "//", "*/"};
+    string_view text = line.substr(indent_of(line));
+    for (const string_view mark : MARKS) {
+        if (text.starts_with(mark) && !(mark == "/**" && text.starts_with("/**/"))) {
+            text.remove_prefix(mark.size());
+            return text;
+        }
+    }
+    if (text.starts_with('*')) {
+        text.remove_prefix(1);
+        return text;
+    }
+    return line;
+}
+
+string_view without_closing_mark(string_view line) {
+    const string_view text = trimmed_end(line);
+    return text.ends_with("*/") ? trimmed_end(text.substr(0, text.find_last_not_of("*/") + 1)) : line;
+}
+
+// A line that opens a block tag: "@param x the first" -> "param"; empty for any other line.
+string_view tag_of(string_view line) {
+    const string_view text = trimmed(line);
+    if (text.size() < 2 || (text.front() != '@' && text.front() != '\\') || lower(text[1]) < 'a' ||
+        lower(text[1]) > 'z') {
+        return {};
+    }
+    return text.substr(1, text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ", 1) - 1);
+}
+
+bool describes(string_view tag) {
+    constexpr std::array<string_view, 7> TAGS{"brief",    "details", "desc",   "description",
+                                              "overview", "remarks", "summary"};
+    return std::ranges::find(TAGS, lowered(tag)) != TAGS.end();
+}
+
+// The lines without block tags and what belongs to these.
+std::vector<string_view> without_tags(const std::vector<string_view>& lines) {
+    std::vector<string_view> kept;
+    bool is_described = true;
+    for (const string_view line : lines) {
+        const string_view tag = tag_of(line);
+        if (tag.empty()) {
+            if (is_described) {
+                kept.push_back(line);
+            }
+            continue;
+        }
+        is_described = describes(tag);
+        if (is_described) {
+            kept.push_back(line.substr(static_cast<std::size_t>(tag.data() + tag.size() - line.data())));
+        }
+    }
+    return kept;
+}
+
+// A mark is followed by one blank, which is no indent.
+string_view without_first_blank(string_view line) {
+    return line.starts_with(' ') ? line.substr(1) : line;
+}
+
+}  // namespace
+
+std::string dedented(string_view text, std::size_t first_indent) {
+    std::vector<string_view> lines = lines_of(text);
+    std::size_t common = std::numeric_limits<std::size_t>::max();
+    for (string_view& line : lines) {
+        line = trimmed_end(line);
+        const bool is_first = &line == &lines.front();
+        if (!line.empty()) {
+            common = std::min(common, indent_of(line) + (is_first ? first_indent : 0));
+        }
+    }
+    for (string_view& line : lines) {
+        const std::size_t missing = &line == &lines.front() ? std::min(common, first_indent) : 0;
+        line.remove_prefix(std::min(common - missing, indent_of(line)));
+    }
+    return joined(lines);
+}
+
+std::string prose_of_comments(string_view comments) {
+    std::vector<string_view> lines = lines_of(comments);
+    for (string_view& line : lines) {
+        line = without_first_blank(without_mark(without_closing_mark(line)));
+    }
+    std::string text;
+    for (const string_view line : without_tags(lines)) {
+        text.append(line).append("\n");
+    }
+    return dedented(text, 0);
+}
+
+std::string prose_of_docstring(string_view literal) {
+    literal.remove_prefix(std::min(literal.find_first_of("\"'"), literal.size()));
+    const bool is_long = literal.starts_with(R"(""")") || literal.starts_with("'''");
+    const std::size_t quotes = is_long ? 3 : 1;
+    if (literal.size() < 2 * quotes) {
+        return {};
+    }
+    literal = literal.substr(quotes, literal.size() - 2 * quotes);
+    // The first line stands behind the quotes: the others tell how far the text is indented.
+    const std::size_t end = std::min(literal.find('\n'), literal.size());
+    const std::string first(trimmed(literal.substr(0, end)));
+    const string_view below = literal.substr(std::min(end + 1, literal.size()));
+    const std::string rest = dedented(below, 0);
+    const bool is_apart = trimmed(below.substr(0, below.find('\n'))).empty();
+    return first + (first.empty() || rest.empty() ? "" : is_apart ? "\n\n" : "\n") + rest;
+}
+
+}  // namespace embedded::sources

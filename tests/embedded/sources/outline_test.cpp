@@ -1,0 +1,190 @@
+// What sources say of their declarations, language by language.
+
+#include "embedded/sources/outline.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace embedded::sources {
+namespace {
+
+Outline outline(const std::string& path, const std::string& text) {
+    static const std::size_t never = 0;
+    return outline_of(text, *language_of("", path), never).value();
+}
+
+// The declarations of a text as "name first-last marks", by position.
+std::string declarations(const std::string& path, const std::string& text) {
+    std::string list;
+    for (const SourceDeclaration& each : outline(path, text).declarations) {
+        list += (list.empty() ? "" : "; ") + each.name + " " + std::to_string(each.first_line) + "-" +
+                std::to_string(each.last_line) + (each.is_public ? " public" : "") +
+                (each.is_callable ? " callable" : "") + (each.is_constant ? " constant" : "");
+    }
+    return list;
+}
+
+SourceDeclaration declaration(const std::string& path, const std::string& text, const std::string& name) {
+    const Outline all = outline(path, text);
+    const auto found = std::ranges::find(all.declarations, name, &SourceDeclaration::name);
+    return found == all.declarations.end() ? SourceDeclaration{} : *found;
+}
+
+TEST(Outline, EveryLanguageHasAQueryThatFitsItsGrammar) {
+    for (const Language& language : languages()) {
+        EXPECT_NE(query_of(language), nullptr) << language.name;
+    }
+    EXPECT_EQ(language_of("typescript", "a.tsx")->name, "tsx");
+    EXPECT_EQ(language_of("cpp", "a.h")->name, "cpp");
+    EXPECT_EQ(language_of("c", "a.cpp")->name, "c");
+    EXPECT_EQ(language_of("", "a.rb"), nullptr);
+}
+
+TEST(Outline, TypeScriptExportsOnTheDeclarationInAListAndByDefault) {
+    EXPECT_EQ(declarations("a.ts", "export function a() {}\nfunction b() { const local = 1 }\nclass C {\n  m() {}\n}\n"
+                                   "interface D {}\nenum E { F }\nexport { b as x }\nexport default C\n"),
+              "a 1-1 public; b 2-2 public; C 3-5 public; m 4-4; D 6-6; E 7-7; F 7-7");
+    EXPECT_EQ(declarations("a.ts", "export { a } from './b'\nconst a = 1"), "a 2-2 constant");
+    EXPECT_EQ(declarations("a.ts", "function a() {}\nexport = a"), "a 1-1 public");
+    EXPECT_EQ(declarations("a.ts", "function global() {}"), "global 1-1 public");
+    EXPECT_EQ(declarations("a.tsx", "export const A = () => <b/>;"), "A 1-1 public callable constant");
+}
+
+TEST(Outline, TypeScriptNamespacesArePublicWithWhatTheyExport) {
+    EXPECT_EQ(declarations(
+                  "a.ts", "import 'b'\nexport namespace N { export const a = 1; let b }\nnamespace M { export let c }"),
+              "N 2-2 public; a 2-2 public constant; b 2-2; M 3-3; c 3-3");
+    EXPECT_EQ(
+        declarations("a.ts", "import 'b'\ndeclare global { interface Error {} }\ndeclare module 'x' { class Y {} }"),
+        "Error 2-2 public; 'x' 3-3 public; Y 3-3 public");
+}
+
+TEST(Outline, TypeScriptVariablesKnowWhatTheyHold) {
+    EXPECT_EQ(
+        declarations("a.ts",
+                     "const f = function () {}, n = 1\nlet g: (a: 1) => 2\nvar h: { (a: 1): 2 }\n"
+                     "const { a, b: c } = o, [d] = p\nclass K { constructor(private e: 1, readonly i: 2, j: 3) {} }\n"
+                     "export { f }"),
+        "f 1-1 public callable constant; n 1-1 constant; g 2-2 callable; h 3-3 callable; a 4-4 constant; "
+        "c 4-4 constant; d 4-4 constant; K 5-5; constructor 5-5; e 5-5; i 5-5");
+}
+
+TEST(Outline, JavaScriptExportsAsItsModulesAndAsCommonJsDo) {
+    EXPECT_EQ(
+        declarations("a.js", "const b = require('b')\nfunction f() {}\nfunction g() {}\nmodule.exports = { f, h: g }"),
+        "b 1-1 constant; f 2-2 public; g 3-3 public");
+    EXPECT_EQ(declarations("a.cjs", "function f() {}\nfunction g() {}\nexports.f = f\nmodule.exports.x = g"),
+              "f 1-1 public; g 2-2 public");
+    EXPECT_EQ(declarations("a.mjs", "export class A { x = 1; m() {} }\nclass B {}"),
+              "A 1-1 public; x 1-1; m 1-1; B 2-2");
+}
+
+TEST(Outline, PythonExportsWhatItListsOrElseItsTopLevel) {
+    const std::string text =
+        "X, Y = 1, 2\n@decorated(\n  1)\ndef f():\n    local = 1\nclass C:\n    a = 1\n    def m(self):\n"
+        "        self.b = (\n            1)\nif X:\n    def g(): pass\n";
+    EXPECT_EQ(declarations("a.py", text), "X 1-1 public; Y 1-1 public; f 2-5 public; C 6-10 public; a 7-7 public; "
+                                          "m 8-10 public; b 9-10 public; g 12-12 public");
+    EXPECT_EQ(declarations("a.py", "__all__ = ['f'] + x\n__all__ += ('g',)\n__all__.append('h')\n"
+                                   "def f(): pass\ndef g(): pass\ndef h(): pass\ndef i(): pass"),
+              "__all__ 1-1; f 4-4 public; g 5-5 public; h 6-6 public; i 7-7");
+}
+
+TEST(Outline, GoExportsCapitals) {
+    EXPECT_EQ(
+        declarations(
+            "a.go",
+            "package p\nfunc F() { x := 1 }\nfunc (t *T) m() {}\ntype (\n\tT struct {\n\t\tA int\n\t}\n\tU int\n)\n"
+            "const C, d = 1, 2\nvar v = func() {}\ntype I interface { M() }"),
+        "F 2-2 public; m 3-3; T 5-7 public; A 6-6 public; U 8-8 public; C 10-10 public constant; d 10-10 constant; "
+        "v 11-11 callable; I 12-12 public; M 12-12 public");
+}
+
+TEST(Outline, RustExportsWhatIsPubAndKeepsAttributes) {
+    EXPECT_EQ(declarations("a.rs",
+                           "#[inline]\n#[must_use]\npub fn f() { let x = 1; }\npub(crate) struct S { a: u8 }\n"
+                           "enum E { V }\ntrait T { fn m(&self); }\nconst C: u8 = 1;\nmacro_rules! m { () => {} }"),
+              "f 1-3 public; S 4-4 public; a 4-4; E 5-5; V 5-5; T 6-6; m 6-6; C 7-7 constant; m 8-8");
+}
+
+TEST(Outline, JavaExportsWhatIsPublic) {
+    EXPECT_EQ(declarations("A.java",
+                           "@Ann\npublic class A {\n  static final int F = 1;\n  A() { int local; }\n  void m() {}\n}\n"
+                           "interface I {}\nrecord R(int x) {}\nenum E { V }"),
+              "A 1-6 public; F 3-3; A 4-4; m 5-5; I 7-7; R 8-8; E 9-9; V 9-9");
+}
+
+TEST(Outline, CAndCppHideWhatIsStaticOrInAnUnnamedNamespace) {
+    EXPECT_EQ(declarations("a.c",
+                           "#define MAX 1\nstatic int f(void) { int local; return 1; }\nchar *g(int a);\n"
+                           "struct s { int *x; };\ntypedef int (*fn)(int);\nconst int t[] = {\n  1 };\nenum e { A };"),
+              "MAX 1-1 public; f 2-2; g 3-3 public; s 4-4 public; x 4-4 public; fn 5-5 public; t 6-7 public constant; "
+              "e 8-8 public; A 8-8 public");
+    EXPECT_EQ(declarations("a.hpp",
+                           "namespace a {\nnamespace { int h() { return 1; } }\ntemplate <class T>\nclass C {\n  C();\n"
+                           "  int& m() const { return x; }\n  T x;\n};\nint C::n() {}\nconstexpr int k = 1;\n}"),
+              "h 2-2; C 3-8 public; C 5-5 public; m 6-6 public; x 7-7 public; n 9-9 public; k 10-10 public constant");
+}
+
+TEST(Outline, ASignatureEndsBeforeTheBodyAndBeforeALongValue) {
+    const auto signature = [](const std::string& path, const std::string& text, const std::string& name) {
+        return declaration(path, text, name).signature;
+    };
+    EXPECT_EQ(signature("a.ts", "class C {\n    m(\n        a: 1,\n    ): void {\n    }\n}", "m"),
+              "m(\n    a: 1,\n): void");
+    EXPECT_EQ(signature("a.ts", "export const f = (a: 1): 2 => { x }", "f"), "export const f = (a: 1): 2");
+    EXPECT_EQ(signature("a.ts", "const n = 1;", "n"), "const n = 1");
+    EXPECT_EQ(signature("a.ts", "const o: { a: 1 } = {\n a: 1 }", "o"), "const o: { a: 1 }");
+    EXPECT_EQ(signature("a.ts", "type U =\n  | 1\n  | 2;", "U"), "type U =\n  | 1\n  | 2");
+    EXPECT_EQ(signature("a.py", "class C(B):\n    x = 1", "C"), "class C(B)");
+    EXPECT_EQ(signature("a.go", "package p\nfunc (t *T) M(a int) (b error) { }", "M"),
+              "func (t *T) M(a int) (b error)");
+    EXPECT_EQ(signature("a.cpp", "C::C(int a) : a_(a) {}", "C"), "C::C(int a)");
+}
+
+TEST(Outline, ADocCommentStandsRightAboveOrInside) {
+    const auto documentation = [](const std::string& path, const std::string& text, const std::string& name) {
+        return declaration(path, text, name).documentation;
+    };
+    EXPECT_EQ(documentation("a.ts", "/** One. */\n// eslint-disable-next-line\nexport const a = 1", "a"), "One.");
+    EXPECT_EQ(documentation("a.ts", "/** Far. */\n\nconst a = 1", "a"), "");
+    EXPECT_EQ(documentation("a.ts", "// No doc comment.\nconst a = 1", "a"), "");
+    EXPECT_EQ(documentation("a.ts", "const b = 1 /** Behind. */\nconst a = 1", "a"), "");
+    EXPECT_EQ(documentation("a.ts", "/** Both. */\nfunction f(): 1\nfunction f(a?: 1) {}", "f"), "Both.");
+    EXPECT_EQ(outline("a.ts", "/** Both. */\nfunction f(): 1;\nfunction f(a?: 1) {}").declarations[1].documentation,
+              "Both.");
+    EXPECT_EQ(
+        outline("a.go", "package p\n// Of A.\nfunc (a A) F() {}\nfunc (b B) F() {}").declarations[1].documentation, "");
+    EXPECT_EQ(documentation("a.py", "def f():\n    r\"\"\"Does.\n\n    And more:\n\n        code\n    \"\"\"", "f"),
+              "Does.\n\nAnd more:\n\n    code");
+    EXPECT_EQ(documentation("a.rs", "/// Does.\n///\n/// More.\n#[test]\nfn f() {}", "f"), "Does.\n\nMore.");
+    EXPECT_EQ(documentation("a.c", "/*\n * Does\n * it.\n */\nint f(void);", "f"), "Does\nit.");
+    EXPECT_EQ(documentation("A.java",
+                            "/**\n * Does. {@code x}\n *   - a\n *\n *\n * Ends.\n * @param a the first\n"
+                            " *   of all\n */\nclass A {}",
+                            "A"),
+              "Does. {@code x}\n  - a\n\nEnds.");
+    EXPECT_EQ(
+        documentation("a.cpp", "/// @brief Does.\n/// @param a is\n/// left out\n/// @details More.\nint f();", "f"),
+        "Does.\nMore.");
+}
+
+TEST(Outline, DamageCostsNoMoreThanItsPart) {
+    EXPECT_EQ(declaration("a.ts", "export function a() {}\n<<<<<<< HEAD\nexport function b() {}\n", "a").first_line, 1);
+    EXPECT_TRUE(outline("a.ts", "export const x = (((").public_names.contains("anything"));
+    EXPECT_FALSE(outline("a.ts", "export const x = 1").public_names.contains("anything"));
+    const std::size_t never = 0;
+    const std::size_t at_once = 1;
+    const Language& language = *language_of("", "a.ts");
+    EXPECT_FALSE(outline_of("a\xFF", language, never));
+    EXPECT_FALSE(outline_of(std::string(LARGEST_SOURCE + 1, ' '), language, never));
+    EXPECT_FALSE(outline_of(std::string(100'000, '('), language, at_once));
+    EXPECT_EQ(outline_of("\xEF\xBB\xBFlet a\r\nlet b\r\n", language, never)->line_count, 2);
+    EXPECT_EQ(outline("a.py", "").line_count, 1);
+}
+
+}  // namespace
+}  // namespace embedded::sources
