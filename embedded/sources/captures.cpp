@@ -83,40 +83,52 @@ class Match {
     std::span<const TSQueryCapture> captures_;
 };
 
-// Adds what a match says.
-void add(const Match& match, string_view text, Captures& captures) {
-    CapturedNode* subject = nullptr;  // what the match is about
-    NodeId subject_id = nullptr;
-    bool is_variable = false;
+// Adds what a match says of the node that it is about; returns that node, if it is about one.
+std::optional<NodeId> add_subject(const Match& match, Captures& captures) {
+    std::optional<NodeId> subject;
     match.for_each_capture([&](string_view name, const TSNode& node) {
         constexpr std::array<string_view, 8> SUBJECTS{"declaration", "variable", "namespace", "wrapper",
                                                       "of",          "callable", "constant",  "exported"};
         if (std::ranges::find(SUBJECTS, name) == SUBJECTS.end()) {
             return;
         }
-        subject_id = node.id;
-        subject = &captures.nodes[node.id];
-        subject->bytes = bytes_of(node);
-        is_variable = is_variable || name == "variable";
-        subject->is_declaration = subject->is_declaration || name == "declaration" || name == "variable";
-        subject->is_namespace = subject->is_namespace || name == "namespace";
-        subject->is_wrapper = subject->is_wrapper || name == "wrapper";
-        subject->is_callable = subject->is_callable || name == "callable";
-        subject->is_constant = subject->is_constant || name == "constant";
-        subject->is_exported = subject->is_exported || name == "exported";
+        subject = node.id;
+        CapturedNode& captured = captures.nodes[node.id];
+        captured.bytes = bytes_of(node);
+        captured.is_variable = captured.is_variable || name == "variable";
+        captured.is_declaration = captured.is_declaration || name == "declaration" || name == "variable";
+        captured.is_namespace = captured.is_namespace || name == "namespace";
+        captured.is_wrapper = captured.is_wrapper || name == "wrapper";
+        captured.is_callable = captured.is_callable || name == "callable";
+        captured.is_constant = captured.is_constant || name == "constant";
+        captured.is_exported = captured.is_exported || name == "exported";
     });
+    return subject;
+}
+
+// Adds the parts that a match names of its subject.
+void add_parts(const Match& match, NodeId id, Captures& captures) {
+    CapturedNode& subject = captures.nodes[id];
     match.for_each_capture([&](string_view name, const TSNode& node) {
         const Bytes bytes = bytes_of(node);
-        if (name == "name" && subject != nullptr) {
+        if (name == "name") {
             const auto [row, column] = ts_node_start_point(node);
-            captures.names.push_back({bytes, row, column, subject_id, is_variable});
-        } else if (name == "body" && subject != nullptr) {
-            subject->body = std::min(bytes.begin, subject->body.value_or(bytes.begin));
-        } else if (name == "value" && subject != nullptr) {
-            subject->value = bytes;
-        } else if (name == "docstring" && subject != nullptr) {
-            subject->docstring = bytes;
-        } else if (name == "attribute") {
+            captures.names.push_back({bytes, row, column, id});
+        } else if (name == "body") {
+            subject.body = std::min(bytes.begin, subject.body.value_or(bytes.begin));
+        } else if (name == "value") {
+            subject.value = bytes;
+        } else if (name == "docstring") {
+            subject.docstring = bytes;
+        }
+    });
+}
+
+// Adds what a match says of the text as a whole.
+void add_surroundings(const Match& match, string_view text, Captures& captures) {
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const Bytes bytes = bytes_of(node);
+        if (name == "attribute") {
             captures.attributes.push_back(bytes);
         } else if (name == "comment") {
             captures.comments.push_back(bytes);
@@ -151,7 +163,10 @@ std::optional<Captures> captures_of(string_view text, const Language& language, 
     ts_query_cursor_exec(cursor.get(), query, root);
     for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {
         if (const Match match(text, query, found); match.holds()) {
-            add(match, text, captures);
+            if (const std::optional<NodeId> subject = add_subject(match, captures)) {
+                add_parts(match, *subject, captures);
+            }
+            add_surroundings(match, text, captures);
         }
     }
     return captures;

@@ -19,6 +19,7 @@ struct Bytes {
     std::uint32_t begin = 0;
     std::uint32_t end = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
     friend auto operator<=>(const Bytes&, const Bytes&) = default;
 };
 
@@ -30,7 +31,6 @@ struct CapturedName {
     std::uint32_t row = 0;     ///< 0-based
     std::uint32_t column = 0;  ///< 0-based, in bytes
     NodeId node = nullptr;     ///< the declaration
-    bool is_variable = false;
 };
 
 /// What matches say of one node, all of them together.
@@ -40,6 +40,7 @@ struct CapturedNode {
     std::optional<Bytes> value;
     std::optional<Bytes> docstring;
     bool is_declaration = false;
+    bool is_variable = false;
     bool is_namespace = false;
     bool is_wrapper = false;
     bool is_exported = false;

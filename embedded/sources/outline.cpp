@@ -35,7 +35,7 @@ string_view without_link(string_view signature) {
 // Reads the captures of one text as its outline.
 class OutlineReader {
   public:
-    OutlineReader(string_view text, const Language& language, Captures captures)
+    OutlineReader(string_view text, const Language& language, Captures&& captures)
         : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
           surroundings_(surroundings_of(nodes_)), attributes_(std::move(captures.attributes)),
           comments_(std::move(captures.comments)), visible_(std::move(captures.visible)),
@@ -55,7 +55,7 @@ class OutlineReader {
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
-            if (!is_again && !(name.is_variable && local_.contain(name.name.begin))) {
+            if (!is_again && !(nodes_.at(name.node).is_variable && local_.contain(name.name.begin))) {
                 add_declaration(name, outline.declarations);
             }
             before = &name;
@@ -171,7 +171,7 @@ class OutlineReader {
                 break;
             }
             if (is_documentation) {
-                comments = std::string(text) + "\n" + comments;
+                comments.insert(0, "\n").insert(0, text);
             }
             if (is_documentation && is_block) {
                 break;

@@ -18,6 +18,7 @@ struct Position {
     std::int32_t line = 1;    ///< 1-based
     std::int32_t column = 0;  ///< 0-based, in UTF-16 code units
 
+    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
     friend auto operator<=>(const Position&, const Position&) = default;
 };
 
