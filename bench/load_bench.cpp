@@ -97,7 +97,7 @@ class IndexWriter {
     }
 
     const Connection& connection_;
-    Statement file_{connection_, "INSERT INTO files VALUES(?1, ?2, 'typescript')"};
+    Statement file_{connection_, "INSERT INTO files(id, path, language) VALUES(?1, ?2, 'typescript')"};
     wiki::scope::OrderedMap<Text, std::int64_t> file_ids_;
 };
 
@@ -262,12 +262,16 @@ void print_import(const TemporaryFolder& folder, const std::string& scip) {
     std::ifstream file(scip, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     const std::string index = folder / "imported.db";
-    const embedded::scip::ImportCounts counts = embedded::scip::import_scip(scip, index, {});
+    const embedded::scip::ImportReport counts = embedded::scip::import_scip({scip, index, std::nullopt}, {});
     const std::vector<Table> tables = tables_of(index);
 
     Medians medians;
     medians.add(
-        "import", [&] { embedded::scip::import_scip(scip, index, {}); }, REPETITIONS);
+        "import",
+        [&] {
+            embedded::scip::import_scip({scip, index, std::nullopt}, {});
+        },
+        REPETITIONS);
     medians.add(
         "walk", [&] { walk(bytes); }, REPETITIONS);
     medians.add(

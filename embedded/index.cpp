@@ -17,7 +17,8 @@ constexpr const char* TABLES = R"sql(
     CREATE TABLE files(
         id INTEGER PRIMARY KEY,
         path TEXT UNIQUE NOT NULL,
-        language TEXT                       -- NULL when unknown
+        language TEXT,                      -- NULL when unknown
+        content_hash INTEGER                -- of the source that was read; NULL when none was
     );
     CREATE TABLE languages(
         name TEXT PRIMARY KEY,
@@ -32,6 +33,11 @@ constexpr const char* TABLES = R"sql(
         is_export INTEGER,
         start_line INTEGER,                 -- 1-based, inclusive
         end_line INTEGER                    -- 1-based, inclusive
+    );
+    CREATE TABLE descriptions(              -- of those declarations of which something is known
+        symbol_id INTEGER PRIMARY KEY,
+        signature TEXT NOT NULL,            -- up to the body
+        documentation TEXT NOT NULL         -- the doc comment as prose
     );
     CREATE TABLE edges(                     -- one row per source file, target and resolution
         source_file_id INTEGER,

@@ -2,26 +2,31 @@
 
 #include "embedded/scip/contents.h"
 #include "embedded/scip/declarations.h"
+#include "embedded/scip/references.h"
+#include "embedded/scip/rows.h"
 #include "embedded/scip/symbol.h"
 #include "fuzz/promise.h"
+#include "tests/embedded/temporary_folder.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using namespace embedded::scip;
+using embedded::TextSpool;
 using fuzz::promise;
+
+constexpr int KINDS = 11;
 
 // A file in memory, which has a path like any other.
 class MemoryFile {
@@ -45,7 +50,7 @@ std::string escaped(std::string_view name) {
     return escaped + '`';
 }
 
-std::string written(const Descriptor& descriptor) {
+std::string spelled(const Descriptor& descriptor) {
     const std::string name = escaped(descriptor.name);
     switch (descriptor.suffix) {
     case Suffix::NAMESPACE:
@@ -69,54 +74,93 @@ std::string written(const Descriptor& descriptor) {
 }
 
 void check_symbol(std::string_view symbol) {
-    if (const auto descriptors = parse_symbol(symbol)) {
+    if (const auto parts = parse_symbol(symbol)) {
         std::string again = "scheme manager package version ";
-        for (const Descriptor& descriptor : *descriptors) {
-            again += written(descriptor);
+        for (const Descriptor& descriptor : parts->descriptors) {
+            again += spelled(descriptor);
         }
-        promise(parse_symbol(again) == descriptors, "descriptors that are written out parse to the same");
+        const auto parsed = parse_symbol(again);
+        promise(parsed && parsed->descriptors == parts->descriptors,
+                "descriptors that are written out parse to the same");
+        promise(parts->head.size() <= parts->scope.size() && parts->scope.size() < symbol.size(),
+                "the head of a symbol ends before its scope does, and that before the symbol");
     }
 }
 
 void check_declaration(std::string_view symbol, const Description& description) {
-    constexpr std::array<std::string_view, 11> KINDS{"class",     "struct",   "interface", "enum",
-                                                     "type",      "function", "method",    "constructor",
-                                                     "attribute", "constant", "variable"};
-    const auto descriptors = parse_symbol(symbol);
-    promise(descriptors && !descriptors->empty(), "a symbol with a number has descriptors");
-    if (const auto declaration = declaration_of(*descriptors, description)) {
-        promise(!declaration->name.empty() && !declaration->fqn.empty(), "a declaration has names");
-        promise(std::ranges::find(KINDS, declaration->kind) != KINDS.end(), "a declaration has a known kind");
+    const auto parts = parse_symbol(symbol);
+    promise(parts && !parts->descriptors.empty(), "a symbol with a number has descriptors");
+    if (is_declaration(parts->descriptors.back(), description.kind)) {
+        promise(!name_of(parts->descriptors, description).empty() && !fqn_of(parts->descriptors).empty(),
+                "a declaration has names");
+        promise(rank_of_kind(kind_of(parts->descriptors, description, {})) < KINDS, "a declaration has a known kind");
     }
 }
 
-void check_file(const FileContents& file, SymbolTable& symbols) {
-    promise(file.documents > 0, "a file has documents");
-    for (const auto& [symbol, lines] : file.definitions) {
-        const auto description = file.descriptions.find(symbol);
-        check_declaration(symbols.symbol(symbol),
-                          description == file.descriptions.end() ? Description() : description->second);
-        promise(!lines || (1 <= lines->first && lines->first <= lines->last && count_of(lines) > 0),
-                "the lines of a definition are lines of a file");
+void check_rows(const FileRows& rows, TextSpool& spool) {
+    for (const Row& row : rows.rows) {
+        promise(1 <= row.lines.first && row.lines.first <= row.lines.last, "a declaration has lines of a file");
+        promise(spool.read(row.signature).size() == row.signature.size, "a text comes back from the spool");
     }
-    for (const auto& [symbol, references] : file.references) {
+    for (const DeclaredSymbol& declared : rows.declared) {
+        promise(declared.row < rows.rows.size(), "a symbol that is declared leads to a row");
+    }
+}
+
+void check_file(const FileContents& file, const Contents& contents) {
+    promise(file.documents > 0, "a file has documents");
+    for (const Definition& definition : file.definitions) {
+        const auto description = file.descriptions.find(definition.symbol);
+        check_declaration(contents.symbols.symbol(definition.symbol),
+                          description == file.descriptions.end() ? Description() : description->second);
+    }
+    for (const auto& [names, references] : file.references) {
         promise(references > 0, "a reference is counted");
-        promise(symbols.number(symbols.symbol(symbol)) == symbol, "a symbol keeps its number");
+        const auto symbols = contents.tokens.symbols(names);
+        promise(!symbols.empty() && symbols.front() != LOCAL_SYMBOL && std::ranges::is_sorted(symbols),
+                "a token names symbols, in order, and not local ones alone");
+    }
+}
+
+void check_references(const Contents& contents, const std::vector<FileRows>& rows) {
+    const References references(contents, rows);
+    std::uint32_t place = 0;
+    for (const auto& [path, file] : contents.files) {
+        std::int64_t counted = 0;
+        for (const auto& [names, count] : file.references) {
+            counted += count * static_cast<std::int64_t>(contents.tokens.symbols(names).size());
+        }
+        for (const Edge& edge : references.of(place++, file).edges) {
+            promise(edge.target.file < rows.size() && edge.target.row < rows[edge.target.file].rows.size(),
+                    "an edge leads to a row");
+            counted -= edge.references;
+        }
+        promise(counted >= 0, "no token is counted more than once for each of its symbols");
     }
 }
 
 void check_scip(const std::string& path) {
     try {
+        static const embedded::TemporaryFolder folder;
+        TextSpool spool(folder / "texts");
         ScipFile scip(path, [] {});
-        std::size_t read = 0;
-        Contents contents = read_contents(scip, [&] { ++read; });
-        promise(read == scip.document_count(), "every document is read once");
-        std::size_t of_files = 0;
+        std::int64_t read = 0;
+        std::size_t begun = 0;
+        const ContentsListener listener{.new_file = [&](auto&, auto&) { ++begun; }, .after_document = [&] { ++read; }};
+        const Contents contents = read_contents(scip, spool, listener);
+        promise(std::cmp_equal(read, scip.document_count()), "every document is read once");
+        promise(begun == contents.files.size(), "every file begins once");
+        std::int64_t documents = contents.unusable_documents;
+        const Homes homes(contents);
+        std::vector<FileRows> rows;
         for (const auto& [name, file] : contents.files) {
-            of_files += file.documents;
-            check_file(file, contents.symbols);
+            documents += static_cast<std::int64_t>(file.documents);
+            check_file(file, contents);
+            rows.push_back(rows_of(name, file, contents, homes, nullptr));
+            check_rows(rows.back(), spool);
         }
-        promise(of_files + contents.unusable_documents == read, "a document belongs to a file or is unusable");
+        promise(documents == read, "a document belongs to a file or is unusable");
+        check_references(contents, rows);
     } catch (const std::runtime_error& error) {
         const std::string_view said = error.what();
         promise(said.starts_with(path + ": "), "a failure names the file");

@@ -28,7 +28,7 @@ namespace {
 
 using namespace embedded;
 using fuzz::promise;
-using scip::ImportCounts;
+using scip::ImportReport;
 
 struct RowPromise {
     std::string_view text;
@@ -44,10 +44,13 @@ constexpr auto ROW_PROMISES = std::to_array<RowPromise>({
     {"edges stand by source, target and resolution",
      "SELECT 1 FROM (SELECT rowid AS id, row_number() OVER (ORDER BY source_file_id, target_id, resolution) AS place "
      "FROM edges) WHERE id <> place"},
-    {"a file has one edge to a target", "SELECT 1 FROM edges GROUP BY source_file_id, target_id HAVING count(*) > 1"},
-    {"an edge is local just when it stays in its file",
+    {"a file has one edge of a resolution to a target",
+     "SELECT 1 FROM edges GROUP BY source_file_id, target_id, resolution HAVING count(*) > 1"},
+    {"an edge that is not ambiguous is local just when it stays in its file",
      "SELECT 1 FROM edges JOIN symbols ON symbols.id = target_id "
-     "WHERE resolution <> iif(file_id = source_file_id, 'local', 'import')"},
+     "WHERE resolution NOT IN ('ambiguous', iif(file_id = source_file_id, 'local', 'import'))"},
+    {"a description is of a declaration and says something",
+     "SELECT 1 FROM descriptions WHERE symbol_id NOT IN (SELECT id FROM symbols) OR signature || documentation = ''"},
     {"an edge stands for references", "SELECT 1 FROM edges WHERE refs < 1"},
     {"an edge leads from a file to a declaration",
      "SELECT 1 FROM edges "
@@ -61,12 +64,12 @@ constexpr auto ROW_PROMISES = std::to_array<RowPromise>({
 class Workshop {
   public:
     // Imports the input; none when it is refused.
-    [[nodiscard]] std::optional<ImportCounts> import() const {
+    [[nodiscard]] std::optional<ImportReport> import() const {
         const auto check_progress = [](std::int64_t done, std::int64_t total) {
             promise(0 <= done && done <= total && total > 0, "the steps that are done are some of all");
         };
         try {
-            return scip::import_scip(folder_ / "in.scip", index_, check_progress);
+            return scip::import_scip({folder_ / "in.scip", index_, folder_ / "checkout"}, check_progress);
         } catch (const std::runtime_error& error) {
             const std::string_view said = error.what();
             promise(said.starts_with(folder_ / "in.scip" + ": "), "a failure names the file");
@@ -112,7 +115,7 @@ std::vector<std::string> all_paths(const Connection& index) {
     return paths;
 }
 
-void check_page(const Workshop& workshop, const ImportCounts& counts) {
+void check_page(const Workshop& workshop, const ImportReport& counts) {
     storage::Database db(workshop.open());
     const Checkout checkout = workshop.checkout();
     const Page page = load_page(db, checkout, all_paths(db.connection()));
@@ -129,7 +132,7 @@ void check_page(const Workshop& workshop, const ImportCounts& counts) {
     promise(nlohmann::json::accept(json.str()), "a page as JSON is JSON");
 }
 
-void check_accepted(const Workshop& workshop, const ImportCounts& counts) {
+void check_accepted(const Workshop& workshop, const ImportReport& counts) {
     check_rows(workshop.open());
     check_page(workshop, counts);
     const std::string bytes = workshop.index_bytes();
@@ -158,7 +161,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const Workshop workshop;
     static const std::string old_index = make_old_index(workshop);
     workshop.put_input(std::string(data, data + size));
-    if (const std::optional<ImportCounts> counts = workshop.import()) {
+    if (const std::optional<ImportReport> counts = workshop.import()) {
         check_accepted(workshop, *counts);
     } else {
         check_refused(workshop, old_index);

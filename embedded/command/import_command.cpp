@@ -1,9 +1,9 @@
 #include "embedded/command/import_command.h"
 
+#include "embedded/command/closing_words.h"
 #include "embedded/command/file_option.h"
 #include "embedded/command/interruption.h"
 #include "embedded/command/standard_output.h"
-#include "embedded/counted.h"
 #include "embedded/scip/import.h"
 
 #include <CLI/CLI.hpp>
@@ -12,6 +12,7 @@
 
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace embedded {
@@ -21,6 +22,7 @@ namespace {
 struct ImportArguments {
     std::string scip;
     std::string index;
+    std::string checkout;  // empty for the SCIP file's own root
 };
 
 // One line on a terminal that says how far the import has come; nothing elsewhere.
@@ -48,29 +50,21 @@ class ProgressLine {
     std::int64_t percent_ = -1;
 };
 
-std::string closing_line(const ImportArguments& arguments, const scip::ImportCounts& counts) {
-    std::string line = arguments.index + ": " + counted(counts.files, "file") + ", " +
-                       counted(counts.declarations, "declaration") + ", " + counted(counts.edges, "edge");
-    if (counts.unparsed_symbols > 0) {
-        line += "; passed over " + counted(counts.unparsed_symbols, "symbol") + " that cannot be read";
-    }
-    if (counts.unusable_documents > 0) {
-        line += "; passed over " + counted(counts.unusable_documents, "document") + " without a usable path";
-    }
-    return line;
-}
-
 void run_import(const ImportArguments& arguments) {
     const Interruption interruption;
-    scip::ImportCounts counts;
+    scip::ImportReport report;
     {
         ProgressLine progress;
-        counts = scip::import_scip(arguments.scip, arguments.index, [&](std::int64_t done, std::int64_t total) {
+        const scip::ImportRequest request{.scip_path = arguments.scip,
+                                          .index_path = arguments.index,
+                                          .checkout = arguments.checkout.empty() ? std::nullopt
+                                                                                 : std::optional(arguments.checkout)};
+        report = scip::import_scip(request, [&](std::int64_t done, std::int64_t total) {
             Interruption::throw_if_requested("interrupted; nothing was changed at " + arguments.index);
             progress.show(done, total);
         });
     }
-    print([&](std::ostream& out) { out << closing_line(arguments, counts) << '\n'; });
+    print([&](std::ostream& out) { write_closing_words(out, arguments.index, report); });
 }
 
 }  // namespace
@@ -80,6 +74,10 @@ void add_import_command(CLI::App& app) {
     CLI::App& command = *app.add_subcommand("import", "Make an index of a repository from a SCIP file");
     add_file_option(command, "INDEX.scip", arguments->scip, "What an indexer for SCIP has written");
     add_file_option(command, "--index", arguments->index, "The index to make, or to replace")->type_name("FILE.db");
+    add_file_option(command, "--checkout", arguments->checkout,
+                    "The folder that holds the sources; by default the one that the SCIP file names")
+        ->type_name("DIR")
+        ->required(false);
     command.callback([arguments] { run_import(*arguments); });
 }
 

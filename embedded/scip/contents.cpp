@@ -2,6 +2,12 @@
 
 #include "embedded/scip/symbol.h"
 
+#include <algorithm>
+#include <map>
+#include <set>
+#include <span>
+#include <utility>
+
 namespace embedded::scip {
 
 namespace {
@@ -12,73 +18,172 @@ bool is_usable(std::string_view path) {
            framed.find("/../") == std::string::npos;
 }
 
-void add_definition(SymbolNumber symbol, const std::optional<Lines>& lines, FileContents& file) {
-    const auto [longest, is_new] = file.definitions.find_or_add(symbol);
-    if (is_new || count_of(lines) > count_of(longest)) {
-        longest = lines;
-    }
-}
+// An occurrence of a symbol as a part of a token.
+struct Part {
+    Range range;
+    SymbolNumber symbol;
+    bool defines;  // here, or only announces what is defined elsewhere
+};
 
-void add_occurrences(Repeated<Occurrence> occurrences, SymbolTable& symbols, FileContents& file) {
-    while (const std::optional<Occurrence> occurrence = occurrences.next()) {
-        if (const std::optional<SymbolNumber> symbol = symbols.number(occurrence->symbol)) {
-            if (occurrence->is_definition()) {
-                add_definition(*symbol, lines_of(*occurrence), file);
-            } else {
-                ++file.references[*symbol];
+class ContentsReader {
+  public:
+    ContentsReader(TextSpool& spool, const ContentsListener& listener) : spool_(spool), listener_(listener) {}
+
+    Contents read(ScipFile& file) {
+        contents_.metadata = file.metadata();
+        file.for_each_document([&](const Document& document) {
+            add(document);
+            listener_.after_document();
+        });
+        return std::move(contents_);
+    }
+
+  private:
+    void add(const Document& document) {
+        const Heading heading = document.heading();
+        if (!is_usable(heading.path)) {
+            ++contents_.unusable_documents;
+            return;
+        }
+        const auto [entry, is_new] = contents_.files.try_emplace(std::string(heading.path));
+        FileContents& file = entry->second;
+        if (is_new) {
+            listener_.new_file(entry->first, std::string(heading.language));
+        }
+        ++file.documents;
+        if (file.language.empty()) {
+            file.language = heading.language;
+        }
+        add_occurrences(document.occurrences(), file);
+        add_descriptions(document.symbols(), file);
+    }
+
+    void add_descriptions(Repeated<SymbolInformation> descriptions, FileContents& file) {
+        while (const std::optional<SymbolInformation> information = descriptions.next()) {
+            const std::optional<SymbolNumber> symbol = contents_.symbols.number(information->symbol);
+            if (symbol && *symbol != LOCAL_SYMBOL) {
+                file.descriptions[*symbol].add(*information, spool_);
             }
         }
     }
-}
 
-void add_descriptions(Repeated<SymbolInformation> descriptions, SymbolTable& symbols, FileContents& file) {
-    while (const std::optional<SymbolInformation> information = descriptions.next()) {
-        if (const std::optional<SymbolNumber> symbol = symbols.number(information->symbol)) {
-            file.descriptions[*symbol].add(*information);
+    void add_occurrences(Repeated<Occurrence> occurrences, FileContents& file) {
+        parts_.clear();
+        while (const std::optional<Occurrence> occurrence = occurrences.next()) {
+            if (const std::optional<SymbolNumber> symbol = contents_.symbols.number(occurrence->symbol)) {
+                add_occurrence(*occurrence, *symbol, file);
+            }
+        }
+        if (!std::ranges::is_sorted(parts_, {}, &Part::range)) {  // most are
+            std::ranges::stable_sort(parts_, {}, &Part::range);
+        }
+        for (auto begin = parts_.begin(); begin != parts_.end();) {
+            const auto end =
+                std::find_if(begin, parts_.end(), [&](const Part& part) { return part.range != begin->range; });
+            add_token(std::span(begin, end), file);
+            begin = end;
         }
     }
-}
 
-void add(const Document& document, Contents& contents) {
-    const Heading heading = document.heading();
-    if (!is_usable(heading.path)) {
-        ++contents.unusable_documents;
-        return;
+    void add_occurrence(const Occurrence& occurrence, SymbolNumber symbol, FileContents& file) {
+        const bool defines = occurrence.is_definition() || occurrence.is_forward_definition();
+        if (occurrence.range) {
+            parts_.push_back({*occurrence.range, symbol, defines});
+            file.last_line = std::max(file.last_line, lines_of(*occurrence.range).last);
+        }
+        if (symbol == LOCAL_SYMBOL) {
+            return;
+        }
+        if (defines) {
+            add_definition(occurrence, symbol, file);
+        } else if (!occurrence.range) {
+            ++file.references[symbol];  // nobody can tell that it is not a token of its own
+        }
     }
-    FileContents& file = contents.files[std::string(heading.path)];
-    ++file.documents;
-    if (file.language.empty()) {
-        file.language = heading.language;
+
+    void add_definition(const Occurrence& occurrence, SymbolNumber symbol, FileContents& file) {
+        const bool is_whole = occurrence.enclosing_range.has_value();
+        if (!is_whole && !occurrence.range) {
+            ++contents_.unusable_definitions;
+            return;
+        }
+        Definition definition{.symbol = symbol,
+                              .lines = lines_of(is_whole ? *occurrence.enclosing_range : *occurrence.range),
+                              .is_whole = is_whole,
+                              .is_forward = occurrence.is_forward_definition(),
+                              .name = std::nullopt};
+        if (occurrence.range) {
+            definition.name = {lines_of(*occurrence.range).first, occurrence.range->start_column};
+        }
+        file.last_line = std::max(file.last_line, definition.lines.last);
+        file.definitions.push_back(definition);
     }
-    add_occurrences(document.occurrences(), contents.symbols, file);
-    add_descriptions(document.symbols(), contents.symbols, file);
-}
+
+    void add_token(std::span<const Part> token, FileContents& file) {
+        symbols_.clear();
+        for (const Part& part : token) {
+            symbols_.push_back(part.symbol);
+        }
+        std::ranges::sort(symbols_);
+        symbols_.erase(std::unique(symbols_.begin(), symbols_.end()), symbols_.end());
+        const TokenNames names = symbols_.size() == 1 ? symbols_.front() : names_of_combination();
+        const bool is_reference = std::ranges::none_of(token, &Part::defines);
+        if (is_reference && names != LOCAL_SYMBOL) {
+            ++file.references[names];
+        }
+    }
+
+    // What a token names at which `symbols_` stand, of which there are several. Looks into each combination once.
+    TokenNames names_of_combination() {
+        const auto [known, is_new] = combinations_.try_emplace(symbols_);
+        if (is_new) {
+            add_groups();
+            leave_out_augmentations();
+            known->second = contents_.tokens.number(symbols_);
+        }
+        return known->second;
+    }
+
+    void add_groups() {
+        std::map<std::pair<std::string_view, std::string>, std::vector<SymbolNumber>> by_name;
+        for (const SymbolNumber symbol : symbols_) {
+            if (symbol != LOCAL_SYMBOL) {
+                const Symbol parts = parse_symbol(contents_.symbols.symbol(symbol)).value();
+                by_name[{parts.scope, written(parts.descriptors.back().name)}].push_back(symbol);
+            }
+        }
+        for (const auto& [name, group] : by_name) {
+            if (group.size() > 1 && groups_.insert(group).second) {
+                for (const SymbolNumber symbol : group) {
+                    contents_.groups[symbol].push_back(static_cast<std::uint32_t>(groups_.size()));
+                }
+            }
+        }
+    }
+
+    // Whoever names a declaration does not mean what extends it.
+    void leave_out_augmentations() {
+        const auto is_augmentation = [&](SymbolNumber symbol) {
+            return symbol != LOCAL_SYMBOL && contents_.symbols.is_augmentation(symbol);
+        };
+        if (!std::ranges::all_of(symbols_, is_augmentation)) {
+            std::erase_if(symbols_, is_augmentation);
+        }
+    }
+
+    TextSpool& spool_;
+    const ContentsListener& listener_;
+    Contents contents_;
+    std::map<std::vector<SymbolNumber>, TokenNames> combinations_;
+    std::set<std::vector<SymbolNumber>> groups_;
+    std::vector<Part> parts_;            // of the current document
+    std::vector<SymbolNumber> symbols_;  // of the current token
+};
 
 }  // namespace
 
-std::optional<SymbolNumber> SymbolTable::number(std::string_view symbol) {
-    if (symbol.empty() || is_local(symbol)) {
-        return std::nullopt;
-    }
-    if (const auto known = numbers_.find(symbol); known != numbers_.end()) {
-        return known->second;
-    }
-    const auto added = numbers_.emplace(symbol, std::nullopt).first;
-    if (parse_symbol(symbol)) {
-        added->second = static_cast<SymbolNumber>(symbols_.size());
-        symbols_.push_back(added->first);
-    }
-    return added->second;
-}
-
-Contents read_contents(ScipFile& file, const std::function<void()>& after_each_document) {
-    Contents contents;
-    contents.metadata = file.metadata();
-    file.for_each_document([&](const Document& document) {
-        add(document, contents);
-        after_each_document();
-    });
-    return contents;
+Contents read_contents(ScipFile& file, TextSpool& spool, const ContentsListener& listener) {
+    return ContentsReader(spool, listener).read(file);
 }
 
 }  // namespace embedded::scip

@@ -1,68 +1,50 @@
-// The rules by which what SCIP says of a symbol becomes a row of the index.
+// The rules by which a symbol becomes a declaration of a certain kind.
 //
-// A declaration is a global symbol that a file defines. Its row is made of its descriptors, of what the file's
-// documents know of it, and of the lines that its definition spans. An indexer that states a symbol's kind is
-// believed; for one that does not, the kind follows from the last two descriptors and from the signature:
+// An indexer that states a symbol's kind is believed. For one that does not, the kind follows from the last two
+// descriptors, from the signature and from the source:
 //
 //     Observable#subscribe().     a method, for it stands directly in a type
 //     identity().                 a function
-//     EMPTY.  config.             a constant; a variable, unless its signature starts with "const"
+//     Color#RED.                  a constant if its signature says "(enum member)", else an attribute
+//     noop.                       a function if what it holds can be called
+//     EMPTY.  config.             a constant; a variable, unless the signature or the source says "const"
 //     Observer#                   what its signature says: "interface Observer<T>";
 //                                 a class if it says nothing
 #pragma once
 
-#include "embedded/scip/reader.h"
+#include "embedded/scip/description.h"
 #include "embedded/scip/symbol.h"
 
-#include <cstdint>
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace embedded::scip {
 
-/// What a file's documents know of one symbol.
-struct Description {
-    SymbolKind kind = SymbolKind::UNSPECIFIED;
-    std::string display_name;
-    /// The first word of the signature, or else of the first fenced block of the documentation; empty when that starts
-    /// with no word, none when there is neither.
-    std::optional<std::string> keyword;
+/// Whether a symbol is a declaration: namespaces, modules, parameters and the like are none.
+bool is_declaration(const Descriptor& symbol, SymbolKind kind);
 
-    /// Fills in what is still missing: of each field the first that says something counts.
-    void add(const SymbolInformation& information);
+/// What the source says of a variable.
+struct SourceHints {
+    bool is_callable = false;
+    bool is_constant = false;
 };
 
-struct Declaration {
-    std::string name;
-    std::string fqn;  ///< the names of all descriptors, joined by "."
-    /// One of class, struct, interface, enum, type, function, method, constructor, attribute, constant, variable.
-    std::string_view kind;
-    bool is_export = false;  ///< whether it stands outside of every body
-};
+/// The kind of a declaration: class, struct, interface, enum, type, function, method, constructor, attribute, constant
+/// or variable.
+std::string_view kind_of(std::span<const Descriptor> descriptors, const Description& description, SourceHints hints);
 
-/// The declaration that a symbol stands for; none for what is no declaration: namespaces, modules, parameters and the
-/// like. There is at least one descriptor.
-std::optional<Declaration> declaration_of(const std::vector<Descriptor>& descriptors, const Description& description);
+/// Of several declarations that are one row, that of the kind with the smallest rank is the row.
+int rank_of_kind(std::string_view kind);
 
-/// Lines of a file, 1-based, both inclusive; `last` is never before `first`.
-struct Lines {
-    std::int32_t first = 1;
-    std::int32_t last = 1;
+/// The name of a declaration: what the indexer would show, else the last descriptor's; as people write it.
+std::string name_of(std::span<const Descriptor> descriptors, const Description& description);
 
-    friend bool operator==(const Lines&, const Lines&) = default;
-};
+/// The names of all descriptors as people write them, joined by ".".
+std::string fqn_of(std::span<const Descriptor> descriptors);
 
-/// The lines that a definition spans, with its body if the indexer says where that is; none when it has no range.
-/// Whatever the range says, the result lies between 1 and the greatest line that there can be.
-std::optional<Lines> lines_of(const Occurrence& definition);
-
-/// How many lines these are; 0 for none.
-std::int32_t count_of(const std::optional<Lines>& lines);
-
-/// The language of a file in lower case: what the document states, else by the path's extension; empty when neither
-/// says. A name with a NUL in it says nothing: no query could ask for it.
-std::string language_of(std::string_view stated, std::string_view path);
+/// Whether a file could make the declaration public by itself: one inside of a body cannot be reached, and a member is
+/// reached through its type.
+bool stands_outside(std::span<const Descriptor> descriptors);
 
 }  // namespace embedded::scip

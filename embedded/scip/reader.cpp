@@ -50,10 +50,10 @@ class RangeNumbers {
     [[nodiscard]] std::optional<Range> range() const {
         const auto& [line, column, third, fourth] = values_;
         if (count_ == 3) {
-            return Range{line, line, third};
+            return Range{line, column, line, third};
         }
         if (count_ == 4) {
-            return Range{line, third, fourth};
+            return Range{line, column, third, fourth};
         }
         return std::nullopt;
     }
@@ -69,6 +69,9 @@ Range read_single_line_range(pbf_reader fields) {
         switch (fields.tag_and_type()) {
         case number(1):
             range.start_line = range.end_line = fields.get_int32();
+            break;
+        case number(2):
+            range.start_column = fields.get_int32();
             break;
         case number(3):
             range.end_column = fields.get_int32();
@@ -86,6 +89,9 @@ Range read_multi_line_range(pbf_reader fields) {
         switch (fields.tag_and_type()) {
         case number(1):
             range.start_line = fields.get_int32();
+            break;
+        case number(2):
+            range.start_column = fields.get_int32();
             break;
         case number(3):
             range.end_line = fields.get_int32();
@@ -144,24 +150,6 @@ Metadata Metadata::read(std::string_view message) {
 
 Occurrence Occurrence::read(std::string_view message) {
     Occurrence occurrence;
-    occurrence.message = message;
-    for (pbf_reader fields = fields_of(message); fields.next();) {
-        switch (fields.tag_and_type()) {
-        case bytes_of(2):
-            occurrence.symbol = take_text(fields);
-            break;
-        case number(3):
-            occurrence.roles = fields.get_int32();
-            break;
-        default:
-            fields.skip();
-        }
-    }
-    return occurrence;
-}
-
-Ranges Occurrence::ranges() const {
-    Ranges ranges;
     RangeNumbers own;
     RangeNumbers enclosing;
     for (pbf_reader fields = fields_of(message); fields.next();) {
@@ -172,6 +160,12 @@ Ranges Occurrence::ranges() const {
         case bytes_of(1):
             own.add_packed(fields);
             break;
+        case bytes_of(2):
+            occurrence.symbol = take_text(fields);
+            break;
+        case number(3):
+            occurrence.roles = fields.get_int32();
+            break;
         case number(7):
             enclosing.add(fields.get_int32());
             break;
@@ -179,28 +173,28 @@ Ranges Occurrence::ranges() const {
             enclosing.add_packed(fields);
             break;
         case bytes_of(8):
-            ranges.own = read_single_line_range(fields.get_message());
+            occurrence.range = read_single_line_range(fields.get_message());
             break;
         case bytes_of(9):
-            ranges.own = read_multi_line_range(fields.get_message());
+            occurrence.range = read_multi_line_range(fields.get_message());
             break;
         case bytes_of(10):
-            ranges.enclosing = read_single_line_range(fields.get_message());
+            occurrence.enclosing_range = read_single_line_range(fields.get_message());
             break;
         case bytes_of(11):
-            ranges.enclosing = read_multi_line_range(fields.get_message());
+            occurrence.enclosing_range = read_multi_line_range(fields.get_message());
             break;
         default:
             fields.skip();
         }
     }
-    if (!ranges.own) {
-        ranges.own = own.range();
+    if (!occurrence.range) {
+        occurrence.range = own.range();
     }
-    if (!ranges.enclosing) {
-        ranges.enclosing = enclosing.range();
+    if (!occurrence.enclosing_range) {
+        occurrence.enclosing_range = enclosing.range();
     }
-    return ranges;
+    return occurrence;
 }
 
 SymbolInformation SymbolInformation::read(std::string_view message) {

@@ -44,26 +44,26 @@ class Repeated {
 /// Where something stands: 0-based, half-open, and as unchecked as it came.
 struct Range {
     std::int32_t start_line = 0;
+    std::int32_t start_column = 0;
     std::int32_t end_line = 0;
     std::int32_t end_column = 0;
+
+    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
+    friend auto operator<=>(const Range&, const Range&) = default;
 };
 
-/// The ranges of an occurrence; none when missing or malformed.
-struct Ranges {
-    std::optional<Range> own;
-    std::optional<Range> enclosing;  ///< of the whole declaration with its body, if the occurrence is a definition
-};
-
-/// A place in a document where a symbol stands. Its ranges are read when they are asked for: of most occurrences nobody
-/// wants to know them.
+/// A place in a document where a symbol stands. A range is none when it is missing or malformed.
 struct Occurrence {
     std::string_view symbol;
     std::int32_t roles = 0;
-    std::string_view message;
+    std::optional<Range> range;
+    std::optional<Range> enclosing_range;  ///< of the whole declaration with its body, if this is a definition
 
     [[nodiscard]] bool is_definition() const { return (static_cast<std::uint32_t>(roles) & 1U) != 0; }
-
-    [[nodiscard]] Ranges ranges() const;
+    /// Whether it only announces what is defined elsewhere, as a declaration in a header does.
+    [[nodiscard]] bool is_forward_definition() const {
+        return !is_definition() && (static_cast<std::uint32_t>(roles) & 64U) != 0;
+    }
 
     static Occurrence read(std::string_view message);
 };

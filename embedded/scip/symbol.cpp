@@ -1,5 +1,7 @@
 #include "embedded/scip/symbol.h"
 
+#include "embedded/scip/language.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -7,7 +9,8 @@ namespace embedded::scip {
 
 namespace {
 
-constexpr int PARTS_BEFORE_DESCRIPTORS = 4;
+constexpr std::string_view GETTER = "<get>";
+constexpr std::string_view SETTER = "<set>";
 
 // The functions that take something take it from the front of `rest`; having failed, they leave `rest` anywhere.
 
@@ -19,15 +22,25 @@ bool take(std::string_view& rest, char expected) {
     return true;
 }
 
-// Takes a part before the descriptors with the single space that ends it; a doubled space belongs to the part.
-bool take_part(std::string_view& rest) {
+// Takes a part before the descriptors with the single space that ends it; a doubled space belongs to the part. It is
+// none when there is no such part, and as it stands otherwise.
+std::optional<std::string_view> take_part(std::string_view& rest) {
     for (std::size_t space = rest.find(' '); space != std::string_view::npos; space = rest.find(' ', space + 2)) {
         if (!rest.substr(space + 1).starts_with(' ')) {
+            const std::string_view part = rest.substr(0, space);
             rest.remove_prefix(space + 1);
-            return space > 0;
+            return part.empty() ? std::nullopt : std::optional(part);
         }
     }
-    return false;
+    return std::nullopt;
+}
+
+std::string with_single_spaces(std::string_view part) {
+    std::string text;
+    for (std::size_t at = 0; at < part.size(); at += part.substr(at).starts_with("  ") ? 2 : 1) {
+        text += part[at];
+    }
+    return text;
 }
 
 bool is_plain(char character) {
@@ -120,21 +133,59 @@ bool is_local(std::string_view symbol) {
     return symbol.starts_with("local ");
 }
 
-std::optional<std::vector<Descriptor>> parse_symbol(std::string_view symbol) {
-    for (int part = 0; part < PARTS_BEFORE_DESCRIPTORS; ++part) {
-        if (!take_part(symbol)) {
-            return std::nullopt;
-        }
+std::optional<Symbol> parse_symbol(std::string_view symbol) {
+    std::string_view rest = symbol;
+    const auto scheme = take_part(rest);
+    const auto manager = scheme ? take_part(rest) : std::nullopt;
+    const auto package = manager ? take_part(rest) : std::nullopt;
+    const auto version = package ? take_part(rest) : std::nullopt;
+    if (!version) {
+        return std::nullopt;
     }
-    std::vector<Descriptor> descriptors;
+    const auto before_rest = [&] { return symbol.substr(0, symbol.size() - rest.size()); };
+    Symbol result{.head = before_rest(), .package = with_single_spaces(*package), .scope = {}, .descriptors = {}};
     do {
-        std::optional<Descriptor> descriptor = take_descriptor(symbol);
+        result.scope = before_rest();
+        std::optional<Descriptor> descriptor = take_descriptor(rest);
         if (!descriptor) {
             return std::nullopt;
         }
-        descriptors.push_back(std::move(*descriptor));
-    } while (!symbol.empty());
-    return descriptors;
+        result.descriptors.push_back(std::move(*descriptor));
+    } while (!rest.empty());
+    return result;
+}
+
+std::string written(std::string_view name) {
+    if (name == "<constructor>") {
+        return "constructor";
+    }
+    const bool is_of_property = name.starts_with(GETTER) || name.starts_with(SETTER);
+    return std::string(is_of_property && name.size() > GETTER.size() ? name.substr(GETTER.size()) : name);
+}
+
+bool is_accessor(const Descriptor& symbol) {
+    return symbol.name.starts_with(GETTER) || symbol.name.starts_with(SETTER);
+}
+
+bool is_constructor_name(std::string_view name) {
+    return name == "<constructor>" || name == "__init__" || name == "<init>";
+}
+
+std::size_t descriptors_of_file(std::span<const Descriptor> descriptors) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < descriptors.size() && descriptors[at].suffix == Suffix::NAMESPACE; ++at) {
+        count = language_of({}, descriptors[at].name).empty() ? count : at + 1;
+    }
+    return count;
+}
+
+bool is_augmentation(std::span<const Descriptor> descriptors) {
+    const std::size_t file = descriptors_of_file(descriptors);
+    return file > 0 && std::ranges::any_of(descriptors.subspan(file), [](const Descriptor& descriptor) {
+               return descriptor.suffix == Suffix::NAMESPACE &&
+                      (descriptor.name == "global" || descriptor.name.front() == '"' ||
+                       descriptor.name.front() == '\'');
+           });
 }
 
 }  // namespace embedded::scip

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,11 +38,37 @@ struct Descriptor {
     friend bool operator==(const Descriptor&, const Descriptor&) = default;
 };
 
+/// A global symbol in its parts. The views are of the string that was parsed.
+struct Symbol {
+    std::string_view head;                ///< all before the descriptors, as it stands: one release of a package
+    std::string package;                  ///< the package's name in it; "." for none
+    std::string_view scope;               ///< all before the last descriptor
+    std::vector<Descriptor> descriptors;  ///< at least one, outermost first
+};
+
 /// Whether the symbol is local to its document.
 bool is_local(std::string_view symbol);
 
-/// The descriptors of a global symbol, at least one, outermost first; none when the string does not parse. Every byte
-/// of a character beyond ASCII is taken for a letter.
-std::optional<std::vector<Descriptor>> parse_symbol(std::string_view symbol);
+/// The parts of a global symbol; none when the string does not parse. Every byte of a character beyond ASCII is taken
+/// for a letter.
+std::optional<Symbol> parse_symbol(std::string_view symbol);
+
+/// A name as people write it: `<constructor>` is constructor, `<get>x` and `<set>x` are x.
+std::string written(std::string_view name);
+
+/// Whether the symbol reads or sets a property: `<get>x`, `<set>x`.
+bool is_accessor(const Descriptor& symbol);
+
+/// Whether a name is one of those that indexers give constructors.
+bool is_constructor_name(std::string_view name);
+
+/// Where the descriptors name a source file as a namespace, the number of those up to that one; else 0.
+///
+///     src/`a.ts`/A#        2
+std::size_t descriptors_of_file(std::span<const Descriptor> descriptors);
+
+/// Whether the symbol extends a declaration that stands elsewhere: it lives in a `declare module "x"` or a
+/// `declare global` of its file.
+bool is_augmentation(std::span<const Descriptor> descriptors);
 
 }  // namespace embedded::scip

@@ -25,7 +25,7 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
     Connection(folder / "foreign.db", Connection::Mode::CREATE)
         .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '1')");
     for (const auto& [name, change] :
-         {std::pair("half.db", "DROP TABLE languages"), std::pair("index2.db", "UPDATE meta SET value = '2'"),
+         {std::pair("half.db", "DROP TABLE languages"), std::pair("index1.db", "UPDATE meta SET value = '1'"),
           std::pair("null.db", "UPDATE meta SET value = NULL"),
           std::pair("wild.db", "UPDATE meta SET value = char(10, 27)")}) {
         folder.write(name, folder.read("index.db"));
@@ -43,7 +43,8 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
         {"page a --index text.db --checkout .", 1, "text.db: not a wiki-scope index"},
         {"page a --index other.db --checkout .", 1, "other.db: not a wiki-scope index"},
         {"page a --index src --checkout .", 1, "src: not a wiki-scope index"},
-        {"page a --index index2.db --checkout .", 1, "index2.db: an index of schema version 2"},
+        {"page a --index index1.db --checkout .", 1,
+         "index1.db: an index of schema version 1, but this program reads version 2; import"},
         {"page a --index null.db --checkout .", 1, "null.db: not a wiki-scope index"},
         {"page a --index half.db --checkout .", 1, "half.db: no such table: languages; it is not a whole"},
         {"page a --index wild.db --checkout .", 1, "wild.db: an index of schema version \\x0a\\x1b,"},
@@ -63,6 +64,7 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
         {"import good.scip --index locked.db", 1, "locked.db: database is locked"},
         {"import good.scip --index none/new.db", 1, "none/new.db: cannot be written (No such file or directory); "},
         {"import empty.scip --index index.db", 1, "empty.scip: names no source file, so index.db is kept"},
+        {"import good.scip --index new.db --checkout none", 1, "none: no such folder"},
         {"import good.scip --index ''", 2, "--index: an empty name"},
         {"", 2, "A subcommand is required (see wiki-scope --help)"},
         {"frob a", 2, "no such command: frob (see wiki-scope --help)"},
@@ -93,10 +95,10 @@ TEST_F(Command, SaysWhatAnImportHasMadeAndPassedOver) {
          ScipDocument(std::string_view("a\0b", 3))});
     const std::string external_symbol("\x1A\x02\x0A\x00", 4);
     folder.write("in.scip", std::string(whole).insert(scip_file({}).size(), external_symbol));
-    EXPECT_EQ(
-        run("import in.scip --index new.db").out,
-        "new.db: 1 file, 1 declaration, 1 edge; passed over 2 symbols that cannot be read; passed over 5 documents "
-        "without a usable path\n");
+    EXPECT_EQ(run("import in.scip --index new.db").out,
+              "new.db: 1 file, 1 declaration, 1 edge, without sources; indexed by indexer 1.2\n"
+              "Passed over: 2 symbols that cannot be read, 5 documents without a usable path\n"
+              "No source could be read: ok..ts; name the folder that was indexed with --checkout\n");
 }
 
 TEST_F(Command, TakesPathsThatMeanMoreToSqliteAsTheyStand) {

@@ -32,8 +32,8 @@ std::string expected_page(const std::string& name) {
 class PrintedPage : public IndexedFolder {
   protected:
     PrintedPage() {
-        fill("INSERT INTO files VALUES(1, 'src/a.ts', 'typescript'), (2, 'src/b.lua', NULL), "
-             "(3, 'src-lib/c.ts', 'typescript'), (4, 'test/a.test.ts', 'typescript');"
+        fill("INSERT INTO files VALUES(1, 'src/a.ts', 'typescript', NULL), (2, 'src/b.lua', NULL, NULL), "
+             "(3, 'src-lib/c.ts', 'typescript', NULL), (4, 'test/a.test.ts', 'typescript', NULL);"
              "INSERT INTO languages VALUES('typescript', 1);"
              "INSERT INTO symbols VALUES(1, 1, 'One', 'a.One', 'class', 1, 2, 4), "
              "(2, 1, 'run', 'a.One.run', 'method', 1, 3, 3), (3, 2, 'TICKS', 'b.TICKS', 'constant', 1, 1, 1), "

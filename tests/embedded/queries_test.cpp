@@ -23,8 +23,9 @@ class Index : public IndexedFolder {
 };
 
 TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
-    fill("INSERT INTO files VALUES(1, 'a.ts', 'typescript'), (2, 'b \"\\|\n.ts', NULL), (3, 'c.ts', '')");
-    fill("INSERT INTO files VALUES(4, CAST(x'ff2e7473' AS TEXT), 'typescript')");  // not UTF-8
+    fill(
+        "INSERT INTO files(id, path, language) VALUES(1, 'a.ts', 'typescript'), (2, 'b \"\\|\n.ts', NULL), (3, 'c.ts', '')");
+    fill("INSERT INTO files(id, path, language) VALUES(4, CAST(x'ff2e7473' AS TEXT), 'typescript')");  // not UTF-8
     storage::Database db = open();
     const auto files = scope_files(db, Paths{"c.ts", "b \"\\|\n.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
     ASSERT_TRUE(std::ranges::equal(files, Numbers{3, 2, 1, 4}, {}, &storage::ScopeFile::id));
@@ -96,7 +97,7 @@ TEST_F(Index, IsReadInOneStateWhileItIsWritten) {
 
 TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
     fill("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
-         "INSERT INTO files SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
+         "INSERT INTO files(id, path, language) SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
     fill("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2 FROM files");
     fill("INSERT INTO edges SELECT id, id % 5000 + 1, 'import', 1 FROM files");
     storage::Database db = open();

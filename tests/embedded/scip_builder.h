@@ -44,12 +44,30 @@ class ScipDocument {
         }
     }
 
+    ScipDocument& occurs(std::string_view symbol, std::int32_t roles, const Numbers& range,
+                         const Numbers& enclosing = {}) {
+        protozero::pbf_writer occurrence(message_, 2);
+        add_packed(occurrence, 1, range);
+        occurrence.add_string(2, symbol.data(), symbol.size());
+        occurrence.add_int32(3, roles);
+        add_packed(occurrence, 7, enclosing);
+        return *this;
+    }
+
     ScipDocument& defines(std::string_view symbol, const Numbers& range = {0, 0, 1}, const Numbers& enclosing = {}) {
         return occurs(symbol, 1, range, enclosing);
     }
-    ScipDocument& refers(std::string_view symbol, std::int32_t roles = 0) {
-        return occurs(symbol, roles, {0, 0, 1}, {});
+    /// Adds a token of its own that names the symbol, far below all definitions.
+    ScipDocument& refers(std::string_view symbol, std::int32_t roles = 0) { return refers_to_all({symbol}, roles); }
+    /// Adds one token that names all of the symbols.
+    ScipDocument& refers_to_all(const std::vector<std::string_view>& symbols, std::int32_t roles = 0) {
+        ++tokens_;
+        for (const std::string_view symbol : symbols) {
+            occurs(symbol, roles, {1000 + tokens_, 0, 1});
+        }
+        return *this;
     }
+    ScipDocument& announces(std::string_view symbol, const Numbers& range) { return occurs(symbol, 64, range); }
 
     ScipDocument& describes(std::string_view symbol, const Says& says = {}) {
         protozero::pbf_writer information(message_, 3);
@@ -82,20 +100,12 @@ class ScipDocument {
     ~ScipDocument() = default;
 
   private:
-    ScipDocument& occurs(std::string_view symbol, std::int32_t roles, const Numbers& range, const Numbers& enclosing) {
-        protozero::pbf_writer occurrence(message_, 2);
-        add_packed(occurrence, 1, range);
-        occurrence.add_string(2, symbol.data(), symbol.size());
-        occurrence.add_int32(3, roles);
-        add_packed(occurrence, 7, enclosing);
-        return *this;
-    }
-
     std::string bytes_;
     protozero::pbf_writer message_{bytes_};
+    std::int32_t tokens_ = 0;
 };
 
-inline std::string scip_file(const std::vector<ScipDocument>& documents) {
+inline std::string scip_file(const std::vector<ScipDocument>& documents, const std::string& project_root = {}) {
     std::string bytes;
     protozero::pbf_writer index(bytes);
     {
@@ -103,6 +113,10 @@ inline std::string scip_file(const std::vector<ScipDocument>& documents) {
         protozero::pbf_writer tool(metadata, 2);
         tool.add_string(1, "indexer");
         tool.add_string(2, "1.2");
+        tool.commit();
+        if (!project_root.empty()) {
+            metadata.add_string(3, project_root);
+        }
     }
     for (const ScipDocument& document : documents) {
         index.add_message(2, document.bytes());

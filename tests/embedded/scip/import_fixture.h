@@ -14,8 +14,13 @@ namespace embedded::scip {
 
 class ScipImport : public testing::Test {
   protected:
-    void import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
-        import_scip(folder.write("in.scip", scip_file(documents)), index, progress);
+    ImportReport import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
+        return import_scip({folder.write("in.scip", scip_file(documents)), index, std::nullopt}, progress);
+    }
+
+    /// Imports with the sources that the folder "checkout" holds.
+    ImportReport import_with_sources(const std::vector<ScipDocument>& documents) const {
+        return import_scip({folder.write("in.scip", scip_file(documents)), index, folder / "checkout"}, {});
     }
 
     /// Imports a document; the bytes of its index.
@@ -27,7 +32,7 @@ class ScipImport : public testing::Test {
     /// The message of the failure to import a file.
     [[nodiscard]] std::string failure(const std::string& scip, const ImportProgress& progress = {}) const {
         try {
-            import_scip(scip, index, progress);
+            import_scip({scip, index, std::nullopt}, progress);
         } catch (const std::runtime_error& error) {
             return error.what();
         }
@@ -42,6 +47,14 @@ class ScipImport : public testing::Test {
         return std::string(statement.text(0));
     }
 
+    /// The declarations as "name kind first-last", followed by "public" where the file makes them so.
+    [[nodiscard]] std::string declarations() const {
+        return rows(
+            "SELECT name || ' ' || kind || ' ' || start_line || '-' || end_line || iif(is_export, ' public', '') "
+            "AS row FROM symbols ORDER BY id");
+    }
+
+    /// The edges as "source target resolution references", by source.
     [[nodiscard]] std::string edges() const {
         return rows("SELECT path || ' ' || target_id || ' ' || resolution || ' ' || refs AS row "
                     "FROM edges JOIN files ON id = source_file_id ORDER BY edges.rowid");

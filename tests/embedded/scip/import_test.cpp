@@ -14,20 +14,13 @@ TEST_F(ScipImport, NumbersFilesByPathAndDeclarationsByFileLineAndDefinition) {
               "1 1f 1 2; 2 2b 4 4; 3 2a 4 4; 4 2g 9 9");
     EXPECT_EQ(rows("SELECT name || ' ' || import_resolved AS row FROM languages"), "c 1; python 1");
     EXPECT_EQ(rows("SELECT key || ' ' || value AS row FROM meta ORDER BY key"),
-              "schema_version 1; source " + folder / "in.scip" + "; tool indexer 1.2");
+              "schema_version 2; source " + folder / "in.scip" + "; tool indexer 1.2");
 }
 
 TEST_F(ScipImport, AnOccurrenceInItsOwnDocumentIsLocalAndElsewhereAnImport) {
     import({ScipDocument("a.ts").defines(F).refers(F, 8).refers(F, 64).refers("local 1").refers(""),
             ScipDocument("b.ts").refers(F, 2).refers(symbol("external().")).refers(F)});
-    EXPECT_EQ(edges(), "a.ts 1 local 2; b.ts 1 import 2");
-}
-
-TEST_F(ScipImport, OfSeveralDeclarationsADescribedOneIsTheTargetThenTheFirstByPath) {
-    import({ScipDocument("d.ts").defines(F).describes(F).defines(G), ScipDocument("c.ts").defines(F).describes(F),
-            ScipDocument("b.ts").defines(F).defines(G).refers(F), ScipDocument("a.ts").refers(G).refers(F)});
-    EXPECT_EQ(rows("SELECT id || ' ' || file_id || name AS row FROM symbols"), "1 2f; 2 2g; 3 3f; 4 4f; 5 4g");
-    EXPECT_EQ(edges(), "a.ts 2 import 1; a.ts 3 import 1; b.ts 1 local 1");
+    EXPECT_EQ(edges(), "a.ts 1 local 1; b.ts 1 import 2");
 }
 
 TEST_F(ScipImport, DocumentsOfOnePathAddUp) {
@@ -41,9 +34,25 @@ TEST_F(ScipImport, DocumentsOfOnePathAddUp) {
     EXPECT_EQ(edges(), "a.ts 1 local 1; a.ts 2 import 2");
 }
 
-TEST_F(ScipImport, OfEquallyLongDefinitionsTheFirstCountsAndNoRangeIsLineOne) {
-    import({ScipDocument("a.ts").defines(F, {5, 0, 1}).defines(F, {2, 0, 1}).defines(F, {}).defines(G, {1, 2})});
-    EXPECT_EQ(rows("SELECT name || start_line AS row FROM symbols ORDER BY name"), "f6; g1");
+TEST_F(ScipImport, OfEquallyLongDefinitionsTheFirstCountsAndOneWithoutARangeIsDropped) {
+    const ImportReport report =
+        import({ScipDocument("a.ts").defines(F, {5, 0, 1}).defines(F, {2, 0, 1}).defines(F, {}).defines(G, {1, 2})});
+    EXPECT_EQ(declarations(), "f function 6-6 public");
+    EXPECT_EQ(report.unusable_definitions, 2);
+}
+
+TEST_F(ScipImport, SaysWhatItsReferencesLackAndWhichTestsReachNothing) {
+    const ImportReport report =
+        import({ScipDocument("src/a.ts").defines(F).defines(symbol("src/`a.ts`/")).refers(symbol("src/`gone.ts`/")),
+                ScipDocument("test/lost.ts")
+                    .refers("tool npm big 1 x#")
+                    .refers("tool npm big 1 `b.ts`/")
+                    .refers("tool npm small 1 y#"),
+                ScipDocument("test/empty.ts"), ScipDocument("test/found.ts").refers(F).refers(symbol("f().(p)"))});
+    using Package = std::pair<std::string, std::int64_t>;
+    EXPECT_EQ(report.nowhere, (std::vector<Package>{{"big", 2}, {"small", 1}}));
+    EXPECT_EQ(report.missing_modules.first, std::vector<std::string>{"src/gone.ts"});
+    EXPECT_EQ(report.lost_tests.first, std::vector<std::string>{"test/lost.ts"});
 }
 
 TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {

@@ -18,18 +18,38 @@ TEST(ScipSymbol, EveryDescriptorHasItsNameAndSuffix) {
         {"a  b . . c   d#", {{"d", S::TYPE}}},
     };
     for (const auto& [string, descriptors] : cases) {
-        EXPECT_EQ(parse_symbol(string), descriptors) << string;
+        EXPECT_EQ(parse_symbol(string).value().descriptors, descriptors) << string;
     }
+}
+
+TEST(ScipSymbol, HasAHeadAPackageAndAScope) {
+    const Symbol parts = parse_symbol("tool npm my  package 1.0 a/B#c().").value();
+    EXPECT_EQ(parts.head, "tool npm my  package 1.0 ");
+    EXPECT_EQ(parts.package, "my package");
+    EXPECT_EQ(parts.scope, "tool npm my  package 1.0 a/B#");
+}
+
+TEST(ScipSymbol, ExtendsWhatStandsElsewhereInADeclaredModuleOrTheGlobalScopeOfItsFile) {
+    const auto is_one = [](const std::string& descriptors) {
+        return is_augmentation(parse_symbol(symbol(descriptors)).value().descriptors);
+    };
+    EXPECT_TRUE(is_one("src/`a.ts`/global/Error#"));
+    EXPECT_TRUE(is_one("src/`a.ts`/`\"x\"`/A#"));
+    EXPECT_TRUE(is_one("`a.ts`/`'x'`/"));
+    EXPECT_FALSE(is_one("global/`a.ts`/Error#"));
+    EXPECT_FALSE(is_one("`a.ts`/N/Error#"));
+    EXPECT_FALSE(is_one("global/Error#"));
+    EXPECT_FALSE(is_one("`a.ts`/global#"));
 }
 
 TEST(ScipSymbol, WhatDoesNotParseIsNoSymbol) {
     for (const char* string : {"", "tool", "tool npm pkg 1.0", " npm pkg 1.0 a#", "tool  npm pkg 1.0 a#"}) {
-        EXPECT_EQ(parse_symbol(string), std::nullopt) << string;
+        EXPECT_FALSE(parse_symbol(string)) << string;
     }
     for (const std::string& descriptors :
          std::vector<std::string>{"", "a", "#", "a b#", "a.?/", "`a", "`a`", "``#", "f(", "f(1", "f()", "f()#",
                                   "f(a b).", "[T", "(p]", "a#?", std::string(100'000, '('), std::string(99'999, '`')}) {
-        EXPECT_EQ(parse_symbol(symbol(descriptors)), std::nullopt) << descriptors.substr(0, 40);
+        EXPECT_FALSE(parse_symbol(symbol(descriptors))) << descriptors.substr(0, 40);
     }
 }
 

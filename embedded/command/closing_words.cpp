@@ -1,0 +1,81 @@
+#include "embedded/command/closing_words.h"
+
+#include "embedded/counted.h"
+
+#include <array>
+#include <ostream>
+
+namespace embedded {
+
+namespace {
+
+using scip::Examples;
+
+// "src/a.ts, src/b.ts and 3 more"
+std::string listed(const Examples& examples) {
+    std::string list;
+    for (const std::string& example : examples.first) {
+        list.append(list.empty() ? "" : ", ").append(example);
+    }
+    const std::int64_t more = examples.count - static_cast<std::int64_t>(examples.first.size());
+    return more > 0 ? list + " and " + std::to_string(more) + " more" : list;
+}
+
+std::string made(const std::string& index, const scip::ImportReport& report) {
+    std::string line = index + ": " + counted(report.files, "file") + ", " +
+                       counted(report.declarations, "declaration") + ", " + counted(report.edges, "edge");
+    line += report.sources > 0 ? ", with " + counted(report.sources, "source") : ", without sources";
+    return report.tool.empty() ? line : line + "; indexed by " + report.tool;
+}
+
+std::string passed_over(const scip::ImportReport& report) {
+    std::string line;
+    const auto add = [&](std::int64_t count, const std::string& thing, const std::string& fault) {
+        if (count > 0) {
+            line += (line.empty() ? "Passed over: " : ", ") + counted(count, thing) + " " + fault;
+        }
+    };
+    add(report.unparsed_symbols, "symbol", "that cannot be read");
+    add(report.unusable_documents, "document", "without a usable path");
+    add(report.unusable_definitions, "definition", "without a range");
+    return line;
+}
+
+std::string leading_nowhere(const scip::ImportReport& report) {
+    std::string line;
+    for (const auto& [package, count] : report.nowhere) {
+        line += (line.empty() ? "References that lead out of the index, by package: " : ", ") +
+                (package == "." ? "(no name)" : package) + " " + std::to_string(count);
+    }
+    return line;
+}
+
+// A line about examples, empty when there are none.
+std::string about(const Examples& examples, const std::string& what, const std::string& advice) {
+    return examples.count == 0 ? "" : what + ": " + listed(examples) + advice;
+}
+
+}  // namespace
+
+void write_closing_words(std::ostream& out, const std::string& index, const scip::ImportReport& report) {
+    out << made(index, report) << '\n';
+    const std::array lines{
+        passed_over(report),
+        leading_nowhere(report),
+        about(report.missing_modules, "Modules of this repository that are named, but not in the index", ""),
+        about(report.lost_tests, "Test files that reach no other file",
+              "; for Python, name the folder of the package (such as src) to the indexer as an extra path of its type "
+              "checker, for TypeScript as a path mapping, and index again"),
+        about(report.unread, report.sources > 0 ? "Files whose source could not be read" : "No source could be read",
+              "; name the folder that was indexed with --checkout"),
+        about(report.unparsed, "Sources that are too large or no UTF-8, and were not looked into", ""),
+        about(report.moved, "Sources that have changed since they were indexed", "; index them again"),
+    };
+    for (const std::string& line : lines) {
+        if (!line.empty()) {
+            out << line << '\n';
+        }
+    }
+}
+
+}  // namespace embedded

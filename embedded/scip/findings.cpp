@@ -1,0 +1,81 @@
+#include "embedded/scip/findings.h"
+
+#include "embedded/scip/declarations.h"
+#include "embedded/scip/symbol.h"
+#include "utils/path_filter.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace embedded::scip {
+
+namespace {
+
+// What a symbol calls a module, if it is one; indexers say "/" or "." where its parts meet.
+std::optional<std::string> module_named(const Symbol& symbol) {
+    const std::vector<Descriptor>& descriptors = symbol.descriptors;
+    const bool is_python = descriptors.back().suffix == Suffix::META && descriptors.back().name == "__init__";
+    const bool is_file = descriptors_of_file(descriptors) == descriptors.size();
+    if (!is_python && !is_file) {
+        return std::nullopt;
+    }
+    std::string name;
+    for (std::size_t at = 0; at + (is_python ? 1 : 0) < descriptors.size(); ++at) {
+        name.append(at == 0 ? "" : "/").append(descriptors[at].name);
+    }
+    return name;
+}
+
+}  // namespace
+
+Findings::Findings(const Contents& contents) : contents_(contents), is_defined_(contents.symbols.size()) {
+    for (const auto& [path, file] : contents.files) {
+        for (const Definition& definition : file.definitions) {
+            is_defined_[definition.symbol] = true;
+        }
+    }
+    for (SymbolNumber number = 0; number < contents.symbols.size(); ++number) {
+        if (is_defined_[number]) {
+            own_heads_.insert(parse_symbol(contents.symbols.symbol(number)).value().head);
+        }
+    }
+}
+
+void Findings::add(const std::string& path, const FileContents& file, const FileReferences& references,
+                   std::uint32_t place) {
+    for (const auto& [symbol, count] : references.nowhere) {
+        add_nowhere(symbol, count);
+    }
+    const bool reaches_another =
+        !references.modules.empty() ||
+        std::ranges::any_of(references.edges, [&](const Edge& edge) { return edge.target.file != place; });
+    if (!reaches_another && !file.references.empty() && utils::is_test_path(path)) {
+        lost_tests_.add(path);
+    }
+}
+
+void Findings::add_nowhere(SymbolNumber symbol, std::int64_t count) {
+    if (is_defined_[symbol]) {
+        return;  // a parameter or the like, which has no row
+    }
+    const Symbol parts = parse_symbol(contents_.symbols.symbol(symbol)).value();
+    const bool is_own = own_heads_.contains(parts.head);
+    const std::optional<std::string> module = module_named(parts);
+    if (is_own && module) {
+        missing_modules_.insert(*module);
+    } else if (!is_own && (module || is_declaration(parts.descriptors.back(), SymbolKind::UNSPECIFIED))) {
+        nowhere_[parts.package] += count;
+    }
+}
+
+void Findings::report(ImportReport& report) const {
+    report.nowhere.assign(nowhere_.begin(), nowhere_.end());
+    std::ranges::stable_sort(report.nowhere, std::ranges::greater(), &std::pair<std::string, std::int64_t>::second);
+    report.nowhere.resize(std::min(report.nowhere.size(), Examples::MOST));
+    for (const std::string& module : missing_modules_) {
+        report.missing_modules.add(module);
+    }
+    report.lost_tests = lost_tests_;
+}
+
+}  // namespace embedded::scip

@@ -1,0 +1,45 @@
+// What an import has made, and what it could not use.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace embedded::scip {
+
+/// Some of many: how many there are, and the first of them.
+struct Examples {
+    std::int64_t count = 0;
+    std::vector<std::string> first;  ///< in order, at most `MOST`
+
+    static constexpr std::size_t MOST = 5;
+
+    void add(const std::string& example) {
+        if (++count <= static_cast<std::int64_t>(MOST)) {
+            first.push_back(example);
+        }
+    }
+};
+
+struct ImportReport {
+    std::string tool;  ///< that has written the SCIP file, with its version; empty when it does not say
+    std::int64_t files = 0;
+    std::int64_t declarations = 0;
+    std::int64_t edges = 0;    ///< rows; each stands for one or more references
+    std::int64_t sources = 0;  ///< files whose source was read
+
+    std::int64_t unparsed_symbols = 0;      ///< distinct symbol strings that do not parse, all passed over
+    std::int64_t unusable_documents = 0;    ///< passed over for their path: empty, absolute, with ".." or a NUL byte
+    std::int64_t unusable_definitions = 0;  ///< passed over for want of a range
+
+    /// References to symbols that the index does not hold, by the package of these: the five packages with most.
+    std::vector<std::pair<std::string, std::int64_t>> nowhere;
+    Examples missing_modules;  ///< modules of the repository's own packages that are named but not held
+    Examples lost_tests;       ///< test files that refer to things, but to nothing in any other file
+    Examples unread;           ///< files whose source is not there, or cannot be read
+    Examples unparsed;         ///< files of a language that is understood whose source is too large or no UTF-8
+    Examples moved;            ///< files whose source is another one than that which was indexed
+};
+
+}  // namespace embedded::scip

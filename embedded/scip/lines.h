@@ -1,0 +1,24 @@
+// Lines of a source file.
+#pragma once
+
+#include "embedded/scip/reader.h"
+
+#include <cstdint>
+
+namespace embedded::scip {
+
+/// Lines of a file, 1-based, both inclusive; `last` is never before `first`.
+struct Lines {
+    std::int32_t first = 1;
+    std::int32_t last = 1;
+
+    [[nodiscard]] std::int32_t count() const { return last - first + 1; }
+
+    friend bool operator==(const Lines&, const Lines&) = default;
+};
+
+/// The lines that a range takes in. A half-open end at the beginning of a later line ends on the line before. Whatever
+/// the range says, the result lies between 1 and the greatest line that there can be.
+Lines lines_of(const Range& range);
+
+}  // namespace embedded::scip

@@ -1,0 +1,83 @@
+// Where the references of an index lead: from what the tokens of a file name to rows of other files and of its own.
+#pragma once
+
+#include "embedded/scip/contents.h"
+#include "embedded/scip/rows.h"
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace embedded::scip {
+
+/// A row of a file, by place; files count from 0 in the order of their paths.
+struct RowPlace {
+    std::uint32_t file = 0;
+    std::uint32_t row = 0;
+
+    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
+    friend auto operator<=>(const RowPlace&, const RowPlace&) = default;
+};
+
+/// All references from one file to one row by one resolution.
+struct Edge {
+    RowPlace target;
+    std::string_view resolution;  ///< ambiguous, import or local
+    std::int64_t references = 0;
+};
+
+/// What the tokens of one file lead to.
+struct FileReferences {
+    std::vector<Edge> edges;  ///< by target, then resolution
+    /// The files that it names as modules and has no edge into, by place, with the number of tokens; ascending.
+    std::vector<std::pair<std::uint32_t, std::int64_t>> modules;
+    std::vector<std::pair<SymbolNumber, std::int64_t>> nowhere;  ///< the symbols of tokens that lead nowhere
+};
+
+/// Knows where every symbol is declared.
+///
+/// From the file that declares it, too, a symbol leads to that file's row. From elsewhere it leads to its largest
+/// declaration; of equals to one whose file's documents describe it, then to the first by path. A token that leads to
+/// one row is one reference; one that leads to several, or names something else besides that the index does not
+/// declare, is an ambiguous one to each.
+class References {
+  public:
+    /// `rows` holds the rows of each file, in the order of `contents.files`. Both must outlive this object.
+    References(const Contents& contents, const std::vector<FileRows>& rows);
+
+    /// The references of the file at this place.
+    [[nodiscard]] FileReferences of(std::uint32_t place, const FileContents& file) const;
+
+  private:
+    struct Target {
+        RowPlace place;
+        std::int32_t line_count = 0;
+        bool is_described = false;
+    };
+
+    using Targets = std::unordered_map<SymbolNumber, Target>;
+
+    /// The rows that one token leads to.
+    struct Lead {
+        std::vector<RowPlace> rows;  ///< each once, ascending
+        bool is_clear = false;       ///< whether the token names one row, and nothing that is not declared
+    };
+
+    static void declare(SymbolNumber symbol, const Target& target, Targets& targets);
+    [[nodiscard]] std::optional<RowPlace> row_of(SymbolNumber symbol, std::uint32_t from) const;
+    [[nodiscard]] Lead follow(std::span<const SymbolNumber> symbols, std::uint32_t from) const;
+    [[nodiscard]] std::optional<std::uint32_t> module_of(std::span<const SymbolNumber> symbols) const;
+
+    const Contents& contents_;
+    Targets rows_;
+    Targets modules_;
+    std::vector<std::unordered_map<SymbolNumber, std::uint32_t>> own_;  // by file: the rows of its symbols
+};
+
+}  // namespace embedded::scip
