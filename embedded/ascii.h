@@ -12,6 +12,11 @@ constexpr char lower(char character) {
     return 'A' <= character && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
+/// Whether the character is one of A to Z and a to z.
+constexpr bool is_letter(char character) {
+    return 'a' <= lower(character) && lower(character) <= 'z';
+}
+
 /// `text` with its capitals A to Z made small.
 inline std::string lowered(std::string_view text) {
     std::string result(text);

@@ -5,12 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <fstream>
-#include <istream>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace embedded {
 
@@ -31,25 +30,44 @@ bool contains(const fs::path& folder, const fs::path& path) {
     return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
-void skip_byte_order_mark(std::istream& file) {
-    constexpr std::string_view MARK = "\xEF\xBB\xBF";
-    std::array<char, MARK.size()> head{};
-    if (!file.read(head.data(), head.size()) || std::string_view(head.data(), head.size()) != MARK) {
-        file.clear();
-        file.seekg(0);
-    }
-}
-
-std::vector<std::string> lines_of(std::istream& file) {
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) {
-        const bool has_end = !file.eof();
-        if (has_end && line.ends_with('\r')) {
-            line.pop_back();
+// Takes a text piece by piece, and gives its lines.
+class LineSplitter {
+  public:
+    void add(std::string_view piece) {
+        for (std::size_t end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
+            line_ += piece.substr(0, end);
+            if (line_.ends_with('\r')) {
+                line_.pop_back();
+            }
+            lines_.push_back(std::exchange(line_, {}));
+            piece.remove_prefix(end + 1);
         }
-        lines.push_back(line);
+        line_ += piece;
     }
-    return lines;
+
+    std::vector<std::string> finish() {
+        if (!line_.empty()) {
+            lines_.push_back(std::exchange(line_, {}));
+        }
+        return std::exchange(lines_, {});
+    }
+
+  private:
+    std::vector<std::string> lines_;
+    std::string line_;
+};
+
+// Reads the file to its end, piece by piece; returns whether that succeeds. A first piece that is shorter than a
+// byte-order mark is the whole file.
+template <class Take>
+bool read_pieces(const fs::path& path, Take take) {
+    constexpr std::size_t PIECE = 65'536;
+    std::ifstream file(path, std::ios::binary);
+    std::string piece(PIECE, '\0');
+    while (file.read(piece.data(), PIECE) || file.gcount() > 0) {
+        take(std::string_view(piece.data(), static_cast<std::size_t>(file.gcount())));
+    }
+    return file.eof() && !file.bad();
 }
 
 std::string fault(const std::error_code& error) {
@@ -90,43 +108,36 @@ std::optional<fs::path> Checkout::find(std::string_view path) const {
     return file;
 }
 
-std::optional<std::vector<std::string>> Checkout::read_lines(std::string_view path) const {
-    const std::optional<fs::path> found = find(path);
-    if (!found) {
+std::optional<FileLines> Checkout::read_lines(std::string_view path) const {
+    constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+    const std::optional<fs::path> file = find(path);
+    ContentHash hash;
+    LineSplitter splitter;
+    bool is_start = true;
+    const auto take = [&](std::string_view piece) {
+        hash.add(piece);
+        const bool has_mark = std::exchange(is_start, false) && piece.starts_with(BYTE_ORDER_MARK);
+        splitter.add(piece.substr(has_mark ? BYTE_ORDER_MARK.size() : 0));
+    };
+    if (!file || !read_pieces(*file, take)) {
         return std::nullopt;
     }
-    std::ifstream file(*found, std::ios::binary);
-    if (!file) {
-        return std::nullopt;
-    }
-    skip_byte_order_mark(file);
-    std::vector<std::string> lines = lines_of(file);
-    if (file.bad()) {
-        return std::nullopt;
-    }
-    return lines;
+    return FileLines{splitter.finish(), hash.value()};
 }
 
 std::optional<FileContent> Checkout::read(std::string_view path, std::size_t most) const {
-    const std::optional<fs::path> found = find(path);
-    if (!found) {
-        return std::nullopt;
-    }
-    std::ifstream file(*found, std::ios::binary);
-    constexpr std::size_t PIECE = 65'536;
-    std::string piece(PIECE, '\0');
+    const std::optional<fs::path> file = find(path);
     ContentHash hash;
     std::string text;
     bool fits = true;
-    while (file.read(piece.data(), PIECE) || file.gcount() > 0) {
-        const std::string_view bytes(piece.data(), static_cast<std::size_t>(file.gcount()));
-        hash.add(bytes);
-        fits = fits && bytes.size() <= most - text.size();
+    const auto take = [&](std::string_view piece) {
+        hash.add(piece);
+        fits = fits && piece.size() <= most - text.size();
         if (fits) {
-            text += bytes;
+            text += piece;
         }
-    }
-    if (!file.eof() || file.bad()) {
+    };
+    if (!file || !read_pieces(*file, take)) {
         return std::nullopt;
     }
     return FileContent{hash.value(), fits ? std::optional(std::move(text)) : std::nullopt};

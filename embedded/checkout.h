@@ -11,6 +11,12 @@
 
 namespace embedded {
 
+/// The lines of a file as it was when it was read.
+struct FileLines {
+    std::vector<std::string> lines;
+    std::int64_t hash = 0;  ///< as `ContentHash` gives it, of all bytes
+};
+
 /// A file as it was when it was read.
 struct FileContent {
     std::int64_t hash = 0;            ///< as `ContentHash` gives it, of all bytes
@@ -31,7 +37,7 @@ class Checkout {
     /// None when the path is empty, absolute or has a segment "..", when a symbolic link leads out of the root, when
     /// there is no regular file, and when there is one that may not be read or whose reading fails: such a file is
     /// like one that is not there. Never waits on a pipe or a device.
-    [[nodiscard]] std::optional<std::vector<std::string>> read_lines(std::string_view path) const;
+    [[nodiscard]] std::optional<FileLines> read_lines(std::string_view path) const;
 
     /// The content of the file at `path`, with its text if that has at most `most` bytes. None when `read_lines` gives
     /// none.

@@ -19,13 +19,16 @@ std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::Sco
 
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options) {
-    const Transaction one_state(db.connection());
+    auto one_state = std::make_unique<const Transaction>(db.connection());
     PagePaths paths = find_page_paths(db, named);
-    const auto read_lines = [&](const models::Text& path) { return checkout.read_lines(path); };
-    return {.options = options,
+    WatchfulReader reader(db, checkout, paths.indexed);
+    const auto read_lines = [&reader](const models::Text& path) { return reader.read(path); };
+    return {.one_state = std::move(one_state),
+            .options = options,
             .missing = std::move(paths.missing),
             .suggestions = std::move(paths.suggestions),
-            .facts = wiki::scope::load_scope_facts(db, paths.indexed, read_lines)};
+            .facts = wiki::scope::load_scope_facts(db, paths.indexed, read_lines),
+            .caveats = reader.caveats()};
 }
 
 }  // namespace embedded

@@ -1,6 +1,7 @@
 // A page of the embedded host: the files that somebody names, and everything the component states about them.
 #pragma once
 
+#include "embedded/caveats.h"
 #include "embedded/checkout.h"
 #include "embedded/database.h"
 #include "embedded/page_paths.h"
@@ -10,6 +11,7 @@
 #include "workers/wiki/scope/render.h"
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -30,21 +32,16 @@ struct PageOptions {
 std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
                                                     const wiki::scope::FanIn& fan_in);
 
-/// A member that is neither copied nor moved, and so keeps what it is a member of where it was made.
-struct Unmovable {
-    Unmovable() = default;
-    Unmovable(const Unmovable&) = delete;
-    Unmovable& operator=(const Unmovable&) = delete;
-    ~Unmovable() = default;
-};
-
 /// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which
-/// is therefore neither copied nor moved.
+/// is therefore neither copied nor moved. It must not outlive the database: as long as it lives, all that is asked of
+/// the index is answered from the state that the facts come from.
 struct Page {
+    const std::unique_ptr<const Transaction> one_state;
     const PageOptions options;
     const std::vector<std::string> missing;     ///< the named paths that the index does not hold
     const std::vector<Suggestion> suggestions;  ///< what some of these were most likely meant to be
     const wiki::scope::ScopeFacts facts;
+    const Caveats caveats;
 
     const wiki::scope::FanIn fan_in = wiki::scope::production_fan_in(facts);
     const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
@@ -53,11 +50,10 @@ struct Page {
     const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection, fan_in);
     const std::vector<models::Text> deep = wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
     const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
-    [[no_unique_address]] const Unmovable stays_here = {};
 };
 
-/// Grounds the page of the named files and folders, as `find_page_paths` reads them. All its facts come from one state
-/// of the index. A file that the checkout does not give has no line count and no summary. Throws `SqliteError`.
+/// Grounds the page of the named files and folders, as `find_page_paths` reads them. A file that the checkout does not
+/// give has no line count and no summary. Throws `SqliteError`.
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options = {});
 

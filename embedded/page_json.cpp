@@ -1,5 +1,6 @@
 #include "embedded/page_json.h"
 
+#include "embedded/descriptions.h"
 #include "embedded/json_writer.h"
 #include "workers/wiki/scope/render.h"
 #include "workers/wiki/scope_tests.h"
@@ -10,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace embedded {
@@ -155,12 +157,33 @@ void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
     json.member("entry", entry);
 }
 
+// The texts that the index has of the page's declarations, those that are empty left out.
+void write_descriptions(JsonWriter& json, const Page& page, const storage::Database& db) {
+    std::vector<SymbolId> ids;
+    for (const ScopeSymbol& symbol : page.facts.symbols) {
+        ids.push_back(symbol.id);
+    }
+    const Descriptions descriptions = load_descriptions(db, ids);
+    for (const auto& [key, text] :
+         {std::pair("signatures", &Description::signature), std::pair("documentation", &Description::documentation)}) {
+        json.object(key, [&, text = text] {
+            for (const SymbolId id : ids) {
+                const auto description = descriptions.find(id);
+                if (description != descriptions.end() && !(description->second.*text).empty()) {
+                    json.member(key_text(id), description->second.*text);
+                }
+            }
+        });
+    }
+}
+
 }  // namespace
 
-void write_json(std::ostream& out, const Page& page) {
+void write_json(std::ostream& out, const Page& page, const storage::Database& db) {
     JsonWriter json(out);
     json.document([&] {
         json.object("facts", [&] { write_facts(json, page.facts); });
+        write_descriptions(json, page, db);
         json.member("missing", page.missing);
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
         json.object("fan_in", [&] { write_fan_in(json, page.fan_in); });

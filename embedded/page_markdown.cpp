@@ -1,6 +1,8 @@
 #include "embedded/page_markdown.h"
 
 #include "embedded/counted.h"
+#include "embedded/descriptions.h"
+#include "embedded/doc_comment.h"
 #include "embedded/markdown_text.h"
 #include "workers/wiki/scope/ordered_map.h"
 #include "workers/wiki/scope/render.h"
@@ -20,6 +22,7 @@ namespace {
 using models::Text;
 using storage::ScopeFile;
 using storage::ScopeSymbol;
+using storage::SymbolId;
 using wiki::scope::LineRange;
 using Lines = std::vector<std::string>;
 
@@ -50,59 +53,92 @@ std::string citation(std::string_view path, const std::optional<LineRange>& line
                  : std::string(path);
 }
 
-// The source of the page's declarations. A selection goes back and forth between the files, so the lines of each file
-// that has a declaration in it are read once and kept.
-class Sources {
+Lines lines_of(std::string_view text) {
+    Lines lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        lines.emplace_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
+// The blocks of the selected declarations. A selection goes back and forth between the files, so the lines of each
+// file that has a declaration in it are read once and kept.
+class Blocks {
   public:
-    Sources(std::span<const ScopeFile> files, const Checkout& checkout) : checkout_(checkout) {
-        for (const ScopeFile& file : files) {
+    Blocks(const Page& page, const storage::Database& db, const Checkout& checkout, bool with_source)
+        : page_(page), checkout_(checkout), with_source_(with_source),
+          descriptions_(load_descriptions(db, ids_of(page.selection))) {
+        for (const ScopeFile& file : page.facts.files) {
             files_[file.path].language = file.language.value_or(Text());
         }
     }
 
-    // The declaration's lines as a fenced block; none when they are not in the checkout.
-    std::optional<std::string> block(const ScopeSymbol& symbol) {
-        const std::optional<LineRange> range = lines_of(symbol);
-        const Source& source = read(symbol.path);
-        if (!range || std::cmp_greater(range->first, source.lines->size())) {
-            return std::nullopt;
+    void write(std::ostream& out, const ScopeSymbol& symbol) {
+        const auto found = descriptions_.find(symbol.id);
+        const Description& description = found == descriptions_.end() ? NOTHING_SAID : found->second;
+        const Lines code = with_source_ ? source(symbol) : lines_of(description.signature);
+        out << "\n### " << code_span(symbol.name) << "\n\n"
+            << plain_text(symbol.kind) << ", " << code_span(citation(symbol.path, lines_of(symbol))) << ", "
+            << counted(page_.fan_in.outside.get(symbol.id, 0), "use") << " outside, "
+            << page_.fan_in.inside.get(symbol.id, 0) << " inside\n";
+        if (const std::string lead = lead_of(description.documentation); !lead.empty()) {
+            out << '\n' << lead << '\n';
         }
-        const auto first = static_cast<std::size_t>(range->first - 1);
-        const std::size_t last = std::min(static_cast<std::size_t>(range->last), source.lines->size());
-        return fenced_block(std::span(*source.lines).subspan(first, last - first), source.language);
+        if (!code.empty()) {
+            out << '\n' << fenced_block(code, files_[symbol.path].language);
+        }
     }
 
   private:
-    struct Source {
+    struct File {
         Text language;               // empty when unknown
         std::optional<Lines> lines;  // once read
     };
 
-    const Source& read(const Text& path) {
-        Source& source = files_[path];
-        if (!source.lines) {
-            source.lines = checkout_.read_lines(path).value_or(Lines());
-        }
-        return source;
+    inline static const Description NOTHING_SAID;
+
+    static std::vector<SymbolId> ids_of(const std::vector<const ScopeSymbol*>& symbols) {
+        std::vector<SymbolId> ids(symbols.size());
+        std::ranges::transform(symbols, ids.begin(), &ScopeSymbol::id);
+        return ids;
     }
 
+    // The declaration's lines, as far as they are in the checkout.
+    Lines source(const ScopeSymbol& symbol) {
+        const std::optional<LineRange> range = lines_of(symbol);
+        const Lines& lines = read(symbol.path);
+        if (!range || std::cmp_greater(range->first, lines.size())) {
+            return {};
+        }
+        const auto first = static_cast<std::ptrdiff_t>(range->first - 1);
+        const auto last = std::min(static_cast<std::ptrdiff_t>(range->last), std::ssize(lines));
+        return {lines.begin() + first, lines.begin() + last};
+    }
+
+    const Lines& read(const Text& path) {
+        File& file = files_[path];
+        if (!file.lines) {
+            std::optional<FileLines> read = checkout_.read_lines(path);
+            file.lines = read ? std::move(read->lines) : Lines();
+        }
+        return *file.lines;
+    }
+
+    const Page& page_;
     const Checkout& checkout_;
-    wiki::scope::OrderedMap<Text, Source> files_;
+    bool with_source_;
+    Descriptions descriptions_;
+    wiki::scope::OrderedMap<Text, File> files_;
 };
 
-void write_declarations(std::ostream& out, const Page& page, const Checkout& checkout, bool with_source) {
+void write_declarations(std::ostream& out, const Page& page, Blocks blocks) {
     out << "## Declarations\n\n"
            "The declarations of this page that matter most, every file represented: what production code outside "
            "the page uses and its entry points first.\n";
-    Sources sources(page.facts.files, checkout);
     for (const ScopeSymbol* symbol : page.selection) {
-        out << "\n### " << code_span(symbol->name) << "\n\n"
-            << plain_text(symbol->kind) << ", " << code_span(citation(symbol->path, lines_of(*symbol))) << ", "
-            << counted(page.fan_in.outside.get(symbol->id, 0), "use") << " outside, "
-            << page.fan_in.inside.get(symbol->id, 0) << " inside\n";
-        if (const auto block = with_source ? sources.block(*symbol) : std::nullopt) {
-            out << '\n' << *block;
-        }
+        blocks.write(out, *symbol);
     }
 }
 
@@ -146,7 +182,16 @@ void write_seeds(std::ostream& out, const Page& page) {
     }
 }
 
-void write_section(std::ostream& out, Section section, const Page& page, const Checkout& checkout, bool with_source) {
+// Everything that a page is written from.
+struct Material {
+    const Page& page;
+    const storage::Database& db;
+    const Checkout& checkout;
+    bool with_source;
+};
+
+void write_section(std::ostream& out, Section section, const Material& material) {
+    const Page& page = material.page;
     switch (section) {
     case Section::FILES:
         out << render_file_cards(page.facts, page.fan_in, "## Files", page.missing);
@@ -155,7 +200,7 @@ void write_section(std::ostream& out, Section section, const Page& page, const C
         out << render_consumers(page.facts, page.fan_in, "## Consumers");
         break;
     case Section::DECLARATIONS:
-        write_declarations(out, page, checkout, with_source);
+        write_declarations(out, page, Blocks(page, material.db, material.checkout, material.with_source));
         break;
     case Section::IN_DEPTH:
         write_in_depth(out, page);
@@ -185,12 +230,14 @@ std::string section_names() {
     return names;
 }
 
-void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout, const MarkdownOptions& options) {
+void write_markdown(std::ostream& out, const Page& page, const storage::Database& db, const Checkout& checkout,
+                    const MarkdownOptions& options) {
+    const Material material{.page = page, .db = db, .checkout = checkout, .with_source = options.with_source};
     const char* separator = "";
     for (const auto& [name, section] : SECTIONS) {
         if (options.only.empty() || options.only.contains(section)) {
             out << separator;
-            write_section(out, section, page, checkout, options.with_source);
+            write_section(out, section, material);
             separator = "\n";
         }
     }

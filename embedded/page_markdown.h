@@ -23,12 +23,13 @@ std::string section_names();
 
 struct MarkdownOptions {
     std::set<Section> only;   ///< the sections to write; all when empty
-    bool with_source = true;  ///< whether each selected declaration stands with its source lines
+    bool with_source = true;  ///< whether each selected declaration stands with its source lines, or its signature
 };
 
-/// Writes the sections of the page, each under its own "##" heading. The source of the selected declarations is read
-/// from `checkout`; one that is not there is left out. Throws what `tests_reaching` throws; whether everything was
-/// written is for the caller to ask of `out`.
-void write_markdown(std::ostream& out, const Page& page, const Checkout& checkout, const MarkdownOptions& options);
+/// Writes the sections of the page, each under its own "##" heading. What the index says of the selected declarations
+/// in words is asked of `db`, which is the page's; their source is read from `checkout`, and left out where it is not
+/// there. Throws what `tests_reaching` throws; whether everything was written is for the caller to ask of `out`.
+void write_markdown(std::ostream& out, const Page& page, const storage::Database& db, const Checkout& checkout,
+                    const MarkdownOptions& options);
 
 }  // namespace embedded

@@ -126,9 +126,9 @@ void check_page(const Workshop& workshop, const ImportReport& counts) {
         promise(!file.language || page.facts.import_resolved(file.path), "the imports of every language are resolved");
     }
     std::ostringstream markdown;
-    write_markdown(markdown, page, checkout, {});
+    write_markdown(markdown, page, db, checkout, {});
     std::ostringstream json;
-    write_json(json, page);
+    write_json(json, page, db);
     promise(nlohmann::json::accept(json.str()), "a page as JSON is JSON");
 }
 

@@ -1,9 +1,11 @@
 #include "embedded/command/page_command.h"
 
+#include "embedded/caveats.h"
 #include "embedded/checkout.h"
 #include "embedded/command/file_option.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
+#include "embedded/counted.h"
 #include "embedded/database.h"
 #include "embedded/index.h"
 #include "embedded/page.h"
@@ -12,10 +14,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <memory>
 #include <ostream>
+#include <span>
 #include <sstream>
 #include <string>
 #include <system_error>
@@ -43,6 +47,24 @@ MarkdownOptions markdown_options(const PageArguments& arguments) {
     return options;
 }
 
+void say_caveats(const Caveats& caveats, const std::string& checkout) {
+    constexpr std::size_t NAMED = 5;
+    const std::size_t count = caveats.changed.size();
+    for (const models::Text& path : std::span(caveats.changed).first(std::min(count, NAMED))) {
+        say(std::string(path) + ": changed since it was indexed; its lines may be off; index again");
+    }
+    if (count > NAMED) {
+        say("... and " + counted(static_cast<std::int64_t>(count - NAMED), "more file") +
+            " changed since indexed; index again");
+    }
+    if (caveats.has_no_sources) {
+        say(checkout + ": holds none of the page's files; name the folder that was indexed with --checkout");
+    }
+    if (caveats.has_no_outside) {
+        say("the page consists of every file of the index: nothing is outside of it, so no use from outside is known");
+    }
+}
+
 void print_page(const PageArguments& arguments) {
     storage::Database db(open_index(arguments.index));
     const Checkout checkout(arguments.checkout);
@@ -50,11 +72,12 @@ void print_page(const PageArguments& arguments) {
     for (const auto& [missing, nearest] : page.suggestions) {
         say((missing + ": not in the index; did you mean ").append(nearest).append("?"));
     }
+    say_caveats(page.caveats, arguments.checkout);
     print([&](std::ostream& out) {
         if (arguments.format == "json") {
-            write_json(out, page);
+            write_json(out, page, db);
         } else {
-            write_markdown(out, page, checkout, markdown_options(arguments));
+            write_markdown(out, page, db, checkout, markdown_options(arguments));
         }
     });
 }
@@ -99,7 +122,8 @@ void add_page_command(CLI::App& app) {
         ->delimiter(',')
         ->allow_extra_args(false)
         ->check([](const std::string& name) { return section_named(name) ? "" : "no such section: " + name; });
-    page.add_flag("--no-source", arguments->without_source, "Leave the source of the declarations out of the Markdown");
+    page.add_flag("--no-source", arguments->without_source,
+                  "Print the signatures of the declarations in the Markdown, instead of their source");
 
     PageOptions& numbers = arguments->page;
     add_number(page, "--total", numbers.total, "Declarations that get a block");

@@ -26,6 +26,15 @@ std::optional<std::string> module_named(const Symbol& symbol) {
     return name;
 }
 
+// "a.b/c" -> "a.b/c", "b/c", "c": where a module is imported relative to another one, some indexers name it so.
+void add_with_ends(const std::string& module, std::set<std::string>& names) {
+    names.insert(module);
+    for (std::size_t link = module.find_first_of("./"); link != std::string::npos;
+         link = module.find_first_of("./", link + 1)) {
+        names.insert(module.substr(link + 1));
+    }
+}
+
 }  // namespace
 
 Findings::Findings(const Contents& contents) : contents_(contents), is_defined_(contents.symbols.size()) {
@@ -36,7 +45,11 @@ Findings::Findings(const Contents& contents) : contents_(contents), is_defined_(
     }
     for (SymbolNumber number = 0; number < contents.symbols.size(); ++number) {
         if (is_defined_[number]) {
-            own_heads_.insert(parse_symbol(contents.symbols.symbol(number)).value().head);
+            const Symbol symbol = parse_symbol(contents.symbols.symbol(number)).value();
+            own_heads_.insert(symbol.head);
+            if (const std::optional<std::string> module = module_named(symbol)) {
+                add_with_ends(*module, held_modules_);
+            }
         }
     }
 }
@@ -61,7 +74,7 @@ void Findings::add_nowhere(SymbolNumber symbol, std::int64_t count) {
     const Symbol parts = parse_symbol(contents_.symbols.symbol(symbol)).value();
     const bool is_own = own_heads_.contains(parts.head);
     const std::optional<std::string> module = module_named(parts);
-    if (is_own && module) {
+    if (is_own && module && !held_modules_.contains(*module)) {
         missing_modules_.insert(*module);
     } else if (!is_own && (module || is_declaration(parts.descriptors.back(), SymbolKind::UNSPECIFIED))) {
         nowhere_[parts.package] += count;

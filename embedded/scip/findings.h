@@ -31,6 +31,7 @@ class Findings {
     const Contents& contents_;
     std::vector<bool> is_defined_;                 // by symbol
     std::set<std::string_view> own_heads_;         // of the symbols that the index defines
+    std::set<std::string> held_modules_;           // each by its whole name and by the ends of that
     std::map<std::string, std::int64_t> nowhere_;  // by package
     std::set<std::string> missing_modules_;
     Examples lost_tests_;

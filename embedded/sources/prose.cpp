@@ -69,8 +69,7 @@ string_view without_closing_mark(string_view line) {
 // A line that opens a block tag: "@param x the first" -> "param"; empty for any other line.
 string_view tag_of(string_view line) {
     const string_view text = trimmed(line);
-    if (text.size() < 2 || (text.front() != '@' && text.front() != '\\') || lower(text[1]) < 'a' ||
-        lower(text[1]) > 'z') {
+    if (text.size() < 2 || (text.front() != '@' && text.front() != '\\') || !is_letter(text[1])) {
         return {};
     }
     return text.substr(1, text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ", 1) - 1);

@@ -54,7 +54,7 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
         {"page a --index index.db --checkout none", 1, "none: no such folder"},
         {"page a --index index.db --checkout index.db", 1, "index.db: not a folder"},
         {"page a --index index.db --checkout loop", 1, "loop: cannot be read (Too many levels"},
-        {"page . --index index.db --checkout . >/dev/full", 1, "standard output: cannot be written (No space left"},
+        {"page src --index index.db --checkout . >/dev/full", 1, "standard output: cannot be written (No space left"},
         {"import good.scip --index good.db >/dev/full", 1, "standard output: cannot be written (No space left"},
         {"--help >/dev/full", 1, "standard output: cannot be written (No space left"},
         {"import none.scip --index new.db", 1, "none.scip: no such file"},
@@ -105,7 +105,7 @@ TEST_F(Command, TakesPathsThatMeanMoreToSqliteAsTheyStand) {
     folder.write("one.scip", scip_file({ScipDocument("a.ts")}));
     for (const std::string name : {":memory:", "file:a.db?mode=memory"}) {
         EXPECT_EQ(run("import one.scip --index '" + name + "'").err, "");
-        EXPECT_EQ(run("page . --index '" + name + "' --checkout .").err, "");
+        EXPECT_EQ(run("page none --index '" + name + "' --checkout .").err, "");
         EXPECT_TRUE(std::filesystem::exists(folder / name));
     }
 }
@@ -143,7 +143,34 @@ TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {
     EXPECT_TRUE(said.ends_with("9/src: not in the index; did you mean src?\n")) << said;
 }
 
+TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
+    for (int number = 0; number < 7; ++number) {
+        const std::string path = std::to_string(number) + ".ts";
+        folder.write(path, "changed");
+        fill("INSERT INTO files(path, content_hash) VALUES('" + path + "', " + std::to_string(number) + ")");
+    }
+    const std::string changed = ": changed since it was indexed; its lines may be off; index again\n";
+    const auto say = [&](const std::string& paths, const std::string& checkout) {
+        return run("page " + paths + " --index index.db --only seeds --checkout " + checkout).err;
+    };
+    EXPECT_EQ(say("6.ts 0.ts src/a.ts", "."), "wiki-scope: 6.ts" + changed + "wiki-scope: 0.ts" + changed);
+    EXPECT_EQ(say("[0-9].ts", "."), "wiki-scope: 0.ts" + changed + "wiki-scope: 1.ts" + changed + "wiki-scope: 2.ts" +
+                                        changed + "wiki-scope: 3.ts" + changed + "wiki-scope: 4.ts" + changed +
+                                        "wiki-scope: ... and 2 more files changed since indexed; index again\n");
+    std::filesystem::create_directory(folder / "empty");
+    EXPECT_EQ(say("none", "empty"), "");
+    EXPECT_EQ(say("src", "empty"),
+              "wiki-scope: empty: holds none of the page's files; name the folder that was indexed with --checkout\n");
+    const std::string all = say(".", "empty");
+    EXPECT_TRUE(all.ends_with("the page consists of every file of the index: nothing is outside of it, so no use from "
+                              "outside is known\n"))
+        << all;
+    EXPECT_EQ(say("src [0-9].ts", "empty"),
+              "wiki-scope: empty: holds none of the page's files; name the folder that was indexed with --checkout\n");
+}
+
 TEST_F(Command, EndsQuietlyWhenItsReaderHasSeenEnough) {
+    folder.write("src/a.ts", "");
     // More than a pipe holds.
     fill("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
          "INSERT INTO symbols SELECT i, 1, '', '', '', 1, 1, 1 FROM n LIMIT 2000");

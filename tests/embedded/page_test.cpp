@@ -32,14 +32,17 @@ std::string expected_page(const std::string& name) {
 class PrintedPage : public IndexedFolder {
   protected:
     PrintedPage() {
-        fill("INSERT INTO files VALUES(1, 'src/a.ts', 'typescript', NULL), (2, 'src/b.lua', NULL, NULL), "
-             "(3, 'src-lib/c.ts', 'typescript', NULL), (4, 'test/a.test.ts', 'typescript', NULL);"
-             "INSERT INTO languages VALUES('typescript', 1);"
-             "INSERT INTO symbols VALUES(1, 1, 'One', 'a.One', 'class', 1, 2, 4), "
-             "(2, 1, 'run', 'a.One.run', 'method', 1, 3, 3), (3, 2, 'TICKS', 'b.TICKS', 'constant', 1, 1, 1), "
-             "(4, 3, 'a|b', 'c.a|b', 'x|`y', 1, 5, 6);"
-             "INSERT INTO edges VALUES(3, 1, 'import', 3), (1, 1, 'local', 4), (4, 1, 'import', 1), "
-             "(3, 3, 'unique', 2), (1, 4, 'import', 5);");
+        fill(
+            "INSERT INTO files VALUES(1, 'src/a.ts', 'typescript', NULL), (2, 'src/b.lua', NULL, NULL), "
+            "(3, 'src-lib/c.ts', 'typescript', NULL), (4, 'test/a.test.ts', 'typescript', NULL);"
+            "INSERT INTO languages VALUES('typescript', 1);"
+            "INSERT INTO symbols VALUES(1, 1, 'One', 'a.One', 'class', 1, 2, 4), "
+            "(2, 1, 'run', 'a.One.run', 'method', 1, 3, 3), (3, 2, 'TICKS', 'b.TICKS', 'constant', 1, 1, 1), "
+            "(4, 3, 'a|b', 'c.a|b', 'x|`y', 1, 5, 6);"
+            "INSERT INTO edges VALUES(3, 1, 'import', 3), (1, 1, 'local', 4), (4, 1, 'import', 1), "
+            "(3, 3, 'unique', 2), (1, 4, 'import', 5);"
+            "INSERT INTO descriptions VALUES(1, 'class One<' || char(10) || '  T>', 'A <thing> to {@link run|run},"
+            "' || char(10) || 'or not.' || char(10, 10) || '## More'), (2, 'run()', ''), (4, '', 'Of another page.');");
         folder.write("src/a.ts", "// Says what it is for.\nclass One {\n  run() {}\n}\n");
         folder.write("src/b.lua", "TICKS = '```'\n");
     }
@@ -78,12 +81,15 @@ TEST_F(PrintedPage, HasOnlyTheWantedSectionsInTheirOrder) {
 TEST_F(PrintedPage, QuotesTheLinesThatTheCheckoutHasUnlessToldNotTo) {
     fill("UPDATE symbols SET end_line = 99 WHERE id = 1; UPDATE symbols SET start_line = 0 WHERE id = 2;"
          "UPDATE symbols SET kind = 'a' || char(10) || '`b', start_line = 2, end_line = 1 WHERE id = 3;");
-    const std::string one = "### `One`\n\nclass, `src/a.ts:L2-L99`, 3 uses outside, 4 inside\n\n";
+    const std::string one =
+        "### `One`\n\nclass, `src/a.ts:L2-L99`, 3 uses outside, 4 inside\n\nA \\<thing> to run, or not.\n\n";
     const std::string source = "```typescript\nclass One {\n  run() {}\n}\n```\n\n";
+    const std::string signature = "```typescript\nclass One<\n  T>\n```\n\n";
     const std::string others = "### `TICKS`\n\na \\`b, `src/b.lua:L2-L2`, 2 uses outside, 0 inside\n\n"
                                "### `run`\n\nmethod, `src/a.ts`, 0 uses outside, 0 inside\n";
     EXPECT_TRUE(print("src --only declarations").ends_with("\n\n" + one + source + others));
-    EXPECT_TRUE(print("src --only declarations --no-source").ends_with("\n\n" + one + others));
+    EXPECT_TRUE(print("src --only declarations --no-source")
+                    .ends_with("\n\n" + one + signature + others + "\n```typescript\nrun()\n```\n"));
     std::filesystem::remove(folder / "src/a.ts");
     EXPECT_TRUE(print("src --only declarations").ends_with("\n\n" + one + others));
 }
