@@ -68,7 +68,8 @@ void write_closing_words(std::ostream& out, const std::string& index, const scip
               "checker, for TypeScript as a path mapping, and index again"),
         about(report.unread, report.sources > 0 ? "Files whose source could not be read" : "No source could be read",
               "; name the folder that was indexed with --checkout"),
-        about(report.unparsed, "Sources that are too large or no UTF-8, and were not looked into", ""),
+        about(report.unparsed, "Sources that are too large, too hard to parse or no UTF-8, and were not looked into",
+              ""),
         about(report.moved, "Sources that have changed since they were indexed", "; index them again"),
     };
     for (const std::string& line : lines) {

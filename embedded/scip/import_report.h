@@ -38,8 +38,8 @@ struct ImportReport {
     Examples missing_modules;  ///< modules of the repository's own packages that are named but not held
     Examples lost_tests;       ///< test files that refer to things, but to nothing in any other file
     Examples unread;           ///< files whose source is not there, or cannot be read
-    Examples unparsed;         ///< files of a language that is understood whose source is too large or no UTF-8
-    Examples moved;            ///< files whose source is another one than that which was indexed
+    Examples unparsed;  ///< files of a language that is understood whose source has no outline (sources/outline.h)
+    Examples moved;     ///< files whose source is another one than that which was indexed
 };
 
 }  // namespace embedded::scip

@@ -1,8 +1,10 @@
 #include "embedded/sources/captures.h"
 
+#include "embedded/sources/parser_memory.h"
+
 #include <algorithm>
 #include <array>
-#include <atomic>
+#include <chrono>
 #include <memory>
 #include <span>
 
@@ -27,7 +29,37 @@ Tree parse(string_view text, const Language& language, const std::size_t& is_can
     const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
     ts_parser_set_language(parser.get(), language.grammar());
     ts_parser_set_cancellation_flag(parser.get(), &is_cancelled);
+    constexpr std::chrono::microseconds LONGEST = std::chrono::seconds(5);
+    ts_parser_set_timeout_micros(parser.get(), LONGEST.count());
     return Tree(ts_parser_parse_string(parser.get(), nullptr, text.data(), static_cast<std::uint32_t>(text.size())));
+}
+
+// Whether a tree may be that of a source: nothing nests as deep, and no damaged node is as wide, as what keeps a query
+// busy for minutes. Its time grows with the square of either.
+bool is_of_a_source(const TSNode& root) {
+    constexpr std::size_t DEEPEST = 2'000;
+    constexpr std::size_t WIDEST = 10'000;
+    TSTreeCursor cursor = ts_tree_cursor_new(root);
+    const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
+    std::vector<std::size_t> places{0};  // of the nodes from the root to here, among their siblings
+    std::vector<bool> damage{false};     // of their parents
+    while (places.size() <= DEEPEST && !(damage.back() && places.back() > WIDEST)) {
+        const bool is_damaged = ts_node_has_error(ts_tree_cursor_current_node(&cursor));
+        if (ts_tree_cursor_goto_first_child(&cursor)) {
+            places.push_back(0);
+            damage.push_back(is_damaged);
+            continue;
+        }
+        while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
+            if (!ts_tree_cursor_goto_parent(&cursor)) {
+                return true;
+            }
+            places.pop_back();
+            damage.pop_back();
+        }
+        ++places.back();
+    }
+    return false;
 }
 
 Bytes bytes_of(const TSNode& node) {
@@ -151,9 +183,10 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 }  // namespace
 
 std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
+    guard_parser_memory();
     const TSQuery* const query = query_of(language);
     const Tree tree = parse(text, language, is_cancelled);
-    if (tree == nullptr) {
+    if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
         return std::nullopt;
     }
     Captures captures;

@@ -182,6 +182,14 @@ TEST(Outline, DamageCostsNoMoreThanItsPart) {
     EXPECT_FALSE(outline_of("a\xFF", language, never));
     EXPECT_FALSE(outline_of(std::string(LARGEST_SOURCE + 1, ' '), language, never));
     EXPECT_FALSE(outline_of(std::string(100'000, '('), language, at_once));
+    EXPECT_TRUE(
+        outline_of(std::string(70'000, '{'), language, never)->declarations.empty());  // more than a node counts
+    EXPECT_FALSE(outline_of(std::string(3'000, '!') + "a", language, never));
+    std::string decorators;
+    for (int count = 0; count < 20'000; ++count) {
+        decorators += "@ ";
+    }
+    EXPECT_FALSE(outline_of(decorators, language, never));
     EXPECT_EQ(outline_of("\xEF\xBB\xBFlet a\r\nlet b\r\n", language, never)->line_count, 2);
     EXPECT_EQ(outline("a.py", "").line_count, 1);
 }
