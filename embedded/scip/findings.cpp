@@ -11,21 +11,6 @@ namespace embedded::scip {
 
 namespace {
 
-// What a symbol calls a module, if it is one; indexers say "/" or "." where its parts meet.
-std::optional<std::string> module_named(const Symbol& symbol) {
-    const std::vector<Descriptor>& descriptors = symbol.descriptors;
-    const bool is_python = descriptors.back().suffix == Suffix::META && descriptors.back().name == "__init__";
-    const bool is_file = descriptors_of_file(descriptors) == descriptors.size();
-    if (!is_python && !is_file) {
-        return std::nullopt;
-    }
-    std::string name;
-    for (std::size_t at = 0; at + (is_python ? 1 : 0) < descriptors.size(); ++at) {
-        name.append(at == 0 ? "" : "/").append(descriptors[at].name);
-    }
-    return name;
-}
-
 // "a.b/c" -> "a.b/c", "b/c", "c": where a module is imported relative to another one, some indexers name it so.
 void add_with_ends(const std::string& module, std::set<std::string>& names) {
     names.insert(module);
@@ -47,7 +32,7 @@ Findings::Findings(const Contents& contents) : contents_(contents), is_defined_(
         if (is_defined_[number]) {
             const Symbol symbol = parse_symbol(contents.symbols.symbol(number)).value();
             own_heads_.insert(symbol.head);
-            if (const std::optional<std::string> module = module_named(symbol)) {
+            if (const std::optional<std::string> module = module_name(symbol.descriptors)) {
                 add_with_ends(*module, held_modules_);
             }
         }
@@ -73,7 +58,7 @@ void Findings::add_nowhere(SymbolNumber symbol, std::int64_t count) {
     }
     const Symbol parts = parse_symbol(contents_.symbols.symbol(symbol)).value();
     const bool is_own = own_heads_.contains(parts.head);
-    const std::optional<std::string> module = module_named(parts);
+    const std::optional<std::string> module = module_name(parts.descriptors);
     if (is_own && module && !held_modules_.contains(*module)) {
         missing_modules_.insert(*module);
     } else if (!is_own && (module || is_declaration(parts.descriptors.back(), SymbolKind::UNSPECIFIED))) {

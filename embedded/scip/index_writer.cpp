@@ -150,14 +150,17 @@ class IndexWriter {
             if (is_module_[place - 1]) {
                 add(row_of_module(path, rows));
             }
-            for (const Row& row : rows.rows) {
+            for (std::uint32_t at = 0; at < rows.rows.size(); ++at) {
+                const Row& row = rows.rows[at];
                 if (!row.signature.empty() || !row.documentation.empty()) {
                     describe.bind(1, id);
                     describe.bind(2, spool_.read(row.signature));
                     describe.bind(3, spool_.read(row.documentation));
                     describe.run();
                 }
-                add(row_of(row, file));
+                SymbolRow written = row_of(row, file);
+                written.is_public = written.is_public && references_.lead_to({place - 1, at});
+                add(written);
             }
             after_file_(0);
         }

@@ -1,5 +1,7 @@
 #include "embedded/scip/references.h"
 
+#include "embedded/scip/symbol.h"
+
 #include <algorithm>
 #include <map>
 #include <utility>
@@ -16,6 +18,39 @@ References::References(const Contents& contents, const std::vector<FileRows>& ro
         }
         for (const SymbolNumber module : file.modules) {
             declare(module, {{place, 0}, file.line_count, false}, modules_);
+        }
+    }
+    for (const auto& [symbol, target] : rows_) {
+        are_led_to_.insert(target.place);
+    }
+    add_modules_named_by_their_end();
+}
+
+// scip-python names a module that is imported relative to another one by what the import says, without its dots. Where
+// one module alone ends so, that is the one.
+void References::add_modules_named_by_their_end() {
+    constexpr std::string_view MODULE_OF_PYTHON = "/__init__:";
+    struct Module {
+        Target target;
+        bool is_only_one;
+    };
+    std::map<std::pair<std::string_view, std::string>, Module> by_end;  // by release and end of the name
+    for (const auto& [number, target] : modules_) {
+        const Symbol symbol = parse_symbol(contents_.symbols.symbol(number)).value();
+        const std::string name = module_name(symbol.descriptors).value_or("");
+        for (std::size_t dot = name.find('.'); dot != std::string::npos; dot = name.find('.', dot + 1)) {
+            const auto [end, is_new] = by_end.try_emplace({symbol.head, name.substr(dot + 1)}, Module{target, true});
+            end->second.is_only_one = is_new;
+        }
+    }
+    for (SymbolNumber number = 0; number < contents_.symbols.size(); ++number) {
+        const std::string_view text = contents_.symbols.symbol(number);
+        if (text.ends_with(MODULE_OF_PYTHON) && !modules_.contains(number)) {
+            const Symbol symbol = parse_symbol(text).value();
+            const auto found = by_end.find({symbol.head, module_name(symbol.descriptors).value_or("")});
+            if (found != by_end.end() && found->second.is_only_one) {
+                modules_.emplace(number, found->second.target);
+            }
         }
     }
 }

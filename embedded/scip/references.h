@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <span>
 #include <string_view>
 #include <unordered_map>
@@ -51,6 +52,10 @@ class References {
     /// `rows` holds the rows of each file, in the order of `contents.files`. Both must outlive this object.
     References(const Contents& contents, const std::vector<FileRows>& rows);
 
+    /// Whether references from other files lead to this row. They do not where another file's declaration of the same
+    /// symbol is larger: what others use under that name is then the other one, as that of a stub.
+    [[nodiscard]] bool lead_to(const RowPlace& row) const { return are_led_to_.contains(row); }
+
     /// The references of the file at this place.
     [[nodiscard]] FileReferences of(std::uint32_t place, const FileContents& file) const;
 
@@ -69,6 +74,7 @@ class References {
         bool is_clear = false;       ///< whether the token names one row, and nothing that is not declared
     };
 
+    void add_modules_named_by_their_end();
     static void declare(SymbolNumber symbol, const Target& target, Targets& targets);
     [[nodiscard]] std::optional<RowPlace> row_of(SymbolNumber symbol, std::uint32_t from) const;
     [[nodiscard]] Lead follow(std::span<const SymbolNumber> symbols, std::uint32_t from) const;
@@ -77,6 +83,7 @@ class References {
     const Contents& contents_;
     Targets rows_;
     Targets modules_;
+    std::set<RowPlace> are_led_to_;
     std::vector<std::unordered_map<SymbolNumber, std::uint32_t>> own_;  // by file: the rows of its symbols
 };
 

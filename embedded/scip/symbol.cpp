@@ -179,6 +179,18 @@ std::size_t descriptors_of_file(std::span<const Descriptor> descriptors) {
     return count;
 }
 
+std::optional<std::string> module_name(std::span<const Descriptor> descriptors) {
+    const bool is_python = descriptors.back().suffix == Suffix::META && descriptors.back().name == "__init__";
+    if (!is_python && descriptors_of_file(descriptors) != descriptors.size()) {
+        return std::nullopt;
+    }
+    std::string name;
+    for (const Descriptor& descriptor : descriptors.first(descriptors.size() - (is_python ? 1 : 0))) {
+        name.append(name.empty() ? "" : "/").append(descriptor.name);
+    }
+    return name;
+}
+
 bool is_augmentation(std::span<const Descriptor> descriptors) {
     const std::size_t file = descriptors_of_file(descriptors);
     return file > 0 && std::ranges::any_of(descriptors.subspan(file), [](const Descriptor& descriptor) {

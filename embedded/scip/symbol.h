@@ -67,6 +67,12 @@ bool is_constructor_name(std::string_view name);
 ///     src/`a.ts`/A#        2
 std::size_t descriptors_of_file(std::span<const Descriptor> descriptors);
 
+/// The name of the module that a symbol stands for: a file, or a package of Python. None for any other symbol.
+///
+///     src/`a.ts`/             src/a.ts
+///     `a.b`/__init__:         a.b
+std::optional<std::string> module_name(std::span<const Descriptor> descriptors);
+
 /// Whether the symbol extends a declaration that stands elsewhere: it lives in a `declare module "x"` or a
 /// `declare global` of its file.
 bool is_augmentation(std::span<const Descriptor> descriptors);

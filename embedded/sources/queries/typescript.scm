@@ -40,6 +40,12 @@
 (variable_declarator value: (arrow_function body: (_) @body)) @callable
 (variable_declarator value: (function_expression body: (_) @body)) @callable
 (variable_declarator value: (generator_function body: (_) @body)) @callable
+(variable_declarator value: [
+  (as_expression [(arrow_function body: (_) @body) (function_expression body: (_) @body)])
+  (as_expression (parenthesized_expression [(arrow_function body: (_) @body) (function_expression body: (_) @body)]))
+  (satisfies_expression [(arrow_function body: (_) @body) (function_expression body: (_) @body)])
+  (parenthesized_expression [(arrow_function body: (_) @body) (function_expression body: (_) @body)])
+]) @callable
 (public_field_definition value: (arrow_function body: (_) @body)) @of
 (type_alias_declaration value: (object_type) @body) @of
 (variable_declarator type: (type_annotation [(function_type) (constructor_type)])) @callable
@@ -52,8 +58,6 @@
 (export_statement !source (export_clause (export_specifier name: (_) @export)))
 (export_statement value: (identifier) @export)
 (export_statement "=" (identifier) @export)
-(ambient_declaration "global" (statement_block) @visible)
-(ambient_declaration (module name: (string))) @exported
 (ambient_declaration (module body: (_) @visible))
 (ambient_declaration (internal_module body: (_) @visible))
 

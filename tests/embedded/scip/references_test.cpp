@@ -85,6 +85,11 @@ TEST_F(ScipImport, ASymbolOfSeveralFilesLeadsToTheLargestThenADescribedThenTheFi
     EXPECT_EQ(edges(), "b.ts 4 local 1; d.ts 3 import 1; d.ts 4 import 1; d.ts 5 import 1");
 }
 
+TEST_F(ScipImport, ADeclarationThatALargerOneHidesFromOthersIsNotPublic) {
+    import({ScipDocument("a.py").defines(F).defines(G), ScipDocument("a.pyi").defines(F, {0, 0, 1}, {0, 0, 2, 1})});
+    EXPECT_EQ(declarations(), "f function 1-1; g function 1-1 public; f function 1-3 public");
+}
+
 TEST_F(ScipImport, WhatIsOnlyAnnouncedIsDeclaredWhereTheFirstFileByPathAnnouncesIt) {
     import({ScipDocument("b.h").announces(F, {1, 0, 1}),
             ScipDocument("a.h").announces(F, {5, 0, 1}).announces(G, {6, 0, 1}),
@@ -103,6 +108,16 @@ TEST_F(ScipImport, AFileThatIsOnlyImportedAsAWholeIsAModule) {
     EXPECT_EQ(declarations(), "q module 1-1002 public; x module 1-4 public; f function 4-4 public");
     EXPECT_EQ(edges(), "a.ts 1 import 1; a.ts 2 import 2; b.ts 3 import 1");
     EXPECT_EQ(rows("SELECT fqn AS row FROM symbols WHERE kind = 'module'"), "p.q.__init__; x.index.ts");
+}
+
+TEST_F(ScipImport, AModuleNamedByTheEndOfItsNameIsTheOnlyOneThatEndsSo) {
+    const auto defines = [](const std::string& path, const std::string& module) {
+        return ScipDocument(path).defines(symbol("`" + module + "`/__init__:"), {0, 0, 0});
+    };
+    import({defines("p/q.py", "p.q"), defines("p/r.py", "p.r"), defines("p/s/r.py", "p.s.r"),
+            ScipDocument("p/s/a.py").refers(symbol("q/__init__:")).refers(symbol("r/__init__:"))});
+    EXPECT_EQ(declarations(), "q module 1-1 public");
+    EXPECT_EQ(edges(), "p/s/a.py 1 import 1");
 }
 
 TEST_F(ScipImport, AFileThatNobodyImportsAsAWholeIsNoModule) {

@@ -59,7 +59,7 @@ TEST(Outline, TypeScriptNamespacesArePublicWithWhatTheyExport) {
               "N 2-2 public; a 2-2 public constant; b 2-2; M 3-3; c 3-3");
     EXPECT_EQ(
         declarations("a.ts", "import 'b'\ndeclare global { interface Error {} }\ndeclare module 'x' { class Y {} }"),
-        "Error 2-2 public; 'x' 3-3 public; Y 3-3 public");
+        "Error 2-2; 'x' 3-3; Y 3-3");
 }
 
 TEST(Outline, TypeScriptVariablesKnowWhatTheyHold) {
