@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize fuzz install install-check demo lint bench format clean
+.PHONY: all test sanitize fuzz install install-check demo truth lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -28,6 +28,12 @@ demo: build/dev/build.ninja
 	tools/install-packages demo
 	cmake --build --preset dev --target wiki-scope
 	demo/run build/dev/embedded/wiki-scope
+
+# Compares pages of real repositories with what the compilers of their languages know; needs minutes and the network.
+truth: build/dev/build.ninja
+	tools/install-packages truth
+	cmake --build --preset dev --target wiki-scope
+	truth/run build/dev/embedded/wiki-scope
 
 # What the component costs, as ratios; the SCIP file is that of the demo.
 bench:

@@ -1,0 +1,142 @@
+// Compares what the pages of a repository state with what a compiler knows:
+// node compare.mjs WIKI_SCOPE FOLDER NAME
+//
+// The folder holds NAME.scip, its index NAME.db, the checkout NAME, what the compiler knows as NAME.json, and
+// node_modules. Prints a table, and writes a line for each case that it counts to NAME.cases.txt. Exits with 1 when a goal
+// is missed.
+import { execFileSync } from "node:child_process";
+import { readFileSync, writeFileSync } from "node:fs";
+import { createRequire } from "node:module";
+import { resolve } from "node:path";
+
+const [wikiScope, folder, name] = process.argv.slice(2);
+const [index, checkout, refereePath, casesPath] =
+  [".db", "", ".json", ".cases.txt"].map((end) => resolve(folder, name + end));
+const { scip } = createRequire(import.meta.url)(resolve(folder, "node_modules/@sourcegraph/scip-typescript/dist/src/scip.js"));
+const known = JSON.parse(readFileSync(new URL("known.json", import.meta.url)));
+const referee = JSON.parse(readFileSync(refereePath));
+
+function page(path) {
+  const args = ["page", path, "--index", index, "--checkout", checkout, "--format", "json"];
+  return JSON.parse(execFileSync(wikiScope, args, { maxBuffer: 2 ** 30, stdio: ["ignore", "pipe", "ignore"] }));
+}
+
+// As README.md says.
+const isTest = (path) => path.split("/").slice(0, -1).some((folder) => /^(test|tests|__tests__|spec|specs)$/.test(folder)) ||
+  /(^|\/)(conftest\.py|test_[^/]*|[^/]*_test\.[^/]*|[^/]*\.(test|spec)\.[^/]*)$/.test(path);
+
+const { facts } = page(".");
+const paths = Object.keys(referee).filter((path) => facts.files.some((file) => file.path === path));
+// The name of a declaration of the index as the compilers have it: without that of its module.
+const moduleOf = (path) => (/\.pyi?$/.test(path) ? path.replace(/(\/__init__)?\.pyi?$/, "") : path).replaceAll("/", ".");
+const nameOf = (symbol) => symbol.fqn.slice(moduleOf(symbol.path).length + 1);
+const symbols = new Map(facts.files.map(({ path }) => [path, new Map()])); // path -> name -> declarations
+for (const symbol of facts.symbols.filter(({ kind }) => kind !== "module")) {
+  const named = symbols.get(symbol.path);
+  named.set(nameOf(symbol), [...(named.get(nameOf(symbol)) ?? []), symbol]);
+}
+const indexed = (path, wanted) => symbols.get(path)?.get(wanted) ?? [];
+
+const rows = [];
+const cases = [];
+function row(title, goal, checked, found) {
+  rows.push({ title, goal, checked, count: found.reduce((sum, { weight = 1 }) => sum + weight, 0) });
+  for (const { file, what, detail = "" } of found) cases.push([title, file, what, detail].join("\t"));
+}
+
+// What the page of each file alone lists as used by no production file outside.
+const unused = paths.filter((path) => !isTest(path)).flatMap((path) => {
+  const alone = page(path);
+  const entries = new Set(alone.fan_in.entry);
+  return alone.facts.symbols.filter((symbol) => entries.has(symbol.id));
+});
+const declared = (symbol) => referee[symbol.path].declarations.find((each) => each.name === nameOf(symbol));
+row("listed as unused, not exported", 0, unused.length,
+  unused.filter((symbol) => !declared(symbol)?.exported)
+    .map((symbol) => ({ file: symbol.path, what: symbol.name, detail: `L${symbol.start_line}` })));
+row("listed as unused, used outside", 0, unused.length, unused.flatMap((symbol) => {
+  const { uses = {}, shorthand = {} } = declared(symbol) ?? {};
+  const users = Object.keys({ ...uses, ...shorthand }).filter((path) => !isTest(path));
+  return users.length ? [{ file: symbol.path, what: symbol.name, detail: users.join(" ") }] : [];
+}));
+
+const edges = new Set(facts.inbound.map((edge) => `${edge.source_path}\t${edge.target_path}`));
+const pairs = paths.flatMap((from) => referee[from].imports.filter((to) => symbols.has(to)).map((to) => [from, to]));
+row("imports without an edge", 0.01, pairs.length, pairs.filter(([from, to]) => !edges.has(`${from}\t${to}`))
+  .map(([from, to]) => ({ file: from, what: to })));
+
+const all = paths.flatMap((path) => referee[path].declarations.map((each) => ({ path, ...each })));
+const exported = all.filter((each) => each.exported);
+const things = exported.filter((each) => each.kinds.some((kind) => kind !== "value"));
+row("exported callables and types missing", 0.01, things.length,
+  things.filter((each) => indexed(each.path, each.name).length === 0 && !each.kinds.includes("value"))
+    .map((each) => ({ file: each.path, what: each.name, detail: each.kinds.join(" ") })));
+
+const kindOf = (symbol) => ({ constant: "value", variable: "value", struct: "class" })[symbol.kind] ?? symbol.kind;
+const both = exported.filter((each) => indexed(each.path, each.name).length > 0);
+row("kinds that differ", 0.01, both.length,
+  both.filter((each) => !indexed(each.path, each.name).some((symbol) => each.kinds.includes(kindOf(symbol))))
+    .map((each) => ({ file: each.path, what: each.name,
+      detail: `${indexed(each.path, each.name).map(kindOf)} is ${each.kinds}` })));
+const isSame = (symbol, [first, last]) => symbol.start_line === first && symbol.end_line === last;
+row("line ranges that differ", 0.01, both.length, both.filter((each) =>
+  !indexed(each.path, each.name).some((symbol) => each.lines.some((lines) => isSame(symbol, lines))))
+  .map((each) => ({ file: each.path, what: each.name,
+    detail: `${indexed(each.path, each.name).map((symbol) => [symbol.start_line, symbol.end_line])} is ${each.lines.join(" or ")}` })));
+
+// What the indexer says of each token: path -> "line:column" -> symbols.
+const said = new Map();
+for (const document of scip.Index.deserializeBinary(readFileSync(resolve(folder, `${name}.scip`))).documents) {
+  const tokens = said.get(document.relative_path) ?? new Map();
+  for (const { range, symbol } of document.occurrences) {
+    const place = `${range[0]}:${range[1]}`;
+    tokens.set(place, [...(tokens.get(place) ?? []), symbol]);
+  }
+  said.set(document.relative_path, tokens);
+}
+// A token at which the indexer names nothing that is declared: what it calls local, or nothing at all.
+const isLost = (path, [line, column]) =>
+  (said.get(path).get(`${line}:${column}`) ?? []).every((symbol) => symbol.startsWith("local "));
+
+// References from other files, by the pair of declaration and source.
+const counted = new Map();
+for (const edge of facts.inbound.filter((edge) => edge.source_path !== edge.target_path)) {
+  const key = `${edge.target_id}\t${edge.source_path}`;
+  const count = counted.get(key) ?? { clear: 0, ambiguous: 0 };
+  count[edge.resolution === "ambiguous" ? "ambiguous" : "clear"] += edge.refs;
+  counted.set(key, count);
+}
+let tokens = 0;
+let lost = 0;
+const differences = both.flatMap((each) => {
+  // Where a module of Python has a stub, an indexer takes the one or the other for the declaration.
+  const own = [...indexed(each.path, each.name), ...indexed(`${each.path}i`, each.name)];
+  const sources = paths.filter((from) => from !== each.path && !referee[from].unclear.includes(each.path));
+  return sources.flatMap((from) => {
+    const uses = each.uses[from] ?? [];
+    const expected = uses.filter((token) => !isLost(from, token)).length;
+    const shorthand = (each.shorthand[from] ?? []).length;
+    const counts = own.map((symbol) => counted.get(`${symbol.id}\t${from}`) ?? { clear: 0, ambiguous: 0 });
+    const clear = counts.reduce((sum, count) => sum + count.clear, 0);
+    const ambiguous = counts.reduce((sum, count) => sum + count.ambiguous, 0);
+    tokens += uses.length;
+    lost += uses.length - expected;
+    // A token in `{ name }`, and one that may mean another declaration besides, may be counted or not.
+    const weight = Math.max(0, clear - uses.length - shorthand, expected - clear - ambiguous);
+    return weight ? [{ file: each.path, what: each.name, weight,
+      detail: `from ${from}: ${clear} clear, ${ambiguous} ambiguous, but ${expected} tokens` }] : [];
+  });
+});
+row("references against tokens", 0.01, tokens, differences);
+rows.push({ title: "tokens that the indexer names no declaration for", checked: tokens, count: lost });
+
+console.log(`\n| ${name} | cases | of | | goal | why the cases |\n|---|---|---|---|---|---|`);
+let isMissed = false;
+for (const { title, goal, checked, count } of rows) {
+  const share = checked ? count / checked : 0;
+  isMissed ||= goal !== undefined && share > goal;
+  const why = count ? known[name]?.[title] ?? "not known" : "";
+  console.log(`| ${title} | ${count} | ${checked} | ${(100 * share).toFixed(2)} % | ${goal === undefined ? "" : `${100 * goal} %`} | ${why} |`);
+}
+writeFileSync(casesPath, cases.map((line) => line + "\n").join(""));
+process.exitCode = isMissed ? 1 : 0;
