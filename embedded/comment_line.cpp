@@ -17,52 +17,42 @@ using std::string_view;
 
 // Addressed to a tool, in its own spelling.
 constexpr auto DIRECTIVES = std::to_array<string_view>(
-    {// JavaScript, TypeScript, style sheets
-     "eslint ", "eslint-", "jshint ", "jshint:", "jslint ", "jscs:", "tslint:", "prettier-", "stylelint-", "global ",
-     "globals ", "exported ", "istanbul ", "c8 ", "v8 ignore", "biome-", "deno-", "oxlint-", "use strict",
-     "<reference ", "<amd-",
+    {// JavaScript, TypeScript
+     "eslint ", "eslint-", "tslint:", "prettier-", "oxlint-", "global ", "istanbul ", "use strict", "<reference ",
      // editors and encodings
-     "vim:", "vi:", "ex:", "coding:", "coding=", "encoding:", "encoding=",
-     // Python, Ruby, shell
-     "noqa", "pylint:", "flake8:", "mypy:", "ruff:", "isort:", "yapf:", "fmt:", "type:", "pyright:", "pragma:",
-     "cython:", "distutils:", "frozen_string_literal:", "rubocop:", "shellcheck ",
+     "vim:", "coding:", "coding=",
+     // Python
+     "noqa", "pylint:", "flake8:", "mypy:", "type:", "pyright:", "fmt:",
      // C++, Go
-     "clang-format ", "NOLINT", "IWYU pragma", "go:", "+build "});
+     "clang-format ", "NOLINT", "go:", "+build "});
 
 // Known of the file, but not what it is for. Lower case, like all lists below.
 constexpr auto FIELDS = std::to_array<string_view>(
-    {// who
-     "author:", "authors:", "author(s):", "maintainer:", "maintainers:", "email:", "contact:", "created by ",
-     "written by ", "contributed by ",
-     // when
-     "date:", "created:", "created on ", "last modified", "version:", "id:", "@(#)", "$",
-     // which file
-     "file:", "filename:", "keywords:", "spdx-"});
+    {"author:", "authors:", "created by ", "written by ", "date:", "version:", "@(#)", "$", "file:", "spdx-"});
 
 // Tags whose argument says what the file is for.
 constexpr std::array<string_view, 8> DESCRIBING_TAGS{"file",    "fileoverview", "overview", "brief",
                                                      "summary", "description",  "desc",     "details"};
 
 // How the first line of a licence begins, even right below a description.
-constexpr auto NOTICES = std::to_array<string_view>({// whose
-                                                     "copyright", "portions copyright", "<copyright", "(c) ", "©",
-                                                     // on which terms
-                                                     "licensed ", "license:", "licence:", "license ", "begin license",
-                                                     "released under ", "distributed under ", "this file is part of "});
+constexpr std::array<string_view, 8> NOTICES{
+    "copyright", "(c) ", "©", "licensed ", "license:", "license ", "released under ", "this file is part of "};
 
 constexpr auto LICENCE_PHRASES = std::to_array<string_view>(
     {// whose
-     "copyright: ", "copyright (c)", "copyright ©", "copyright 19", "copyright 20", "(c) 19", "(c) 20",
-     "all rights reserved",
+     "copyright (c)", "copyright 19", "copyright 20", "(c) 19", "(c) 20", "all rights reserved", "trademarks",
      // which
-     "mit license", "apache license", "bsd license", "bsd-style", "public license", "public domain", "free software",
+     "mit license", "apache license", "bsd license", "public license", "public domain", "free software", "/license",
      // on which terms
-     "licensed under", "under the terms of", "license agreement", "license information", "permission is hereby",
-     "permission to use", "redistribution and use", "warranty"});
+     "licensed under", "distributed under", "under the terms of", "permission is hereby", "permission to use",
+     "redistribution and use", "warranty"});
 
-constexpr std::array<string_view, 13> LICENCE_HINTS{
-    "licen",    "warrant",   "redistribut", "permission",  "original code", "permitted", "liab",
-    "software", "copyright", "gnu",         "contributor", "endorse",       "notice"};
+constexpr std::array<string_view, 11> LICENCE_HINTS{"licen",   "warrant",   "redistribut", "permission",
+                                                    "liab",    "software",  "copyright",   "gnu",
+                                                    "endorse", "permitted", "notice"};
+
+// What is still to be done with the file.
+constexpr std::array<string_view, 4> NOTES{"TODO", "FIXME", "XXX", "HACK"};
 
 struct Tag {
     string_view name;
@@ -71,10 +61,6 @@ struct Tag {
 
 bool contains_any(string_view text, const auto& parts) {
     return std::ranges::any_of(parts, [text](string_view part) { return text.find(part) != string_view::npos; });
-}
-
-bool is_letter(char character) {
-    return 'a' <= lower(character) && lower(character) <= 'z';
 }
 
 // Dashes, signs and box drawings (U+2000 to U+2FFF, which begin with the byte E2) are no words.
@@ -128,6 +114,50 @@ std::optional<Tag> tag_of(string_view text) {
     return Tag{name, trimmed(rest)};
 }
 
+bool is_note(string_view text) {
+    return std::ranges::any_of(NOTES, [text](string_view note) {
+        return text.starts_with(note) && (text.size() == note.size() || !is_letter(text[note.size()]));
+    });
+}
+
+// "# HashSet"
+bool is_heading(string_view text) {
+    const std::size_t end = text.find_first_not_of('#');
+    return text.starts_with('#') && end != string_view::npos && BLANKS.find(text[end]) != string_view::npos;
+}
+
+// "a.b", "a[0]", "$x"
+bool is_expression(string_view word) {
+    return !word.empty() && std::ranges::all_of(word, [](char character) {
+        return is_letter(character) || string_view("0123456789_$.[]\"'").find(character) != string_view::npos;
+    });
+}
+
+// Whether a line would be code if it were no comment: a statement that imports, declares, assigns or calls, whatever
+// the language, or one that ends or opens as only code does.
+bool is_code(string_view text) {
+    constexpr std::array<string_view, 3> DECLARING{"const ", "let ", "var "};
+    constexpr std::array<string_view, 6> ASSIGNING{"=", ":=", "+=", "-=", "|=", "&="};
+    const string_view first = text.substr(0, text.find_first_of(BLANKS));
+    const string_view rest = trimmed(text.substr(first.size()));
+    const string_view second = rest.substr(0, rest.find_first_of(BLANKS));
+    const string_view third = trimmed(rest.substr(second.size()));
+    const bool ends_in_quote = text.ends_with('"') || text.ends_with('\'');
+    const bool imports =
+        (first == "import" && (third.empty() || (ends_in_quote && text.find(" from ") != string_view::npos))) ||
+        (first == "export" && ends_in_quote) || (first == "from" && third.starts_with("import "));
+    const bool is_value =
+        third.find_first_of(BLANKS) == string_view::npos || third.find_first_of("()[]{}+*/\"'") != string_view::npos;
+    const bool assigns =
+        is_expression(first) && std::ranges::find(ASSIGNING, second) != ASSIGNING.end() && !third.empty() && is_value;
+    const std::size_t open = text.find('(');
+    const bool calls = open != string_view::npos && text.ends_with(')') && is_expression(text.substr(0, open));
+    const bool ends = text.ends_with(';') && text.find_first_of("=()[]{}\"'") != string_view::npos;
+    const bool opens = text.ends_with('{') || text == "}" || (text.starts_with("def ") && text.ends_with(':'));
+    const bool declares = starts_with_any(text, DECLARING) && text.find(" = ") != string_view::npos;
+    return imports || declares || assigns || calls || ends || opens;
+}
+
 CommentLine read_tag(const Tag& tag) {
     if (tag.argument.empty()) {
         return {Role::BREAK, {}};
@@ -150,8 +180,12 @@ CommentLine read_comment_line(string_view line, bool delimited) {
     if (starts_with_any(text, DIRECTIVES) || text == "prettier") {
         return delimited ? CommentLine{Role::ASIDE, text} : CommentLine{Role::BREAK, {}};
     }
-    if (text.starts_with(".. ")) {  // a directive of reStructuredText
+    // A directive of reStructuredText, a comment on the next variable, a note, code.
+    if (text.starts_with(".. ") || text.starts_with(": ") || is_note(text) || is_code(text)) {
         return {Role::ASIDE, text};
+    }
+    if (is_heading(text)) {
+        return {Role::BREAK, {}};
     }
     const std::string folded = lowered(text);
     if (starts_with_any(folded, FIELDS)) {
@@ -170,6 +204,13 @@ bool is_only_a_name(string_view text) {
     const bool is_one_word = text.find_first_of(BLANKS) == string_view::npos;
     const std::size_t sign = text.find_first_of("./<");
     return is_one_word && sign != string_view::npos && sign + 1 < text.size();
+}
+
+bool is_banner(string_view paragraph) {
+    return std::ranges::all_of(paragraph, [](char character) {
+        const bool is_ascii = static_cast<unsigned char>(character) < 0x80;
+        return is_ascii && character != '.' && BLANKS.find(character) == string_view::npos;
+    });
 }
 
 }  // namespace embedded

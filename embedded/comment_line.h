@@ -31,4 +31,8 @@ bool speaks_of_licence(std::string_view paragraph, bool in_licence);
 /// Whether a text is no more than the name of a file or an element: "foo.h", "src/foo", "<algorithm>".
 bool is_only_a_name(std::string_view text);
 
+/// Whether a paragraph is no more than one word, and no sentence: "TYPES", "Middleware". Languages that set no blanks
+/// between words are spared.
+bool is_banner(std::string_view paragraph);
+
 }  // namespace embedded

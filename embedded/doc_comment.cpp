@@ -134,28 +134,38 @@ bool is_mark(string_view text, std::size_t place) {
            (place == 0 && string_view("#>=+-").find(text[place]) != string_view::npos);
 }
 
-// A text on one line. A role or an opening tag begins no sooner than a word ends: "Array<string>" has no tag.
+// The markup that begins at `place`, if one does. A role or an opening tag begins no sooner than a word ends:
+// "Array<string>" has no tag.
+std::optional<Markup> markup_at(string_view text, std::size_t place) {
+    const bool is_in_word = place > 0 && is_word_character(text[place - 1]);
+    const string_view rest = text.substr(place);
+    for (const auto& reader : {code, role, inline_tag, link, tag}) {
+        const bool opens = reader == role || (reader == tag && !rest.starts_with("</"));
+        if (is_in_word && opens) {
+            continue;
+        }
+        if (std::optional<Markup> markup = reader(rest)) {
+            return markup;
+        }
+    }
+    return std::nullopt;
+}
+
+// A text on one line.
 std::string markdown_of(string_view text) {
     std::string markdown;
     for (std::size_t place = 0; place < text.size();) {
-        const bool is_in_word = place > 0 && is_word_character(text[place - 1]);
-        const string_view rest = text.substr(place);
-        std::optional<Markup> markup;
-        for (const auto& reader : {code, role, inline_tag, link, tag}) {
-            const bool opens = reader == role || (reader == tag && !rest.starts_with("</"));
-            if (!markup && !(is_in_word && opens)) {
-                markup = reader(rest);
-            }
-        }
-        if (markup) {
+        if (const std::optional<Markup> markup = markup_at(text, place)) {
             markdown += markup->markdown;
             place += markup->length;
             continue;
         }
-        markdown.append(is_mark(text, place) ? "\\" : "") += text[place];
         // A run of backticks that nothing closes is no shorter fence either.
-        for (++place; text[place - 1] == '`' && place < text.size() && text[place] == '`'; ++place) {
-            markdown += "\\`";
+        const string_view rest = text.substr(place);
+        const std::size_t backticks = std::min(rest.find_first_not_of('`'), rest.size());
+        for (const char character : rest.substr(0, std::max<std::size_t>(backticks, 1))) {
+            markdown.append(is_mark(text, place) ? "\\" : "") += character;
+            ++place;
         }
     }
     return markdown;

@@ -3,6 +3,7 @@
 #include "embedded/blanks.h"
 #include "embedded/comment_line.h"
 #include "embedded/leading_comments.h"
+#include "embedded/utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -36,7 +37,7 @@ std::string description(LeadingComments& block) {
     // A licence that opens with its terms instead of a notice is known only by the whole of its paragraph.
     const auto describes = [&in_licence](const std::string& text) {
         in_licence = in_licence || speaks_of_licence(text, false);
-        return !text.empty() && !speaks_of_licence(text, in_licence);
+        return !text.empty() && !is_banner(text) && !speaks_of_licence(text, in_licence);
     };
     while (const std::optional<std::string_view> line = block.next_line()) {
         const auto [role, text] = read_comment_line(*line, block.delimited());
@@ -58,22 +59,11 @@ std::string description(LeadingComments& block) {
     return describes(paragraph) ? paragraph : std::string();
 }
 
-// How many bytes the code point at the beginning of `text` takes. A byte that begins none counts as one.
-std::size_t code_point_bytes(std::string_view text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t bytes = lead < 0xC2 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 1;
-    const std::string_view continuation = text.substr(1, bytes - 1);
-    const bool is_whole = continuation.size() == bytes - 1 && std::ranges::all_of(continuation, [](char byte) {
-                              return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-                          });
-    return is_whole ? bytes : 1;
-}
-
 // The first `count` code points of `text`, or all that there are.
 std::string_view first_code_points(std::string_view text, std::size_t count) {
     std::size_t end = 0;
     for (; count > 0 && end < text.size(); --count) {
-        end += code_point_bytes(text.substr(end));
+        end += std::max<std::size_t>(code_point_bytes(text.substr(end)), 1);  // a byte that begins none counts as one
     }
     return text.substr(0, end);
 }

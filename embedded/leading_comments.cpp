@@ -30,14 +30,13 @@ constexpr std::array<std::string_view, 15> PREPROCESSOR_WORDS{"define",       "e
                                                               "include_next", "pragma", "region", "undef",  "using"};
 
 // Code that tells nothing and that people write above the comment that does.
-constexpr auto FORMALITIES = std::to_array<std::string_view>(
-    {// for the tools that read the file
-     "#!", "#lang ", "<?php", "<?xml", "<!DOCTYPE", "<!doctype", "@charset ", "{-#", "syntax = ",
-     // how the language is to be taken
-     "\"use ", "'use ", "use strict", "use warnings", "use utf8", "use 5", "use v5", "declare(strict_types",
-     "from __future__ ",
-     // where the names belong
-     "package ", "namespace "});
+constexpr auto FORMALITIES =
+    std::to_array<std::string_view>({// for the tools that read the file
+                                     "#!", "<?php", "<?xml", "<!DOCTYPE", "{-#",
+                                     // how the language is to be taken
+                                     "\"use ", "'use ", "declare(strict_types", "from __future__ ",
+                                     // where the names belong
+                                     "package ", "namespace "});
 
 struct Directive {
     std::string_view word;

@@ -40,10 +40,10 @@ TEST(FileSummary, TheFirstParagraphOfEveryKindOfCommentLosesItsMarks) {
         {"# Sorts.\n\n# Slowly.", "Sorts."},
         {";;; sort.el --- Sorts  -*- lexical-binding: t -*-", "sort.el --- Sorts"},
         {R"("""Sorts.""")", "Sorts."},
-        {"r'''\nSorts\n=====\nSlowly.\n'''", "Sorts"},
-        {"ur\"\"\"Sorts,\n\nunclosed", "Sorts,"},
+        {"r'''\nSorts rows\n==========\nSlowly.\n'''", "Sorts rows"},
+        {"ur\"\"\"Sorts rows,\n\nunclosed", "Sorts rows,"},
         {"//===-- sort.h - Sorts ------*- C++ -*-===//\n", "sort.h - Sorts"},
-        {"##############\n#   Sorts    #\n##############", "Sorts"},
+        {"##############\n# Sorts rows #\n##############", "Sorts rows"},
     });
 }
 
@@ -79,6 +79,40 @@ TEST(FileSummary, ALicenceIsPassedOverAndWhatStandsAroundItIsNot) {
         {"// Permission is hereby\n" + repeated("// given to all\n", 100) + "//\n// Keep this notice.\n\n// Sorts.",
          "Sorts."},
         {"# Checks licences.", "Checks licences."},
+    });
+}
+
+TEST(FileSummary, CodeNotesHeadingsAndBannersSayNothing) {
+    for (const char* line : {"import { a } from \"./a.js\";",
+                             "import type { A } from 'a'",
+                             "export * from \"a\"",
+                             "import a.b",
+                             "from a import b, c",
+                             "const a = 1",
+                             "a.b = c",
+                             "x := 1",
+                             "a.b(c, d)",
+                             "return (a);",
+                             "if (a) {",
+                             "}",
+                             "def a(b):",
+                             "TODO: clean up",
+                             "FIXME a b",
+                             "XXX what is this",
+                             "HACK(a): b",
+                             ": list of words",
+                             "TYPES",
+                             "Levels",
+                             "This file is distributed under the same license as A."}) {
+        EXPECT_EQ(summary(std::string("# ") + line + "\n\n# Sorts."), "Sorts.") << line;
+        EXPECT_EQ(summary(std::string("// ") + line + "\n\n// Sorts."), "Sorts.") << line;
+    }
+    expect({
+        {"/**\n * # HashSet\n *\n * Sorts.\n */", "Sorts."},
+        {"// Imports what is needed;\n// from there.", "Imports what is needed; from there."},
+        {"# Let there be = signs (and more).", "Let there be = signs (and more)."},
+        {"# Todos of a user", "Todos of a user"},
+        {"# \xE6\x95\xB4\xE7\x90\x86", "\xE6\x95\xB4\xE7\x90\x86"},
     });
 }
 
