@@ -32,10 +32,10 @@ constexpr std::array C_QUERIES{queries::C};
 constexpr std::array CPP_QUERIES{queries::C, queries::CPP};
 constexpr std::array GO_QUERIES{queries::GO};
 constexpr std::array JAVA_QUERIES{queries::JAVA};
-constexpr std::array JAVASCRIPT_QUERIES{queries::JAVASCRIPT};
+constexpr std::array JAVASCRIPT_QUERIES{queries::ECMASCRIPT, queries::JAVASCRIPT};
 constexpr std::array PYTHON_QUERIES{queries::PYTHON};
 constexpr std::array RUST_QUERIES{queries::RUST};
-constexpr std::array TYPESCRIPT_QUERIES{queries::TYPESCRIPT};
+constexpr std::array TYPESCRIPT_QUERIES{queries::ECMASCRIPT, queries::TYPESCRIPT};
 
 constexpr std::array<string_view, 1> BLOCKS{"/**"};
 constexpr std::array<string_view, 2> BLOCKS_AND_LINES{"/**", "///"};
