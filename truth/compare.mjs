@@ -98,13 +98,10 @@ for (const document of scip.Index.deserializeBinary(readFileSync(resolve(folder,
 const isLost = (path, [line, column]) =>
   (said.get(path).get(`${line}:${column}`) ?? []).every((symbol) => symbol.startsWith("local "));
 
-// References from other files, by the pair of declaration and source.
+// References from other files that count as uses, by the pair of declaration and source.
 const counted = new Map();
-for (const edge of facts.inbound.filter((edge) => edge.source_path !== edge.target_path)) {
-  const key = `${edge.target_id}\t${edge.source_path}`;
-  const count = counted.get(key) ?? { clear: 0, ambiguous: 0 };
-  count[edge.resolution === "ambiguous" ? "ambiguous" : "clear"] += edge.refs;
-  counted.set(key, count);
+for (const edge of facts.inbound.filter((edge) => edge.source_path !== edge.target_path && edge.resolution === "import")) {
+  counted.set(`${edge.target_id}\t${edge.source_path}`, edge.refs);
 }
 let tokens = 0;
 let lost = 0;
@@ -116,15 +113,13 @@ const differences = both.flatMap((each) => {
     const uses = each.uses[from] ?? [];
     const expected = uses.filter((token) => !isLost(from, token)).length;
     const shorthand = (each.shorthand[from] ?? []).length;
-    const counts = own.map((symbol) => counted.get(`${symbol.id}\t${from}`) ?? { clear: 0, ambiguous: 0 });
-    const clear = counts.reduce((sum, count) => sum + count.clear, 0);
-    const ambiguous = counts.reduce((sum, count) => sum + count.ambiguous, 0);
+    const count = own.reduce((sum, symbol) => sum + (counted.get(`${symbol.id}\t${from}`) ?? 0), 0);
     tokens += uses.length;
     lost += uses.length - expected;
-    // A token in `{ name }`, and one that may mean another declaration besides, may be counted or not.
-    const weight = Math.max(0, clear - uses.length - shorthand, expected - clear - ambiguous);
+    // A token in `{ name }` names a property as well, and may be counted or not.
+    const weight = Math.max(0, count - uses.length - shorthand, expected - count);
     return weight ? [{ file: each.path, what: each.name, weight,
-      detail: `from ${from}: ${clear} clear, ${ambiguous} ambiguous, but ${expected} tokens` }] : [];
+      detail: `from ${from}: ${count} references, but ${expected} tokens` }] : [];
   });
 });
 row("references against tokens", 0.01, tokens, differences);
