@@ -2,6 +2,7 @@
 
 #include "embedded/ascii.h"
 #include "embedded/blanks.h"
+#include "embedded/markdown_text.h"
 
 #include <algorithm>
 #include <array>
@@ -118,12 +119,6 @@ bool is_note(string_view text) {
     return std::ranges::any_of(NOTES, [text](string_view note) {
         return text.starts_with(note) && (text.size() == note.size() || !is_letter(text[note.size()]));
     });
-}
-
-// "# HashSet"
-bool is_heading(string_view text) {
-    const std::size_t end = text.find_first_not_of('#');
-    return text.starts_with('#') && end != string_view::npos && BLANKS.find(text[end]) != string_view::npos;
 }
 
 // "a.b", "a[0]", "$x"

@@ -187,11 +187,6 @@ bool is_underline(string_view line) {
            line.find_first_not_of(line.front()) == string_view::npos;
 }
 
-bool is_heading(string_view line) {
-    const std::size_t marks = line.find_first_not_of('#');
-    return line.starts_with('#') && (marks == string_view::npos || line[marks] == ' ');
-}
-
 // ":param x: the first"; not ":class:`Foo` ..."
 bool is_field(string_view line) {
     const std::size_t end = line.find(':', 1);

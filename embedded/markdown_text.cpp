@@ -72,4 +72,9 @@ std::string fenced_block(std::span<const std::string> lines, std::string_view la
     return block + fence + "\n";
 }
 
+bool is_heading(std::string_view line) {
+    const std::size_t marks = line.find_first_not_of('#');
+    return line.starts_with('#') && (marks == std::string_view::npos || line[marks] == ' ' || line[marks] == '\t');
+}
+
 }  // namespace embedded

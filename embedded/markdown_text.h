@@ -1,4 +1,4 @@
-// Text of a repository made safe to stand in Markdown.
+// Text of a repository made safe to stand in Markdown, and what Markdown makes of it.
 #pragma once
 
 #include <span>
@@ -21,5 +21,8 @@ std::string code_cell(std::string_view text);
 /// The lines as a fenced block whose fence is longer than any run of backticks in them. `language` is its tag, unless
 /// it holds anything but letters, digits and "+-#_.".
 std::string fenced_block(std::span<const std::string> lines, std::string_view language);
+
+/// Whether a line, without the blanks around it, is a heading: "# HashSet".
+bool is_heading(std::string_view line);
 
 }  // namespace embedded

@@ -183,8 +183,8 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 }  // namespace
 
 std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
-    guard_parser_memory();
     const TSQuery* const query = query_of(language);
+    const ParserMemory memory;
     const Tree tree = parse(text, language, is_cancelled);
     if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
         return std::nullopt;

@@ -1,5 +1,6 @@
 #include "embedded/sources/language.h"
 
+#include "embedded/sources/parser_memory.h"
 #include "embedded/sources/queries.h"
 
 #include <algorithm>
@@ -116,6 +117,7 @@ struct QueryDeleter {
 using Query = std::unique_ptr<TSQuery, QueryDeleter>;
 
 Query compiled(const Language& language) {
+    ParserMemory::set_up();  // nobody parses without a query
     std::string text;
     for (const string_view query : language.queries) {
         text += query;

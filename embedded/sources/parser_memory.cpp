@@ -11,10 +11,15 @@ namespace embedded::sources {
 
 namespace {
 
-// Stands before each block, as long as that is in use.
+// Stands before each block. Those of one `ParserMemory` are a ring.
 struct alignas(std::max_align_t) Header {
-    std::uint64_t mark;
+    Header* before;
+    Header* behind;
+    std::uint64_t mark;  // while the block is in use, `mark_of` its address
 };
+
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the parser's functions take no context
+thread_local Header* ring = nullptr;
 
 // What the header of the block at an address says; by chance no other eight bytes do.
 std::uint64_t mark_of(const void* block) {
@@ -26,16 +31,32 @@ Header* header_of(void* block) {
     return static_cast<Header*>(block) - 1;
 }
 
+void insert(Header* header) {
+    header->before = header->behind = header;
+    if (ring != nullptr) {
+        header->before = ring;
+        header->behind = ring->behind;
+        header->behind->before = header;
+        ring->behind = header;
+    }
+}
+
+void remove(const Header* header) {
+    header->before->behind = header->behind;
+    header->behind->before = header->before;
+}
+
+// NOLINTBEGIN(*-no-malloc,*-owning-memory): these are what the parser calls so
+
 void* as_block(void* memory) {
     if (memory == nullptr) {
         std::abort();  // the parser could not go on either
     }
-    void* const block = static_cast<Header*>(memory) + 1;
-    header_of(block)->mark = mark_of(block);
-    return block;
+    auto* const header = static_cast<Header*>(memory);
+    insert(header);
+    header->mark = mark_of(header + 1);
+    return header + 1;
 }
-
-// NOLINTBEGIN(*-no-malloc): these are what the parser calls so
 
 void* allocate(std::size_t size) {
     return as_block(std::malloc(sizeof(Header) + size));
@@ -48,26 +69,43 @@ void* allocate_zeros(std::size_t count, std::size_t size) {
 }
 
 void* reallocate(void* block, std::size_t size) {
-    return block == nullptr ? allocate(size) : as_block(std::realloc(header_of(block), sizeof(Header) + size));
+    if (block == nullptr) {
+        return allocate(size);
+    }
+    remove(header_of(block));
+    return as_block(std::realloc(header_of(block), sizeof(Header) + size));
 }
 
 void release(void* block) {
     if (block != nullptr && header_of(block)->mark == mark_of(block)) {
         header_of(block)->mark = 0;
+        remove(header_of(block));
         std::free(header_of(block));
     }
 }
 
-// NOLINTEND(*-no-malloc)
-
 }  // namespace
 
-void guard_parser_memory() {
-    static const bool is_guarded = [] {
+ParserMemory::ParserMemory() {
+    ring = header_of(allocate(0));
+}
+
+ParserMemory::~ParserMemory() {
+    while (ring->behind != ring) {
+        release(ring->behind + 1);
+    }
+    std::free(ring);
+    ring = nullptr;
+}
+
+// NOLINTEND(*-no-malloc,*-owning-memory)
+
+void ParserMemory::set_up() {
+    static const bool is_set_up = [] {
         ts_set_allocator(allocate, allocate_zeros, reallocate, release);
         return true;
     }();
-    static_cast<void>(is_guarded);
+    static_cast<void>(is_set_up);
 }
 
 }  // namespace embedded::sources
