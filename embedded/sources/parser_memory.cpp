@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace embedded::sources {
 
@@ -91,11 +92,10 @@ ParserMemory::ParserMemory() {
 }
 
 ParserMemory::~ParserMemory() {
-    while (ring->behind != ring) {
-        release(ring->behind + 1);
+    for (Header* header = ring->behind; header != ring;) {
+        std::free(std::exchange(header, header->behind));
     }
-    std::free(ring);
-    ring = nullptr;
+    std::free(std::exchange(ring, nullptr));
 }
 
 // NOLINTEND(*-no-malloc,*-owning-memory)
