@@ -120,10 +120,11 @@ class FileReader {
         return best;
     }
 
-    // Functions and types are always found in the source that was indexed.
+    // Functions and types are always found in the source that was indexed, if it parses.
     void note_absence(const Symbol& parts, const std::string& name) {
         const Suffix suffix = parts.descriptors.back().suffix;
-        const bool is_searched = outline() != nullptr && (suffix == Suffix::METHOD || suffix == Suffix::TYPE);
+        const bool is_searched =
+            outline() != nullptr && !outline()->is_damaged && (suffix == Suffix::METHOD || suffix == Suffix::TYPE);
         result_.has_moved = result_.has_moved || (is_searched && std::ranges::find(outline()->declarations, name,
                                                                                    &SourceDeclaration::name) !=
                                                                      outline()->declarations.end());

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace embedded::sources {
 
@@ -32,6 +33,39 @@ Tree parse(string_view text, const Language& language, const std::size_t& is_can
     constexpr std::chrono::microseconds LONGEST = std::chrono::seconds(5);
     ts_parser_set_timeout_micros(parser.get(), LONGEST.count());
     return Tree(ts_parser_parse_string(parser.get(), nullptr, text.data(), static_cast<std::uint32_t>(text.size())));
+}
+
+// How many bytes of the text do not parse.
+std::size_t damage(const TSNode& root) {
+    constexpr TSSymbol ERROR = 0xFFFF;
+    TSTreeCursor cursor = ts_tree_cursor_new(root);
+    const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
+    std::size_t bytes = 0;
+    while (true) {
+        const TSNode node = ts_tree_cursor_current_node(&cursor);
+        const bool is_error = ts_node_symbol(node) == ERROR;
+        bytes += is_error ? ts_node_end_byte(node) - ts_node_start_byte(node) : 0;
+        if (!is_error && ts_node_has_error(node) && ts_tree_cursor_goto_first_child(&cursor)) {
+            continue;
+        }
+        while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
+            if (!ts_tree_cursor_goto_parent(&cursor)) {
+                return bytes;
+            }
+        }
+    }
+}
+
+// The tree of the text, or of the text mended where less of that is damaged.
+Tree best_tree(string_view text, const Language& language, const std::size_t& is_cancelled) {
+    Tree tree = parse(text, language, is_cancelled);
+    if (tree == nullptr || language.mend == nullptr || !ts_node_has_error(ts_tree_root_node(tree.get()))) {
+        return tree;
+    }
+    Tree mended = parse(language.mend(text), language, is_cancelled);
+    const bool is_better =
+        mended != nullptr && damage(ts_tree_root_node(mended.get())) < damage(ts_tree_root_node(tree.get()));
+    return is_better ? std::move(mended) : std::move(tree);
 }
 
 // Whether a tree may be that of a source: nothing nests as deep, and no damaged node is as wide, as what keeps a query
@@ -185,7 +219,7 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
     const TSQuery* const query = query_of(language);
     const ParserMemory memory;
-    const Tree tree = parse(text, language, is_cancelled);
+    const Tree tree = best_tree(text, language, is_cancelled);
     if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
         return std::nullopt;
     }

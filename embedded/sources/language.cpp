@@ -1,5 +1,6 @@
 #include "embedded/sources/language.h"
 
+#include "embedded/sources/mending.h"
 #include "embedded/sources/parser_memory.h"
 #include "embedded/sources/queries.h"
 
@@ -52,8 +53,9 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
     {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true},
     {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, {}, true},
     {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, BLOCKS_AND_LINES, false},
-    {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true},
-    {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true},
+    {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true,
+     with_separators},
+    {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, true, with_separators},
 }};
 
 struct Spelling {

@@ -28,6 +28,7 @@
 #include <tree_sitter/api.h>
 
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace embedded::sources {
@@ -50,6 +51,8 @@ struct Language {
     /// Whether a declaration says for the next one of its name, too, what it is: the first of several overloads, or the
     /// accessor that reads a property.
     bool has_versions;
+    /// Puts a text in a way that the grammar understands better, with every name in its place; null where there is none.
+    std::string (*mend)(std::string_view text) = nullptr;
 };
 
 /// The language of a file by what the index says of it (in lower case, may be empty) and by its path; null for one that

@@ -40,9 +40,9 @@ class OutlineReader {
           surroundings_(surroundings_of(nodes_)), attributes_(std::move(captures.attributes)),
           comments_(std::move(captures.comments)), visible_(std::move(captures.visible)),
           hidden_(std::move(captures.hidden)),
-          local_(std::move(captures.local)), public_names_{.are_all_unless_listed =
-                                                               captures.is_damaged || !are_listed(captures),
-                                                           .listed = std::move(captures.exports)} {
+          local_(std::move(captures.local)), public_names_{.are_all_unless_listed = !are_listed(captures),
+                                                           .listed = std::move(captures.exports)},
+          is_damaged_(captures.is_damaged) {
         std::ranges::sort(names_, {}, &CapturedName::name);
         for (std::size_t end = text.find('\n'); end != string_view::npos; end = text.find('\n', end + 1)) {
             line_ends_.push_back(static_cast<std::uint32_t>(end));
@@ -50,8 +50,11 @@ class OutlineReader {
     }
 
     Outline outline() {
-        Outline outline{
-            .declarations = {}, .public_names = public_names_, .line_count = line_of(last_byte(text_.size()))};
+        Outline outline{.declarations = {},
+                        .public_names = public_names_,
+                        .line_count = line_of(last_byte(text_.size())),
+                        .is_damaged = is_damaged_};
+        outline.public_names.are_all_unless_listed = is_damaged_ || public_names_.are_all_unless_listed;
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
@@ -203,6 +206,7 @@ class OutlineReader {
     Regions local_;
     PublicNames public_names_;
     std::unordered_set<NodeId> public_namespaces_;  // of those that have been read
+    bool is_damaged_;
     std::vector<std::uint32_t> line_ends_;
     std::uint32_t last_end_ = 0;  // of the last declaration that has been read
 };

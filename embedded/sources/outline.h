@@ -48,8 +48,9 @@ struct PublicNames {
 
 struct Outline {
     std::vector<SourceDeclaration> declarations;  ///< by the position of their names, one for each
-    PublicNames public_names;
-    std::int32_t line_count = 0;  ///< at least 1
+    PublicNames public_names;                     ///< all of them are where a part of the text does not parse
+    std::int32_t line_count = 0;                  ///< at least 1
+    bool is_damaged = false;                      ///< whether a part of the text does not parse, and may hold more
 };
 
 /// In bytes. People do not write larger files; a tree takes some twenty times as much memory as its text.

@@ -172,10 +172,19 @@ TEST(Outline, ADocCommentStandsRightAboveOrInside) {
         "Does.\nMore.");
 }
 
+TEST(Outline, MembersOfTypesNeedNoSeparatorBetweenLines) {
+    EXPECT_EQ(
+        declarations(
+            "a.ts",
+            "export const f: {\n  <A>(a: A): B<A>\n  /** a */\n  <A>(): A\n  <A, B>(a: A): C\n} = g(\n)\nconst h = a\n< b"),
+        "f 1-7 public callable constant; h 8-9 constant");
+}
+
 TEST(Outline, DamageCostsNoMoreThanItsPart) {
     EXPECT_EQ(declaration("a.ts", "export function a() {}\n<<<<<<< HEAD\nexport function b() {}\n", "a").first_line, 1);
     EXPECT_TRUE(outline("a.ts", "export const x = (((").public_names.contains("anything"));
     EXPECT_FALSE(outline("a.ts", "export const x = 1").public_names.contains("anything"));
+    EXPECT_FALSE(declaration("a.ts", "export let x\nfunction f() {}\nconst y = (((", "f").is_public);
     const std::size_t never = 0;
     const std::size_t at_once = 1;
     const Language& language = *language_of("", "a.ts");
