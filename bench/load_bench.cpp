@@ -28,6 +28,7 @@ using bench::Medians;
 using embedded::Connection;
 using embedded::Statement;
 using embedded::TemporaryFolder;
+using embedded::scip::import_scip;
 using models::Text;
 using wiki::scope::ScopeFacts;
 

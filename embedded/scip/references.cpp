@@ -8,67 +8,83 @@
 
 namespace embedded::scip {
 
+void References::Targets::add(SymbolNumber symbol, const Target& target) {
+    if (places_[symbol] == NONE) {
+        places_[symbol] = static_cast<std::uint32_t>(targets_.size());
+        targets_.push_back(target);
+        return;
+    }
+    Target& best = targets_[places_[symbol]];
+    const auto worth = [](const Target& each) { return std::pair(each.line_count, each.is_described); };
+    if (worth(target) > worth(best)) {
+        best = target;
+    }
+    best.is_one_of_several = true;
+}
+
 References::References(const Contents& contents, const std::vector<FileRows>& rows)
-    : contents_(contents), own_(rows.size()) {
+    : contents_(contents), rows_(contents.symbols.size()), modules_(contents.symbols.size()) {
     for (std::uint32_t place = 0; place < rows.size(); ++place) {
-        const FileRows& file = rows[place];
-        for (const DeclaredSymbol& declared : file.declared) {
-            own_[place].emplace(declared.symbol, declared.row);
-            declare(declared.symbol, {{place, declared.row}, declared.line_count, declared.is_described}, rows_);
+        for (const DeclaredSymbol& declared : rows[place].declared) {
+            rows_.add(declared.symbol, {{place, declared.row}, declared.line_count, declared.is_described});
         }
-        for (const SymbolNumber module : file.modules) {
-            declare(module, {{place, 0}, file.line_count, false}, modules_);
+        for (const SymbolNumber module : rows[place].modules) {
+            modules_.add(module, {{place, 0}, rows[place].line_count});
         }
     }
-    for (const auto& [symbol, target] : rows_) {
-        are_led_to_.insert(target.place);
+    for (std::uint32_t place = 0; place < rows.size(); ++place) {
+        for (const DeclaredSymbol& declared : rows[place].declared) {
+            if (rows_.find(declared.symbol)->is_one_of_several) {
+                own_.emplace(std::pair(declared.symbol, place), RowPlace{place, declared.row});
+                outdone_.insert({place, declared.row});
+            }
+        }
     }
-    add_modules_named_by_their_end();
+    for (const Target& target : rows_.all()) {
+        outdone_.erase(target.place);
+    }
+    add_modules_named_by_their_end(rows);
 }
 
 // scip-python names a module that is imported relative to another one by what the import says, without its dots. Where
 // one module alone ends so, that is the one.
-void References::add_modules_named_by_their_end() {
+void References::add_modules_named_by_their_end(const std::vector<FileRows>& rows) {
     constexpr std::string_view MODULE_OF_PYTHON = "/__init__:";
     struct Module {
         Target target;
         bool is_only_one;
     };
     std::map<std::pair<std::string_view, std::string>, Module> by_end;  // by release and end of the name
-    for (const auto& [number, target] : modules_) {
-        const Symbol symbol = parse_symbol(contents_.symbols.symbol(number)).value();
-        const std::string name = module_name(symbol.descriptors).value_or("");
-        for (std::size_t dot = name.find('.'); dot != std::string::npos; dot = name.find('.', dot + 1)) {
-            const auto [end, is_new] = by_end.try_emplace({symbol.head, name.substr(dot + 1)}, Module{target, true});
-            end->second.is_only_one = is_new;
+    for (const FileRows& file : rows) {
+        for (const SymbolNumber number : file.modules) {
+            const Symbol symbol = parse_symbol(contents_.symbols.symbol(number)).value();
+            const std::string name = module_name(symbol.descriptors).value_or("");
+            for (std::size_t dot = name.find('.'); dot != std::string::npos; dot = name.find('.', dot + 1)) {
+                const auto [end, is_new] =
+                    by_end.try_emplace({symbol.head, name.substr(dot + 1)}, Module{*modules_.find(number), true});
+                end->second.is_only_one = is_new;
+            }
         }
     }
     for (SymbolNumber number = 0; number < contents_.symbols.size(); ++number) {
         const std::string_view text = contents_.symbols.symbol(number);
-        if (text.ends_with(MODULE_OF_PYTHON) && !modules_.contains(number)) {
+        if (text.ends_with(MODULE_OF_PYTHON) && modules_.find(number) == nullptr) {
             const Symbol symbol = parse_symbol(text).value();
             const auto found = by_end.find({symbol.head, module_name(symbol.descriptors).value_or("")});
             if (found != by_end.end() && found->second.is_only_one) {
-                modules_.emplace(number, found->second.target);
+                modules_.add(number, found->second.target);
             }
         }
     }
 }
 
-void References::declare(SymbolNumber symbol, const Target& target, Targets& targets) {
-    const auto [known, is_new] = targets.try_emplace(symbol, target);
-    const auto worth = [](const Target& each) { return std::pair(each.line_count, each.is_described); };
-    if (!is_new && worth(target) > worth(known->second)) {
-        known->second = target;
-    }
-}
-
 std::optional<RowPlace> References::row_of(SymbolNumber symbol, std::uint32_t from) const {
-    if (const auto own = own_[from].find(symbol); own != own_[from].end()) {
-        return RowPlace{from, own->second};
+    const Target* const target = rows_.find(symbol);
+    if (target == nullptr) {
+        return std::nullopt;
     }
-    const auto declared = rows_.find(symbol);
-    return declared == rows_.end() ? std::nullopt : std::optional(declared->second.place);
+    const auto own = target->is_one_of_several ? own_.find({symbol, from}) : own_.end();
+    return own == own_.end() ? target->place : own->second;
 }
 
 References::Lead References::follow(std::span<const SymbolNumber> symbols, std::uint32_t from) const {
@@ -87,8 +103,9 @@ References::Lead References::follow(std::span<const SymbolNumber> symbols, std::
 
 // The file that a token names as a module, if it names nothing else.
 std::optional<std::uint32_t> References::module_of(std::span<const SymbolNumber> symbols) const {
-    const auto module = symbols.size() == 1 ? modules_.find(symbols.front()) : modules_.end();
-    return module == modules_.end() ? std::nullopt : std::optional(module->second.place.file);
+    const bool is_one = symbols.size() == 1 && symbols.front() != LOCAL_SYMBOL;
+    const Target* const module = is_one ? modules_.find(symbols.front()) : nullptr;
+    return module == nullptr ? std::nullopt : std::optional(module->place.file);
 }
 
 FileReferences References::of(std::uint32_t place, const FileContents& file) const {

@@ -7,11 +7,11 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <span>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -54,7 +54,7 @@ class References {
 
     /// Whether references from other files lead to this row. They do not where another file's declaration of the same
     /// symbol is larger: what others use under that name is then the other one, as that of a stub.
-    [[nodiscard]] bool lead_to(const RowPlace& row) const { return are_led_to_.contains(row); }
+    [[nodiscard]] bool lead_to(const RowPlace& row) const { return !outdone_.contains(row); }
 
     /// The references of the file at this place.
     [[nodiscard]] FileReferences of(std::uint32_t place, const FileContents& file) const;
@@ -64,9 +64,28 @@ class References {
         RowPlace place;
         std::int32_t line_count = 0;
         bool is_described = false;
+        bool is_one_of_several = false;  ///< whether other files declare the symbol, too
     };
 
-    using Targets = std::unordered_map<SymbolNumber, Target>;
+    /// What symbols lead to, from files that do not declare them.
+    class Targets {
+      public:
+        explicit Targets(std::size_t symbols) : places_(symbols, NONE) {}
+
+        /// Null for a symbol that leads nowhere.
+        [[nodiscard]] const Target* find(SymbolNumber symbol) const {
+            return places_[symbol] == NONE ? nullptr : &targets_[places_[symbol]];
+        }
+        [[nodiscard]] const std::vector<Target>& all() const { return targets_; }
+
+        /// Adds one of the declarations of a symbol, which leads to the best of them.
+        void add(SymbolNumber symbol, const Target& target);
+
+      private:
+        static constexpr std::uint32_t NONE = 0xFFFF'FFFF;
+        std::vector<std::uint32_t> places_;  // by symbol: where its target is
+        std::vector<Target> targets_;
+    };
 
     /// The rows that one token leads to.
     struct Lead {
@@ -74,8 +93,7 @@ class References {
         bool is_clear = false;       ///< whether the token names one row, and nothing that is not declared
     };
 
-    void add_modules_named_by_their_end();
-    static void declare(SymbolNumber symbol, const Target& target, Targets& targets);
+    void add_modules_named_by_their_end(const std::vector<FileRows>& rows);
     [[nodiscard]] std::optional<RowPlace> row_of(SymbolNumber symbol, std::uint32_t from) const;
     [[nodiscard]] Lead follow(std::span<const SymbolNumber> symbols, std::uint32_t from) const;
     [[nodiscard]] std::optional<std::uint32_t> module_of(std::span<const SymbolNumber> symbols) const;
@@ -83,8 +101,9 @@ class References {
     const Contents& contents_;
     Targets rows_;
     Targets modules_;
-    std::set<RowPlace> are_led_to_;
-    std::vector<std::unordered_map<SymbolNumber, std::uint32_t>> own_;  // by file: the rows of its symbols
+    // The rows of the symbols that several files declare, in those files.
+    std::map<std::pair<SymbolNumber, std::uint32_t>, RowPlace> own_;
+    std::set<RowPlace> outdone_;  // rows that no reference from elsewhere leads to
 };
 
 }  // namespace embedded::scip
