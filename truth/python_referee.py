@@ -1,8 +1,8 @@
 """What Python's own parser knows of a package, as JSON: python3 python_referee.py CHECKOUT
 
 The same shape as typescript_referee.cjs writes. Uses are found where a name can mean one thing only: names that a file
-imports with "from" and never binds again, and attributes of modules that it imports and never binds again. Of the
-files that other names of its imports lead to, `unclear` tells.
+imports with "from" and attributes of modules that it imports, unless the top of the file binds the name again; where a
+scope around the use binds it, it means something else. Of the files that names bound again lead to, `unclear` tells.
 """
 import ast
 import json
@@ -109,19 +109,62 @@ def imports_of(path):
     return bound, sorted(files - {path})
 
 
-def bindings(tree):
-    """All names that something but an import binds: assignments, parameters, definitions, handlers."""
+FUNCTIONS = (ast.FunctionDef, ast.AsyncFunctionDef, ast.Lambda)
+COMPREHENSIONS = (ast.ListComp, ast.SetComp, ast.DictComp, ast.GeneratorExp)
+SCOPES = (*FUNCTIONS, *COMPREHENSIONS, ast.ClassDef)
+
+
+def parts_of(scope):
+    """The nodes that make up a scope: those evaluated outside of it, and those inside."""
+    if isinstance(scope, COMPREHENSIONS):
+        first = scope.generators[0].iter
+        inside = [child for child in ast.iter_child_nodes(scope) if child is not scope.generators[0]]
+        return [first], [*inside, scope.generators[0].target, *scope.generators[0].ifs]
+    body = [scope.body] if isinstance(scope, ast.Lambda) else scope.body
+    return [child for child in ast.iter_child_nodes(scope) if child not in body], body
+
+
+def bindings(nodes):
+    """The names that nodes of one scope bind, but not by an import: assignments, definitions, handlers."""
     names = set()
-    for node in ast.walk(tree):
+    for node in nodes:
         if isinstance(node, ast.Name) and not isinstance(node.ctx, ast.Load):
             names.add(node.id)
-        elif isinstance(node, ast.arg):
-            names.add(node.arg)
         elif isinstance(node, (ast.FunctionDef, ast.AsyncFunctionDef, ast.ClassDef)):
             names.add(node.name)
         elif isinstance(node, ast.ExceptHandler) and node.name:
             names.add(node.name)
+        names |= bindings(parts_of(node)[0] if isinstance(node, SCOPES) else ast.iter_child_nodes(node))
     return names
+
+
+def names_of(scope):
+    """The names that mean something else inside a scope than around it."""
+    names = bindings(parts_of(scope)[1])
+    if isinstance(scope, FUNCTIONS):
+        names |= {node.arg for node in ast.iter_child_nodes(scope.args) if isinstance(node, ast.arg)}
+    return names - names_declared_global(scope)
+
+
+def names_declared_global(tree):
+    return {name for node in ast.walk(tree) if isinstance(node, ast.Global) for name in node.names}
+
+
+def with_hidden_names(node, here=frozenset(), below=frozenset()):
+    """All nodes, each with the names that a scope around it binds: functions in a class do not see those of the class."""
+    yield node, here
+    if not isinstance(node, SCOPES):
+        for child in ast.iter_child_nodes(node):
+            yield from with_hidden_names(child, here, below)
+        return
+    outside, inside = parts_of(node)
+    for child in outside:
+        yield from with_hidden_names(child, here, below)
+    is_class = isinstance(node, ast.ClassDef)
+    around = here if is_class or isinstance(node, COMPREHENSIONS) else below
+    hidden = around | names_of(node)
+    for child in inside:
+        yield from with_hidden_names(child, hidden, below if is_class else hidden)
 
 
 def resolved(file, name):
@@ -139,9 +182,9 @@ def resolved(file, name):
 
 
 def with_forward_names(tree):
-    """All nodes, and those of the names that stand in strings where a type is expected."""
-    for node in ast.walk(tree):
-        yield node
+    """All nodes with the names hidden there, and those of the names in strings where a type is expected."""
+    for node, hidden in with_hidden_names(tree):
+        yield node, hidden
         types = [getattr(node, "annotation", None), getattr(node, "returns", None)]
         if isinstance(node, ast.Subscript):
             types.append(node.slice)
@@ -159,13 +202,13 @@ def with_forward_names(tree):
                         part.lineno = part.end_lineno = text.lineno
                         part.col_offset += text.col_offset + 1
                         part.end_col_offset += text.col_offset + 1
-                    yield part
+                    yield part, hidden
 
 
 def count_uses(path):
     """Adds the uses in a file to the declarations of others; returns the files of which some cannot be told."""
     tree = TREES[path]
-    rebound = bindings(tree)
+    rebound = bindings(tree.body) | names_declared_global(tree)
     plain = {name: origins[0] for name, origins in BOUND[path].items()
              if len(set(origins)) == 1 and name not in rebound}
 
@@ -174,12 +217,13 @@ def count_uses(path):
         if declaration is not None and declaration["file"] != path:
             declaration["uses"].setdefault(path, []).append([line - 1, column])
 
-    for node in with_forward_names(tree):
-        if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Load) and node.id in plain:
+    for node, hidden in with_forward_names(tree):
+        seen = plain.keys() - hidden
+        if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Load) and node.id in seen:
             file, name = plain[node.id]
             if name is not None:
                 count(file, name, node.lineno, node.col_offset)
-        elif isinstance(node, ast.Attribute) and isinstance(node.value, ast.Name) and node.value.id in plain:
+        elif isinstance(node, ast.Attribute) and isinstance(node.value, ast.Name) and node.value.id in seen:
             file, name = plain[node.value.id]
             if name is None:
                 count(file, node.attr, node.end_lineno, node.end_col_offset - len(node.attr))
