@@ -151,7 +151,7 @@ def names_declared_global(tree):
 
 
 def with_hidden_names(node, here=frozenset(), below=frozenset()):
-    """All nodes, each with the names that a scope around it binds: functions in a class do not see those of the class."""
+    """All nodes, each with the names that scopes around it bind; functions in a class do not see those of the class."""
     yield node, here
     if not isinstance(node, SCOPES):
         for child in ast.iter_child_nodes(node):
