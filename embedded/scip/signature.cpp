@@ -138,7 +138,7 @@ bool holds_callable(string_view signature) {
     string_view type = trimmed_begin(signature.substr(colon + 1));
     if (type.starts_with('(')) {
         const std::optional<string_view> rest = behind_brackets(type);
-        return !rest || trimmed_begin(*rest).starts_with("=>");
+        return rest && trimmed_begin(*rest).starts_with("=>");  // one that is cut short says nothing
     }
     if (type.starts_with('{')) {
         type = trimmed_begin(type.substr(1));

@@ -127,6 +127,12 @@ std::optional<Descriptor> take_descriptor(std::string_view& rest) {
     return Descriptor{std::move(*name), *suffix};
 }
 
+// scip-python names a variable with an annotation twice: `a.b`/x.x.
+bool is_said_again(const Descriptor& descriptor, const Symbol& symbol) {
+    return descriptor.suffix == Suffix::TERM && !symbol.descriptors.empty() &&
+           symbol.descriptors.back() == descriptor && symbol.head.starts_with("scip-python ");
+}
+
 }  // namespace
 
 bool is_local(std::string_view symbol) {
@@ -145,12 +151,15 @@ std::optional<Symbol> parse_symbol(std::string_view symbol) {
     const auto before_rest = [&] { return symbol.substr(0, symbol.size() - rest.size()); };
     Symbol result{.head = before_rest(), .package = with_single_spaces(*package), .scope = {}, .descriptors = {}};
     do {
-        result.scope = before_rest();
+        const std::string_view scope = before_rest();
         std::optional<Descriptor> descriptor = take_descriptor(rest);
         if (!descriptor) {
             return std::nullopt;
         }
-        result.descriptors.push_back(std::move(*descriptor));
+        if (!is_said_again(*descriptor, result)) {
+            result.scope = scope;
+            result.descriptors.push_back(std::move(*descriptor));
+        }
     } while (!rest.empty());
     return result;
 }

@@ -49,7 +49,8 @@ struct Symbol {
 /// Whether the symbol is local to its document.
 bool is_local(std::string_view symbol);
 
-/// The parts of a global symbol; none when the string does not parse. Every byte of a character beyond ASCII is taken
+/// The parts of a global symbol; none when the string does not parse. A variable that scip-python names twice has one
+/// descriptor. Every byte of a character beyond ASCII is taken
 /// for a letter.
 std::optional<Symbol> parse_symbol(std::string_view symbol);
 

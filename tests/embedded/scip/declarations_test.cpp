@@ -95,6 +95,7 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
         {"max.", {.documentation = {"const max", "a ``` const"}}, "variable max max"},
         {"max.", {.signature = "var max", .documentation = {"```\nconst max\n```"}}, "variable max max"},
         {"f.", fenced("var f: (a: (b: 1) => 2) => 3"), "function f f"},
+        {"f.", fenced("let f: ({ [x: string]: unknown; ...; } | { reado..."), "variable f f"},
         {"f.", fenced("const f: <T>(a: T) => T"), "function f f"},
         {"f.", fenced("const f: {\n    (a: 1): 2;\n}"), "function f f"},
         {"f.", fenced("const f: { <T>(a: T): T }"), "function f f"},

@@ -29,6 +29,13 @@ TEST(ScipSymbol, HasAHeadAPackageAndAScope) {
     EXPECT_EQ(parts.scope, "tool npm my  package 1.0 a/B#");
 }
 
+TEST(ScipSymbol, HasAVariableOnceThatOneIndexerNamesTwice) {
+    const Symbol python = parse_symbol("scip-python python p 1 `a.b`/x.x.").value();
+    EXPECT_EQ(python.descriptors, (std::vector<Descriptor>{{"a.b", Suffix::NAMESPACE}, {"x", Suffix::TERM}}));
+    EXPECT_TRUE(python.scope.ends_with("/"));
+    EXPECT_EQ(parse_symbol("scip-typescript npm p 1 `a.ts`/x.x.").value().descriptors.size(), 3U);
+}
+
 TEST(ScipSymbol, ExtendsWhatStandsElsewhereInADeclaredModuleOrTheGlobalScopeOfItsFile) {
     const auto is_one = [](const std::string& descriptors) {
         return is_augmentation(parse_symbol(symbol(descriptors)).value().descriptors);
