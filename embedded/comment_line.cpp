@@ -21,15 +21,15 @@ constexpr auto DIRECTIVES = std::to_array<string_view>(
     {// JavaScript, TypeScript
      "eslint ", "eslint-", "tslint:", "prettier-", "oxlint-", "global ", "istanbul ", "use strict", "<reference ",
      // editors and encodings
-     "vim:", "coding:", "coding=",
+     "vim:", "coding:", "coding=", "encoding:",
      // Python
      "noqa", "pylint:", "flake8:", "mypy:", "type:", "pyright:", "fmt:",
      // C++, Go
-     "clang-format ", "NOLINT", "go:", "+build "});
+     "clang-format ", "NOLINT", "IWYU pragma", "go:", "+build "});
 
 // Known of the file, but not what it is for. Lower case, like all lists below.
-constexpr auto FIELDS = std::to_array<string_view>(
-    {"author:", "authors:", "created by ", "written by ", "date:", "version:", "@(#)", "$", "file:", "spdx-"});
+constexpr auto FIELDS = std::to_array<string_view>({"author:", "authors:", "author(s):", "created:", "created by ",
+                                                    "written by ", "date:", "version:", "@(#)", "$", "file:", "spdx-"});
 
 // Tags whose argument says what the file is for.
 constexpr std::array<string_view, 8> DESCRIBING_TAGS{"file",    "fileoverview", "overview", "brief",
@@ -41,7 +41,8 @@ constexpr std::array<string_view, 8> NOTICES{
 
 constexpr auto LICENCE_PHRASES = std::to_array<string_view>(
     {// whose
-     "copyright (c)", "copyright 19", "copyright 20", "(c) 19", "(c) 20", "all rights reserved", "trademarks",
+     "copyright (c)", "copyright 19", "copyright 20", "(c) 19", "(c) 20", "all rights reserved", "disclaims copyright",
+     "trademarks",
      // which
      "mit license", "apache license", "bsd license", "public license", "public domain", "free software", "/license",
      // on which terms
