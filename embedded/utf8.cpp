@@ -43,4 +43,14 @@ std::size_t utf16_units(std::string_view text) {
     return units;
 }
 
+std::string_view from_column(std::string_view text, std::size_t column) {
+    constexpr std::size_t BEYOND_ONE_UNIT = 4;  // bytes
+    for (std::size_t units = 0; units < column && !text.empty();) {
+        const std::size_t bytes = code_point_bytes(text);
+        units += bytes == BEYOND_ONE_UNIT ? 2 : 1;
+        text.remove_prefix(std::max<std::size_t>(bytes, 1));
+    }
+    return text;
+}
+
 }  // namespace embedded

@@ -15,4 +15,8 @@ bool is_utf8(std::string_view text);
 /// How many code units `text`, which is UTF-8, takes as UTF-16.
 std::size_t utf16_units(std::string_view text);
 
+/// What of `text` stands at a column or behind it; columns count UTF-16 code units from 0. Empty behind the end. A byte
+/// at which no code point begins counts one.
+std::string_view from_column(std::string_view text, std::size_t column);
+
 }  // namespace embedded

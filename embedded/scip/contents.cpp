@@ -3,8 +3,6 @@
 #include "embedded/scip/symbol.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
 #include <span>
 #include <utility>
 
@@ -83,6 +81,7 @@ class ContentsReader {
             add_token(std::span(begin, end), file);
             begin = end;
         }
+        before_ = std::nullopt;
     }
 
     void add_occurrence(const Occurrence& occurrence, SymbolNumber symbol, FileContents& file) {
@@ -126,58 +125,40 @@ class ContentsReader {
         }
         std::ranges::sort(symbols_);
         symbols_.erase(std::unique(symbols_.begin(), symbols_.end()), symbols_.end());
-        const TokenNames names = symbols_.size() == 1 ? symbols_.front() : names_of_combination();
+        const TokenNames names = contents_.tokens.number(symbols_, contents_.symbols);
         const bool is_reference = std::ranges::none_of(token, &Part::defines);
         if (is_reference && names != LOCAL_SYMBOL) {
             ++file.references[names];
         }
-    }
-
-    // What a token names at which `symbols_` stand, of which there are several. Looks into each combination once.
-    TokenNames names_of_combination() {
-        const auto [known, is_new] = combinations_.try_emplace(symbols_);
-        if (is_new) {
-            add_groups();
-            leave_out_augmentations();
-            known->second = contents_.tokens.number(symbols_);
-        }
-        return known->second;
-    }
-
-    void add_groups() {
-        std::map<std::pair<std::string_view, std::string>, std::vector<SymbolNumber>> by_name;
-        for (const SymbolNumber symbol : symbols_) {
-            if (symbol != LOCAL_SYMBOL) {
-                const Symbol parts = parse_symbol(contents_.symbols.symbol(symbol)).value();
-                by_name[{parts.scope, written(parts.descriptors.back().name)}].push_back(symbol);
-            }
-        }
-        for (const auto& [name, group] : by_name) {
-            if (group.size() > 1 && groups_.insert(group).second) {
-                for (const SymbolNumber symbol : group) {
-                    contents_.groups[symbol].push_back(static_cast<std::uint32_t>(groups_.size()));
-                }
-            }
+        const Range& range = token.front().range;
+        if (is_reference && names == LOCAL_SYMBOL && before_ && may_follow_by_a_dot(before_->range, range)) {
+            file.members.push_back({before_->names, before_->range, range});
+            before_ = Before{std::nullopt, range};
+        } else if (symbols_.size() == 1 && names != LOCAL_SYMBOL && contents_.symbols.is_namespace(names)) {
+            before_ = Before{names, range};
+        } else {
+            before_ = std::nullopt;
         }
     }
 
-    // Whoever names a declaration does not mean what extends it.
-    void leave_out_augmentations() {
-        const auto is_augmentation = [&](SymbolNumber symbol) {
-            return symbol != LOCAL_SYMBOL && contents_.symbols.is_augmentation(symbol);
-        };
-        if (!std::ranges::all_of(symbols_, is_augmentation)) {
-            std::erase_if(symbols_, is_augmentation);
-        }
+    // Whether nothing but a dot may stand between two tokens, and blanks where they stand on several lines.
+    static bool may_follow_by_a_dot(const Range& before, const Range& range) {
+        return before.end_line < range.start_line ||
+               (before.end_line == range.start_line && before.end_column == range.start_column - 1);
     }
+
+    // A token of which the next one may be a member.
+    struct Before {
+        std::optional<SymbolNumber> names;  // the namespace; none where it is a member itself
+        Range range;
+    };
 
     TextSpool& spool_;
     const ContentsListener& listener_;
     Contents contents_;
-    std::map<std::vector<SymbolNumber>, TokenNames> combinations_;
-    std::set<std::vector<SymbolNumber>> groups_;
     std::vector<Part> parts_;            // of the current document
     std::vector<SymbolNumber> symbols_;  // of the current token
+    std::optional<Before> before_;
 };
 
 }  // namespace

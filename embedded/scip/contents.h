@@ -33,6 +33,14 @@ struct Definition {
     std::optional<sources::Position> name;  ///< where the name stands
 };
 
+/// A token that is local to the document, although a dot before it may well say that it is a member of a namespace.
+struct Member {
+    /// The namespace that the token before it names; none where that is the member before this one.
+    std::optional<SymbolNumber> of;
+    Range before;  ///< of that token
+    Range range;
+};
+
 /// What the documents of one source file say, in the order in which they came.
 struct FileContents {
     std::size_t documents = 0;
@@ -40,15 +48,14 @@ struct FileContents {
     std::vector<Definition> definitions;
     std::unordered_map<SymbolNumber, Description> descriptions;
     std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing
-    std::int32_t last_line = 1;                               ///< the last on which anything stands
+    std::vector<Member> members;
+    std::int32_t last_line = 1;  ///< the last on which anything stands
 };
 
 struct Contents {
     Metadata metadata;
     SymbolTable symbols;
     TokenTable tokens;
-    /// The groups that a symbol is in. A group has one scope and one name, and there is a token that names all of it.
-    std::unordered_map<SymbolNumber, std::vector<std::uint32_t>> groups;
     std::map<std::string, FileContents> files;  ///< by path
     std::int64_t unusable_documents = 0;        ///< left out for their path: empty, absolute, with ".." or a NUL
     std::int64_t unusable_definitions = 0;      ///< left out for want of a usable range

@@ -5,6 +5,7 @@
 #include "embedded/scip/gathered.h"
 #include "embedded/scip/index_writer.h"
 #include "embedded/scip/language.h"
+#include "embedded/scip/members.h"
 #include "embedded/scip/project_root.h"
 #include "embedded/scip/replacement.h"
 #include "embedded/scip/scip_file.h"
@@ -60,6 +61,8 @@ class SourcesOfCheckout {
         }
     }
 
+    [[nodiscard]] const std::optional<Checkout>& checkout() const { return checkout_; }
+
     sources::Sources finish(const std::function<void()>& look) {
         return reader_ ? reader_->finish(look) : sources::Sources();
     }
@@ -107,6 +110,9 @@ Gathered read_all(ScipFile& scip, const std::optional<std::string>& checkout, Te
     Contents contents = read_contents(scip, spool, listener);
     steps.advance(static_cast<std::size_t>(contents.unusable_documents));
     const sources::Sources read = sources.finish([&] { steps.tell(); });
+    if (sources.checkout()) {
+        count_members(contents, read, *sources.checkout());
+    }
     return gather(std::move(contents), read, steps, report);
 }
 

@@ -30,15 +30,6 @@ struct Candidate {
     std::size_t group = 0;  // the place of the first candidate that it is one with
 };
 
-bool is_file_itself(const Symbol& symbol, std::string_view path) {
-    const Descriptor& last = symbol.descriptors.back();
-    if (last.suffix == Suffix::META) {
-        return last.name == "__init__";
-    }
-    return descriptors_of_file(symbol.descriptors) == symbol.descriptors.size() &&
-           last.name == path.substr(path.rfind('/') + 1);
-}
-
 // Whether a declaration of another kind that a language has may be public without being in an outline.
 bool is_public_by_signature(std::string_view language, const Description& description) {
     if (language == "csharp") {
@@ -91,7 +82,7 @@ class FileReader {
             }
         }
         for (Candidate& candidate : candidates_) {
-            if (is_file_itself(candidate.parts, path_)) {
+            if (is_module_of(candidate.parts.descriptors, path_)) {
                 result_.modules.push_back(candidate.symbol);
             } else {
                 candidate.row = row_of(candidate);
@@ -174,10 +165,8 @@ class FileReader {
                 unite(place,
                       first_accessor.try_emplace({candidate.parts.scope, written(last.name)}, place).first->second);
             }
-            if (const auto groups = contents_.groups.find(candidate.symbol); groups != contents_.groups.end()) {
-                for (const std::uint32_t group : groups->second) {
-                    unite(place, first_of_group.try_emplace(group, place).first->second);
-                }
+            for (const std::uint32_t group : contents_.tokens.groups(candidate.symbol)) {
+                unite(place, first_of_group.try_emplace(group, place).first->second);
             }
         }
     }

@@ -200,6 +200,14 @@ std::optional<std::string> module_name(std::span<const Descriptor> descriptors) 
     return name;
 }
 
+bool is_module_of(std::span<const Descriptor> descriptors, std::string_view path) {
+    const Descriptor& last = descriptors.back();
+    if (last.suffix == Suffix::META) {
+        return last.name == "__init__";
+    }
+    return descriptors_of_file(descriptors) == descriptors.size() && last.name == path.substr(path.rfind('/') + 1);
+}
+
 bool is_augmentation(std::span<const Descriptor> descriptors) {
     const std::size_t file = descriptors_of_file(descriptors);
     return file > 0 && std::ranges::any_of(descriptors.subspan(file), [](const Descriptor& descriptor) {

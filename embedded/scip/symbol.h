@@ -74,6 +74,9 @@ std::size_t descriptors_of_file(std::span<const Descriptor> descriptors);
 ///     `a.b`/__init__:         a.b
 std::optional<std::string> module_name(std::span<const Descriptor> descriptors);
 
+/// Whether the symbol stands for the source file at `path` as a module, as it does where that file defines it.
+bool is_module_of(std::span<const Descriptor> descriptors, std::string_view path);
+
 /// Whether the symbol extends a declaration that stands elsewhere: it lives in a `declare module "x"` or a
 /// `declare global` of its file.
 bool is_augmentation(std::span<const Descriptor> descriptors);

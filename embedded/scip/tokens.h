@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -43,6 +44,9 @@ class SymbolTable {
     /// Whether the symbol extends a declaration that stands elsewhere (symbol.h).
     [[nodiscard]] bool is_augmentation(SymbolNumber number) const { return augmentations_[number]; }
 
+    /// Whether the symbol is a namespace, as a file that is a module of TypeScript is one.
+    [[nodiscard]] bool is_namespace(SymbolNumber number) const { return namespaces_[number]; }
+
     [[nodiscard]] std::size_t size() const { return symbols_.size(); }
 
     /// How many distinct symbols do not parse.
@@ -56,23 +60,33 @@ class SymbolTable {
     std::unordered_map<std::string, std::optional<SymbolNumber>, Hash, std::equal_to<>> numbers_;
     std::vector<std::string_view> symbols_;  // the keys of `numbers_`
     std::vector<bool> augmentations_;
+    std::vector<bool> namespaces_;
 };
 
 /// What a token names: a symbol's number, or that of a combination of symbols.
 using TokenNames = std::uint32_t;
 
-/// The combinations of symbols that tokens name, each kept once.
+/// The combinations of symbols that tokens name, each looked into and kept once.
 class TokenTable {
   public:
-    /// The number for these symbols, at least one, in ascending order, `LOCAL_SYMBOL` maybe among them.
-    TokenNames number(const std::vector<SymbolNumber>& symbols);
+    /// The number for what a token names: at least one symbol of this table, in ascending order, `LOCAL_SYMBOL` maybe
+    /// among them. Augmentations are left out beside anything else: whoever names a declaration does not mean what
+    /// extends it.
+    TokenNames number(const std::vector<SymbolNumber>& symbols, const SymbolTable& table);
 
-    /// The symbols behind a number; valid as long as the table and the number.
+    /// The symbols behind a number, ascending; valid as long as the table and the number.
     [[nodiscard]] std::span<const SymbolNumber> symbols(const TokenNames& names) const;
 
+    /// The groups that a symbol is in. A group has one scope and one name, and there is a token that names all of it.
+    [[nodiscard]] std::span<const std::uint32_t> groups(SymbolNumber symbol) const;
+
   private:
-    std::map<std::vector<SymbolNumber>, TokenNames> numbers_;
-    std::vector<std::span<const SymbolNumber>> combinations_;  // the keys of `numbers_`
+    void add_groups(std::span<const SymbolNumber> symbols, const SymbolTable& table);
+
+    std::map<std::vector<SymbolNumber>, TokenNames> numbers_;  // with what is left out
+    std::vector<std::vector<SymbolNumber>> combinations_;      // without it
+    std::set<std::vector<SymbolNumber>> known_groups_;
+    std::unordered_map<SymbolNumber, std::vector<std::uint32_t>> groups_;
 };
 
 }  // namespace embedded::scip

@@ -190,6 +190,27 @@ void add_parts(const Match& match, NodeId id, Captures& captures) {
     });
 }
 
+// Adds the link that a match is about, if it is about one.
+void add_link(const Match& match, string_view text, Captures& captures) {
+    Link link;
+    bool is_link = false;
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const bool is_all = name == "all";
+        link.is_exported = link.is_exported || is_all || name == "passed";
+        if (name == "link" || name == "passed") {
+            link.name = text_of(text, node);
+        } else if (name == "original") {
+            link.original = text_of(text, node);
+        } else if (name == "from" || is_all) {
+            link.module = text_of(text, node);
+        }
+        is_link = is_link || link.is_exported || name == "link";
+    });
+    if (is_link) {
+        captures.links.push_back(std::move(link));
+    }
+}
+
 // Adds what a match says of the text as a whole.
 void add_surroundings(const Match& match, string_view text, Captures& captures) {
     match.for_each_capture([&](string_view name, const TSNode& node) {
@@ -233,6 +254,7 @@ std::optional<Captures> captures_of(string_view text, const Language& language, 
             if (const std::optional<NodeId> subject = add_subject(match, captures)) {
                 add_parts(match, *subject, captures);
             }
+            add_link(match, text, captures);
             add_surroundings(match, text, captures);
         }
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "embedded/sources/language.h"
+#include "embedded/sources/link.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -57,6 +58,7 @@ struct Captures {
     std::vector<Bytes> visible;
     std::vector<Bytes> hidden;
     std::vector<Bytes> local;
+    std::vector<Link> links;
     std::unordered_set<std::string> exports;
     bool has_list = false;
     bool is_module = false;

@@ -21,6 +21,10 @@
 //     @visible       a region whose declarations are public
 //     @hidden        a region, or a single declaration, that is not
 //     @local         the body of a function
+//     @link          a name by which the file has what another module calls @original, or without that the module
+//                    itself; @from, in the same match, is how the file names the module
+//     @passed        the same, and the file exports it; without @from it is the @original of the file itself
+//     @all           how the file names a module all of whose names it passes on
 //
 // Other captures serve the predicate #eq?, the only one there is.
 #pragma once

@@ -39,8 +39,8 @@ class OutlineReader {
         : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
           surroundings_(surroundings_of(nodes_)), attributes_(std::move(captures.attributes)),
           comments_(std::move(captures.comments)), visible_(std::move(captures.visible)),
-          hidden_(std::move(captures.hidden)),
-          local_(std::move(captures.local)), public_names_{.are_all_unless_listed = !are_listed(captures),
+          hidden_(std::move(captures.hidden)), local_(std::move(captures.local)),
+          links_(std::move(captures.links)), public_names_{.are_all_unless_listed = !are_listed(captures),
                                                            .listed = std::move(captures.exports)},
           is_damaged_(captures.is_damaged) {
         std::ranges::sort(names_, {}, &CapturedName::name);
@@ -52,6 +52,7 @@ class OutlineReader {
     Outline outline() {
         Outline outline{.declarations = {},
                         .public_names = public_names_,
+                        .links = std::move(links_),
                         .line_count = line_of(last_byte(text_.size())),
                         .is_damaged = is_damaged_};
         outline.public_names.are_all_unless_listed = is_damaged_ || public_names_.are_all_unless_listed;
@@ -104,6 +105,7 @@ class OutlineReader {
             .first_line = line_of(whole.begin),
             .last_line = line_of(last_byte(whole.end)),
             .is_public = is_public,
+            .is_marked = is_public && around.is_exported,
             .is_callable = node.is_callable,
             .is_constant = node.is_constant,
             .signature = signature(node, whole),
@@ -204,6 +206,7 @@ class OutlineReader {
     Regions visible_;
     Regions hidden_;
     Regions local_;
+    std::vector<Link> links_;
     PublicNames public_names_;
     std::unordered_set<NodeId> public_namespaces_;  // of those that have been read
     bool is_damaged_;

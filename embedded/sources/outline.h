@@ -2,6 +2,7 @@
 #pragma once
 
 #include "embedded/sources/language.h"
+#include "embedded/sources/link.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,6 +31,7 @@ struct SourceDeclaration {
     std::int32_t first_line = 1;
     std::int32_t last_line = 1;
     bool is_public = false;     ///< whether the file makes it public, should it stand at the top or in a namespace
+    bool is_marked = false;     ///< whether a mark on it, such as `export`, makes it public
     bool is_callable = false;   ///< whether it is a variable that holds a function
     bool is_constant = false;   ///< whether it is a variable that is said to stay as it is
     std::string signature;      ///< its text up to the body, as many lines as that takes, without their common indent
@@ -49,6 +51,7 @@ struct PublicNames {
 struct Outline {
     std::vector<SourceDeclaration> declarations;  ///< by the position of their names, one for each
     PublicNames public_names;                     ///< all of them are where a part of the text does not parse
+    std::vector<Link> links;                      ///< in no order
     std::int32_t line_count = 0;                  ///< at least 1
     bool is_damaged = false;                      ///< whether a part of the text does not parse, and may hold more
 };

@@ -53,6 +53,22 @@ TEST(Outline, TypeScriptExportsOnTheDeclarationInAListAndByDefault) {
     EXPECT_EQ(declarations("a.tsx", "export const A = () => <b/>;"), "A 1-1 public callable constant");
 }
 
+TEST(Outline, ModulesSayWhatTheyHaveFromOthersAndPassOn) {
+    std::string list;
+    for (const auto& [name, original, module, is_exported] :
+         outline("a.ts", "import d, { a, b as c } from './m'\nimport * as n from './n'\nexport { a, n as o }\n"
+                         "export { default as p } from './p'\nexport * as q from './q'\nexport * from './r'\n"
+                         "export const s = 1\n")
+             .links) {
+        list += name + "<" + original + "<" + module + (is_exported ? "!" : "") + " ";
+    }
+    EXPECT_EQ(list, "a<a<./m c<b<./m n<<./n a<a<! o<n<! p<default<./p! q<<./q! <<./r! ");
+    EXPECT_EQ(places_of_module("src/a.ts", "./b.js").front(), "src/b.js");
+    EXPECT_EQ(places_of_module("src/a.ts", "./b.js")[1], "src/b.ts");
+    EXPECT_EQ(places_of_module("src/a.ts", "..").back(), "index.cjs");
+    EXPECT_EQ(places_of_module("a.ts", "../b").size() + places_of_module("a.ts", "b").size(), 0);
+}
+
 TEST(Outline, TypeScriptNamespacesArePublicWithWhatTheyExport) {
     EXPECT_EQ(declarations(
                   "a.ts", "import 'b'\nexport namespace N { export const a = 1; let b }\nnamespace M { export let c }"),
