@@ -35,14 +35,12 @@ truth: build/dev/build.ninja
 	cmake --build --preset dev --target wiki-scope
 	truth/run build/dev/embedded/wiki-scope
 
-# What the component costs, as ratios; the SCIP file is that of the demo.
+# What the component costs, as ratios.
 bench:
-	tools/install-packages build bench demo
-	demo/index
+	tools/install-packages build bench
 	cmake --preset bench
 	cmake --build --preset bench
 	build/bench/bench/page_bench
-	build/bench/bench/load_bench build/demo/index.scip
 	build/bench/bench/memory_bench
 
 # Puts the library, its headers and the command below PREFIX, or below DESTDIR/PREFIX for a package.

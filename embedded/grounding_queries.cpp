@@ -2,40 +2,51 @@
 
 #include "embedded/bound_list.h"
 #include "embedded/database.h"
+#include "embedded/edge_scan.h"
 #include "workers/wiki/scope/ordered_map.h"
 
 #include <algorithm>
-#include <limits>
+#include <iterator>
 
 namespace storage {
 
 namespace {
 
 using embedded::bound_list;
+using embedded::Declarations;
+using embedded::EdgeRow;
+using embedded::EdgeScan;
 using embedded::Statement;
+using models::Text;
 
-// An index may hold any integer as a line; the nearest line that a record can hold stands for it.
-std::int32_t line(std::int64_t stored) {
-    using Line = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(stored, Line::min(), Line::max()));
+std::vector<std::int64_t> ids_of(const Declarations& declarations) {
+    std::vector<std::int64_t> ids;
+    std::ranges::transform(declarations.all(), std::back_inserter(ids), &ScopeSymbol::id);
+    return ids;
 }
 
-// The columns `id, path, name, kind, is_export, start_line, end_line, fqn` of a row, from the column `first` on.
-ScopeSymbol symbol(Database& db, const Statement& row, int first) {
-    return {.id = row.integer(first),
-            .path = db.text(row.text(first + 1)),
-            .name = db.text(row.text(first + 2)),
-            .kind = db.text(row.text(first + 3)),
-            .is_export = row.integer(first + 4) != 0,
-            .start_line = line(row.integer(first + 5)),
-            .end_line = line(row.integer(first + 6)),
-            .fqn = db.text(row.text(first + 7))};
+// The sources of some edges, which stand by source.
+std::vector<FileId> sources_of(const std::vector<EdgeRow>& edges) {
+    std::vector<FileId> sources;
+    std::ranges::transform(edges, std::back_inserter(sources), &EdgeRow::source);
+    sources.erase(std::unique(sources.begin(), sources.end()), sources.end());
+    return sources;
+}
+
+// The targets of some edges that are not among these declarations, each once.
+std::vector<SymbolId> targets_beyond(const std::vector<EdgeRow>& edges, const Declarations& declarations) {
+    std::vector<SymbolId> targets;
+    for (const EdgeRow& edge : edges) {
+        if (declarations.find(edge.target) == nullptr) {
+            targets.push_back(edge.target);
+        }
+    }
+    std::ranges::sort(targets);
+    targets.erase(std::unique(targets.begin(), targets.end()), targets.end());
+    return targets;
 }
 
 }  // namespace
-
-// The statements join in the written order (CROSS JOIN), from the few rows of the page to what refers to them, so
-// that their cost is that of the page, whatever the index holds and whether or not it was analysed.
 
 std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> paths) {
     Statement rows(db.connection(), R"sql(
@@ -55,81 +66,83 @@ std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> pa
     return files;
 }
 
+// By file, then by first line, then by id.
 std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> file_ids) {
-    Statement rows(db.connection(), R"sql(
-        WITH page(file_id, place) AS (SELECT value, min(key) FROM json_each(?1) GROUP BY value)
-        SELECT symbol.id, file.path, symbol.name, symbol.kind, symbol.is_export, symbol.start_line,
-               symbol.end_line, symbol.fqn
-        FROM page CROSS JOIN files AS file ON file.id = page.file_id
-                  CROSS JOIN symbols AS symbol ON symbol.file_id = page.file_id
-        ORDER BY page.place, coalesce(symbol.start_line, 0), symbol.id
-    )sql");
-    rows.bind(1, bound_list(file_ids));
-    std::vector<ScopeSymbol> symbols;
-    while (rows.step()) {
-        symbols.push_back(symbol(db, rows, 0));
+    const Declarations& declarations = db.declarations_of(file_ids);
+    wiki::scope::OrderedMap<Text, std::vector<const ScopeSymbol*>> by_file;
+    for (const FileId file : file_ids) {
+        if (const Text* const path = db.path(file)) {
+            by_file[*path];
+        }
     }
-    symbols.shrink_to_fit();
+    for (const ScopeSymbol& declaration : declarations.all()) {
+        by_file[declaration.path].push_back(&declaration);
+    }
+    std::vector<ScopeSymbol> symbols;
+    symbols.reserve(declarations.all().size());
+    by_file.update_each([&](std::vector<const ScopeSymbol*>& of_file) {
+        std::ranges::stable_sort(of_file, {}, &ScopeSymbol::start_line);
+        for (const ScopeSymbol* const symbol : of_file) {
+            symbols.push_back(*symbol);
+        }
+    });
     return symbols;
 }
 
+// By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
 std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
-    Statement rows(db.connection(), R"sql(
-        WITH page(file_id) AS (SELECT DISTINCT value FROM json_each(?1))
-        SELECT source.path, symbol.id, file.path, symbol.name, symbol.kind, edge.resolution, edge.refs
-        FROM page CROSS JOIN files AS file ON file.id = page.file_id
-                  CROSS JOIN symbols AS symbol ON symbol.file_id = page.file_id
-                  CROSS JOIN edges AS edge ON edge.target_id = symbol.id
-                  CROSS JOIN files AS source ON source.id = edge.source_file_id
-        ORDER BY source.path, symbol.id, coalesce(edge.resolution, ''), edge.rowid
-    )sql");
-    rows.bind(1, bound_list(file_ids));
+    const Declarations& declarations = db.declarations_of(file_ids);
+    std::vector<EdgeRow> edges = EdgeScan::into(db.connection(), ids_of(declarations)).rest();
+    std::ranges::sort(edges);
+    db.read_paths(sources_of(edges));
     std::vector<InboundReference> references;
-    while (rows.step()) {
-        references.push_back({.source_path = db.text(rows.text(0)),
-                              .target_id = rows.integer(1),
-                              .target_path = db.text(rows.text(2)),
-                              .target_name = db.text(rows.text(3)),
-                              .target_kind = db.text(rows.text(4)),
-                              .resolution = db.text(rows.text(5)),
-                              .refs = rows.integer(6)});
+    references.reserve(edges.size());
+    for (const EdgeRow& edge : edges) {
+        const Text* const source = db.path(edge.source);
+        const ScopeSymbol* const target = declarations.find(edge.target);
+        if (source != nullptr && target != nullptr) {
+            references.push_back({.source_path = *source,
+                                  .target_id = edge.target,
+                                  .target_path = target->path,
+                                  .target_name = target->name,
+                                  .target_kind = target->kind,
+                                  .resolution = db.resolution(edge.resolution),
+                                  .refs = edge.references});
+        }
     }
-    references.shrink_to_fit();
     return references;
 }
 
+// In the order of the edges: by source, declaration and resolution.
 std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids) {
-    Statement rows(db.connection(), R"sql(
-        WITH page(file_id) AS (SELECT DISTINCT value FROM json_each(?1))
-        SELECT source.path, edge.resolution, edge.refs, symbol.id, file.path, symbol.name, symbol.kind,
-               symbol.is_export, symbol.start_line, symbol.end_line, symbol.fqn
-        FROM page CROSS JOIN files AS source ON source.id = page.file_id
-                  CROSS JOIN edges AS edge ON edge.source_file_id = page.file_id
-                  CROSS JOIN symbols AS symbol ON symbol.id = edge.target_id
-                                              AND symbol.file_id <> edge.source_file_id
-                  CROSS JOIN files AS file ON file.id = symbol.file_id
-        ORDER BY source.path, symbol.id, coalesce(edge.resolution, ''), edge.rowid
-    )sql");
-    rows.bind(1, bound_list(file_ids));
+    const Declarations& of_page = db.declarations_of(file_ids);
+    db.read_paths({file_ids.begin(), file_ids.end()});
+    const std::vector<EdgeRow> edges = EdgeScan::out_of(db.connection(), {file_ids.begin(), file_ids.end()}).rest();
+    const Declarations others = db.declarations(targets_beyond(edges, of_page));
     std::vector<OutboundReference> references;
-    while (rows.step()) {
-        references.push_back({.source_path = db.text(rows.text(0)),
-                              .target = symbol(db, rows, 3),
-                              .resolution = db.text(rows.text(1)),
-                              .refs = rows.integer(2)});
+    for (const EdgeRow& edge : edges) {
+        const Text* const source = db.path(edge.source);
+        const ScopeSymbol* const own = of_page.find(edge.target);
+        const ScopeSymbol* const target = own != nullptr ? own : others.find(edge.target);
+        if (source != nullptr && target != nullptr && target->path != *source) {
+            references.push_back({.source_path = *source,
+                                  .target = *target,
+                                  .resolution = db.resolution(edge.resolution),
+                                  .refs = edge.references});
+        }
     }
     references.shrink_to_fit();
     return references;
 }
 
-std::vector<models::Text> import_resolved_languages(Database& db, std::span<const models::Text> languages) {
+std::vector<Text> import_resolved_languages(Database& db, std::span<const Text> languages) {
     Statement rows(db.connection(), R"sql(
         SELECT language.name
         FROM json_each(?1) AS page CROSS JOIN languages AS language ON language.name = page.value
         WHERE language.import_resolved
     )sql");
     rows.bind(1, bound_list(languages));
-    std::vector<models::Text> resolved;
+    std::vector<Text> resolved;
     while (rows.step()) {
         resolved.push_back(db.text(rows.text(0)));
     }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* TABLES = R"sql(
     CREATE TABLE files(
-        id INTEGER PRIMARY KEY,
+        id INTEGER PRIMARY KEY,             -- ascends with the path
         path TEXT UNIQUE NOT NULL,
         language TEXT,                      -- NULL when unknown
         content_hash INTEGER                -- of the source that was read; NULL when none was
@@ -25,7 +25,7 @@ constexpr const char* TABLES = R"sql(
         import_resolved INTEGER NOT NULL    -- whether the indexer resolves the language's imports
     );
     CREATE TABLE symbols(
-        id INTEGER PRIMARY KEY,
+        id INTEGER PRIMARY KEY,             -- ascends with the file
         file_id INTEGER,
         name TEXT,
         fqn TEXT,
@@ -39,19 +39,23 @@ constexpr const char* TABLES = R"sql(
         signature TEXT NOT NULL,            -- up to the body
         documentation TEXT NOT NULL         -- the doc comment as prose
     );
-    CREATE TABLE edges(                     -- one row per source file, target and resolution
+    CREATE TABLE resolutions(
+        id INTEGER PRIMARY KEY,             -- ascends with the name
+        name TEXT UNIQUE NOT NULL
+    );
+    CREATE TABLE edges(
         source_file_id INTEGER,
         target_id INTEGER,
-        resolution TEXT,
-        refs INTEGER                        -- how many references the row stands for
-    );
+        resolution_id INTEGER,
+        refs INTEGER,                       -- how many references the row stands for
+        PRIMARY KEY(source_file_id, target_id, resolution_id)
+    ) WITHOUT ROWID;
     CREATE TABLE meta(key TEXT PRIMARY KEY, value TEXT);
 )sql";
 
 constexpr const char* INDEXES = R"sql(
     CREATE INDEX symbols_by_file ON symbols(file_id);
-    CREATE INDEX edges_by_source ON edges(source_file_id);
-    CREATE INDEX edges_by_target ON edges(target_id);
+    CREATE INDEX edges_by_target ON edges(target_id, source_file_id, resolution_id, refs);
 )sql";
 
 // The schema version that an index states of itself; none when a database is no index. Many programs state one in a
@@ -148,7 +152,6 @@ Connection open_index(const std::string& path) {
                                  ", but this program reads version " + std::string(SCHEMA_VERSION) +
                                  "; import the SCIP file again");
     }
-    connection.execute("PRAGMA cache_size = -65536");  // KiB, as needed: a large page's rows lie all over the file
     return connection;
 }
 

@@ -1,7 +1,9 @@
 // The index: one SQLite file that says what a repository's files declare and how they refer to one another.
 //
-// Rows are keyed by integers. An edge stands for all the references that one file makes to one declaration by one
-// resolution. Whoever fills an index makes a new file with `create_schema`, inserts, and calls `create_indexes`.
+// Rows are keyed by integers, which ascend in the order in which pages are read: files by path, declarations by file,
+// resolutions by name. An edge stands for all the references that one file makes to one declaration by one resolution;
+// edges lie together by source and, once more, by target. Whoever fills an index makes a new file with `create_schema`,
+// inserts, and calls `create_indexes`.
 #pragma once
 
 #include "embedded/sqlite.h"
@@ -12,7 +14,7 @@
 namespace embedded {
 
 /// The version of the schema that this program writes and reads.
-inline constexpr std::string_view SCHEMA_VERSION = "2";
+inline constexpr std::string_view SCHEMA_VERSION = "3";
 
 /// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`. Throws
 /// `SqliteError`, above all when the database has such tables already.

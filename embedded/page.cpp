@@ -20,6 +20,7 @@ std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::Sco
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options) {
     auto one_state = std::make_unique<const Transaction>(db.connection());
+    db.forget();
     PagePaths paths = find_page_paths(db, named);
     WatchfulReader reader(db, checkout, paths.indexed);
     const auto read_lines = [&reader](const models::Text& path) { return reader.read(path); };

@@ -1,11 +1,14 @@
 #include "workers/wiki/scope_tests.h"
 
-#include "embedded/bound_list.h"
 #include "embedded/database.h"
+#include "embedded/edge_scan.h"
 #include "utils/path_filter.h"
 #include "workers/wiki/scope/facts.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
+#include <set>
 #include <vector>
 
 namespace wiki {
@@ -20,6 +23,26 @@ std::vector<storage::FileId> ids_of(std::span<const storage::ScopeFile> files) {
         ids.push_back(file.id);
     }
     return ids;
+}
+
+// The edges of resolution "import" into some declarations.
+std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db, const embedded::Declarations& declarations) {
+    std::vector<std::int64_t> targets;
+    std::ranges::transform(declarations.all(), std::back_inserter(targets), &storage::ScopeSymbol::id);
+    embedded::EdgeScan scan = embedded::EdgeScan::into(db.connection(), std::move(targets));
+    std::vector<embedded::EdgeRow> edges;
+    while (const std::optional<embedded::EdgeRow> edge = scan.next()) {
+        if (db.resolution(edge->resolution) == "import" && declarations.find(edge->target) != nullptr) {
+            edges.push_back(*edge);
+        }
+    }
+    return edges;
+}
+
+std::vector<storage::FileId> sources_of(const std::vector<embedded::EdgeRow>& edges) {
+    std::vector<storage::FileId> sources;
+    std::ranges::transform(edges, std::back_inserter(sources), &embedded::EdgeRow::source);
+    return sources;
 }
 
 // Test -> the files of the page that it refers to or imports.
@@ -47,25 +70,30 @@ scope::OrderedMap<Text, scope::TextSet> files_reached(const scope::ScopeFacts& f
 }  // namespace
 
 // Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test imports are
-// absent; the others stand in the order of `files`.
+// absent; the others stand in the order of `files`, and the tests of each in path order, which is that of their ids.
 TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
-    embedded::Statement rows(db.connection(), R"sql(
-        WITH page(file_id, place) AS (SELECT value, min(key) FROM json_each(?1) GROUP BY value),
-             importer(place, file_id, source_id) AS (
-                 SELECT DISTINCT page.place, page.file_id, edge.source_file_id
-                 FROM page CROSS JOIN symbols AS symbol ON symbol.file_id = page.file_id
-                           CROSS JOIN edges AS edge ON edge.target_id = symbol.id
-                 WHERE edge.resolution = 'import')
-        SELECT file.path, source.path
-        FROM importer CROSS JOIN files AS file ON file.id = importer.file_id
-                      CROSS JOIN files AS source ON source.id = importer.source_id
-        ORDER BY importer.place, source.path
-    )sql");
-    rows.bind(1, embedded::bound_list(ids_of(files)));
+    scope::OrderedMap<Text, std::set<storage::FileId>> tests_of;  // the importing files among them, by page file
+    for (const storage::ScopeFile& file : files) {
+        tests_of[file.path];
+    }
+    const embedded::Declarations& declarations = db.declarations_of(ids_of(files));
+    const std::vector<embedded::EdgeRow> imports = import_edges_into(db, declarations);
+    db.read_paths(sources_of(imports));
+    scope::OrderedMap<storage::FileId, bool> is_test;
+    for (const embedded::EdgeRow& edge : imports) {
+        const Text* const source = db.path(edge.source);
+        const auto [known, is_new] = is_test.find_or_add(edge.source);
+        if (is_new) {
+            known = source != nullptr && utils::is_test_path(*source);
+        }
+        if (known) {
+            tests_of[declarations.find(edge.target)->path].insert(edge.source);
+        }
+    }
     TestImports tests;
-    while (rows.step()) {
-        if (const std::string_view source = rows.text(1); utils::is_test_path(source)) {
-            tests[db.text(rows.text(0))].insert(db.text(source));
+    for (const auto& [file, sources] : tests_of) {
+        for (const storage::FileId source : sources) {
+            tests[file].insert(*db.path(source));
         }
     }
     return tests;

@@ -41,20 +41,18 @@ constexpr auto ROW_PROMISES = std::to_array<RowPromise>({
     {"declarations are numbered by file and first line",
      "SELECT 1 FROM (SELECT id, row_number() OVER (ORDER BY file_id, start_line, id) AS place FROM symbols) "
      "WHERE id <> place"},
-    {"edges stand by source, target and resolution",
-     "SELECT 1 FROM (SELECT rowid AS id, row_number() OVER (ORDER BY source_file_id, target_id, resolution) AS place "
-     "FROM edges) WHERE id <> place"},
-    {"a file has one edge of a resolution to a target",
-     "SELECT 1 FROM edges GROUP BY source_file_id, target_id, resolution HAVING count(*) > 1"},
+    {"resolutions are numbered by name",
+     "SELECT 1 FROM (SELECT id, row_number() OVER (ORDER BY name) AS place FROM resolutions) WHERE id <> place"},
     {"an edge that is not ambiguous is local just when it stays in its file",
-     "SELECT 1 FROM edges JOIN symbols ON symbols.id = target_id "
-     "WHERE resolution NOT IN ('ambiguous', iif(file_id = source_file_id, 'local', 'import'))"},
+     "SELECT 1 FROM edges JOIN symbols ON symbols.id = target_id JOIN resolutions ON resolutions.id = resolution_id "
+     "WHERE resolutions.name NOT IN ('ambiguous', iif(file_id = source_file_id, 'local', 'import'))"},
     {"a description is of a declaration and says something",
      "SELECT 1 FROM descriptions WHERE symbol_id NOT IN (SELECT id FROM symbols) OR signature || documentation = ''"},
     {"an edge stands for references", "SELECT 1 FROM edges WHERE refs < 1"},
     {"an edge leads from a file to a declaration",
      "SELECT 1 FROM edges "
-     "WHERE source_file_id NOT IN (SELECT id FROM files) OR target_id NOT IN (SELECT id FROM symbols)"},
+     "WHERE source_file_id NOT IN (SELECT id FROM files) OR target_id NOT IN (SELECT id FROM symbols) "
+     "OR resolution_id NOT IN (SELECT id FROM resolutions)"},
     {"a declaration is of a file", "SELECT 1 FROM symbols WHERE file_id NOT IN (SELECT id FROM files)"},
     {"a declaration is on lines of its file",
      "SELECT 1 FROM symbols WHERE start_line < 1 OR end_line < start_line OR end_line > 2147483647"},

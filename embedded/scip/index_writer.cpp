@@ -51,6 +51,7 @@ class IndexWriter {
         insert_files();
         find_modules();
         insert_declarations();
+        insert_resolutions();
         insert_edges();
     }
 
@@ -122,6 +123,8 @@ class IndexWriter {
         report_.declarations = next - 1;
     }
 
+    static Id id_of(Resolution resolution) { return static_cast<Id>(resolution) + 1; }
+
     [[nodiscard]] Id id_of_module(std::uint32_t file) const { return first_ids_[file]; }
 
     [[nodiscard]] Id id_of(const RowPlace& place) const {
@@ -179,11 +182,21 @@ class IndexWriter {
             fqn_of(symbol.descriptors), row.kind, row.is_public, row.lines};
     }
 
+    void insert_resolutions() {
+        Statement insert(out_, "INSERT INTO resolutions(id, name) VALUES(?1, ?2)");
+        for (const Resolution resolution : {Resolution::AMBIGUOUS, Resolution::IMPORT, Resolution::LOCAL}) {
+            insert.bind(1, id_of(resolution));
+            insert.bind(2, name_of(resolution));
+            insert.run();
+        }
+    }
+
     void insert_edges() {
-        Statement insert(out_, "INSERT INTO edges(source_file_id, target_id, resolution, refs) VALUES(?1, ?2, ?3, ?4)");
+        Statement insert(out_,
+                         "INSERT INTO edges(source_file_id, target_id, resolution_id, refs) VALUES(?1, ?2, ?3, ?4)");
         struct EdgeRow {
             Id target;
-            std::string_view resolution;
+            Resolution resolution;
             std::int64_t references;
         };
         Findings findings(contents_);
@@ -195,13 +208,13 @@ class IndexWriter {
                 edges.push_back({id_of(edge.target), edge.resolution, edge.references});
             }
             for (const auto& [module, count] : references.modules) {
-                edges.push_back({id_of_module(module), "import", count});
+                edges.push_back({id_of_module(module), Resolution::IMPORT, count});
             }
             std::ranges::stable_sort(edges, {}, &EdgeRow::target);
             for (const EdgeRow& edge : edges) {
                 insert.bind(1, Id{place});
                 insert.bind(2, edge.target);
-                insert.bind(3, edge.resolution);
+                insert.bind(3, id_of(edge.resolution));
                 insert.bind(4, edge.references);
                 insert.run();
             }

@@ -3,10 +3,16 @@
 #include "embedded/scip/symbol.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <utility>
 
 namespace embedded::scip {
+
+std::string_view name_of(Resolution resolution) {
+    constexpr std::array<std::string_view, 3> NAMES{"ambiguous", "import", "local"};
+    return NAMES.at(static_cast<std::size_t>(resolution));
+}
 
 void References::Targets::add(SymbolNumber symbol, const Target& target) {
     if (places_[symbol] == NONE) {
@@ -108,15 +114,22 @@ std::optional<std::uint32_t> References::module_of(std::span<const SymbolNumber>
     return module == nullptr ? std::nullopt : std::optional(module->place.file);
 }
 
+Resolution References::resolution(const Lead& lead, const RowPlace& target, std::uint32_t from) {
+    if (!lead.is_clear) {
+        return Resolution::AMBIGUOUS;
+    }
+    return target.file == from ? Resolution::LOCAL : Resolution::IMPORT;
+}
+
 FileReferences References::of(std::uint32_t place, const FileContents& file) const {
-    std::map<std::pair<RowPlace, std::string_view>, std::int64_t> edges;
+    std::map<std::pair<RowPlace, Resolution>, std::int64_t> edges;
     std::map<std::uint32_t, std::int64_t> modules;
     FileReferences references;
     for (const auto& [names, count] : file.references) {
         const std::span<const SymbolNumber> symbols = contents_.tokens.symbols(names);
         const Lead lead = follow(symbols, place);
         for (const RowPlace& row : lead.rows) {
-            edges[{row, !lead.is_clear ? "ambiguous" : row.file == place ? "local" : "import"}] += count;
+            edges[{row, resolution(lead, row, place)}] += count;
         }
         const std::optional<std::uint32_t> module = module_of(symbols);
         if (module && *module != place) {

@@ -26,10 +26,20 @@ struct RowPlace {
     friend auto operator<=>(const RowPlace&, const RowPlace&) = default;
 };
 
+/// How a reference leads to its target, in the order of the names.
+enum class Resolution : std::uint8_t {
+    AMBIGUOUS,  ///< it names several declarations
+    IMPORT,     ///< of another file
+    LOCAL,      ///< of the file itself
+};
+
+/// "ambiguous", "import", "local"
+std::string_view name_of(Resolution resolution);
+
 /// All references from one file to one row by one resolution.
 struct Edge {
     RowPlace target;
-    std::string_view resolution;  ///< ambiguous, import or local
+    Resolution resolution = Resolution::AMBIGUOUS;
     std::int64_t references = 0;
 };
 
@@ -96,6 +106,7 @@ class References {
     void add_modules_named_by_their_end(const std::vector<FileRows>& rows);
     [[nodiscard]] std::optional<RowPlace> row_of(SymbolNumber symbol, std::uint32_t from) const;
     [[nodiscard]] Lead follow(std::span<const SymbolNumber> symbols, std::uint32_t from) const;
+    static Resolution resolution(const Lead& lead, const RowPlace& target, std::uint32_t from);
     [[nodiscard]] std::optional<std::uint32_t> module_of(std::span<const SymbolNumber> symbols) const;
 
     const Contents& contents_;

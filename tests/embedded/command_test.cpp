@@ -44,7 +44,7 @@ TEST_F(Command, ExplainsEveryFailureInOneLine) {
         {"page a --index other.db --checkout .", 1, "other.db: not a wiki-scope index"},
         {"page a --index src --checkout .", 1, "src: not a wiki-scope index"},
         {"page a --index index1.db --checkout .", 1,
-         "index1.db: an index of schema version 1, but this program reads version 2; import"},
+         "index1.db: an index of schema version 1, but this program reads version 3; import"},
         {"page a --index null.db --checkout .", 1, "null.db: not a wiki-scope index"},
         {"page a --index half.db --checkout .", 1, "half.db: no such table: languages; it is not a whole"},
         {"page a --index wild.db --checkout .", 1, "wild.db: an index of schema version \\x0a\\x1b,"},

@@ -26,9 +26,16 @@ class IndexedFolder : public testing::Test {
         const Connection connection(index, Connection::Mode::CREATE);
         create_schema(connection);
         create_indexes(connection);
+        connection.execute("INSERT INTO resolutions VALUES(1, 'import'), (2, 'local'), (3, 'unique')");
     }
 
     void fill(const std::string& sql) const { Connection(index, Connection::Mode::CREATE).execute(sql); }
+
+    /// Adds edges, each as (source file, target, 'resolution', references).
+    void fill_edges(const std::string& rows) const {
+        fill("INSERT INTO edges SELECT column1, column2, id, column4 FROM (VALUES " + rows +
+             ") JOIN resolutions ON name = column3");
+    }
 
     /// Runs a line of shell in the folder.
     [[nodiscard]] Outcome shell(const std::string& line) const {

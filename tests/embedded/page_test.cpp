@@ -34,15 +34,15 @@ class PrintedPage : public IndexedFolder {
     PrintedPage() {
         fill(
             "INSERT INTO files VALUES(1, 'src/a.ts', 'typescript', NULL), (2, 'src/b.lua', NULL, NULL), "
-            "(3, 'src-lib/c.ts', 'typescript', NULL), (4, 'test/a.test.ts', 'typescript', NULL);"
+            "(3, 'srclib/c.ts', 'typescript', NULL), (4, 'test/a.test.ts', 'typescript', NULL);"
             "INSERT INTO languages VALUES('typescript', 1);"
             "INSERT INTO symbols VALUES(1, 1, 'One', 'a.One', 'class', 1, 2, 4), "
             "(2, 1, 'run', 'a.One.run', 'method', 1, 3, 3), (3, 2, 'TICKS', 'b.TICKS', 'constant', 1, 1, 1), "
             "(4, 3, 'a|b', 'c.a|b', 'x|`y', 1, 5, 6);"
-            "INSERT INTO edges VALUES(3, 1, 'import', 3), (1, 1, 'local', 4), (4, 1, 'import', 1), "
-            "(3, 3, 'unique', 2), (1, 4, 'import', 5);"
             "INSERT INTO descriptions VALUES(1, 'class One<' || char(10) || '  T>', 'A <thing> to {@link run|run},"
             "' || char(10) || 'or not.' || char(10, 10) || '## More'), (2, 'run()', ''), (4, '', 'Of another page.');");
+        fill_edges("(3, 1, 'import', 3), (1, 1, 'local', 4), (4, 1, 'import', 1), (3, 3, 'unique', 2), "
+                   "(1, 4, 'import', 5)");
         folder.write("src/a.ts", "// Says what it is for.\nclass One {\n  run() {}\n}\n");
         folder.write("src/b.lua", "TICKS = '```'\n");
     }
@@ -71,7 +71,7 @@ TEST_F(PrintedPage, StatesTheSameAsJson) {
 }
 
 TEST_F(PrintedPage, GivesSetsInOrderAsJson) {
-    EXPECT_EQ(json("src src-lib")["facts"]["import_resolved_paths"], Json({"src-lib/c.ts", "src/a.ts"}));
+    EXPECT_EQ(json("srclib src")["facts"]["import_resolved_paths"], Json({"src/a.ts", "srclib/c.ts"}));
 }
 
 TEST_F(PrintedPage, HasOnlyTheWantedSectionsInTheirOrder) {
@@ -123,7 +123,7 @@ TEST_F(PrintedPage, ListsAPathThatIsNeitherAFileNorAFolderAsMissing) {
     for (const Json& file : page["facts"]["files"]) {
         paths.push_back(file["path"]);
     }
-    EXPECT_EQ(paths, (Lines{"/top.ts", "src-lib/c.ts", "src/a.ts", "src/b.lua", "test/a.test.ts"}));
+    EXPECT_EQ(paths, (Lines{"/top.ts", "src/a.ts", "src/b.lua", "srclib/c.ts", "test/a.test.ts"}));
 }
 
 TEST(MarkdownText, CannotBreakOutOfItsPlace) {

@@ -56,8 +56,10 @@ class ScipImport : public testing::Test {
 
     /// The edges as "source target resolution references", by source.
     [[nodiscard]] std::string edges() const {
-        return rows("SELECT path || ' ' || target_id || ' ' || resolution || ' ' || refs AS row "
-                    "FROM edges JOIN files ON id = source_file_id ORDER BY edges.rowid");
+        return rows("SELECT path || ' ' || target_id || ' ' || resolutions.name || ' ' || refs AS row "
+                    "FROM edges JOIN files ON files.id = source_file_id "
+                    "JOIN resolutions ON resolutions.id = resolution_id "
+                    "ORDER BY source_file_id, target_id, resolution_id");
     }
 
     /// Whether the index is the one with these bytes, and nothing else lies beside it and the input.

@@ -14,7 +14,7 @@ TEST_F(ScipImport, NumbersFilesByPathAndDeclarationsByFileLineAndDefinition) {
               "1 1f 1 2; 2 2b 4 4; 3 2a 4 4; 4 2g 9 9");
     EXPECT_EQ(rows("SELECT name || ' ' || import_resolved AS row FROM languages"), "c 1; python 1");
     EXPECT_EQ(rows("SELECT key || ' ' || value AS row FROM meta ORDER BY key"),
-              "schema_version 2; source " + folder / "in.scip" + "; tool indexer 1.2");
+              "schema_version 3; source " + folder / "in.scip" + "; tool indexer 1.2");
 }
 
 TEST_F(ScipImport, AnOccurrenceInItsOwnDocumentIsLocalAndElsewhereAnImport) {
