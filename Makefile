@@ -35,12 +35,13 @@ truth: build/dev/build.ninja
 	cmake --build --preset dev --target wiki-scope
 	truth/run build/dev/embedded/wiki-scope
 
-# What the component costs, as ratios.
+# What the component and whole commands cost, as ratios.
 bench:
 	tools/install-packages build bench
 	cmake --preset bench
 	cmake --build --preset bench
 	build/bench/bench/page_bench
+	build/bench/bench/command_bench build/bench/embedded/wiki-scope
 	build/bench/bench/memory_bench
 
 # Puts the library, its headers and the command below PREFIX, or below DESTDIR/PREFIX for a package.

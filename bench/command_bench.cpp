@@ -1,0 +1,188 @@
+// What whole commands cost on the index of a large repository, beside a bare scan of the same rows:
+// command_bench WIKI_SCOPE
+//
+// The bare scan steps every row into and out of a page once through a table that is clustered for it, reads its four
+// integers, and sorts them.
+
+#include "bench/child.h"
+#include "bench/generated_repository.h"
+#include "embedded/sqlite.h"
+#include "tests/embedded/temporary_folder.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using bench::Cost;
+using embedded::Connection;
+using embedded::Statement;
+using embedded::TemporaryFolder;
+
+constexpr bench::Repository REPOSITORY = bench::LARGE_REPOSITORY;
+
+// Files of the repository that stand one behind the other, named to the command as a page is.
+struct PageShape {
+    std::string name;
+    std::vector<std::string> arguments;
+    int first_file;
+    int last_file;
+    double most_scans;  // to reach; 0: not limited
+};
+
+std::vector<std::string> paths(int first, int last) {
+    std::vector<std::string> paths;
+    for (int file = first; file <= last; ++file) {
+        paths.push_back(path_of(REPOSITORY, file));
+    }
+    return paths;
+}
+
+std::vector<PageShape> page_shapes() {
+    constexpr int LAST = REPOSITORY.files - 1;
+    constexpr int MIDDLE = REPOSITORY.files / 2;
+    return {{"page .", {"."}, 0, LAST, 4},
+            {"page of a folder of 500 files", {"src/core"}, 0, REPOSITORY.core_files - 1, 5},
+            {"page of 5 files with a hot header", paths(0, 4), 0, 4, 6},
+            {"page of 12 files", paths(MIDDLE, MIDDLE + 11), MIDDLE, MIDDLE + 11, 0}};
+}
+
+// A table of integers that holds the edges of a repository, clustered both ways.
+class BareTable {
+  public:
+    BareTable(std::string path, const std::string& index) : path_(std::move(path)) {
+        const Connection connection(path_, Connection::Mode::CREATE);
+        connection.execute("PRAGMA synchronous = OFF; ATTACH '" + index + "' AS made");
+        connection.execute(R"sql(
+            CREATE TABLE bare(target INTEGER, source INTEGER, resolution INTEGER, refs INTEGER,
+                              PRIMARY KEY(target, source, resolution)) WITHOUT ROWID;
+            INSERT INTO bare SELECT target_id, source_file_id, resolution_id, refs FROM made.edges
+                ORDER BY target_id, source_file_id, resolution_id;
+            CREATE INDEX bare_by_source ON bare(source, target, resolution, refs);
+        )sql");
+    }
+
+    // Steps and sorts the rows into and out of some files; how many there are.
+    std::size_t scan(const PageShape& page) const {
+        const Connection connection(path_, Connection::Mode::READ);
+        connection.execute("PRAGMA cache_size = -65536");
+        const std::int64_t declarations = REPOSITORY.declarations_per_file;
+        return sorted_rows(connection,
+                           "SELECT source, target, resolution, refs FROM bare WHERE target BETWEEN ?1 AND ?2",
+                           page.first_file * declarations + 1, (page.last_file + 1) * declarations) +
+               sorted_rows(connection,
+                           "SELECT source, target, resolution, refs FROM bare WHERE source BETWEEN ?1 AND ?2",
+                           page.first_file + 1, page.last_file + 1);
+    }
+
+  private:
+    static std::size_t sorted_rows(const Connection& connection, const char* query, std::int64_t first,
+                                   std::int64_t last) {
+        Statement rows(connection, query);
+        rows.bind(1, first);
+        rows.bind(2, last);
+        std::vector<std::array<std::int64_t, 4>> all;
+        while (rows.step()) {
+            all.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3)});
+        }
+        std::ranges::sort(all);
+        return all.size();
+    }
+
+    std::string path_;
+};
+
+// The costs of several things, of which each is run as often as the others, in turns.
+class Costs {
+  public:
+    void add(const std::string& name, std::function<Cost()> run) { runs_.emplace_back(name, std::move(run)); }
+
+    void run(int rounds) {
+        for (int round = 0; round < rounds; ++round) {
+            for (const auto& [name, run] : runs_) {
+                costs_[name].push_back(run());
+            }
+        }
+    }
+
+    // The middle one of all runs.
+    [[nodiscard]] Cost of(const std::string& name) const {
+        std::vector<Cost> costs = costs_.at(name);
+        const auto middle = costs.begin() + std::ssize(costs) / 2;
+        std::ranges::nth_element(costs, middle, {}, &Cost::processor_seconds);
+        return *middle;
+    }
+
+  private:
+    std::vector<std::pair<std::string, std::function<Cost()>>> runs_;
+    std::map<std::string, std::vector<Cost>> costs_;
+};
+
+void measure(const std::string& wiki_scope) {
+    constexpr int ROUNDS = 5;
+    const TemporaryFolder folder;
+    const std::string scip = folder / "large.scip";
+    const std::string index = folder / "large.db";
+    const std::string checkout = folder / "empty";
+    std::filesystem::create_directory(checkout);
+    write_scip(REPOSITORY, scip);
+    const std::vector<std::string> import{wiki_scope, "import", scip, "--index", index, "--checkout", checkout};
+    bench::cost_of_program(import);
+    const BareTable bare(folder / "bare.db", index);
+
+    Costs costs;
+    costs.add("import", [&] { return bench::cost_of_program(import); });
+    for (const PageShape& page : page_shapes()) {
+        std::vector<std::string> command{wiki_scope, "page", "--index", index, "--checkout", checkout};
+        command.insert(command.end(), page.arguments.begin(), page.arguments.end());
+        costs.add(page.name, [command] { return bench::cost_of_program(command); });
+        costs.add("bare " + page.name, [&bare, page] { return bench::cost_of([&] { bare.scan(page); }); });
+        if (page.arguments.front() == ".") {
+            command.insert(command.end(), {"--format", "json"});
+            costs.add(page.name + " --format json", [command] { return bench::cost_of_program(command); });
+        }
+    }
+    costs.run(ROUNDS);
+
+    const PageShape all = page_shapes().front();
+    std::printf("%zu MB of SCIP, %zu MB of index; one bare scan of all rows %.2f s\n\n",
+                std::filesystem::file_size(scip) / 1'000'000, std::filesystem::file_size(index) / 1'000'000,
+                costs.of("bare " + all.name).processor_seconds);
+    std::printf("| Command | rows | bare scans | to reach | elapsed ms | peak MB |\n|---|---|---|---|---|---|\n");
+    const auto print = [&](const std::string& name, const PageShape& page, double most) {
+        const Cost cost = costs.of(name);
+        std::printf("| `%s` | %zu | %.1f | ", name.c_str(), bare.scan(page),
+                    cost.processor_seconds / costs.of("bare " + page.name).processor_seconds);
+        most > 0 ? std::printf("%.0f", most) : 0;
+        std::printf(" | %.0f | %.0f |\n", cost.elapsed_seconds * 1e3, cost.peak_megabytes);
+    };
+    print("import", all, 0);
+    for (const PageShape& page : page_shapes()) {
+        print(page.name, page, page.most_scans);
+    }
+    print(all.name + " --format json", all, 0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("usage: command_bench WIKI_SCOPE\n", stderr);
+        return 2;
+    }
+    try {
+        measure(argv[1]);
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "command_bench: %s\n", error.what());
+        return 1;
+    }
+}
