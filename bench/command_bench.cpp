@@ -134,7 +134,7 @@ void measure(const std::string& wiki_scope) {
     const std::string checkout = folder / "empty";
     std::filesystem::create_directory(checkout);
     write_scip(REPOSITORY, scip);
-    const std::vector<std::string> import{wiki_scope, "import", scip, "--index", index, "--checkout", checkout};
+    const std::vector<std::string> import{wiki_scope, "import", scip, "--index", index};
     bench::cost_of_program(import);
     const BareTable bare(folder / "bare.db", index);
 

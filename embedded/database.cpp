@@ -5,35 +5,12 @@
 #include <algorithm>
 #include <limits>
 
-namespace embedded {
-
-Declarations::Declarations(std::vector<storage::ScopeSymbol> declarations) : declarations_(std::move(declarations)) {
-    if (!std::ranges::is_sorted(declarations_, {}, &storage::ScopeSymbol::id)) {
-        std::ranges::sort(declarations_, {}, &storage::ScopeSymbol::id);
-    }
-}
-
-const storage::ScopeSymbol* Declarations::find(storage::SymbolId id) const {
-    if (declarations_.empty() || id < declarations_.front().id || id > declarations_.back().id) {
-        return nullptr;
-    }
-    // Where no id is left out, an id tells its place.
-    const auto offset = static_cast<std::size_t>(id - declarations_.front().id);
-    if (offset < declarations_.size() && declarations_[offset].id == id) {
-        return &declarations_[offset];
-    }
-    const auto found = std::ranges::lower_bound(declarations_, id, {}, &storage::ScopeSymbol::id);
-    return found->id == id ? &*found : nullptr;
-}
-
-}  // namespace embedded
-
 namespace storage {
 
 namespace {
 
 using embedded::bound_ranges;
-using embedded::Declarations;
+using embedded::DeclarationTable;
 using embedded::Statement;
 
 // An index may hold any integer as a line; the nearest line that a record can hold stands for it.
@@ -82,7 +59,7 @@ models::Text Database::resolution(std::int64_t id) {
     return resolutions_.get(id, models::Text());
 }
 
-const Declarations& Database::declarations_of(std::span<const FileId> files) {
+const DeclarationTable& Database::declarations_of(std::span<const FileId> files) {
     if (!std::ranges::equal(page_, files)) {
         Statement rows(connection_, R"sql(
             SELECT symbol.id, symbol.file_id, symbol.name, symbol.kind, symbol.is_export, symbol.start_line,
@@ -91,13 +68,13 @@ const Declarations& Database::declarations_of(std::span<const FileId> files) {
                 ON symbol.file_id BETWEEN range.value ->> 0 AND range.value ->> 1
         )sql");
         rows.bind(1, bound_ranges({files.begin(), files.end()}));
-        declarations_of_page_ = Declarations(read_declarations(rows));
+        declarations_of_page_ = DeclarationTable(read_declarations(rows));
         page_.assign(files.begin(), files.end());
     }
     return declarations_of_page_;
 }
 
-Declarations Database::declarations(const std::vector<SymbolId>& ids) {
+DeclarationTable Database::declarations(const std::vector<SymbolId>& ids) {
     if (ids.empty()) {
         return {};
     }
@@ -108,7 +85,7 @@ Declarations Database::declarations(const std::vector<SymbolId>& ids) {
             ON symbol.id BETWEEN range.value ->> 0 AND range.value ->> 1
     )sql");
     rows.bind(1, bound_ranges(ids));
-    return Declarations(read_declarations(rows));
+    return DeclarationTable(read_declarations(rows));
 }
 
 // Rows of id, file, name, kind, is_export, first and last line, fqn.
@@ -127,10 +104,14 @@ std::vector<ScopeSymbol> Database::read_declarations(Statement& rows) {
                                 .fqn = text(rows.text(7))});
     }
     read_paths(files);
+    std::size_t kept = 0;
     for (std::size_t place = 0; place < files.size(); ++place) {
-        declarations[place].path = paths_.get(files[place], models::Text());
+        if (const models::Text* const path = this->path(files[place])) {
+            declarations[place].path = *path;
+            std::swap(declarations[kept++], declarations[place]);
+        }
     }
-    std::erase_if(declarations, [](const ScopeSymbol& declaration) { return declaration.path.empty(); });
+    declarations.resize(kept);
     declarations.shrink_to_fit();
     return declarations;
 }

@@ -1,6 +1,7 @@
 // The index as the component's queries see it.
 #pragma once
 
+#include "embedded/declaration_table.h"
 #include "embedded/sqlite.h"
 #include "models/text.h"
 #include "storage/database.h"
@@ -14,27 +15,6 @@
 #include <unordered_set>
 #include <utility>
 #include <vector>
-
-namespace embedded {
-
-/// Declarations by id.
-class Declarations {
-  public:
-    Declarations() = default;
-    /// In any order.
-    explicit Declarations(std::vector<storage::ScopeSymbol> declarations);
-
-    /// Null for an id that none of them has. Valid as long as this object.
-    [[nodiscard]] const storage::ScopeSymbol* find(storage::SymbolId id) const;
-
-    /// By ascending id.
-    [[nodiscard]] std::span<const storage::ScopeSymbol> all() const { return declarations_; }
-
-  private:
-    std::vector<storage::ScopeSymbol> declarations_;
-};
-
-}  // namespace embedded
 
 namespace storage {
 
@@ -64,12 +44,12 @@ class Database {
     /// The name of a resolution; the empty text when the index has none.
     [[nodiscard]] models::Text resolution(std::int64_t id);
 
-    /// The declarations of these files, as far as the index has both. The last answer is remembered, as all questions of a page are about the same
-    /// files; it is valid until the next question.
-    const embedded::Declarations& declarations_of(std::span<const FileId> files);
+    /// The declarations of these files, as far as the index has both. The last answer is remembered, as all questions of
+    /// a page are about the same files; it is valid until the next question.
+    const embedded::DeclarationTable& declarations_of(std::span<const FileId> files);
 
     /// The declarations with these ids, as far as the index has them and their files.
-    [[nodiscard]] embedded::Declarations declarations(const std::vector<SymbolId>& ids);
+    [[nodiscard]] embedded::DeclarationTable declarations(const std::vector<SymbolId>& ids);
 
   private:
     std::vector<ScopeSymbol> read_declarations(embedded::Statement& rows);
@@ -79,7 +59,7 @@ class Database {
     wiki::scope::OrderedMap<FileId, models::Text> paths_;
     wiki::scope::OrderedMap<std::int64_t, models::Text> resolutions_;
     std::vector<FileId> page_;  // the files of which these are the declarations
-    embedded::Declarations declarations_of_page_;
+    embedded::DeclarationTable declarations_of_page_;
 };
 
 }  // namespace storage

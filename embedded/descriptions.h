@@ -4,22 +4,26 @@
 #include "embedded/database.h"
 #include "storage/grounding_queries.h"
 
-#include <span>
-#include <string>
-#include <unordered_map>
+#include <string_view>
 
 namespace embedded {
 
 /// Either text may be empty.
 struct Description {
-    std::string signature;      ///< the source of the declaration up to its body, on as many lines as it stands
-    std::string documentation;  ///< the text of its doc comment, without the marks of a comment
+    std::string_view signature;      ///< the source of the declaration up to its body, on as many lines as it stands
+    std::string_view documentation;  ///< the text of its doc comment, without the marks of a comment
 };
 
-using Descriptions = std::unordered_map<storage::SymbolId, Description>;
+/// Looks descriptions up one by one, and holds none but the last. The database must outlive it. Throws `SqliteError`.
+class Descriptions {
+  public:
+    explicit Descriptions(const storage::Database& db);
 
-/// The descriptions of these declarations, by one query. Those of which the index says nothing are absent. Throws
-/// `SqliteError`.
-Descriptions load_descriptions(const storage::Database& db, std::span<const storage::SymbolId> symbol_ids);
+    /// The description of a declaration, valid until the next one is looked up. Empty when the index says nothing.
+    Description of(storage::SymbolId declaration);
+
+  private:
+    Statement row_;
+};
 
 }  // namespace embedded

@@ -1,6 +1,7 @@
 #include "embedded/edge_scan.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace embedded {
@@ -22,6 +23,13 @@ constexpr const char* OUT_OF = R"sql(
 )sql";
 
 }  // namespace
+
+std::vector<std::int64_t> sources_of(const std::vector<EdgeRow>& edges) {
+    std::vector<std::int64_t> sources(edges.size());
+    std::ranges::transform(edges, sources.begin(), &EdgeRow::source);
+    sources.erase(std::unique(sources.begin(), sources.end()), sources.end());
+    return sources;
+}
 
 std::string bound_ranges(std::vector<std::int64_t> integers) {
     std::ranges::sort(integers);

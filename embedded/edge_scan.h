@@ -21,6 +21,9 @@ struct EdgeRow {
     friend auto operator<=>(const EdgeRow&, const EdgeRow&) = default;
 };
 
+/// The sources of some edges; of equal ones that stand together one.
+std::vector<std::int64_t> sources_of(const std::vector<EdgeRow>& edges);
+
 /// Integers as the ranges that they form, for a statement: [1, 2, 3, 7] gives "[[1,3],[7,7]]", which
 /// `json_each(?1) AS range` takes apart into rows with `range.value ->> 0` and `range.value ->> 1`, first and last.
 /// In any order, with or without repeats.

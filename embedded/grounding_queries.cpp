@@ -6,35 +6,20 @@
 #include "workers/wiki/scope/ordered_map.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace storage {
 
 namespace {
 
 using embedded::bound_list;
-using embedded::Declarations;
+using embedded::DeclarationTable;
 using embedded::EdgeRow;
 using embedded::EdgeScan;
 using embedded::Statement;
 using models::Text;
 
-std::vector<std::int64_t> ids_of(const Declarations& declarations) {
-    std::vector<std::int64_t> ids;
-    std::ranges::transform(declarations.all(), std::back_inserter(ids), &ScopeSymbol::id);
-    return ids;
-}
-
-// The sources of some edges, which stand by source.
-std::vector<FileId> sources_of(const std::vector<EdgeRow>& edges) {
-    std::vector<FileId> sources;
-    std::ranges::transform(edges, std::back_inserter(sources), &EdgeRow::source);
-    sources.erase(std::unique(sources.begin(), sources.end()), sources.end());
-    return sources;
-}
-
 // The targets of some edges that are not among these declarations, each once.
-std::vector<SymbolId> targets_beyond(const std::vector<EdgeRow>& edges, const Declarations& declarations) {
+std::vector<SymbolId> targets_beyond(const std::vector<EdgeRow>& edges, const DeclarationTable& declarations) {
     std::vector<SymbolId> targets;
     for (const EdgeRow& edge : edges) {
         if (declarations.find(edge.target) == nullptr) {
@@ -68,7 +53,7 @@ std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> pa
 
 // By file, then by first line, then by id.
 std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> file_ids) {
-    const Declarations& declarations = db.declarations_of(file_ids);
+    const DeclarationTable& declarations = db.declarations_of(file_ids);
     wiki::scope::OrderedMap<Text, std::vector<const ScopeSymbol*>> by_file;
     for (const FileId file : file_ids) {
         if (const Text* const path = db.path(file)) {
@@ -91,8 +76,8 @@ std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> fil
 
 // By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
 std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
-    const Declarations& declarations = db.declarations_of(file_ids);
-    std::vector<EdgeRow> edges = EdgeScan::into(db.connection(), ids_of(declarations)).rest();
+    const DeclarationTable& declarations = db.declarations_of(file_ids);
+    std::vector<EdgeRow> edges = EdgeScan::into(db.connection(), declarations.ids()).rest();
     std::ranges::sort(edges);
     db.read_paths(sources_of(edges));
     std::vector<InboundReference> references;
@@ -115,23 +100,27 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
 
 // In the order of the edges: by source, declaration and resolution.
 std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids) {
-    const Declarations& of_page = db.declarations_of(file_ids);
+    const DeclarationTable& of_page = db.declarations_of(file_ids);
     db.read_paths({file_ids.begin(), file_ids.end()});
-    const std::vector<EdgeRow> edges = EdgeScan::out_of(db.connection(), {file_ids.begin(), file_ids.end()}).rest();
-    const Declarations others = db.declarations(targets_beyond(edges, of_page));
-    std::vector<OutboundReference> references;
-    for (const EdgeRow& edge : edges) {
-        const Text* const source = db.path(edge.source);
+    std::vector<EdgeRow> edges = EdgeScan::out_of(db.connection(), {file_ids.begin(), file_ids.end()}).rest();
+    const DeclarationTable others = db.declarations(targets_beyond(edges, of_page));
+    const auto target_of = [&](const EdgeRow& edge) {
         const ScopeSymbol* const own = of_page.find(edge.target);
-        const ScopeSymbol* const target = own != nullptr ? own : others.find(edge.target);
-        if (source != nullptr && target != nullptr && target->path != *source) {
-            references.push_back({.source_path = *source,
-                                  .target = *target,
-                                  .resolution = db.resolution(edge.resolution),
-                                  .refs = edge.references});
-        }
+        return own != nullptr ? own : others.find(edge.target);
+    };
+    std::erase_if(edges, [&](const EdgeRow& edge) {
+        const Text* const source = db.path(edge.source);
+        const ScopeSymbol* const target = target_of(edge);
+        return source == nullptr || target == nullptr || target->path == *source;
+    });
+    std::vector<OutboundReference> references;
+    references.reserve(edges.size());
+    for (const EdgeRow& edge : edges) {
+        references.push_back({.source_path = *db.path(edge.source),
+                              .target = *target_of(edge),
+                              .resolution = db.resolution(edge.resolution),
+                              .refs = edge.references});
     }
-    references.shrink_to_fit();
     return references;
 }
 

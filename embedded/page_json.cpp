@@ -159,18 +159,13 @@ void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
 
 // The texts that the index has of the page's declarations, those that are empty left out.
 void write_descriptions(JsonWriter& json, const Page& page, const storage::Database& db) {
-    std::vector<SymbolId> ids;
-    for (const ScopeSymbol& symbol : page.facts.symbols) {
-        ids.push_back(symbol.id);
-    }
-    const Descriptions descriptions = load_descriptions(db, ids);
+    Descriptions descriptions(db);
     for (const auto& [key, text] :
          {std::pair("signatures", &Description::signature), std::pair("documentation", &Description::documentation)}) {
         json.object(key, [&, text = text] {
-            for (const SymbolId id : ids) {
-                const auto description = descriptions.find(id);
-                if (description != descriptions.end() && !(description->second.*text).empty()) {
-                    json.member(key_text(id), description->second.*text);
+            for (const ScopeSymbol& symbol : page.facts.symbols) {
+                if (const std::string_view said = descriptions.of(symbol.id).*text; !said.empty()) {
+                    json.member(key_text(symbol.id), said);
                 }
             }
         });

@@ -22,7 +22,6 @@ namespace {
 using models::Text;
 using storage::ScopeFile;
 using storage::ScopeSymbol;
-using storage::SymbolId;
 using wiki::scope::LineRange;
 using Lines = std::vector<std::string>;
 
@@ -68,16 +67,14 @@ Lines lines_of(std::string_view text) {
 class Blocks {
   public:
     Blocks(const Page& page, const storage::Database& db, const Checkout& checkout, bool with_source)
-        : page_(page), checkout_(checkout), with_source_(with_source),
-          descriptions_(load_descriptions(db, ids_of(page.selection))) {
+        : page_(page), checkout_(checkout), with_source_(with_source), descriptions_(db) {
         for (const ScopeFile& file : page.facts.files) {
             files_[file.path].language = file.language.value_or(Text());
         }
     }
 
     void write(std::ostream& out, const ScopeSymbol& symbol) {
-        const auto found = descriptions_.find(symbol.id);
-        const Description& description = found == descriptions_.end() ? NOTHING_SAID : found->second;
+        const Description description = descriptions_.of(symbol.id);
         const Lines code = with_source_ ? source(symbol) : lines_of(description.signature);
         out << "\n### " << code_span(symbol.name) << "\n\n"
             << plain_text(symbol.kind) << ", " << code_span(citation(symbol.path, lines_of(symbol))) << ", "
@@ -96,14 +93,6 @@ class Blocks {
         Text language;               // empty when unknown
         std::optional<Lines> lines;  // once read
     };
-
-    inline static const Description NOTHING_SAID;
-
-    static std::vector<SymbolId> ids_of(const std::vector<const ScopeSymbol*>& symbols) {
-        std::vector<SymbolId> ids(symbols.size());
-        std::ranges::transform(symbols, ids.begin(), &ScopeSymbol::id);
-        return ids;
-    }
 
     // The declaration's lines, as far as they are in the checkout.
     Lines source(const ScopeSymbol& symbol) {

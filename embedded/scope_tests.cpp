@@ -6,7 +6,6 @@
 #include "workers/wiki/scope/facts.h"
 
 #include <algorithm>
-#include <iterator>
 #include <optional>
 #include <set>
 #include <vector>
@@ -26,10 +25,9 @@ std::vector<storage::FileId> ids_of(std::span<const storage::ScopeFile> files) {
 }
 
 // The edges of resolution "import" into some declarations.
-std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db, const embedded::Declarations& declarations) {
-    std::vector<std::int64_t> targets;
-    std::ranges::transform(declarations.all(), std::back_inserter(targets), &storage::ScopeSymbol::id);
-    embedded::EdgeScan scan = embedded::EdgeScan::into(db.connection(), std::move(targets));
+std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db,
+                                                 const embedded::DeclarationTable& declarations) {
+    embedded::EdgeScan scan = embedded::EdgeScan::into(db.connection(), declarations.ids());
     std::vector<embedded::EdgeRow> edges;
     while (const std::optional<embedded::EdgeRow> edge = scan.next()) {
         if (db.resolution(edge->resolution) == "import" && declarations.find(edge->target) != nullptr) {
@@ -37,12 +35,6 @@ std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db, const em
         }
     }
     return edges;
-}
-
-std::vector<storage::FileId> sources_of(const std::vector<embedded::EdgeRow>& edges) {
-    std::vector<storage::FileId> sources;
-    std::ranges::transform(edges, std::back_inserter(sources), &embedded::EdgeRow::source);
-    return sources;
 }
 
 // Test -> the files of the page that it refers to or imports.
@@ -76,7 +68,7 @@ TestImports importing_tests(storage::Database& db, std::span<const storage::Scop
     for (const storage::ScopeFile& file : files) {
         tests_of[file.path];
     }
-    const embedded::Declarations& declarations = db.declarations_of(ids_of(files));
+    const embedded::DeclarationTable& declarations = db.declarations_of(ids_of(files));
     const std::vector<embedded::EdgeRow> imports = import_edges_into(db, declarations);
     db.read_paths(sources_of(imports));
     scope::OrderedMap<storage::FileId, bool> is_test;

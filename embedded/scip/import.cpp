@@ -127,7 +127,7 @@ void write_index(const std::string& path, const std::string& source, const Gathe
     Connection out(path, Connection::Mode::CREATE);
     out.watch([&] { steps.tell(); });
     // Whatever goes wrong, the file is thrown away; it is made durable as a whole when it is complete.
-    out.execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
+    out.execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; PRAGMA threads = 4");
     Transaction transaction(out);
     create_schema(out);
     write_rows(

@@ -110,9 +110,12 @@ class IndexWriter {
         is_module_.resize(rows.size());
         std::uint32_t place = 0;
         for (const auto& [path, file] : contents_.files) {
-            for (const auto& [module, count] : references_.of(place++, file).modules) {
-                is_module_[module] = true;
+            if (references_.may_name_modules(file)) {
+                for (const auto& [module, count] : references_.of(place, file).modules) {
+                    is_module_[module] = true;
+                }
             }
+            ++place;
             after_file_(0);
         }
         Id next = 1;

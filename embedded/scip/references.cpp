@@ -121,6 +121,12 @@ Resolution References::resolution(const Lead& lead, const RowPlace& target, std:
     return target.file == from ? Resolution::LOCAL : Resolution::IMPORT;
 }
 
+bool References::may_name_modules(const FileContents& file) const {
+    return !modules_.all().empty() && std::ranges::any_of(file.references, [&](const auto& reference) {
+        return module_of(contents_.tokens.symbols(reference.first)).has_value();
+    });
+}
+
 FileReferences References::of(std::uint32_t place, const FileContents& file) const {
     std::map<std::pair<RowPlace, Resolution>, std::int64_t> edges;
     std::map<std::uint32_t, std::int64_t> modules;

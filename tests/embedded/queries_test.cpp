@@ -1,6 +1,7 @@
 // The queries over a real index file.
 
 #include "embedded/database.h"
+#include "embedded/edge_scan.h"
 #include "embedded/page.h"
 #include "storage/grounding_queries.h"
 #include "tests/embedded/indexed_folder.h"
@@ -69,6 +70,22 @@ TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
     EXPECT_EQ(outbound[0].target.fqn, "z.far");
     const auto tests = wiki::importing_tests(db, scope_files(db, Paths{"page.ts", "z.ts"}));
     EXPECT_EQ(tests, (wiki::TestImports{{"page.ts", {"test/a.ts"}}}));
+}
+
+TEST_F(Index, ReadsFilesAndDeclarationsThatDoNotStandTogether) {
+    EXPECT_EQ(bound_ranges({7, 3, 1, 2, 2, 9}), "[[1,3],[7,7],[9,9]]");
+    EXPECT_EQ(bound_ranges({}), "[]");
+    fill("INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts'), (3, 'c.ts'), (5, 'd.ts')");
+    fill("INSERT INTO symbols VALUES(1, 5, 'd', '', '', 1, 1, 1), (2, 2, 'b', '', '', 1, 2, 2), "
+         "(4, 1, 'a', '', '', 1, 1, 1), (8, 3, 'c', '', '', 1, 1, 1), (9, 7, 'lost', '', '', 1, 1, 1)");
+    fill_edges("(1, 1, 'import', 1), (2, 8, 'import', 2), (3, 2, 'import', 3), (5, 4, 'import', 4)");
+    storage::Database db = open();
+    const std::vector<storage::FileId> page{5, 1, 3, 5, 7};
+    EXPECT_TRUE(std::ranges::equal(scope_symbols(db, page), Numbers{1, 4, 8}, {}, &storage::ScopeSymbol::id));
+    EXPECT_TRUE(
+        std::ranges::equal(inbound_references(db, page), Numbers{1, 2, 4}, {}, &storage::InboundReference::refs));
+    EXPECT_TRUE(
+        std::ranges::equal(outbound_references(db, page), Numbers{1, 3, 4}, {}, &storage::OutboundReference::refs));
 }
 
 TEST_F(Index, KnowsTheLanguagesWithResolvedImports) {
