@@ -50,9 +50,10 @@ Cost cost_of(const std::function<void()>& body) {
         throw std::runtime_error("what was to be measured has failed");
     }
     constexpr double KILOBYTES = 1e-3;
+    const auto peak = static_cast<double>(used.ru_maxrss);  // NOLINT(*-union-access): glibc declares the field so
     return {.processor_seconds = seconds(used.ru_utime) + seconds(used.ru_stime),
             .elapsed_seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(),
-            .peak_megabytes = static_cast<double>(used.ru_maxrss) * KILOBYTES};
+            .peak_megabytes = peak * KILOBYTES};
 }
 
 Cost cost_of_program(const std::vector<std::string>& arguments) {

@@ -53,7 +53,7 @@ class Writer {
         }
     }
 
-    std::string metadata() const {
+    static std::string metadata() {
         std::string bytes;
         protozero::pbf_writer index(bytes);
         protozero::pbf_writer metadata(index, INDEX_METADATA);
@@ -139,7 +139,7 @@ std::string path_of(const Repository& repository, int file) {
 void write_scip(const Repository& repository, const std::string& path) {
     std::ofstream out(path, std::ios::binary);
     Writer writer(repository);
-    out << writer.metadata();
+    out << Writer::metadata();
     for (int file = 0; file < repository.files; ++file) {
         out << writer.document(file);
     }
