@@ -2,6 +2,7 @@
 
 #include "embedded/database.h"
 #include "embedded/edge_scan.h"
+#include "models/edge.h"
 #include "utils/path_filter.h"
 #include "workers/wiki/scope/facts.h"
 
@@ -30,7 +31,7 @@ std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db,
     embedded::EdgeScan scan = embedded::EdgeScan::into(db.connection(), declarations.ids());
     std::vector<embedded::EdgeRow> edges;
     while (const std::optional<embedded::EdgeRow> edge = scan.next()) {
-        if (db.resolution(edge->resolution) == "import" && declarations.find(edge->target) != nullptr) {
+        if (db.resolution(edge->resolution) == models::IMPORT && declarations.find(edge->target) != nullptr) {
             edges.push_back(*edge);
         }
     }

@@ -1,6 +1,7 @@
 #include "embedded/scip/references.h"
 
 #include "embedded/scip/symbol.h"
+#include "models/edge.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +11,7 @@
 namespace embedded::scip {
 
 std::string_view name_of(Resolution resolution) {
-    constexpr std::array<std::string_view, 3> NAMES{"ambiguous", "import", "local"};
+    constexpr std::array<std::string_view, 3> NAMES{models::AMBIGUOUS, models::IMPORT, models::LOCAL};
     return NAMES.at(static_cast<std::size_t>(resolution));
 }
 

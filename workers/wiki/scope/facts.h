@@ -10,6 +10,7 @@
 #pragma once
 
 #include "models/constant_set.h"
+#include "models/edge.h"
 #include "models/text.h"
 #include "storage/database.h"
 #include "storage/grounding_queries.h"
@@ -34,7 +35,7 @@ using storage::ScopeSymbol;
 using storage::SymbolId;
 
 /// The resolutions that are evidence of a use: the indexer followed the name to its declaration.
-inline constexpr models::ConstantSet EVIDENCE_RESOLUTIONS{"local", "import"};
+inline constexpr models::ConstantSet EVIDENCE_RESOLUTIONS{models::LOCAL, models::IMPORT};
 
 /// A page's files as the index and the checkout describe them. Frozen: no field can be assigned, no container
 /// changed. Built by position or by name; only `test_imports` may be left out.

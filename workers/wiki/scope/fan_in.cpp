@@ -14,25 +14,7 @@ namespace wiki::scope {
 
 namespace {
 
-constexpr std::string_view LEGACY = "legacy";
-
-// So a reference that counts always marks its target, and only those that do not count need to be noted apart.
-static_assert(!EVIDENCE_RESOLUTIONS.contains(LEGACY) && !TRUSTED.contains(LEGACY));
-
 enum class Source { TEST, PAGE, OUTSIDE };
-
-// What the resolution of a reference says by itself.
-struct Resolution {
-    bool evidence = false;
-    bool trusted = false;
-    bool marks_target = false;  // the target is referenced, counted or not
-};
-
-Resolution judge_resolution(const Text& resolution) {
-    return {.evidence = EVIDENCE_RESOLUTIONS.contains(resolution),
-            .trusted = TRUSTED.contains(resolution),
-            .marks_target = resolution != LEGACY};
-}
 
 // References that one file makes to another, in a row.
 struct Use {
@@ -56,8 +38,8 @@ void add(std::vector<Use>& uses, const Use& use) {
 }  // namespace
 
 bool is_use(std::string_view resolution, std::string_view target_kind, bool import_resolved) {
-    return _is_use(
-        _standing(resolution), [&] { return import_resolved; }, [&] { return NAME_MATCH_KINDS.contains(target_kind); });
+    const Resolution judged = _judged(resolution);
+    return judged.is_evidence || (judged.is_unique && !import_resolved && !NAME_MATCH_KINDS.contains(target_kind));
 }
 
 FanIn production_fan_in(const ScopeFacts& facts) {
@@ -65,27 +47,33 @@ FanIn production_fan_in(const ScopeFacts& facts) {
     Remembered source_of([&](const Text& path) {
         return facts.test_sources.contains(path) ? Source::TEST : page.contains(path) ? Source::PAGE : Source::OUTSIDE;
     });
-    Remembered resolution_of(judge_resolution);
+    auto resolution_of = _resolution_rule();
     auto is_name_match_kind = _name_match_kind_rule();
+    // Where every reference that counts also marks its target, the marks of those that do not are all that is left to
+    // be noted.
+    constexpr bool COUNTS_MARK = !EVIDENCE_RESOLUTIONS.contains(models::LEGACY) && !TRUSTED.contains(models::LEGACY);
 
     Counter<SymbolId> outside;
     outside.reserve(facts.symbols.size());
     Counter<SymbolId> inside;
-    OrderedSet<SymbolId> uncounted;
+    OrderedSet<SymbolId> marked;
     for (const InboundReference& reference : facts.inbound) {
         const Source source = source_of(reference.source_path);
         if (source == Source::TEST) {
             continue;
         }
         const Resolution resolution = resolution_of(reference.resolution);
-        if (resolution.evidence || (resolution.trusted && !is_name_match_kind(reference.target_kind))) {
+        const bool counts =
+            resolution.is_evidence || (resolution.is_trusted && !is_name_match_kind(reference.target_kind));
+        if (counts) {
             (source == Source::PAGE ? inside : outside).add(reference.target_id, reference.refs);
-        } else if (resolution.marks_target) {
-            uncounted.insert(reference.target_id);
+        }
+        if (resolution.marks_target && !(counts && COUNTS_MARK)) {
+            marked.insert(reference.target_id);
         }
     }
     const auto is_referenced = [&](SymbolId id) {
-        return outside.contains(id) || inside.contains(id) || uncounted.contains(id);
+        return marked.contains(id) || (COUNTS_MARK && (outside.contains(id) || inside.contains(id)));
     };
 
     const OrderedSet<SymbolId> members = _members(facts);

@@ -18,14 +18,14 @@ std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit) {
         }
         return verdict;
     });
-    Remembered is_evidence([](const Text& resolution) { return EVIDENCE_RESOLUTIONS.contains(resolution); });
+    auto resolution_of = _resolution_rule();
     auto is_name_match_kind = _name_match_kind_rule();
 
     OrderedMap<SymbolId, Neighbour> counted;
     for (const OutboundReference& reference : facts.outbound) {
         const ScopeSymbol& target = reference.target;
         if (!is_production_elsewhere(target.path) ||
-            (!is_evidence(reference.resolution) && is_name_match_kind(target.kind))) {
+            (!resolution_of(reference.resolution).is_evidence && is_name_match_kind(target.kind))) {
             continue;
         }
         Neighbour& neighbour = counted[target.id];
@@ -45,17 +45,17 @@ std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit) {
 }
 
 OrderedMap<FilePair, std::int64_t> name_match_counts(const ScopeFacts& facts) {
-    Remembered is_unique([](const Text& resolution) { return resolution == UNIQUE; });
+    auto resolution_of = _resolution_rule();
     auto is_name_match_kind = _name_match_kind_rule();
 
     Counter<FilePair> counts;
     for (const InboundReference& reference : facts.inbound) {
-        if (is_unique(reference.resolution) && is_name_match_kind(reference.target_kind)) {
+        if (resolution_of(reference.resolution).is_unique && is_name_match_kind(reference.target_kind)) {
             counts.add({reference.source_path, reference.target_path}, reference.refs);
         }
     }
     for (const OutboundReference& reference : facts.outbound) {
-        if (is_unique(reference.resolution) && is_name_match_kind(reference.target.kind)) {
+        if (resolution_of(reference.resolution).is_unique && is_name_match_kind(reference.target.kind)) {
             counts.add({reference.source_path, reference.target.path}, reference.refs);
         }
     }

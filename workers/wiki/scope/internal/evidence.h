@@ -11,38 +11,37 @@ namespace wiki::scope {
 
 inline constexpr models::ConstantSet TRUSTED = models::TRUSTED_RESOLUTIONS;
 
-/// The resolution of a match with the only production declaration of a name.
-inline constexpr std::string_view UNIQUE = "unique";
-
-enum class Standing { NONE, BY_NAME, EVIDENCE };
-
 /// What a resolution says by itself.
-inline Standing _standing(std::string_view resolution) {
-    return EVIDENCE_RESOLUTIONS.contains(resolution) ? Standing::EVIDENCE
-           : resolution == UNIQUE                    ? Standing::BY_NAME
-                                                     : Standing::NONE;
+struct Resolution {
+    bool is_evidence = false;   ///< of a use, whatever is referred to
+    bool is_trusted = false;    ///< by the indexer
+    bool is_unique = false;     ///< a match with the only production declaration of a name
+    bool marks_target = false;  ///< whether the target is referenced at all, counted or not
+};
+
+inline Resolution _judged(std::string_view resolution) {
+    return {.is_evidence = EVIDENCE_RESOLUTIONS.contains(resolution),
+            .is_trusted = TRUSTED.contains(resolution),
+            .is_unique = resolution == models::UNIQUE,
+            .marks_target = resolution != models::LEGACY};
 }
 
-/// The rule of `is_use`, which asks about the target only where the resolution leaves it open.
-inline bool _is_use(Standing standing, auto is_import_resolved, auto is_name_match_kind) {
-    return standing == Standing::EVIDENCE ||
-           (standing == Standing::BY_NAME && !is_import_resolved() && !is_name_match_kind());
+/// Rules about references, asked once for each text. They are copied with what they remember.
+inline auto _resolution_rule() {
+    return Remembered([](const Text& resolution) { return _judged(resolution); });
 }
-
-/// Whether the kind of a target is one of `NAME_MATCH_KINDS`, as a function of the kind.
 inline auto _name_match_kind_rule() {
     return Remembered([](const Text& kind) { return NAME_MATCH_KINDS.contains(kind); });
 }
 
 /// `is_use` for the references into a page, as a function of the reference.
 inline auto _use_rule(const ScopeFacts& facts) {
-    Remembered standing(_standing);
     Remembered import_resolved([&facts](const Text& path) { return facts.import_resolved(path); });
-    return [standing, import_resolved,
+    return [import_resolved, resolution_of = _resolution_rule(),
             is_name_match_kind = _name_match_kind_rule()](const InboundReference& reference) mutable {
-        return _is_use(
-            standing(reference.resolution), [&] { return import_resolved(reference.target_path); },
-            [&] { return is_name_match_kind(reference.target_kind); });
+        const Resolution resolution = resolution_of(reference.resolution);
+        return resolution.is_evidence || (resolution.is_unique && !import_resolved(reference.target_path) &&
+                                          !is_name_match_kind(reference.target_kind));
     };
 }
 
