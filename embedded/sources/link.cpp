@@ -11,7 +11,8 @@ using std::string_view;
 
 // What is compiled has the name of what it is compiled to.
 constexpr std::array<string_view, 4> COMPILED{".js", ".jsx", ".mjs", ".cjs"};
-constexpr std::array<string_view, 9> EXTENSIONS{".ts", ".tsx", ".mts", ".cts", ".d.ts", ".js", ".jsx", ".mjs", ".cjs"};
+constexpr std::array<string_view, 9> MODULE_EXTENSIONS{".ts", ".tsx", ".mts", ".cts", ".d.ts",
+                                                       ".js", ".jsx", ".mjs", ".cjs"};
 
 string_view without_compiled_extension(string_view path) {
     for (const string_view extension : COMPILED) {
@@ -37,10 +38,10 @@ std::vector<std::string> places_of_module(string_view path, string_view module) 
         base.pop_back();
     }
     std::vector<std::string> places{base};
-    for (const string_view extension : EXTENSIONS) {
+    for (const string_view extension : MODULE_EXTENSIONS) {
         places.push_back(std::string(without_compiled_extension(base)).append(extension));
     }
-    for (const string_view extension : EXTENSIONS) {
+    for (const string_view extension : MODULE_EXTENSIONS) {
         places.push_back((base == "." ? "" : base + "/") + "index" + std::string(extension));
     }
     return places;
