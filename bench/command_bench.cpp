@@ -6,7 +6,7 @@
 
 #include "bench/child.h"
 #include "bench/generated_repository.h"
-#include "embedded/sqlite.h"
+#include "embedded/sqlite/connection.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // Arbitrary files: what one says it is for fits on one short line.
 
-#include "embedded/blanks.h"
+#include "embedded/text/blanks.h"
 #include "fuzz/lines.h"
 #include "fuzz/promise.h"
 #include "workers/wiki/file_summary.h"

@@ -1,14 +1,14 @@
 // Arbitrary bytes as a SCIP file: they are refused in one line and nothing is left of them, or they become an index
 // that keeps its promises and gives a page.
 
-#include "embedded/checkout.h"
-#include "embedded/index.h"
-#include "embedded/page.h"
-#include "embedded/page_json.h"
-#include "embedded/page_markdown.h"
+#include "embedded/files/checkout.h"
+#include "embedded/page/page.h"
+#include "embedded/page/page_json.h"
+#include "embedded/page/page_markdown.h"
 #include "embedded/scip/import.h"
+#include "embedded/sqlite/index.h"
 #include "fuzz/promise.h"
-#include "tests/embedded/scip_builder.h"
+#include "tests/embedded/scip/scip_builder.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "embedded/command/closing_words.h"
 
-#include "embedded/counted.h"
+#include "embedded/text/counted.h"
 
 #include <array>
 #include <ostream>

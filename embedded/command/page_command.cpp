@@ -1,16 +1,16 @@
 #include "embedded/command/page_command.h"
 
-#include "embedded/caveats.h"
-#include "embedded/checkout.h"
 #include "embedded/command/file_option.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
-#include "embedded/counted.h"
-#include "embedded/database.h"
-#include "embedded/index.h"
-#include "embedded/page.h"
-#include "embedded/page_json.h"
-#include "embedded/page_markdown.h"
+#include "embedded/files/checkout.h"
+#include "embedded/page/caveats.h"
+#include "embedded/page/page.h"
+#include "embedded/page/page_json.h"
+#include "embedded/page/page_markdown.h"
+#include "embedded/sqlite/database.h"
+#include "embedded/sqlite/index.h"
+#include "embedded/text/counted.h"
 
 #include <CLI/CLI.hpp>
 

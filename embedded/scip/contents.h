@@ -6,12 +6,12 @@
 // documentation go to a spool.
 #pragma once
 
+#include "embedded/files/text_spool.h"
 #include "embedded/scip/description.h"
 #include "embedded/scip/lines.h"
 #include "embedded/scip/scip_file.h"
 #include "embedded/scip/tokens.h"
 #include "embedded/sources/outline.h"
-#include "embedded/text_spool.h"
 
 #include <cstddef>
 #include <cstdint>

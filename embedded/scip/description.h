@@ -1,9 +1,9 @@
 // What a file's documents know of one symbol.
 #pragma once
 
+#include "embedded/files/text_spool.h"
 #include "embedded/scip/kind.h"
 #include "embedded/scip/reader.h"
-#include "embedded/text_spool.h"
 
 #include <string>
 #include <string_view>

@@ -1,17 +1,17 @@
 #include "embedded/scip/import.h"
 
-#include "embedded/checkout.h"
-#include "embedded/index.h"
+#include "embedded/files/checkout.h"
+#include "embedded/files/replacement.h"
+#include "embedded/files/text_spool.h"
 #include "embedded/scip/gathered.h"
 #include "embedded/scip/index_writer.h"
 #include "embedded/scip/language.h"
 #include "embedded/scip/members.h"
 #include "embedded/scip/project_root.h"
-#include "embedded/scip/replacement.h"
 #include "embedded/scip/scip_file.h"
 #include "embedded/sources/source_reader.h"
-#include "embedded/sqlite.h"
-#include "embedded/text_spool.h"
+#include "embedded/sqlite/connection.h"
+#include "embedded/sqlite/index.h"
 
 #include <algorithm>
 #include <cstddef>

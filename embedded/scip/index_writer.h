@@ -1,10 +1,10 @@
 // The rows of an index, written as the import has found them.
 #pragma once
 
+#include "embedded/files/text_spool.h"
 #include "embedded/scip/gathered.h"
 #include "embedded/scip/import_report.h"
-#include "embedded/sqlite.h"
-#include "embedded/text_spool.h"
+#include "embedded/sqlite/connection.h"
 
 #include <functional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "embedded/scip/language.h"
 
-#include "embedded/ascii.h"
+#include "embedded/text/ascii.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "embedded/scip/members.h"
 
-#include "embedded/blanks.h"
 #include "embedded/scip/symbol.h"
-#include "embedded/utf8.h"
+#include "embedded/text/blanks.h"
+#include "embedded/text/utf8.h"
 
 #include <algorithm>
 #include <map>

@@ -4,7 +4,7 @@
 // where the module z says `export { stringType as string }`. The sources say what such a name stands for.
 #pragma once
 
-#include "embedded/checkout.h"
+#include "embedded/files/checkout.h"
 #include "embedded/scip/contents.h"
 #include "embedded/sources/source_reader.h"
 

@@ -1,7 +1,7 @@
 // A SCIP file as a whole: its metadata, and its documents one at a time.
 #pragma once
 
-#include "embedded/scip/input_file.h"
+#include "embedded/files/input_file.h"
 #include "embedded/scip/reader.h"
 
 #include <cstddef>

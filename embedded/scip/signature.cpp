@@ -1,6 +1,6 @@
 #include "embedded/scip/signature.h"
 
-#include "embedded/blanks.h"
+#include "embedded/text/blanks.h"
 
 #include <algorithm>
 #include <array>

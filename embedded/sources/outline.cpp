@@ -1,12 +1,12 @@
 #include "embedded/sources/outline.h"
 
-#include "embedded/ascii.h"
-#include "embedded/blanks.h"
 #include "embedded/sources/captures.h"
 #include "embedded/sources/prose.h"
 #include "embedded/sources/regions.h"
 #include "embedded/sources/surroundings.h"
-#include "embedded/utf8.h"
+#include "embedded/text/ascii.h"
+#include "embedded/text/blanks.h"
+#include "embedded/text/utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "embedded/sources/prose.h"
 
-#include "embedded/ascii.h"
-#include "embedded/blanks.h"
+#include "embedded/text/ascii.h"
+#include "embedded/text/blanks.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "embedded/sources/source_reader.h"
 
-#include "embedded/content_hash.h"
+#include "embedded/files/content_hash.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,9 +1,9 @@
 // The sources of a checkout, read and parsed on all cores while somebody else does other work.
 #pragma once
 
-#include "embedded/checkout.h"
+#include "embedded/files/checkout.h"
+#include "embedded/files/text_spool.h"
 #include "embedded/sources/outline.h"
-#include "embedded/text_spool.h"
 
 #include <condition_variable>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // A folder with an index in it, which a test fills with SQL, and a shell to run the command in.
 #pragma once
 
-#include "embedded/index.h"
+#include "embedded/sqlite/index.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include "embedded/scip/declarations.h"
 #include "embedded/scip/language.h"
 #include "embedded/scip/lines.h"
-#include "tests/embedded/scip_builder.h"
+#include "tests/embedded/scip/scip_builder.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // Imports of SCIP files into an index in a folder of its own.
 #pragma once
 
-#include "embedded/index.h"
 #include "embedded/scip/import.h"
-#include "tests/embedded/scip_builder.h"
+#include "embedded/sqlite/index.h"
+#include "tests/embedded/scip/scip_builder.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // What an import makes of documents, and what it says of what is no SCIP file.
 
-#include "embedded/scip/input_file.h"
+#include "embedded/files/input_file.h"
 #include "tests/embedded/scip/import_fixture.h"
 
 namespace embedded::scip {

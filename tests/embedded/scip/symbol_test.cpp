@@ -1,5 +1,5 @@
 #include "embedded/scip/symbol.h"
-#include "tests/embedded/scip_builder.h"
+#include "tests/embedded/scip/scip_builder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,28 @@
+#include "embedded/files/file_descriptor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace embedded {
+
+FileDescriptor::FileDescriptor(const std::string& path, int flags, mode_t mode)
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is it declared
+    : number_(open(path.c_str(), flags | O_CLOEXEC, mode)) {}
+
+FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+FileDescriptor::~FileDescriptor() {
+    if (is_open()) {
+        close(number_);
+    }
+}
+
+std::string last_system_error() {
+    return std::generic_category().message(errno);
+}
+
+}  // namespace embedded

@@ -1,0 +1,59 @@
+#include "embedded/page/caveats.h"
+
+#include "embedded/sqlite/bound_list.h"
+
+#include <utility>
+
+namespace embedded {
+
+namespace {
+
+// Path -> hash, of the files whose content the import has seen.
+wiki::scope::OrderedMap<std::string, std::int64_t> indexed_hashes(const storage::Database& db,
+                                                                  std::span<const std::string> paths) {
+    Statement rows(db.connection(), R"sql(
+        SELECT file.path, file.content_hash
+        FROM json_each(?1) AS page CROSS JOIN files AS file ON file.path = page.value
+        WHERE file.content_hash IS NOT NULL
+    )sql");
+    rows.bind(1, bound_list(paths));
+    wiki::scope::OrderedMap<std::string, std::int64_t> hashes;
+    while (rows.step()) {
+        hashes[std::string(rows.text(0))] = rows.integer(1);
+    }
+    return hashes;
+}
+
+// Whether the index holds no other files. The search ends at the first one.
+bool are_all(const storage::Database& db, std::span<const std::string> paths) {
+    Statement other(db.connection(), R"sql(
+        SELECT 1 FROM files AS other WHERE path NOT IN (SELECT value FROM json_each(?1)) LIMIT 1
+    )sql");
+    other.bind(1, bound_list(paths));
+    return !paths.empty() && !other.step();
+}
+
+}  // namespace
+
+WatchfulReader::WatchfulReader(const storage::Database& db, const Checkout& checkout,
+                               std::span<const std::string> paths)
+    : checkout_(checkout), indexed_(indexed_hashes(db, paths)), has_no_outside_(are_all(db, paths)) {}
+
+std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text& path) {
+    ++asked_;
+    std::optional<FileLines> file = checkout_.read_lines(path);
+    if (!file) {
+        return std::nullopt;
+    }
+    ++given_;
+    if (indexed_.get(std::string(path), file->hash) != file->hash) {
+        changed_.push_back(path);
+    }
+    return std::move(file->lines);
+}
+
+Caveats WatchfulReader::caveats() const {
+    return {.changed = changed_, .has_no_sources = asked_ > 0 && given_ == 0, .has_no_outside = has_no_outside_};
+}
+
+}  // namespace embedded

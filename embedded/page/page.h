@@ -1,0 +1,60 @@
+// A page of the embedded host: the files that somebody names, and everything the component states about them.
+#pragma once
+
+#include "embedded/files/checkout.h"
+#include "embedded/page/caveats.h"
+#include "embedded/page/page_paths.h"
+#include "embedded/sqlite/database.h"
+#include "workers/wiki/scope/facts.h"
+#include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/render.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace embedded {
+
+/// How much of a page is chosen. README.md tells what each number does; any value is accepted.
+struct PageOptions {
+    std::int64_t total = 24;         ///< declarations that get a block
+    std::int64_t floor = 2;          ///< best declarations that each file gets before the rest is shared out
+    double max_share = 0.4;          ///< of `total`, for one file, while others have declarations left
+    std::int64_t deep = 6;           ///< names for a deeper treatment
+    std::int64_t deep_per_file = 2;  ///< of these from one file
+    std::int64_t neighbours = 12;    ///< declarations of other files that the page leans on
+};
+
+/// Name and file of the selected callables and types, in the order of the selection.
+std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
+                                                    const wiki::scope::FanIn& fan_in);
+
+/// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which
+/// is therefore neither copied nor moved. It must not outlive the database: as long as it lives, all that is asked of
+/// the index is answered from the state that the facts come from.
+struct Page {
+    const std::unique_ptr<const Transaction> one_state;
+    const PageOptions options;
+    const std::vector<std::string> missing;     ///< the named paths that the index does not hold
+    const std::vector<Suggestion> suggestions;  ///< what some of these were most likely meant to be
+    const wiki::scope::ScopeFacts facts;
+    const Caveats caveats;
+
+    const wiki::scope::FanIn fan_in = wiki::scope::production_fan_in(facts);
+    const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
+    const std::vector<const storage::ScopeSymbol*> selection =
+        wiki::scope::select_with_quota(ranked, fan_in, options.total, options.floor, options.max_share);
+    const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection, fan_in);
+    const std::vector<models::Text> deep = wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
+    const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
+};
+
+/// Grounds the page of the named files and folders, as `find_page_paths` reads them. A file that the checkout does not
+/// give has no line count and no summary. Throws `SqliteError`.
+Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
+               const PageOptions& options = {});
+
+}  // namespace embedded

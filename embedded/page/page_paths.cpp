@@ -1,0 +1,137 @@
+#include "embedded/page/page_paths.h"
+
+#include "embedded/page/nearest_path.h"
+#include "workers/wiki/scope/ordered_map.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace embedded {
+
+namespace {
+
+// A query for the paths of files that meet a condition, in path order. Blobs and paths with a NUL in them are left out,
+// so that nothing is found here that the queries for the page then miss: a text of `bound_list` ends at a NUL.
+std::string paths_where(const std::string& condition) {
+    return "SELECT path FROM files WHERE " + condition +
+           " AND typeof(path) = 'text' AND instr(path, char(0)) = 0 ORDER BY path";
+}
+
+// Whether the index holds exactly this file.
+class IndexedFile {
+  public:
+    explicit IndexedFile(const storage::Database& db) : row_(db.connection(), paths_where("path = ?1")) {}
+
+    bool operator()(const std::string& path) {
+        row_.reset();
+        row_.bind(1, path);
+        return row_.step();
+    }
+
+  private:
+    Statement row_;
+};
+
+// The files of the index below a folder, in path order.
+class FilesBelow {
+  public:
+    explicit FilesBelow(const storage::Database& db)
+        : all_(db.connection(), paths_where("true")), below_(db.connection(), paths_where("path > ?1 AND path < ?2")) {}
+
+    std::vector<std::string> operator()(const std::string& folder) {
+        if (folder == ".") {
+            return paths(all_);
+        }
+        if (folder.empty()) {
+            return {};  // not the root of the file system
+        }
+        // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
+        below_.reset();
+        below_.bind(1, folder + "/");
+        below_.bind(2, folder + "0");
+        return paths(below_);
+    }
+
+  private:
+    static std::vector<std::string> paths(Statement& rows) {
+        std::vector<std::string> paths;
+        while (rows.step()) {
+            paths.emplace_back(rows.text(0));
+        }
+        rows.reset();
+        return paths;
+    }
+
+    Statement all_;
+    Statement below_;
+};
+
+std::string plain_path(const std::string& named) {
+    std::string plain = std::filesystem::path(named).lexically_normal().generic_string();
+    if (plain.size() > 1 && plain.ends_with('/')) {
+        plain.pop_back();
+    }
+    return plain;
+}
+
+// The files, which are in path order, and every folder above one of them.
+std::vector<std::string> with_folders(const std::vector<std::string>& files) {
+    std::vector<std::string> places;
+    std::string_view before;
+    for (const std::string& file : files) {
+        // A folder that stands above the file before, too, is there already. The root of a file system is none.
+        const auto known = static_cast<std::size_t>(std::ranges::mismatch(before, file).in1 - before.begin());
+        for (std::size_t end = file.find('/', std::max<std::size_t>(known, 1)); end != std::string::npos;
+             end = file.find('/', end + 1)) {
+            places.push_back(file.substr(0, end));
+        }
+        places.push_back(file);
+        before = file;
+    }
+    return places;
+}
+
+std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, FilesBelow& files_below) {
+    constexpr std::size_t MOST = 10;  // nobody mistypes more: a longer list was made by a program
+    std::vector<Suggestion> suggestions;
+    if (missing.empty()) {
+        return suggestions;
+    }
+    const std::vector<std::string> places = with_folders(files_below("."));
+    for (const std::string& name : missing.first(std::min(MOST, missing.size()))) {
+        if (std::optional<std::string> nearest = nearest_path(plain_path(name), places)) {
+            suggestions.push_back({name, std::move(*nearest)});
+        }
+    }
+    return suggestions;
+}
+
+}  // namespace
+
+PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named) {
+    IndexedFile is_indexed(db);
+    FilesBelow files_below(db);
+    wiki::scope::OrderedSet<std::string> indexed;
+    wiki::scope::OrderedSet<std::string> missing;
+    for (const std::string& name : named) {
+        const std::string path = is_indexed(name) ? name : plain_path(name);
+        if (is_indexed(path)) {
+            indexed.insert(path);
+        } else if (const auto files = files_below(path); !files.empty()) {
+            for (const std::string& file : files) {
+                indexed.insert(file);
+            }
+        } else {
+            missing.insert(name);
+        }
+    }
+    std::vector<std::string> not_found = missing.keys();
+    std::vector<Suggestion> suggestions = suggestions_for(not_found, files_below);
+    return {indexed.keys(), std::move(not_found), std::move(suggestions)};
+}
+
+}  // namespace embedded

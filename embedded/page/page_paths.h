@@ -1,0 +1,30 @@
+// What the paths that somebody names stand for in an index.
+#pragma once
+
+#include "embedded/sqlite/database.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace embedded {
+
+/// A path that the index does not hold, and the file or folder that it was most likely meant to be.
+struct Suggestion {
+    std::string missing;  ///< as named
+    std::string nearest;  ///< as `nearest_path` (nearest_path.h) finds it
+};
+
+/// What the named paths stand for in an index.
+struct PagePaths {
+    std::vector<std::string> indexed;     ///< files of the index, in the order in which they were named, each once
+    std::vector<std::string> missing;     ///< paths that the index knows neither as a file nor as a folder, as named
+    std::vector<Suggestion> suggestions;  ///< for those of the first ten missing paths that something is near to
+};
+
+/// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
+/// "." is the root of the repository. "./a//b/" is read as "a/b". The empty path is no folder. A row of `files` whose
+/// path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws `SqliteError`.
+PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named);
+
+}  // namespace embedded

@@ -1,0 +1,62 @@
+#include "workers/wiki/scope/facts.h"
+#include "workers/wiki/scope_tests.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace wiki {
+
+namespace {
+
+using models::Text;
+
+// Test -> the files of the page that it refers to or imports.
+scope::OrderedMap<Text, scope::TextSet> files_reached(const scope::ScopeFacts& facts) {
+    scope::OrderedMap<Text, scope::TextSet> files;
+    const Text* source = nullptr;  // references from one file mostly stand together
+    bool is_test = false;
+    for (const scope::InboundReference& reference : facts.inbound) {
+        if (source == nullptr || !source->same_buffer(reference.source_path)) {
+            source = &reference.source_path;
+            is_test = facts.test_sources.contains(*source);
+        }
+        if (is_test) {
+            files[*source].insert(reference.target_path);
+        }
+    }
+    for (const auto& [file, tests] : facts.test_imports) {
+        for (const Text& test : tests.keys()) {
+            files[test].insert(file);
+        }
+    }
+    return files;
+}
+
+}  // namespace
+
+// The tests that refer to or import each file of the page, in path order, each once.
+TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
+    const scope::OrderedMap<Text, scope::TextSet> files_by_test = files_reached(facts);
+    TestsReaching reaching;
+    reaching.tests.reserve(files_by_test.size());
+    for (const auto& [test, files] : files_by_test) {
+        reaching.tests.push_back(test);
+    }
+    std::sort(reaching.tests.begin(), reaching.tests.end());
+
+    // Handed out in path order, the tests of each file are in path order too.
+    scope::OrderedMap<Text, std::vector<Text>> tests_by_file;
+    for (const Text& test : reaching.tests) {
+        for (const Text& file : files_by_test.find(test)->keys()) {
+            tests_by_file[file].push_back(test);
+        }
+    }
+    for (const storage::ScopeFile& file : facts.files) {
+        if (const std::vector<Text>* tests = tests_by_file.find(file.path)) {
+            reaching.tests_by_file[file.path] = *tests;
+        }
+    }
+    return reaching;
+}
+
+}  // namespace wiki

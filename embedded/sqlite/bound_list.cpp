@@ -1,0 +1,52 @@
+#include "embedded/sqlite/bound_list.h"
+
+#include <string_view>
+
+namespace embedded {
+
+namespace {
+
+void append_quoted(std::string& list, std::string_view text) {
+    constexpr std::string_view HEX = "0123456789abcdef";
+    list += '"';
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x20) {
+            list += "\\u00";
+            list += HEX[byte / 16U];
+            list += HEX[byte % 16U];
+        } else {
+            if (character == '"' || character == '\\') {
+                list += '\\';
+            }
+            list += character;
+        }
+    }
+    list += '"';
+}
+
+template <class Element, class Append>
+std::string array_of(std::span<const Element> elements, Append append) {
+    std::string list = "[";
+    for (const Element& element : elements) {
+        list += list.size() > 1 ? "," : "";
+        append(list, element);
+    }
+    return list += "]";
+}
+
+}  // namespace
+
+std::string bound_list(std::span<const std::int64_t> integers) {
+    return array_of(integers, [](std::string& list, std::int64_t integer) { list += std::to_string(integer); });
+}
+
+std::string bound_list(std::span<const std::string> texts) {
+    return array_of(texts, append_quoted);
+}
+
+std::string bound_list(std::span<const models::Text> texts) {
+    return array_of(texts, append_quoted);
+}
+
+}  // namespace embedded

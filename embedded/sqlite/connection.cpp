@@ -1,0 +1,184 @@
+#include "embedded/sqlite/connection.h"
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <utility>
+
+namespace embedded {
+
+namespace {
+
+const char* advice(int code) {
+    switch (code) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return "another program is using it: try again when that has ended";
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+        return "check the permissions of the file, of its folder, and of the folder for temporary files";
+    case SQLITE_READONLY:  // even to be read: its journal has to be played, or shared with a writer
+        return "make the file and its folder writable, then open it once with sqlite3 or import the SCIP file again";
+    case SQLITE_FULL:  // also when it is only read: rows are sorted in a file of their own
+        return "make room on its disk, and where temporary files are kept";
+    case SQLITE_IOERR:
+        return "check its disk, and where temporary files are kept";
+    case SQLITE_NOMEM:
+        return "end other programs, or ask for less";
+    default:  // SQLITE_CORRUPT, SQLITE_NOTADB, and SQLITE_ERROR for a table or a column that is not there
+        return "it is not a whole wiki-scope index: import the SCIP file again";
+    }
+}
+
+// SQLite gives some relative paths another meaning.
+std::string literal(const std::string& path) {
+    return std::filesystem::path(path).is_absolute() ? path : "./" + path;
+}
+
+}  // namespace
+
+SqliteError::SqliteError(const std::string& path, const std::string& reason, int code)
+    : std::runtime_error(path + ": " + reason + "; " + advice(code)), reason_(reason), code_(code) {}
+
+bool SqliteError::is_damage() const {
+    return code_ == SQLITE_CORRUPT || code_ == SQLITE_NOTADB;
+}
+
+void Connection::Closer::operator()(sqlite3* handle) const {
+    sqlite3_close(handle);
+}
+
+Connection::Connection(const std::string& path, Mode mode) : path_(path) {
+    const int flags = mode == Mode::READ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    sqlite3* handle = nullptr;
+    const int code = sqlite3_open_v2(literal(path).c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    handle_.reset(handle);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+    constexpr int PATIENCE = 2000;  // milliseconds, while another process holds the file
+    sqlite3_busy_timeout(handle, PATIENCE);
+    execute("PRAGMA cell_size_check = ON");  // notices more of what is damaged, at hardly any cost
+}
+
+void Connection::execute(const std::string& sql) const {
+    if (const int code = sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr); code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+void Connection::watch(std::function<void()> look) {
+    watch_ = std::make_unique<Watch>(Watch{std::move(look), nullptr});
+    // No exception may pass through SQLite, which is C.
+    const auto goes_wrong = [](void* context) -> int {
+        Watch& watch = *static_cast<Watch*>(context);
+        try {
+            watch.look();
+            return 0;
+        } catch (...) {
+            watch.thrown = std::current_exception();
+            return 1;
+        }
+    };
+    constexpr int PERIOD = 10'000;  // instructions of SQLite's machine
+    sqlite3_progress_handler(handle(), PERIOD, goes_wrong, watch_.get());
+}
+
+void Connection::fail(int code) const {
+    if (watch_ != nullptr && watch_->thrown != nullptr) {
+        std::rethrow_exception(std::exchange(watch_->thrown, nullptr));
+    }
+    const char* reason = handle_ == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(handle());
+    constexpr int PRIMARY = 0xFF;
+    throw SqliteError(path_, reason, code & PRIMARY);
+}
+
+void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+Statement::Statement(const Connection& connection, std::string_view sql) : connection_(connection) {
+    sqlite3_stmt* statement = nullptr;
+    const int code =
+        sqlite3_prepare_v2(connection.handle(), sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
+    statement_.reset(statement);
+    if (code != SQLITE_OK) {
+        connection.fail(code);
+    }
+}
+
+void Statement::bind(int parameter, std::string_view text) {
+    // An empty view may have no address, which SQLite would take for NULL.
+    const char* characters = text.empty() ? "" : text.data();
+    const int code =
+        sqlite3_bind_text64(statement_.get(), parameter, characters, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    if (code != SQLITE_OK) {
+        connection_.fail(code);
+    }
+}
+
+void Statement::bind(int parameter, std::int64_t integer) {
+    if (const int code = sqlite3_bind_int64(statement_.get(), parameter, integer); code != SQLITE_OK) {
+        connection_.fail(code);
+    }
+}
+
+void Statement::bind_null(int parameter) {
+    if (const int code = sqlite3_bind_null(statement_.get(), parameter); code != SQLITE_OK) {
+        connection_.fail(code);
+    }
+}
+
+bool Statement::step() {
+    const int code = sqlite3_step(statement_.get());
+    if (code != SQLITE_ROW && code != SQLITE_DONE) {
+        connection_.fail(code);
+    }
+    return code == SQLITE_ROW;
+}
+
+void Statement::run() {
+    step();
+    reset();
+}
+
+void Statement::reset() {
+    sqlite3_reset(statement_.get());
+}
+
+int Statement::column_count() const {
+    return sqlite3_column_count(statement_.get());
+}
+
+bool Statement::is_null(int column) const {
+    return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
+}
+
+std::int64_t Statement::integer(int column) const {
+    return sqlite3_column_int64(statement_.get(), column);
+}
+
+std::string_view Statement::text(int column) const {
+    // The address must be asked for first: it may convert the value, and so set the size.
+    const void* address = sqlite3_column_text(statement_.get(), column);
+    const int size = sqlite3_column_bytes(statement_.get(), column);
+    return {static_cast<const char*>(address), static_cast<std::size_t>(size)};
+}
+
+Transaction::Transaction(const Connection& connection) : connection_(connection) {
+    connection_.execute("BEGIN");
+}
+
+Transaction::~Transaction() {
+    if (open_) {
+        // A failure here leaves nothing to be done: closing the connection rolls back too.
+        sqlite3_exec(connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void Transaction::commit() {
+    connection_.execute("COMMIT");
+    open_ = false;
+}
+
+}  // namespace embedded

@@ -1,0 +1,70 @@
+#include "embedded/sqlite/database.h"
+#include "embedded/sqlite/edge_scan.h"
+#include "models/edge.h"
+#include "utils/path_filter.h"
+#include "workers/wiki/scope_tests.h"
+
+#include <optional>
+#include <set>
+#include <vector>
+
+namespace wiki {
+
+namespace {
+
+using models::Text;
+
+std::vector<storage::FileId> ids_of(std::span<const storage::ScopeFile> files) {
+    std::vector<storage::FileId> ids;
+    for (const storage::ScopeFile& file : files) {
+        ids.push_back(file.id);
+    }
+    return ids;
+}
+
+// The edges of resolution "import" into some declarations.
+std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db,
+                                                 const embedded::DeclarationTable& declarations) {
+    embedded::EdgeScan scan = embedded::EdgeScan::into(db.connection(), declarations.ids());
+    std::vector<embedded::EdgeRow> edges;
+    while (const std::optional<embedded::EdgeRow> edge = scan.next()) {
+        if (db.resolution(edge->resolution) == models::IMPORT && declarations.find(edge->target) != nullptr) {
+            edges.push_back(*edge);
+        }
+    }
+    return edges;
+}
+
+}  // namespace
+
+// Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test imports are
+// absent; the others stand in the order of `files`, and the tests of each in path order, which is that of their ids.
+TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
+    scope::OrderedMap<Text, std::set<storage::FileId>> tests_of;  // the importing files among them, by page file
+    for (const storage::ScopeFile& file : files) {
+        tests_of[file.path];
+    }
+    const embedded::DeclarationTable& declarations = db.declarations_of(ids_of(files));
+    const std::vector<embedded::EdgeRow> imports = import_edges_into(db, declarations);
+    db.read_paths(sources_of(imports));
+    scope::OrderedMap<storage::FileId, bool> is_test;
+    for (const embedded::EdgeRow& edge : imports) {
+        const Text* const source = db.path(edge.source);
+        const auto [known, is_new] = is_test.find_or_add(edge.source);
+        if (is_new) {
+            known = source != nullptr && utils::is_test_path(*source);
+        }
+        if (known) {
+            tests_of[declarations.find(edge.target)->path].insert(edge.source);
+        }
+    }
+    TestImports tests;
+    for (const auto& [file, sources] : tests_of) {
+        for (const storage::FileId source : sources) {
+            tests[file].insert(*db.path(source));
+        }
+    }
+    return tests;
+}
+
+}  // namespace wiki

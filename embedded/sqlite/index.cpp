@@ -1,0 +1,171 @@
+#include "embedded/sqlite/index.h"
+
+#include <sqlite3.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+
+namespace embedded {
+
+namespace {
+
+constexpr const char* TABLES = R"sql(
+    CREATE TABLE files(
+        id INTEGER PRIMARY KEY,             -- ascends with the path
+        path TEXT UNIQUE NOT NULL,
+        language TEXT,                      -- NULL when unknown
+        content_hash INTEGER                -- of the source that was read; NULL when none was
+    );
+    CREATE TABLE languages(
+        name TEXT PRIMARY KEY,
+        import_resolved INTEGER NOT NULL    -- whether the indexer resolves the language's imports
+    );
+    CREATE TABLE symbols(
+        id INTEGER PRIMARY KEY,             -- ascends with the file
+        file_id INTEGER,
+        name TEXT,
+        fqn TEXT,
+        kind TEXT,
+        is_export INTEGER,
+        start_line INTEGER,                 -- 1-based, inclusive
+        end_line INTEGER                    -- 1-based, inclusive
+    );
+    CREATE TABLE descriptions(              -- of those declarations of which something is known
+        symbol_id INTEGER PRIMARY KEY,
+        signature TEXT NOT NULL,            -- up to the body
+        documentation TEXT NOT NULL         -- the doc comment as prose
+    );
+    CREATE TABLE resolutions(
+        id INTEGER PRIMARY KEY,             -- ascends with the name
+        name TEXT UNIQUE NOT NULL
+    );
+    CREATE TABLE edges(
+        source_file_id INTEGER,
+        target_id INTEGER,
+        resolution_id INTEGER,
+        refs INTEGER,                       -- how many references the row stands for
+        PRIMARY KEY(source_file_id, target_id, resolution_id)
+    ) WITHOUT ROWID;
+    CREATE TABLE meta(key TEXT PRIMARY KEY, value TEXT);
+)sql";
+
+constexpr const char* INDEXES = R"sql(
+    CREATE INDEX symbols_by_file ON symbols(file_id);
+    CREATE INDEX edges_by_target ON edges(target_id, source_file_id, resolution_id, refs);
+)sql";
+
+// The schema version that an index states of itself; none when a database is no index. Many programs state one in a
+// table of this name, but they have other tables beside it.
+std::optional<std::string> schema_version_of(const Connection& connection) {
+    try {
+        Statement version(connection, R"sql(
+            SELECT value FROM meta
+            WHERE key = 'schema_version' AND 3 = (
+                SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name IN ('files', 'symbols', 'edges'))
+        )sql");
+        const bool is_stated = version.step() && !version.is_null(0);
+        return is_stated ? std::optional(std::string(version.text(0))) : std::nullopt;
+    } catch (const SqliteError& error) {
+        if (error.code() == SQLITE_ERROR) {  // no such table
+            return std::nullopt;
+        }
+        throw;
+    }
+}
+
+std::filesystem::file_type type_of(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(path, error).type();
+    if (type == std::filesystem::file_type::none) {
+        throw std::runtime_error(path + ": cannot be found (" + error.message() +
+                                 "); check the path, and the permissions of its folders");
+    }
+    return type;
+}
+
+bool is_empty(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::file_size(path, error) == 0;
+}
+
+bool begins_as_database(const std::string& path) {
+    constexpr std::string_view BEGINNING("SQLite format 3\0", 16);
+    std::array<char, BEGINNING.size()> head{};
+    std::ifstream(path, std::ios::binary).read(head.data(), head.size());
+    return std::string_view(head.data(), head.size()) == BEGINNING;
+}
+
+// Whether the file is an index, or a database so damaged that nobody can tell any more.
+bool was_an_index(const std::string& path) {
+    try {
+        // Not to be read alone: what a killed program has left half written could not be undone.
+        return schema_version_of(Connection(path, Connection::Mode::CREATE)).has_value();
+    } catch (const SqliteError& error) {
+        if (error.is_damage()) {
+            return begins_as_database(path);
+        }
+        throw;
+    }
+}
+
+}  // namespace
+
+void create_schema(const Connection& connection) {
+    connection.execute(TABLES);
+    Statement meta(connection, "INSERT INTO meta(key, value) VALUES('schema_version', ?1)");
+    meta.bind(1, SCHEMA_VERSION);
+    meta.run();
+}
+
+void create_indexes(const Connection& connection) {
+    connection.execute(INDEXES);
+}
+
+Connection open_index(const std::string& path) {
+    using std::filesystem::file_type;
+    const std::string advice = "make one with: wiki-scope import INDEX.scip --index " + path;
+    const file_type type = type_of(path);
+    if (type == file_type::not_found) {
+        throw std::runtime_error(path + ": no such index; " + advice);
+    }
+    if (type != file_type::regular) {
+        throw std::runtime_error(path + ": not a wiki-scope index but a folder or a device; name a file");
+    }
+    Connection connection(path, Connection::Mode::READ);
+    std::optional<std::string> version;
+    try {
+        version = schema_version_of(connection);
+    } catch (const SqliteError& error) {
+        if (error.code() != SQLITE_NOTADB) {
+            throw;
+        }
+    }
+    if (!version) {
+        throw std::runtime_error(path + ": not a wiki-scope index; name another file, or " + advice);
+    }
+    if (*version != SCHEMA_VERSION) {
+        throw std::runtime_error(path + ": an index of schema version " + *version +
+                                 ", but this program reads version " + std::string(SCHEMA_VERSION) +
+                                 "; import the SCIP file again");
+    }
+    return connection;
+}
+
+bool holds_something(const std::string& path) {
+    return type_of(path) != std::filesystem::file_type::not_found && !is_empty(path);
+}
+
+void require_replaceable(const std::string& path) {
+    if (!holds_something(path)) {
+        return;
+    }
+    if (type_of(path) != std::filesystem::file_type::regular || !was_an_index(path)) {
+        throw std::runtime_error(path + ": not a wiki-scope index, so it is not replaced by one; name another file");
+    }
+}
+
+}  // namespace embedded

@@ -1,0 +1,67 @@
+// Doc comments as the prose of a page.
+
+#include "embedded/page/doc_comment.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace embedded {
+namespace {
+
+void expect_leads(const std::vector<std::pair<std::string, std::string>>& cases) {
+    for (const auto& [documentation, lead] : cases) {
+        EXPECT_EQ(lead_of(documentation), lead) << documentation;
+    }
+}
+
+TEST(DocComment, IsParagraphsAndListsOnLinesOfTheirOwn) {
+    expect_leads({
+        {"", ""},
+        {"One\ntwo.\n\nThree.", "One two.\n\nThree."},
+        {"Either:\n- one\n  more\n* two\n\n1. three\nand so on.", "Either:\n\n- one more\n* two\n1. three and so on."},
+        {"- one\n\n    still of it", "- one\n\nstill of it"},
+        {"One.\n<p>\nTwo.\n<p>Three.", "One.\n\nTwo.\n\nThree."},
+    });
+}
+
+TEST(DocComment, EndsBeforeWhatIsNoProse) {
+    for (const std::string other :
+         {"```\ncode", "~~~\ncode", "\n    code", "# Title", "Title\n=====", "Title\n-----", "![](a.png)", "| a | b |",
+          ".. note:: x", ">>> code()", "<pre>code", ":param x: it", "Args:\n  x: it", ":return: it"}) {
+        EXPECT_EQ(lead_of("Says it.\n" + other + "\n\nmore"), "Says it.") << other;
+    }
+    expect_leads({
+        {"Says it. For example::\n\n    code", "Says it."},
+        {"Says it.\n\nFor example:\n\n```\ncode", "Says it."},
+        {"Says it:\n\nlike this.", "Says it:\n\nlike this."},
+        {"#hash and | bar", "\\#hash and | bar"},
+    });
+}
+
+TEST(DocComment, KeepsTheNamesBehindLinksAndRoles) {
+    expect_leads({
+        {"{@link Foo}, {@link Foo|the foo}, {@linkcode Foo the `foo`}, {@code a<b}, {@x", "`Foo`, the foo, the `foo`, "
+                                                                                          "`a<b`, {@x"},
+        {":class:`~a.Foo`, :py:meth:`the foo <a.Foo.x>`, x:y`z`", "`a.Foo`, `the foo`, x:y`z`"},
+        {"``a``, `text <url>`_ and `Foo`_.", "`a`, `text` and `Foo`."},
+        {"[a *b*](url) [c] [d](", R"(a \*b\* \[c] \[d]()"},
+        {"<b>a</b> <code>b<c></code> <a href='x'>d</a> Array<string> <T> a < b <br/>",
+         R"(a `b<c>` d Array\<string> \<T> a \< b)"},
+    });
+}
+
+TEST(DocComment, CannotBreakOutOfItsPlace) {
+    expect_leads({
+        {R"(a_b _c_ *d* ~e~ \f <script>)", R"(a_b \_c\_ \*d\* \~e\~ \\f \<script>)"},
+        {"`a``b", R"(\`a\`\`b)"},
+        {"``a`b``", "``a`b``"},
+        {"> a\n> b", "\\> a > b"},
+        {"- # a", "- \\# a"},
+    });
+}
+
+}  // namespace
+}  // namespace embedded

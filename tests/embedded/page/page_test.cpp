@@ -1,0 +1,142 @@
+// Whole pages as `wiki-scope page` prints them.
+
+#include "embedded/page/page.h"
+#include "embedded/text/markdown_text.h"
+#include "tests/embedded/indexed_folder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+namespace embedded {
+namespace {
+
+using Json = nlohmann::ordered_json;  // equal only in the same order
+using Lines = std::vector<std::string>;
+
+static_assert(!std::is_copy_constructible_v<Page> && !std::is_move_constructible_v<Page>);
+
+// One of the pages that stand beside this file.
+std::string expected_page(const std::string& name) {
+    std::ifstream file(EXPECTED_PAGES "/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Two files to make a page of: a class, and a constant that is only matched by its name; two files that use them.
+class PrintedPage : public IndexedFolder {
+  protected:
+    PrintedPage() {
+        fill(
+            "INSERT INTO files VALUES(1, 'src/a.ts', 'typescript', NULL), (2, 'src/b.lua', NULL, NULL), "
+            "(3, 'srclib/c.ts', 'typescript', NULL), (4, 'test/a.test.ts', 'typescript', NULL);"
+            "INSERT INTO languages VALUES('typescript', 1);"
+            "INSERT INTO symbols VALUES(1, 1, 'One', 'a.One', 'class', 1, 2, 4), "
+            "(2, 1, 'run', 'a.One.run', 'method', 1, 3, 3), (3, 2, 'TICKS', 'b.TICKS', 'constant', 1, 1, 1), "
+            "(4, 3, 'a|b', 'c.a|b', 'x|`y', 1, 5, 6);"
+            "INSERT INTO descriptions VALUES(1, 'class One<' || char(10) || '  T>', 'A <thing> to {@link run|run},"
+            "' || char(10) || 'or not.' || char(10, 10) || '## More'), (2, 'run()', ''), (4, '', 'Of another page.');");
+        fill_edges("(3, 1, 'import', 3), (1, 1, 'local', 4), (4, 1, 'import', 1), (3, 3, 'unique', 2), "
+                   "(1, 4, 'import', 5)");
+        folder.write("src/a.ts", "// Says what it is for.\nclass One {\n  run() {}\n}\n");
+        folder.write("src/b.lua", "TICKS = '```'\n");
+    }
+
+    // What `wiki-scope page ARGUMENTS` prints; it must succeed, and say nothing else.
+    [[nodiscard]] std::string print(const std::string& arguments) const {
+        const Outcome page = run("page --index index.db --checkout . " + arguments);
+        EXPECT_TRUE(page.exit_code == 0 && page.err.empty()) << page.err;
+        return page.out;
+    }
+
+    [[nodiscard]] Json json(const std::string& arguments) const {
+        return Json::parse(print("--format json " + arguments));
+    }
+};
+
+TEST_F(PrintedPage, StatesEverySectionOfTheNamedFilesAndFolders) {
+    EXPECT_EQ(print("./src/ none.ts src/a.ts none.ts"), expected_page("page.md"));
+}
+
+TEST_F(PrintedPage, StatesTheSameAsJson) {
+    Json expected = Json::parse(expected_page("page.json"));
+    expected["file_cards"] = print("src none.ts --only files");
+    expected["consumers"] = print("src none.ts --only consumers");
+    EXPECT_EQ(json("src none.ts"), expected);
+}
+
+TEST_F(PrintedPage, GivesSetsInOrderAsJson) {
+    EXPECT_EQ(json("srclib src")["facts"]["import_resolved_paths"], Json({"src/a.ts", "srclib/c.ts"}));
+}
+
+TEST_F(PrintedPage, HasOnlyTheWantedSectionsInTheirOrder) {
+    EXPECT_EQ(print("src --only seeds,files"), print("src --only files") + "\n" + print("src --only seeds"));
+}
+
+TEST_F(PrintedPage, QuotesTheLinesThatTheCheckoutHasUnlessToldNotTo) {
+    fill("UPDATE symbols SET end_line = 99 WHERE id = 1; UPDATE symbols SET start_line = 0 WHERE id = 2;"
+         "UPDATE symbols SET kind = 'a' || char(10) || '`b', start_line = 2, end_line = 1 WHERE id = 3;");
+    const std::string one =
+        "### `One`\n\nclass, `src/a.ts:L2-L99`, 3 uses outside, 4 inside\n\nA \\<thing> to run, or not.\n\n";
+    const std::string source = "```typescript\nclass One {\n  run() {}\n}\n```\n\n";
+    const std::string signature = "```typescript\nclass One<\n  T>\n```\n\n";
+    const std::string others = "### `TICKS`\n\na \\`b, `src/b.lua:L2-L2`, 2 uses outside, 0 inside\n\n"
+                               "### `run`\n\nmethod, `src/a.ts`, 0 uses outside, 0 inside\n";
+    EXPECT_TRUE(print("src --only declarations").ends_with("\n\n" + one + source + others));
+    EXPECT_TRUE(print("src --only declarations --no-source")
+                    .ends_with("\n\n" + one + signature + others + "\n```typescript\nrun()\n```\n"));
+    std::filesystem::remove(folder / "src/a.ts");
+    EXPECT_TRUE(print("src --only declarations").ends_with("\n\n" + one + others));
+}
+
+TEST_F(PrintedPage, IsChosenByTheNumbersOfItsOptions) {
+    fill("INSERT INTO symbols VALUES(11, 1, 'f', '', 'function', 1, 11, 11), (12, 1, 'g', '', 'function', 1, 12, 12), "
+         "(13, 1, 'h', '', 'function', 1, 13, 13), (21, 2, 'C', '', 'constant', 1, 21, 21), "
+         "(22, 2, 'D', '', 'constant', 1, 22, 22), (23, 2, 'E', '', 'constant', 1, 23, 23)");
+    for (const auto& [options, key, value] : std::vector<std::tuple<std::string, std::string, std::string>>{
+             {"", "selection", "[1, 3, 11, 21, 12, 22, 13, 23, 2]"},
+             {"--total 6", "selection", "[1, 3, 11, 21, 12, 22]"},
+             {"--total 6 --max-share 0.7", "selection", "[1, 3, 11, 21, 12, 13]"},
+             {"--total 6 --max-share 0.7 --floor 1", "selection", "[1, 3, 11, 12, 13, 2]"},
+             {"", "deep", R"(["One", "f"])"},
+             {"--deep 1", "deep", R"(["One"])"},
+             {"--deep-per-file 3", "deep", R"(["One", "f", "g"])"},
+             {"--neighbours 0", "neighbours", "[]"},
+             {"--total 010 --floor=-5 --max-share 1e300 --deep 9223372036854775807 --deep-per-file 3 --neighbours 4",
+              "options", R"({"total": 10, "floor": -5, "max_share": 1e300, "deep": 9223372036854775807,
+                             "deep_per_file": 3, "neighbours": 4})"},
+         }) {
+        EXPECT_EQ(json("src " + options)[key], Json::parse(value)) << options;
+    }
+}
+
+TEST_F(PrintedPage, ListsAPathThatIsNeitherAFileNorAFolderAsMissing) {
+    fill("INSERT INTO files(path) VALUES('/top.ts'), (x'73'), ('src/a' || char(0))");  // the last two are no paths
+    EXPECT_EQ(json("'' caf\xE9 src/a")["missing"], Json({"", "caf\uFFFD", "src/a"}));
+    const Json page = json(". src");
+    Lines paths;
+    for (const Json& file : page["facts"]["files"]) {
+        paths.push_back(file["path"]);
+    }
+    EXPECT_EQ(paths, (Lines{"/top.ts", "src/a.ts", "src/b.lua", "srclib/c.ts", "test/a.test.ts"}));
+}
+
+TEST(MarkdownText, CannotBreakOutOfItsPlace) {
+    EXPECT_EQ(plain_text("type_alias"), "type_alias");
+    EXPECT_EQ(plain_text("# [a](b)\r\n`<c>|\\"), R"(\# \[a](b)  \`\<c>\|\\)");
+    EXPECT_EQ(code_span("a|b\r\nc"), "`a|b  c`");
+    EXPECT_EQ(code_span("a``b`c"), "```a``b`c```");
+    EXPECT_EQ(code_span("`"), "`` ` ``");
+    EXPECT_EQ(code_span(""), "`  `");
+    EXPECT_EQ(code_cell("`a|b"), "`` `a\\|b ``");
+    EXPECT_EQ(fenced_block(Lines{"a", "``b````c"}, "c++"), "`````c++\na\n``b````c\n`````\n");
+    EXPECT_EQ(fenced_block(Lines{}, "two words"), "```\n```\n");
+}
+
+}  // namespace
+}  // namespace embedded
