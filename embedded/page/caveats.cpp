@@ -9,15 +9,15 @@ namespace embedded {
 namespace {
 
 // Path -> hash, of the files whose content the import has seen.
-wiki::scope::OrderedMap<std::string, std::int64_t> indexed_hashes(const storage::Database& db,
-                                                                  std::span<const std::string> paths) {
+models::OrderedMap<std::string, std::int64_t> indexed_hashes(const storage::Database& db,
+                                                             std::span<const std::string> paths) {
     Statement rows(db.connection(), R"sql(
         SELECT file.path, file.content_hash
         FROM json_each(?1) AS page CROSS JOIN files AS file ON file.path = page.value
         WHERE file.content_hash IS NOT NULL
     )sql");
     rows.bind(1, bound_list(paths));
-    wiki::scope::OrderedMap<std::string, std::int64_t> hashes;
+    models::OrderedMap<std::string, std::int64_t> hashes;
     while (rows.step()) {
         hashes[std::string(rows.text(0))] = rows.integer(1);
     }

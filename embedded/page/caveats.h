@@ -3,8 +3,8 @@
 
 #include "embedded/files/checkout.h"
 #include "embedded/sqlite/database.h"
+#include "models/ordered_map.h"
 #include "models/text.h"
-#include "workers/wiki/scope/ordered_map.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -36,7 +36,7 @@ class WatchfulReader {
 
   private:
     const Checkout& checkout_;
-    wiki::scope::OrderedMap<std::string, std::int64_t> indexed_;  // path -> hash of the content that was indexed
+    models::OrderedMap<std::string, std::int64_t> indexed_;  // path -> hash of the content that was indexed
     bool has_no_outside_;
     std::vector<models::Text> changed_;
     std::size_t asked_ = 0;

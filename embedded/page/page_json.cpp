@@ -18,14 +18,14 @@ namespace embedded {
 
 namespace {
 
+using models::OrderedMap;
 using models::Text;
+using models::TextSet;
 using wiki::scope::InboundReference;
-using wiki::scope::OrderedMap;
 using wiki::scope::OutboundReference;
 using wiki::scope::ScopeFile;
 using wiki::scope::ScopeSymbol;
 using wiki::scope::SymbolId;
-using wiki::scope::TextSet;
 
 Json to_json(const Text& text) {
     return text.view();
@@ -37,8 +37,7 @@ requires std::is_arithmetic_v<Number> Json to_json(Number number) {
 }
 
 Json to_json(const TextSet& texts) {
-    const std::vector<Text> keys = texts.keys();
-    return std::set<std::string_view>(keys.begin(), keys.end());
+    return std::set<std::string_view>(texts.begin(), texts.end());
 }
 
 Json to_json(const std::vector<Text>& texts) {
@@ -152,7 +151,7 @@ void write_facts(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
 void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
     write_mapping(json, "outside", fan_in.outside);
     write_mapping(json, "inside", fan_in.inside);
-    std::vector<SymbolId> entry = fan_in.entry.keys();
+    std::vector<SymbolId> entry(fan_in.entry.begin(), fan_in.entry.end());
     std::sort(entry.begin(), entry.end());
     json.member("entry", entry);
 }

@@ -4,7 +4,7 @@
 #include "embedded/sqlite/descriptions.h"
 #include "embedded/text/counted.h"
 #include "embedded/text/markdown_text.h"
-#include "workers/wiki/scope/ordered_map.h"
+#include "models/ordered_map.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
@@ -119,7 +119,7 @@ class Blocks {
     const Checkout& checkout_;
     bool with_source_;
     Descriptions descriptions_;
-    wiki::scope::OrderedMap<Text, File> files_;
+    models::OrderedMap<Text, File> files_;
 };
 
 void write_declarations(std::ostream& out, const Page& page, Blocks blocks) {

@@ -1,7 +1,7 @@
 #include "embedded/page/page_paths.h"
 
 #include "embedded/page/nearest_path.h"
-#include "workers/wiki/scope/ordered_map.h"
+#include "models/ordered_map.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -115,8 +115,8 @@ std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, Fi
 PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named) {
     IndexedFile is_indexed(db);
     FilesBelow files_below(db);
-    wiki::scope::OrderedSet<std::string> indexed;
-    wiki::scope::OrderedSet<std::string> missing;
+    models::OrderedSet<std::string> indexed;
+    models::OrderedSet<std::string> missing;
     for (const std::string& name : named) {
         const std::string path = is_indexed(name) ? name : plain_path(name);
         if (is_indexed(path)) {
@@ -129,9 +129,9 @@ PagePaths find_page_paths(const storage::Database& db, std::span<const std::stri
             missing.insert(name);
         }
     }
-    std::vector<std::string> not_found = missing.keys();
+    std::vector<std::string> not_found(missing.begin(), missing.end());
     std::vector<Suggestion> suggestions = suggestions_for(not_found, files_below);
-    return {indexed.keys(), std::move(not_found), std::move(suggestions)};
+    return {{indexed.begin(), indexed.end()}, std::move(not_found), std::move(suggestions)};
 }
 
 }  // namespace embedded

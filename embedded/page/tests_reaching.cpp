@@ -11,8 +11,8 @@ namespace {
 using models::Text;
 
 // Test -> the files of the page that it refers to or imports.
-scope::OrderedMap<Text, scope::TextSet> files_reached(const scope::ScopeFacts& facts) {
-    scope::OrderedMap<Text, scope::TextSet> files;
+models::OrderedMap<Text, models::TextSet> files_reached(const scope::ScopeFacts& facts) {
+    models::OrderedMap<Text, models::TextSet> files;
     const Text* source = nullptr;  // references from one file mostly stand together
     bool is_test = false;
     for (const scope::InboundReference& reference : facts.inbound) {
@@ -25,7 +25,7 @@ scope::OrderedMap<Text, scope::TextSet> files_reached(const scope::ScopeFacts& f
         }
     }
     for (const auto& [file, tests] : facts.test_imports) {
-        for (const Text& test : tests.keys()) {
+        for (const Text& test : tests) {
             files[test].insert(file);
         }
     }
@@ -36,7 +36,7 @@ scope::OrderedMap<Text, scope::TextSet> files_reached(const scope::ScopeFacts& f
 
 // The tests that refer to or import each file of the page, in path order, each once.
 TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
-    const scope::OrderedMap<Text, scope::TextSet> files_by_test = files_reached(facts);
+    const models::OrderedMap<Text, models::TextSet> files_by_test = files_reached(facts);
     TestsReaching reaching;
     reaching.tests.reserve(files_by_test.size());
     for (const auto& [test, files] : files_by_test) {
@@ -45,9 +45,9 @@ TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
     std::sort(reaching.tests.begin(), reaching.tests.end());
 
     // Handed out in path order, the tests of each file are in path order too.
-    scope::OrderedMap<Text, std::vector<Text>> tests_by_file;
+    models::OrderedMap<Text, std::vector<Text>> tests_by_file;
     for (const Text& test : reaching.tests) {
-        for (const Text& file : files_by_test.find(test)->keys()) {
+        for (const Text& file : *files_by_test.find(test)) {
             tests_by_file[file].push_back(test);
         }
     }

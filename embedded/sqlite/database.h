@@ -3,10 +3,10 @@
 
 #include "embedded/sqlite/connection.h"
 #include "embedded/sqlite/declaration_table.h"
+#include "models/ordered_map.h"
 #include "models/text.h"
 #include "storage/database.h"
 #include "storage/grounding_queries.h"
-#include "workers/wiki/scope/ordered_map.h"
 
 #include <cstdint>
 #include <functional>
@@ -56,8 +56,8 @@ class Database {
 
     embedded::Connection connection_;
     std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
-    wiki::scope::OrderedMap<FileId, models::Text> paths_;
-    wiki::scope::OrderedMap<std::int64_t, models::Text> resolutions_;
+    models::OrderedMap<FileId, models::Text> paths_;
+    models::OrderedMap<std::int64_t, models::Text> resolutions_;
     std::vector<FileId> page_;  // the files of which these are the declarations
     embedded::DeclarationTable declarations_of_page_;
 };

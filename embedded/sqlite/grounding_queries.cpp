@@ -3,7 +3,7 @@
 #include "embedded/sqlite/bound_list.h"
 #include "embedded/sqlite/database.h"
 #include "embedded/sqlite/edge_scan.h"
-#include "workers/wiki/scope/ordered_map.h"
+#include "models/ordered_map.h"
 
 #include <algorithm>
 
@@ -54,7 +54,7 @@ std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> pa
 // By file, then by first line, then by id.
 std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& declarations = db.declarations_of(file_ids);
-    wiki::scope::OrderedMap<Text, std::vector<const ScopeSymbol*>> by_file;
+    models::OrderedMap<Text, std::vector<const ScopeSymbol*>> by_file;
     for (const FileId file : file_ids) {
         if (const Text* const path = db.path(file)) {
             by_file[*path];

@@ -40,14 +40,14 @@ std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db,
 // Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test imports are
 // absent; the others stand in the order of `files`, and the tests of each in path order, which is that of their ids.
 TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
-    scope::OrderedMap<Text, std::set<storage::FileId>> tests_of;  // the importing files among them, by page file
+    models::OrderedMap<Text, std::set<storage::FileId>> tests_of;  // the importing files among them, by page file
     for (const storage::ScopeFile& file : files) {
         tests_of[file.path];
     }
     const embedded::DeclarationTable& declarations = db.declarations_of(ids_of(files));
     const std::vector<embedded::EdgeRow> imports = import_edges_into(db, declarations);
     db.read_paths(sources_of(imports));
-    scope::OrderedMap<storage::FileId, bool> is_test;
+    models::OrderedMap<storage::FileId, bool> is_test;
     for (const embedded::EdgeRow& edge : imports) {
         const Text* const source = db.path(edge.source);
         const auto [known, is_new] = is_test.find_or_add(edge.source);

@@ -88,7 +88,7 @@ TestImports importing_tests(storage::Database& db, std::span<const storage::Scop
 TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
     TestsReaching reaching;
     for (const auto& [path, tests] : facts.test_imports) {
-        std::vector<models::Text> sorted = tests.keys();
+        std::vector<models::Text> sorted(tests.begin(), tests.end());
         std::sort(sorted.begin(), sorted.end());
         reaching.tests_by_file[path] = sorted;
     }

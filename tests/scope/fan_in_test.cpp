@@ -1,12 +1,8 @@
 #include "workers/wiki/scope/fan_in.h"
 
 #include "tests/scope/page_builder.h"
-#include "workers/wiki/scope/internal/kinds.h"
-#include "workers/wiki/scope/internal/members.h"
 
 #include <gtest/gtest.h>
-
-#include <random>
 
 namespace wiki::scope {
 namespace {
@@ -64,41 +60,7 @@ TEST(ProductionFanIn, FindsThePublicTopLevelCodeThatNothingReferences) {
     };
     page.inbound = {from("test/t.ts").to(2), from("x.ts").to(3).by("legacy"),    from("x.ts").to(4),
                     from("a.ts").to(5),      from("x.ts").to(6).by("ambiguous"), from("test/t.ts").to(1)};
-    EXPECT_EQ(production_fan_in(page.facts()).entry.keys(), (std::vector<SymbolId>{1, 2, 3, 12}));
-}
-
-// Membership as it is defined: any type of the file with another id whose lines enclose the declaration's.
-bool is_member(const ScopeSymbol& symbol, const ScopeFacts& facts) {
-    return std::any_of(facts.symbols.begin(), facts.symbols.end(), [&](const ScopeSymbol& type) {
-        return TYPE_KINDS.contains(type.kind) && type.path == symbol.path && type.id != symbol.id &&
-               type.start_line <= symbol.start_line && type.end_line >= symbol.end_line;
-    });
-}
-
-TEST(Members, AreThoseOfThePlainDefinition) {
-    std::mt19937 random(20);
-    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
-    for (int round = 0; round < 2000; ++round) {
-        PageBuilder page;
-        const int ids = 1 + below(12);
-        for (int i = below(12); i > 0; --i) {
-            const int start = below(8) - 1;
-            const char* kinds[] = {"class", "enum", "function"};
-            page.symbols.push_back(symbol(below(ids), "s")
-                                       .in(below(3) == 0 ? "b.ts" : "a.ts")
-                                       .kind(kinds[below(3)])
-                                       .lines(start, start + below(6) - 1));
-        }
-        const ScopeFacts facts = page.facts();
-        const OrderedSet<SymbolId> members = _members(facts);
-        OrderedSet<SymbolId> expected;
-        for (const ScopeSymbol& symbol : facts.symbols) {
-            if (is_member(symbol, facts)) {
-                expected.insert(symbol.id);
-            }
-        }
-        ASSERT_EQ(members.keys(), expected.keys()) << "round " << round;
-    }
+    EXPECT_EQ(production_fan_in(page.facts()).entry, (OrderedSet<SymbolId>{1, 2, 3, 12}));
 }
 
 TEST(FileUsers, AreOtherProductionFilesInTheOrderOfTheirFirstUse) {

@@ -3,9 +3,9 @@
 // Declarations only: whoever links the component defines the functions.
 #pragma once
 
+#include "models/ordered_map.h"
 #include "models/text.h"
 #include "storage/grounding_queries.h"
-#include "workers/wiki/scope/ordered_map.h"
 
 #include <span>
 #include <string>
@@ -19,12 +19,12 @@ struct ScopeFacts;
 
 /// A mapping from text to a set of texts: whatever `importing_tests` and `tests_reaching` agree on. The component
 /// keeps it in the facts of the page and never looks inside.
-using TestImports = scope::OrderedMap<models::Text, scope::TextSet>;
+using TestImports = models::OrderedMap<models::Text, models::TextSet>;
 
 /// The tests that reach a page.
 struct TestsReaching {
     std::vector<models::Text> tests;  ///< every test that reaches a file of the page
-    scope::OrderedMap<models::Text, std::vector<models::Text>> tests_by_file;  ///< path -> tests, as shown
+    models::OrderedMap<models::Text, std::vector<models::Text>> tests_by_file;  ///< path -> tests, as shown
 };
 
 /// The tests that import `files`, the files of a page.

@@ -1,7 +1,6 @@
 // Whole pages as `wiki-scope page` prints them.
 
 #include "embedded/page/page.h"
-#include "embedded/text/markdown_text.h"
 #include "tests/embedded/indexed_folder.h"
 
 #include <gtest/gtest.h>
@@ -124,18 +123,6 @@ TEST_F(PrintedPage, ListsAPathThatIsNeitherAFileNorAFolderAsMissing) {
         paths.push_back(file["path"]);
     }
     EXPECT_EQ(paths, (Lines{"/top.ts", "src/a.ts", "src/b.lua", "srclib/c.ts", "test/a.test.ts"}));
-}
-
-TEST(MarkdownText, CannotBreakOutOfItsPlace) {
-    EXPECT_EQ(plain_text("type_alias"), "type_alias");
-    EXPECT_EQ(plain_text("# [a](b)\r\n`<c>|\\"), R"(\# \[a](b)  \`\<c>\|\\)");
-    EXPECT_EQ(code_span("a|b\r\nc"), "`a|b  c`");
-    EXPECT_EQ(code_span("a``b`c"), "```a``b`c```");
-    EXPECT_EQ(code_span("`"), "`` ` ``");
-    EXPECT_EQ(code_span(""), "`  `");
-    EXPECT_EQ(code_cell("`a|b"), "`` `a\\|b ``");
-    EXPECT_EQ(fenced_block(Lines{"a", "``b````c"}, "c++"), "`````c++\na\n``b````c\n`````\n");
-    EXPECT_EQ(fenced_block(Lines{}, "two words"), "```\n```\n");
 }
 
 }  // namespace

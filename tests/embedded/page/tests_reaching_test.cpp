@@ -15,7 +15,7 @@ TEST(TestsReaching, ReferOrImportAndStandInPathOrderByTheFilesOfThePage) {
     page.test_imports = {{"a.ts", {"test/2.ts", "test/1.ts"}}};
     const TestsReaching reaching = tests_reaching(page.facts());
     EXPECT_EQ(reaching.tests, (std::vector<models::Text>{"test/1.ts", "test/2.ts"}));
-    EXPECT_EQ(reaching.tests_by_file, (scope::OrderedMap<models::Text, std::vector<models::Text>>{
+    EXPECT_EQ(reaching.tests_by_file, (models::OrderedMap<models::Text, std::vector<models::Text>>{
                                           {"b.ts", {"test/2.ts"}}, {"a.ts", {"test/1.ts", "test/2.ts"}}}));
 }
 

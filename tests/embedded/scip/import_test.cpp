@@ -1,6 +1,5 @@
 // What an import makes of documents, and what it says of what is no SCIP file.
 
-#include "embedded/files/input_file.h"
 #include "tests/embedded/scip/import_fixture.h"
 
 namespace embedded::scip {
@@ -95,13 +94,6 @@ TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
     };
     const std::string said = failure(scip, shorten);
     EXPECT_NE(said.find("a truncated SCIP file"), std::string::npos) << said;
-}
-
-TEST(InputFile, IsNoLongerThanItWasWhenItWasOpened) {
-    const TemporaryFolder folder;
-    InputFile file(folder.write("in.scip", "abc"));
-    folder.write("in.scip", "abcdef");
-    EXPECT_EQ(file.read(1, 9), "bc");
 }
 
 }  // namespace

@@ -11,10 +11,10 @@
 
 #include "models/constant_set.h"
 #include "models/edge.h"
+#include "models/ordered_map.h"
 #include "models/text.h"
 #include "storage/database.h"
 #include "storage/grounding_queries.h"
-#include "workers/wiki/scope/ordered_map.h"
 #include "workers/wiki/scope_tests.h"
 
 #include <cstdint>
@@ -26,7 +26,11 @@
 
 namespace wiki::scope {
 
+using models::Counter;
+using models::OrderedMap;
+using models::OrderedSet;
 using models::Text;
+using models::TextSet;
 using storage::InboundReference;
 using storage::NAME_MATCH_KINDS;
 using storage::OutboundReference;

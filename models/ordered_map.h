@@ -15,22 +15,24 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <iterator>
 #include <limits>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
-namespace wiki::scope {
+namespace models {
 
 /// How the mappings hash their keys. Texts can be looked up by any characters.
 template <class Key>
-using KeyHash = std::conditional_t<std::is_same_v<Key, models::Text>, models::TextHash, std::hash<Key>>;
+using KeyHash = std::conditional_t<std::is_same_v<Key, Text>, TextHash, std::hash<Key>>;
 
 /// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in which
 /// the keys were first inserted; no key is ever removed. References to values and iterators stay valid until the next
 /// insertion or `reserve`. A `const OrderedMap` may be read by any number of threads at once. Looking up and inserting
-/// take constant time on average; inserting what was inserted last takes no search. Throws `std::length_error` beyond
+/// take constant time on average; inserting the key again that was
+/// last inserted, or sought for insertion, takes no search where it is the same text or an equal integer. Throws `std::length_error` beyond
 /// 3 * 2^30 keys; where memory runs out, the mapping is as it was.
 template <class Key, class Value>
 class OrderedMap {
@@ -131,18 +133,20 @@ class OrderedMap {
     // Whether two keys are equal, as far as that can be told at a glance.
     template <class Like>
     static bool is_surely(const Key& key, const Like& other) {
-        if constexpr (std::is_same_v<Key, models::Text>) {
+        if constexpr (std::is_same_v<Key, Text>) {
             return key.same_buffer(other);
         } else {
             return key == other;
         }
     }
 
-    // Spreads the hash (of an integer it may be the integer itself) over its upper 32 bits.
+    // Spreads the hash (of an integer it may be the integer itself) over its upper 32 bits: multiplied once, the high
+    // bits of an integer would have no part in the low ones.
     template <class Like>
     static std::uint32_t short_hash(const Like& key) {
         constexpr std::uint64_t GOLDEN_RATIO = 0x9E3779B97F4A7C15U;  // 2^64 / phi: multiplicative hashing
-        return static_cast<std::uint32_t>((std::uint64_t{KeyHash<Key>{}(key)} * GOLDEN_RATIO) >> 32U);
+        const std::uint64_t once = std::uint64_t{KeyHash<Key>{}(key)} * GOLDEN_RATIO;
+        return static_cast<std::uint32_t>(((once ^ (once >> 32U)) * GOLDEN_RATIO) >> 32U);
     }
 
     // The slot at which the search for a hash begins: the upper bits are the ones spread best.
@@ -230,14 +234,40 @@ class Counter : public OrderedMap<Key, std::int64_t> {
     static constexpr std::size_t ALL = std::numeric_limits<std::size_t>::max();
 };
 
-/// A set of keys that iterates in the order in which they were first inserted.
+/// A set of keys. Iteration yields them in the order in which they were first inserted; the iterators stay valid until
+/// the next insertion or `reserve`.
 template <class Key>
 class OrderedSet {
     struct Nothing {
         friend bool operator==(const Nothing&, const Nothing&) = default;
     };
+    using Keys = OrderedMap<Key, Nothing>;
 
   public:
+    class Iterator {
+      public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Key;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Key*;
+        using reference = const Key&;
+
+        Iterator() = default;
+        explicit Iterator(decltype(std::declval<const Keys&>().begin()) at) : at_(at) {}
+
+        reference operator*() const { return at_->key; }
+        pointer operator->() const { return &at_->key; }
+        Iterator& operator++() {
+            ++at_;
+            return *this;
+        }
+        Iterator operator++(int) { return Iterator(at_++); }
+        friend bool operator==(const Iterator&, const Iterator&) = default;
+
+      private:
+        decltype(std::declval<const Keys&>().begin()) at_{};
+    };
+
     OrderedSet() = default;
     OrderedSet(std::initializer_list<Key> keys) {
         for (const Key& key : keys) {
@@ -255,25 +285,17 @@ class OrderedSet {
 
     [[nodiscard]] std::size_t size() const noexcept { return keys_.size(); }
     [[nodiscard]] bool empty() const noexcept { return keys_.empty(); }
+    [[nodiscard]] Iterator begin() const noexcept { return Iterator(keys_.begin()); }
+    [[nodiscard]] Iterator end() const noexcept { return Iterator(keys_.end()); }
     void reserve(std::size_t count) { keys_.reserve(count); }
-
-    /// The keys, in order.
-    [[nodiscard]] std::vector<Key> keys() const {
-        std::vector<Key> keys;
-        keys.reserve(size());
-        for (const auto& entry : keys_) {
-            keys.push_back(entry.key);
-        }
-        return keys;
-    }
 
     /// Equal keys in equal order.
     friend bool operator==(const OrderedSet&, const OrderedSet&) = default;
 
   private:
-    OrderedMap<Key, Nothing> keys_;
+    Keys keys_;
 };
 
-using TextSet = OrderedSet<models::Text>;
+using TextSet = OrderedSet<Text>;
 
-}  // namespace wiki::scope
+}  // namespace models

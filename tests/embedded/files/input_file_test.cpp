@@ -1,0 +1,20 @@
+#include "embedded/files/input_file.h"
+
+#include "tests/embedded/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace embedded {
+namespace {
+
+TEST(InputFile, IsNoLongerThanItWasWhenItWasOpened) {
+    const TemporaryFolder folder;
+    InputFile file(folder.write("in.scip", "abc"));
+    folder.write("in.scip", "abcdef");
+    EXPECT_EQ(file.read(1, 9), "bc");
+}
+
+}  // namespace
+}  // namespace embedded
