@@ -44,7 +44,9 @@ void select(const Page& page, std::int64_t total) {
 std::vector<NamedPath> names_of(const std::vector<const ScopeSymbol*>& declarations) {
     std::vector<NamedPath> names;
     for (const ScopeSymbol* declaration : declarations) {
-        names.push_back({declaration->name, declaration->path});
+        if (is_callable_or_type(declaration->kind)) {
+            names.push_back({declaration->name, declaration->path});
+        }
     }
     return names;
 }

@@ -3,6 +3,7 @@
 
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/ranking.h"
 #include "workers/wiki/scope/render.h"
 
@@ -12,7 +13,7 @@
 
 namespace bench {
 
-/// The names of declarations, in their order.
+/// The names of the callables and types among some declarations, in their order.
 std::vector<wiki::scope::NamedPath> names_of(const std::vector<const wiki::scope::ScopeSymbol*>& declarations);
 
 /// A page, and what several functions take of it.

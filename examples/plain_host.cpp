@@ -5,6 +5,7 @@
 #include "workers/wiki/file_summary.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
+#include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/ranking.h"
 #include "workers/wiki/scope/render.h"
 
@@ -131,13 +132,15 @@ int main() {
 
     std::cout << render_file_cards(facts, fan_in, "## Files", missing) << '\n'
               << render_consumers(facts, fan_in, "## Consumers") << "\n## Declarations\n\n";
-    std::vector<NamedPath> selected;
+    std::vector<NamedPath> candidates;
     for (const ScopeSymbol* declaration : select_with_quota(ranked_by_file(facts, fan_in), fan_in, 24, 2, 0.4)) {
         std::cout << "- `" << declaration->name << "`, " << declaration->kind << '\n';
-        selected.push_back({declaration->name, declaration->path});
+        if (is_callable_or_type(declaration->kind)) {
+            candidates.push_back({declaration->name, declaration->path});
+        }
     }
     std::cout << "\n## In depth\n\n";
-    for (const Text& name : pick_spread(selected, 6, 2)) {
+    for (const Text& name : pick_spread(candidates, 6, 2)) {
         std::cout << "- `" << name << "`\n";
     }
     std::cout << "\n## Dependencies\n\n";

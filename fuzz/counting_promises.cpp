@@ -6,7 +6,7 @@
 #include "utils/saturating.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/internal/evidence.h"
-#include "workers/wiki/scope/internal/kinds.h"
+#include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>

@@ -1,16 +1,15 @@
 #include "embedded/page/page.h"
 
+#include "workers/wiki/scope/kinds.h"
+
 #include <utility>
 
 namespace embedded {
 
-std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
-                                                    const wiki::scope::FanIn& fan_in) {
-    // Which kinds these are is known to the component alone; the sort key is where it tells.
-    constexpr int CALLABLES_AND_TYPES = 0;
+std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection) {
     std::vector<wiki::scope::NamedPath> candidates;
     for (const storage::ScopeSymbol* symbol : selection) {
-        if (wiki::scope::rank_key(*symbol, fan_in).kind_group == CALLABLES_AND_TYPES) {
+        if (wiki::scope::is_callable_or_type(symbol->kind)) {
             candidates.push_back({symbol->name, symbol->path});
         }
     }

@@ -29,8 +29,7 @@ struct PageOptions {
 };
 
 /// Name and file of the selected callables and types, in the order of the selection.
-std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
-                                                    const wiki::scope::FanIn& fan_in);
+std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection);
 
 /// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which
 /// is therefore neither copied nor moved. It must not outlive the database: as long as it lives, all that is asked of
@@ -47,7 +46,7 @@ struct Page {
     const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
     const std::vector<const storage::ScopeSymbol*> selection =
         wiki::scope::select_with_quota(ranked, fan_in, options.total, options.floor, options.max_share);
-    const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection, fan_in);
+    const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection);
     const std::vector<models::Text> deep = wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
     const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
 };

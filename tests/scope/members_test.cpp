@@ -1,7 +1,7 @@
 #include "workers/wiki/scope/internal/members.h"
 
 #include "tests/scope/page_builder.h"
-#include "workers/wiki/scope/internal/kinds.h"
+#include "workers/wiki/scope/kinds.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,10 @@
 #include "utils/first_in_order.h"
 #include "utils/saturating.h"
 #include "workers/wiki/scope/internal/evidence.h"
-#include "workers/wiki/scope/internal/kinds.h"
 #include "workers/wiki/scope/internal/members.h"
+#include "workers/wiki/scope/internal/privacy.h"
 #include "workers/wiki/scope/internal/table_text.h"
+#include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/ranking.h"
 #include "workers/wiki/scope/render.h"
 
@@ -166,7 +167,7 @@ std::vector<Unused> _unused_outside(const ScopeFacts& facts, const OrderedSet<Sy
     const OrderedSet<SymbolId> members = _members(facts);
     std::vector<Unused> unused;
     for (const ScopeSymbol& symbol : facts.symbols) {
-        if (_is_callable_or_type(symbol.kind) && !used.contains(symbol.id) && symbol.is_export &&
+        if (is_callable_or_type(symbol.kind) && !used.contains(symbol.id) && symbol.is_export &&
             !_is_private(symbol.name) && !members.contains(symbol.id)) {
             unused.push_back({!TYPE_KINDS.contains(symbol.kind), rank_key(symbol, fan_in), &symbol});
         }

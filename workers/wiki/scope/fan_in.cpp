@@ -3,8 +3,9 @@
 #include "utils/path_filter.h"
 #include "utils/saturating.h"
 #include "workers/wiki/scope/internal/evidence.h"
-#include "workers/wiki/scope/internal/kinds.h"
 #include "workers/wiki/scope/internal/members.h"
+#include "workers/wiki/scope/internal/privacy.h"
+#include "workers/wiki/scope/kinds.h"
 
 #include <limits>
 #include <utility>
@@ -77,7 +78,7 @@ FanIn production_fan_in(const ScopeFacts& facts) {
     };
 
     const OrderedSet<SymbolId> members = _members(facts);
-    Remembered can_be_entry([](const Text& kind) { return _is_callable_or_type(kind); });
+    Remembered can_be_entry([](const Text& kind) { return is_callable_or_type(kind); });
     OrderedSet<SymbolId> entry;
     for (const ScopeSymbol& symbol : facts.symbols) {
         if (can_be_entry(symbol.kind) && symbol.is_export && !_is_private(symbol.name) && !is_referenced(symbol.id) &&

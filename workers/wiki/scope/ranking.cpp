@@ -1,7 +1,8 @@
 #include "workers/wiki/scope/ranking.h"
 
 #include "utils/saturating.h"
-#include "workers/wiki/scope/internal/kinds.h"
+#include "workers/wiki/scope/internal/privacy.h"
+#include "workers/wiki/scope/kinds.h"
 
 #include <algorithm>
 #include <iterator>
@@ -30,7 +31,7 @@ RankKey rank_key(const ScopeSymbol& symbol, const FanIn& fan_in) {
     const bool is_constant = symbol.kind == "constant";
     const std::int64_t size = std::int64_t{symbol.end_line} - symbol.start_line;
     return {.is_no_api = !fan_in.api(symbol.id),
-            .kind_group = _is_callable_or_type(symbol.kind) ? 0 : 1,
+            .kind_group = is_callable_or_type(symbol.kind) ? 0 : 1,
             .is_private = _is_private(symbol.name),
             .outside = weighted_rank(fan_in.outside.get(symbol.id, 0), is_constant),
             .size = -std::min(size, SIZE_CAP),

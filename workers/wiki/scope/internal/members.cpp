@@ -1,6 +1,6 @@
 #include "workers/wiki/scope/internal/members.h"
 
-#include "workers/wiki/scope/internal/kinds.h"
+#include "workers/wiki/scope/kinds.h"
 
 #include <algorithm>
 #include <cstdint>

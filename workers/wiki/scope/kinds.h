@@ -1,4 +1,4 @@
-// What the kind and the name of a declaration say of it.
+// What the kind of a declaration says of it.
 #pragma once
 
 #include "models/constant_set.h"
@@ -8,17 +8,15 @@
 
 namespace wiki::scope {
 
+/// The kinds of declarations that are types.
 inline constexpr models::ConstantSet TYPE_KINDS{"struct", "interface", "class", "type", "enum"};
+
+/// The kinds of declarations that can be called.
 inline constexpr const auto& CALLABLE_KINDS = models::CALLABLE_KINDS;
 
-/// Whether declarations of this kind are callables or types: what a page's API consists of.
-inline bool _is_callable_or_type(std::string_view kind) {
+/// Whether declarations of this kind are callables or types: what a page's API consists of, and what goes in depth.
+inline bool is_callable_or_type(std::string_view kind) {
     return CALLABLE_KINDS.contains(kind) || TYPE_KINDS.contains(kind);
-}
-
-/// Whether a name is private by convention.
-inline bool _is_private(std::string_view name) {
-    return name.starts_with('_');
 }
 
 }  // namespace wiki::scope
