@@ -12,6 +12,7 @@
 #include "models/constant_set.h"
 #include "models/edge.h"
 #include "models/ordered_map.h"
+#include "models/record.h"
 #include "models/text.h"
 #include "storage/database.h"
 #include "storage/grounding_queries.h"
@@ -27,6 +28,7 @@
 namespace wiki::scope {
 
 using models::Counter;
+using models::MUST_BE_GIVEN;
 using models::OrderedMap;
 using models::OrderedSet;
 using models::Text;
@@ -41,18 +43,29 @@ using storage::SymbolId;
 /// The resolutions that are evidence of a use: the indexer followed the name to its declaration.
 inline constexpr models::ConstantSet EVIDENCE_RESOLUTIONS{models::LOCAL, models::IMPORT};
 
-/// A page's files as the index and the checkout describe them. Frozen: no field can be assigned, no container
-/// changed. Built by position or by name; only `test_imports` may be left out.
+/// A page's files as the index and the checkout describe them. Frozen: no field can be assigned, no container changed,
+/// and the record can be neither copied nor moved, as results point into it. Built by position or by name; only
+/// `test_imports` may be left out.
 struct ScopeFacts {
-    const std::vector<ScopeFile> files;                ///< those that the index holds, in the page's order
-    const std::vector<ScopeSymbol> symbols;            ///< the declarations of those files, in query order
-    const std::vector<InboundReference> inbound;       ///< references to those declarations, in query order
-    const std::vector<OutboundReference> outbound;     ///< references from those files to others, in query order
-    const TextSet import_resolved_paths;               ///< the files whose language has its imports resolved
-    const TextSet test_sources;                        ///< the source paths of `inbound` that are tests
-    const OrderedMap<Text, std::int64_t> line_counts;  ///< path -> lines, of each file that could be read
-    const OrderedMap<Text, Text> summaries;            ///< path -> what it is for, of each file that could be read
-    const TestImports test_imports = {};               ///< what `importing_tests` said of the files
+    /// Those that the index holds, in the page's order.
+    const std::vector<ScopeFile> files = MUST_BE_GIVEN;
+    /// The declarations of those files, in query order.
+    const std::vector<ScopeSymbol> symbols = MUST_BE_GIVEN;
+    /// References to those declarations, in query order.
+    const std::vector<InboundReference> inbound = MUST_BE_GIVEN;
+    /// References from those files to others, in query order.
+    const std::vector<OutboundReference> outbound = MUST_BE_GIVEN;
+    /// The files whose language has its imports resolved.
+    const TextSet import_resolved_paths = MUST_BE_GIVEN;
+    /// The source paths of `inbound` that are tests.
+    const TextSet test_sources = MUST_BE_GIVEN;
+    /// Path -> lines, of each file that could be read.
+    const OrderedMap<Text, std::int64_t> line_counts = MUST_BE_GIVEN;
+    /// Path -> what it is for, of each file that could be read.
+    const OrderedMap<Text, Text> summaries = MUST_BE_GIVEN;
+    /// What `importing_tests` said of the files.
+    const TestImports test_imports = {};
+    [[no_unique_address]] const models::Pinned pinned = {};
 
     /// The page's indexed files, as a set of their paths. Built anew by each call.
     [[nodiscard]] TextSet paths() const;
@@ -62,11 +75,12 @@ struct ScopeFacts {
 };
 
 /// How production code uses a page's declarations, by symbol id. Frozen like `ScopeFacts`; it belongs to the one from
-/// which it was derived. An id without an entry counts 0.
+/// which it was derived. An id without an entry counts 0. Only `outside` must be given.
 struct FanIn {
-    const OrderedMap<SymbolId, std::int64_t> outside;      ///< references from files outside the page
-    const OrderedMap<SymbolId, std::int64_t> inside = {};  ///< references from the page's own files
-    const OrderedSet<SymbolId> entry = {};                 ///< public top-level callables and types without any
+    const OrderedMap<SymbolId, std::int64_t> outside = MUST_BE_GIVEN;  ///< references from files outside the page
+    const OrderedMap<SymbolId, std::int64_t> inside = {};              ///< references from the page's own files
+    const OrderedSet<SymbolId> entry = {};  ///< public top-level callables and types without any
+    [[no_unique_address]] const models::Pinned pinned = {};
 
     /// Whether a declaration is the page's API: used from outside, or an entry point.
     [[nodiscard]] bool api(SymbolId symbol_id) const {
