@@ -199,7 +199,8 @@ class OrderedMap {
     std::size_t recent_ = 0;   // the place of the key that was last inserted or sought for insertion
 };
 
-/// Counts by key: a missing key reads 0, and adding to it creates it at the end.
+/// Counts by key: a missing key reads 0, and adding to it creates it at the end. A count that would go beyond 64 bits
+/// stops at their end, from where later amounts lead back: 2^63 - 1, then 1, then -1 give 2^63 - 2.
 template <class Key>
 class Counter : public OrderedMap<Key, std::int64_t> {
   public:

@@ -18,7 +18,7 @@
 
 namespace embedded {
 
-/// How much of a page is chosen. README.md tells what each number does; any value is accepted.
+/// How much of a page is chosen, as `select_with_quota`, `pick_spread` and `neighbours` take it; any value is accepted.
 struct PageOptions {
     std::int64_t total = 24;         ///< declarations that get a block
     std::int64_t floor = 2;          ///< best declarations that each file gets before the rest is shared out

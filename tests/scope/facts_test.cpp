@@ -13,6 +13,8 @@ using Calls = std::vector<std::string>;
 
 static_assert(!std::is_assignable_v<decltype((std::declval<ScopeFacts&>().files)), std::vector<ScopeFile>>);
 static_assert(!std::is_copy_assignable_v<ScopeFacts> && !std::is_copy_assignable_v<FanIn>);
+static_assert(!std::is_copy_constructible_v<ScopeFacts> && !std::is_move_constructible_v<ScopeFacts>);
+static_assert(!std::is_copy_constructible_v<FanIn> && !std::is_move_constructible_v<FanIn>);
 
 class Load : public testing::Test {
   protected:

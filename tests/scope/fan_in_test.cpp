@@ -86,11 +86,12 @@ TEST(FileUsers, AddReferencesOneAfterTheOther) {
     constexpr std::int64_t MOST = std::numeric_limits<std::int64_t>::max();
     const Text x = "x.ts";
     const Text y = "y.ts";
-    for (const auto& [source, times] :
-         std::vector<std::pair<Text, std::int64_t>>{{x, MOST}, {y, -9}, {x, 5}, {x, -5}, {y, MOST}, {y, 5}}) {
+    const Text z = "z.ts";
+    for (const auto& [source, times] : std::vector<std::pair<Text, std::int64_t>>{
+             {x, MOST}, {y, -9}, {z, 2}, {z, 3}, {x, 5}, {x, -5}, {y, MOST}, {y, 5}}) {
         page.inbound.push_back(from(source).times(times));
     }
-    EXPECT_EQ(file_users(page.facts()), (FileUsers{{"a.ts", {{"x.ts", MOST - 5}, {"y.ts", MOST - 4}}}}));
+    EXPECT_EQ(file_users(page.facts()), (FileUsers{{"a.ts", {{"x.ts", MOST - 5}, {"y.ts", MOST - 4}, {"z.ts", 5}}}}));
 }
 
 }  // namespace

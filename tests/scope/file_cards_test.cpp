@@ -69,5 +69,18 @@ TEST(FileCards, TellEverythingAboutEveryFile) {
         "| `c.ts` | ? | 0 | not in the index | | | |\n");
 }
 
+TEST(FileCards, ListDeclarationsOfEqualUseInTheirOrder) {
+    constexpr int MANY = 40;  // more than a sort leaves in order by chance
+    PageBuilder page;
+    page.files = {{1, "a.ts", std::nullopt}};
+    for (int id = 0; id < MANY; ++id) {
+        page.symbols.push_back(symbol(id, ("f" + std::to_string(id)).c_str()));
+        page.inbound.push_back(from("x.ts").to(id));
+    }
+    const ScopeFacts facts = page.facts();
+    const std::string cards = render_file_cards(facts, production_fan_in(facts), "#");
+    EXPECT_NE(cards.find("`f0` L1 (1), `f1` L1 (1), `f2` L1 (1) +37 |"), std::string::npos) << cards;
+}
+
 }  // namespace
 }  // namespace wiki::scope

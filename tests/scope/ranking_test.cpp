@@ -41,16 +41,33 @@ TEST(RankedByFile, PutsTheBestFirstAndKeepsTheOrderOfEquals) {
     EXPECT_EQ(ranked, (RankedFiles{{"b.ts", {&s[4], &s[0]}}, {"a.ts", {&s[5], &s[2], &s[3], &s[1]}}}));
 }
 
+TEST(RankedByFile, KeepsTheOrderOfManyEquals) {
+    constexpr int MANY = 40;  // more than a sort leaves in order by chance
+    PageBuilder page;
+    for (int id = 0; id < MANY; ++id) {
+        page.symbols.push_back(symbol(id, "twin"));
+    }
+    const ScopeFacts facts = page.facts();
+    const RankedFiles ranked = ranked_by_file(facts, FanIn{{}});
+    EXPECT_TRUE(std::ranges::is_sorted(*ranked.find("a.ts"), {}, &ScopeSymbol::id));
+}
+
 TEST(FileSeeds, CiteTheBestDeclarationThatHasALineElseTheWholeFile) {
     PageBuilder page;
-    page.files = {{1, "empty.ts", {}}, {2, "whole.ts", {}}, {3, "a.ts", {}}, {4, "unread.ts", {}}, {5, "zero.ts", {}}};
-    page.line_counts = {{"empty.ts", 0}, {"whole.ts", 12}, {"a.ts", 99}, {"zero.ts", 7}};
+    page.files = {{1, "empty.ts", {}},  {2, "whole.ts", {}}, {3, "a.ts", {}},
+                  {4, "unread.ts", {}}, {5, "zero.ts", {}},  {6, "one.ts", {}}};
+    page.line_counts = {{"empty.ts", 0}, {"whole.ts", 12}, {"a.ts", 99}, {"zero.ts", 7}, {"one.ts", 1}};
     page.symbols = {symbol(1, "backwards").in("unlisted.ts").lines(8, 3), symbol(2, "nowhere").lines(0, 90),
                     symbol(3, "second").lines(4, 6), symbol(4, "third").lines(1, 2),
-                    symbol(5, "below").in("zero.ts").lines(-1, 5)};
-    EXPECT_EQ(file_seeds(page.facts(), FanIn{{}}),
-              (OrderedMap<Text, LineRange>{
-                  {"unlisted.ts", {8, 8}}, {"a.ts", {4, 6}}, {"whole.ts", {1, 12}}, {"zero.ts", {1, 7}}}));
+                    symbol(5, "below").in("zero.ts").lines(-1, 5),
+                    // Longer than the longest that counts: equal keys, of which the first wins.
+                    symbol(6, "first").in("equal.ts").lines(1, 50), symbol(7, "later").in("equal.ts").lines(1, 60)};
+    EXPECT_EQ(file_seeds(page.facts(), FanIn{{}}), (OrderedMap<Text, LineRange>{{"unlisted.ts", {8, 8}},
+                                                                                {"a.ts", {4, 6}},
+                                                                                {"equal.ts", {1, 50}},
+                                                                                {"whole.ts", {1, 12}},
+                                                                                {"zero.ts", {1, 7}},
+                                                                                {"one.ts", {1, 1}}}));
 }
 
 }  // namespace

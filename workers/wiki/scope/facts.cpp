@@ -3,7 +3,6 @@
 #include "utils/path_filter.h"
 #include "workers/wiki/file_summary.h"
 
-#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -31,9 +30,13 @@ std::vector<Text> sorted_languages(const std::vector<ScopeFile>& files) {
 }
 
 TextSet paths_of_languages(const std::vector<ScopeFile>& files, const std::vector<Text>& languages) {
+    TextSet wanted;
+    for (const Text& language : languages) {
+        wanted.insert(language);
+    }
     TextSet paths;
     for (const ScopeFile& file : files) {
-        if (file.language && std::find(languages.begin(), languages.end(), *file.language) != languages.end()) {
+        if (file.language && wanted.contains(*file.language)) {
             paths.insert(file.path);
         }
     }

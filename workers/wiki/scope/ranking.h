@@ -57,7 +57,8 @@ struct LineRange {
 
 /// A citable range for each file: that of its best-ranked declaration on a line of the file (line 1 or later). Files
 /// seeded so come first, in the order of `ranked_by_file`; then, in the order of `facts.files`, those of the others
-/// that have lines, whole. An empty or unread file without declarations has none.
+/// that have lines, whole: files without declarations, and those whose declarations all stand before line 1. An empty
+/// or unread one of these has none.
 OrderedMap<Text, LineRange> file_seeds(const ScopeFacts& facts, const FanIn& fan_in);
 
 /// Chooses up to `total` declarations of `ranked` (each list best first, as `ranked_by_file` makes it):

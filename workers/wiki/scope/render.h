@@ -28,7 +28,9 @@ std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std:
 /// The consumers block: who uses the page's code from outside, counted by `is_use` from files that are neither of the
 /// page nor tests. The twelve files with the most references (equal totals in path order) with the names they use
 /// most; how many references match a name only and are not counted; and the exported, public, top-level types and
-/// callables that no production file outside the page uses, types first, then by rank. `fan_in` is the page's.
+/// callables that no production file outside the page uses, types first, then by rank. The languages of the page whose
+/// imports are not resolved are named in order, that of files without one as "files of unknown language". Counts that
+/// would go beyond 64 bits stop at their ends. `fan_in` is the page's.
 std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading);
 
 /// A declaration in another file that the page uses.
@@ -40,8 +42,9 @@ struct Neighbour {
 
 /// The production declarations in other files that the page uses most, by their references, most first; equal counts
 /// by fully qualified name, then in the order of `facts.outbound`. At most `limit`; none when it is 0 or negative.
-/// References that only match the name of an attribute or a constant do not count. Calls `is_test_path`, whose failures
-/// pass unchanged to the caller.
+/// References that only match the name of an attribute or a constant do not count. Where records of several declarations
+/// have one id, theirs is one count, and the record is that of the last reference that counts. A count that would go
+/// beyond 64 bits stops at their ends. Calls `is_test_path`, whose failures pass unchanged to the caller.
 std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit);
 std::vector<Neighbour> neighbours(const ScopeFacts&& facts, std::int64_t limit) = delete;  // would dangle
 
@@ -53,7 +56,8 @@ struct FilePair {
 };
 
 /// The references that only match the name of an attribute or a constant ("unique" ones), by the pair of their files,
-/// whether tests or not: first those of `facts.inbound`, then those of `facts.outbound`, each in order.
+/// whether tests or not: first those of `facts.inbound`, then those of `facts.outbound`, each in order. A count that
+/// would go beyond 64 bits stops at their ends.
 OrderedMap<FilePair, std::int64_t> name_match_counts(const ScopeFacts& facts);
 
 }  // namespace wiki::scope
