@@ -47,11 +47,13 @@ TEST(Members, AreThoseOfThePlainDefinition) {
 
 TEST(Members, AreAllOfManyTypesOnOneLine) {
     constexpr int MANY = 40;
-    PageBuilder page;
-    for (int id = 0; id < MANY; ++id) {
-        page.symbols.push_back(symbol(id, "T").kind(id % 2 == 0 ? "struct" : "type").lines(3, 3));
+    for (const char* const kind : {"struct", "interface", "class", "type", "enum"}) {
+        PageBuilder page;
+        for (int id = 0; id < MANY; ++id) {
+            page.symbols.push_back(symbol(id, "T").kind(kind).lines(3, 3));
+        }
+        EXPECT_EQ(_members(page.facts()).size(), MANY) << kind;
     }
-    EXPECT_EQ(_members(page.facts()).size(), MANY);
 }
 
 }  // namespace
