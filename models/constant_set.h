@@ -1,6 +1,8 @@
 // A set of texts that is known when the program is compiled: the names of resolutions and of kinds.
 #pragma once
 
+#include "utils/language_version.h"
+
 #include <algorithm>
 #include <array>
 #include <concepts>

@@ -5,6 +5,8 @@
 // compares two copies of one text by that pointer, and never hashes a text twice.
 #pragma once
 
+#include "utils/language_version.h"
+
 #include <atomic>
 #include <compare>
 #include <concepts>

@@ -73,7 +73,8 @@ std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> fil
 /// always the same, for it decides between equal counts; those from one file together, for speed.
 std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids);
 
-/// Every reference from the files `file_ids` to a declaration of another file, in an order like that.
+/// Every reference from the files `file_ids` to a declaration of another file. In an order that is always the same,
+/// those from one file together.
 std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids);
 
 /// Those of `languages` (sorted, without repeats) for which the indexer resolves imports.

@@ -14,14 +14,6 @@ namespace {
 
 using models::Text;
 
-std::vector<storage::FileId> ids_of(std::span<const storage::ScopeFile> files) {
-    std::vector<storage::FileId> ids;
-    for (const storage::ScopeFile& file : files) {
-        ids.push_back(file.id);
-    }
-    return ids;
-}
-
 // The edges of resolution "import" into some declarations.
 std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db,
                                                  const embedded::DeclarationTable& declarations) {
@@ -40,11 +32,13 @@ std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db,
 // Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test imports are
 // absent; the others stand in the order of `files`, and the tests of each in path order, which is that of their ids.
 TestImports importing_tests(storage::Database& db, std::span<const storage::ScopeFile> files) {
-    models::OrderedMap<Text, std::set<storage::FileId>> tests_of;  // the importing files among them, by page file
+    models::OrderedMap<Text, std::set<storage::FileId>> tests_of;  // the importing tests of each file
+    std::vector<storage::FileId> ids;
     for (const storage::ScopeFile& file : files) {
         tests_of[file.path];
+        ids.push_back(file.id);
     }
-    const embedded::DeclarationTable& declarations = db.declarations_of(ids_of(files));
+    const embedded::DeclarationTable& declarations = db.declarations_of(ids);
     const std::vector<embedded::EdgeRow> imports = import_edges_into(db, declarations);
     db.read_paths(sources_of(imports));
     models::OrderedMap<storage::FileId, bool> is_test;

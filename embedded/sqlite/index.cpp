@@ -102,7 +102,7 @@ bool begins_as_database(const std::string& path) {
 // Whether the file is an index, or a database so damaged that nobody can tell any more.
 bool was_an_index(const std::string& path) {
     try {
-        // Not to be read alone: what a killed program has left half written could not be undone.
+        // Opened for writing, so that SQLite can undo what a killed program has left half written.
         return schema_version_of(Connection(path, Connection::Mode::CREATE)).has_value();
     } catch (const SqliteError& error) {
         if (error.is_damage()) {

@@ -3,6 +3,8 @@
 // A declaration only: whoever links the component defines the function.
 #pragma once
 
+#include "utils/language_version.h"
+
 #include <span>
 #include <string>
 

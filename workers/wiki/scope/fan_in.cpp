@@ -23,8 +23,8 @@ struct Use {
     std::int64_t references;
 };
 
-// Adds a use to those of a file, one with the use before it where a count cannot tell: where neither lowers it, and
-// their sum does not stop at the end of the integers.
+// Adds a use to those of a file. It is added to the use before it if that has the same source and the counts come out
+// the same: both must be positive or 0, and their sum must not reach the end of the integers, where it would stop.
 void add(std::vector<Use>& uses, const Use& use) {
     if (!uses.empty() && uses.back().source == use.source && uses.back().references >= 0 && use.references >= 0) {
         const std::int64_t sum = utils::saturating_sum(uses.back().references, use.references);
