@@ -111,13 +111,17 @@ class Modules {
     }
 
     // The file of the module that a link of the file at `path` names.
-    [[nodiscard]] std::optional<std::string_view> module_of(std::string_view path, const Link& link) const {
-        for (const std::string& place : sources::places_of_module(path, link.module)) {
-            if (const auto module = modules_.find(place); module != modules_.end()) {
-                return module->first;
+    std::optional<std::string_view> module_of(std::string_view path, const Link& link) {
+        const auto [known, is_new] = modules_of_links_.try_emplace(&link);
+        if (is_new) {
+            for (const std::string& place : sources::places_of_module(path, link.module)) {
+                if (const auto module = modules_.find(place); module != modules_.end()) {
+                    known->second = module->first;
+                    break;
+                }
             }
         }
-        return std::nullopt;
+        return known->second;
     }
 
     // What a file declares under a name at its top.
@@ -139,6 +143,7 @@ class Modules {
     const sources::Sources& sources_;
     std::map<std::string_view, SymbolNumber> modules_;  // by path
     std::unordered_map<SymbolNumber, std::string_view> files_;
+    std::unordered_map<const Link*, std::optional<std::string_view>> modules_of_links_;
     std::map<std::string_view, std::unordered_map<std::string, Meaning>> declared_;  // by path, then name
     std::map<std::pair<SymbolNumber, std::string>, Meaning> known_;                  // by module and exported name
     std::set<std::tuple<std::string_view, std::string, View>> visited_;              // on the way to one meaning

@@ -61,35 +61,26 @@ models::Text Database::resolution(std::int64_t id) {
 
 const DeclarationTable& Database::declarations_of(std::span<const FileId> files) {
     if (!std::ranges::equal(page_, files)) {
-        Statement rows(connection_, R"sql(
-            SELECT symbol.id, symbol.file_id, symbol.name, symbol.kind, symbol.is_export, symbol.start_line,
-                   symbol.end_line, symbol.fqn
-            FROM json_each(?1) AS range CROSS JOIN symbols AS symbol
-                ON symbol.file_id BETWEEN range.value ->> 0 AND range.value ->> 1
-        )sql");
-        rows.bind(1, bound_ranges({files.begin(), files.end()}));
-        declarations_of_page_ = DeclarationTable(read_declarations(rows));
+        page_.clear();
+        declarations_of_page_ = DeclarationTable(read_declarations("file_id", {files.begin(), files.end()}));
         page_.assign(files.begin(), files.end());
     }
     return declarations_of_page_;
 }
 
 DeclarationTable Database::declarations(const std::vector<SymbolId>& ids) {
-    if (ids.empty()) {
-        return {};
-    }
+    return ids.empty() ? DeclarationTable() : DeclarationTable(read_declarations("id", ids));
+}
+
+// The declarations that have one of some integers in a column.
+std::vector<ScopeSymbol> Database::read_declarations(const std::string& column, std::vector<std::int64_t> integers) {
     Statement rows(connection_, R"sql(
         SELECT symbol.id, symbol.file_id, symbol.name, symbol.kind, symbol.is_export, symbol.start_line,
                symbol.end_line, symbol.fqn
         FROM json_each(?1) AS range CROSS JOIN symbols AS symbol
-            ON symbol.id BETWEEN range.value ->> 0 AND range.value ->> 1
-    )sql");
-    rows.bind(1, bound_ranges(ids));
-    return DeclarationTable(read_declarations(rows));
-}
-
-// Rows of id, file, name, kind, is_export, first and last line, fqn.
-std::vector<ScopeSymbol> Database::read_declarations(Statement& rows) {
+            ON symbol.)sql" + column +
+                                    " BETWEEN range.value ->> 0 AND range.value ->> 1");
+    rows.bind(1, bound_ranges(std::move(integers)));
     std::vector<ScopeSymbol> declarations;
     std::vector<FileId> files;
     while (rows.step()) {

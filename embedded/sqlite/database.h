@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -52,7 +53,7 @@ class Database {
     [[nodiscard]] embedded::DeclarationTable declarations(const std::vector<SymbolId>& ids);
 
   private:
-    std::vector<ScopeSymbol> read_declarations(embedded::Statement& rows);
+    std::vector<ScopeSymbol> read_declarations(const std::string& column, std::vector<std::int64_t> integers);
 
     embedded::Connection connection_;
     std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
