@@ -56,13 +56,6 @@ TEST_F(Load, AsksEachQuestionOnceForTheWholePageInAFixedOrder) {
     EXPECT_FALSE(facts.import_resolved("a.py") || facts.import_resolved("c") || facts.import_resolved("unknown"));
 }
 
-TEST_F(Load, AsksEverythingOfAPageThatTheIndexDoesNotHold) {
-    const ScopeFacts facts = load({"unknown"});
-    EXPECT_EQ(db.calls, (Calls{"scope_files(unknown)", "inbound_references()", "import_resolved_languages()",
-                               "scope_symbols()", "outbound_references()", "importing_tests()"}));
-    EXPECT_TRUE(facts.paths().empty());
-}
-
 TEST_F(Load, LetsEveryFailureOfACollaboratorPass) {
     db.files = {{1, "a.ts", "typescript"}};
     db.inbound = {from("u.ts").to(1)};

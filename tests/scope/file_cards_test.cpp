@@ -1,38 +1,11 @@
 #include "tests/scope/page_builder.h"
 #include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/internal/table_text.h"
 #include "workers/wiki/scope/render.h"
 
 #include <gtest/gtest.h>
 
 namespace wiki::scope {
 namespace {
-
-TEST(TableText, KeepsTheLastTwoSegmentsOfAPath) {
-    const std::vector<std::pair<const char*, const char*>> cases{{"src/daemon/manager.txt", "daemon/manager.txt"},
-                                                                 {"a/b", "a/b"},
-                                                                 {"a", "a"},
-                                                                 {"", ""},
-                                                                 {"/x", "/x"},
-                                                                 {"a//b", "/b"},
-                                                                 {"a/b/", "b/"},
-                                                                 {"//", "/"},
-                                                                 {"/", "/"}};
-    for (const auto& [path, short_path] : cases) {
-        EXPECT_EQ(_short_path(path), short_path) << path;
-    }
-}
-
-TEST(TableText, MakesATextSafeForOneCell) {
-    EXPECT_EQ(_cell("a|b\r\nc\\|\t`*"), "a\\|b\r c\\\\|\t`*");
-}
-
-TEST(TableText, NamesTheFirstFewAndCountsTheRest) {
-    const std::vector<std::string> names{"a", "b, c", "d", "e"};
-    EXPECT_EQ(_named(names), "a, b, c, d +1");
-    EXPECT_EQ(_named(names, 4), "a, b, c, d, e");
-    EXPECT_EQ(_named(names, 0), " +4");
-}
 
 TEST(FileCards, TellEverythingAboutEveryFile) {
     PageBuilder page;

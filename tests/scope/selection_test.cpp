@@ -6,7 +6,6 @@
 
 #include <cmath>
 #include <limits>
-#include <numeric>
 #include <random>
 
 namespace wiki::scope {
@@ -45,15 +44,6 @@ TEST(Selection, RepresentsEveryFileAndBoundsEach) {
     EXPECT_EQ(selected(page, 0, 1, 0.5), Ids{});
     EXPECT_EQ(selected(page, -5, 1, 0.5), Ids{});
     EXPECT_EQ(selected(page_of({}), 5, 1, 0.5), Ids{});
-}
-
-TEST(Selection, RoundsTheShareAsTheFloatingPointProductHasIt) {
-    std::vector<int> better(20);
-    std::iota(better.begin(), better.end(), 1);
-    // 25 * 0.28 = 7.000000000000001: each gets 8 before the better file gets what is left.
-    const Ids ids =
-        selected(page_of({{"A", better}, {"B", {101, 102, 103, 104, 105, 106, 107, 108, 109}}}), 25, 1, 0.28);
-    EXPECT_EQ(std::ranges::count_if(ids, [](SymbolId id) { return id > 100; }), 8);
 }
 
 TEST(Selection, TakesEveryNumber) {

@@ -19,21 +19,17 @@ struct File {
     [[nodiscard]] std::int64_t count() const { return static_cast<std::int64_t>(declarations->size()); }
 };
 
-// A declaration that can be picked. Paths are distinct, so path and index tell any two apart.
+// A declaration that can be picked.
 struct Candidate {
     RankKey key;
     File* file;
     std::int64_t index;  // among the declarations of its file, from 0
 };
 
+// Of candidates of different files, which have different paths.
 bool by_rank(const Candidate& left, const Candidate& right) {
-    if (const auto order = left.key <=> right.key; std::is_neq(order)) {
-        return std::is_lt(order);
-    }
-    if (const auto order = *left.file->path <=> *right.file->path; std::is_neq(order)) {
-        return std::is_lt(order);
-    }
-    return left.index < right.index;
+    const auto by_key = left.key <=> right.key;
+    return std::is_neq(by_key) ? std::is_lt(by_key) : *left.file->path < *right.file->path;
 }
 
 bool by_index_then_rank(const Candidate& left, const Candidate& right) {
