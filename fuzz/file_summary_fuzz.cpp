@@ -1,7 +1,7 @@
 // Arbitrary files: what one says it is for fits on one short line.
 
 #include "embedded/text/blanks.h"
-#include "fuzz/lines.h"
+#include "embedded/text/split_lines.h"
 #include "fuzz/promise.h"
 #include "workers/wiki/file_summary.h"
 
@@ -41,7 +41,7 @@ bool is_plain_line(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::ptrdiff_t LIMIT = 160;
     const std::string content(data, data + size);
-    const std::vector<std::string_view> views = fuzz::lines_of(content);
+    const std::vector<std::string_view> views = embedded::split_lines(content);
     std::vector<std::string> lines(views.begin(), views.end());
     const std::string summary = wiki::file_summary(lines);
     promise(is_plain_line(summary), "a summary is one line of words");

@@ -4,6 +4,7 @@
 #include "embedded/sqlite/descriptions.h"
 #include "embedded/text/counted.h"
 #include "embedded/text/markdown_text.h"
+#include "embedded/text/split_lines.h"
 #include "models/ordered_map.h"
 #include "workers/wiki/scope/render.h"
 
@@ -40,7 +41,7 @@ constexpr std::array SECTIONS{
 };
 
 // The lines that a citation of a declaration can name; none when the index does not know where it stands.
-std::optional<LineRange> lines_of(const ScopeSymbol& symbol) {
+std::optional<LineRange> cited_lines(const ScopeSymbol& symbol) {
     if (symbol.start_line < 1) {
         return std::nullopt;
     }
@@ -50,16 +51,6 @@ std::optional<LineRange> lines_of(const ScopeSymbol& symbol) {
 std::string citation(std::string_view path, const std::optional<LineRange>& lines) {
     return lines ? std::string(path) + ":L" + std::to_string(lines->first) + "-L" + std::to_string(lines->last)
                  : std::string(path);
-}
-
-Lines lines_of(std::string_view text) {
-    Lines lines;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        lines.emplace_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return lines;
 }
 
 // The blocks of the selected declarations. A selection goes back and forth between the files, so the lines of each
@@ -75,9 +66,9 @@ class Blocks {
 
     void write(std::ostream& out, const ScopeSymbol& symbol) {
         const Description description = descriptions_.of(symbol.id);
-        const Lines code = with_source_ ? source(symbol) : lines_of(description.signature);
+        const Lines code = with_source_ ? source(symbol) : signature(description);
         out << "\n### " << code_span(symbol.name) << "\n\n"
-            << plain_text(symbol.kind) << ", " << code_span(citation(symbol.path, lines_of(symbol))) << ", "
+            << plain_text(symbol.kind) << ", " << code_span(citation(symbol.path, cited_lines(symbol))) << ", "
             << counted(page_.fan_in.outside.get(symbol.id, 0), "use") << " outside, "
             << page_.fan_in.inside.get(symbol.id, 0) << " inside\n";
         if (const std::string lead = lead_of(description.documentation); !lead.empty()) {
@@ -94,9 +85,14 @@ class Blocks {
         std::optional<Lines> lines;  // once read
     };
 
+    static Lines signature(const Description& description) {
+        const std::vector<std::string_view> lines = split_lines(description.signature);
+        return {lines.begin(), lines.end()};
+    }
+
     // The declaration's lines, as far as they are in the checkout.
     Lines source(const ScopeSymbol& symbol) {
-        const std::optional<LineRange> range = lines_of(symbol);
+        const std::optional<LineRange> range = cited_lines(symbol);
         const Lines& lines = read(symbol.path);
         if (!range || std::cmp_greater(range->first, lines.size())) {
             return {};
@@ -147,7 +143,7 @@ void write_dependencies(std::ostream& out, const Page& page) {
            "|---|---|---|---|\n";
     for (const auto& [target, references] : page.neighbours) {
         out << "| " << code_cell(target->name) << " | " << plain_text(target->kind) << " | "
-            << code_cell(citation(target->path, lines_of(*target))) << " | " << references << " |\n";
+            << code_cell(citation(target->path, cited_lines(*target))) << " | " << references << " |\n";
     }
     if (const auto matches = name_match_counts(page.facts); !matches.empty()) {
         out << "\n"

@@ -2,6 +2,7 @@
 
 #include "embedded/text/ascii.h"
 #include "embedded/text/blanks.h"
+#include "embedded/text/split_lines.h"
 
 #include <algorithm>
 #include <array>
@@ -13,18 +14,6 @@ namespace embedded::sources {
 namespace {
 
 using std::string_view;
-
-std::vector<string_view> lines_of(string_view text) {
-    std::vector<string_view> lines;
-    while (true) {
-        const std::size_t end = text.find('\n');
-        lines.push_back(text.substr(0, end));
-        if (end == string_view::npos) {
-            return lines;
-        }
-        text.remove_prefix(end + 1);
-    }
-}
 
 std::size_t indent_of(string_view line) {
     return std::min(line.find_first_not_of(" \t"), line.size());
@@ -109,7 +98,7 @@ string_view without_first_blank(string_view line) {
 }  // namespace
 
 std::string dedented(string_view text, std::size_t first_indent) {
-    std::vector<string_view> lines = lines_of(text);
+    std::vector<string_view> lines = split_lines(text);
     std::size_t common = std::numeric_limits<std::size_t>::max();
     for (string_view& line : lines) {
         line = trimmed_end(line);
@@ -126,7 +115,7 @@ std::string dedented(string_view text, std::size_t first_indent) {
 }
 
 std::string prose_of_comments(string_view comments) {
-    std::vector<string_view> lines = lines_of(comments);
+    std::vector<string_view> lines = split_lines(comments);
     for (string_view& line : lines) {
         line = without_first_blank(without_mark(without_closing_mark(line)));
     }

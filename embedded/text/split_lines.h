@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-namespace fuzz {
+namespace embedded {
 
-/// The lines of a text without their ends; a last line needs none.
-inline std::vector<std::string_view> lines_of(std::string_view text) {
+/// The lines of a text without their ends; a last line needs none. They are parts of the text.
+inline std::vector<std::string_view> split_lines(std::string_view text) {
     std::vector<std::string_view> lines;
     while (!text.empty()) {
         lines.push_back(text.substr(0, text.find('\n')));
@@ -17,4 +17,4 @@ inline std::vector<std::string_view> lines_of(std::string_view text) {
     return lines;
 }
 
-}  // namespace fuzz
+}  // namespace embedded
