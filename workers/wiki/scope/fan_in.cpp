@@ -36,28 +36,31 @@ void add(std::vector<Use>& uses, const Use& use) {
     uses.push_back(use);
 }
 
-}  // namespace
+// Where every reference that counts also marks its target, the marks of those that do not are all that is left to be
+// noted.
+constexpr bool COUNTS_MARK = !EVIDENCE_RESOLUTIONS.contains(models::LEGACY) && !TRUSTED.contains(models::LEGACY);
 
-bool is_use(std::string_view resolution, std::string_view target_kind, bool import_resolved) {
-    const Resolution judged = _judged(resolution);
-    return judged.is_evidence || (judged.is_unique && !import_resolved && !NAME_MATCH_KINDS.contains(target_kind));
-}
+// The declarations that production references reach.
+struct Reached {
+    Counter<SymbolId> outside;    // references that count, from outside the page
+    Counter<SymbolId> inside;     // and from its own files
+    OrderedSet<SymbolId> marked;  // the targets of those that only mark them
 
-FanIn production_fan_in(const ScopeFacts& facts) {
+    [[nodiscard]] bool contains(SymbolId id) const {
+        return marked.contains(id) || (COUNTS_MARK && (outside.contains(id) || inside.contains(id)));
+    }
+};
+
+Reached reached_by_production(const ScopeFacts& facts) {
     const TextSet page = facts.paths();
     Remembered source_of([&](const Text& path) {
         return facts.test_sources.contains(path) ? Source::TEST : page.contains(path) ? Source::PAGE : Source::OUTSIDE;
     });
     auto resolution_of = _resolution_rule();
     auto is_name_match_kind = _name_match_kind_rule();
-    // Where every reference that counts also marks its target, the marks of those that do not are all that is left to
-    // be noted.
-    constexpr bool COUNTS_MARK = !EVIDENCE_RESOLUTIONS.contains(models::LEGACY) && !TRUSTED.contains(models::LEGACY);
 
-    Counter<SymbolId> outside;
-    outside.reserve(facts.symbols.size());
-    Counter<SymbolId> inside;
-    OrderedSet<SymbolId> marked;
+    Reached reached;
+    reached.outside.reserve(facts.symbols.size());
     for (const InboundReference& reference : facts.inbound) {
         const Source source = source_of(reference.source_path);
         if (source == Source::TEST) {
@@ -67,26 +70,40 @@ FanIn production_fan_in(const ScopeFacts& facts) {
         const bool counts =
             resolution.is_evidence || (resolution.is_trusted && !is_name_match_kind(reference.target_kind));
         if (counts) {
-            (source == Source::PAGE ? inside : outside).add(reference.target_id, reference.refs);
+            (source == Source::PAGE ? reached.inside : reached.outside).add(reference.target_id, reference.refs);
         }
         if (resolution.marks_target && !(counts && COUNTS_MARK)) {
-            marked.insert(reference.target_id);
+            reached.marked.insert(reference.target_id);
         }
     }
-    const auto is_referenced = [&](SymbolId id) {
-        return marked.contains(id) || (COUNTS_MARK && (outside.contains(id) || inside.contains(id)));
-    };
+    return reached;
+}
 
+// In the order of `facts.symbols`.
+OrderedSet<SymbolId> entry_points(const ScopeFacts& facts, const Reached& reached) {
     const OrderedSet<SymbolId> members = _members(facts);
     Remembered can_be_entry([](const Text& kind) { return is_callable_or_type(kind); });
     OrderedSet<SymbolId> entry;
     for (const ScopeSymbol& symbol : facts.symbols) {
-        if (can_be_entry(symbol.kind) && symbol.is_export && !_is_private(symbol.name) && !is_referenced(symbol.id) &&
-            !members.contains(symbol.id) && !utils::is_test_path(symbol.path)) {
+        if (can_be_entry(symbol.kind) && symbol.is_export && !_is_private(symbol.name) &&
+            !reached.contains(symbol.id) && !members.contains(symbol.id) && !utils::is_test_path(symbol.path)) {
             entry.insert(symbol.id);
         }
     }
-    return {std::move(outside), std::move(inside), std::move(entry)};
+    return entry;
+}
+
+}  // namespace
+
+bool is_use(std::string_view resolution, std::string_view target_kind, bool import_resolved) {
+    const Resolution judged = _judged(resolution);
+    return judged.is_evidence || (judged.is_unique && !import_resolved && !NAME_MATCH_KINDS.contains(target_kind));
+}
+
+FanIn production_fan_in(const ScopeFacts& facts) {
+    Reached reached = reached_by_production(facts);
+    OrderedSet<SymbolId> entry = entry_points(facts, reached);
+    return {std::move(reached.outside), std::move(reached.inside), std::move(entry)};
 }
 
 FileUsers file_users(const ScopeFacts& facts) {
