@@ -31,9 +31,8 @@ using KeyHash = std::conditional_t<std::is_same_v<Key, Text>, TextHash, std::has
 /// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in which
 /// the keys were first inserted; no key is ever removed. References to values and iterators stay valid until the next
 /// insertion or `reserve`. A `const OrderedMap` may be read by any number of threads at once. Looking up and inserting
-/// take constant time on average; inserting the key again that was
-/// last inserted, or sought for insertion, takes no search where it is the same text or an equal integer. Throws `std::length_error` beyond
-/// 3 * 2^30 keys; where memory runs out, the mapping is as it was.
+/// take constant time on average. Throws `std::length_error` beyond 3 * 2^30 keys; where memory runs out, the mapping is
+/// as it was.
 template <class Key, class Value>
 class OrderedMap {
   public:
@@ -82,18 +81,13 @@ class OrderedMap {
 
     /// The value of `key` and whether the key is new: then it was added at the end, with `Value()`.
     std::pair<Value&, bool> find_or_add(const Key& key) {
-        if (recent_ < entries_.size() && is_surely(entries_[recent_].key, key)) {
-            return {entries_[recent_].value, false};
-        }
         const std::uint32_t hash = short_hash(key);
-        recent_ = place_of(key, hash);
-        if (recent_ != NONE) {
-            return {entries_[recent_].value, false};
+        if (const std::size_t place = place_of(key, hash); place != NONE) {
+            return {entries_[place].value, false};
         }
         if (entries_.size() >= capacity()) {
             rebuild(entries_.size() + 1);
         }
-        recent_ = entries_.size();
         entries_.push_back({key, Value()});
         occupy(hash, static_cast<std::uint32_t>(entries_.size()));
         return {entries_.back().value, true};
@@ -129,16 +123,6 @@ class OrderedMap {
     static constexpr std::size_t NONE = std::numeric_limits<std::size_t>::max();
     static constexpr std::size_t SMALLEST = 8;
     static constexpr std::size_t MOST_KEYS = std::size_t{3} << 30U;  // three quarters of 2^32 slots
-
-    // Whether two keys are equal, as far as that can be told at a glance.
-    template <class Like>
-    static bool is_surely(const Key& key, const Like& other) {
-        if constexpr (std::is_same_v<Key, Text>) {
-            return key.same_buffer(other);
-        } else {
-            return key == other;
-        }
-    }
 
     // Spreads the hash (of an integer it may be the integer itself) over its upper 32 bits: multiplied once, the high
     // bits of an integer would have no part in the low ones.
@@ -196,7 +180,6 @@ class OrderedMap {
     std::vector<Entry> entries_;
     std::vector<Slot> slots_;  // none, or a power of two
     int shift_ = 0;            // 32 less the logarithm of that power
-    std::size_t recent_ = 0;   // the place of the key that was last inserted or sought for insertion
 };
 
 /// Counts by key: a missing key reads 0, and adding to it creates it at the end. A count that would go beyond 64 bits

@@ -13,15 +13,9 @@ using models::Text;
 // Test -> the files of the page that it refers to or imports.
 models::OrderedMap<Text, models::TextSet> files_reached(const scope::ScopeFacts& facts) {
     models::OrderedMap<Text, models::TextSet> files;
-    const Text* source = nullptr;  // references from one file mostly stand together
-    bool is_test = false;
     for (const scope::InboundReference& reference : facts.inbound) {
-        if (source == nullptr || !source->same_buffer(reference.source_path)) {
-            source = &reference.source_path;
-            is_test = facts.test_sources.contains(*source);
-        }
-        if (is_test) {
-            files[*source].insert(reference.target_path);
+        if (facts.test_sources.contains(reference.source_path)) {
+            files[reference.source_path].insert(reference.target_path);
         }
     }
     for (const auto& [file, tests] : facts.test_imports) {

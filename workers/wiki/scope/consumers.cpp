@@ -1,5 +1,4 @@
 #include "utils/first_in_order.h"
-#include "utils/saturating.h"
 #include "workers/wiki/scope/internal/evidence.h"
 #include "workers/wiki/scope/internal/members.h"
 #include "workers/wiki/scope/internal/privacy.h"
@@ -11,7 +10,6 @@
 #include <algorithm>
 #include <compare>
 #include <set>
-#include <span>
 #include <tuple>
 
 namespace wiki::scope {
@@ -22,31 +20,16 @@ constexpr std::size_t CONSUMER_ROWS = 12;  // consumer files listed
 constexpr std::size_t CONSUMER_NAMES = 4;  // names shown for each consumer file
 constexpr std::size_t UNUSED_NAMES = 8;    // declarations named as unused from outside
 
-// How a file uses the page.
-struct Consumption {
-    std::int64_t references = 0;              // that count
-    const InboundReference* first = nullptr;  // of them
-    const InboundReference* last = nullptr;
-};
-
-using Consumers = OrderedMap<Text, Consumption>;
+using Consumers = Counter<Text>;  // path -> references that count
 using Consumer = Consumers::Entry;
 
 // What the references from production files outside the page amount to.
 struct OutsideUse {
-    Consumers consumers;          // by path
+    Consumers consumers;
     OrderedSet<SymbolId> used;    // the targets of the references that count
     Counter<Text> left_out;       // resolution -> references that do not count
     OrderedSet<Text> left_files;  // the sources of those references
 };
-
-void add(Consumption& consumption, const InboundReference& reference) {
-    consumption.references = utils::saturating_sum(consumption.references, reference.refs);
-    consumption.last = &reference;
-    if (consumption.first == nullptr) {
-        consumption.first = &reference;
-    }
-}
 
 OutsideUse use_from_outside(const ScopeFacts& facts) {
     const TextSet page = facts.paths();
@@ -58,7 +41,7 @@ OutsideUse use_from_outside(const ScopeFacts& facts) {
             continue;
         }
         if (is_use_of(reference)) {
-            add(use.consumers[reference.source_path], reference);
+            use.consumers.add(reference.source_path, reference.refs);
             use.used.insert(reference.target_id);
         } else {
             use.left_out.add(reference.resolution, reference.refs);
@@ -70,19 +53,24 @@ OutsideUse use_from_outside(const ScopeFacts& facts) {
 
 std::vector<const Consumer*> first_consumers(const Consumers& consumers) {
     return utils::first_in_order(consumers, CONSUMER_ROWS, [](const Consumer& left, const Consumer& right) {
-        const auto by_count = right.value.references <=> left.value.references;
+        const auto by_count = right.value <=> left.value;
         return std::is_neq(by_count) ? by_count : left.key <=> right.key;
     });
 }
 
-// Name of a declaration -> the references that a consumer makes to it. An index gives the references from one file one
-// after the other, so that there are hardly others between its first and its last.
-Counter<Text> names_used_by(const Consumer& consumer, const ScopeFacts& facts) {
+// Consumer -> name of a declaration -> references that the consumer makes to it.
+using NamesUsed = OrderedMap<Text, Counter<Text>>;
+
+NamesUsed names_used_by(const std::vector<const Consumer*>& consumers, const ScopeFacts& facts) {
+    NamesUsed names;
+    for (const Consumer* consumer : consumers) {
+        names[consumer->key];
+    }
+    Remembered is_wanted([&](const Text& path) { return names.contains(path); });
     auto is_use_of = _use_rule(facts);
-    Counter<Text> names;
-    for (const InboundReference& reference : std::span(consumer.value.first, consumer.value.last + 1)) {
-        if (reference.source_path == consumer.key && is_use_of(reference)) {
-            names.add(reference.target_name, reference.refs);
+    for (const InboundReference& reference : facts.inbound) {
+        if (is_wanted(reference.source_path) && is_use_of(reference)) {
+            names[reference.source_path].add(reference.target_name, reference.refs);
         }
     }
     return names;
@@ -119,14 +107,13 @@ std::string intro_line(const std::vector<std::string>& unresolved) {
          "name): likely uses, not proven ones. Attribute and constant names are not counted."});
 }
 
-std::string consumer_line(const Consumer& consumer, const ScopeFacts& facts) {
-    const Counter<Text> names = names_used_by(consumer, facts);
+std::string consumer_line(const Consumer& consumer, const Counter<Text>& names) {
     std::vector<std::string> shown;
     for (const auto& [name, references] : names.most_common(CONSUMER_NAMES)) {
         shown.push_back(_concatenated({"`", name, "`"}));
     }
-    return _concatenated({"- `", consumer.key, "` uses ", _shown(shown, names.size()), " (",
-                          std::to_string(consumer.value.references), " refs)"});
+    return _concatenated(
+        {"- `", consumer.key, "` uses ", _shown(shown, names.size()), " (", std::to_string(consumer.value), " refs)"});
 }
 
 std::string overflow_line(std::size_t more) {
@@ -197,8 +184,10 @@ std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::
     const std::vector<std::string> unresolved = unresolved_languages(facts);
 
     std::vector<std::string> lines{std::string(heading), "", intro_line(unresolved)};
-    for (const Consumer* consumer : first_consumers(use.consumers)) {
-        lines.push_back(consumer_line(*consumer, facts));
+    const std::vector<const Consumer*> shown = first_consumers(use.consumers);
+    const NamesUsed names = names_used_by(shown, facts);
+    for (const Consumer* consumer : shown) {
+        lines.push_back(consumer_line(*consumer, *names.find(consumer->key)));
     }
     if (use.consumers.size() > CONSUMER_ROWS) {
         lines.push_back(overflow_line(use.consumers.size() - CONSUMER_ROWS));

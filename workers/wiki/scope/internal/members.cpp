@@ -1,5 +1,6 @@
 #include "workers/wiki/scope/internal/members.h"
 
+#include "workers/wiki/scope/internal/remembered.h"
 #include "workers/wiki/scope/kinds.h"
 
 #include <algorithm>
@@ -84,14 +85,9 @@ OrderedSet<SymbolId> _members(const ScopeFacts& facts) {
 
     OrderedSet<SymbolId> members;
     members.reserve(facts.symbols.size());
-    const Text* path = nullptr;  // declarations of one file mostly stand together
-    const TypesOfFile* types = nullptr;
+    Remembered types_of([&](const Text& path) { return types_by_file.find(path); });
     for (const ScopeSymbol& symbol : facts.symbols) {
-        if (path == nullptr || !path->same_buffer(symbol.path)) {
-            path = &symbol.path;
-            types = types_by_file.find(symbol.path);
-        }
-        if (types != nullptr && types->contain(symbol)) {
+        if (const TypesOfFile* types = types_of(symbol.path); types != nullptr && types->contain(symbol)) {
             members.insert(symbol.id);
         }
     }
