@@ -11,7 +11,7 @@ namespace {
 using namespace wiki::scope;
 
 constexpr std::int64_t TOTAL = 24;
-constexpr std::int64_t LARGE_TOTAL = 10'000;  // more than a floor for each file
+constexpr std::int64_t LARGE_TOTAL = 10'000;  // more than two for each file
 constexpr std::int64_t LIMIT = 12;
 
 template <class Result>
@@ -51,7 +51,7 @@ std::vector<NamedPath> names_of(const std::vector<const ScopeSymbol*>& declarati
     return names;
 }
 
-void floor_pass(const Page& page) {
+void bare_pass(const Page& page) {
     std::size_t hashes = 0;
     Counter<SymbolId> by_target;
     for (const InboundReference& reference : page.facts.inbound) {
@@ -76,20 +76,20 @@ void whole_pass(const ScopeFacts& facts) {
 
 const std::vector<Function>& functions() {
     static const std::vector<Function> FUNCTIONS{
-        {"is_use of each reference", 0, [](const Page& page) { judge_each_use(page.facts); }},
-        {"production_fan_in", 1.0, [](const Page& page) { keep(production_fan_in(page.facts)); }},
-        {"file_users", 2.0, [](const Page& page) { keep(file_users(page.facts)); }},
-        {"rank_key of each declaration", 0, key_each_declaration},
-        {"ranked_by_file", 1.0, [](const Page& page) { keep(ranked_by_file(page.facts, page.fan_in)); }},
-        {"file_seeds", 1.0, [](const Page& page) { keep(file_seeds(page.facts, page.fan_in)); }},
-        {"select_with_quota", 1.5, [](const Page& page) { select(page, TOTAL); }},
-        {"select_with_quota of 10,000", 1.5, [](const Page& page) { select(page, LARGE_TOTAL); }},
-        {"pick_spread over all", 0, [](const Page& page) { keep(pick_spread(page.names, LARGE_TOTAL, 2)); }},
-        {"render_file_cards", 3.0, [](const Page& page) { keep(render_file_cards(page.facts, page.fan_in, "#")); }},
-        {"render_consumers", 2.0, [](const Page& page) { keep(render_consumers(page.facts, page.fan_in, "#")); }},
-        {"neighbours", 0.7, [](const Page& page) { keep(neighbours(page.facts, LIMIT)); }},
-        {"name_match_counts", 0.7, [](const Page& page) { keep(name_match_counts(page.facts)); }},
-        {"whole pass", 8.0, [](const Page& page) { whole_pass(page.facts); }},
+        {"is_use of each reference", [](const Page& page) { judge_each_use(page.facts); }},
+        {"production_fan_in", [](const Page& page) { keep(production_fan_in(page.facts)); }},
+        {"file_users", [](const Page& page) { keep(file_users(page.facts)); }},
+        {"rank_key of each declaration", key_each_declaration},
+        {"ranked_by_file", [](const Page& page) { keep(ranked_by_file(page.facts, page.fan_in)); }},
+        {"file_seeds", [](const Page& page) { keep(file_seeds(page.facts, page.fan_in)); }},
+        {"select_with_quota", [](const Page& page) { select(page, TOTAL); }},
+        {"select_with_quota of 10,000", [](const Page& page) { select(page, LARGE_TOTAL); }},
+        {"pick_spread over all", [](const Page& page) { keep(pick_spread(page.names, LARGE_TOTAL, 2)); }},
+        {"render_file_cards", [](const Page& page) { keep(render_file_cards(page.facts, page.fan_in, "#")); }},
+        {"render_consumers", [](const Page& page) { keep(render_consumers(page.facts, page.fan_in, "#")); }},
+        {"neighbours", [](const Page& page) { keep(neighbours(page.facts, LIMIT)); }},
+        {"name_match_counts", [](const Page& page) { keep(name_match_counts(page.facts)); }},
+        {"whole pass", [](const Page& page) { whole_pass(page.facts); }},
     };
     return FUNCTIONS;
 }

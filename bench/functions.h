@@ -25,16 +25,15 @@ struct Page {
         names_of(select_with_quota(ranked, fan_in, std::ssize(facts.symbols), 1, 1));  // all of them
 };
 
-/// One thing to time, and how many floors it may cost on the large page (0: not limited).
+/// One thing to time.
 struct Function {
     std::string name;
-    double target;
     std::function<void(const Page&)> run;
 };
 
 /// What reading the references once costs: one pass over `inbound` that hashes every source path and adds `refs` to a
 /// table by target id.
-void floor_pass(const Page& page);
+void bare_pass(const Page& page);
 
 /// The whole pass after loading: what a page writer calls, each once.
 void whole_pass(const wiki::scope::ScopeFacts& facts);

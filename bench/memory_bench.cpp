@@ -56,7 +56,6 @@ int main() {
     bench::whole_pass(facts);
     const std::size_t of_pass = peak - before - of_facts;
     std::printf(
-        "\nFacts of the large page: %.0f MB (to reach: 120). The whole pass takes %.0f MB more at its peak, %.2f "
-        "times the facts (to reach: 0.5).\n",
+        "\nFacts of the large page: %.0f MB. The whole pass takes %.0f MB more at its peak, %.2f times the facts.\n",
         megabytes(of_facts), megabytes(of_pass), static_cast<double>(of_pass) / static_cast<double>(of_facts));
 }

@@ -90,7 +90,7 @@ Json to_json(const std::vector<const ScopeSymbol*>& symbols) {
 }
 
 Json to_json(const wiki::scope::RankKey& key) {
-    return {key.is_no_api, key.kind_group, key.is_private, key.outside, key.size, key.inside, key.start_line};
+    return {key.is_internal, key.kind_group, key.is_private, key.outside, key.size, key.inside, key.start_line};
 }
 
 Json to_json(const wiki::scope::NamedPath& named) {

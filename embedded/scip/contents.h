@@ -8,7 +8,7 @@
 
 #include "embedded/files/text_spool.h"
 #include "embedded/scip/description.h"
-#include "embedded/scip/lines.h"
+#include "embedded/scip/line_range.h"
 #include "embedded/scip/scip_file.h"
 #include "embedded/scip/tokens.h"
 #include "embedded/sources/outline.h"
@@ -27,7 +27,7 @@ namespace embedded::scip {
 /// A place where a global symbol is defined.
 struct Definition {
     SymbolNumber symbol = 0;
-    Lines lines;                            ///< of the whole declaration, if the document says where that is
+    LineRange lines;                        ///< of the whole declaration, if the document says where that is
     bool is_whole = false;                  ///< whether it does; else these are the lines of the name
     bool is_forward = false;                ///< whether it only announces what is defined elsewhere
     std::optional<sources::Position> name;  ///< where the name stands

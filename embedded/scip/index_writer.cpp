@@ -24,7 +24,7 @@ struct SymbolRow {
     std::string fqn;
     std::string_view kind;
     bool is_public = false;
-    Lines lines;
+    LineRange lines;
 };
 
 // "src/a.ts" -> "a", "src/a/index.ts" -> "a"

@@ -17,7 +17,7 @@ using sources::SourceDeclaration;
 
 // The definition of a symbol that gives the lines, and what the source says there.
 struct Best {
-    Lines lines;
+    LineRange lines;
     std::optional<std::size_t> in_source;  // the place in the outline
 };
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "embedded/scip/contents.h"
-#include "embedded/scip/lines.h"
+#include "embedded/scip/line_range.h"
 #include "embedded/sources/source_reader.h"
 
 #include <cstdint>
@@ -21,7 +21,7 @@ namespace embedded::scip {
 struct Row {
     SymbolNumber symbol = 0;  ///< of several that are one row, the one whose kind and lines these are
     std::string_view kind;    ///< as `kind_of` (declarations.h) gives it
-    Lines lines;
+    LineRange lines;
     bool is_public = false;
     SpooledText signature;
     SpooledText documentation;

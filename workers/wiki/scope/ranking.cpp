@@ -30,7 +30,7 @@ std::int64_t weighted_rank(std::int64_t uses, bool is_constant) {
 RankKey rank_key(const ScopeSymbol& symbol, const FanIn& fan_in) {
     const bool is_constant = symbol.kind == "constant";
     const std::int64_t size = std::int64_t{symbol.end_line} - symbol.start_line;
-    return {.is_no_api = !fan_in.api(symbol.id),
+    return {.is_internal = !fan_in.api(symbol.id),
             .kind_group = is_callable_or_type(symbol.kind) ? 0 : 1,
             .is_private = _is_private(symbol.name),
             .outside = weighted_rank(fan_in.outside.get(symbol.id, 0), is_constant),

@@ -24,7 +24,7 @@ namespace wiki::scope {
 ///   a constant on line 7, 5 uses from outside, 2 inside                (false, 1, false, -5, 0, -2, 7)
 ///   a private function on lines 5 to 99 that only the page uses, once  (true, 0, true, 0, -40, -2, 5)
 struct RankKey {
-    bool is_no_api = false;       ///< not `FanIn::api`
+    bool is_internal = false;     ///< not part of what the page offers (`FanIn::api`)
     int kind_group = 0;           ///< 0 for callables and types, 1 for other kinds
     bool is_private = false;      ///< the name begins with "_"
     std::int64_t outside = 0;     ///< negated weighted uses from outside the page
