@@ -123,8 +123,10 @@ void Statement::bind(int parameter, std::int64_t integer) {
     }
 }
 
-void Statement::bind_null(int parameter) {
-    if (const int code = sqlite3_bind_null(statement_.get(), parameter); code != SQLITE_OK) {
+void Statement::bind(int parameter, const std::optional<std::int64_t>& integer) {
+    if (integer) {
+        bind(parameter, *integer);
+    } else if (const int code = sqlite3_bind_null(statement_.get(), parameter); code != SQLITE_OK) {
         connection_.fail(code);
     }
 }

@@ -5,6 +5,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -78,7 +79,8 @@ class Statement {
     /// The text is copied.
     void bind(int parameter, std::string_view text);
     void bind(int parameter, std::int64_t integer);
-    void bind_null(int parameter);
+    /// None binds NULL.
+    void bind(int parameter, const std::optional<std::int64_t>& integer);
 
     /// Goes to the next row; false when there is none.
     bool step();

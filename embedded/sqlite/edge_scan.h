@@ -2,6 +2,7 @@
 #pragma once
 
 #include "embedded/sqlite/connection.h"
+#include "embedded/sqlite/index_rows.h"
 
 #include <cstdint>
 #include <optional>
@@ -9,17 +10,6 @@
 #include <vector>
 
 namespace embedded {
-
-/// An edge by the numbers of the rows that it is made of.
-struct EdgeRow {
-    std::int64_t source = 0;  ///< a file
-    std::int64_t target = 0;  ///< a declaration
-    std::int64_t resolution = 0;
-    std::int64_t references = 0;
-
-    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
-    friend auto operator<=>(const EdgeRow&, const EdgeRow&) = default;
-};
 
 /// The sources of some edges; of equal ones that stand together one.
 std::vector<std::int64_t> sources_of(const std::vector<EdgeRow>& edges);

@@ -1,7 +1,8 @@
-// A folder with an index in it, which a test fills with SQL, and a shell to run the command in.
+// A folder with an index in it, which a test fills, and a shell to run the command in.
 #pragma once
 
 #include "embedded/sqlite/index.h"
+#include "embedded/sqlite/row_writer.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
 
 namespace embedded {
@@ -26,16 +28,25 @@ class IndexedFolder : public testing::Test {
         const Connection connection(index, Connection::Mode::CREATE);
         create_schema(connection);
         create_indexes(connection);
-        connection.execute("INSERT INTO resolutions VALUES(1, 'import'), (2, 'local'), (3, 'unique')");
+        add<ResolutionRow>({{IMPORT, "import"}, {LOCAL, "local"}, {UNIQUE, "unique"}});
     }
 
-    void fill(const std::string& sql) const { Connection(index, Connection::Mode::CREATE).execute(sql); }
+    /// The resolutions that the index knows.
+    static constexpr RowId IMPORT = 1;
+    static constexpr RowId LOCAL = 2;
+    static constexpr RowId UNIQUE = 3;
 
-    /// Adds edges, each as (source file, target, 'resolution', references).
-    void fill_edges(const std::string& rows) const {
-        fill("INSERT INTO edges SELECT column1, column2, id, column4 FROM (VALUES " + rows +
-             ") JOIN resolutions ON name = column3");
+    template <class Row>
+    void add(std::initializer_list<Row> rows) const {
+        const Connection connection(index, Connection::Mode::CREATE);
+        RowWriter writer(connection);
+        for (const Row& row : rows) {
+            writer.add(row);
+        }
     }
+
+    /// Changes the index as no import would.
+    void change(const std::string& sql) const { Connection(index, Connection::Mode::CREATE).execute(sql); }
 
     /// Runs a line of shell in the folder.
     [[nodiscard]] Outcome shell(const std::string& line) const {

@@ -15,7 +15,7 @@ using scip::ScipDocument;
 
 class Command : public IndexedFolder {
   protected:
-    Command() { fill("INSERT INTO files(id, path) VALUES(1, 'src/a.ts'), (2, 'src/b.ts'), (3, 'src-b.ts')"); }
+    Command() { add<FileRow>({{1, "src/a.ts"}, {2, "src/b.ts"}, {3, "src-b.ts"}}); }
 };
 
 TEST_F(Command, ExplainsEveryFailureInOneLine) {
@@ -147,7 +147,7 @@ TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
     for (int number = 0; number < 7; ++number) {
         const std::string path = std::to_string(number) + ".ts";
         folder.write(path, "changed");
-        fill("INSERT INTO files(path, content_hash) VALUES('" + path + "', " + std::to_string(number) + ")");
+        add<FileRow>({{10 + number, path, "", number}});
     }
     const std::string changed = ": changed since it was indexed; its lines may be off; index again\n";
     const auto say = [&](const std::string& paths, const std::string& checkout) {
@@ -172,8 +172,8 @@ TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
 TEST_F(Command, EndsQuietlyWhenItsReaderHasSeenEnough) {
     folder.write("src/a.ts", "");
     // More than a pipe holds.
-    fill("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
-         "INSERT INTO symbols SELECT i, 1, '', '', '', 1, 1, 1 FROM n LIMIT 2000");
+    change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+           "INSERT INTO symbols SELECT i, 1, '', '', '', 1, 1, 1 FROM n LIMIT 2000");
     // Services are often started with the signal ignored.
     const std::string page = "'" WIKI_SCOPE "' page src --index index.db --checkout . --format json";
     EXPECT_EQ(shell("trap '' PIPE; " + page + " | head -c 1").err, "");

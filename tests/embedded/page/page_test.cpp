@@ -31,17 +31,19 @@ std::string expected_page(const std::string& name) {
 class PrintedPage : public IndexedFolder {
   protected:
     PrintedPage() {
-        fill(
-            "INSERT INTO files VALUES(1, 'src/a.ts', 'typescript', NULL), (2, 'src/b.lua', NULL, NULL), "
-            "(3, 'srclib/c.ts', 'typescript', NULL), (4, 'test/a.test.ts', 'typescript', NULL);"
-            "INSERT INTO languages VALUES('typescript', 1);"
-            "INSERT INTO symbols VALUES(1, 1, 'One', 'a.One', 'class', 1, 2, 4), "
-            "(2, 1, 'run', 'a.One.run', 'method', 1, 3, 3), (3, 2, 'TICKS', 'b.TICKS', 'constant', 1, 1, 1), "
-            "(4, 3, 'a|b', 'c.a|b', 'x|`y', 1, 5, 6);"
-            "INSERT INTO descriptions VALUES(1, 'class One<' || char(10) || '  T>', 'A <thing> to {@link run|run},"
-            "' || char(10) || 'or not.' || char(10, 10) || '## More'), (2, 'run()', ''), (4, '', 'Of another page.');");
-        fill_edges("(3, 1, 'import', 3), (1, 1, 'local', 4), (4, 1, 'import', 1), (3, 3, 'unique', 2), "
-                   "(1, 4, 'import', 5)");
+        add<FileRow>({{1, "src/a.ts", "typescript"},
+                      {2, "src/b.lua"},
+                      {3, "srclib/c.ts", "typescript"},
+                      {4, "test/a.test.ts", "typescript"}});
+        add<LanguageRow>({{"typescript", true}});
+        add<DeclarationRow>({{1, 1, "One", "a.One", "class", true, 2, 4},
+                             {2, 1, "run", "a.One.run", "method", true, 3, 3},
+                             {3, 2, "TICKS", "b.TICKS", "constant", true, 1, 1},
+                             {4, 3, "a|b", "c.a|b", "x|`y", true, 5, 6}});
+        add<DescriptionRow>({{1, "class One<\n  T>", "A <thing> to {@link run|run},\nor not.\n\n## More"},
+                             {2, "run()", ""},
+                             {4, "", "Of another page."}});
+        add<EdgeRow>({{3, 1, IMPORT, 3}, {1, 1, LOCAL, 4}, {4, 1, IMPORT, 1}, {3, 3, UNIQUE, 2}, {1, 4, IMPORT, 5}});
         folder.write("src/a.ts", "// Says what it is for.\nclass One {\n  run() {}\n}\n");
         folder.write("src/b.lua", "TICKS = '```'\n");
     }
@@ -49,7 +51,8 @@ class PrintedPage : public IndexedFolder {
     // What `wiki-scope page ARGUMENTS` prints; it must succeed, and say nothing else.
     [[nodiscard]] std::string print(const std::string& arguments) const {
         const Outcome page = run("page --index index.db --checkout . " + arguments);
-        EXPECT_TRUE(page.exit_code == 0 && page.err.empty()) << page.err;
+        EXPECT_EQ(page.exit_code, 0) << page.err;
+        EXPECT_EQ(page.err, "");
         return page.out;
     }
 
@@ -78,8 +81,8 @@ TEST_F(PrintedPage, HasOnlyTheWantedSectionsInTheirOrder) {
 }
 
 TEST_F(PrintedPage, QuotesTheLinesThatTheCheckoutHasUnlessToldNotTo) {
-    fill("UPDATE symbols SET end_line = 99 WHERE id = 1; UPDATE symbols SET start_line = 0 WHERE id = 2;"
-         "UPDATE symbols SET kind = 'a' || char(10) || '`b', start_line = 2, end_line = 1 WHERE id = 3;");
+    change("UPDATE symbols SET end_line = 99 WHERE id = 1; UPDATE symbols SET start_line = 0 WHERE id = 2;"
+           "UPDATE symbols SET kind = 'a' || char(10) || '`b', start_line = 2, end_line = 1 WHERE id = 3;");
     const std::string one =
         "### `One`\n\nclass, `src/a.ts:L2-L99`, 3 uses outside, 4 inside\n\nA \\<thing> to run, or not.\n\n";
     const std::string source = "```typescript\nclass One {\n  run() {}\n}\n```\n\n";
@@ -94,9 +97,12 @@ TEST_F(PrintedPage, QuotesTheLinesThatTheCheckoutHasUnlessToldNotTo) {
 }
 
 TEST_F(PrintedPage, IsChosenByTheNumbersOfItsOptions) {
-    fill("INSERT INTO symbols VALUES(11, 1, 'f', '', 'function', 1, 11, 11), (12, 1, 'g', '', 'function', 1, 12, 12), "
-         "(13, 1, 'h', '', 'function', 1, 13, 13), (21, 2, 'C', '', 'constant', 1, 21, 21), "
-         "(22, 2, 'D', '', 'constant', 1, 22, 22), (23, 2, 'E', '', 'constant', 1, 23, 23)");
+    add<DeclarationRow>({{11, 1, "f", "", "function", true, 11, 11},
+                         {12, 1, "g", "", "function", true, 12, 12},
+                         {13, 1, "h", "", "function", true, 13, 13},
+                         {21, 2, "C", "", "constant", true, 21, 21},
+                         {22, 2, "D", "", "constant", true, 22, 22},
+                         {23, 2, "E", "", "constant", true, 23, 23}});
     for (const auto& [options, key, value] : std::vector<std::tuple<std::string, std::string, std::string>>{
              {"", "selection", "[1, 3, 11, 21, 12, 22, 13, 23, 2]"},
              {"--total 6", "selection", "[1, 3, 11, 21, 12, 22]"},
@@ -115,7 +121,7 @@ TEST_F(PrintedPage, IsChosenByTheNumbersOfItsOptions) {
 }
 
 TEST_F(PrintedPage, ListsAPathThatIsNeitherAFileNorAFolderAsMissing) {
-    fill("INSERT INTO files(path) VALUES('/top.ts'), (x'73'), ('src/a' || char(0))");  // the last two are no paths
+    change("INSERT INTO files(path) VALUES('/top.ts'), (x'73'), ('src/a' || char(0))");  // the last two are no paths
     EXPECT_EQ(json("'' caf\xE9 src/a")["missing"], Json({"", "caf\uFFFD", "src/a"}));
     const Json page = json(". src");
     Lines paths;

@@ -24,9 +24,8 @@ class Index : public IndexedFolder {
 };
 
 TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
-    fill(
-        "INSERT INTO files(id, path, language) VALUES(1, 'a.ts', 'typescript'), (2, 'b \"\\|\n.ts', NULL), (3, 'c.ts', '')");
-    fill("INSERT INTO files(id, path, language) VALUES(4, CAST(x'ff2e7473' AS TEXT), 'typescript')");  // not UTF-8
+    add<FileRow>({{1, "a.ts", "typescript"}, {2, "b \"\\|\n.ts"}, {4, "\xFF.ts", "typescript"}});
+    change("INSERT INTO files(id, path, language) VALUES(3, 'c.ts', '')");
     storage::Database db = open();
     const auto files = scope_files(db, Paths{"c.ts", "b \"\\|\n.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
     ASSERT_TRUE(std::ranges::equal(files, Numbers{3, 2, 1, 4}, {}, &storage::ScopeFile::id));
@@ -36,29 +35,38 @@ TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
 }
 
 TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
-    fill("INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts')");
-    fill("INSERT INTO symbols VALUES(5, 1, 'later', 'm.later', 'class', 1, 9, 10), "
-         "(3, 1, 'same', '', 'enum', 0, 2, 2), (2, 1, 'line', '', 'enum', 0, 2, 9), "
-         "(1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999)");
+    add<FileRow>({{1, "a.ts"}, {2, "b.ts"}});
+    add<DeclarationRow>({{5, 1, "later", "m.later", "class", true, 9, 10},
+                         {3, 1, "same", "", "enum", false, 2, 2},
+                         {2, 1, "line", "", "enum", false, 2, 9}});
+    change("INSERT INTO symbols VALUES(1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999)");
     storage::Database db = open();
     const auto symbols = scope_symbols(db, std::vector<storage::FileId>{2, 1, 2});
     ASSERT_TRUE(std::ranges::equal(symbols, Numbers{1, 2, 3, 5}, {}, &storage::ScopeSymbol::id));
     EXPECT_EQ(symbols[0].kind, "");
     EXPECT_EQ(symbols[0].start_line, 0);
     EXPECT_EQ(symbols[0].end_line, std::numeric_limits<std::int32_t>::max());
-    EXPECT_TRUE(symbols[3].is_export && !symbols[2].is_export);
+    EXPECT_TRUE(symbols[3].is_export);
+    EXPECT_FALSE(symbols[2].is_export);
     EXPECT_EQ(symbols[3].fqn, "m.later");
     EXPECT_TRUE(symbols[1].kind.same_buffer(symbols[2].kind));
 }
 
 TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
-    fill("INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'page.ts'), (3, 'test/a.ts'), (4, 'z.ts')");
-    fill("INSERT INTO symbols VALUES(1, 2, 'one', 'one', 'class', 1, 1, 1), "
-         "(2, 2, 'two', 'two', 'class', 1, 2, 2), (3, 4, 'far', 'z.far', 'function', 1, 3, 4)");
-    fill_edges(
-        "(4, 2, 'import', 1), (4, 1, 'unique', 2), (4, 1, 'import', 3), (1, 2, 'import', 4), (2, 1, 'local', 5), "
-        "(2, 3, 'import', 6), (1, 3, 'import', 7), (3, 2, 'import', 8), (3, 1, 'unique', 9)");
-    fill("INSERT INTO edges VALUES(9, 1, 1, 1), (2, 9, 1, 1)");  // from no file, to no declaration
+    add<FileRow>({{1, "a.ts"}, {2, "page.ts"}, {3, "test/a.ts"}, {4, "z.ts"}});
+    add<DeclarationRow>({{1, 2, "one", "one", "class", true, 1, 1},
+                         {2, 2, "two", "two", "class", true, 2, 2},
+                         {3, 4, "far", "z.far", "function", true, 3, 4}});
+    add<EdgeRow>({{4, 2, IMPORT, 1},
+                  {4, 1, UNIQUE, 2},
+                  {4, 1, IMPORT, 3},
+                  {1, 2, IMPORT, 4},
+                  {2, 1, LOCAL, 5},
+                  {2, 3, IMPORT, 6},
+                  {1, 3, IMPORT, 7},
+                  {3, 2, IMPORT, 8},
+                  {3, 1, UNIQUE, 9}});
+    add<EdgeRow>({{9, 1, IMPORT, 1}, {2, 9, IMPORT, 1}});  // from no file, to no declaration
     storage::Database db = open();
     const std::vector<storage::FileId> page{2};
     const auto inbound = inbound_references(db, page);
@@ -75,10 +83,13 @@ TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
 TEST_F(Index, ReadsFilesAndDeclarationsThatDoNotStandTogether) {
     EXPECT_EQ(bound_ranges({7, 3, 1, 2, 2, 9}), "[[1,3],[7,7],[9,9]]");
     EXPECT_EQ(bound_ranges({}), "[]");
-    fill("INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts'), (3, 'c.ts'), (5, 'd.ts')");
-    fill("INSERT INTO symbols VALUES(1, 5, 'd', '', '', 1, 1, 1), (2, 2, 'b', '', '', 1, 2, 2), "
-         "(4, 1, 'a', '', '', 1, 1, 1), (8, 3, 'c', '', '', 1, 1, 1), (9, 7, 'lost', '', '', 1, 1, 1)");
-    fill_edges("(1, 1, 'import', 1), (2, 8, 'import', 2), (3, 2, 'import', 3), (5, 4, 'import', 4)");
+    add<FileRow>({{1, "a.ts"}, {2, "b.ts"}, {3, "c.ts"}, {5, "d.ts"}});
+    add<DeclarationRow>({{1, 5, "d", "", "", true, 1, 1},
+                         {2, 2, "b", "", "", true, 2, 2},
+                         {4, 1, "a", "", "", true, 1, 1},
+                         {8, 3, "c", "", "", true, 1, 1},
+                         {9, 7, "lost", "", "", true, 1, 1}});
+    add<EdgeRow>({{1, 1, IMPORT, 1}, {2, 8, IMPORT, 2}, {3, 2, IMPORT, 3}, {5, 4, IMPORT, 4}});
     storage::Database db = open();
     const std::vector<storage::FileId> page{5, 1, 3, 5, 7};
     EXPECT_TRUE(std::ranges::equal(scope_symbols(db, page), Numbers{1, 4, 8}, {}, &storage::ScopeSymbol::id));
@@ -89,15 +100,17 @@ TEST_F(Index, ReadsFilesAndDeclarationsThatDoNotStandTogether) {
 }
 
 TEST_F(Index, KnowsTheLanguagesWithResolvedImports) {
-    fill("INSERT INTO languages VALUES('typescript', 1), ('lua', 0), ('go', 1)");
+    add<LanguageRow>({{"typescript", true}, {"lua", false}, {"go", true}});
     storage::Database db = open();
     const std::vector<models::Text> languages{"lua", "rust", "typescript"};
     EXPECT_EQ(import_resolved_languages(db, languages), std::vector<models::Text>{"typescript"});
 }
 
 TEST_F(Index, IsReadInOneStateWhileItIsWritten) {
-    fill("PRAGMA journal_mode = WAL; INSERT INTO files(id, path) VALUES(1, 'a.ts'), (2, 'b.ts');"
-         "INSERT INTO symbols VALUES(1, 1, 'f', 'f', 'function', 1, 1, 1); INSERT INTO edges VALUES(2, 1, 1, 1)");
+    change("PRAGMA journal_mode = WAL");
+    add<FileRow>({{1, "a.ts"}, {2, "b.ts"}});
+    add<DeclarationRow>({{1, 1, "f", "f", "function", true, 1, 1}});
+    add<EdgeRow>({{2, 1, IMPORT, 1}});
     const auto write_before_a_statement = [](unsigned, void* path, void*, void*) {
         Connection(*static_cast<const std::string*>(path), Connection::Mode::CREATE)
             .execute("BEGIN; UPDATE symbols SET start_line = start_line + 1; UPDATE edges SET refs = refs + 1; COMMIT");
@@ -113,10 +126,10 @@ TEST_F(Index, IsReadInOneStateWhileItIsWritten) {
 }
 
 TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
-    fill("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
-         "INSERT INTO files(id, path, language) SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
-    fill("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2 FROM files");
-    fill("INSERT INTO edges SELECT id, id % 5000 + 1, 1, 1 FROM files");
+    change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
+           "INSERT INTO files(id, path, language) SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
+    change("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2 FROM files");
+    change("INSERT INTO edges SELECT id, id % 5000 + 1, 1, 1 FROM files");
     storage::Database db = open();
 
     std::vector<std::string> queries;

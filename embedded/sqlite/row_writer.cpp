@@ -1,0 +1,56 @@
+#include "embedded/sqlite/row_writer.h"
+
+namespace embedded {
+
+namespace {
+
+// Inserts one row of values, in the order of the statement's parameters.
+template <class... Values>
+void insert(Statement& statement, const Values&... values) {
+    int parameter = 0;
+    (statement.bind(++parameter, values), ...);
+    statement.run();
+}
+
+}  // namespace
+
+RowWriter::RowWriter(const Connection& connection)
+    : notes_(connection, "INSERT INTO meta(key, value) VALUES(?1, ?2)"),
+      files_(connection, "INSERT INTO files(id, path, language, content_hash) VALUES(?1, ?2, nullif(?3, ''), ?4)"),
+      languages_(connection, "INSERT INTO languages(name, import_resolved) VALUES(?1, ?2)"),
+      declarations_(connection, "INSERT INTO symbols(id, file_id, name, fqn, kind, is_export, start_line, end_line) "
+                                "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"),
+      descriptions_(connection, "INSERT INTO descriptions(symbol_id, signature, documentation) VALUES(?1, ?2, ?3)"),
+      resolutions_(connection, "INSERT INTO resolutions(id, name) VALUES(?1, ?2)"),
+      edges_(connection, "INSERT INTO edges(source_file_id, target_id, resolution_id, refs) VALUES(?1, ?2, ?3, ?4)") {}
+
+void RowWriter::note(std::string_view key, std::string_view value) {
+    insert(notes_, key, value);
+}
+
+void RowWriter::add(const FileRow& row) {
+    insert(files_, row.id, row.path, row.language, row.content_hash);
+}
+
+void RowWriter::add(const LanguageRow& row) {
+    insert(languages_, row.name, std::int64_t{row.import_resolved});
+}
+
+void RowWriter::add(const DeclarationRow& row) {
+    insert(declarations_, row.id, row.file, row.name, row.fqn, row.kind, std::int64_t{row.is_export}, row.first_line,
+           row.last_line);
+}
+
+void RowWriter::add(const DescriptionRow& row) {
+    insert(descriptions_, row.declaration, row.signature, row.documentation);
+}
+
+void RowWriter::add(const ResolutionRow& row) {
+    insert(resolutions_, row.id, row.name);
+}
+
+void RowWriter::add(const EdgeRow& row) {
+    insert(edges_, row.source, row.target, row.resolution, row.references);
+}
+
+}  // namespace embedded
