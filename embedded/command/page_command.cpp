@@ -21,6 +21,7 @@
 #include <ostream>
 #include <span>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -65,6 +66,18 @@ void say_caveats(const Caveats& caveats, const std::string& checkout) {
     }
 }
 
+std::string advice(UnusableIndex::Fault fault, const std::string& path) {
+    switch (fault) {
+    case UnusableIndex::Fault::MISSING:
+        return "; make one with: wiki-scope import INDEX.scip --index " + path;
+    case UnusableIndex::Fault::FOREIGN:
+        return "; name another file";
+    case UnusableIndex::Fault::OUTDATED:
+        break;
+    }
+    return "; import the SCIP file again";
+}
+
 void print_page(const PageArguments& arguments) {
     storage::Database db(open_index(arguments.index));
     const Checkout checkout(arguments.checkout);
@@ -80,6 +93,21 @@ void print_page(const PageArguments& arguments) {
             write_markdown(out, page, db, checkout, markdown_options(arguments));
         }
     });
+}
+
+// Adds to what is wrong with an index what can be done about it.
+void print_page_or_advise(const PageArguments& arguments) {
+    try {
+        print_page(arguments);
+    } catch (const UnusableIndex& error) {
+        throw std::runtime_error(error.what() + advice(error.fault(), arguments.index));
+    } catch (const SqliteError& error) {
+        if (!error.is_about_content()) {
+            throw;
+        }
+        throw std::runtime_error(std::string(error.what()) +
+                                 "; it is not a whole wiki-scope index: import the SCIP file again");
+    }
 }
 
 // Sets a number from the whole of a decimal text; false when the text is none, or the number cannot hold it.
@@ -133,7 +161,7 @@ void add_page_command(CLI::App& app) {
     add_number(page, "--deep-per-file", numbers.deep_per_file, "Names for a deeper treatment from any one file");
     add_number(page, "--neighbours", numbers.neighbours, "Declarations of other files that the page leans on");
 
-    page.callback([arguments] { print_page(*arguments); });
+    page.callback([arguments] { print_page_or_advise(*arguments); });
 }
 
 }  // namespace embedded

@@ -169,7 +169,7 @@ void Replacement::commit() const {
 std::runtime_error cannot_replace(const std::string& path, const std::string& reason) {
     return std::runtime_error(path + ": cannot be written (" + reason + ")" +
                               (exists(path) ? ", and is as it was before" : "") +
-                              "; make room or choose another place, and import again");
+                              "; make room or choose another place");
 }
 
 }  // namespace embedded

@@ -13,7 +13,7 @@ namespace {
 
 std::runtime_error failure(const std::string& path, const std::string& what) {
     return std::runtime_error(path + ": " + what + " (" + last_system_error() +
-                              "); make room on its disk or choose another place, and import again");
+                              "); make room on its disk or choose another place");
 }
 
 // Has `call(done)` transfer bytes until all of them are; false when it fails or gets no further.

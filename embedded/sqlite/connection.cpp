@@ -9,24 +9,25 @@ namespace embedded {
 
 namespace {
 
-const char* advice(int code) {
+// What to do about a failure of the machine; empty when it is the database itself that is amiss.
+std::string_view advice(int code) {
     switch (code) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        return "another program is using it: try again when that has ended";
+        return "; another program is using it: try again when that has ended";
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
-        return "check the permissions of the file, of its folder, and of the folder for temporary files";
+        return "; check the permissions of the file, of its folder, and of the folder for temporary files";
     case SQLITE_READONLY:  // even to be read: its journal has to be played, or shared with a writer
-        return "make the file and its folder writable, then open it once with sqlite3 or import the SCIP file again";
+        return "; make the file and its folder writable, then open it once with sqlite3";
     case SQLITE_FULL:  // also when it is only read: rows are sorted in a file of their own
-        return "make room on its disk, and where temporary files are kept";
+        return "; make room on its disk, and where temporary files are kept";
     case SQLITE_IOERR:
-        return "check its disk, and where temporary files are kept";
+        return "; check its disk, and where temporary files are kept";
     case SQLITE_NOMEM:
-        return "end other programs, or ask for less";
+        return "; end other programs, or ask for less";
     default:  // SQLITE_CORRUPT, SQLITE_NOTADB, and SQLITE_ERROR for a table or a column that is not there
-        return "it is not a whole wiki-scope index: import the SCIP file again";
+        return "";
     }
 }
 
@@ -38,10 +39,14 @@ std::string literal(const std::string& path) {
 }  // namespace
 
 SqliteError::SqliteError(const std::string& path, const std::string& reason, int code)
-    : std::runtime_error(path + ": " + reason + "; " + advice(code)), reason_(reason), code_(code) {}
+    : std::runtime_error((path + ": " + reason).append(advice(code))), reason_(reason), code_(code) {}
 
 bool SqliteError::is_damage() const {
     return code_ == SQLITE_CORRUPT || code_ == SQLITE_NOTADB;
+}
+
+bool SqliteError::is_about_content() const {
+    return is_damage() || code_ == SQLITE_ERROR;
 }
 
 void Connection::Closer::operator()(sqlite3* handle) const {

@@ -15,8 +15,8 @@ struct sqlite3_stmt;
 
 namespace embedded {
 
-/// A failure of SQLite. `what()` is one line that names the database file, gives SQLite's own words and says what to
-/// do.
+/// A failure of SQLite. `what()` is one line that names the database file, gives SQLite's own words and, where the
+/// machine is at fault, says what to do.
 class SqliteError : public std::runtime_error {
   public:
     SqliteError(const std::string& path, const std::string& reason, int code);
@@ -27,6 +27,8 @@ class SqliteError : public std::runtime_error {
     [[nodiscard]] int code() const { return code_; }
     /// Whether the file is damaged, or no database at all.
     [[nodiscard]] bool is_damage() const;
+    /// Whether the file is damaged or does not have the tables and columns that a statement names.
+    [[nodiscard]] bool is_about_content() const;
 
   private:
     std::string reason_;

@@ -127,13 +127,13 @@ void create_indexes(const Connection& connection) {
 
 Connection open_index(const std::string& path) {
     using std::filesystem::file_type;
-    const std::string advice = "make one with: wiki-scope import INDEX.scip --index " + path;
+    using Fault = UnusableIndex::Fault;
     const file_type type = type_of(path);
     if (type == file_type::not_found) {
-        throw std::runtime_error(path + ": no such index; " + advice);
+        throw UnusableIndex(Fault::MISSING, path, "no such index");
     }
     if (type != file_type::regular) {
-        throw std::runtime_error(path + ": not a wiki-scope index but a folder or a device; name a file");
+        throw UnusableIndex(Fault::FOREIGN, path, "not a wiki-scope index but a folder or a device");
     }
     Connection connection(path, Connection::Mode::READ);
     std::optional<std::string> version;
@@ -145,12 +145,12 @@ Connection open_index(const std::string& path) {
         }
     }
     if (!version) {
-        throw std::runtime_error(path + ": not a wiki-scope index; name another file, or " + advice);
+        throw UnusableIndex(Fault::FOREIGN, path, "not a wiki-scope index");
     }
     if (*version != SCHEMA_VERSION) {
-        throw std::runtime_error(path + ": an index of schema version " + *version +
-                                 ", but this program reads version " + std::string(SCHEMA_VERSION) +
-                                 "; import the SCIP file again");
+        throw UnusableIndex(Fault::OUTDATED, path,
+                            "an index of schema version " + *version + ", but this program reads version " +
+                                std::string(SCHEMA_VERSION));
     }
     return connection;
 }

@@ -8,6 +8,7 @@
 
 #include "embedded/sqlite/connection.h"
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -23,8 +24,26 @@ void create_schema(const Connection& connection);
 /// Creates what the queries search by. Best done once all rows are inserted. Throws `SqliteError`.
 void create_indexes(const Connection& connection);
 
-/// Opens an index for reading. Throws `std::runtime_error` with one line that says what to do when there is no such
-/// file, when it is not an index, when it is an index of another schema version, and when it cannot be read.
+/// An index that cannot be read as it is. `what()` is one line that names the file and what is wrong with it.
+class UnusableIndex : public std::runtime_error {
+  public:
+    enum class Fault {
+        MISSING,   ///< there is no such file
+        FOREIGN,   ///< what is there is no index
+        OUTDATED,  ///< an index of another schema version
+    };
+
+    UnusableIndex(Fault fault, const std::string& path, const std::string& reason)
+        : runtime_error(path + ": " + reason), fault_(fault) {}
+
+    [[nodiscard]] Fault fault() const { return fault_; }
+
+  private:
+    Fault fault_;
+};
+
+/// Opens an index for reading. Throws `UnusableIndex`, and `std::runtime_error` with one line that says what to do when
+/// the file cannot be read.
 Connection open_index(const std::string& path);
 
 /// Whether something is at `path` that is not an empty file. Throws `std::runtime_error` with one line when that

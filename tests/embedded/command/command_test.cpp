@@ -4,7 +4,7 @@
 #include "tests/embedded/scip/scip_builder.h"
 
 #include <algorithm>
-#include <tuple>
+#include <utility>
 
 namespace embedded {
 namespace {
@@ -15,77 +15,102 @@ using scip::ScipDocument;
 
 class Command : public IndexedFolder {
   protected:
-    Command() { add<FileRow>({{1, "src/a.ts"}, {2, "src/b.ts"}, {3, "src-b.ts"}}); }
-};
-
-TEST_F(Command, ExplainsEveryFailureInOneLine) {
-    folder.write("src/a.ts", "");
-    folder.write("text.db", "this is no database, but text that is long enough to be taken for one");
-    Connection(folder / "other.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
-    Connection(folder / "foreign.db", Connection::Mode::CREATE)
-        .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '1')");
-    for (const auto& [name, change] :
-         {std::pair("half.db", "DROP TABLE languages"), std::pair("index1.db", "UPDATE meta SET value = '1'"),
-          std::pair("null.db", "UPDATE meta SET value = NULL"),
-          std::pair("wild.db", "UPDATE meta SET value = char(10, 27)")}) {
-        folder.write(name, folder.read("index.db"));
-        Connection(folder / name, Connection::Mode::CREATE).execute(change);
+    Command() {
+        add<FileRow>({{1, "src/a.ts"}, {2, "src/b.ts"}, {3, "src-b.ts"}});
+        folder.write("text.db", "this is no database, but text that is long enough to be taken for one");
+        folder.write("good.scip", scip_file({ScipDocument("a.ts")}));
     }
-    folder.write("cut.db", folder.read("index.db").substr(0, 5000));
-    folder.write("locked.db", folder.read("index.db"));
-    const Connection other_program(folder / "locked.db", Connection::Mode::CREATE);
-    other_program.execute("BEGIN EXCLUSIVE");
-    std::filesystem::create_symlink("loop", folder / "loop");
-    folder.write("good.scip", scip_file({ScipDocument("a.ts")}));
-    folder.write("empty.scip", scip_file({}));
-    const std::vector<std::tuple<std::string, int, std::string>> cases{
-        {"page a --index none.db --checkout .", 1, "none.db: no such index"},
-        {"page a --index text.db --checkout .", 1, "text.db: not a wiki-scope index"},
-        {"page a --index other.db --checkout .", 1, "other.db: not a wiki-scope index"},
-        {"page a --index src --checkout .", 1, "src: not a wiki-scope index"},
-        {"page a --index index1.db --checkout .", 1,
-         "index1.db: an index of schema version 1, but this program reads version 3; import"},
-        {"page a --index null.db --checkout .", 1, "null.db: not a wiki-scope index"},
-        {"page a --index half.db --checkout .", 1, "half.db: no such table: languages; it is not a whole"},
-        {"page a --index wild.db --checkout .", 1, "wild.db: an index of schema version \\x0a\\x1b,"},
-        {"page a --index cut.db --checkout .", 1, "cut.db: database disk image is malformed; it is not a whole"},
-        {"page a --index locked.db --checkout .", 1, "locked.db: database is locked; another program is using it"},
-        {"page a --index loop --checkout .", 1, "loop: cannot be found (Too many levels"},
-        {"page a --index index.db --checkout none", 1, "none: no such folder"},
-        {"page a --index index.db --checkout index.db", 1, "index.db: not a folder"},
-        {"page a --index index.db --checkout loop", 1, "loop: cannot be read (Too many levels"},
-        {"page src --index index.db --checkout . >/dev/full", 1, "standard output: cannot be written (No space left"},
-        {"import good.scip --index good.db >/dev/full", 1, "standard output: cannot be written (No space left"},
-        {"--help >/dev/full", 1, "standard output: cannot be written (No space left"},
-        {"import none.scip --index new.db", 1, "none.scip: no such file"},
-        {"import src --index new.db", 1, "src: not a regular file"},
-        {"import good.scip --index text.db", 1, "text.db: not a wiki-scope index"},
-        {"import good.scip --index foreign.db", 1, "foreign.db: not a wiki-scope index"},
-        {"import good.scip --index locked.db", 1, "locked.db: database is locked"},
-        {"import good.scip --index none/new.db", 1, "none/new.db: cannot be written (No such file or directory); "},
-        {"import empty.scip --index index.db", 1, "empty.scip: names no source file, so index.db is kept"},
-        {"import good.scip --index new.db --checkout none", 1, "none: no such folder"},
-        {"import good.scip --index ''", 2, "--index: an empty name"},
-        {"", 2, "A subcommand is required (see wiki-scope --help)"},
-        {"frob a", 2, "no such command: frob (see wiki-scope --help)"},
-        {"page --index index.db --checkout .", 2, "PATH is required (see wiki-scope page --help)"},
-        {"page a --index index.db --checkout . --total ''", 2, "--total: \"\" is not a number"},
-        {"page a --index index.db --checkout . --total 0x10", 2, "--total: \"0x10\" is not a number"},
-        {"page a --index index.db --checkout . --deep 9223372036854775808", 2, "--deep: \"9223372036854775808\" is"},
-        {"page a --index index.db --checkout . --max-share nan", 2, "--max-share: \"nan\" is not a number"},
-        {"page a --index index.db --checkout . --max-share 1e999", 2, "--max-share: \"1e999\" is not a number"},
-        {"page a --index index.db --checkout . --format xml", 2, "--format: xml not in"},
-        {"page a --index index.db --checkout . --only nothing", 2, "--only: no such section: nothing"},
-    };
-    for (const auto& [arguments, exit_code, says] : cases) {
+
+    void expect_failure(const std::string& arguments, const std::string& says, int exit_code = 1) const {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.exit_code, exit_code) << arguments;
         EXPECT_EQ(outcome.out, "") << arguments;
         EXPECT_TRUE(outcome.err.starts_with("wiki-scope: " + says)) << arguments << " said: " << outcome.err;
         EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
     }
+
+    // A copy of the index, changed by a statement.
+    [[nodiscard]] std::string changed_index(const std::string& name, const std::string& change) const {
+        folder.write(name, folder.read("index.db"));
+        Connection(folder / name, Connection::Mode::CREATE).execute(change);
+        return name;
+    }
+};
+
+TEST_F(Command, ExplainsInOneLineWhatKeepsAnIndexFromBeingRead) {
+    Connection(folder / "other.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
+    folder.write("cut.db", folder.read("index.db").substr(0, 5000));
+    const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
+    other_program.execute("BEGIN EXCLUSIVE");
+    std::filesystem::create_symlink("loop", folder / "loop");
+    for (const auto& [name, says] : std::vector<std::pair<std::string, std::string>>{
+             {"none.db", ": no such index; make one with: wiki-scope import INDEX.scip --index none.db\n"},
+             {"text.db", ": not a wiki-scope index; name another file\n"},
+             {"other.db", ": not a wiki-scope index; name another file\n"},
+             {"/", ": not a wiki-scope index but a folder or a device; name another file\n"},
+             {changed_index("index1.db", "UPDATE meta SET value = '1'"),
+              ": an index of schema version 1, but this program reads version 3; import the SCIP file again\n"},
+             {changed_index("null.db", "UPDATE meta SET value = NULL"), ": not a wiki-scope index; "},
+             {changed_index("half.db", "DROP TABLE languages"),
+              ": no such table: languages; it is not a whole wiki-scope index: import the SCIP file again\n"},
+             {changed_index("wild.db", "UPDATE meta SET value = char(10, 27, 127) || 'é~'"),
+              ": an index of schema version \\x0a\\x1b\\x7fé~,"},
+             {"cut.db", ": database disk image is malformed; it is not a whole wiki-scope index: import"},
+             {"locked.db", ": database is locked; another program is using it"},
+             {"loop", ": cannot be found (Too many levels"},
+         }) {
+        expect_failure("page a --checkout . --index " + name, name + says);
+    }
+}
+
+TEST_F(Command, ExplainsInOneLineWhatKeepsAnImportFromBeingMade) {
+    Connection(folder / "foreign.db", Connection::Mode::CREATE)
+        .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '1')");
+    const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
+    other_program.execute("BEGIN EXCLUSIVE");
+    folder.write("empty.scip", scip_file({}));
+    expect_failure("import none.scip --index new.db", "none.scip: no such file");
+    expect_failure("import / --index new.db", "/: not a regular file");
+    expect_failure("import empty.scip --index index.db", "empty.scip: names no source file, so index.db is kept");
+    expect_failure("import good.scip --index text.db", "text.db: not a wiki-scope index, so it is not replaced");
+    expect_failure("import good.scip --index foreign.db", "foreign.db: not a wiki-scope index");
+    expect_failure("import good.scip --index locked.db", "locked.db: database is locked");
+    expect_failure("import good.scip --index none/new.db",
+                   "none/new.db: cannot be written (No such file or directory); ");
+    expect_failure("import good.scip --index new.db --checkout none", "none: no such folder");
     EXPECT_TRUE(folder.read("text.db").starts_with("this is"));
     EXPECT_FALSE(std::filesystem::exists(folder / "new.db"));
+}
+
+TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsFolderOrItsOutput) {
+    folder.write("src/a.ts", "");
+    std::filesystem::create_symlink("loop", folder / "loop");
+    expect_failure("page a --index index.db --checkout none", "none: no such folder");
+    expect_failure("page a --index index.db --checkout index.db", "index.db: not a folder");
+    expect_failure("page a --index index.db --checkout loop", "loop: cannot be read (Too many levels");
+    for (const std::string writes :
+         {"page src --index index.db --checkout .", "import good.scip --index good.db", "--help"}) {
+        expect_failure(writes + " >/dev/full", "standard output: cannot be written (No space left");
+    }
+}
+
+TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
+    constexpr int WRONG_USAGE = 2;
+    expect_failure("", "A subcommand is required (see wiki-scope --help)", WRONG_USAGE);
+    expect_failure("frob a", "no such command: frob (see wiki-scope --help)", WRONG_USAGE);
+    expect_failure("import good.scip --index ''", "--index: an empty name", WRONG_USAGE);
+    expect_failure("page --index index.db --checkout .", "PATH is required (see wiki-scope page --help)", WRONG_USAGE);
+    for (const auto& [option, says] : std::vector<std::pair<std::string, std::string>>{
+             {"--total ''", "--total: \"\" is not a number"},
+             {"--total 0x10", "--total: \"0x10\" is not a number"},
+             {"--deep 9223372036854775808", "--deep: \"9223372036854775808\" is"},
+             {"--max-share nan", "--max-share: \"nan\" is not a number"},
+             {"--max-share 1e999", "--max-share: \"1e999\" is not a number"},
+             {"--format xml", "--format: xml not in"},
+             {"--only nothing", "--only: no such section: nothing"},
+         }) {
+        expect_failure("page a --index index.db --checkout . " + option, says, WRONG_USAGE);
+    }
 }
 
 TEST_F(Command, SaysWhatAnImportHasMadeAndPassedOver) {
@@ -116,6 +141,7 @@ TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
         large.defines(scip::symbol("f" + std::to_string(id) + "()."));
     }
     folder.write("big.scip", scip_file({large, large}));
+    const auto files = std::distance(std::filesystem::directory_iterator(folder / ""), {}) + 2;  // out and err
     // In the background of a script SIGINT is ignored, SIGTERM is not.
     const auto signalled = [&](const std::string& signal) {
         return shell("'" WIKI_SCOPE "' import big.scip --index new.db & "
@@ -126,7 +152,7 @@ TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
     const Outcome ended = signalled("TERM");
     EXPECT_EQ(ended.exit_code, 1);
     EXPECT_EQ(ended.err, "wiki-scope: interrupted; nothing was changed at new.db\n");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / ""), {}), 4);  // index.db, big.scip, out, err
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / ""), {}), files);
     EXPECT_EQ(signalled("INT").exit_code, 0);
 }
 
