@@ -126,6 +126,11 @@ TEST_F(Command, SaysWhatAnImportHasMadeAndPassedOver) {
               "No source could be read: ok..ts; name the folder that was indexed with --checkout\n");
 }
 
+TEST_F(Command, RunsWithoutStandardInput) {
+    EXPECT_EQ(run("import good.scip --index new.db <&-").exit_code, 0);
+    EXPECT_EQ(run("page src --index index.db --checkout . <&-").out, run("page src --index index.db --checkout .").out);
+}
+
 TEST_F(Command, TakesPathsThatMeanMoreToSqliteAsTheyStand) {
     folder.write("one.scip", scip_file({ScipDocument("a.ts")}));
     for (const std::string name : {":memory:", "file:a.db?mode=memory"}) {

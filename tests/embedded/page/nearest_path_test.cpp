@@ -10,8 +10,16 @@ namespace {
 
 TEST(NearestPath, HasTheSameNameOrFewEdits) {
     const std::string long_name(10'000, 'x');
-    const std::vector<std::string> paths{"src/b/map.ts", "src/b", "src/a/map.ts", "src/a/Observable.ts",
-                                         "\xE9",         "ab",    "ba",           long_name};
+    const std::vector<std::string> paths{"x/far/lib/set.ts",
+                                         "x/far/bib/set.ts",
+                                         "src/b/map.ts",
+                                         "src/b",
+                                         "src/a/map.ts",
+                                         "src/a/Observable.ts",
+                                         "\xE9",
+                                         "ab",
+                                         "ba",
+                                         long_name};
     const std::vector<std::tuple<std::string, std::optional<std::string>>> cases{
         {"src/a/Observble.ts", "src/a/Observable.ts"},
         {"SRC/A/observable.TS", "src/a/Observable.ts"},
@@ -27,6 +35,9 @@ TEST(NearestPath, HasTheSameNameOrFewEdits) {
         {"aab", "ab"},
         {"", std::nullopt},
         {"x", std::nullopt},
+        {"lib/set.ts", "x/far/lib/set.ts"},
+        {"nowhere/at/all/bib/set.ts", "x/far/bib/set.ts"},
+        {"et.ts", std::nullopt},
         {long_name + "12345678", long_name},
         {long_name + "123456789", std::nullopt},
     };

@@ -70,6 +70,7 @@ TEST_F(PrintedPage, StatesTheSameAsJson) {
     expected["file_cards"] = print("src none.ts --only files");
     expected["consumers"] = print("src none.ts --only consumers");
     EXPECT_EQ(json("src none.ts"), expected);
+    EXPECT_TRUE(print("src --format json").ends_with("}\n"));
 }
 
 TEST_F(PrintedPage, GivesSetsInOrderAsJson) {

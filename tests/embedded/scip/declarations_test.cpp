@@ -65,7 +65,8 @@ TEST(ScipReader, TakesUnpackedNumbersAndPassesOverWhatItDoesNotKnow) {
     }
     const Occurrence occurrence = Occurrence::read(bytes);
     EXPECT_EQ(occurrence.range, (Range{4, 0, 4, 1}));
-    EXPECT_TRUE(occurrence.symbol.empty() && !occurrence.is_definition());
+    EXPECT_EQ(occurrence.symbol, "");
+    EXPECT_FALSE(occurrence.is_definition());
 }
 
 TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {

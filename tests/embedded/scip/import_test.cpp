@@ -2,6 +2,8 @@
 
 #include "tests/embedded/scip/import_fixture.h"
 
+#include <algorithm>
+
 namespace embedded::scip {
 namespace {
 
@@ -77,12 +79,25 @@ TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
     };
     for (const auto& [bytes, message] : cases) {
         const std::string said = failure(folder.write("in.scip", bytes));
-        EXPECT_TRUE(said.starts_with(folder / "in.scip" + ": ") && said.find(message) != std::string::npos &&
-                    said.find('\n') == std::string::npos)
-            << said << "\nexpected: " << message;
+        EXPECT_TRUE(said.starts_with(folder / "in.scip" + ": ")) << said;
+        EXPECT_NE(said.find(message), std::string::npos) << said << "\nexpected: " << message;
+        EXPECT_EQ(std::ranges::count(said, '\n'), 0) << said;
         EXPECT_TRUE(stands_alone(old)) << message;
     }
 }
+
+TEST_F(ScipImport, ItsProgressGrowsUpToItsTotal) {
+    std::int64_t last = -1;
+    std::int64_t total = 0;
+    import({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers(F), ScipDocument("")},
+           [&](std::int64_t done, std::int64_t of) {
+               EXPECT_GE(done, last);
+    last = done;
+    total = of;
+});
+EXPECT_EQ(last, total);
+EXPECT_GT(total, 1);
+}  // namespace
 
 TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
     const ScipDocument large = ScipDocument("a.ts").describes(F, {.documentation = {std::string(1 << 20, ' ')}});
@@ -96,5 +111,5 @@ TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
     EXPECT_NE(said.find("a truncated SCIP file"), std::string::npos) << said;
 }
 
-}  // namespace
+}  // namespace embedded::scip
 }  // namespace embedded::scip

@@ -53,9 +53,9 @@ TEST(ScipSymbol, WhatDoesNotParseIsNoSymbol) {
     for (const char* string : {"", "tool", "tool npm pkg 1.0", " npm pkg 1.0 a#", "tool  npm pkg 1.0 a#"}) {
         EXPECT_FALSE(parse_symbol(string)) << string;
     }
-    for (const std::string& descriptors :
-         std::vector<std::string>{"", "a", "#", "a b#", "a.?/", "`a", "`a`", "``#", "f(", "f(1", "f()", "f()#",
-                                  "f(a b).", "[T", "(p]", "a#?", std::string(100'000, '('), std::string(99'999, '`')}) {
+    for (const std::string& descriptors : std::vector<std::string>{
+             "", "a", "#", "a b#", "a.?/", "`a", "`a`", "``#", "f(", "f(1", "f()", "f()#", "f(a b).", "[T", "(p]",
+             "a#?", "a\x7F#", std::string(100'000, '('), std::string(99'999, '`')}) {
         EXPECT_FALSE(parse_symbol(symbol(descriptors))) << descriptors.substr(0, 40);
     }
 }

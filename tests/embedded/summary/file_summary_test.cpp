@@ -44,6 +44,10 @@ TEST(FileSummary, TheFirstParagraphOfEveryKindOfCommentLosesItsMarks) {
         {"ur\"\"\"Sorts rows,\n\nunclosed", "Sorts rows,"},
         {"//===-- sort.h - Sorts ------*- C++ -*-===//\n", "sort.h - Sorts"},
         {"##############\n# Sorts rows #\n##############", "Sorts rows"},
+        {"// | Sorts rows |", "Sorts rows"},
+        {"/* Sorts rows     *\n * slowly.        *\n */", "Sorts rows slowly."},
+        {"# ===Sorts rows---", "Sorts rows"},
+        {"# ==Sorts rows--", "==Sorts rows--"},
     });
 }
 
@@ -66,6 +70,7 @@ TEST(FileSummary, WhatSaysNothingAboutTheFileIsPassedOver) {
         {"<?php\nnamespace A;\n/** Sorts. */", "Sorts."},
         {"// ------\n// sort.c\n// ------\n// Sorts.", "Sorts."},
         {"/**/ /***/ // Sorts.", "Sorts."},
+        {"# Author: A\n# Created by A\n# $Id: a.sh$\n# @(#) a.sh\n# SPDX-License-Identifier: MIT\n# Sorts.", "Sorts."},
     });
 }
 
@@ -124,6 +129,13 @@ TEST(FileSummary, TagsEndAParagraphAndOnlyDescribingOnesGiveTheirText) {
         {"/** @module a\n */\n/** Sorts. */", "Sorts."},
         {"/** @param a the\n rows */\nf();", ""},
         {"\"\"\"\n:copyright: me\n\n:mod:`a` sorts.\n\"\"\"", ":mod:`a` sorts."},
+        {"/** @desc{Sorts rows.} */", "{Sorts rows.}"},
+        {"/** @desc[Sorts rows.] */", "[Sorts rows.]"},
+        {"/** @some-more_words a\n */\n/** Sorts. */", "Sorts."},
+        {"# @brief: Sorts.", "Sorts."},
+        {"# @a.b sorts rows.", "@a.b sorts rows."},
+        {"# :brief sorts rows.", ":brief sorts rows."},
+        {"# @ sorts rows.", "@ sorts rows."},
     });
 }
 
@@ -148,6 +160,14 @@ TEST(FileSummary, AtMost160CodePointsCutAtAWord) {
 TEST(FileSummary, OnlyTheBeginningOfAnEndlessLineIsRead) {
     const std::vector<std::string> lines{"/*!", repeated("***** ", 1'000) + "sorts", "Sorts. */"};
     EXPECT_EQ(wiki::file_summary(lines), "Sorts.");
+    const auto padded = [](const std::string& text, std::size_t length) {
+        return "//" + std::string(length - 2 - text.size(), ' ') + text;
+    };
+    EXPECT_EQ(summary(padded("Sorts rows.", 4096)), "Sorts rows.");
+    EXPECT_EQ(summary(padded("Sorts rows.", 4097)), "Sorts rows");
+    const std::string e_acute = "\xC3\xA9";
+    EXPECT_EQ(summary(padded("Sorts rows " + e_acute, 4097)), "Sorts rows");
+    EXPECT_EQ(summary(std::string(5'000, '\x80') + "\n// Sorts."), "Sorts.");
 }
 
 }  // namespace
