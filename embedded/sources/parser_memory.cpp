@@ -47,8 +47,6 @@ void remove(const Header* header) {
     header->behind->before = header->before;
 }
 
-// NOLINTBEGIN(*-no-malloc,*-owning-memory): these are what the parser calls so
-
 void* as_block(void* memory) {
     if (memory == nullptr) {
         std::abort();  // the parser could not go on either
@@ -60,7 +58,7 @@ void* as_block(void* memory) {
 }
 
 void* allocate(std::size_t size) {
-    return as_block(std::malloc(sizeof(Header) + size));
+    return as_block(std::malloc(sizeof(Header) + size));  // NOLINT(*-no-malloc)
 }
 
 void* allocate_zeros(std::size_t count, std::size_t size) {
@@ -74,14 +72,14 @@ void* reallocate(void* block, std::size_t size) {
         return allocate(size);
     }
     remove(header_of(block));
-    return as_block(std::realloc(header_of(block), sizeof(Header) + size));
+    return as_block(std::realloc(header_of(block), sizeof(Header) + size));  // NOLINT(*-no-malloc)
 }
 
 void release(void* block) {
     if (block != nullptr && header_of(block)->mark == mark_of(block)) {
         header_of(block)->mark = 0;
         remove(header_of(block));
-        std::free(header_of(block));
+        std::free(header_of(block));  // NOLINT(*-no-malloc)
     }
 }
 
@@ -93,12 +91,10 @@ ParserMemory::ParserMemory() {
 
 ParserMemory::~ParserMemory() {
     for (Header* header = ring->behind; header != ring;) {
-        std::free(std::exchange(header, header->behind));
+        std::free(std::exchange(header, header->behind));  // NOLINT(*-no-malloc)
     }
-    std::free(std::exchange(ring, nullptr));
+    std::free(std::exchange(ring, nullptr));  // NOLINT(*-no-malloc)
 }
-
-// NOLINTEND(*-no-malloc,*-owning-memory)
 
 void ParserMemory::set_up() {
     static const bool is_set_up = [] {

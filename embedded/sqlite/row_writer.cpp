@@ -33,12 +33,12 @@ void RowWriter::add(const FileRow& row) {
 }
 
 void RowWriter::add(const LanguageRow& row) {
-    insert(languages_, row.name, std::int64_t{row.import_resolved});
+    insert(languages_, row.name, std::int64_t{row.import_resolved ? 1 : 0});
 }
 
 void RowWriter::add(const DeclarationRow& row) {
-    insert(declarations_, row.id, row.file, row.name, row.fqn, row.kind, std::int64_t{row.is_export}, row.first_line,
-           row.last_line);
+    insert(declarations_, row.id, row.file, row.name, row.fqn, row.kind, std::int64_t{row.is_export ? 1 : 0},
+           row.first_line, row.last_line);
 }
 
 void RowWriter::add(const DescriptionRow& row) {

@@ -60,7 +60,7 @@ TEST(Outline, ModulesSayWhatTheyHaveFromOthersAndPassOn) {
                          "export { default as p } from './p'\nexport * as q from './q'\nexport * from './r'\n"
                          "export const s = 1\n")
              .links) {
-        list += name + "<" + original + "<" + module + (is_exported ? "!" : "") + " ";
+        list.append(name).append("<").append(original).append("<").append(module).append(is_exported ? "! " : " ");
     }
     EXPECT_EQ(list, "a<a<./m c<b<./m n<<./n a<a<! o<n<! p<default<./p! q<<./q! <<./r! ");
     EXPECT_EQ(places_of_module("src/a.ts", "./b.js").front(), "src/b.js");
