@@ -31,8 +31,8 @@ using KeyHash = std::conditional_t<std::is_same_v<Key, Text>, TextHash, std::has
 /// A mapping from keys to values. Iteration yields the entries, each with `key` and `value`, in the order in which
 /// the keys were first inserted; no key is ever removed. References to values and iterators stay valid until the next
 /// insertion or `reserve`. A `const OrderedMap` may be read by any number of threads at once. Looking up and inserting
-/// take constant time on average. Throws `std::length_error` beyond 3 * 2^30 keys; where memory runs out, the mapping is
-/// as it was.
+/// take constant time on average. Throws `std::length_error` beyond 3 * 2^30 keys; where memory runs out, the mapping
+/// is as it was.
 template <class Key, class Value>
 class OrderedMap {
   public:

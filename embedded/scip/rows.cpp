@@ -154,7 +154,8 @@ class FileReader {
         return !is_there || is_public_by_signature(language_of(file_.language, path_), description(candidate.symbol));
     }
 
-    // Puts candidates of one scope and one name into one group: accessors of a property, and what a token names together.
+    // Puts candidates of one scope and one name into one group: accessors of a property, and what a token names
+    // together.
     void merge() {
         std::unordered_map<std::uint32_t, std::size_t> first_of_group;
         std::map<std::pair<std::string_view, std::string>, std::size_t> first_accessor;

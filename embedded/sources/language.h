@@ -55,7 +55,8 @@ struct Language {
     /// Whether a declaration says for the next one of its name, too, what it is: the first of several overloads, or the
     /// accessor that reads a property.
     bool has_versions;
-    /// Puts a text in a way that the grammar understands better, with every name in its place; null where there is none.
+    /// Puts a text in a way that the grammar understands better, with every name in its place; null where there is
+    /// none.
     std::string (*mend)(std::string_view text) = nullptr;
 };
 

@@ -45,8 +45,8 @@ class Database {
     /// The name of a resolution; the empty text when the index has none.
     [[nodiscard]] models::Text resolution(std::int64_t id);
 
-    /// The declarations of these files, as far as the index has both. The last answer is remembered, as all questions of
-    /// a page are about the same files; it is valid until the next question.
+    /// The declarations of these files, as far as the index has both. The last answer is remembered, as all questions
+    /// of a page are about the same files; it is valid until the next question.
     const embedded::DeclarationTable& declarations_of(std::span<const FileId> files);
 
     /// The declarations with these ids, as far as the index has them and their files.

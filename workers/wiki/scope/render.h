@@ -42,9 +42,9 @@ struct Neighbour {
 
 /// The production declarations in other files that the page uses most, by their references, most first; equal counts
 /// by fully qualified name, then in the order of `facts.outbound`. At most `limit`; none when it is 0 or negative.
-/// References that only match the name of an attribute or a constant do not count. Where records of several declarations
-/// have one id, theirs is one count, and the record is that of the last reference that counts. A count that would go
-/// beyond 64 bits stops at their ends. Calls `is_test_path`, whose failures pass unchanged to the caller.
+/// References that only match the name of an attribute or a constant do not count. Where records of several
+/// declarations have one id, theirs is one count, and the record is that of the last reference that counts. A count
+/// that would go beyond 64 bits stops at their ends. Calls `is_test_path`, whose failures pass unchanged to the caller.
 std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit);
 std::vector<Neighbour> neighbours(const ScopeFacts&& facts, std::int64_t limit) = delete;  // would dangle
 
