@@ -109,6 +109,7 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
         {"T#", {.signature = "type T = 1"}, "type T T"},
         {"T#", fenced("public final interface T"), "interface T T"},
         {"T#", fenced("alias interface T"), "class T T"},
+        {"T#", fenced("interface_2 T"), "class T T"},
         // Stated kinds, one of each row kind; an unknown one says nothing.
         {"f().", {.kind = 7, .display_name = "F"}, "class F f"},
         {"T#", {.kind = 59}, "struct T T"},

@@ -114,10 +114,13 @@ TEST_F(ScipImport, AModuleNamedByTheEndOfItsNameIsTheOnlyOneThatEndsSo) {
     const auto defines = [](const std::string& path, const std::string& module) {
         return ScipDocument(path).defines(symbol("`" + module + "`/__init__:"), {0, 0, 0});
     };
-    import({defines("p/q.py", "p.q"), defines("p/r.py", "p.r"), defines("p/s/r.py", "p.s.r"),
-            ScipDocument("p/s/a.py").refers(symbol("q/__init__:")).refers(symbol("r/__init__:"))});
-    EXPECT_EQ(declarations(), "q module 1-1 public");
-    EXPECT_EQ(edges(), "p/s/a.py 1 import 1");
+    import({defines("p/q.py", "p.q"), defines("p/r.py", "p.r"), defines("p/s/r.py", "p.s.r"), defines("s/r.py", "s.r"),
+            ScipDocument("p/s/a.py")
+                .refers(symbol("q/__init__:"))
+                .refers(symbol("r/__init__:"))
+                .refers(symbol("`s.r`/__init__:"))});
+    EXPECT_EQ(rows("SELECT fqn AS row FROM symbols"), "p.q.__init__; s.r.__init__");
+    EXPECT_EQ(edges(), "p/s/a.py 1 import 1; p/s/a.py 2 import 1");
 }
 
 TEST_F(ScipImport, AFileThatNobodyImportsAsAWholeIsNoModule) {

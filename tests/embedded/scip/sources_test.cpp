@@ -46,6 +46,26 @@ TEST_F(ScipImport, WithoutASourceTheDocumentsSpeak) {
     EXPECT_EQ(rows("SELECT path || ' ' || (content_hash IS NULL) AS row FROM files"), "gone.ts 1; latin.ts 0");
 }
 
+TEST_F(ScipImport, ALanguageThatNobodyReadsIsPublicAsItsSignaturesSay) {
+    folder.write("checkout/a.cs", "class C\n");
+    folder.write("checkout/a.kt", "class C\n");
+    const std::string h = symbol("h().");
+    const std::string k = symbol("k().");
+    import_with_sources({ScipDocument("a.cs", "CSharp")
+                             .defines(F)
+                             .describes(F, {.signature = "static public void f()"})
+                             .defines(G, {1, 0, 1})
+                             .describes(G, {.signature = "static void g()"})
+                             .defines(symbol("C#"), {2, 0, 1}),
+                         ScipDocument("a.kt", "Kotlin")
+                             .defines(h)
+                             .describes(h, {.signature = "suspend fun h()"})
+                             .defines(k, {1, 0, 1})
+                             .describes(k, {.signature = "internal fun k()"})});
+    EXPECT_EQ(declarations(), "f function 1-1 public; g function 2-2; C class 3-3 public; h function 1-1 public; "
+                              "k function 2-2");
+}
+
 TEST_F(ScipImport, ASourceThatHasChangedSinceItWasIndexedIsKnownByWhatHasMoved) {
     folder.write("checkout/a.ts", "// a new line\nexport function f() {}\n");
     folder.write("checkout/b.ts", "export function g() {}\n");

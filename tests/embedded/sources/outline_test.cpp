@@ -70,9 +70,10 @@ TEST(Outline, ModulesSayWhatTheyHaveFromOthersAndPassOn) {
 }
 
 TEST(Outline, TypeScriptNamespacesArePublicWithWhatTheyExport) {
-    EXPECT_EQ(declarations(
-                  "a.ts", "import 'b'\nexport namespace N { export const a = 1; let b }\nnamespace M { export let c }"),
-              "N 2-2 public; a 2-2 public constant; b 2-2; M 3-3; c 3-3");
+    EXPECT_EQ(
+        declarations("a.ts",
+                     "import 'b'\nexport namespace N { export const a = 1; let b }\nnamespace M {\nexport let c }"),
+        "N 2-2 public; a 2-2 public constant; b 2-2; M 3-4; c 4-4");
     EXPECT_EQ(
         declarations("a.ts", "import 'b'\ndeclare global { interface Error {} }\ndeclare module 'x' { class Y {} }"),
         "Error 2-2; 'x' 3-3; Y 3-3");

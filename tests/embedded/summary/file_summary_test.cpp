@@ -66,7 +66,7 @@ TEST(FileSummary, WhatSaysNothingAboutTheFileIsPassedOver) {
         {"/* eslint-disable a,\n   b */\n'use strict';\n/** Sorts. */", "Sorts."},
         {"/// <reference types=\"node\" />\n// @ts-check\n// Sorts.", "Sorts."},
         {"//go:build linux\n// +build linux\n\n// Package sort sorts.\npackage sort", "Package sort sorts."},
-        {"#ifndef A_H\n#define A_H 1\n#pragma once\n\n/* Sorts. */", "Sorts."},
+        {"#ifndef A_H\n#define A_H\n#define B_H 1\n#pragma once\n\n/* Sorts. */", "Sorts."},
         {"<?php\nnamespace A;\n/** Sorts. */", "Sorts."},
         {"// ------\n// sort.c\n// ------\n// Sorts.", "Sorts."},
         {"/**/ /***/ // Sorts.", "Sorts."},
