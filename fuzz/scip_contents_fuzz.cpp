@@ -143,11 +143,11 @@ void check_scip(const std::string& path) {
     try {
         static const embedded::TemporaryFolder folder;
         TextSpool spool(folder / "texts");
-        ScipFile scip(path, [] {});
+        ScipFile scip(InputFile(path, folder / "copy", [] {}), [] {});
         std::int64_t read = 0;
         std::size_t begun = 0;
         const ContentsListener listener{.new_file = [&](auto&, auto&) { ++begun; }, .after_document = [&] { ++read; }};
-        const Contents contents = read_contents(scip, spool, listener);
+        const Contents contents = read_contents({{{&scip, ""}}}, spool, listener);
         promise(std::cmp_equal(read, scip.document_count()), "every document is read once");
         promise(begun == contents.files.size(), "every file begins once");
         std::int64_t documents = contents.unusable_documents;

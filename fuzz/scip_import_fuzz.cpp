@@ -67,7 +67,7 @@ class Workshop {
             promise(0 <= done && done <= total && total > 0, "the steps that are done are some of all");
         };
         try {
-            return scip::import_scip({folder_ / "in.scip", index_, folder_ / "checkout"}, check_progress);
+            return scip::import_scip({{folder_ / "in.scip"}, index_, folder_ / "checkout"}, check_progress);
         } catch (const std::runtime_error& error) {
             const std::string_view said = error.what();
             promise(said.starts_with(folder_ / "in.scip" + ": "), "a failure names the file");

@@ -10,19 +10,21 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace embedded {
 
 namespace {
 
 struct ImportArguments {
-    std::string scip;
+    std::vector<std::string> scip;
     std::string index;
-    std::string checkout;  // empty for the SCIP file's own root
+    std::string checkout;  // empty for the root that the SCIP files state
 };
 
 // One line on a terminal that says how far the import has come; nothing elsewhere.
@@ -51,11 +53,14 @@ class ProgressLine {
 };
 
 void run_import(const ImportArguments& arguments) {
+    if (std::ranges::count(arguments.scip, "-") > 1) {
+        throw CLI::ValidationError("INDEX.scip", "- can be named once");
+    }
     const Interruption interruption;
     scip::ImportReport report;
     {
         ProgressLine progress;
-        const scip::ImportRequest request{.scip_path = arguments.scip,
+        const scip::ImportRequest request{.scip_paths = arguments.scip,
                                           .index_path = arguments.index,
                                           .checkout = arguments.checkout.empty() ? std::nullopt
                                                                                  : std::optional(arguments.checkout)};
@@ -71,11 +76,12 @@ void run_import(const ImportArguments& arguments) {
 
 void add_import_command(CLI::App& app) {
     const auto arguments = std::make_shared<ImportArguments>();
-    CLI::App& command = *app.add_subcommand("import", "Make an index of a repository from a SCIP file");
-    add_file_option(command, "INDEX.scip", arguments->scip, "What an indexer for SCIP has written");
+    CLI::App& command = *app.add_subcommand("import", "Make an index of a repository from SCIP files");
+    add_file_option(command, "INDEX.scip", arguments->scip,
+                    "What indexers for SCIP have written; - for standard input");
     add_file_option(command, "--index", arguments->index, "The index to make, or to replace")->type_name("FILE.db");
     add_file_option(command, "--checkout", arguments->checkout,
-                    "The folder that holds the sources; by default the one that the SCIP file names")
+                    "The folder that holds the sources; by default the one that the SCIP files state")
         ->type_name("DIR")
         ->required(false);
     command.callback([arguments] { run_import(*arguments); });

@@ -7,6 +7,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <exception>
 #include <iostream>
@@ -20,6 +23,17 @@ namespace {
 
 constexpr int FAILED = 1;
 constexpr int WRONG_USAGE = 2;
+
+// Opens the standard streams that are closed, as nothing that can be read or written: else a file of ours would take
+// the place of one.
+void open_standard_streams() {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is it declared
+    int opened = open("/dev/null", O_RDONLY);
+    while (opened >= 0 && opened <= STDERR_FILENO) {
+        opened = dup(opened);
+    }
+    close(opened);
+}
 
 int complain(std::string_view message, int exit_code) {
     embedded::say(message);
@@ -55,6 +69,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    open_standard_streams();
     std::ios::sync_with_stdio(false);
     // A reader that has seen enough ends the program quietly, also where whoever started it ignores the signal.
     std::signal(SIGPIPE, SIG_DFL);

@@ -30,6 +30,9 @@ class Checkout {
     /// says what to do when it is not an existing folder.
     explicit Checkout(const std::string& root);
 
+    /// Free of symbolic links.
+    [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+
     /// The lines of the file at `path` (relative to the root, segments separated by "/"). LF and CRLF end a line and
     /// are not part of it; a CR alone is a character like any other. A last line without an end counts, a byte-order
     /// mark is dropped, an empty file has no lines.

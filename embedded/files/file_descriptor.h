@@ -13,6 +13,8 @@ class FileDescriptor {
     /// Opens the file as open(2) does: `mode` is that of a new file, before the umask. What `open` says of a failure
     /// stands in errno.
     FileDescriptor(const std::string& path, int flags, mode_t mode = 0666);
+    /// Another number for the open file that has this one, as dup(2) gives it.
+    explicit FileDescriptor(int number);
     ~FileDescriptor();
     FileDescriptor(FileDescriptor&& other) noexcept;
     FileDescriptor(const FileDescriptor&) = delete;

@@ -4,19 +4,25 @@
 #include "embedded/files/file_descriptor.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace embedded {
 
-/// A regular file, open for reading. Takes as much memory as the largest piece that is asked for.
+/// A file, open for reading, or everything that came out of a pipe. Takes as much memory as the largest piece that is
+/// asked for.
 class InputFile {
   public:
-    /// Throws `std::runtime_error` with one line that names the file and says why it cannot be read.
-    explicit InputFile(const std::string& path);
+    /// Opens the file at `path`; "-" is standard input. What a pipe, a socket or a terminal gives is first copied to
+    /// its end into a file without a name, made at `copy_path`; in the meantime `look` is called about ten times a
+    /// second or more, and what it throws passes through. Throws `std::runtime_error` with one line that names the file
+    /// and says why it cannot be read.
+    InputFile(const std::string& path, const std::string& copy_path, const std::function<void()>& look);
 
-    [[nodiscard]] const std::string& path() const { return path_; }
-    /// In bytes, when it was opened.
+    /// As given; "standard input" for "-".
+    [[nodiscard]] const std::string& name() const { return name_; }
+    /// In bytes, when it was opened or copied.
     [[nodiscard]] std::size_t size() const { return size_; }
 
     /// The `size` bytes from `offset` (at most `size()`) on, or fewer where the file ends before: what has been added
@@ -26,7 +32,7 @@ class InputFile {
   private:
     void move_window(std::size_t offset, std::size_t size);
 
-    std::string path_;
+    std::string name_;
     FileDescriptor file_;
     std::size_t size_ = 0;
     std::string window_;  // a part of the file

@@ -1,7 +1,7 @@
 // Texts that are kept on disk until they are wanted, so that memory does not grow with them.
 #pragma once
 
-#include "embedded/files/file_descriptor.h"
+#include "embedded/files/nameless_file.h"
 
 #include <cstdint>
 #include <mutex>
@@ -18,12 +18,11 @@ struct SpooledText {
     [[nodiscard]] bool empty() const { return size == 0; }
 };
 
-/// A file without a name, which goes with the spool. Texts may be added on several threads at once. Throws
-/// `std::runtime_error` with one line when the file cannot be made, written or read.
+/// Texts in a file that has no name. They may be added on several threads at once. Throws what `NamelessFile` throws.
 class TextSpool {
   public:
-    /// Makes the file at `path`, in place of any that is there, and takes its name away at once.
-    explicit TextSpool(const std::string& path);
+    /// The file is made at `path`, as `NamelessFile` does.
+    explicit TextSpool(const std::string& path) : file_(path) {}
 
     SpooledText add(std::string_view text);
 
@@ -32,11 +31,9 @@ class TextSpool {
   private:
     void flush();
 
-    std::string path_;
-    FileDescriptor file_;
+    NamelessFile file_;
     std::mutex mutex_;
-    std::string end_;            // what has not been written yet
-    std::uint64_t written_ = 0;  // bytes before it
+    std::string end_;  // what has not been written yet
 };
 
 }  // namespace embedded

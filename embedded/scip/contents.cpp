@@ -1,5 +1,6 @@
 #include "embedded/scip/contents.h"
 
+#include "embedded/scip/project_root.h"
 #include "embedded/scip/symbol.h"
 
 #include <algorithm>
@@ -9,12 +10,6 @@
 namespace embedded::scip {
 
 namespace {
-
-bool is_usable(std::string_view path) {
-    const std::string framed = "/" + std::string(path) + "/";
-    return !path.empty() && path.front() != '/' && path.find('\0') == std::string_view::npos &&
-           framed.find("/../") == std::string::npos;
-}
 
 // An occurrence of a symbol as a part of a token.
 struct Part {
@@ -27,23 +22,25 @@ class ContentsReader {
   public:
     ContentsReader(TextSpool& spool, const ContentsListener& listener) : spool_(spool), listener_(listener) {}
 
-    Contents read(ScipFile& file) {
-        contents_.metadata = file.metadata();
-        file.for_each_document([&](const Document& document) {
+    void read(const PlacedScipFile& placed) {
+        folder_ = placed.folder;
+        placed.file->for_each_document([&](const Document& document) {
             add(document);
             listener_.after_document();
         });
-        return std::move(contents_);
     }
+
+    Contents finish() { return std::move(contents_); }
 
   private:
     void add(const Document& document) {
         const Heading heading = document.heading();
-        if (!is_usable(heading.path)) {
+        const std::optional<std::string> path = path_in_repository(folder_, heading.path);
+        if (!path) {
             ++contents_.unusable_documents;
             return;
         }
-        const auto [entry, is_new] = contents_.files.try_emplace(std::string(heading.path));
+        const auto [entry, is_new] = contents_.files.try_emplace(*path);
         FileContents& file = entry->second;
         if (is_new) {
             listener_.new_file(entry->first, std::string(heading.language));
@@ -56,9 +53,14 @@ class ContentsReader {
         add_descriptions(document.symbols(), file);
     }
 
+    std::optional<SymbolNumber> number_of(std::string_view symbol) {
+        return folder_.empty() ? contents_.symbols.number(symbol)
+                               : contents_.symbols.number(of_project(symbol, folder_));
+    }
+
     void add_descriptions(Repeated<SymbolInformation> descriptions, FileContents& file) {
         while (const std::optional<SymbolInformation> information = descriptions.next()) {
-            const std::optional<SymbolNumber> symbol = contents_.symbols.number(information->symbol);
+            const std::optional<SymbolNumber> symbol = number_of(information->symbol);
             if (symbol && *symbol != LOCAL_SYMBOL) {
                 file.descriptions[*symbol].add(*information, spool_);
             }
@@ -68,7 +70,7 @@ class ContentsReader {
     void add_occurrences(Repeated<Occurrence> occurrences, FileContents& file) {
         parts_.clear();
         while (const std::optional<Occurrence> occurrence = occurrences.next()) {
-            if (const std::optional<SymbolNumber> symbol = contents_.symbols.number(occurrence->symbol)) {
+            if (const std::optional<SymbolNumber> symbol = number_of(occurrence->symbol)) {
                 add_occurrence(*occurrence, *symbol, file);
             }
         }
@@ -156,6 +158,7 @@ class ContentsReader {
     TextSpool& spool_;
     const ContentsListener& listener_;
     Contents contents_;
+    std::string folder_;                 // of the current SCIP file's project
     std::vector<Part> parts_;            // of the current document
     std::vector<SymbolNumber> symbols_;  // of the current token
     std::optional<Before> before_;
@@ -163,8 +166,12 @@ class ContentsReader {
 
 }  // namespace
 
-Contents read_contents(ScipFile& file, TextSpool& spool, const ContentsListener& listener) {
-    return ContentsReader(spool, listener).read(file);
+Contents read_contents(std::span<const PlacedScipFile> files, TextSpool& spool, const ContentsListener& listener) {
+    ContentsReader reader(spool, listener);
+    for (const PlacedScipFile& file : files) {
+        reader.read(file);
+    }
+    return reader.finish();
 }
 
 }  // namespace embedded::scip

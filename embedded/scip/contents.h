@@ -1,6 +1,7 @@
-// What a SCIP file says of a repository, put together by source file.
+// What SCIP files say of a repository, put together by source file.
 //
-// A SCIP file is a list of documents, each a list of occurrences; two documents may speak of one source file. Every
+// A SCIP file is a list of documents, each a list of occurrences; documents of one or of several SCIP files may speak of
+// one source file, and a symbol is the same wherever it stands. Every
 // document is read once: its definitions are kept, and its references counted by what their tokens name. So what is
 // kept grows with symbols, and with pairs of a file and what it mentions, not with occurrences. Signatures and
 // documentation go to a spool.
@@ -18,6 +19,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -53,11 +55,10 @@ struct FileContents {
 };
 
 struct Contents {
-    Metadata metadata;
     SymbolTable symbols;
     TokenTable tokens;
     std::map<std::string, FileContents> files;  ///< by path
-    std::int64_t unusable_documents = 0;        ///< left out for their path: empty, absolute, with ".." or a NUL
+    std::int64_t unusable_documents = 0;        ///< left out for their path, as `path_in_repository` judges it
     std::int64_t unusable_definitions = 0;      ///< left out for want of a usable range
 };
 
@@ -68,8 +69,14 @@ struct ContentsListener {
     std::function<void()> after_document = [] {};
 };
 
-/// Reads every document of the SCIP file, keeping texts in `spool`. Throws what `ScipFile`, the spool and the listener
-/// throw.
-Contents read_contents(ScipFile& file, TextSpool& spool, const ContentsListener& listener);
+/// A SCIP file, and the folder of the repository that its paths are relative to; "" for the root.
+struct PlacedScipFile {
+    ScipFile* file = nullptr;
+    std::string folder;
+};
+
+/// Reads every document of the SCIP files, one file after the other, keeping texts in `spool`. Throws what `ScipFile`,
+/// the spool and the listener throw.
+Contents read_contents(std::span<const PlacedScipFile> files, TextSpool& spool, const ContentsListener& listener);
 
 }  // namespace embedded::scip

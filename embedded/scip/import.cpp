@@ -8,14 +8,16 @@
 #include "embedded/scip/language.h"
 #include "embedded/scip/members.h"
 #include "embedded/scip/project_root.h"
-#include "embedded/scip/scip_file.h"
+#include "embedded/scip/scip_files.h"
 #include "embedded/sources/source_reader.h"
 #include "embedded/sqlite/connection.h"
 #include "embedded/sqlite/index.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
 namespace embedded::scip {
 
@@ -98,27 +100,31 @@ Gathered gather(Contents contents, const sources::Sources& sources, const Steps&
     return gathered;
 }
 
-// Reads the SCIP file, and beside it the sources that it names.
-Gathered read_all(ScipFile& scip, const std::optional<std::string>& checkout, TextSpool& spool, Steps& steps,
+// Where the sources are: in the checkout, else in the root of the repository where that is a folder of this machine.
+std::optional<std::string> folder_of_sources(const std::optional<std::string>& checkout, const Repository& repository) {
+    std::error_code error;
+    const bool is_here = repository.root && std::filesystem::is_directory(*repository.root, error);
+    return checkout || !is_here ? checkout : repository.root->string();
+}
+
+// Reads the SCIP files, and beside them the sources that they name.
+Gathered read_all(ScipFiles& scip, const std::optional<std::string>& checkout, TextSpool& spool, Steps& steps,
                   ImportReport& report) {
-    SourcesOfCheckout sources(checkout ? checkout : folder_of_uri(scip.metadata().project_root), spool);
+    const Repository repository = scip.repository(checkout);
+    SourcesOfCheckout sources(folder_of_sources(checkout, repository), spool);
     const ContentsListener listener{
         .new_file = [&](const std::string& path,
                         const std::string& language) { sources.request(path, language_of(language, path)); },
         .after_document = [&] { steps.advance(); },
     };
-    Contents contents = read_contents(scip, spool, listener);
+    Contents contents = read_contents(scip.placed_in(repository), spool, listener);
     steps.advance(static_cast<std::size_t>(contents.unusable_documents));
     const sources::Sources read = sources.finish([&] { steps.tell(); });
     if (sources.checkout()) {
+        report.checkout = sources.checkout()->root();
         count_members(contents, read, *sources.checkout());
     }
     return gather(std::move(contents), read, steps, report);
-}
-
-std::string tool_of(const Metadata& metadata) {
-    const bool has_both = !metadata.tool_name.empty() && !metadata.tool_version.empty();
-    return metadata.tool_name + (has_both ? " " : "") + metadata.tool_version;
 }
 
 // Fills a new database and closes it.
@@ -156,22 +162,22 @@ ImportReport import_scip(const ImportRequest& request, const ImportProgress& pro
     require_replaceable(request.index_path);
     Steps steps(progress);
     const Replacement replacement(request.index_path);
-    ScipFile scip(request.scip_path, [&] { steps.tell(); });
+    ScipFiles scip(request.scip_paths, replacement.partial_path() + "-input", [&] { steps.tell(); });
     steps.expect(2 * scip.document_count());
     steps.tell();
     TextSpool spool(replacement.partial_path() + "-texts");
     ImportReport report;
-    report.tool = tool_of(scip.metadata());
+    report.tool = scip.tools();
     const Gathered gathered = read_all(scip, request.checkout, spool, steps, report);
     if (gathered.contents.files.empty() && holds_something(request.index_path)) {
-        throw std::runtime_error(request.scip_path + ": names no source file, so " + request.index_path +
+        throw std::runtime_error(scip.names() + ": no source file is named there, so " + request.index_path +
                                  " is kept; run the indexer on sources, or remove the index first");
     }
     report.unparsed_symbols = static_cast<std::int64_t>(gathered.contents.symbols.unparsed());
     report.unusable_documents = gathered.contents.unusable_documents;
     report.unusable_definitions = gathered.contents.unusable_definitions;
     try {
-        write_index(replacement.partial_path(), request.scip_path, gathered, spool, steps, report);
+        write_index(replacement.partial_path(), scip.names(), gathered, spool, steps, report);
         if (!is_complete(replacement.partial_path(), report, steps)) {
             throw cannot_replace(request.index_path, "rows are missing from what was written");
         }

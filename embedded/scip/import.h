@@ -1,7 +1,7 @@
-// The import of a SCIP file: from what an indexer has found in a repository, and what its sources say, to an index that
-// can be queried.
+// The import of SCIP files: from what indexers have found in a repository, and what its sources say, to an index that can
+// be queried.
 //
-// Every path of the SCIP file becomes a file, every global symbol that it defines a declaration, and what its other
+// Every path of the SCIP files becomes a file, every global symbol that they define a declaration, and what their other
 // tokens name become edges (rows.h, references.h). A file that others import without naming a declaration of it is a
 // declaration itself: a module.
 #pragma once
@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace embedded::scip {
 
@@ -20,19 +21,21 @@ namespace embedded::scip {
 using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)>;
 
 struct ImportRequest {
-    std::string scip_path;
+    std::vector<std::string> scip_paths;  ///< at least one; "-" is standard input
     std::string index_path;
-    /// The folder that the sources are read from; by default the one that the SCIP file names as its root, where that
-    /// is a folder of this machine. Without either the import does without sources.
+    /// The folder that the sources are read from; by default the root of the repository that the SCIP files state
+    /// (project_root.h), where that is a folder of this machine. Without either the import does without sources.
     std::optional<std::string> checkout;
 };
 
-/// Makes the index of a SCIP file at the index's path, in place of any that is there. `progress` may be empty.
+/// Makes one index of SCIP files at the index's path, in place of any that is there. Their paths become relative to the
+/// root of the repository (project_root.h). The order in which they are named changes nothing, and a content that is
+/// named twice counts once. `progress` may be empty.
 ///
 /// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes: not
 /// when the import fails, is killed, or is interrupted by an exception from `progress`, which comes out as it went
-/// in. Two imports into one index do not run at once: the second fails. A SCIP file without any usable document makes
-/// an empty index where there is none, but replaces none: it was hardly meant to.
+/// in. Two imports into one index do not run at once: the second fails. SCIP files without any usable document make
+/// an empty index where there is none, but replace none: they were hardly meant to.
 ///
 /// Equal SCIP files at equal paths give, with equal sources, equal bytes. Ids start at 1: files by path, declarations
 /// by file, first line and order of first definition; edges stand by source file, target and resolution. A source that

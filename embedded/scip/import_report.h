@@ -23,7 +23,8 @@ struct Examples {
 };
 
 struct ImportReport {
-    std::string tool;  ///< that has written the SCIP file, with its version; empty when it does not say
+    std::string tool;      ///< the indexers with their versions, joined by ", "; empty when the SCIP files do not say
+    std::string checkout;  ///< the folder that sources were read from; empty without one
     std::int64_t files = 0;
     std::int64_t declarations = 0;
     std::int64_t edges = 0;    ///< rows; each stands for one or more references

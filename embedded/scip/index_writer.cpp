@@ -64,7 +64,7 @@ class IndexWriter {
         };
         note_if_known("source", source);
         note_if_known("tool", report_.tool);
-        note_if_known("project_root", contents_.metadata.project_root);
+        note_if_known("checkout", report_.checkout);
     }
 
     void insert_files() {

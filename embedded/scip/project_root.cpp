@@ -1,10 +1,13 @@
 #include "embedded/scip/project_root.h"
 
+#include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace embedded::scip {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -22,18 +25,78 @@ std::string decoded(std::string_view text) {
     return result;
 }
 
+// Where the path leads, as far as that can be told here.
+fs::path settled(const fs::path& path) {
+    std::error_code error;
+    fs::path canonical = fs::weakly_canonical(path, error);
+    if (error) {
+        canonical = path.lexically_normal();
+    }
+    return canonical.has_filename() ? canonical : canonical.parent_path();  // "/r/" -> "/r"
+}
+
+bool is_in(const fs::path& path, const fs::path& folder) {
+    return std::ranges::mismatch(folder, path).in1 == folder.end();
+}
+
+// The deepest folder above two others, or that is one of them.
+fs::path common_folder(const fs::path& one, const fs::path& other) {
+    const auto [end, _] = std::ranges::mismatch(one, other);
+    fs::path common;
+    std::for_each(one.begin(), end, [&](const fs::path& segment) { common /= segment; });
+    return common;
+}
+
+bool is_usable(std::string_view path) {
+    const std::string framed = "/" + std::string(path) + "/";
+    return !path.empty() && path.front() != '/' && path.find('\0') == std::string_view::npos &&
+           framed.find("/../") == std::string::npos;
+}
+
 }  // namespace
 
-std::optional<std::string> folder_of_uri(std::string_view uri) {
+std::optional<fs::path> path_of_uri(std::string_view uri) {
     for (const std::string_view scheme : {"file://localhost/", "file:///"}) {
         if (uri.starts_with(scheme)) {
-            const std::string path = decoded(uri.substr(scheme.size() - 1));
-            std::error_code error;
-            const bool is_folder = path.find('\0') == std::string::npos && std::filesystem::is_directory(path, error);
-            return is_folder ? std::optional(path) : std::nullopt;
+            std::string path = decoded(uri.substr(scheme.size() - 1));
+            return path.find('\0') == std::string::npos ? std::optional<fs::path>(std::move(path)) : std::nullopt;
         }
     }
     return std::nullopt;
+}
+
+Repository repository_of(std::span<const std::string> project_roots, const std::optional<std::string>& checkout) {
+    std::vector<std::optional<fs::path>> roots;
+    std::optional<fs::path> common;
+    for (const std::string& uri : project_roots) {
+        const std::optional<fs::path> path = path_of_uri(uri);
+        roots.push_back(path ? std::optional(settled(*path)) : std::nullopt);
+        if (roots.back()) {
+            common = common ? common_folder(*common, *roots.back()) : *roots.back();
+        }
+    }
+    Repository repository{.root = common, .folders = {}};
+    if (const std::optional<fs::path> folder = checkout ? std::optional(settled(*checkout)) : std::nullopt;
+        folder && (!common || is_in(*common, *folder))) {
+        repository.root = folder;
+    }
+    for (const std::optional<fs::path>& root : roots) {
+        const std::string folder = root ? root->lexically_relative(*repository.root).generic_string() : "";
+        repository.folders.push_back(folder == "." ? "" : folder);
+    }
+    return repository;
+}
+
+std::optional<std::string> path_in_repository(std::string_view folder, std::string_view path) {
+    while (path.starts_with("../") && !folder.empty()) {
+        const std::size_t above = folder.rfind('/');
+        folder = folder.substr(0, above == std::string_view::npos ? 0 : above);
+        path.remove_prefix(3);
+    }
+    if (!is_usable(path)) {
+        return std::nullopt;
+    }
+    return folder.empty() ? std::string(path) : std::string(folder).append("/").append(path);
 }
 
 }  // namespace embedded::scip

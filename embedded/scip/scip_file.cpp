@@ -1,7 +1,10 @@
 #include "embedded/scip/scip_file.h"
 
+#include "embedded/files/content_hash.h"
+
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace embedded::scip {
 
@@ -39,18 +42,18 @@ bool begin_as_metadata(std::string_view bytes) {
 
 }  // namespace
 
-ScipFile::ScipFile(const std::string& path, const std::function<void()>& after_each_field) : file_(path) {
+ScipFile::ScipFile(InputFile file, const std::function<void()>& after_each_field) : file_(std::move(file)) {
     std::size_t offset = 0;
     try {
         offset = read_metadata();
     } catch (const protozero::exception&) {
-        throw not_scip(path);
+        throw not_scip(name());
     }
     try {
         while (offset < file_.size()) {
             const Field field = field_at(offset);
             if (!is_whole(field)) {
-                throw truncated(path, offset);
+                throw truncated(name(), offset);
             }
             if (field.tag_and_type == DOCUMENT) {
                 documents_.push_back(field);
@@ -59,22 +62,31 @@ ScipFile::ScipFile(const std::string& path, const std::function<void()>& after_e
             after_each_field();
         }
     } catch (const protozero::end_of_buffer_exception&) {
-        throw truncated(path, offset);
+        throw truncated(name(), offset);
     } catch (const protozero::exception&) {
-        throw damaged(path, "the field", offset);
+        throw damaged(name(), "the field", offset);
     }
+}
+
+std::int64_t ScipFile::content_hash() {
+    constexpr std::size_t PIECE = 262'144;  // bytes
+    ContentHash hash;
+    for (std::size_t offset = 0; offset < file_.size(); offset += PIECE) {
+        hash.add(file_.read(offset, PIECE));
+    }
+    return hash.value();
 }
 
 void ScipFile::for_each_document(const std::function<void(const Document&)>& visit) {
     for (const Field& field : documents_) {
         const std::string_view message = file_.read(field.begin, field.size);
         if (message.size() < field.size) {  // since it was opened
-            throw truncated(file_.path(), field.offset);
+            throw truncated(name(), field.offset);
         }
         try {
             visit(Document{message});
         } catch (const protozero::exception&) {
-            throw damaged(file_.path(), "the document", field.offset);
+            throw damaged(name(), "the document", field.offset);
         }
     }
 }
@@ -109,15 +121,15 @@ std::size_t ScipFile::read_metadata() {
     try {
         field = field_at(0);
     } catch (const protozero::end_of_buffer_exception&) {
-        throw file_.read(0, 1) == "\x0A" ? truncated(file_.path(), 0) : not_scip(file_.path());
+        throw file_.read(0, 1) == "\x0A" ? truncated(name(), 0) : not_scip(name());
     }
     if (field.tag_and_type != METADATA) {
-        throw not_scip(file_.path());
+        throw not_scip(name());
     }
     if (!is_whole(field)) {
         constexpr std::size_t ENOUGH = 65'536;  // bytes, to tell by
         const bool is_cut = begin_as_metadata(file_.read(field.begin, ENOUGH));
-        throw is_cut ? truncated(file_.path(), 0) : not_scip(file_.path());
+        throw is_cut ? truncated(name(), 0) : not_scip(name());
     }
     metadata_ = Metadata::read(file_.read(field.begin, field.size));
     return field.begin + field.size;

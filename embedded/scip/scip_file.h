@@ -17,12 +17,17 @@ namespace embedded::scip {
 class ScipFile {
   public:
     /// Looks through the whole file, which takes its time, calling `after_each_field`: what that throws passes through.
-    /// Throws `std::runtime_error` with one line that names the file, says what is wrong with it (missing, not SCIP,
-    /// truncated, damaged and where) and what to do.
-    ScipFile(const std::string& path, const std::function<void()>& after_each_field);
+    /// Throws `std::runtime_error` with one line that names the file, says what is wrong with it (not SCIP, truncated,
+    /// damaged and where) and what to do; and what `InputFile` throws.
+    ScipFile(InputFile file, const std::function<void()>& after_each_field);
+
+    [[nodiscard]] const std::string& name() const { return file_.name(); }
 
     [[nodiscard]] const Metadata& metadata() const { return metadata_; }
     [[nodiscard]] std::size_t document_count() const { return documents_.size(); }
+
+    /// A hash of all its bytes, which are read for it.
+    [[nodiscard]] std::int64_t content_hash();
 
     /// Calls `visit` with every document, in the order of the file; what it looks at lives as long as the call. Throws
     /// as the constructor does, also for the `protozero::exception` of `visit`; other exceptions of it pass through.

@@ -43,6 +43,14 @@ std::string with_single_spaces(std::string_view part) {
     return text;
 }
 
+std::string with_doubled_spaces(std::string_view text) {
+    std::string part;
+    for (const char character : text) {
+        part.append(character == ' ' ? 2 : 1, character);
+    }
+    return part;
+}
+
 bool is_plain(char character) {
     const auto byte = static_cast<unsigned char>(character);
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
@@ -162,6 +170,20 @@ std::optional<Symbol> parse_symbol(std::string_view symbol) {
         }
     } while (!rest.empty());
     return result;
+}
+
+std::string of_project(std::string_view symbol, std::string_view folder) {
+    std::string_view rest = symbol;
+    const bool has_name = !take_part(rest) || !take_part(rest) || take_part(rest) != ".";
+    const std::size_t version = symbol.size() - rest.size();
+    if (folder.empty() || has_name || !take_part(rest)) {
+        return std::string(symbol);
+    }
+    const std::optional<Symbol> parts = parse_symbol(symbol);
+    if (!parts || descriptors_of_file(parts->descriptors) == 0) {
+        return std::string(symbol);
+    }
+    return std::string(symbol.substr(0, version)).append(with_doubled_spaces(folder)).append(" ").append(rest);
 }
 
 std::string written(std::string_view name) {

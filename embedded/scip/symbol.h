@@ -54,6 +54,13 @@ bool is_local(std::string_view symbol);
 /// for a letter.
 std::optional<Symbol> parse_symbol(std::string_view symbol);
 
+/// The symbol as the project in `folder` of a repository means it. A package without a name is that of the project
+/// alone when its symbols name their source files: these have such paths in every project. The folder then takes the
+/// place of the version.
+///
+///     front    scip-typescript npm . . `a.ts`/A#    scip-typescript npm . front `a.ts`/A#
+std::string of_project(std::string_view symbol, std::string_view folder);
+
 /// A name as people write it: `<constructor>` is constructor, `<get>x` and `<set>x` are x.
 std::string written(std::string_view name);
 

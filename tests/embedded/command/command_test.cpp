@@ -70,8 +70,11 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnImportFromBeingMade) {
     other_program.execute("BEGIN EXCLUSIVE");
     folder.write("empty.scip", scip_file({}));
     expect_failure("import none.scip --index new.db", "none.scip: no such file");
-    expect_failure("import / --index new.db", "/: not a regular file");
-    expect_failure("import empty.scip --index index.db", "empty.scip: names no source file, so index.db is kept");
+    expect_failure("import / --index new.db", "/: a folder or a disk");
+    expect_failure("import /dev/null --index new.db", "/dev/null: not a SCIP file");
+    expect_failure("import - --index new.db <&-", "standard input: not a SCIP file");
+    expect_failure("import empty.scip --index index.db",
+                   "empty.scip: no source file is named there, so index.db is kept");
     expect_failure("import good.scip --index text.db", "text.db: not a wiki-scope index, so it is not replaced");
     expect_failure("import good.scip --index foreign.db", "foreign.db: not a wiki-scope index");
     expect_failure("import good.scip --index locked.db", "locked.db: database is locked");
@@ -91,6 +94,7 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsFolderOrItsOutput) {
     for (const std::string writes :
          {"page src --index index.db --checkout .", "import good.scip --index good.db", "--help"}) {
         expect_failure(writes + " >/dev/full", "standard output: cannot be written (No space left");
+        expect_failure(writes + " >&-", "standard output: cannot be written (Bad file descriptor");
     }
 }
 
@@ -99,6 +103,7 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     expect_failure("", "A subcommand is required (see wiki-scope --help)", WRONG_USAGE);
     expect_failure("frob a", "no such command: frob (see wiki-scope --help)", WRONG_USAGE);
     expect_failure("import good.scip --index ''", "--index: an empty name", WRONG_USAGE);
+    expect_failure("import - good.scip - --index new.db", "INDEX.scip: - can be named once", WRONG_USAGE);
     expect_failure("page --index index.db --checkout .", "PATH is required (see wiki-scope page --help)", WRONG_USAGE);
     for (const auto& [option, says] : std::vector<std::pair<std::string, std::string>>{
              {"--total ''", "--total: \"\" is not a number"},
@@ -124,6 +129,17 @@ TEST_F(Command, SaysWhatAnImportHasMadeAndPassedOver) {
               "new.db: 1 file, 1 declaration, 1 edge, without sources; indexed by indexer 1.2\n"
               "Passed over: 2 symbols that cannot be read, 5 documents without a usable path\n"
               "No source could be read: ok..ts; name the folder that was indexed with --checkout\n");
+}
+
+TEST_F(Command, ReadsAnImportThatComesThroughAPipe) {
+    const std::string whole = run("import good.scip --index whole.db").out;
+    ASSERT_TRUE(whole.starts_with("whole.db: 1 file,"));
+    for (const std::string source : {"cat good.scip | IMPORT -", "(sleep 0.2; cat good.scip) | IMPORT -",
+                                     "IMPORT - <good.scip", "mkfifo p; (sleep 0.2; cat good.scip >p) & IMPORT p"}) {
+        std::string command = source;
+        command.replace(command.find("IMPORT"), 6, "'" WIKI_SCOPE "' import --index whole.db");
+        EXPECT_EQ(shell(command).out, whole) << source;
+    }
 }
 
 TEST_F(Command, RunsWithoutStandardInput) {

@@ -11,7 +11,7 @@ namespace {
 
 TEST(InputFile, IsNoLongerThanItWasWhenItWasOpened) {
     const TemporaryFolder folder;
-    InputFile file(folder.write("in.scip", "abc"));
+    InputFile file(folder.write("in.scip", "abc"), folder / "copy", [] {});
     folder.write("in.scip", "abcdef");
     EXPECT_EQ(file.read(1, 9), "bc");
 }

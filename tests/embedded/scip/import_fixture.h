@@ -15,12 +15,23 @@ namespace embedded::scip {
 class ScipImport : public testing::Test {
   protected:
     ImportReport import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
-        return import_scip({folder.write("in.scip", scip_file(documents)), index, std::nullopt}, progress);
+        return import_scip({{folder.write("in.scip", scip_file(documents))}, index, std::nullopt}, progress);
     }
 
     /// Imports with the sources that the folder "checkout" holds.
     ImportReport import_with_sources(const std::vector<ScipDocument>& documents) const {
-        return import_scip({folder.write("in.scip", scip_file(documents)), index, folder / "checkout"}, {});
+        return import_scip({{folder.write("in.scip", scip_file(documents))}, index, folder / "checkout"}, {});
+    }
+
+    /// Imports SCIP files that were made in these folders below "/repository".
+    using Projects = std::vector<std::pair<std::string, std::vector<ScipDocument>>>;
+    ImportReport import_all(const Projects& projects) const {
+        std::vector<std::string> paths;
+        for (const auto& [name, documents] : projects) {
+            const std::string root = "file:///repository/" + name;
+            paths.push_back(folder.write(std::to_string(paths.size()) + ".scip", scip_file(documents, root)));
+        }
+        return import_scip({paths, index, std::nullopt}, {});
     }
 
     /// Imports a document; the bytes of its index.
@@ -32,7 +43,7 @@ class ScipImport : public testing::Test {
     /// The message of the failure to import a file.
     [[nodiscard]] std::string failure(const std::string& scip, const ImportProgress& progress = {}) const {
         try {
-            import_scip({scip, index, std::nullopt}, progress);
+            import_scip({{scip}, index, std::nullopt}, progress);
         } catch (const std::runtime_error& error) {
             return error.what();
         }

@@ -1,0 +1,60 @@
+#include "embedded/files/nameless_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <stdexcept>
+
+namespace embedded {
+
+namespace {
+
+std::runtime_error failure(const std::string& path, const std::string& what) {
+    return std::runtime_error(path + ": " + what + " (" + last_system_error() +
+                              "); make room on its disk or choose another place");
+}
+
+// Has `call(done)` transfer bytes until all of them are; false when it fails or gets no further.
+template <class Call>
+bool transfer(std::uint64_t size, Call call) {
+    for (std::uint64_t done = 0; done < size;) {
+        const ssize_t count = call(done);
+        if (count == 0 || (count < 0 && errno != EINTR)) {
+            return false;
+        }
+        done += static_cast<std::uint64_t>(std::max<ssize_t>(count, 0));
+    }
+    return true;
+}
+
+}  // namespace
+
+NamelessFile::NamelessFile(const std::string& path) : path_(path), file_(path, O_RDWR | O_CREAT | O_TRUNC, 0600) {
+    if (!file_.is_open()) {
+        throw failure(path_, "cannot be made");
+    }
+    unlink(path_.c_str());
+}
+
+void NamelessFile::append(std::string_view bytes) {
+    const bool is_written = transfer(bytes.size(), [&](std::uint64_t done) {
+        return pwrite(file_.number(), bytes.data() + done, bytes.size() - done, static_cast<off_t>(size_ + done));
+    });
+    if (!is_written) {
+        throw failure(path_, "cannot be written");
+    }
+    size_ += bytes.size();
+}
+
+void NamelessFile::read(std::uint64_t offset, std::span<char> bytes) const {
+    const bool is_read = transfer(bytes.size(), [&](std::uint64_t done) {
+        return pread(file_.number(), bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+    });
+    if (!is_read) {
+        throw failure(path_, "cannot be read");
+    }
+}
+
+}  // namespace embedded
