@@ -60,6 +60,8 @@ int run(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::Success& answered) {  // --help, --version
         embedded::print([&](std::ostream& out) { app.exit(answered, out); });
+    } catch (const CLI::RuntimeError& failure) {  // which has been told already
+        return failure.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return complain(usage_message(app, error), WRONG_USAGE);
     }

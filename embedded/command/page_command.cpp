@@ -11,12 +11,14 @@
 #include "embedded/sqlite/database.h"
 #include "embedded/sqlite/index.h"
 #include "embedded/text/counted.h"
+#include "models/ordered_map.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <memory>
 #include <ostream>
 #include <span>
@@ -24,6 +26,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace embedded {
@@ -33,11 +36,12 @@ namespace {
 struct PageArguments {
     std::vector<std::string> paths;
     std::string index;
-    std::string checkout;
+    std::string checkout;  // empty for the folder that the index was made in
     std::string format = "markdown";
     PageOptions page;
     std::vector<std::string> only;
     bool without_source = false;
+    bool is_strict = false;
 };
 
 MarkdownOptions markdown_options(const PageArguments& arguments) {
@@ -78,14 +82,47 @@ std::string advice(UnusableIndex::Fault fault, const std::string& path) {
     return "; import the SCIP file again";
 }
 
-void print_page(const PageArguments& arguments) {
-    storage::Database db(open_index(arguments.index));
-    const Checkout checkout(arguments.checkout);
-    const Page page = load_page(db, checkout, arguments.paths, arguments.page);
-    for (const auto& [missing, nearest] : page.suggestions) {
-        say((missing + ": not in the index; did you mean ").append(nearest).append("?"));
+// The folder that the user names, else the one that the index was made in.
+std::string checkout_folder(const PageArguments& arguments, const Connection& index) {
+    if (!arguments.checkout.empty()) {
+        return arguments.checkout;
     }
-    say_caveats(page.caveats, arguments.checkout);
+    const std::string folder = noted(index, "checkout");
+    std::error_code error;
+    if (folder.empty() || !std::filesystem::is_directory(folder, error)) {
+        throw std::runtime_error(
+            arguments.index + (folder.empty() ? ": made without sources" : ": made in " + folder + ", which is gone") +
+            "; name the folder that its paths are relative to with --checkout");
+    }
+    return folder;
+}
+
+// Says which paths the index does not hold, and what they may have been meant to be. It is a failure when it holds none
+// of them, or when none may be missing.
+void judge_missing_paths(const Page& page, bool is_strict) {
+    const bool is_failure = !page.missing.empty() && (is_strict || page.facts.files.empty());
+    models::OrderedMap<std::string, std::string> nearest;
+    for (const Suggestion& suggestion : page.suggestions) {
+        nearest[suggestion.missing] = "; did you mean " + suggestion.nearest + "?";
+    }
+    for (const std::string& path : page.missing) {
+        if (is_failure || nearest.contains(path)) {
+            say((path + ": not in the index").append(nearest.get(path, "")));
+        }
+    }
+    if (is_failure) {
+        throw CLI::RuntimeError(1);
+    }
+}
+
+void print_page(const PageArguments& arguments) {
+    Connection index = open_index(arguments.index);
+    const std::string folder = checkout_folder(arguments, index);
+    const Checkout checkout(folder);
+    storage::Database db(std::move(index));
+    const Page page = load_page(db, checkout, arguments.paths, arguments.page);
+    judge_missing_paths(page, arguments.is_strict);
+    say_caveats(page.caveats, folder);
     print([&](std::ostream& out) {
         if (arguments.format == "json") {
             write_json(out, page, db);
@@ -110,12 +147,13 @@ void print_page_or_advise(const PageArguments& arguments) {
     }
 }
 
-// Sets a number from the whole of a decimal text; false when the text is none, or the number cannot hold it.
+// Sets a number from the whole of a decimal text; false when the text is none, the number cannot hold it, or it is
+// negative: what is counted or shared out never is.
 template <class Number>
 bool parse(const std::string& text, Number& number) {
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
-    return rest == end && error == std::errc() && std::isfinite(static_cast<double>(number));
+    return rest == end && error == std::errc() && std::isfinite(static_cast<double>(number)) && number >= 0;
 }
 
 void add_number(CLI::App& command, const std::string& name, auto& number, const std::string& help) {
@@ -140,8 +178,11 @@ void add_page_command(CLI::App& app) {
     page.add_option("PATH", arguments->paths, "The files of the page; a folder stands for the files below it")
         ->required();
     add_file_option(page, "--index", arguments->index, "The index, as made by wiki-scope import")->type_name("FILE.db");
-    add_file_option(page, "--checkout", arguments->checkout, "The folder that the paths are relative to")
-        ->type_name("DIR");
+    add_file_option(page, "--checkout", arguments->checkout,
+                    "The folder that the paths are relative to; by default the one that the index was made in")
+        ->type_name("DIR")
+        ->required(false);
+    page.add_flag("--strict", arguments->is_strict, "Fail when the index does not hold one of the paths");
 
     CLI::Option* format = page.add_option("--format", arguments->format, "markdown for people, json for programs");
     format->type_name("FORMAT")->check(CLI::IsMember({"markdown", "json"}))->capture_default_str();

@@ -95,6 +95,20 @@ fs::path folder_at(const std::string& root) {
 
 Checkout::Checkout(const std::string& root) : root_(folder_at(root)) {}
 
+std::optional<std::string> Checkout::path_below(const std::string& path) const {
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error).lexically_normal();
+    // Links in the checkout are paths of it; a link that leads to the checkout is none.
+    for (const fs::path& spelling : {absolute, fs::weakly_canonical(absolute, error)}) {
+        if (!spelling.empty() && contains(root_, spelling)) {
+            std::string below = spelling.lexically_relative(root_).generic_string();
+            below.resize(below.find_last_not_of('/') + 1);
+            return below == "." ? "" : below;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<fs::path> Checkout::find(std::string_view path) const {
     if (!is_plain(path) || !stays_below(path)) {
         return std::nullopt;

@@ -33,6 +33,11 @@ class Checkout {
     /// Free of symbolic links.
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
 
+    /// Where a file or a folder that is called `path` on this machine, relative to the current folder or absolute, lies
+    /// below the root: segments separated by "/", "" for the root itself. None when it lies elsewhere. It need not be
+    /// there.
+    [[nodiscard]] std::optional<std::string> path_below(const std::string& path) const;
+
     /// The lines of the file at `path` (relative to the root, segments separated by "/"). LF and CRLF end a line and
     /// are not part of it; a CR alone is a character like any other. A last line without an end counts, a byte-order
     /// mark is dropped, an empty file has no lines.

@@ -78,6 +78,40 @@ std::string plain_path(const std::string& named) {
     return plain;
 }
 
+// Finds the files that a name stands for.
+class Finder {
+  public:
+    Finder(const storage::Database& db, const Checkout& checkout)
+        : is_indexed_(db), files_below_(db), checkout_(checkout) {}
+
+    // None when the index knows no such file or folder. What it knows itself comes before what the name means on this
+    // machine.
+    std::vector<std::string> find(const std::string& name) {
+        if (is_indexed_(name)) {
+            return {name};
+        }
+        std::vector<std::string> files = at(plain_path(name));
+        return files.empty() ? at(path_meant(name)) : files;
+    }
+
+    // The path of the repository that a name means when the index does not know it as it stands.
+    [[nodiscard]] std::string path_meant(const std::string& name) const {
+        const std::optional<std::string> path = name.empty() ? std::nullopt : checkout_.path_below(name);
+        return !path ? plain_path(name) : path->empty() ? "." : *path;
+    }
+
+    std::vector<std::string> all_files() { return files_below_("."); }
+
+  private:
+    std::vector<std::string> at(const std::string& path) {
+        return is_indexed_(path) ? std::vector{path} : files_below_(path);
+    }
+
+    IndexedFile is_indexed_;
+    FilesBelow files_below_;
+    const Checkout& checkout_;
+};
+
 // The files, which are in path order, and every folder above one of them.
 std::vector<std::string> with_folders(const std::vector<std::string>& files) {
     std::vector<std::string> places;
@@ -95,15 +129,15 @@ std::vector<std::string> with_folders(const std::vector<std::string>& files) {
     return places;
 }
 
-std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, FilesBelow& files_below) {
+std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, Finder& finder) {
     constexpr std::size_t MOST = 10;  // nobody mistypes more: a longer list was made by a program
     std::vector<Suggestion> suggestions;
     if (missing.empty()) {
         return suggestions;
     }
-    const std::vector<std::string> places = with_folders(files_below("."));
+    const std::vector<std::string> places = with_folders(finder.all_files());
     for (const std::string& name : missing.first(std::min(MOST, missing.size()))) {
-        if (std::optional<std::string> nearest = nearest_path(plain_path(name), places)) {
+        if (std::optional<std::string> nearest = nearest_path(finder.path_meant(name), places)) {
             suggestions.push_back({name, std::move(*nearest)});
         }
     }
@@ -112,25 +146,21 @@ std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, Fi
 
 }  // namespace
 
-PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named) {
-    IndexedFile is_indexed(db);
-    FilesBelow files_below(db);
+PagePaths find_page_paths(const storage::Database& db, const Checkout& checkout, std::span<const std::string> named) {
+    Finder finder(db, checkout);
     models::OrderedSet<std::string> indexed;
     models::OrderedSet<std::string> missing;
     for (const std::string& name : named) {
-        const std::string path = is_indexed(name) ? name : plain_path(name);
-        if (is_indexed(path)) {
-            indexed.insert(path);
-        } else if (const auto files = files_below(path); !files.empty()) {
-            for (const std::string& file : files) {
-                indexed.insert(file);
-            }
-        } else {
+        const std::vector<std::string> files = finder.find(name);
+        for (const std::string& file : files) {
+            indexed.insert(file);
+        }
+        if (files.empty()) {
             missing.insert(name);
         }
     }
     std::vector<std::string> not_found(missing.begin(), missing.end());
-    std::vector<Suggestion> suggestions = suggestions_for(not_found, files_below);
+    std::vector<Suggestion> suggestions = suggestions_for(not_found, finder);
     return {{indexed.begin(), indexed.end()}, std::move(not_found), std::move(suggestions)};
 }
 

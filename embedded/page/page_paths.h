@@ -1,6 +1,7 @@
 // What the paths that somebody names stand for in an index.
 #pragma once
 
+#include "embedded/files/checkout.h"
 #include "embedded/sqlite/database.h"
 
 #include <span>
@@ -23,8 +24,10 @@ struct PagePaths {
 };
 
 /// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
-/// "." is the root of the repository. "./a//b/" is read as "a/b". The empty path is no folder. A row of `files` whose
-/// path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws `SqliteError`.
-PagePaths find_page_paths(const storage::Database& db, std::span<const std::string> named);
+/// "." is the root of the repository. "./a//b/" is read as "a/b". A path that the index does not know so is taken for
+/// one of this machine, absolute or relative to the current folder, and looked up by where it lies in the checkout. The
+/// empty path is no folder. A row of `files` whose path is a blob or holds a NUL is no file: the queries cannot be asked
+/// for it. Throws `SqliteError`.
+PagePaths find_page_paths(const storage::Database& db, const Checkout& checkout, std::span<const std::string> named);
 
 }  // namespace embedded

@@ -155,6 +155,12 @@ Connection open_index(const std::string& path) {
     return connection;
 }
 
+std::string noted(const Connection& index, std::string_view key) {
+    Statement value(index, "SELECT value FROM meta WHERE key = ?1");
+    value.bind(1, key);
+    return value.step() ? std::string(value.text(0)) : "";
+}
+
 bool holds_something(const std::string& path) {
     return type_of(path) != std::filesystem::file_type::not_found && !is_empty(path);
 }

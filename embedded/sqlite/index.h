@@ -46,6 +46,9 @@ class UnusableIndex : public std::runtime_error {
 /// the file cannot be read.
 Connection open_index(const std::string& path);
 
+/// What an index notes of itself under this key; empty when it notes nothing. Throws `SqliteError`.
+std::string noted(const Connection& index, std::string_view key);
+
 /// Whether something is at `path` that is not an empty file. Throws `std::runtime_error` with one line when that
 /// cannot be found out.
 bool holds_something(const std::string& path);

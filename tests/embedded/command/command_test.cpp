@@ -107,6 +107,7 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     expect_failure("page --index index.db --checkout .", "PATH is required (see wiki-scope page --help)", WRONG_USAGE);
     for (const auto& [option, says] : std::vector<std::pair<std::string, std::string>>{
              {"--total ''", "--total: \"\" is not a number"},
+             {"--deep=-1", "--deep: \"-1\" is not a number"},
              {"--total 0x10", "--total: \"0x10\" is not a number"},
              {"--deep 9223372036854775808", "--deep: \"9223372036854775808\" is"},
              {"--max-share nan", "--max-share: \"nan\" is not a number"},
@@ -151,7 +152,7 @@ TEST_F(Command, TakesPathsThatMeanMoreToSqliteAsTheyStand) {
     folder.write("one.scip", scip_file({ScipDocument("a.ts")}));
     for (const std::string name : {":memory:", "file:a.db?mode=memory"}) {
         EXPECT_EQ(run("import one.scip --index '" + name + "'").err, "");
-        EXPECT_EQ(run("page none --index '" + name + "' --checkout .").err, "");
+        EXPECT_EQ(run("page a.ts --index '" + name + "' --checkout . --only seeds").exit_code, 0);
         EXPECT_TRUE(std::filesystem::exists(folder / name));
     }
 }
@@ -177,16 +178,57 @@ TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
     EXPECT_EQ(signalled("INT").exit_code, 0);
 }
 
+TEST_F(Command, FailsWhenNoPathIsFoundOrWhenOneIsMissingThatMustNot) {
+    const std::string options = " --index index.db --checkout . --only seeds";
+    const Outcome none = run("page scr nothing" + options);
+    EXPECT_EQ(none.exit_code, 1);
+    EXPECT_EQ(none.out, "");
+    EXPECT_EQ(none.err,
+              "wiki-scope: scr: not in the index; did you mean src?\nwiki-scope: nothing: not in the index\n");
+    expect_failure("page src nothing --strict" + options, "nothing: not in the index\n");
+    EXPECT_EQ(run("page src nothing" + options).exit_code, 0);
+    EXPECT_EQ(run("page src --strict" + options).exit_code, 0);
+}
+
+TEST_F(Command, TakesPathsAsTheMachineHasThem) {
+    std::filesystem::create_directories(folder / "src/deep");
+    std::filesystem::create_directory_symlink(folder / "src", folder / "link");
+    const auto cards = [&](const std::string& path, const std::string& from) {
+        return shell("cd " + from + " && '" WIKI_SCOPE "' page --index '" + folder / "index.db" + "' --checkout '" +
+                     folder / "" + "' --only files " + path)
+            .out;
+    };
+    const std::string card = cards("src/a.ts", ".");
+    ASSERT_NE(card.find("`src/a.ts"), std::string::npos) << card;
+    for (const auto& [path, from] : std::vector<std::pair<std::string, std::string>>{
+             {"a.ts", "src"}, {"../a.ts", "src/deep"}, {"'" + folder / "src/a.ts" + "'", "/"}, {"a.ts", "link"}}) {
+        EXPECT_EQ(cards(path, from), card) << path << " from " << from;
+    }
+    EXPECT_EQ(cards("..", "src"), cards(".", "src"));
+    EXPECT_EQ(cards("../src-b.ts", "src"), cards("src-b.ts", "src"));
+    EXPECT_EQ(cards("/src/a.ts", "."), "");
+}
+
+TEST_F(Command, KnowsTheFolderThatAnIndexWasMadeIn) {
+    folder.write("checkout/a.ts", "export function f() {}\n");
+    ASSERT_EQ(run("import good.scip --index new.db --checkout checkout").exit_code, 0);
+    EXPECT_EQ(run("page a.ts --index new.db").out, run("page a.ts --index new.db --checkout checkout").out);
+    std::filesystem::remove_all(folder / "checkout");
+    expect_failure("page a.ts --index new.db", "new.db: made in " + folder / "checkout" + ", which is gone; name");
+    expect_failure("page src --index index.db", "index.db: made without sources; name the folder");
+}
+
 TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {
+    folder.write("src/a.ts", "");
     const std::string options = " --index index.db --checkout . --only files";
-    const Outcome page = run("page scr ./src/B.ts nothing 'src/\na.ts'" + options);
+    const Outcome page = run("page scr ./src/B.ts nothing 'src/\na.ts' src/a.ts" + options);
     EXPECT_EQ(page.exit_code, 0);
     EXPECT_EQ(page.err, "wiki-scope: scr: not in the index; did you mean src?\n"
                         "wiki-scope: ./src/B.ts: not in the index; did you mean src/b.ts?\n"
                         "wiki-scope: src/\\x0aa.ts: not in the index; did you mean src/a.ts?\n");
     EXPECT_NE(page.out.find("| `nothing` | ? | 0 | not in the index | | | |\n"), std::string::npos) << page.out;
     const std::string said =
-        run("page 0/src 1/src 2/src 3/src 4/src 5/src 6/src 7/src 8/src 9/src 10/src" + options).err;
+        run("page src 0/src 1/src 2/src 3/src 4/src 5/src 6/src 7/src 8/src 9/src 10/src" + options).err;
     EXPECT_TRUE(said.ends_with("9/src: not in the index; did you mean src?\n")) << said;
 }
 
@@ -205,7 +247,6 @@ TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
                                         changed + "wiki-scope: 3.ts" + changed + "wiki-scope: 4.ts" + changed +
                                         "wiki-scope: ... and 2 more files changed since indexed; index again\n");
     std::filesystem::create_directory(folder / "empty");
-    EXPECT_EQ(say("none", "empty"), "");
     EXPECT_EQ(say("src", "empty"),
               "wiki-scope: empty: holds none of the page's files; name the folder that was indexed with --checkout\n");
     const std::string all = say(".", "empty");

@@ -144,7 +144,7 @@ TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
     EXPECT_EQ(page.facts.outbound.size(), 5000U);
 
     sqlite3_trace_v2(db.connection().handle(), 0, nullptr, nullptr);
-    // BEGIN; "src" as a file, twice, then as a folder; the content that was indexed; whether there are other files; the
+    // BEGIN; "src" as a file, then as a folder; the content that was indexed; whether there are other files; the
     // files, their declarations and paths; the edges into them; the names of resolutions; the languages; the edges out
     // of them; the edges into them from tests.
     EXPECT_EQ(queries.size(), 14U) << testing::PrintToString(queries);
