@@ -175,7 +175,8 @@ void add_number(CLI::App& command, const std::string& name, auto& number, const 
 void add_page_command(CLI::App& app) {
     const auto arguments = std::make_shared<PageArguments>();
     CLI::App& page = *app.add_subcommand("page", "Print what the files of a page are");
-    page.add_option("PATH", arguments->paths, "The files of the page; a folder stands for the files below it")
+    page.add_option("PATH", arguments->paths,
+                    "The files of the page; a folder or a pattern stands for those below it or that it matches")
         ->required();
     add_file_option(page, "--index", arguments->index, "The index, as made by wiki-scope import")->type_name("FILE.db");
     add_file_option(page, "--checkout", arguments->checkout,

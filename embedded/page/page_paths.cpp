@@ -1,6 +1,7 @@
 #include "embedded/page/page_paths.h"
 
 #include "embedded/page/nearest_path.h"
+#include "embedded/text/glob.h"
 #include "models/ordered_map.h"
 
 #include <algorithm>
@@ -84,14 +85,21 @@ class Finder {
     Finder(const storage::Database& db, const Checkout& checkout)
         : is_indexed_(db), files_below_(db), checkout_(checkout) {}
 
-    // None when the index knows no such file or folder. What it knows itself comes before what the name means on this
+    // None when the index knows no such file or folder, and none that fits a pattern. What it knows itself comes before what the name means on this
     // machine.
     std::vector<std::string> find(const std::string& name) {
         if (is_indexed_(name)) {
             return {name};
         }
-        std::vector<std::string> files = at(plain_path(name));
-        return files.empty() ? at(path_meant(name)) : files;
+        for (const std::string& path : {plain_path(name), path_meant(name)}) {
+            if (std::vector<std::string> files = at(path); !files.empty()) {
+                return files;
+            }
+            if (std::vector<std::string> files = matching(path); !files.empty()) {
+                return files;
+            }
+        }
+        return {};
     }
 
     // The path of the repository that a name means when the index does not know it as it stands.
@@ -105,6 +113,16 @@ class Finder {
   private:
     std::vector<std::string> at(const std::string& path) {
         return is_indexed_(path) ? std::vector{path} : files_below_(path);
+    }
+
+    std::vector<std::string> matching(const std::string& pattern) {
+        std::vector<std::string> files;
+        if (is_glob(pattern)) {
+            const Glob glob(pattern);
+            files = all_files();
+            std::erase_if(files, [&](const std::string& file) { return !glob.matches(file); });
+        }
+        return files;
     }
 
     IndexedFile is_indexed_;

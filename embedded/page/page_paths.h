@@ -24,10 +24,10 @@ struct PagePaths {
 };
 
 /// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
-/// "." is the root of the repository. "./a//b/" is read as "a/b". A path that the index does not know so is taken for
-/// one of this machine, absolute or relative to the current folder, and looked up by where it lies in the checkout. The
-/// empty path is no folder. A row of `files` whose path is a blob or holds a NUL is no file: the queries cannot be asked
-/// for it. Throws `SqliteError`.
+/// "." is the root of the repository. "./a//b/" is read as "a/b". What the index does not know so may be a `Glob`, which
+/// stands for the files that it matches; and then a path or a `Glob` of this machine, absolute or relative to the
+/// current folder, which is looked up by where it lies in the checkout. The empty path is no folder. A row of `files`
+/// whose path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws `SqliteError`.
 PagePaths find_page_paths(const storage::Database& db, const Checkout& checkout, std::span<const std::string> named);
 
 }  // namespace embedded

@@ -205,6 +205,10 @@ TEST_F(Command, TakesPathsAsTheMachineHasThem) {
         EXPECT_EQ(cards(path, from), card) << path << " from " << from;
     }
     EXPECT_EQ(cards("..", "src"), cards(".", "src"));
+    for (const char* const pattern : {"'src/?.ts'", "'**/src/*'", "'./src/**/{a,b}.ts'"}) {
+        EXPECT_EQ(cards(pattern, "."), cards("src/a.ts src/b.ts", ".")) << pattern;
+    }
+    EXPECT_EQ(cards("'[ab].ts'", "src"), cards("src/a.ts src/b.ts", "."));
     EXPECT_EQ(cards("../src-b.ts", "src"), cards("src-b.ts", "src"));
     EXPECT_EQ(cards("/src/a.ts", "."), "");
 }
