@@ -62,6 +62,8 @@ void write_closing_words(std::ostream& out, const std::string& index, const scip
     const std::array lines{
         passed_over(report),
         leading_nowhere(report),
+        about(report.excluded, "Left out as excluded, installed beside the sources, made smaller or generated",
+              "; --include takes them in"),
         about(report.missing_modules, "Modules of this repository that are named, but not in the index", ""),
         about(report.lost_tests, "Test files that reach no other file",
               "; for Python, name the folder of the package (such as src) to the indexer as an extra path of its type "

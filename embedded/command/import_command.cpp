@@ -3,6 +3,7 @@
 #include "embedded/command/closing_words.h"
 #include "embedded/command/file_option.h"
 #include "embedded/command/interruption.h"
+#include "embedded/command/path_rule_options.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/scip/import.h"
 
@@ -24,6 +25,8 @@ namespace {
 struct ImportArguments {
     std::vector<std::string> scip;
     std::string index;
+    PathRuleOptions exclusions;
+    PathRuleOptions tests;
     std::string checkout;  // empty for the root that the SCIP files state
 };
 
@@ -63,7 +66,9 @@ void run_import(const ImportArguments& arguments) {
         const scip::ImportRequest request{.scip_paths = arguments.scip,
                                           .index_path = arguments.index,
                                           .checkout = arguments.checkout.empty() ? std::nullopt
-                                                                                 : std::optional(arguments.checkout)};
+                                                                                 : std::optional(arguments.checkout),
+                                          .exclusions = arguments.exclusions.rules(),
+                                          .tests = arguments.tests.rules()};
         report = scip::import_scip(request, [&](std::int64_t done, std::int64_t total) {
             Interruption::throw_if_requested("interrupted; nothing was changed at " + arguments.index);
             progress.show(done, total);
@@ -84,6 +89,8 @@ void add_import_command(CLI::App& app) {
                     "The folder that holds the sources; by default the one that the SCIP files state")
         ->type_name("DIR")
         ->required(false);
+    add_exclusion_options(command, arguments->exclusions);
+    add_test_options(command, arguments->tests);
     command.callback([arguments] { run_import(*arguments); });
 }
 

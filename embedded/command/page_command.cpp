@@ -1,6 +1,7 @@
 #include "embedded/command/page_command.h"
 
 #include "embedded/command/file_option.h"
+#include "embedded/command/path_rule_options.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/files/checkout.h"
@@ -8,6 +9,7 @@
 #include "embedded/page/page.h"
 #include "embedded/page/page_json.h"
 #include "embedded/page/page_markdown.h"
+#include "embedded/rules/test_paths.h"
 #include "embedded/sqlite/database.h"
 #include "embedded/sqlite/index.h"
 #include "embedded/text/counted.h"
@@ -42,6 +44,7 @@ struct PageArguments {
     std::vector<std::string> only;
     bool without_source = false;
     bool is_strict = false;
+    PathRuleOptions tests;
 };
 
 MarkdownOptions markdown_options(const PageArguments& arguments) {
@@ -119,6 +122,8 @@ void print_page(const PageArguments& arguments) {
     Connection index = open_index(arguments.index);
     const std::string folder = checkout_folder(arguments, index);
     const Checkout checkout(folder);
+    const PathRules tests = test_rules(arguments.tests, index);
+    const TestRulesInForce in_force(tests);
     storage::Database db(std::move(index));
     const Page page = load_page(db, checkout, arguments.paths, arguments.page);
     judge_missing_paths(page, arguments.is_strict);
@@ -185,6 +190,7 @@ void add_page_command(CLI::App& app) {
         ->required(false);
     page.add_flag("--strict", arguments->is_strict, "Fail when the index does not hold one of the paths");
 
+    add_test_options(page, arguments->tests);
     CLI::Option* format = page.add_option("--format", arguments->format, "markdown for people, json for programs");
     format->type_name("FORMAT")->check(CLI::IsMember({"markdown", "json"}))->capture_default_str();
     page.add_option("--only", arguments->only, "Print these sections of the Markdown alone: " + section_names())

@@ -10,11 +10,11 @@ namespace {
 
 using models::Text;
 
-// Test -> the files of the page that it refers to or imports.
+// Test -> the files of the page, other than itself, that it refers to or imports.
 models::OrderedMap<Text, models::TextSet> files_reached(const scope::ScopeFacts& facts) {
     models::OrderedMap<Text, models::TextSet> files;
     for (const scope::InboundReference& reference : facts.inbound) {
-        if (facts.test_sources.contains(reference.source_path)) {
+        if (facts.test_sources.contains(reference.source_path) && reference.source_path != reference.target_path) {
             files[reference.source_path].insert(reference.target_path);
         }
     }

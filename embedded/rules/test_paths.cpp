@@ -1,34 +1,77 @@
+#include "embedded/rules/test_paths.h"
+
 #include "utils/path_filter.h"
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
-namespace utils {
+namespace embedded {
+
 namespace {
 
-constexpr std::array<std::string_view, 5> TEST_FOLDERS{"test", "tests", "__tests__", "spec", "specs"};
-constexpr std::array<std::string_view, 3> TEST_INFIXES{"_test.", ".test.", ".spec."};
+using std::string_view;
 
-bool is_test_folder(std::string_view name) {
-    return std::ranges::find(TEST_FOLDERS, name) != TEST_FOLDERS.end();
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): what the component calls has no other argument
+thread_local const PathRules* in_force = nullptr;
+
+constexpr std::array<string_view, 9> TEST_FOLDERS{"test", "tests",   "__tests__",   "spec",           "specs",
+                                                  "e2e",  "cypress", "androidTest", "integrationTest"};
+constexpr std::array<string_view, 8> TEST_INFIXES{"_test.", ".test.", ".spec.", "-test.",
+                                                  "_spec.", "-spec.", ".cy.",   ".e2e."};
+
+// Languages whose files are named as the class in them.
+constexpr std::array<string_view, 11> CLASS_FILES{".java", ".kt",  ".scala", ".groovy", ".cs", ".fs",
+                                                  ".vb",   ".php", ".swift", ".m",      ".mm"};
+constexpr std::array<string_view, 4> TEST_CLASSES{"Test", "Tests", "TestCase", "Spec"};
+
+bool is_test_folder(string_view name) {
+    return std::ranges::find(TEST_FOLDERS, name) != TEST_FOLDERS.end() || name.ends_with(".Tests");
 }
 
-bool is_test_file(std::string_view name) {
-    const auto is_in_name = [name](std::string_view infix) { return name.find(infix) != std::string_view::npos; };
-    return name == "conftest.py" || name.starts_with("test_") || std::ranges::any_of(TEST_INFIXES, is_in_name);
+// "StackTest.java", not "Test.java"
+bool is_test_class(string_view file) {
+    const std::size_t dot = std::min(file.rfind('.'), file.size());
+    const string_view name = file.substr(0, dot);
+    const auto ends_name = [&](string_view end) { return name.size() > end.size() && name.ends_with(end); };
+    return std::ranges::find(CLASS_FILES, file.substr(dot)) != CLASS_FILES.end() &&
+           std::ranges::any_of(TEST_CLASSES, ends_name);
 }
 
-}  // namespace
+bool is_test_file(string_view name) {
+    const auto is_in_name = [name](string_view infix) { return name.find(infix) != string_view::npos; };
+    return name == "conftest.py" || name.starts_with("test_") || std::ranges::any_of(TEST_INFIXES, is_in_name) ||
+           is_test_class(name);
+}
 
-bool is_test_path(std::string_view path) {
+bool is_named_as_test(string_view path) {
     std::size_t start = 0;
-    for (std::size_t slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/', start)) {
+    for (std::size_t slash = path.find('/'); slash != string_view::npos; slash = path.find('/', start)) {
         if (is_test_folder(path.substr(start, slash - start))) {
             return true;
         }
         start = slash + 1;
     }
     return is_test_file(path.substr(start));
+}
+
+}  // namespace
+
+TestRulesInForce::TestRulesInForce(const PathRules& rules) : before_(in_force) {
+    in_force = &rules;
+}
+
+TestRulesInForce::~TestRulesInForce() {
+    in_force = before_;
+}
+
+}  // namespace embedded
+
+namespace utils {
+
+bool is_test_path(std::string_view path) {
+    const std::optional<bool> said = embedded::in_force == nullptr ? std::nullopt : embedded::in_force->decide(path);
+    return said.value_or(embedded::is_named_as_test(path));
 }
 
 }  // namespace utils

@@ -18,6 +18,19 @@ struct Part {
     bool defines;  // here, or only announces what is defined elsewhere
 };
 
+// Whether a document defines something, and says of all that it is generated.
+bool is_generated(const Document& document) {
+    bool defines = false;
+    Repeated<Occurrence> occurrences = document.occurrences();
+    while (const std::optional<Occurrence> occurrence = occurrences.next()) {
+        if (occurrence->is_definition() && !occurrence->is_generated()) {
+            return false;
+        }
+        defines = defines || occurrence->is_definition();
+    }
+    return defines;
+}
+
 class ContentsReader {
   public:
     ContentsReader(TextSpool& spool, const ContentsListener& listener) : spool_(spool), listener_(listener) {}
@@ -38,6 +51,11 @@ class ContentsReader {
         const std::optional<std::string> path = path_in_repository(folder_, heading.path);
         if (!path) {
             ++contents_.unusable_documents;
+            return;
+        }
+        if (!listener_.wants(*path, is_generated(document))) {
+            ++contents_.unwanted_documents;
+            contents_.unwanted.insert(*path);
             return;
         }
         const auto [entry, is_new] = contents_.files.try_emplace(*path);

@@ -19,6 +19,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -59,10 +60,14 @@ struct Contents {
     TokenTable tokens;
     std::map<std::string, FileContents> files;  ///< by path
     std::int64_t unusable_documents = 0;        ///< left out for their path, as `path_in_repository` judges it
-    std::int64_t unusable_definitions = 0;      ///< left out for want of a usable range
+    std::int64_t unwanted_documents = 0;
+    std::set<std::string> unwanted;         ///< the paths of these
+    std::int64_t unusable_definitions = 0;  ///< left out for want of a usable range
 };
 
 struct ContentsListener {
+    /// Asked of each document whether it shall be read, by its path and whether all that it defines is generated.
+    std::function<bool(const std::string& path, bool is_generated)> wants = [](auto&, bool) { return true; };
     /// Called with the path and the stated language of each source file, when its first document begins.
     std::function<void(const std::string& path, const std::string& language)> new_file = [](auto&, auto&) {};
     /// Called after each document. What it throws ends the reading.

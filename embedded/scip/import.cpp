@@ -3,6 +3,9 @@
 #include "embedded/files/checkout.h"
 #include "embedded/files/replacement.h"
 #include "embedded/files/text_spool.h"
+#include "embedded/rules/configuration.h"
+#include "embedded/rules/exclusions.h"
+#include "embedded/rules/test_paths.h"
 #include "embedded/scip/gathered.h"
 #include "embedded/scip/index_writer.h"
 #include "embedded/scip/language.h"
@@ -12,12 +15,15 @@
 #include "embedded/sources/source_reader.h"
 #include "embedded/sqlite/connection.h"
 #include "embedded/sqlite/index.h"
+#include "embedded/sqlite/row_writer.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace embedded::scip {
 
@@ -107,18 +113,36 @@ std::optional<std::string> folder_of_sources(const std::optional<std::string>& c
     return checkout || !is_here ? checkout : repository.root->string();
 }
 
+// The rules of an import: what is asked for, then what the repository says, then what is usual.
+struct Rules {
+    std::vector<PathRule> exclusions;
+    std::vector<PathRule> tests;
+};
+
+std::vector<PathRule> joined(std::vector<PathRule> first, const std::vector<PathRule>& then) {
+    first.insert(first.end(), then.begin(), then.end());
+    return first;
+}
+
+Rules rules_for(const ImportRequest& request, const std::optional<Checkout>& checkout) {
+    const Configuration configuration = checkout ? read_configuration(*checkout) : Configuration();
+    return {.exclusions = joined(joined(request.exclusions, configuration.exclusions), usual_exclusions()),
+            .tests = joined(request.tests, configuration.tests)};
+}
+
 // Reads the SCIP files, and beside them the sources that they name.
-Gathered read_all(ScipFiles& scip, const std::optional<std::string>& checkout, TextSpool& spool, Steps& steps,
-                  ImportReport& report) {
-    const Repository repository = scip.repository(checkout);
-    SourcesOfCheckout sources(folder_of_sources(checkout, repository), spool);
+Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& rules, SourcesOfCheckout& sources,
+                  TextSpool& spool, Steps& steps, ImportReport& report) {
+    const PathRules exclusions(rules.exclusions);
     const ContentsListener listener{
+        .wants = [&](const std::string& path,
+                     bool is_generated) { return !exclusions.decide(path).value_or(is_generated); },
         .new_file = [&](const std::string& path,
                         const std::string& language) { sources.request(path, language_of(language, path)); },
         .after_document = [&] { steps.advance(); },
     };
     Contents contents = read_contents(scip.placed_in(repository), spool, listener);
-    steps.advance(static_cast<std::size_t>(contents.unusable_documents));
+    steps.advance(static_cast<std::size_t>(contents.unusable_documents + contents.unwanted_documents));
     const sources::Sources read = sources.finish([&] { steps.tell(); });
     if (sources.checkout()) {
         report.checkout = sources.checkout()->root();
@@ -127,9 +151,21 @@ Gathered read_all(ScipFiles& scip, const std::optional<std::string>& checkout, T
     return gather(std::move(contents), read, steps, report);
 }
 
+// What an index notes of itself.
+void note_origin(const Connection& out, const Rules& rules, const ImportReport& report) {
+    RowWriter writer(out);
+    for (const auto& [key, value] :
+         {std::pair("source", report.source), std::pair("tool", report.tool), std::pair("checkout", report.checkout),
+          std::pair("test_rules", written(rules.tests))}) {
+        if (!value.empty()) {
+            writer.note(key, value);
+        }
+    }
+}
+
 // Fills a new database and closes it.
-void write_index(const std::string& path, const std::string& source, const Gathered& gathered, TextSpool& spool,
-                 Steps& steps, ImportReport& report) {
+void write_index(const std::string& path, const Gathered& gathered, const Rules& rules, TextSpool& spool, Steps& steps,
+                 ImportReport& report) {
     Connection out(path, Connection::Mode::CREATE);
     out.watch([&] { steps.tell(); });
     // Whatever goes wrong, the file is thrown away; it is made durable as a whole when it is complete.
@@ -137,7 +173,8 @@ void write_index(const std::string& path, const std::string& source, const Gathe
     Transaction transaction(out);
     create_schema(out);
     write_rows(
-        out, source, gathered, spool, [&](std::size_t documents) { steps.advance(documents); }, report);
+        out, gathered, spool, [&](std::size_t documents) { steps.advance(documents); }, report);
+    note_origin(out, rules, report);
     create_indexes(out);
     transaction.commit();
 }
@@ -168,16 +205,25 @@ ImportReport import_scip(const ImportRequest& request, const ImportProgress& pro
     TextSpool spool(replacement.partial_path() + "-texts");
     ImportReport report;
     report.tool = scip.tools();
-    const Gathered gathered = read_all(scip, request.checkout, spool, steps, report);
+    const Repository repository = scip.repository(request.checkout);
+    SourcesOfCheckout sources(folder_of_sources(request.checkout, repository), spool);
+    const Rules rules = rules_for(request, sources.checkout());
+    const PathRules tests(rules.tests);
+    const TestRulesInForce in_force(tests);
+    const Gathered gathered = read_all(scip, repository, rules, sources, spool, steps, report);
     if (gathered.contents.files.empty() && holds_something(request.index_path)) {
         throw std::runtime_error(scip.names() + ": no source file is named there, so " + request.index_path +
                                  " is kept; run the indexer on sources, or remove the index first");
     }
+    report.source = scip.names();
     report.unparsed_symbols = static_cast<std::int64_t>(gathered.contents.symbols.unparsed());
     report.unusable_documents = gathered.contents.unusable_documents;
     report.unusable_definitions = gathered.contents.unusable_definitions;
+    for (const std::string& path : gathered.contents.unwanted) {
+        report.excluded.add(path);
+    }
     try {
-        write_index(replacement.partial_path(), scip.names(), gathered, spool, steps, report);
+        write_index(replacement.partial_path(), gathered, rules, spool, steps, report);
         if (!is_complete(replacement.partial_path(), report, steps)) {
             throw cannot_replace(request.index_path, "rows are missing from what was written");
         }

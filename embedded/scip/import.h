@@ -6,6 +6,7 @@
 // declaration itself: a module.
 #pragma once
 
+#include "embedded/rules/path_rules.h"
 #include "embedded/scip/import_report.h"
 
 #include <cstdint>
@@ -26,6 +27,11 @@ struct ImportRequest {
     /// The folder that the sources are read from; by default the root of the repository that the SCIP files state
     /// (project_root.h), where that is a folder of this machine. Without either the import does without sources.
     std::optional<std::string> checkout;
+    /// Whether a path is left out, and whether it is a test; before what the repository says of itself
+    /// (rules/configuration.h), which comes before what is usual. A file whose definitions all say that they are
+    /// generated is left out unless a rule keeps it. The index notes the rules for tests.
+    std::vector<PathRule> exclusions = {};
+    std::vector<PathRule> tests = {};
 };
 
 /// Makes one index of SCIP files at the index's path, in place of any that is there. Their paths become relative to the

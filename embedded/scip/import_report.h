@@ -23,6 +23,7 @@ struct Examples {
 };
 
 struct ImportReport {
+    std::string source;    ///< the names of the SCIP files, joined by ", "
     std::string tool;      ///< the indexers with their versions, joined by ", "; empty when the SCIP files do not say
     std::string checkout;  ///< the folder that sources were read from; empty without one
     std::int64_t files = 0;
@@ -37,6 +38,7 @@ struct ImportReport {
     /// References to symbols that the index does not hold, by the package of these: the five packages with most.
     std::vector<std::pair<std::string, std::int64_t>> nowhere;
     Examples missing_modules;  ///< modules of the repository's own packages that are named but not held
+    Examples excluded;         ///< files that were left out, by a rule or as generated
     Examples lost_tests;       ///< test files that refer to things, but to nothing in any other file
     Examples unread;           ///< files whose source is not there, or cannot be read
     Examples unparsed;  ///< files of a language that is understood whose source has no outline (sources/outline.h)

@@ -46,8 +46,7 @@ class IndexWriter {
         : out_(out), gathered_(gathered), contents_(gathered.contents), spool_(spool), after_file_(after_file),
           report_(report), references_(contents_, gathered.rows) {}
 
-    void write(const std::string& source) {
-        insert_meta(source);
+    void write() {
         insert_files();
         find_modules();
         insert_declarations();
@@ -56,17 +55,6 @@ class IndexWriter {
     }
 
   private:
-    void insert_meta(const std::string& source) {
-        const auto note_if_known = [&](std::string_view key, std::string_view value) {
-            if (!value.empty()) {
-                out_.note(key, value);
-            }
-        };
-        note_if_known("source", source);
-        note_if_known("tool", report_.tool);
-        note_if_known("checkout", report_.checkout);
-    }
-
     void insert_files() {
         std::set<std::string> languages;
         std::size_t place = 0;
@@ -205,9 +193,9 @@ class IndexWriter {
 
 }  // namespace
 
-void write_rows(const Connection& out, const std::string& source, const Gathered& gathered, TextSpool& spool,
-                const AfterFile& after_file, ImportReport& report) {
-    IndexWriter(out, gathered, spool, after_file, report).write(source);
+void write_rows(const Connection& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
+                ImportReport& report) {
+    IndexWriter(out, gathered, spool, after_file, report).write();
 }
 
 }  // namespace embedded::scip

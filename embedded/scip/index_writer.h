@@ -17,7 +17,7 @@ using AfterFile = std::function<void(std::size_t documents)>;
 /// Fills a database that has the schema of an index and no rows, and puts into `report` how many rows there are and
 /// what the references say of the index as a whole (references to nowhere, missing modules, lost tests). Throws
 /// `SqliteError`, and what the spool and `after_file` throw.
-void write_rows(const Connection& out, const std::string& source, const Gathered& gathered, TextSpool& spool,
-                const AfterFile& after_file, ImportReport& report);
+void write_rows(const Connection& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
+                ImportReport& report);
 
 }  // namespace embedded::scip

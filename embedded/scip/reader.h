@@ -60,6 +60,7 @@ struct Occurrence {
     std::optional<Range> enclosing_range;  ///< of the whole declaration with its body, if this is a definition
 
     [[nodiscard]] bool is_definition() const { return (static_cast<std::uint32_t>(roles) & 1U) != 0; }
+    [[nodiscard]] bool is_generated() const { return (static_cast<std::uint32_t>(roles) & 16U) != 0; }
     /// Whether it only announces what is defined elsewhere, as a declaration in a header does.
     [[nodiscard]] bool is_forward_definition() const {
         return !is_definition() && (static_cast<std::uint32_t>(roles) & 64U) != 0;

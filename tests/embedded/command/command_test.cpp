@@ -222,6 +222,24 @@ TEST_F(Command, KnowsTheFolderThatAnIndexWasMadeIn) {
     expect_failure("page src --index index.db", "index.db: made without sources; name the folder");
 }
 
+TEST_F(Command, TakesForTestsWhatItIsToldAndWhatTheIndexNotes) {
+    folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F), ScipDocument("check/b.ts").refers(F),
+                                       ScipDocument("test/c.ts").refers(F)}));
+    folder.write("src/.wiki-scope.toml", "not-test = ['test/c.ts']");
+    ASSERT_EQ(run("import in.scip --index new.db --checkout src --test check").exit_code, 0);
+    const auto card = [&](const std::string& options) {
+        const std::string page = run("page a.ts --index new.db --only files " + options).out;
+        return page.substr(page.find("| `a.ts`"));
+    };
+    EXPECT_EQ(card(""), "| `a.ts` | ? | 1 |  | `f` L1 (1) | test/c.ts | check/b.ts |\n");
+    EXPECT_EQ(card("--not-test '**/b.ts' --test test"),
+              "| `a.ts` | ? | 1 |  | `f` L1 (1) | check/b.ts | test/c.ts |\n");
+    expect_failure("page a.ts --index new.db --test ''", "--test: an empty pattern", 2);
+    folder.write("src/.wiki-scope.toml", "tests = []");
+    expect_failure("import in.scip --index new.db --checkout src",
+                   folder / "src/.wiki-scope.toml:1: no such key: tests");
+}
+
 TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {
     folder.write("src/a.ts", "");
     const std::string options = " --index index.db --checkout . --only files";

@@ -56,6 +56,26 @@ TEST_F(ScipImport, SaysWhatItsReferencesLackAndWhichTestsReachNothing) {
     EXPECT_EQ(report.lost_tests.first, std::vector<std::string>{"test/lost.ts"});
 }
 
+TEST_F(ScipImport, LeavesOutWhatARuleExcludesOrAllOfWhichIsGenerated) {
+    folder.write("checkout/.wiki-scope.toml", "exclude = ['*.gen.ts']\ninclude = ['kept.ts']\n");
+    const std::vector<ScipDocument> documents{
+        ScipDocument("a.ts").occurs(F, 1 | 16, {0, 0, 1}).defines(G, {1, 0, 1}).refers(symbol("gone().")),
+        ScipDocument("made.ts").occurs(symbol("gone()."), 1 | 16, {0, 0, 1}),
+        ScipDocument("kept.ts").occurs(symbol("kept()."), 1 | 16, {0, 0, 1}),
+        ScipDocument("src/b.gen.ts"),
+        ScipDocument("node_modules/c/d.ts"),
+        ScipDocument("one/e.ts"),
+        ScipDocument("one/f.gen.ts")};
+    const ImportRequest request{.scip_paths = {folder.write("in.scip", scip_file(documents))},
+                                .index_path = index,
+                                .checkout = folder / "checkout",
+                                .exclusions = {{"one/f.gen.ts", false}, {"one", true}}};
+    const ImportReport report = import_scip(request, {});
+    EXPECT_EQ(rows("SELECT path AS row FROM files"), "a.ts; kept.ts; one/f.gen.ts");
+    EXPECT_EQ(report.excluded.first,
+              (std::vector<std::string>{"made.ts", "node_modules/c/d.ts", "one/e.ts", "src/b.gen.ts"}));
+}
+
 TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
     const std::string old = import_old();
     const std::string whole = scip_file({ScipDocument("a.ts").defines(F)});

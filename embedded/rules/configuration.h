@@ -1,0 +1,29 @@
+// What a repository says of itself for everybody who indexes it.
+#pragma once
+
+#include "embedded/files/checkout.h"
+#include "embedded/rules/path_rules.h"
+
+#include <vector>
+
+namespace embedded {
+
+/// The name of the file at the root of a checkout, in the language TOML:
+///
+///     exclude  = ["gen/", "*.pb.ts"]         # as the options of the import of these names
+///     include  = ["gen/kept.ts"]
+///     test     = ["*.check.ts"]
+///     not-test = ["django/test/"]
+inline constexpr const char* CONFIGURATION_FILE = ".wiki-scope.toml";
+
+struct Configuration {
+    std::vector<PathRule> tests;       ///< whether a path is a test
+    std::vector<PathRule> exclusions;  ///< whether a path is left out of an index
+};
+
+/// Reads the configuration of a checkout, which is empty when there is no such file. Throws `std::runtime_error` with
+/// one line that names the file, the line in it and what is wrong: TOML, a key that nobody knows, or a value that is no
+/// list of patterns.
+Configuration read_configuration(const Checkout& checkout);
+
+}  // namespace embedded
