@@ -143,7 +143,7 @@ void check_scip(const std::string& path) {
     try {
         static const embedded::TemporaryFolder folder;
         TextSpool spool(folder / "texts");
-        ScipFile scip(InputFile(path, folder / "copy", [] {}), [] {});
+        ScipFile scip(embedded::InputFile(path, folder / "copy", [] {}), [] {});
         std::int64_t read = 0;
         std::size_t begun = 0;
         const ContentsListener listener{.new_file = [&](auto&, auto&) { ++begun; }, .after_document = [&] { ++read; }};
