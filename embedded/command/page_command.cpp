@@ -90,7 +90,7 @@ std::string checkout_folder(const PageArguments& arguments, const Connection& in
     if (!arguments.checkout.empty()) {
         return arguments.checkout;
     }
-    const std::string folder = noted(index, "checkout");
+    std::string folder = noted(index, "checkout");
     std::error_code error;
     if (folder.empty() || !std::filesystem::is_directory(folder, error)) {
         throw std::runtime_error(

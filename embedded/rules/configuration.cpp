@@ -2,6 +2,7 @@
 
 #include <toml++/toml.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <stdexcept>

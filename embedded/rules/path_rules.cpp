@@ -29,6 +29,7 @@ bool covers(const Glob& glob, bool is_anchored, std::string_view path) {
 
 std::vector<PathRule> rules_of(const std::vector<std::string>& holds, const std::vector<std::string>& does_not) {
     std::vector<PathRule> rules;
+    rules.reserve(holds.size() + does_not.size());
     for (const std::string& pattern : does_not) {
         rules.push_back({pattern, false});
     }

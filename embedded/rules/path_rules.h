@@ -39,8 +39,8 @@ class PathRules {
   private:
     struct Prepared {
         Glob glob;
-        bool is_anchored;  // at the root
-        bool holds;
+        bool is_anchored = false;  // at the root
+        bool holds = false;
     };
     std::vector<Prepared> rules_;
 };
