@@ -11,6 +11,7 @@
 #include "embedded/scip/language.h"
 #include "embedded/scip/members.h"
 #include "embedded/scip/project_root.h"
+#include "embedded/scip/report_json.h"
 #include "embedded/scip/scip_files.h"
 #include "embedded/sources/source_reader.h"
 #include "embedded/sqlite/connection.h"
@@ -151,16 +152,12 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
     return gather(std::move(contents), read, steps, report);
 }
 
-// What an index notes of itself.
+// What an index notes of itself: what pages need, and everything that was found out.
 void note_origin(const Connection& out, const Rules& rules, const ImportReport& report) {
     RowWriter writer(out);
-    for (const auto& [key, value] :
-         {std::pair("source", report.source), std::pair("tool", report.tool), std::pair("checkout", report.checkout),
-          std::pair("test_rules", written(rules.tests))}) {
-        if (!value.empty()) {
-            writer.note(key, value);
-        }
-    }
+    writer.note("checkout", report.checkout);
+    writer.note("test_rules", written(rules.tests));
+    writer.note("report", written(report));
 }
 
 // Fills a new database and closes it.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,6 +23,12 @@ struct Examples {
     }
 };
 
+/// Edges, and the references that they stand for.
+struct EdgeCount {
+    std::int64_t edges = 0;
+    std::int64_t references = 0;
+};
+
 struct ImportReport {
     std::string source;    ///< the names of the SCIP files, joined by ", "
     std::string tool;      ///< the indexers with their versions, joined by ", "; empty when the SCIP files do not say
@@ -30,6 +37,10 @@ struct ImportReport {
     std::int64_t declarations = 0;
     std::int64_t edges = 0;    ///< rows; each stands for one or more references
     std::int64_t sources = 0;  ///< files whose source was read
+
+    std::map<std::string, std::int64_t> files_by_language;  ///< "" for those of which the language is not known
+    std::map<std::string, std::int64_t> declarations_by_kind;
+    std::map<std::string, EdgeCount> edges_by_resolution;
 
     std::int64_t unparsed_symbols = 0;      ///< distinct symbol strings that do not parse, all passed over
     std::int64_t unusable_documents = 0;    ///< passed over for their path: empty, absolute, with ".." or a NUL byte

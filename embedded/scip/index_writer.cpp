@@ -6,8 +6,11 @@
 #include "embedded/scip/references.h"
 #include "embedded/scip/symbol.h"
 #include "embedded/sqlite/row_writer.h"
+#include "utils/path_filter.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -17,6 +20,8 @@
 namespace embedded::scip {
 
 namespace {
+
+constexpr std::array RESOLUTIONS{Resolution::AMBIGUOUS, Resolution::IMPORT, Resolution::LOCAL};
 
 // What the index says of a declaration.
 struct Declaration {
@@ -39,6 +44,17 @@ std::string name_of_module(std::string_view path) {
     return std::string(stem.empty() ? file : stem);
 }
 
+// How many lines some rows, which stand by first line, take up together.
+std::int64_t declared_lines(const FileRows& rows) {
+    std::int64_t lines = 0;
+    std::int64_t last = 0;
+    for (const Row& row : rows.rows) {
+        lines += std::max<std::int64_t>(row.lines.last - std::max<std::int64_t>(row.lines.first - 1, last), 0);
+        last = std::max<std::int64_t>(row.lines.last, last);
+    }
+    return lines;
+}
+
 class IndexWriter {
   public:
     IndexWriter(const Connection& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
@@ -47,11 +63,11 @@ class IndexWriter {
           report_(report), references_(contents_, gathered.rows) {}
 
     void write() {
-        insert_files();
         find_modules();
-        insert_declarations();
+        insert_files();
         insert_resolutions();
-        insert_edges();
+        insert_edges();  // which counts the uses of declarations
+        insert_declarations();
     }
 
   private:
@@ -64,7 +80,13 @@ class IndexWriter {
             if (gathered_.content_hashes[place] != 0) {
                 hash = gathered_.rows[place].has_moved ? 0 : gathered_.content_hashes[place];
             }
-            out_.add(FileRow{static_cast<RowId>(place + 1), path, language, hash});
+            out_.add(FileRow{.id = static_cast<RowId>(place + 1),
+                             .path = path,
+                             .language = language,
+                             .content_hash = hash,
+                             .declarations = first_ids_[place + 1] - first_ids_[place],
+                             .declared_lines = declared_lines(gathered_.rows[place])});
+            ++report_.files_by_language[language];
             if (!language.empty()) {
                 languages.insert(language);
             }
@@ -96,7 +118,9 @@ class IndexWriter {
             first_ids_.push_back(next);
             next += static_cast<RowId>(rows[at].rows.size()) + (is_module_[at] ? 1 : 0);
         }
+        first_ids_.push_back(next);
         report_.declarations = next - 1;
+        uses_.resize(static_cast<std::size_t>(next));
     }
 
     static RowId id_of(Resolution resolution) { return static_cast<RowId>(resolution) + 1; }
@@ -113,14 +137,17 @@ class IndexWriter {
             const FileRows& rows = gathered_.rows[place];
             RowId id = first_ids_[place++];
             const auto add = [&](const Declaration& found) {
-                out_.add(DeclarationRow{.id = id++,
+                out_.add(DeclarationRow{.id = id,
                                         .file = place,
                                         .name = found.name,
                                         .fqn = found.fqn,
                                         .kind = found.kind,
                                         .is_export = found.is_public,
                                         .first_line = found.lines.first,
-                                        .last_line = found.lines.last});
+                                        .last_line = found.lines.last,
+                                        .uses = uses_[static_cast<std::size_t>(id)]});
+                ++report_.declarations_by_kind[std::string(found.kind)];
+                ++id;
             };
             if (is_module_[place - 1]) {
                 add(module(path, rows));
@@ -152,7 +179,7 @@ class IndexWriter {
     }
 
     void insert_resolutions() {
-        for (const Resolution resolution : {Resolution::AMBIGUOUS, Resolution::IMPORT, Resolution::LOCAL}) {
+        for (const Resolution resolution : RESOLUTIONS) {
             out_.add(ResolutionRow{id_of(resolution), name_of(resolution)});
         }
     }
@@ -170,14 +197,29 @@ class IndexWriter {
                 edges.push_back({place, id_of_module(module), id_of(Resolution::IMPORT), count});
             }
             std::ranges::stable_sort(edges, {}, &EdgeRow::target);
+            const bool is_test = utils::is_test_path(path);
             for (const EdgeRow& edge : edges) {
                 out_.add(edge);
+                count(edge, is_test);
             }
             report_.edges += static_cast<std::int64_t>(edges.size());
             findings.add(path, file, references, place - 1);
             after_file_(file.documents);
         }
         findings.report(report_);
+        for (const Resolution resolution : RESOLUTIONS) {
+            report_.edges_by_resolution[std::string(name_of(resolution))] =
+                edges_by_resolution_.at(static_cast<std::size_t>(id_of(resolution)));
+        }
+    }
+
+    void count(const EdgeRow& edge, bool is_from_test) {
+        EdgeCount& count = edges_by_resolution_.at(static_cast<std::size_t>(edge.resolution));
+        ++count.edges;
+        count.references += edge.references;
+        if (!is_from_test && edge.resolution != id_of(Resolution::AMBIGUOUS)) {
+            uses_[static_cast<std::size_t>(edge.target)] += edge.references;
+        }
     }
 
     RowWriter out_;
@@ -187,8 +229,10 @@ class IndexWriter {
     const AfterFile& after_file_;
     ImportReport& report_;
     References references_;
-    std::vector<bool> is_module_;   // by file
-    std::vector<RowId> first_ids_;  // by file
+    std::vector<bool> is_module_;     // by file
+    std::vector<RowId> first_ids_;    // by file, and behind the last one the id that comes next
+    std::vector<std::int64_t> uses_;  // by the id of a declaration
+    std::array<EdgeCount, RESOLUTIONS.size() + 1> edges_by_resolution_{};  // by the id of a resolution
 };
 
 }  // namespace

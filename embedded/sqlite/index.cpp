@@ -18,7 +18,9 @@ constexpr const char* TABLES = R"sql(
         id INTEGER PRIMARY KEY,             -- ascends with the path
         path TEXT UNIQUE NOT NULL,
         language TEXT,                      -- NULL when unknown
-        content_hash INTEGER                -- of the source that was read; NULL when none was
+        content_hash INTEGER,               -- of the source that was read; NULL when none was
+        declarations INTEGER,               -- how many
+        declared_lines INTEGER              -- how many lines these take up together
     );
     CREATE TABLE languages(
         name TEXT PRIMARY KEY,
@@ -32,7 +34,8 @@ constexpr const char* TABLES = R"sql(
         kind TEXT,
         is_export INTEGER,
         start_line INTEGER,                 -- 1-based, inclusive
-        end_line INTEGER                    -- 1-based, inclusive
+        end_line INTEGER,                   -- 1-based, inclusive
+        uses INTEGER                        -- by production code, as the fan-in of a page counts them
     );
     CREATE TABLE descriptions(              -- of those declarations of which something is known
         symbol_id INTEGER PRIMARY KEY,
@@ -55,6 +58,7 @@ constexpr const char* TABLES = R"sql(
 
 constexpr const char* INDEXES = R"sql(
     CREATE INDEX symbols_by_file ON symbols(file_id);
+    CREATE INDEX symbols_by_name ON symbols(name, uses);
     CREATE INDEX edges_by_target ON edges(target_id, source_file_id, resolution_id, refs);
 )sql";
 

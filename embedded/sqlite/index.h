@@ -15,7 +15,7 @@
 namespace embedded {
 
 /// The version of the schema that this program writes and reads.
-inline constexpr std::string_view SCHEMA_VERSION = "3";
+inline constexpr std::string_view SCHEMA_VERSION = "4";
 
 /// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`. Throws
 /// `SqliteError`, above all when the database has such tables already.

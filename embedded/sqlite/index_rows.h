@@ -17,6 +17,8 @@ struct FileRow {
     std::string_view path;
     std::string_view language = {};                           ///< empty when unknown
     std::optional<std::int64_t> content_hash = std::nullopt;  ///< of the source that was read; none when none was
+    std::int64_t declarations = 0;
+    std::int64_t declared_lines = 0;  ///< that its declarations take up together
 };
 
 struct LanguageRow {
@@ -34,6 +36,7 @@ struct DeclarationRow {
     bool is_export = false;
     std::int64_t first_line = 0;
     std::int64_t last_line = 0;
+    std::int64_t uses = 0;  ///< references from production code that prove a use, from whatever file
 };
 
 /// What else is known of a declaration; each text may be empty.

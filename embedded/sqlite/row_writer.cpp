@@ -16,10 +16,12 @@ void insert(Statement& statement, const Values&... values) {
 
 RowWriter::RowWriter(const Connection& connection)
     : notes_(connection, "INSERT INTO meta(key, value) VALUES(?1, ?2)"),
-      files_(connection, "INSERT INTO files(id, path, language, content_hash) VALUES(?1, ?2, nullif(?3, ''), ?4)"),
+      files_(connection, "INSERT INTO files(id, path, language, content_hash, declarations, declared_lines) "
+                         "VALUES(?1, ?2, nullif(?3, ''), ?4, ?5, ?6)"),
       languages_(connection, "INSERT INTO languages(name, import_resolved) VALUES(?1, ?2)"),
-      declarations_(connection, "INSERT INTO symbols(id, file_id, name, fqn, kind, is_export, start_line, end_line) "
-                                "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"),
+      declarations_(connection,
+                    "INSERT INTO symbols(id, file_id, name, fqn, kind, is_export, start_line, end_line, uses) "
+                    "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)"),
       descriptions_(connection, "INSERT INTO descriptions(symbol_id, signature, documentation) VALUES(?1, ?2, ?3)"),
       resolutions_(connection, "INSERT INTO resolutions(id, name) VALUES(?1, ?2)"),
       edges_(connection, "INSERT INTO edges(source_file_id, target_id, resolution_id, refs) VALUES(?1, ?2, ?3, ?4)") {}
@@ -29,7 +31,7 @@ void RowWriter::note(std::string_view key, std::string_view value) {
 }
 
 void RowWriter::add(const FileRow& row) {
-    insert(files_, row.id, row.path, row.language, row.content_hash);
+    insert(files_, row.id, row.path, row.language, row.content_hash, row.declarations, row.declared_lines);
 }
 
 void RowWriter::add(const LanguageRow& row) {
@@ -38,7 +40,7 @@ void RowWriter::add(const LanguageRow& row) {
 
 void RowWriter::add(const DeclarationRow& row) {
     insert(declarations_, row.id, row.file, row.name, row.fqn, row.kind, std::int64_t{row.is_export ? 1 : 0},
-           row.first_line, row.last_line);
+           row.first_line, row.last_line, row.uses);
 }
 
 void RowWriter::add(const DescriptionRow& row) {

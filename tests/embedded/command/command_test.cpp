@@ -49,7 +49,7 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnIndexFromBeingRead) {
              {"other.db", ": not a wiki-scope index; name another file\n"},
              {"/", ": not a wiki-scope index but a folder or a device; name another file\n"},
              {changed_index("index1.db", "UPDATE meta SET value = '1'"),
-              ": an index of schema version 1, but this program reads version 3; import the SCIP file again\n"},
+              ": an index of schema version 1, but this program reads version 4; import the SCIP file again\n"},
              {changed_index("null.db", "UPDATE meta SET value = NULL"), ": not a wiki-scope index; "},
              {changed_index("half.db", "DROP TABLE languages"),
               ": no such table: languages; it is not a whole wiki-scope index: import the SCIP file again\n"},
@@ -283,7 +283,7 @@ TEST_F(Command, EndsQuietlyWhenItsReaderHasSeenEnough) {
     folder.write("src/a.ts", "");
     // More than a pipe holds.
     change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
-           "INSERT INTO symbols SELECT i, 1, '', '', '', 1, 1, 1 FROM n LIMIT 2000");
+           "INSERT INTO symbols SELECT i, 1, '', '', '', 1, 1, 1, 0 FROM n LIMIT 2000");
     // Services are often started with the signal ignored.
     const std::string page = "'" WIKI_SCOPE "' page src --index index.db --checkout . --format json";
     EXPECT_EQ(shell("trap '' PIPE; " + page + " | head -c 1").err, "");

@@ -116,7 +116,7 @@ TEST_F(ScipImport, AJournalOfTheOldIndexIsNotPlayedIntoTheNew) {
     std::string journal;
     {
         const Connection writer(index, Connection::Mode::CREATE);
-        writer.execute("PRAGMA journal_mode = WAL; INSERT INTO files VALUES(9, 'late.ts', NULL, NULL)");
+        writer.execute("PRAGMA journal_mode = WAL; INSERT INTO files VALUES(9, 'late.ts', NULL, NULL, 0, 0)");
         journal = folder.read("index.db-wal");
     }
     for (const bool old_is_there : {true, false}) {

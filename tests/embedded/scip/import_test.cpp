@@ -1,8 +1,10 @@
 // What an import makes of documents, and what it says of what is no SCIP file.
 
+#include "embedded/scip/report_json.h"
 #include "tests/embedded/scip/import_fixture.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace embedded::scip {
 namespace {
@@ -14,8 +16,25 @@ TEST_F(ScipImport, NumbersFilesByPathAndDeclarationsByFileLineAndDefinition) {
     EXPECT_EQ(rows("SELECT id || ' ' || file_id || name || ' ' || start_line || ' ' || end_line AS row FROM symbols"),
               "1 1f 1 2; 2 2b 4 4; 3 2a 4 4; 4 2g 9 9");
     EXPECT_EQ(rows("SELECT name || ' ' || import_resolved AS row FROM languages"), "c 1; python 1");
-    EXPECT_EQ(rows("SELECT key || ' ' || value AS row FROM meta ORDER BY key"),
-              "schema_version 3; source " + folder / "in.scip" + "; tool indexer 1.2");
+}
+
+TEST_F(ScipImport, NotesWhatItHasFoundForThoseWhoLookForThings) {
+    const ImportReport report =
+        import({ScipDocument("a.ts").defines(F, {0, 0, 9, 0}).defines(G, {4, 0, 19, 0}).refers(F),
+                ScipDocument("b.ts").refers(F).refers(F).defines(symbol("b#"), {3, 0, 1}),
+                ScipDocument("b.test.ts").refers(F)});
+    EXPECT_EQ(rows("SELECT path || ' ' || declarations || ' ' || declared_lines AS row FROM files ORDER BY id"),
+              "a.ts 2 19; b.test.ts 0 0; b.ts 1 1");
+    EXPECT_EQ(rows("SELECT name || ' ' || uses AS row FROM symbols ORDER BY id"), "f 3; g 0; b 0");
+    EXPECT_EQ(rows("SELECT value AS row FROM meta WHERE key = 'report'"), written(report));
+    EXPECT_EQ(written(read_report(written(report))), written(report));
+    EXPECT_EQ(report.source, folder / "in.scip");
+    EXPECT_EQ(report.tool, "indexer 1.2");
+    EXPECT_EQ(report.files_by_language.at("typescript"), 3);
+    EXPECT_EQ(report.declarations_by_kind.at("function"), 2);
+    EXPECT_EQ(report.edges_by_resolution.at("import").references, 3);
+    EXPECT_EQ(report.edges_by_resolution.at("ambiguous").edges, 0);
+    EXPECT_THROW(read_report("{}"), std::invalid_argument);
 }
 
 TEST_F(ScipImport, AnOccurrenceInItsOwnDocumentIsLocalAndElsewhereAnImport) {

@@ -39,7 +39,7 @@ TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
     add<DeclarationRow>({{5, 1, "later", "m.later", "class", true, 9, 10},
                          {3, 1, "same", "", "enum", false, 2, 2},
                          {2, 1, "line", "", "enum", false, 2, 9}});
-    change("INSERT INTO symbols VALUES(1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999)");
+    change("INSERT INTO symbols VALUES(1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999, NULL)");
     storage::Database db = open();
     const auto symbols = scope_symbols(db, std::vector<storage::FileId>{2, 1, 2});
     ASSERT_TRUE(std::ranges::equal(symbols, Numbers{1, 2, 3, 5}, {}, &storage::ScopeSymbol::id));
@@ -128,7 +128,7 @@ TEST_F(Index, IsReadInOneStateWhileItIsWritten) {
 TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
     change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
            "INSERT INTO files(id, path, language) SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
-    change("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2 FROM files");
+    change("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2, 0 FROM files");
     change("INSERT INTO edges SELECT id, id % 5000 + 1, 1, 1 FROM files");
     storage::Database db = open();
 
