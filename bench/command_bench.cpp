@@ -149,6 +149,14 @@ void measure(const std::string& wiki_scope) {
             costs.add(page.name + " --format json", [command] { return bench::cost_of_program(command); });
         }
     }
+    const std::vector<std::vector<std::string>> lookups{
+        {"files"}, {"find", "art"}, {"stats"}};  // every name holds "art"
+    for (const std::vector<std::string>& lookup : lookups) {
+        std::vector<std::string> command{wiki_scope};
+        command.insert(command.end(), lookup.begin(), lookup.end());
+        command.insert(command.end(), {"--index", index});
+        costs.add(lookup.front(), [command] { return bench::cost_of_program(command); });
+    }
     costs.run(ROUNDS);
 
     const PageShape all = page_shapes().front();
@@ -158,7 +166,7 @@ void measure(const std::string& wiki_scope) {
     std::printf("| Command | rows | bare scans | elapsed ms | peak MB |\n|---|---|---|---|---|\n");
     const auto print = [&](const std::string& name, const PageShape& page) {
         const Cost cost = costs.of(name);
-        std::printf("| `%s` | %zu | %.1f | %.0f | %.0f |\n", name.c_str(), bare.scan(page),
+        std::printf("| `%s` | %zu | %.2g | %.0f | %.0f |\n", name.c_str(), bare.scan(page),
                     cost.processor_seconds / costs.of("bare " + page.name).processor_seconds,
                     cost.elapsed_seconds * 1e3, cost.peak_megabytes);
     };
@@ -167,6 +175,9 @@ void measure(const std::string& wiki_scope) {
         print(page.name, page);
     }
     print(all.name + " --format json", all);
+    for (const std::vector<std::string>& lookup : lookups) {
+        print(lookup.front(), all);
+    }
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include "embedded/command/import_command.h"
 
-#include "embedded/command/closing_words.h"
 #include "embedded/command/file_option.h"
 #include "embedded/command/interruption.h"
 #include "embedded/command/path_rule_options.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/scip/import.h"
+#include "embedded/scip/report_text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -74,7 +74,10 @@ void run_import(const ImportArguments& arguments) {
             progress.show(done, total);
         });
     }
-    print([&](std::ostream& out) { write_closing_words(out, arguments.index, report); });
+    print([&](std::ostream& out) {
+        write_made(out, arguments.index, report);
+        write_findings(out, report);
+    });
 }
 
 }  // namespace

@@ -1,9 +1,12 @@
-// wiki-scope: import an index, ground a page.
+// wiki-scope: import an index, look for things in it, ground a page.
 
+#include "embedded/command/files_command.h"
+#include "embedded/command/find_command.h"
 #include "embedded/command/import_command.h"
 #include "embedded/command/page_command.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
+#include "embedded/command/stats_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -56,6 +59,9 @@ int run(int argc, char** argv) {
     app.require_subcommand(1);
     embedded::add_import_command(app);
     embedded::add_page_command(app);
+    embedded::add_files_command(app);
+    embedded::add_find_command(app);
+    embedded::add_stats_command(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& answered) {  // --help, --version

@@ -20,7 +20,7 @@ Page load_page(storage::Database& db, const Checkout& checkout, std::span<const 
                const PageOptions& options) {
     auto one_state = std::make_unique<const Transaction>(db.connection());
     db.forget();
-    PagePaths paths = find_page_paths(db, checkout, named);
+    FoundPaths paths = find_paths(db.connection(), &checkout, named);
     WatchfulReader reader(db, checkout, paths.indexed);
     const auto read_lines = [&reader](const models::Text& path) { return reader.read(path); };
     return {.one_state = std::move(one_state),

@@ -3,7 +3,7 @@
 
 #include "embedded/files/checkout.h"
 #include "embedded/page/caveats.h"
-#include "embedded/page/page_paths.h"
+#include "embedded/paths/find_paths.h"
 #include "embedded/sqlite/database.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
@@ -51,7 +51,7 @@ struct Page {
     const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
 };
 
-/// Grounds the page of the named files and folders, as `find_page_paths` reads them. A file that the checkout does not
+/// Grounds the page of the named files and folders, as `find_paths` reads them. A file that the checkout does not
 /// give has no line count and no summary. Throws `SqliteError`.
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options = {});

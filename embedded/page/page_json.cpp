@@ -1,7 +1,7 @@
 #include "embedded/page/page_json.h"
 
-#include "embedded/page/json_writer.h"
 #include "embedded/sqlite/descriptions.h"
+#include "embedded/text/json_writer.h"
 #include "workers/wiki/scope/render.h"
 #include "workers/wiki/scope_tests.h"
 

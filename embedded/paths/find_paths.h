@@ -2,7 +2,7 @@
 #pragma once
 
 #include "embedded/files/checkout.h"
-#include "embedded/sqlite/database.h"
+#include "embedded/sqlite/connection.h"
 
 #include <span>
 #include <string>
@@ -17,7 +17,7 @@ struct Suggestion {
 };
 
 /// What the named paths stand for in an index.
-struct PagePaths {
+struct FoundPaths {
     std::vector<std::string> indexed;     ///< files of the index, in the order in which they were named, each once
     std::vector<std::string> missing;     ///< paths that the index knows neither as a file nor as a folder, as named
     std::vector<Suggestion> suggestions;  ///< for those of the first ten missing paths that something is near to
@@ -26,8 +26,9 @@ struct PagePaths {
 /// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
 /// "." is the root of the repository. "./a//b/" is read as "a/b". What the index does not know so may be a `Glob`, which
 /// stands for the files that it matches; and then a path or a `Glob` of this machine, absolute or relative to the
-/// current folder, which is looked up by where it lies in the checkout. The empty path is no folder. A row of `files`
-/// whose path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws `SqliteError`.
-PagePaths find_page_paths(const storage::Database& db, const Checkout& checkout, std::span<const std::string> named);
+/// current folder, which is looked up by where it lies in the checkout, unless that is null. The empty path is no
+/// folder. A row of `files` whose path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws
+/// `SqliteError`.
+FoundPaths find_paths(const Connection& index, const Checkout* checkout, std::span<const std::string> named);
 
 }  // namespace embedded

@@ -1,6 +1,6 @@
-#include "embedded/page/page_paths.h"
+#include "embedded/paths/find_paths.h"
 
-#include "embedded/page/nearest_path.h"
+#include "embedded/paths/nearest_path.h"
 #include "embedded/text/glob.h"
 #include "models/ordered_map.h"
 
@@ -25,7 +25,7 @@ std::string paths_where(const std::string& condition) {
 // Whether the index holds exactly this file.
 class IndexedFile {
   public:
-    explicit IndexedFile(const storage::Database& db) : row_(db.connection(), paths_where("path = ?1")) {}
+    explicit IndexedFile(const Connection& index) : row_(index, paths_where("path = ?1")) {}
 
     bool operator()(const std::string& path) {
         row_.reset();
@@ -40,8 +40,8 @@ class IndexedFile {
 // The files of the index below a folder, in path order.
 class FilesBelow {
   public:
-    explicit FilesBelow(const storage::Database& db)
-        : all_(db.connection(), paths_where("true")), below_(db.connection(), paths_where("path > ?1 AND path < ?2")) {}
+    explicit FilesBelow(const Connection& index)
+        : all_(index, paths_where("true")), below_(index, paths_where("path > ?1 AND path < ?2")) {}
 
     std::vector<std::string> operator()(const std::string& folder) {
         if (folder == ".") {
@@ -82,11 +82,11 @@ std::string plain_path(const std::string& named) {
 // Finds the files that a name stands for.
 class Finder {
   public:
-    Finder(const storage::Database& db, const Checkout& checkout)
-        : is_indexed_(db), files_below_(db), checkout_(checkout) {}
+    Finder(const Connection& index, const Checkout* checkout)
+        : is_indexed_(index), files_below_(index), checkout_(checkout) {}
 
-    // None when the index knows no such file or folder, and none that fits a pattern. What it knows itself comes before what the name means on this
-    // machine.
+    // None when the index knows no such file or folder, and none that fits a pattern. What it knows itself comes before
+    // what the name means on this machine.
     std::vector<std::string> find(const std::string& name) {
         if (is_indexed_(name)) {
             return {name};
@@ -104,7 +104,8 @@ class Finder {
 
     // The path of the repository that a name means when the index does not know it as it stands.
     [[nodiscard]] std::string path_meant(const std::string& name) const {
-        const std::optional<std::string> path = name.empty() ? std::nullopt : checkout_.path_below(name);
+        const bool may_lie_below = checkout_ != nullptr && !name.empty();
+        const std::optional<std::string> path = may_lie_below ? checkout_->path_below(name) : std::nullopt;
         return !path ? plain_path(name) : path->empty() ? "." : *path;
     }
 
@@ -127,7 +128,7 @@ class Finder {
 
     IndexedFile is_indexed_;
     FilesBelow files_below_;
-    const Checkout& checkout_;
+    const Checkout* checkout_;
 };
 
 // The files, which are in path order, and every folder above one of them.
@@ -164,8 +165,8 @@ std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, Fi
 
 }  // namespace
 
-PagePaths find_page_paths(const storage::Database& db, const Checkout& checkout, std::span<const std::string> named) {
-    Finder finder(db, checkout);
+FoundPaths find_paths(const Connection& index, const Checkout* checkout, std::span<const std::string> named) {
+    Finder finder(index, checkout);
     models::OrderedSet<std::string> indexed;
     models::OrderedSet<std::string> missing;
     for (const std::string& name : named) {

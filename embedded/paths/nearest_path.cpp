@@ -1,4 +1,4 @@
-#include "embedded/page/nearest_path.h"
+#include "embedded/paths/nearest_path.h"
 
 #include "embedded/text/ascii.h"
 

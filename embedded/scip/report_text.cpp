@@ -1,15 +1,13 @@
-#include "embedded/command/closing_words.h"
+#include "embedded/scip/report_text.h"
 
 #include "embedded/text/counted.h"
 
 #include <array>
 #include <ostream>
 
-namespace embedded {
+namespace embedded::scip {
 
 namespace {
-
-using scip::Examples;
 
 // "src/a.ts, src/b.ts and 3 more"
 std::string listed(const Examples& examples) {
@@ -21,14 +19,7 @@ std::string listed(const Examples& examples) {
     return more > 0 ? list + " and " + std::to_string(more) + " more" : list;
 }
 
-std::string made(const std::string& index, const scip::ImportReport& report) {
-    std::string line = index + ": " + counted(report.files, "file") + ", " +
-                       counted(report.declarations, "declaration") + ", " + counted(report.edges, "edge");
-    line += report.sources > 0 ? ", with " + counted(report.sources, "source") : ", without sources";
-    return report.tool.empty() ? line : line + "; indexed by " + report.tool;
-}
-
-std::string passed_over(const scip::ImportReport& report) {
+std::string passed_over(const ImportReport& report) {
     std::string line;
     const auto add = [&](std::int64_t count, const std::string& thing, const std::string& fault) {
         if (count > 0) {
@@ -41,7 +32,7 @@ std::string passed_over(const scip::ImportReport& report) {
     return line;
 }
 
-std::string leading_nowhere(const scip::ImportReport& report) {
+std::string leading_nowhere(const ImportReport& report) {
     std::string line;
     for (const auto& [package, count] : report.nowhere) {
         line += (line.empty() ? "References that lead out of the index, by package: " : ", ") +
@@ -57,8 +48,14 @@ std::string about(const Examples& examples, const std::string& what, const std::
 
 }  // namespace
 
-void write_closing_words(std::ostream& out, const std::string& index, const scip::ImportReport& report) {
-    out << made(index, report) << '\n';
+void write_made(std::ostream& out, const std::string& index, const ImportReport& report) {
+    out << index << ": " << counted(report.files, "file") << ", " << counted(report.declarations, "declaration") << ", "
+        << counted(report.edges, "edge")
+        << (report.sources > 0 ? ", with " + counted(report.sources, "source") : ", without sources")
+        << (report.tool.empty() ? "" : "; indexed by " + report.tool) << '\n';
+}
+
+void write_findings(std::ostream& out, const ImportReport& report) {
     const std::array lines{
         passed_over(report),
         leading_nowhere(report),
@@ -81,4 +78,4 @@ void write_closing_words(std::ostream& out, const std::string& index, const scip
     }
 }
 
-}  // namespace embedded
+}  // namespace embedded::scip

@@ -1,0 +1,12 @@
+// Text that a terminal shows as it is.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace embedded {
+
+/// The text with its control characters written out, a line feed as "\x0a".
+std::string printable(std::string_view text);
+
+}  // namespace embedded
