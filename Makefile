@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize fuzz install install-check demo truth lint bench format clean
+.PHONY: all test sanitize fuzz release install install-check demo truth lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -46,13 +46,19 @@ bench:
 
 # Puts the library, its headers and the command below PREFIX, or below DESTDIR/PREFIX for a package.
 PREFIX = /usr/local
-install: all
-	cmake --install build/dev --strip --prefix "$(PREFIX)"
+install: release
+	cmake --install build/release --prefix "$(PREFIX)"
+
+# What is installed, and nothing else.
+release:
+	tools/install-packages release
+	cmake --preset release
+	cmake --build --preset release
 
 # Installs into a temporary prefix, and uses what is there as a user of the package would.
-install-check: all
+install-check: release
 	tools/install-packages install-check
-	tools/check-install build/dev
+	tools/check-install build/release
 
 # Formatting, static analyses, and the second compiler's warnings: no findings.
 lint:
