@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <system_error>
@@ -20,16 +21,33 @@ bool parse_number(const std::string& text, Number& number) {
     return rest == end && error == std::errc() && std::isfinite(static_cast<double>(number)) && number >= 0;
 }
 
-/// Adds an option to a number, which has its default.
-CLI::Option* add_number_option(CLI::App& command, const std::string& name, auto& number, const std::string& help) {
-    std::ostringstream preset;
-    preset << number;
-    const auto set = [&number, name](const std::string& text) {
-        if (!parse_number(text, number)) {
+/// Adds an option whose value goes into the number that `number()` gives.
+inline CLI::Option* add_number_setter(CLI::App& command, const std::string& name, auto number,
+                                      const std::string& help) {
+    const auto set = [number, name](const std::string& text) {
+        if (!parse_number(text, number())) {
             throw CLI::ConversionError(name + ": \"" + text + "\" is not a number that can be used");
         }
     };
-    return command.add_option_function<std::string>(name, set, help)->type_name("N")->default_str(preset.str());
+    return command.add_option_function<std::string>(name, set, help)->type_name("N");
+}
+
+/// Adds an option to a number that may be none.
+template <class Number>
+CLI::Option* add_number_option(CLI::App& command, const std::string& name, std::optional<Number>& number,
+                               const std::string& help) {
+    return add_number_setter(
+        command, name, [&number]() -> Number& { return number.emplace(); }, help);
+}
+
+/// Adds an option to a number, which has its default.
+template <class Number>
+CLI::Option* add_number_option(CLI::App& command, const std::string& name, Number& number, const std::string& help) {
+    std::ostringstream preset;
+    preset << number;
+    return add_number_setter(
+               command, name, [&number]() -> Number& { return number; }, help)
+        ->default_str(preset.str());
 }
 
 }  // namespace embedded

@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <span>
 #include <stdexcept>
@@ -43,16 +44,17 @@ struct PageArguments {
     PageOptions page;
     std::vector<std::string> only;
     bool without_source = false;
+    std::optional<std::size_t> max_bytes;
     bool is_strict = false;
     PathRuleOptions tests;
 };
 
-MarkdownOptions markdown_options(const PageArguments& arguments) {
-    MarkdownOptions options{.only = {}, .with_source = !arguments.without_source};
+SectionChoice chosen_sections(const PageArguments& arguments) {
+    SectionChoice sections;
     for (const std::string& name : arguments.only) {
-        options.only.insert(section_named(name).value());
+        sections.add(section_named(name).value());
     }
-    return options;
+    return sections;
 }
 
 void say_caveats(const Caveats& caveats, const std::string& checkout) {
@@ -89,6 +91,9 @@ std::string checkout_folder(const PageArguments& arguments, const Connection& in
 }
 
 void print_page(const PageArguments& arguments, Connection index) {
+    if (arguments.max_bytes && arguments.format == "json") {
+        throw CLI::ValidationError("--max-bytes", "shortens Markdown alone");
+    }
     const std::string folder = checkout_folder(arguments, index);
     const Checkout checkout(folder);
     const PathRules tests = test_rules(arguments.tests, index);
@@ -100,9 +105,12 @@ void print_page(const PageArguments& arguments, Connection index) {
     say_caveats(page.caveats, folder);
     print([&](std::ostream& out) {
         if (arguments.format == "json") {
-            write_json(out, page, db);
+            write_json(out, page, db, chosen_sections(arguments));
         } else {
-            write_markdown(out, page, db, checkout, markdown_options(arguments));
+            write_markdown(out, page, db, checkout,
+                           {.only = chosen_sections(arguments),
+                            .with_source = !arguments.without_source,
+                            .max_bytes = arguments.max_bytes});
         }
     });
 }
@@ -124,13 +132,16 @@ void add_page_command(CLI::App& app) {
 
     add_test_options(page, arguments->tests);
     add_format_option(page, arguments->format);
-    page.add_option("--only", arguments->only, "Print these sections of the Markdown alone: " + section_names())
+    page.add_option("--only", arguments->only, "Print these sections alone, of JSON their keys: " + section_names())
         ->type_name("SECTION[,SECTION]")
         ->delimiter(',')
         ->allow_extra_args(false)
         ->check([](const std::string& name) { return section_named(name) ? "" : "no such section: " + name; });
     page.add_flag("--no-source", arguments->without_source,
                   "Print the signatures of the declarations in the Markdown, instead of their source");
+
+    add_number_option(page, "--max-bytes", arguments->max_bytes,
+                      "How long the Markdown may be; what matters least is left out");
 
     PageOptions& numbers = arguments->page;
     const auto add_number = [&page](const std::string& name, auto& number, const std::string& help) {

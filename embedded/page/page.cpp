@@ -6,11 +6,12 @@
 
 namespace embedded {
 
-std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection) {
+std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
+                                                    const NameOf& name_of) {
     std::vector<wiki::scope::NamedPath> candidates;
     for (const storage::ScopeSymbol* symbol : selection) {
         if (wiki::scope::is_callable_or_type(symbol->kind)) {
-            candidates.push_back({symbol->name, symbol->path});
+            candidates.push_back({name_of(*symbol), symbol->path});
         }
     }
     return candidates;

@@ -11,6 +11,7 @@
 #include "workers/wiki/scope/render.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -28,8 +29,13 @@ struct PageOptions {
     std::int64_t neighbours = 12;    ///< declarations of other files that the page leans on
 };
 
+/// The name under which a declaration is known.
+using NameOf = std::function<models::Text(const storage::ScopeSymbol& symbol)>;
+
 /// Name and file of the selected callables and types, in the order of the selection.
-std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection);
+std::vector<wiki::scope::NamedPath> deep_candidates(
+    std::span<const storage::ScopeSymbol* const> selection,
+    const NameOf& name_of = [](const storage::ScopeSymbol& symbol) { return symbol.name; });
 
 /// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which
 /// is therefore neither copied nor moved. It must not outlive the database: as long as it lives, all that is asked of

@@ -1,5 +1,6 @@
 #include "embedded/page/page_json.h"
 
+#include "embedded/page/flowchart.h"
 #include "embedded/sqlite/descriptions.h"
 #include "embedded/text/json_writer.h"
 #include "workers/wiki/scope/render.h"
@@ -171,42 +172,78 @@ void write_descriptions(JsonWriter& json, const Page& page, const storage::Datab
     }
 }
 
-}  // namespace
+void write_file_users(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
+    json.object("file_users", [&] {
+        for (const auto& [target, users] : wiki::scope::file_users(facts)) {
+            write_mapping(json, target, users);
+        }
+    });
+}
 
-void write_json(std::ostream& out, const Page& page, const storage::Database& db) {
-    JsonWriter json(out);
-    json.document([&] {
+void write_rank_keys(JsonWriter& json, const Page& page) {
+    json.object("rank_keys", [&] {
+        for (const ScopeSymbol& symbol : page.facts.symbols) {
+            json.member(key_text(symbol.id), to_json(rank_key(symbol, page.fan_in)));
+        }
+    });
+}
+
+void write_name_matches(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
+    json.array("name_matches", [&] {
+        for (const auto& [files, references] : name_match_counts(facts)) {
+            json.element(
+                {{"source", to_json(files.source_path)}, {"target", to_json(files.target_path)}, {"refs", references}});
+        }
+    });
+}
+
+void write_section(JsonWriter& json, Section section, const Page& page, const storage::Database& db) {
+    switch (section) {
+    case Section::FILES:
+        write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
+        json.member("file_cards", render_file_cards(page.facts, page.fan_in, "## Files", page.missing));
+        break;
+    case Section::CONSUMERS:
+        write_file_users(json, page.facts);
+        json.member("consumers", render_consumers(page.facts, page.fan_in, "## Consumers"));
+        break;
+    case Section::DECLARATIONS:  // and what their ids stand for
         json.object("facts", [&] { write_facts(json, page.facts); });
         write_descriptions(json, page, db);
-        json.member("missing", page.missing);
-        write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
         json.object("fan_in", [&] { write_fan_in(json, page.fan_in); });
-        json.object("file_users", [&] {
-            for (const auto& [target, users] : wiki::scope::file_users(page.facts)) {
-                write_mapping(json, target, users);
-            }
-        });
         write_mapping(json, "ranked", page.ranked);
-        json.object("rank_keys", [&] {
-            for (const ScopeSymbol& symbol : page.facts.symbols) {
-                json.member(key_text(symbol.id), to_json(rank_key(symbol, page.fan_in)));
-            }
-        });
-        write_mapping(json, "seeds", file_seeds(page.facts, page.fan_in));
+        write_rank_keys(json, page);
         json.member("selection", to_json(page.selection));
+        break;
+    case Section::IN_DEPTH:
         write_array(json, "scored", page.scored);
         json.member("deep", to_json(page.deep));
+        break;
+    case Section::DEPENDENCIES:
         write_array(json, "neighbours", page.neighbours);
-        json.array("name_matches", [&] {
-            for (const auto& [files, references] : name_match_counts(page.facts)) {
-                json.element({{"source", to_json(files.source_path)},
-                              {"target", to_json(files.target_path)},
-                              {"refs", references}});
-            }
-        });
+        write_name_matches(json, page.facts);
+        break;
+    case Section::GRAPH:
+        json.member("graph", flowchart(page));
+        break;
+    case Section::SEEDS:
+        write_mapping(json, "seeds", file_seeds(page.facts, page.fan_in));
+        break;
+    }
+}
+
+}  // namespace
+
+void write_json(std::ostream& out, const Page& page, const storage::Database& db, const SectionChoice& only) {
+    JsonWriter json(out);
+    json.document([&] {
+        json.member("missing", page.missing);
         json.member("options", to_json(page.options));
-        json.member("file_cards", render_file_cards(page.facts, page.fan_in, "## Files", page.missing));
-        json.member("consumers", render_consumers(page.facts, page.fan_in, "## Consumers"));
+        for (const Section section : SECTIONS) {
+            if (only.contains(section)) {
+                write_section(json, section, page, db);
+            }
+        }
     });
     out << '\n';
 }

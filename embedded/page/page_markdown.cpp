@@ -1,18 +1,21 @@
 #include "embedded/page/page_markdown.h"
 
-#include "embedded/page/doc_comment.h"
-#include "embedded/sqlite/descriptions.h"
+#include "embedded/page/budget.h"
+#include "embedded/page/citation.h"
+#include "embedded/page/declaration_blocks.h"
+#include "embedded/page/flowchart.h"
+#include "embedded/page/passage.h"
+#include "embedded/page/scoped_names.h"
 #include "embedded/text/counted.h"
 #include "embedded/text/markdown_text.h"
 #include "embedded/text/split_lines.h"
-#include "models/ordered_map.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
-#include <array>
-#include <optional>
+#include <iterator>
+#include <limits>
 #include <ostream>
-#include <span>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -21,211 +24,197 @@ namespace embedded {
 namespace {
 
 using models::Text;
-using storage::ScopeFile;
-using storage::ScopeSymbol;
-using wiki::scope::LineRange;
-using Lines = std::vector<std::string>;
 
-struct NamedSection {
-    std::string_view name;
-    Section section;
-};
-
-constexpr std::array SECTIONS{
-    NamedSection{"files", Section::FILES},
-    NamedSection{"consumers", Section::CONSUMERS},
-    NamedSection{"declarations", Section::DECLARATIONS},
-    NamedSection{"in-depth", Section::IN_DEPTH},
-    NamedSection{"dependencies", Section::DEPENDENCIES},
-    NamedSection{"seeds", Section::SEEDS},
-};
-
-// The lines that a citation of a declaration can name; none when the index does not know where it stands.
-std::optional<LineRange> cited_lines(const ScopeSymbol& symbol) {
-    if (symbol.start_line < 1) {
-        return std::nullopt;
+// A list of a rendered block: the lines that begin with one of its points or rows.
+Passage passage_of(const std::string& block, std::string_view item_beginning, std::string_view item_name) {
+    Passage passage{.before = {}, .table_head = {}, .items = {}, .after = {}, .item_name = item_name};
+    for (const std::string_view line : split_lines(block)) {
+        const bool is_item = line.starts_with(item_beginning);
+        const bool is_row_around = !is_item && line.starts_with("|");
+        std::string& other =
+            passage.items.empty() ? (is_row_around ? passage.table_head : passage.before) : passage.after;
+        (is_item ? passage.items.emplace_back() : other).append(line).append("\n");
     }
-    return LineRange{symbol.start_line, std::max(symbol.start_line, symbol.end_line)};
+    return passage;
 }
 
-std::string citation(std::string_view path, const std::optional<LineRange>& lines) {
-    return lines ? std::string(path) + ":L" + std::to_string(lines->first) + "-L" + std::to_string(lines->last)
-                 : std::string(path);
+std::string heading(std::string_view name, std::string_view sentence) {
+    return "## " + std::string(name) + "\n\n" + std::string(sentence) + "\n";
 }
 
-// The blocks of the selected declarations. A selection goes back and forth between the files, so the lines of each
-// file that has a declaration in it are read once and kept.
-class Blocks {
-  public:
-    Blocks(const Page& page, const storage::Database& db, const Checkout& checkout, bool with_source)
-        : page_(page), checkout_(checkout), with_source_(with_source), descriptions_(db) {
-        for (const ScopeFile& file : page.facts.files) {
-            files_[file.path].language = file.language.value_or(Text());
-        }
-    }
-
-    void write(std::ostream& out, const ScopeSymbol& symbol) {
-        const Description description = descriptions_.of(symbol.id);
-        const Lines code = with_source_ ? source(symbol) : signature(description);
-        out << "\n### " << code_span(symbol.name) << "\n\n"
-            << plain_text(symbol.kind) << ", " << code_span(citation(symbol.path, cited_lines(symbol))) << ", "
-            << counted(page_.fan_in.outside.get(symbol.id, 0), "use") << " outside, "
-            << page_.fan_in.inside.get(symbol.id, 0) << " inside\n";
-        if (const std::string lead = lead_of(description.documentation); !lead.empty()) {
-            out << '\n' << lead << '\n';
-        }
-        if (!code.empty()) {
-            out << '\n' << fenced_block(code, files_[symbol.path].language);
-        }
-    }
-
-  private:
-    struct File {
-        Text language;               // empty when unknown
-        std::optional<Lines> lines;  // once read
-    };
-
-    static Lines signature(const Description& description) {
-        const std::vector<std::string_view> lines = split_lines(description.signature);
-        return {lines.begin(), lines.end()};
-    }
-
-    // The declaration's lines, as far as they are in the checkout.
-    Lines source(const ScopeSymbol& symbol) {
-        const std::optional<LineRange> range = cited_lines(symbol);
-        const Lines& lines = read(symbol.path);
-        if (!range || std::cmp_greater(range->first, lines.size())) {
-            return {};
-        }
-        const auto first = static_cast<std::ptrdiff_t>(range->first - 1);
-        const auto last = std::min(static_cast<std::ptrdiff_t>(range->last), std::ssize(lines));
-        return {lines.begin() + first, lines.begin() + last};
-    }
-
-    const Lines& read(const Text& path) {
-        File& file = files_[path];
-        if (!file.lines) {
-            std::optional<FileLines> read = checkout_.read_lines(path);
-            file.lines = read ? std::move(read->lines) : Lines();
-        }
-        return *file.lines;
-    }
-
-    const Page& page_;
-    const Checkout& checkout_;
-    bool with_source_;
-    Descriptions descriptions_;
-    models::OrderedMap<Text, File> files_;
-};
-
-void write_declarations(std::ostream& out, const Page& page, Blocks blocks) {
-    out << "## Declarations\n\n"
-           "The declarations of this page that matter most, every file represented: what production code outside "
-           "the page uses and its entry points first.\n";
-    for (const ScopeSymbol* symbol : page.selection) {
-        blocks.write(out, *symbol);
-    }
-}
-
-void write_in_depth(std::ostream& out, const Page& page) {
-    out << "## In depth\n\n"
-           "The callables and types that deserve a deeper treatment, spread over the files.\n\n";
-    for (const Text& name : page.deep) {
-        out << "- " << code_span(name) << '\n';
-    }
-}
-
-void write_dependencies(std::ostream& out, const Page& page) {
-    out << "## Dependencies\n\n"
-           "The declarations of other production files that this page uses most, by the references it makes to them.\n"
-           "\n"
-           "| Declaration | Kind | File | References |\n"
-           "|---|---|---|---|\n";
-    for (const auto& [target, references] : page.neighbours) {
-        out << "| " << code_cell(target->name) << " | " << plain_text(target->kind) << " | "
-            << code_cell(citation(target->path, cited_lines(*target))) << " | " << references << " |\n";
-    }
-    if (const auto matches = name_match_counts(page.facts); !matches.empty()) {
-        out << "\n"
-               "References that only match the name of an attribute or a constant, and prove no use.\n"
-               "\n"
-               "| Source | Target | References |\n"
-               "|---|---|---|\n";
-        for (const auto& [files, references] : matches) {
-            out << "| " << code_cell(files.source_path) << " | " << code_cell(files.target_path) << " | " << references
-                << " |\n";
-        }
-    }
-}
-
-void write_seeds(std::ostream& out, const Page& page) {
-    out << "## Seeds\n\n"
-           "One citable range for each file: its most important declaration, or the whole file when it has "
-           "none.\n\n";
-    for (const auto& [path, range] : file_seeds(page.facts, page.fan_in)) {
-        out << "- " << code_span(citation(path, range)) << '\n';
-    }
-}
+// What stands below a heading where there is nothing to list.
+constexpr std::string_view NOTHING = "None listed.";
 
 // Everything that a page is written from.
 struct Material {
     const Page& page;
-    const storage::Database& db;
-    const Checkout& checkout;
-    bool with_source;
+    const ScopedNames& names;
+    const DeclarationBlocks& declarations;
+    std::size_t sources;         // how many declarations are shown with their source
+    std::size_t wanted_sources;  // how many would be, if all fitted
 };
 
-void write_section(std::ostream& out, Section section, const Material& material) {
+Passage files(const Page& page) {
+    Passage passage = passage_of(render_file_cards(page.facts, page.fan_in, "## Files", page.missing), "| `", "file");
+    passage.rank = Passage::Rank::FILE_BY_FILE;
+    return passage;
+}
+
+Passage consumers(const Page& page) {
+    Passage passage = passage_of(render_consumers(page.facts, page.fan_in, "## Consumers"), "- `", "consumer");
+    passage.is_bulleted = true;
+    return passage;
+}
+
+Passage declarations(const Material& material) {
+    Passage passage{.before = heading("Declarations", NOTHING),
+                    .items = material.declarations.blocks(material.sources)};
+    passage.item_name = "declaration";
+    if (!passage.items.empty()) {
+        passage.before =
+            heading("Declarations", "The declarations of this page that matter most, every file represented: what "
+                                    "production code outside the page uses and its entry points first.");
+    }
+    if (const std::size_t left_out = material.wanted_sources - material.sources; left_out > 0) {
+        passage.before += "\n_The source of the last " + counted(static_cast<std::int64_t>(left_out), "declaration") +
+                          " is left out to fit._\n";
+    }
+    return passage;
+}
+
+Passage in_depth(const Page& page, const ScopedNames& names) {
+    Passage passage{.before = heading("In depth", NOTHING), .items = {}, .item_name = "name", .is_bulleted = true};
+    const PageOptions& options = page.options;
+    const auto name = [&](const storage::ScopeSymbol& symbol) { return Text(names.of(symbol)); };
+    const std::vector<wiki::scope::NamedPath> candidates = deep_candidates(page.selection, name);
+    for (const Text& picked : wiki::scope::pick_spread(candidates, options.deep, options.deep_per_file)) {
+        passage.items.push_back("- " + code_span(picked) + "\n");
+    }
+    if (!passage.items.empty()) {
+        passage.before =
+            heading("In depth", "The callables and types that deserve a deeper treatment, spread over the files.\n");
+    }
+    return passage;
+}
+
+Passage dependencies(const Page& page) {
+    Passage passage{.before = heading("Dependencies", NOTHING), .items = {}, .item_name = "declaration"};
+    if (page.neighbours.empty()) {
+        return passage;
+    }
+    passage.before = heading("Dependencies", "The declarations of other production files that this page uses most, by "
+                                             "the references it makes to them.\n");
+    passage.table_head = "| Declaration | Kind | File | References |\n"
+                         "|---|---|---|---|\n";
+    for (const auto& [target, references] : page.neighbours) {
+        passage.items.push_back("| " + code_cell(target->name) + " | " + plain_text(target->kind) + " | " +
+                                code_cell(citation(target->path, cited_lines(*target))) + " | " +
+                                std::to_string(references) + " |\n");
+    }
+    return passage;
+}
+
+// None where there are no such references.
+std::vector<Passage> name_matches(const Page& page) {
+    const auto matches = name_match_counts(page.facts);
+    if (matches.empty()) {
+        return {};
+    }
+    Passage passage{.before =
+                        "\nReferences that only match the name of an attribute or a constant, and prove no use.\n\n",
+                    .table_head = "| Source | Target | References |\n"
+                                  "|---|---|---|\n",
+                    .items = {},
+                    .item_name = "such pair"};
+    for (const auto& [files, references] : matches) {
+        passage.items.push_back("| " + code_cell(files.source_path) + " | " + code_cell(files.target_path) + " | " +
+                                std::to_string(references) + " |\n");
+    }
+    return {passage};
+}
+
+Passage graph(const Page& page) {
+    Passage passage{.before = heading("Graph", NOTHING), .items = {}, .item_name = "flowchart"};
+    if (const std::string chart = flowchart(page); !chart.empty()) {
+        passage.before =
+            heading("Graph", "Who uses this page most, its files, and the declarations that it leans on; an "
+                             "arrow bears the number of references.");
+        const std::vector<std::string_view> lines = split_lines(chart);
+        passage.items.push_back("\n" + fenced_block(std::vector<std::string>(lines.begin(), lines.end()), "mermaid"));
+    }
+    return passage;
+}
+
+Passage seeds(const Page& page) {
+    Passage passage{.before =
+                        heading("Seeds", "One citable range for each file: its most important declaration, or the "
+                                         "whole file when it has none.\n"),
+                    .items = {},
+                    .item_name = "file",
+                    .is_bulleted = true,
+                    .rank = Passage::Rank::FILE_BY_FILE};
+    for (const auto& [path, range] : file_seeds(page.facts, page.fan_in)) {
+        passage.items.push_back("- " + code_span(citation(path, range)) + "\n");
+    }
+    return passage;
+}
+
+std::vector<Passage> passages_of(Section section, const Material& material) {
     const Page& page = material.page;
     switch (section) {
     case Section::FILES:
-        out << render_file_cards(page.facts, page.fan_in, "## Files", page.missing);
-        break;
+        return {files(page)};
     case Section::CONSUMERS:
-        out << render_consumers(page.facts, page.fan_in, "## Consumers");
-        break;
+        return {consumers(page)};
     case Section::DECLARATIONS:
-        write_declarations(out, page, Blocks(page, material.db, material.checkout, material.with_source));
-        break;
+        return {declarations(material)};
     case Section::IN_DEPTH:
-        write_in_depth(out, page);
-        break;
-    case Section::DEPENDENCIES:
-        write_dependencies(out, page);
-        break;
-    case Section::SEEDS:
-        write_seeds(out, page);
-        break;
+        return {in_depth(page, material.names)};
+    case Section::DEPENDENCIES: {
+        std::vector<Passage> both = name_matches(page);
+        both.insert(both.begin(), dependencies(page));
+        return both;
     }
+    case Section::GRAPH:
+        return {graph(page)};
+    case Section::SEEDS:
+        return {seeds(page)};
+    }
+    return {};
 }
 
 }  // namespace
 
-std::optional<Section> section_named(std::string_view name) {
-    const auto* const found = std::find_if(SECTIONS.begin(), SECTIONS.end(),
-                                           [&](const NamedSection& section) { return section.name == name; });
-    return found == SECTIONS.end() ? std::nullopt : std::optional(found->section);
-}
-
-std::string section_names() {
-    std::string names;
-    for (const NamedSection& section : SECTIONS) {
-        names.append(names.empty() ? "" : ", ").append(section.name);
-    }
-    return names;
-}
-
 void write_markdown(std::ostream& out, const Page& page, const storage::Database& db, const Checkout& checkout,
                     const MarkdownOptions& options) {
-    const Material material{.page = page, .db = db, .checkout = checkout, .with_source = options.with_source};
-    const char* separator = "";
-    for (const auto& [name, section] : SECTIONS) {
-        if (options.only.empty() || options.only.contains(section)) {
-            out << separator;
-            write_section(out, section, material);
-            separator = "\n";
-        }
+    const ScopedNames names(page.facts, page.selection);
+    DeclarationBlocks blocks(page, db, names);
+    const bool shows_declarations = options.only.contains(Section::DECLARATIONS);
+    const std::size_t sources = options.with_source && shows_declarations ? page.selection.size() : 0;
+    if (sources > 0) {
+        blocks.read_sources(checkout);
     }
+    const auto passages_with = [&](std::size_t kept) {
+        const Material material{
+            .page = page, .names = names, .declarations = blocks, .sources = kept, .wanted_sources = sources};
+        std::vector<Passage> all;
+        for (const Section section : SECTIONS) {
+            if (options.only.contains(section)) {
+                std::vector<Passage> passages = passages_of(section, material);
+                passages.front().before.insert(0, all.empty() ? "" : "\n");
+                std::ranges::move(passages, std::back_inserter(all));
+            }
+        }
+        return all;
+    };
+    const std::optional<std::string> text =
+        fitted(passages_with, sources, options.max_bytes.value_or(std::numeric_limits<std::size_t>::max()));
+    if (!text) {
+        throw std::runtime_error("--max-bytes: what would be left of the page does not fit into " +
+                                 std::to_string(*options.max_bytes) +
+                                 " bytes; allow more, or choose sections with --only");
+    }
+    out << *text;
 }
 
 }  // namespace embedded

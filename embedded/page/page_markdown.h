@@ -3,32 +3,25 @@
 
 #include "embedded/files/checkout.h"
 #include "embedded/page/page.h"
+#include "embedded/page/section.h"
 
+#include <cstddef>
 #include <iosfwd>
 #include <optional>
-#include <set>
-#include <string>
-#include <string_view>
 
 namespace embedded {
 
-/// The sections of a page, in the order in which they are printed.
-enum class Section { FILES, CONSUMERS, DECLARATIONS, IN_DEPTH, DEPENDENCIES, SEEDS };
-
-/// The section that a user calls `name`; none when there is no such section.
-std::optional<Section> section_named(std::string_view name);
-
-/// The names of all sections, in their order, joined by ", ".
-std::string section_names();
-
 struct MarkdownOptions {
-    std::set<Section> only;   ///< the sections to write; all when empty
+    SectionChoice only = {};  ///< the sections to write
     bool with_source = true;  ///< whether each selected declaration stands with its source lines, or its signature
+    std::optional<std::size_t> max_bytes =
+        std::nullopt;  ///< how long the text may be, as `fitted` (budget.h) shortens it
 };
 
 /// Writes the sections of the page, each under its own "##" heading. What the index says of the selected declarations
 /// in words is asked of `db`, which is the page's; their source is read from `checkout`, and left out where it is not
-/// there. Throws what `tests_reaching` throws; whether everything was written is for the caller to ask of `out`.
+/// there. A source that is part of another one on the page is not printed again. Throws what `tests_reaching` throws, and
+/// `std::runtime_error` with one line when not even the sentences fit into `max_bytes`; whether everything was written is for the caller to ask of `out`.
 void write_markdown(std::ostream& out, const Page& page, const storage::Database& db, const Checkout& checkout,
                     const MarkdownOptions& options);
 

@@ -27,6 +27,21 @@ std::string expected_page(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// The flowchart of a page.
+std::string drawn(const std::string& page) {
+    const std::string fence = "```mermaid\n";
+    const std::size_t begin = page.find(fence) + fence.size();
+    return page.substr(begin, page.find("```\n", begin) - begin);
+}
+
+std::ptrdiff_t count(const std::string& text, const std::string& part) {
+    std::ptrdiff_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
+        ++count;
+    }
+    return count;
+}
+
 // Two files to make a page of: a class, and a constant that is only matched by its name; two files that use them.
 class PrintedPage : public IndexedFolder {
   protected:
@@ -69,7 +84,13 @@ TEST_F(PrintedPage, StatesTheSameAsJson) {
     Json expected = Json::parse(expected_page("page.json"));
     expected["file_cards"] = print("src none.ts --only files");
     expected["consumers"] = print("src none.ts --only consumers");
+    expected["graph"] = drawn(print("src none.ts --only graph"));
     EXPECT_EQ(json("src none.ts"), expected);
+    Json part;
+    for (const std::string key : {"missing", "options", "scored", "deep", "seeds"}) {
+        part[key] = expected[key];
+    }
+    EXPECT_EQ(json("src none.ts --only seeds,in-depth"), part);
     EXPECT_TRUE(print("src --format json").ends_with("}\n"));
 }
 
@@ -95,6 +116,70 @@ TEST_F(PrintedPage, QuotesTheLinesThatTheCheckoutHasUnlessToldNotTo) {
                     .ends_with("\n\n" + one + signature + others + "\n```typescript\nrun()\n```\n"));
     std::filesystem::remove(folder / "src/a.ts");
     EXPECT_TRUE(print("src --only declarations").ends_with("\n\n" + one + others));
+}
+
+TEST_F(PrintedPage, PrintsNoSourceTwiceAndTellsNamesApart) {
+    add<DeclarationRow>({{11, 1, "run", "a.run", "function", true, 4, 4},
+                         {12, 1, "Two", "a.Two", "class", true, 2, 4},
+                         {13, 1, "only", "a.One.only", "method", true, 3, 3}});
+    const std::string declarations = print("src --only declarations");
+    EXPECT_EQ(count(declarations, "run() {}"), 1);
+    for (const std::string block : {"\n### `One`\n", "\n### `One.run`\n", "\n### `run`\n", "\n### `only`\n"}) {
+        EXPECT_EQ(count(declarations, block), 1) << block;
+    }
+    EXPECT_EQ(count(declarations, "Its source is part of that of `One`.\n"), 4);
+    EXPECT_EQ(count(print("src --only in-depth --deep 9 --deep-per-file 9"), "\n- `One.run`\n"), 1);
+    EXPECT_EQ(count(print("src --only declarations --no-source"), "Its source"), 0);
+}
+
+TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesThatHoldsItsSentences) {
+    const std::string options = "src srclib none.ts --max-bytes ";
+    const std::string whole = print("src srclib none.ts");
+    EXPECT_EQ(print(options + std::to_string(whole.size())), whole);
+    const Outcome too_little = run("page --index index.db --checkout . " + options + "999");
+    EXPECT_EQ(too_little.exit_code, 1);
+    EXPECT_EQ(too_little.out, "");
+    EXPECT_EQ(too_little.err, "wiki-scope: --max-bytes: what would be left of the page does not fit into 999 bytes; "
+                              "allow more, or choose sections with --only\n");
+    for (std::size_t most = 2100; most < whole.size(); most += 37) {
+        const std::string page = print(options + std::to_string(most));
+        EXPECT_LE(page.size(), most);
+        EXPECT_EQ(count(page, "\n```") % 2, 0) << page;
+        EXPECT_EQ(count("\n" + page, "\n## "), 7) << page;
+        EXPECT_EQ(count(page, "\n|---|"), count(page, "---|\n| `")) << page;  // no empty table
+        EXPECT_GT(count(page, "left out to fit"), 0) << page;
+    }
+    EXPECT_EQ(run("page src --index index.db --checkout . --format json --max-bytes 9").err,
+              "wiki-scope: --max-bytes: shortens Markdown alone (see wiki-scope page --help)\n");
+}
+
+TEST_F(PrintedPage, SaysInOneLineWhatThereIsNothingOf) {
+    change("DELETE FROM edges; DELETE FROM symbols");
+    EXPECT_EQ(print("src --only declarations,in-depth,dependencies,graph"),
+              "## Declarations\n\nNone listed.\n\n## In depth\n\nNone listed.\n\n## Dependencies\n\nNone listed.\n\n"
+              "## Graph\n\nNone listed.\n");
+}
+
+TEST_F(PrintedPage, DrawsThirtyNodesAtMostWhateverTheirPathsHold) {
+    change("UPDATE files SET path = 'src/1. [\"#a`|].ts' WHERE id = 1");
+    EXPECT_TRUE(drawn(print("src --only graph")).starts_with(R"(flowchart LR
+  file1["srclib/c.ts"]
+  subgraph page ["This page"]
+    file2["src/1#46; #91;#34;#35;a#96;#124;#93;.ts"]
+)"));
+    for (RowId id = 10; id < 60;
+         ++id) {  // a declaration in each, which each other file of the page and one outside use
+        add<FileRow>({{id, "src/" + std::to_string(id)}, {id + 100, "lib/" + std::to_string(id)}});
+        add<DeclarationRow>(
+            {{id, id, "f", "f", "function", true, 1, 1}, {id + 100, id + 100, "g", "g", "function", true, 1, 1}});
+        add<EdgeRow>({{id + 100, id, IMPORT, id}, {id, id + 100, IMPORT, id}, {id, 10 + (id - 9) % 50, IMPORT, 1}});
+    }
+    const std::string graph = drawn(print("src --only graph"));
+    EXPECT_EQ(count(graph, "[\"") + count(graph, "(\"") - 1, 30) << graph;
+    EXPECT_EQ(count(graph, "[\"lib/"), 9) << graph;
+    EXPECT_EQ(count(graph, "[\"src/"), 12) << graph;
+    EXPECT_NE(graph.find("[\"lib/59\"]"), std::string::npos) << graph;
+    EXPECT_NE(graph.find(" -->|59| "), std::string::npos) << graph;
 }
 
 TEST_F(PrintedPage, IsChosenByTheNumbersOfItsOptions) {

@@ -1,0 +1,47 @@
+// The blocks of the declarations that a page shows.
+#pragma once
+
+#include "embedded/files/checkout.h"
+#include "embedded/page/page.h"
+#include "embedded/page/scoped_names.h"
+#include "embedded/sqlite/database.h"
+#include "models/ordered_map.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace embedded {
+
+/// Writes the selected declarations of a page, each as a block of its own. The page, its index and its checkout must
+/// outlive it.
+class DeclarationBlocks {
+  public:
+    /// Asks the index what it says of the declarations in words. Throws `SqliteError`.
+    DeclarationBlocks(const Page& page, const storage::Database& db, const ScopedNames& names);
+
+    /// Reads the source of the declarations, once; what is not in the checkout is left out.
+    void read_sources(const Checkout& checkout);
+
+    /// The blocks in the order of the selection. The first `sources` of them have their source as it was read, unless it
+    /// is part of a source that another block prints, which they say then; the others have their signatures.
+    [[nodiscard]] std::vector<std::string> blocks(std::size_t sources) const;
+
+  private:
+    struct Declaration {
+        const storage::ScopeSymbol* symbol;
+        std::string introduction;  // everything above the code
+        std::string language;      // of its file; empty when unknown
+        std::vector<std::string> signature;
+        std::vector<std::string> source;
+    };
+
+    // The declaration that is printed whole and that this one is a part of; else null.
+    [[nodiscard]] const Declaration* printed_around(std::size_t declaration, std::size_t sources) const;
+
+    const ScopedNames& names_;
+    std::vector<Declaration> declarations_;                               // in the order of the selection
+    models::OrderedMap<models::Text, std::vector<std::size_t>> by_file_;  // the places of those of each file
+};
+
+}  // namespace embedded

@@ -1,0 +1,36 @@
+// The sections of a page.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace embedded {
+
+enum class Section : std::uint8_t { FILES, CONSUMERS, DECLARATIONS, IN_DEPTH, DEPENDENCIES, GRAPH, SEEDS };
+
+/// All sections, in the order in which they are printed.
+inline constexpr std::array SECTIONS{Section::FILES,    Section::CONSUMERS,    Section::DECLARATIONS,
+                                     Section::IN_DEPTH, Section::DEPENDENCIES, Section::GRAPH,
+                                     Section::SEEDS};
+
+/// The section that a user calls `name`; none when there is no such section.
+std::optional<Section> section_named(std::string_view name);
+
+/// The names of all sections, in their order, joined by ", ".
+std::string section_names();
+
+/// Some sections; none stands for all.
+class SectionChoice {
+  public:
+    void add(Section section) { sections_.insert(section); }
+    [[nodiscard]] bool contains(Section section) const { return sections_.empty() || sections_.contains(section); }
+
+  private:
+    std::set<Section> sections_;
+};
+
+}  // namespace embedded
