@@ -54,12 +54,12 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, const storage::Database& 
     for (const ScopeSymbol* const symbol : page.selection) {
         by_file_[symbol->path].push_back(declarations_.size());
         const Description description = descriptions.of(symbol->id);
-        const std::vector<std::string_view> signature = split_lines(description.signature);
+        const std::vector<std::string_view> lines = split_lines(description.signature);
         declarations_.push_back(
             {.symbol = symbol,
              .introduction = introduction(*symbol, names.of(*symbol), page.fan_in, description.documentation),
              .language = languages.get(symbol->path, ""),
-             .signature = {signature.begin(), signature.end()},
+             .signature = {lines.begin(), lines.end()},
              .source = {}});
     }
 }

@@ -45,15 +45,6 @@ std::string heading(std::string_view name, std::string_view sentence) {
 // What stands below a heading where there is nothing to list.
 constexpr std::string_view NOTHING = "None listed.";
 
-// Everything that a page is written from.
-struct Material {
-    const Page& page;
-    const ScopedNames& names;
-    const DeclarationBlocks& declarations;
-    std::size_t sources;         // how many declarations are shown with their source
-    std::size_t wanted_sources;  // how many would be, if all fitted
-};
-
 Passage files(const Page& page) {
     Passage passage = passage_of(render_file_cards(page.facts, page.fan_in, "## Files", page.missing), "| `", "file");
     passage.rank = Passage::Rank::FILE_BY_FILE;
@@ -66,17 +57,18 @@ Passage consumers(const Page& page) {
     return passage;
 }
 
-Passage declarations(const Material& material) {
-    Passage passage{.before = heading("Declarations", NOTHING),
-                    .items = material.declarations.blocks(material.sources)};
-    passage.item_name = "declaration";
+// `sources` of the declarations have their source, of `wanted` that would have it if it fitted.
+Passage declarations(const DeclarationBlocks& blocks, std::size_t sources, std::size_t wanted) {
+    Passage passage{
+        .before = heading("Declarations", NOTHING), .items = blocks.blocks(sources), .item_name = "declaration"};
     if (!passage.items.empty()) {
         passage.before =
             heading("Declarations", "The declarations of this page that matter most, every file represented: what "
                                     "production code outside the page uses and its entry points first.");
     }
-    if (const std::size_t left_out = material.wanted_sources - material.sources; left_out > 0) {
-        passage.before += "\n_The source of the last " + counted(static_cast<std::int64_t>(left_out), "declaration") +
+    if (wanted > sources) {
+        passage.before += "\n_The source of the last " +
+                          counted(static_cast<std::int64_t>(wanted - sources), "declaration") +
                           " is left out to fit._\n";
     }
     return passage;
@@ -159,17 +151,17 @@ Passage seeds(const Page& page) {
     return passage;
 }
 
-std::vector<Passage> passages_of(Section section, const Material& material) {
-    const Page& page = material.page;
+std::vector<Passage> passages_of(Section section, const Page& page, const ScopedNames& names,
+                                 const DeclarationBlocks& blocks, std::size_t sources) {
     switch (section) {
     case Section::FILES:
         return {files(page)};
     case Section::CONSUMERS:
         return {consumers(page)};
     case Section::DECLARATIONS:
-        return {declarations(material)};
+        return {declarations(blocks, sources, sources)};
     case Section::IN_DEPTH:
-        return {in_depth(page, material.names)};
+        return {in_depth(page, names)};
     case Section::DEPENDENCIES: {
         std::vector<Passage> both = name_matches(page);
         both.insert(both.begin(), dependencies(page));
@@ -190,25 +182,30 @@ void write_markdown(std::ostream& out, const Page& page, const storage::Database
     const ScopedNames names(page.facts, page.selection);
     DeclarationBlocks blocks(page, db, names);
     const bool shows_declarations = options.only.contains(Section::DECLARATIONS);
-    const std::size_t sources = options.with_source && shows_declarations ? page.selection.size() : 0;
-    if (sources > 0) {
+    const std::size_t wanted = options.with_source && shows_declarations ? page.selection.size() : 0;
+    if (wanted > 0) {
         blocks.read_sources(checkout);
     }
-    const auto passages_with = [&](std::size_t kept) {
-        const Material material{
-            .page = page, .names = names, .declarations = blocks, .sources = kept, .wanted_sources = sources};
-        std::vector<Passage> all;
-        for (const Section section : SECTIONS) {
-            if (options.only.contains(section)) {
-                std::vector<Passage> passages = passages_of(section, material);
-                passages.front().before.insert(0, all.empty() ? "" : "\n");
-                std::ranges::move(passages, std::back_inserter(all));
-            }
+    std::vector<Passage> passages;
+    std::optional<std::size_t> declared;  // the place of the declarations
+    for (const Section section : SECTIONS) {
+        if (options.only.contains(section)) {
+            declared = section == Section::DECLARATIONS ? passages.size() : declared;
+            std::vector<Passage> of_section = passages_of(section, page, names, blocks, wanted);
+            of_section.front().before.insert(0, passages.empty() ? "" : "\n");
+            std::ranges::move(of_section, std::back_inserter(passages));
         }
-        return all;
+    }
+    const auto with_sources = [&](std::size_t sources) {
+        if (declared) {
+            Passage& replaced = passages[*declared];
+            replaced = declarations(blocks, sources, wanted);
+            replaced.before.insert(0, *declared > 0 ? "\n" : "");
+        }
+        return passages;
     };
     const std::optional<std::string> text =
-        fitted(passages_with, sources, options.max_bytes.value_or(std::numeric_limits<std::size_t>::max()));
+        fitted(with_sources, wanted, options.max_bytes.value_or(std::numeric_limits<std::size_t>::max()));
     if (!text) {
         throw std::runtime_error("--max-bytes: what would be left of the page does not fit into " +
                                  std::to_string(*options.max_bytes) +
