@@ -158,6 +158,12 @@ class OutlineReader {
                                   part(*node.value).find('\n') != string_view::npos)) {
             whole.end = std::min(whole.end, node.value->begin);
         }
+        // What a body begins with may be a comment that the grammar puts in front of it.
+        const Bytes* comment = comments_.last_before(whole.end);
+        while (comment != nullptr && whole.begin < comment->begin && trimmed(part({comment->end, whole.end})).empty()) {
+            whole.end = comment->begin;
+            comment = comments_.last_before(whole.end);
+        }
         const string_view before = line_before(whole.begin);
         return dedented(without_link(part(whole)), trimmed(before).empty() ? before.size() : 0);
     }

@@ -39,3 +39,5 @@
   (#eq? @list "__all__"))
 
 (function_definition body: (_) @local)
+
+(comment) @comment

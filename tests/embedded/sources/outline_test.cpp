@@ -157,6 +157,8 @@ TEST(Outline, ASignatureEndsBeforeTheBodyAndBeforeALongValue) {
     EXPECT_EQ(signature("a.ts", "const o: { a: 1 } = {\n a: 1 }", "o"), "const o: { a: 1 }");
     EXPECT_EQ(signature("a.ts", "type U =\n  | 1\n  | 2;", "U"), "type U =\n  | 1\n  | 2");
     EXPECT_EQ(signature("a.py", "class C(B):\n    x = 1", "C"), "class C(B)");
+    EXPECT_EQ(signature("a.py", "def f(  # one\n    a):\n    # Two.\n\n    # Three.\n    pass", "f"),
+              "def f(  # one\n    a)");
     EXPECT_EQ(signature("a.go", "package p\nfunc (t *T) M(a int) (b error) { }", "M"),
               "func (t *T) M(a int) (b error)");
     EXPECT_EQ(signature("a.cpp", "C::C(int a) : a_(a) {}", "C"), "C::C(int a)");
