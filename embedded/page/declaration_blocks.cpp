@@ -97,6 +97,14 @@ const DeclarationBlocks::Declaration* DeclarationBlocks::printed_around(std::siz
     return nullptr;
 }
 
+std::size_t DeclarationBlocks::without_source(std::size_t sources, std::size_t wanted) const {
+    std::size_t count = 0;
+    for (std::size_t at = sources; at < std::min(wanted, declarations_.size()); ++at) {
+        count += !declarations_[at].source.empty() && printed_around(at, sources) == nullptr ? 1U : 0U;
+    }
+    return count;
+}
+
 std::vector<std::string> DeclarationBlocks::blocks(std::size_t sources) const {
     std::vector<std::string> blocks;
     for (std::size_t at = 0; at < declarations_.size(); ++at) {

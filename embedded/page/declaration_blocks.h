@@ -27,6 +27,9 @@ class DeclarationBlocks {
     /// is part of a source that another block prints, which they say then; the others have their signatures.
     [[nodiscard]] std::vector<std::string> blocks(std::size_t sources) const;
 
+    /// How many of the first `wanted` declarations have a source that `blocks(sources)` prints nowhere.
+    [[nodiscard]] std::size_t without_source(std::size_t sources, std::size_t wanted) const;
+
   private:
     struct Declaration {
         const storage::ScopeSymbol* symbol;

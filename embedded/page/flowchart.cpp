@@ -57,11 +57,12 @@ class Drawing {
   public:
     explicit Drawing(const Page& page) : page_(page), users_(wiki::scope::file_users(page.facts)) { choose_nodes(); }
 
-    std::string draw() {
+    Flowchart draw() {
         draw_nodes();
         draw_uses();
         draw_dependencies();
-        return has_arrows_ ? "flowchart LR\n" + lines_ : "";
+        return {.source = has_arrows_ ? "flowchart LR\n" + lines_ : "",
+                .has_every_file = files_.size() == page_.facts.paths().size()};
     }
 
   private:
@@ -167,7 +168,7 @@ class Drawing {
 
 }  // namespace
 
-std::string flowchart(const Page& page) {
+Flowchart flowchart(const Page& page) {
     return Drawing(page).draw();
 }
 

@@ -7,12 +7,15 @@
 
 namespace embedded {
 
-/// A page as a flowchart in the language Mermaid; empty when it has no arrow to draw.
-///
-/// At most 30 nodes: the files of the page (of more than fit those that other production files use most), the files
+struct Flowchart {
+    std::string source;          ///< in the language Mermaid; empty when the page has no arrow to draw
+    bool has_every_file = true;  ///< whether all files of the page are drawn
+};
+
+/// Draws a page. At most 30 nodes: the files of the page (of more than fit those that other production files use most), the files
 /// outside that use the page most (`file_users`), and the declarations of other files that it leans on most
 /// (`Page::neighbours`). An arrow leads from who uses to what is used, and bears the number of references. Whatever
 /// characters a path has, they are shown as they are.
-std::string flowchart(const Page& page);
+Flowchart flowchart(const Page& page);
 
 }  // namespace embedded

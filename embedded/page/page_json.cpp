@@ -224,7 +224,7 @@ void write_section(JsonWriter& json, Section section, const Page& page, const st
         write_name_matches(json, page.facts);
         break;
     case Section::GRAPH:
-        json.member("graph", flowchart(page));
+        json.member("graph", flowchart(page).source);
         break;
     case Section::SEEDS:
         write_mapping(json, "seeds", file_seeds(page.facts, page.fan_in));

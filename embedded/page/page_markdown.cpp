@@ -66,9 +66,8 @@ Passage declarations(const DeclarationBlocks& blocks, std::size_t sources, std::
             heading("Declarations", "The declarations of this page that matter most, every file represented: what "
                                     "production code outside the page uses and its entry points first.");
     }
-    if (wanted > sources) {
-        passage.before += "\n_The source of the last " +
-                          counted(static_cast<std::int64_t>(wanted - sources), "declaration") +
+    if (const std::size_t left_out = blocks.without_source(sources, wanted); left_out > 0) {
+        passage.before += "\n_The source of " + counted(static_cast<std::int64_t>(left_out), "declaration") +
                           " is left out to fit._\n";
     }
     return passage;
@@ -127,11 +126,12 @@ std::vector<Passage> name_matches(const Page& page) {
 
 Passage graph(const Page& page) {
     Passage passage{.before = heading("Graph", NOTHING), .items = {}, .item_name = "flowchart"};
-    if (const std::string chart = flowchart(page); !chart.empty()) {
-        passage.before =
-            heading("Graph", "Who uses this page most, its files, and the declarations that it leans on; an "
-                             "arrow bears the number of references.");
-        const std::vector<std::string_view> lines = split_lines(chart);
+    if (const Flowchart chart = flowchart(page); !chart.source.empty()) {
+        const std::string files = chart.has_every_file ? "its own" : "those of its own that others use most";
+        passage.before = heading("Graph", "The files that use this page most, " + files +
+                                              ", and the declarations that it leans on most; an arrow bears the number "
+                                              "of references.");
+        const std::vector<std::string_view> lines = split_lines(chart.source);
         passage.items.push_back("\n" + fenced_block(std::vector<std::string>(lines.begin(), lines.end()), "mermaid"));
     }
     return passage;

@@ -136,6 +136,11 @@ TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesThatHoldsItsSentences) {
     const std::string options = "src srclib none.ts --max-bytes ";
     const std::string whole = print("src srclib none.ts");
     EXPECT_EQ(print(options + std::to_string(whole.size())), whole);
+    // Of TICKS and One there is room for the source of One alone, of which that of run is a part.
+    folder.write("src/b.lua", "TICKS = '" + std::string(200, '-') + "'\n");
+    const std::string one = print("src --only declarations --max-bytes 600");
+    EXPECT_EQ(count(one, "_The source of 1 declaration is left out to fit._\n"), 1) << one;
+    EXPECT_EQ(count(one, "run() {}"), 1) << one;
     const Outcome too_little = run("page --index index.db --checkout . " + options + "999");
     EXPECT_EQ(too_little.exit_code, 1);
     EXPECT_EQ(too_little.out, "");
@@ -174,7 +179,9 @@ TEST_F(PrintedPage, DrawsThirtyNodesAtMostWhateverTheirPathsHold) {
             {{id, id, "f", "f", "function", true, 1, 1}, {id + 100, id + 100, "g", "g", "function", true, 1, 1}});
         add<EdgeRow>({{id + 100, id, IMPORT, id}, {id, id + 100, IMPORT, id}, {id, 10 + (id - 9) % 50, IMPORT, 1}});
     }
-    const std::string graph = drawn(print("src --only graph"));
+    const std::string section = print("src --only graph");
+    EXPECT_EQ(count(section, "those of its own that others use most"), 1) << section;
+    const std::string graph = drawn(section);
     EXPECT_EQ(count(graph, "[\"") + count(graph, "(\"") - 1, 30) << graph;
     EXPECT_EQ(count(graph, "[\"lib/"), 9) << graph;
     EXPECT_EQ(count(graph, "[\"src/"), 12) << graph;
