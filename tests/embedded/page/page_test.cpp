@@ -136,6 +136,10 @@ TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesThatHoldsItsSentences) {
     const std::string options = "src srclib none.ts --max-bytes ";
     const std::string whole = print("src srclib none.ts");
     EXPECT_EQ(print(options + std::to_string(whole.size())), whole);
+    const std::string files = "src/b.lua src/a.ts --only files";
+    EXPECT_TRUE(print(files + " --max-bytes " + std::to_string(print(files).size() - 1))
+                    .ends_with("| `src/b.lua` | 1 | 1 |  |  |  |  |\n\n_...1 more file left out to fit_\n"));
+    EXPECT_TRUE(print("src --only seeds --max-bytes 150").ends_with(".\n\n- _...2 files left out to fit_\n"));
     // Of TICKS and One there is room for the source of One alone, of which that of run is a part.
     folder.write("src/b.lua", "TICKS = '" + std::string(200, '-') + "'\n");
     const std::string one = print("src --only declarations --max-bytes 600");
