@@ -139,6 +139,9 @@ TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesThatHoldsItsSentences) {
     const std::string files = "src/b.lua src/a.ts --only files";
     EXPECT_TRUE(print(files + " --max-bytes " + std::to_string(print(files).size() - 1))
                     .ends_with("| `src/b.lua` | 1 | 1 |  |  |  |  |\n\n_...1 more file left out to fit_\n"));
+    const std::string sentences = print(files).substr(0, print(files).find('|'));
+    EXPECT_EQ(print(files + " --max-bytes " + std::to_string(sentences.size() + 40)),
+              sentences + "\n_...2 files left out to fit_\n");
     EXPECT_TRUE(print("src --only seeds --max-bytes 150").ends_with(".\n\n- _...2 files left out to fit_\n"));
     // Of TICKS and One there is room for the source of One alone, of which that of run is a part.
     folder.write("src/b.lua", "TICKS = '" + std::string(200, '-') + "'\n");
