@@ -80,21 +80,23 @@ void DeclarationBlocks::read_sources(const Checkout& checkout) {
 
 const DeclarationBlocks::Declaration* DeclarationBlocks::printed_around(std::size_t declaration,
                                                                         std::size_t sources) const {
-    const ScopeSymbol& inner = *declarations_[declaration].symbol;
-    const std::optional<LineRange> lines = cited_lines(inner);
-    for (const std::size_t at : *by_file_.find(inner.path)) {
-        if (!lines || at >= sources) {
-            break;
-        }
-        const Declaration& outer = declarations_[at];
-        const std::optional<LineRange> around = cited_lines(*outer.symbol);
-        const bool is_around = !outer.source.empty() && around->first <= lines->first && lines->last <= around->last;
-        // Of two with the same lines the first is printed.
-        if (is_around && (*around == *lines ? at < declaration : at != declaration)) {
-            return &outer;
+    const Declaration& inner = declarations_[declaration];
+    const Declaration* outermost = nullptr;
+    if (inner.source.empty()) {
+        return outermost;
+    }
+    LineRange widest = *cited_lines(*inner.symbol);
+    for (const std::size_t at : *by_file_.find(inner.symbol->path)) {
+        const LineRange around = cited_lines(*declarations_[at].symbol).value_or(LineRange{0, 0});
+        const bool is_printed = at < sources && at != declaration && !declarations_[at].source.empty();
+        const bool is_around = around.first <= widest.first && widest.last <= around.last;
+        // Of those with the same lines the first is printed.
+        if (is_printed && is_around && (around != widest || (outermost == nullptr && at < declaration))) {
+            outermost = &declarations_[at];
+            widest = around;
         }
     }
-    return nullptr;
+    return outermost;
 }
 
 std::size_t DeclarationBlocks::without_source(std::size_t sources, std::size_t wanted) const {

@@ -39,7 +39,7 @@ class DeclarationBlocks {
         std::vector<std::string> source;
     };
 
-    // The declaration that is printed whole and that this one is a part of; else null.
+    // The declaration that is printed whole with the source of this one in it; else null.
     [[nodiscard]] const Declaration* printed_around(std::size_t declaration, std::size_t sources) const;
 
     const ScopedNames& names_;

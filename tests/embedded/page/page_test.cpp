@@ -119,7 +119,8 @@ TEST_F(PrintedPage, QuotesTheLinesThatTheCheckoutHasUnlessToldNotTo) {
 }
 
 TEST_F(PrintedPage, PrintsNoSourceTwiceAndTellsNamesApart) {
-    add<DeclarationRow>({{11, 1, "run", "a.run", "function", true, 4, 4},
+    add<DeclarationRow>({{10, 1, "inner", "a.inner", "function", true, 3, 4},
+                         {11, 1, "run", "a.run", "function", true, 4, 4},
                          {12, 1, "Two", "a.Two", "class", true, 2, 4},
                          {13, 1, "only", "a.One.only", "method", true, 3, 3}});
     const std::string declarations = print("src --only declarations");
@@ -127,9 +128,11 @@ TEST_F(PrintedPage, PrintsNoSourceTwiceAndTellsNamesApart) {
     for (const std::string block : {"\n### `One`\n", "\n### `One.run`\n", "\n### `run`\n", "\n### `only`\n"}) {
         EXPECT_EQ(count(declarations, block), 1) << block;
     }
-    EXPECT_EQ(count(declarations, "Its source is part of that of `One`.\n"), 4);
+    EXPECT_EQ(count(declarations, "Its source is part of that of `One`.\n"), 5);
     EXPECT_EQ(count(print("src --only in-depth --deep 9 --deep-per-file 9"), "\n- `One.run`\n"), 1);
     EXPECT_EQ(count(print("src --only declarations --no-source"), "Its source"), 0);
+    folder.write("src/a.ts", "\nclass One {\n");  // so that nothing is left of what it held
+    EXPECT_EQ(count(print("src --only declarations"), "Its source"), 1);
 }
 
 TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesThatHoldsItsSentences) {
