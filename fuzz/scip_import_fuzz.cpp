@@ -114,9 +114,10 @@ std::vector<std::string> all_paths(const Connection& index) {
 }
 
 void check_page(const Workshop& workshop, const ImportReport& counts) {
-    storage::Database db(workshop.open());
+    const Connection index = workshop.open();
+    storage::Database db(index);
     const Checkout checkout = workshop.checkout();
-    const Page page = load_page(db, checkout, all_paths(db.connection()));
+    const Page page = load_page(db, checkout, all_paths(index));
     promise(page.missing.empty() && std::cmp_equal(page.facts.files.size(), counts.files), "a page has every file");
     promise(std::cmp_equal(page.facts.symbols.size(), counts.declarations), "a page has every declaration");
     promise(std::cmp_equal(page.facts.inbound.size(), counts.edges), "a page of everything has every edge");

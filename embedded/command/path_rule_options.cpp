@@ -1,6 +1,5 @@
 #include "embedded/command/path_rule_options.h"
 
-#include "embedded/sqlite/index.h"
 #include "embedded/text/glob.h"
 
 #include <CLI/CLI.hpp>
@@ -38,14 +37,6 @@ void add_test_options(CLI::App& command, PathRuleOptions& options) {
 void add_exclusion_options(CLI::App& command, PathRuleOptions& options) {
     add_patterns(command, "--exclude", options.holds, "Files to leave out; may be repeated");
     add_patterns(command, "--include", options.does_not, "Files to take in that would be left out; may be repeated");
-}
-
-PathRules test_rules(const PathRuleOptions& options, const Connection& index) {
-    std::vector<PathRule> rules = options.rules();
-    for (PathRule& rule : read_rules(noted(index, "test_rules"))) {
-        rules.push_back(std::move(rule));
-    }
-    return PathRules(rules);
 }
 
 }  // namespace embedded

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "embedded/rules/path_rules.h"
-#include "embedded/sqlite/connection.h"
 
 #include <string>
 #include <vector>
@@ -26,9 +25,5 @@ void add_test_options(CLI::App& command, PathRuleOptions& options);
 
 /// Adds "--exclude GLOB" and "--include GLOB", which may be repeated.
 void add_exclusion_options(CLI::App& command, PathRuleOptions& options);
-
-/// The rules for tests that the options give, and then those that the index notes. Throws `std::runtime_error` with one
-/// line when these cannot be read.
-PathRules test_rules(const PathRuleOptions& options, const Connection& index);
 
 }  // namespace embedded

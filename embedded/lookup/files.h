@@ -1,6 +1,7 @@
 // The files that an index holds.
 #pragma once
 
+#include "embedded/rules/path_rules.h"
 #include "embedded/sqlite/connection.h"
 
 #include <cstdint>
@@ -15,10 +16,19 @@ struct ListedFile {
     std::string language;  ///< empty when unknown
     std::int64_t declarations = 0;
     std::int64_t declared_lines = 0;  ///< that its declarations take up together
-    bool is_test = false;             ///< by the rules that are in force (rules/test_paths.h)
+    bool is_test = false;
 };
 
-/// The files of the index at these paths, in path order, each once. Throws `SqliteError`.
-std::vector<ListedFile> list_files(const Connection& index, std::span<const std::string> paths);
+struct ListedFiles {
+    std::vector<ListedFile> files;     ///< in path order, each once
+    std::vector<std::string> remarks;  ///< on paths that are missing, as `remarks_on_missing` makes them
+    bool is_failure = false;           ///< whether paths were named of which the index holds none
+};
+
+/// Lists the files of the index that these paths stand for, as `find_paths` reads them with the checkout that the index
+/// was made in; no paths stand for all. `tests` are asked before the rules that the index notes. Throws `SqliteError`,
+/// and `std::runtime_error` with one line when these cannot be read.
+ListedFiles list_files(const Connection& index, std::span<const std::string> named,
+                       const std::vector<PathRule>& tests = {});
 
 }  // namespace embedded

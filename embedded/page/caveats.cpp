@@ -2,6 +2,9 @@
 
 #include "embedded/sqlite/bound_list.h"
 
+#include "embedded/text/counted.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace embedded {
@@ -34,6 +37,28 @@ bool are_all(const storage::Database& db, std::span<const std::string> paths) {
 }
 
 }  // namespace
+
+std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& checkout) {
+    constexpr std::size_t NAMED = 5;
+    std::vector<std::string> remarks;
+    const std::size_t count = caveats.changed.size();
+    for (const models::Text& path : std::span(caveats.changed).first(std::min(count, NAMED))) {
+        remarks.push_back(std::string(path) + ": changed since it was indexed; its lines may be off; index again");
+    }
+    if (count > NAMED) {
+        remarks.push_back("... and " + counted(static_cast<std::int64_t>(count - NAMED), "more file") +
+                          " changed since indexed; index again");
+    }
+    if (caveats.has_no_sources) {
+        remarks.push_back(checkout +
+                          ": holds none of the page's files; name the folder that was indexed with --checkout");
+    }
+    if (caveats.has_no_outside) {
+        remarks.emplace_back(
+            "the page consists of every file of the index: nothing is outside of it, so no use from outside is known");
+    }
+    return remarks;
+}
 
 WatchfulReader::WatchfulReader(const storage::Database& db, const Checkout& checkout,
                                std::span<const std::string> paths)

@@ -22,6 +22,10 @@ struct Caveats {
     bool has_no_outside = false;        ///< whether the page consists of every file of the index
 };
 
+/// What is to be said of these, in one line each, of files that changed at most five; `checkout` is what somebody called
+/// it.
+std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& checkout);
+
 /// Reads the files of a page from the checkout, and watches for what its reader should know.
 class WatchfulReader {
   public:

@@ -29,6 +29,9 @@ struct PageOptions {
     std::int64_t neighbours = 12;    ///< declarations of other files that the page leans on
 };
 
+/// What is done with the files of a page before their facts are read.
+using BeforeReading = std::function<void(std::span<const std::string> files)>;
+
 /// The name under which a declaration is known.
 using NameOf = std::function<models::Text(const storage::ScopeSymbol& symbol)>;
 
@@ -58,8 +61,8 @@ struct Page {
 };
 
 /// Grounds the page of the named files and folders, as `find_paths` reads them. A file that the checkout does not
-/// give has no line count and no summary. Throws `SqliteError`.
+/// give has no line count and no summary. Throws `SqliteError`, and what `before_reading` throws.
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
-               const PageOptions& options = {});
+               const PageOptions& options = {}, const BeforeReading& before_reading = {});
 
 }  // namespace embedded

@@ -14,7 +14,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 namespace storage {
@@ -26,7 +25,8 @@ namespace storage {
 /// `forget`, as a page does when it begins.
 class Database {
   public:
-    explicit Database(embedded::Connection connection) : connection_(std::move(connection)) {}
+    /// The connection must outlive this object.
+    explicit Database(const embedded::Connection& connection) : connection_(connection) {}
 
     [[nodiscard]] const embedded::Connection& connection() const { return connection_; }
 
@@ -55,7 +55,7 @@ class Database {
   private:
     std::vector<ScopeSymbol> read_declarations(const std::string& column, std::vector<std::int64_t> integers);
 
-    embedded::Connection connection_;
+    const embedded::Connection& connection_;
     std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
     models::OrderedMap<FileId, models::Text> paths_;
     models::OrderedMap<std::int64_t, models::Text> resolutions_;

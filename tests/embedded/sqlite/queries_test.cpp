@@ -20,13 +20,13 @@ using Paths = std::vector<std::string>;
 
 class Index : public IndexedFolder {
   protected:
-    [[nodiscard]] storage::Database open() const { return storage::Database(open_index(index)); }
+    const Connection connection = open_index(index);
 };
 
 TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
     add<FileRow>({{1, "a.ts", "typescript"}, {2, "b \"\\|\n.ts"}, {4, "\xFF.ts", "typescript"}});
     change("INSERT INTO files(id, path, language) VALUES(3, 'c.ts', '')");
-    storage::Database db = open();
+    storage::Database db(connection);
     const auto files = scope_files(db, Paths{"c.ts", "b \"\\|\n.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
     ASSERT_TRUE(std::ranges::equal(files, Numbers{3, 2, 1, 4}, {}, &storage::ScopeFile::id));
     EXPECT_EQ(files[0].language, "");
@@ -40,7 +40,7 @@ TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
                          {3, 1, "same", "", "enum", false, 2, 2},
                          {2, 1, "line", "", "enum", false, 2, 9}});
     change("INSERT INTO symbols VALUES(1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999, NULL)");
-    storage::Database db = open();
+    storage::Database db(connection);
     const auto symbols = scope_symbols(db, std::vector<storage::FileId>{2, 1, 2});
     ASSERT_TRUE(std::ranges::equal(symbols, Numbers{1, 2, 3, 5}, {}, &storage::ScopeSymbol::id));
     EXPECT_EQ(symbols[0].kind, "");
@@ -67,7 +67,7 @@ TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
                   {3, 2, IMPORT, 8},
                   {3, 1, UNIQUE, 9}});
     add<EdgeRow>({{9, 1, IMPORT, 1}, {2, 9, IMPORT, 1}});  // from no file, to no declaration
-    storage::Database db = open();
+    storage::Database db(connection);
     const std::vector<storage::FileId> page{2};
     const auto inbound = inbound_references(db, page);
     EXPECT_TRUE(std::ranges::equal(inbound, Numbers{4, 5, 9, 8, 3, 2, 1}, {}, &storage::InboundReference::refs));
@@ -90,7 +90,7 @@ TEST_F(Index, ReadsFilesAndDeclarationsThatDoNotStandTogether) {
                          {8, 3, "c", "", "", true, 1, 1},
                          {9, 7, "lost", "", "", true, 1, 1}});
     add<EdgeRow>({{1, 1, IMPORT, 1}, {2, 8, IMPORT, 2}, {3, 2, IMPORT, 3}, {5, 4, IMPORT, 4}});
-    storage::Database db = open();
+    storage::Database db(connection);
     const std::vector<storage::FileId> page{5, 1, 3, 5, 7};
     EXPECT_TRUE(std::ranges::equal(scope_symbols(db, page), Numbers{1, 4, 8}, {}, &storage::ScopeSymbol::id));
     EXPECT_TRUE(
@@ -101,7 +101,7 @@ TEST_F(Index, ReadsFilesAndDeclarationsThatDoNotStandTogether) {
 
 TEST_F(Index, KnowsTheLanguagesWithResolvedImports) {
     add<LanguageRow>({{"typescript", true}, {"lua", false}, {"go", true}});
-    storage::Database db = open();
+    storage::Database db(connection);
     const std::vector<models::Text> languages{"lua", "rust", "typescript"};
     EXPECT_EQ(import_resolved_languages(db, languages), std::vector<models::Text>{"typescript"});
 }
@@ -116,11 +116,12 @@ TEST_F(Index, IsReadInOneStateWhileItIsWritten) {
             .execute("BEGIN; UPDATE symbols SET start_line = start_line + 1; UPDATE edges SET refs = refs + 1; COMMIT");
         return 0;
     };
-    storage::Database db = open();
+    storage::Database db(connection);
     sqlite3_trace_v2(db.connection().handle(), SQLITE_TRACE_STMT, write_before_a_statement, &index);
     const Page page = load_page(db, Checkout(folder / ""), Paths{"a.ts"});
     EXPECT_EQ(page.facts.inbound.at(0).refs, page.facts.symbols.at(0).start_line);
-    storage::Database later = open();
+    const Connection another = open_index(index);
+    storage::Database later(another);
     EXPECT_GT(scope_symbols(later, std::vector<storage::FileId>{1}).at(0).start_line,
               page.facts.symbols.at(0).start_line + 5);
 }
@@ -130,7 +131,7 @@ TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
            "INSERT INTO files(id, path, language) SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
     change("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2, 0 FROM files");
     change("INSERT INTO edges SELECT id, id % 5000 + 1, 1, 1 FROM files");
-    storage::Database db = open();
+    storage::Database db(connection);
 
     std::vector<std::string> queries;
     const auto note = [](unsigned, void* noted, void* statement, void*) {

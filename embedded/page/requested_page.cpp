@@ -1,0 +1,64 @@
+#include "embedded/page/requested_page.h"
+
+#include "embedded/page/page_json.h"
+#include "embedded/page/page_markdown.h"
+#include "embedded/paths/missing_paths.h"
+#include "embedded/rules/noted_rules.h"
+#include "embedded/sqlite/index.h"
+
+#include <filesystem>
+#include <ostream>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace embedded {
+
+namespace {
+
+// The folder that is asked for, else the one that the index was made in.
+std::string checkout_folder(const PageRequest& request, const Connection& index) {
+    if (!request.checkout.empty()) {
+        return request.checkout;
+    }
+    std::string folder = noted(index, "checkout");
+    std::error_code error;
+    if (folder.empty() || !std::filesystem::is_directory(folder, error)) {
+        throw std::runtime_error(
+            index.path() + (folder.empty() ? ": made without sources" : ": made in " + folder + ", which is gone") +
+            "; name the folder that its paths are relative to with --checkout");
+    }
+    return folder;
+}
+
+}  // namespace
+
+RequestedPage::RequestedPage(const PageRequest& request, const Connection& index, const BeforeReading& before_reading)
+    : request_(request), folder_(checkout_folder(request, index)), checkout_(folder_),
+      tests_(with_noted_rules(request.tests, index)), in_force_(tests_), db_(index),
+      page_(load_page(db_, checkout_, request.paths, request.numbers, before_reading)) {}
+
+bool RequestedPage::is_failure() const {
+    return !page_.missing.empty() && (request_.is_strict || page_.facts.files.empty());
+}
+
+std::vector<std::string> RequestedPage::remarks() const {
+    std::vector<std::string> remarks = remarks_on_missing(page_.missing, page_.suggestions, is_failure());
+    if (!is_failure()) {
+        for (std::string& remark : remarks_on(page_.caveats, folder_)) {
+            remarks.push_back(std::move(remark));
+        }
+    }
+    return remarks;
+}
+
+void RequestedPage::write(std::ostream& out) const {
+    if (request_.format == PageRequest::Format::JSON) {
+        write_json(out, page_, db_, request_.only);
+    } else {
+        write_markdown(out, page_, db_, checkout_,
+                       {.only = request_.only, .with_source = request_.with_source, .max_bytes = request_.max_bytes});
+    }
+}
+
+}  // namespace embedded
