@@ -27,17 +27,31 @@ void add_index_option(CLI::App& command, std::string& path) {
     add_file_option(command, "--index", path, "The index, as made by wiki-scope import")->type_name("FILE.db");
 }
 
-void read_index(const std::string& path, const std::function<void(Connection)>& read) {
+void add_checkout_option(CLI::App& command, std::string& path) {
+    add_file_option(command, "--checkout", path,
+                    "The folder that the paths are relative to; by default the one that the index was made in")
+        ->type_name("DIR")
+        ->required(false);
+}
+
+std::string failure_to_read(const std::string& path, const std::exception& failure) {
+    const std::string what = failure.what();
+    if (const auto* const unusable = dynamic_cast<const UnusableIndex*>(&failure)) {
+        return what + advice(unusable->fault(), path);
+    }
+    const auto* const error = dynamic_cast<const SqliteError*>(&failure);
+    return error != nullptr && error->is_about_content()
+               ? what + "; it is not a whole wiki-scope index: import the SCIP file again"
+               : what;
+}
+
+void read_index(const std::string& path, const std::function<void(const Connection&)>& read) {
     try {
         read(open_index(path));
     } catch (const UnusableIndex& error) {
-        throw std::runtime_error(error.what() + advice(error.fault(), path));
+        throw std::runtime_error(failure_to_read(path, error));
     } catch (const SqliteError& error) {
-        if (!error.is_about_content()) {
-            throw;
-        }
-        throw std::runtime_error(std::string(error.what()) +
-                                 "; it is not a whole wiki-scope index: import the SCIP file again");
+        throw std::runtime_error(failure_to_read(path, error));
     }
 }
 

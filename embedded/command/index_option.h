@@ -3,6 +3,7 @@
 
 #include "embedded/sqlite/connection.h"
 
+#include <exception>
 #include <functional>
 #include <string>
 
@@ -15,8 +16,15 @@ namespace embedded {
 /// Adds "--index FILE.db", which is required.
 void add_index_option(CLI::App& command, std::string& path);
 
+/// Adds "--checkout DIR", which may be left out.
+void add_checkout_option(CLI::App& command, std::string& path);
+
+/// The line that is said of a failure to open the index at `path` or to read from it: where the index is at fault, what is
+/// wrong with it and what can be done about that; else what the failure says.
+std::string failure_to_read(const std::string& path, const std::exception& failure);
+
 /// Opens the index and has `read` read it. Throws what `read` throws; where the index is at fault it is a
-/// `std::runtime_error` with one line that says what is wrong with it and what can be done about that.
-void read_index(const std::string& path, const std::function<void(Connection)>& read);
+/// `std::runtime_error` with the line of `failure_to_read`.
+void read_index(const std::string& path, const std::function<void(const Connection&)>& read);
 
 }  // namespace embedded

@@ -4,6 +4,7 @@
 #include "embedded/command/find_command.h"
 #include "embedded/command/import_command.h"
 #include "embedded/command/page_command.h"
+#include "embedded/command/serve_command.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/command/stats_command.h"
@@ -62,6 +63,7 @@ int run(int argc, char** argv) {
     embedded::add_files_command(app);
     embedded::add_find_command(app);
     embedded::add_stats_command(app);
+    embedded::add_serve_command(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& answered) {  // --help, --version

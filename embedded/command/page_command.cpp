@@ -1,6 +1,5 @@
 #include "embedded/command/page_command.h"
 
-#include "embedded/command/file_option.h"
 #include "embedded/command/format_option.h"
 #include "embedded/command/index_option.h"
 #include "embedded/command/number_option.h"
@@ -65,10 +64,7 @@ void add_page_command(CLI::App& app) {
                     "The files of the page; a folder or a pattern stands for those below it or that it matches")
         ->required();
     add_index_option(page, arguments->index);
-    add_file_option(page, "--checkout", arguments->page.checkout,
-                    "The folder that the paths are relative to; by default the one that the index was made in")
-        ->type_name("DIR")
-        ->required(false);
+    add_checkout_option(page, arguments->page.checkout);
     page.add_flag("--strict", arguments->page.is_strict, "Fail when the index does not hold one of the paths");
 
     add_test_options(page, arguments->tests);

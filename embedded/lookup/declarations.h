@@ -37,6 +37,9 @@ struct FoundDeclarations {
     std::int64_t count = 0;              ///< of all that were found
 };
 
+/// What is said when nothing is found by a name.
+std::string said_of_none(std::string_view name);
+
 /// Finds declarations by name: what fits best first, of that what has the same capitals, then what is used most; then
 /// by path and line. Capitals A to Z and small letters count as the same; nothing is found for the empty name. At most
 /// `limit` are given. One pass over the names of the index. Throws `SqliteError`.

@@ -19,6 +19,10 @@ std::optional<Section> section_named(std::string_view name) {
                                 : std::optional(SECTIONS.at(static_cast<std::size_t>(found - NAMES.begin())));
 }
 
+std::string_view name_of(Section section) {
+    return NAMES.at(static_cast<std::size_t>(section));
+}
+
 std::string section_names() {
     std::string names;
     for (const std::string_view name : NAMES) {

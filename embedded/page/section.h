@@ -20,6 +20,9 @@ inline constexpr std::array SECTIONS{Section::FILES,    Section::CONSUMERS,    S
 /// The section that a user calls `name`; none when there is no such section.
 std::optional<Section> section_named(std::string_view name);
 
+/// What a user calls a section.
+std::string_view name_of(Section section);
+
 /// The names of all sections, in their order, joined by ", ".
 std::string section_names();
 

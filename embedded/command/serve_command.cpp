@@ -1,0 +1,62 @@
+#include "embedded/command/serve_command.h"
+
+#include "embedded/command/file_option.h"
+#include "embedded/command/index_option.h"
+#include "embedded/command/standard_error.h"
+#include "embedded/files/checkout.h"
+#include "embedded/serve/server.h"
+
+#include <CLI/CLI.hpp>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace embedded {
+
+namespace {
+
+struct ServeArguments {
+    std::string index;
+    std::string checkout;  // empty for the folder that the index was made in
+};
+
+[[noreturn]] void end_without_output(const std::string& reason) {
+    say("standard output: cannot be written (" + reason + ")");
+    std::_Exit(1);
+}
+
+void run_server(const ServeArguments& arguments) {
+    if (!arguments.checkout.empty()) {
+        const Checkout must_be_there(arguments.checkout);
+    }
+    const auto describe = [path = arguments.index](const std::exception& failure) {
+        return failure_to_read(path, failure);
+    };
+    const auto out = std::make_shared<serve::MessageWriter>(STDOUT_FILENO, end_without_output);
+    serve::MessageReader in(STDIN_FILENO);
+    serve::Server server({arguments.index, arguments.checkout, WIKI_SCOPE_VERSION, describe}, out);
+    if (!server.run(in)) {
+        std::_Exit(0);  // without waiting for answers that nobody waits for
+    }
+}
+
+}  // namespace
+
+void add_serve_command(CLI::App& app) {
+    const auto arguments = std::make_shared<ServeArguments>();
+    CLI::App& serve = *app.add_subcommand("serve", "Answer programs that speak the Model Context Protocol");
+    add_index_option(serve, arguments->index);
+    add_checkout_option(serve, arguments->checkout);
+    serve.callback([arguments] {
+        try {
+            run_server(*arguments);
+        } catch (const std::exception& failure) {
+            throw std::runtime_error(failure_to_read(arguments->index, failure));
+        }
+    });
+}
+
+}  // namespace embedded

@@ -1,0 +1,57 @@
+// One request that takes its time.
+#pragma once
+
+#include "embedded/serve/json_rpc.h"
+#include "embedded/serve/message_stream.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace embedded::serve {
+
+/// Out of a call that its client has cancelled.
+struct Cancelled {};
+
+/// What a call's own thread and the one that reads messages share.
+class Call {
+  public:
+    /// `progress_token` is null when the client does not want to hear of progress, which goes to `notifications`.
+    Call(Received id, Received progress_token, std::shared_ptr<MessageSink> answers,
+         std::shared_ptr<MessageSink> notifications)
+        : id_(std::move(id)), progress_token_(std::move(progress_token)), answers_(std::move(answers)),
+          notifications_(std::move(notifications)) {}
+
+    [[nodiscard]] const Received& id() const { return id_; }
+
+    void cancel() { is_cancelled_ = true; }
+
+    /// Throws `Cancelled` once the client has cancelled the call.
+    void check() const {
+        if (is_cancelled_) {
+            throw Cancelled{};
+        }
+    }
+
+    /// Says that `done` of `total` steps are done, and checks.
+    void report(std::int64_t done, std::int64_t total, const std::string& what) const {
+        check();
+        if (!progress_token_.is_null()) {
+            notifications_->send(notification(
+                "notifications/progress",
+                {{"progressToken", progress_token_}, {"progress", done}, {"total", total}, {"message", what}}));
+        }
+    }
+
+    void send(std::string_view message) const { answers_->send(message); }
+
+  private:
+    const Received id_;
+    const Received progress_token_;
+    const std::shared_ptr<MessageSink> answers_;
+    const std::shared_ptr<MessageSink> notifications_;
+    std::atomic<bool> is_cancelled_ = false;
+};
+
+}  // namespace embedded::serve

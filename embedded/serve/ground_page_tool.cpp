@@ -1,0 +1,194 @@
+#include "embedded/serve/bounded_text.h"
+#include "embedded/serve/tools.h"
+#include "embedded/sqlite/bound_list.h"
+#include "embedded/text/counted.h"
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
+
+namespace embedded::serve {
+
+namespace {
+
+Sent whole_number(std::int64_t preset, const std::string& description) {
+    return {
+        {"type", "integer"}, {"minimum", 0}, {"maximum", 100'000}, {"default", preset}, {"description", description}};
+}
+
+Sent section_enum() {
+    Sent names = Sent::array();
+    for (const Section section : SECTIONS) {
+        names.push_back(name_of(section));
+    }
+    return names;
+}
+
+Sent input_schema() {
+    const PageOptions presets;
+    return object_schema(
+        {{"paths",
+          {{"type", "array"},
+           {"items", {{"type", "string"}, {"minLength", 1}, {"maxLength", 4096}}},
+           {"minItems", 1},
+           {"maxItems", 1000},
+           {"description", "Files of the index; a folder stands for the files below it, \".\" for all, and a pattern "
+                           "as src/**/*.ts for the files that it matches."}}},
+         {"sections",
+          {{"type", "array"},
+           {"items", {{"type", "string"}, {"enum", section_enum()}}},
+           {"maxItems", SECTIONS.size()},
+           {"default", Sent::array()},
+           {"description", "The sections to write, of JSON their keys; none stands for all."}}},
+         {"format",
+          {{"type", "string"},
+           {"enum", {"markdown", "json"}},
+           {"default", "markdown"},
+           {"description", "markdown to be read, json to be computed with."}}},
+         {"max_bytes",
+          {{"type", "integer"},
+           {"minimum", 0},
+           {"maximum", LONGEST_MESSAGE},
+           {"description", "How long the Markdown may be. What matters least is left out, and each cut says so."}}},
+         {"with_source",
+          {{"type", "boolean"},
+           {"default", true},
+           {"description", "Whether declarations stand with their source, or with their signatures alone."}}},
+         {"strict",
+          {{"type", "boolean"},
+           {"default", false},
+           {"description", "Whether the call fails when the index does not hold one of the paths."}}},
+         {"total", whole_number(presets.total, "How many declarations get a block.")},
+         {"floor", whole_number(presets.floor, "How many of its best declarations each file gets first.")},
+         {"max_share",
+          {{"type", "number"},
+           {"minimum", 0},
+           {"maximum", 1},
+           {"default", presets.max_share},
+           {"description", "The share of the total that one file may take while others have declarations left."}}},
+         {"deep", whole_number(presets.deep, "How many names get a deeper treatment.")},
+         {"deep_per_file", whole_number(presets.deep_per_file, "How many of these from any one file.")},
+         {"neighbours",
+          whole_number(presets.neighbours, "How many declarations of other files are listed as dependencies.")},
+         {"test", path_list("Patterns for paths that are tests, whatever their names.")},
+         {"not_test", path_list("Patterns for paths that are no tests.")}},
+        {"paths"});
+}
+
+Sent output_schema() {
+    return object_schema(
+        {{"markdown", {{"type", "string"}, {"description", "The page, where Markdown was asked for."}}},
+         {"page", {{"type", "object"}, {"description", "The page, where JSON was asked for."}}},
+         {"missing",
+          {{"type", "array"},
+           {"items", {{"type", "string"}}},
+           {"description", "The given paths that the index does not hold."}}},
+         {"remarks",
+          {{"type", "array"},
+           {"items", {{"type", "string"}}},
+           {"description", "What leaves the page in doubt, as files that changed since they were indexed."}}}},
+        {"missing", "remarks"});
+}
+
+// Whether a page reads so much that it has to wait until others of its kind have ended.
+Size size_of(const Connection& index, std::span<const std::string> files) {
+    constexpr std::size_t MANY_FILES = 100;
+    constexpr std::int64_t MANY_USES = 20'000;
+    if (files.size() > MANY_FILES) {
+        return Size::LARGE;
+    }
+    Statement uses(index, R"sql(
+        SELECT CAST(total(symbol.uses) AS INTEGER)
+        FROM json_each(?1) AS page CROSS JOIN files AS file ON file.path = page.value
+            CROSS JOIN symbols AS symbol ON symbol.file_id = file.id
+    )sql");
+    uses.bind(1, bound_list(files));
+    return uses.step() && uses.integer(0) > MANY_USES ? Size::LARGE : Size::SMALL;
+}
+
+PageRequest request_of(const Received& arguments) {
+    PageRequest request{.paths = arguments["paths"],
+                        .tests = test_rules(arguments),
+                        .numbers = {.total = arguments["total"],
+                                    .floor = arguments["floor"],
+                                    .max_share = arguments["max_share"],
+                                    .deep = arguments["deep"],
+                                    .deep_per_file = arguments["deep_per_file"],
+                                    .neighbours = arguments["neighbours"]},
+                        .is_strict = arguments["strict"],
+                        .with_source = arguments["with_source"]};
+    if (arguments["format"] == "json") {
+        request.format = PageRequest::Format::JSON;
+        if (arguments.contains("max_bytes")) {
+            throw bad_parameter("max_bytes", "shortens Markdown alone");
+        }
+    } else if (arguments.contains("max_bytes")) {
+        request.max_bytes = arguments["max_bytes"].get<std::size_t>();
+    }
+    for (const std::string section : arguments["sections"]) {
+        request.only.add(section_named(section).value());
+    }
+    return request;
+}
+
+std::string written(const RequestedPage& page, const Call& call) {
+    BoundedText text(call, LONGEST_MESSAGE);
+    std::ostream out(&text);
+    out.exceptions(std::ios::badbit);
+    page.write(out);
+    return text.take();
+}
+
+ToolAnswer run(const Received& arguments, const Workplace& workplace, const Call& call) {
+    return grounded(request_of(arguments), workplace, call);
+}
+
+}  // namespace
+
+ToolAnswer grounded(const PageRequest& asked, const Workplace& workplace, const Call& call) {
+    constexpr std::int64_t STEPS = 3;
+    PageRequest request = asked;
+    request.checkout = workplace.checkout;
+    ToolAnswer answer;
+    workplace.index.borrow(
+        [&call] { call.check(); },
+        [&](const Connection& index) {
+            std::optional<Turns::Turn> turn;
+            const RequestedPage page(request, index, [&](std::span<const std::string> files) {
+                call.report(1, STEPS, "found " + counted(std::ssize(files), "file"));
+                turn.emplace(workplace.turns, size_of(index, files), call);
+            });
+            answer.remarks = page.remarks();
+            if (page.is_failure()) {
+                throw ToolFailure(lines_of(answer.remarks));
+            }
+            const wiki::scope::ScopeFacts& facts = page.page().facts;
+            call.report(2, STEPS,
+                        "read " + counted(std::ssize(facts.inbound) + std::ssize(facts.outbound), "reference"));
+            answer.text = written(page, call);
+            call.report(3, STEPS, "written");
+
+            const Sent rest = {{"missing", page.page().missing}, {"remarks", answer.remarks}};
+            answer.structured = request.format == PageRequest::Format::JSON ? R"({"page":)" + one_line(answer.text)
+                                                                            : R"({"markdown":)" + text_of(answer.text);
+            answer.structured.append(",").append(text_of(rest).substr(1));
+        });
+    return answer;
+}
+
+Tool ground_page_tool() {
+    const std::string name = "ground_page";
+    return {.name = name,
+            .definition = tool_definition(
+                name, "Ground a wiki page",
+                "States what a set of source files really is, from an index of the repository and its checkout: how "
+                "large each file is and what for, which declarations matter, with their source, who uses them from "
+                "outside, which tests reach them, which public code nothing uses, and what they depend on. Call it "
+                "before you write about files, and write nothing of these kinds that it does not state. Give "
+                "max_bytes to fit a page into what you can read.",
+                input_schema(), output_schema()),
+            .run = run};
+}
+
+}  // namespace embedded::serve

@@ -1,0 +1,165 @@
+#include "embedded/lookup/declarations.h"
+#include "embedded/lookup/files.h"
+#include "embedded/lookup/index_stats.h"
+#include "embedded/lookup/listings.h"
+#include "embedded/lookup/listings_json.h"
+#include "embedded/serve/tools.h"
+
+#include <functional>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+namespace embedded::serve {
+
+namespace {
+
+const Sent TEXT = {{"type", "string"}};
+const Sent COUNT = {{"type", "integer"}, {"minimum", 0}};
+
+Sent list_of(const Sent& items, const std::string& description) {
+    return {{"type", "array"}, {"items", items}, {"description", description}};
+}
+
+template <class Result>
+std::string json_of(const Result& result) {
+    std::ostringstream out;
+    write_json(out, result);
+    return one_line(out.str());
+}
+
+template <class Result>
+std::string text_for_people(const Result& result) {
+    std::ostringstream out;
+    write_text(out, result);
+    return out.str();
+}
+
+// Asks an index, in one state of it, when it is this call's turn. Returns what `borrow` returns.
+bool ask(const Workplace& workplace, const Call& call, const std::function<void(const Connection&)>& question) {
+    return workplace.index.borrow([&call] { call.check(); },
+                                  [&](const Connection& index) {
+                                      const Turns::Turn turn(workplace.turns, Size::SMALL, call);
+                                      const Transaction one_state(index);
+                                      question(index);
+                                  });
+}
+
+ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const Call& call) {
+    const std::string name = arguments["name"];
+    ToolAnswer answer;
+    ask(workplace, call, [&](const Connection& index) {
+        const FoundDeclarations found = find_declarations(index, name, arguments["limit"]);
+        answer.structured = json_of(found);
+        answer.text = found.count == 0 ? said_of_none(name) + "\n" : text_for_people(found);
+        if (const std::int64_t more = found.count - std::ssize(found.best); more > 0) {
+            answer.remarks.push_back("... and " + std::to_string(more) + " more; a limit of " +
+                                     std::to_string(found.count) + " lists all");
+        }
+    });
+    return answer;
+}
+
+ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const Call& call) {
+    ToolAnswer answer;
+    ask(workplace, call, [&](const Connection& index) {
+        const ListedFiles listed =
+            list_files(index, arguments["paths"].get<std::vector<std::string>>(), test_rules(arguments));
+        if (listed.is_failure) {
+            throw ToolFailure(lines_of(listed.remarks));
+        }
+        answer = {.text = text_for_people(std::span(listed.files)),
+                  .structured = json_of(std::span(listed.files)),
+                  .remarks = listed.remarks};
+    });
+    return answer;
+}
+
+ToolAnswer run_stats(const Received&, const Workplace& workplace, const Call& call) {
+    ToolAnswer answer;
+    const auto question = [&](const Connection& index) {
+        const IndexStats stats = index_stats(index);
+        answer = {.text = text_for_people(stats), .structured = json_of(stats)};
+    };
+    while (!ask(workplace, call, question)) {  // what the file system says may be of the index that came after it
+    }
+    return answer;
+}
+
+}  // namespace
+
+Tool find_declarations_tool() {
+    const std::string name = "find_declarations";
+    const Sent declaration = object_schema({{"match", {{"type", "string"}, {"enum", {"exact", "prefix", "part"}}}},
+                                            {"name", TEXT},
+                                            {"fqn", TEXT},
+                                            {"kind", TEXT},
+                                            {"path", TEXT},
+                                            {"start_line", {{"type", "integer"}}},
+                                            {"end_line", {{"type", "integer"}}},
+                                            {"uses", COUNT}},
+                                           {"match", "name", "kind", "path", "start_line", "end_line", "uses"});
+    return {.name = name,
+            .definition = tool_definition(
+                name, "Find declarations by name",
+                "Finds classes, functions and other declarations by name: first those that are called so, then those "
+                "whose name begins so, then those whose name holds it; of these what production code uses most. Tells "
+                "kind, path, lines and uses. Call it to learn in which file something is declared, before you ask "
+                "for a page of that file.",
+                object_schema({{"name",
+                                {{"type", "string"},
+                                 {"minLength", 1},
+                                 {"maxLength", 4096},
+                                 {"description", "A name, its beginning or a part of it; Subject.next finds the next "
+                                                 "of Subject."}}},
+                               {"limit",
+                                {{"type", "integer"},
+                                 {"minimum", 1},
+                                 {"maximum", 10'000},
+                                 {"default", 50},
+                                 {"description", "How many to list at most."}}}},
+                              {"name"}),
+                object_schema({{"declarations", list_of(declaration, "Best first; lines are 1-based and inclusive.")},
+                               {"count", COUNT}},
+                              {"declarations", "count"})),
+            .run = run_find};
+}
+
+Tool list_files_tool() {
+    const std::string name = "list_files";
+    const Sent file = object_schema({{"path", TEXT},
+                                     {"language", {{"type", {"string", "null"}}}},
+                                     {"declarations", COUNT},
+                                     {"declared_lines", COUNT},
+                                     {"is_test", {{"type", "boolean"}}}},
+                                    {"path", "language", "declarations", "declared_lines", "is_test"});
+    return {.name = name,
+            .definition = tool_definition(
+                name, "List the files of the index",
+                "Lists files of the index with their language, how many declarations they have, how many lines these "
+                "take up, and which files are tests. Call it to decide which files a page is to be about.",
+                object_schema({{"paths", path_list("Files, folders and patterns as src/**/*.ts; none stands for all.")},
+                               {"test", path_list("Patterns for paths that are tests, whatever their names.")},
+                               {"not_test", path_list("Patterns for paths that are no tests.")}}),
+                object_schema({{"files", list_of(file, "In path order.")}}, {"files"})),
+            .run = run_list};
+}
+
+Tool index_stats_tool() {
+    const std::string name = "index_stats";
+    return {.name = name,
+            .definition = tool_definition(
+                name, "Tell what is in the index",
+                "Tells what the index holds: files by language, declarations by kind, references by how they were "
+                "resolved, when and from what it was made, and what its import could not use. Call it to judge how "
+                "much of a repository the other tools know.",
+                object_schema(Sent::object()),
+                object_schema({{"index", TEXT},
+                               {"bytes", COUNT},
+                               {"made", {{"type", "string"}, {"description", "In UTC."}}},
+                               {"report", {{"type", "object"}, {"description", "What the import counted."}}}},
+                              {"index", "bytes", "made", "report"})),
+            .run = run_stats};
+}
+
+}  // namespace embedded::serve
