@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize fuzz release install install-check demo truth lint bench format clean
+.PHONY: all test sanitize fuzz release install install-check demo truth serve-check lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -34,6 +34,12 @@ truth: build/dev/build.ninja
 	tools/install-packages truth
 	cmake --build --preset dev --target wiki-scope
 	truth/run build/dev/embedded/wiki-scope
+
+# Has clients that others have written talk to the server; needs the network.
+serve-check: build/dev/build.ninja
+	tools/install-packages demo
+	cmake --build --preset dev --target wiki-scope
+	clients/run build/dev/embedded/wiki-scope
 
 # What the component and whole commands cost, as ratios.
 bench:
