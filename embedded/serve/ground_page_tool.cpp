@@ -146,16 +146,16 @@ ToolAnswer run(const Received& arguments, const Workplace& workplace, const Call
 
 }  // namespace
 
-ToolAnswer grounded(const PageRequest& asked, const Workplace& workplace, const Call& call) {
+ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, const Call& call) {
     constexpr std::int64_t STEPS = 3;
-    PageRequest request = asked;
-    request.checkout = workplace.checkout;
+    PageRequest here = request;
+    here.checkout = workplace.checkout;
     ToolAnswer answer;
     workplace.index.borrow(
         [&call] { call.check(); },
         [&](const Connection& index) {
             std::optional<Turns::Turn> turn;
-            const RequestedPage page(request, index, [&](std::span<const std::string> files) {
+            const RequestedPage page(here, index, [&](std::span<const std::string> files) {
                 call.report(1, STEPS, "found " + counted(std::ssize(files), "file"));
                 turn.emplace(workplace.turns, size_of(index, files), call);
             });

@@ -75,7 +75,7 @@ ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const
     return answer;
 }
 
-ToolAnswer run_stats(const Received&, const Workplace& workplace, const Call& call) {
+ToolAnswer run_stats(const Received& /*arguments*/, const Workplace& workplace, const Call& call) {
     ToolAnswer answer;
     const auto question = [&](const Connection& index) {
         const IndexStats stats = index_stats(index);

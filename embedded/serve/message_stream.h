@@ -13,7 +13,7 @@
 namespace embedded::serve {
 
 /// How many bytes a message has at most, in either direction, without its end.
-inline constexpr std::size_t LONGEST_MESSAGE = 16 * 1024 * 1024;
+inline constexpr std::size_t LONGEST_MESSAGE = 16'777'216;
 
 /// Reads lines from a file descriptor, each of at most `longest` bytes. For one thread.
 class MessageReader {
