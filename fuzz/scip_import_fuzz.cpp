@@ -6,7 +6,9 @@
 #include "embedded/page/page_json.h"
 #include "embedded/page/page_markdown.h"
 #include "embedded/scip/import.h"
-#include "embedded/sqlite/index.h"
+#include "embedded/sqlite/schema.h"
+#include "embedded/sqlite/sqlite_database.h"
+#include "embedded/sqlite/sqlite_index.h"
 #include "fuzz/promise.h"
 #include "tests/embedded/scip/scip_builder.h"
 #include "tests/embedded/temporary_folder.h"
@@ -67,7 +69,8 @@ class Workshop {
             promise(0 <= done && done <= total && total > 0, "the steps that are done are some of all");
         };
         try {
-            return scip::import_scip({{folder_ / "in.scip"}, index_, folder_ / "checkout"}, check_progress);
+            return scip::import_scip({{folder_ / "in.scip"}, folder_ / "checkout"}, SqliteIndex(index_),
+                                     check_progress);
         } catch (const std::runtime_error& error) {
             const std::string_view said = error.what();
             promise(said.starts_with(folder_ / "in.scip" + ": "), "a failure names the file");
@@ -115,7 +118,7 @@ std::vector<std::string> all_paths(const Connection& index) {
 
 void check_page(const Workshop& workshop, const ImportReport& counts) {
     const Connection index = workshop.open();
-    storage::Database db(index);
+    SqliteDatabase db(index, {});
     const Checkout checkout = workshop.checkout();
     const Page page = load_page(db, checkout, all_paths(index));
     promise(page.missing.empty() && std::cmp_equal(page.facts.files.size(), counts.files), "a page has every file");

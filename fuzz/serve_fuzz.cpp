@@ -2,8 +2,9 @@
 // still answers when they have ended.
 
 #include "embedded/serve/server.h"
-#include "embedded/sqlite/index.h"
 #include "embedded/sqlite/row_writer.h"
+#include "embedded/sqlite/schema.h"
+#include "embedded/sqlite/sqlite_index.h"
 #include "fuzz/promise.h"
 #include "tests/embedded/temporary_folder.h"
 
@@ -37,7 +38,7 @@ class Repository {
         create_schema(connection);
         create_indexes(connection);
         connection.execute("INSERT INTO meta VALUES('checkout', '" + folder_ / "" + "')");
-        RowWriter writer(connection);
+        SqliteRowWriter writer(connection);
         writer.add(FileRow{.id = 1, .path = "a.ts"});
         writer.add(DeclarationRow{1, 1, "add", "add", "function", true, 1, 1, 0});
     }
@@ -95,7 +96,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const Repository repository;
     const auto client = std::make_shared<Client>();
     {
-        Server server({repository.index(), "", "1", [](const std::exception& failure) { return failure.what(); }},
+        Server server({std::make_shared<SqliteIndex>(repository.index()), "", "1",
+                       [](const std::exception& failure) { return failure.what(); }},
                       client);
         server.take(R"({"jsonrpc":"2.0","id":0,"method":"initialize","params":{"protocolVersion":"2025-11-25"}})");
         const MemoryFile input(std::string(data, data + size) + "\n" + R"({"jsonrpc":"2.0","method":"ping","id":")" +

@@ -27,7 +27,7 @@ struct FilesArguments {
     PathRuleOptions tests;
 };
 
-void print_files(const FilesArguments& arguments, const Connection& index) {
+void print_files(const FilesArguments& arguments, storage::Database& index) {
     const ListedFiles listed = list_files(index, arguments.paths, arguments.tests.rules());
     for (const std::string& remark : listed.remarks) {
         say(remark);
@@ -50,7 +50,7 @@ void add_files_command(CLI::App& app) {
     add_format_option(files, arguments->format);
     add_test_options(files, arguments->tests);
     files.callback([arguments] {
-        read_index(arguments->index, [&](const Connection& index) { print_files(*arguments, index); });
+        read_index(arguments->index, [&](storage::Database& index) { print_files(*arguments, index); });
     });
 }
 

@@ -29,7 +29,7 @@ struct FindArguments {
     std::int64_t limit = 50;
 };
 
-void print_declarations(const FindArguments& arguments, const Connection& index) {
+void print_declarations(const FindArguments& arguments, storage::Database& index) {
     const FoundDeclarations found = find_declarations(index, arguments.name, arguments.limit);
     if (found.count == 0) {
         throw std::runtime_error(said_of_none(arguments.name));
@@ -54,7 +54,7 @@ void add_find_command(CLI::App& app) {
     add_format_option(find, arguments->format);
     add_number_option(find, "--limit", arguments->limit, "How many to list at most");
     find.callback([arguments] {
-        read_index(arguments->index, [&](const Connection& index) { print_declarations(*arguments, index); });
+        read_index(arguments->index, [&](storage::Database& index) { print_declarations(*arguments, index); });
     });
 }
 

@@ -4,6 +4,7 @@
 #include "embedded/command/interruption.h"
 #include "embedded/command/path_rule_options.h"
 #include "embedded/command/standard_output.h"
+#include "embedded/index/index_at.h"
 #include "embedded/scip/import.h"
 #include "embedded/scip/report_text.h"
 
@@ -60,22 +61,22 @@ void run_import(const ImportArguments& arguments) {
         throw CLI::ValidationError("INDEX.scip", "- can be named once");
     }
     const Interruption interruption;
+    const std::unique_ptr<Index> index = index_at(arguments.index);
     scip::ImportReport report;
     {
         ProgressLine progress;
         const scip::ImportRequest request{.scip_paths = arguments.scip,
-                                          .index_path = arguments.index,
                                           .checkout = arguments.checkout.empty() ? std::nullopt
                                                                                  : std::optional(arguments.checkout),
                                           .exclusions = arguments.exclusions.rules(),
                                           .tests = arguments.tests.rules()};
-        report = scip::import_scip(request, [&](std::int64_t done, std::int64_t total) {
-            Interruption::throw_if_requested("interrupted; nothing was changed at " + arguments.index);
+        report = scip::import_scip(request, *index, [&](std::int64_t done, std::int64_t total) {
+            Interruption::throw_if_requested("interrupted; nothing was changed at " + index->name());
             progress.show(done, total);
         });
     }
     print([&](std::ostream& out) {
-        write_made(out, arguments.index, report);
+        write_made(out, index->name(), report);
         write_findings(out, report);
     });
 }

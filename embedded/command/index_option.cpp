@@ -1,24 +1,26 @@
 #include "embedded/command/index_option.h"
 
 #include "embedded/command/file_option.h"
-#include "embedded/sqlite/index.h"
+#include "embedded/index/index_at.h"
+#include "embedded/index/index_error.h"
 
+#include <memory>
 #include <stdexcept>
 
 namespace embedded {
 
 namespace {
 
-std::string advice(UnusableIndex::Fault fault, const std::string& path) {
+std::string advice(UnusableIndex::Fault fault, const std::string& index) {
     switch (fault) {
     case UnusableIndex::Fault::MISSING:
-        return "; make one with: wiki-scope import INDEX.scip --index " + path;
+        return "; make one with: wiki-scope import INDEX.scip --index " + index;
     case UnusableIndex::Fault::FOREIGN:
         return "; name another file";
     case UnusableIndex::Fault::OUTDATED:
-        break;
+        return "; import the SCIP file again";
     }
-    return "; import the SCIP file again";
+    return "";
 }
 
 }  // namespace
@@ -34,24 +36,26 @@ void add_checkout_option(CLI::App& command, std::string& path) {
         ->required(false);
 }
 
-std::string failure_to_read(const std::string& path, const std::exception& failure) {
+std::string failure_to_read(const std::string& index, const std::exception& failure) {
     const std::string what = failure.what();
     if (const auto* const unusable = dynamic_cast<const UnusableIndex*>(&failure)) {
-        return what + advice(unusable->fault(), path);
+        return what + advice(unusable->fault(), index);
     }
-    const auto* const error = dynamic_cast<const SqliteError*>(&failure);
+    const auto* const error = dynamic_cast<const IndexError*>(&failure);
     return error != nullptr && error->is_about_content()
                ? what + "; it is not a whole wiki-scope index: import the SCIP file again"
                : what;
 }
 
-void read_index(const std::string& path, const std::function<void(const Connection&)>& read) {
+void read_index(const std::string& path, const std::function<void(storage::Database&)>& read) {
+    const std::unique_ptr<Index> index = index_at(path);
     try {
-        read(open_index(path));
+        const std::unique_ptr<IndexConnection> connection = index->connect();
+        read(*connection->read());
     } catch (const UnusableIndex& error) {
-        throw std::runtime_error(failure_to_read(path, error));
-    } catch (const SqliteError& error) {
-        throw std::runtime_error(failure_to_read(path, error));
+        throw std::runtime_error(failure_to_read(index->name(), error));
+    } catch (const IndexError& error) {
+        throw std::runtime_error(failure_to_read(index->name(), error));
     }
 }
 

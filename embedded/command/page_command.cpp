@@ -44,7 +44,7 @@ PageRequest request_of(const PageArguments& arguments) {
     return request;
 }
 
-void print_page(const PageRequest& request, const Connection& index) {
+void print_page(const PageRequest& request, storage::Database& index) {
     const RequestedPage page(request, index);
     for (const std::string& remark : page.remarks()) {
         say(remark);
@@ -93,7 +93,7 @@ void add_page_command(CLI::App& app) {
 
     page.callback([arguments] {
         const PageRequest request = request_of(*arguments);
-        read_index(arguments->index, [&](const Connection& index) { print_page(request, index); });
+        read_index(arguments->index, [&](storage::Database& index) { print_page(request, index); });
     });
 }
 

@@ -4,6 +4,7 @@
 #include "embedded/command/index_option.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/files/checkout.h"
+#include "embedded/index/index_at.h"
 #include "embedded/serve/server.h"
 
 #include <CLI/CLI.hpp>
@@ -32,12 +33,13 @@ void run_server(const ServeArguments& arguments) {
     if (!arguments.checkout.empty()) {
         const Checkout must_be_there(arguments.checkout);
     }
-    const auto describe = [path = arguments.index](const std::exception& failure) {
-        return failure_to_read(path, failure);
+    const std::shared_ptr<const Index> index = index_at(arguments.index);
+    const auto describe = [name = index->name()](const std::exception& failure) {
+        return failure_to_read(name, failure);
     };
     const auto out = std::make_shared<serve::MessageWriter>(STDOUT_FILENO, end_without_output);
     serve::MessageReader in(STDIN_FILENO);
-    serve::Server server({arguments.index, arguments.checkout, WIKI_SCOPE_VERSION, describe}, out);
+    serve::Server server({index, arguments.checkout, WIKI_SCOPE_VERSION, describe}, out);
     if (!server.run(in)) {
         std::_Exit(0);  // without waiting for answers that nobody waits for
     }

@@ -30,7 +30,7 @@ void add_stats_command(CLI::App& app) {
     add_index_option(stats, arguments->index);
     add_format_option(stats, arguments->format);
     stats.callback([arguments] {
-        read_index(arguments->index, [&](const Connection& index) {
+        read_index(arguments->index, [&](storage::Database& index) {
             const IndexStats found = index_stats(index);
             print([&](std::ostream& out) {
                 arguments->format == "json" ? write_json(out, found) : write_text(out, found);

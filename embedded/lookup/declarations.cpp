@@ -7,6 +7,8 @@
 #include <compare>
 #include <cstddef>
 #include <optional>
+#include <unordered_map>
+#include <utility>
 
 namespace embedded {
 
@@ -78,32 +80,62 @@ class Best {
     std::vector<Rank> ranks_;  // a heap, the worst in front
 };
 
-void add_by_name(const Connection& index, std::string_view name, Best& best) {
+void add_by_name(storage::Database& db, std::string_view name, Best& best) {
     const Wanted wanted(name);
-    Statement rows(index, "SELECT name, uses, id FROM symbols INDEXED BY symbols_by_name");
-    while (rows.step()) {
-        if (std::optional<Rank> rank = wanted.rank(rows.text(0))) {
-            rank->unused = -rows.integer(1);
-            rank->id = rows.integer(2);
+    db.read_names(name, [&](const NameRow& row) {
+        if (std::optional<Rank> rank = wanted.rank(row.name)) {
+            rank->unused = -row.uses;
+            rank->id = row.declaration;
             best.add(*rank);
         }
-    }
+    });
 }
 
 // "Subject.next" is the end of a whole name.
-void add_by_end_of_whole_name(const Connection& index, std::string_view name, Best& best) {
+void add_by_end_of_whole_name(storage::Database& db, std::string_view name, Best& best) {
     const std::size_t dot = name.rfind('.');
     if (dot == std::string_view::npos) {
         return;
     }
     const std::string end = "." + std::string(name);
-    Statement rows(index, "SELECT fqn, uses, id FROM symbols WHERE name = ?1");
-    rows.bind(1, name.substr(dot + 1));
-    while (rows.step()) {
-        if (rows.text(0) == name || rows.text(0).ends_with(end)) {
-            best.add({.unused = -rows.integer(1), .id = rows.integer(2)});
+    db.read_declarations_named(name.substr(dot + 1), [&](const DeclarationRow& row) {
+        if (row.fqn == name || row.fqn.ends_with(end)) {
+            best.add({.unused = -row.uses, .id = row.id});
+        }
+    });
+}
+
+std::vector<FoundDeclaration> declarations_of(const std::vector<Rank>& ranks, storage::Database& db) {
+    struct Placed {
+        RowId file = 0;
+        FoundDeclaration declaration;
+    };
+    std::vector<RowId> ids(ranks.size());
+    std::ranges::transform(ranks, ids.begin(), &Rank::id);
+    std::unordered_map<RowId, Placed> placed;
+    std::vector<RowId> files;
+    db.read_declarations(ids, [&](const DeclarationRow& row) {
+        files.push_back(row.file);
+        placed[row.id] = {row.file,
+                          {.name = std::string(row.name),
+                           .fqn = std::string(row.fqn),
+                           .kind = std::string(row.kind),
+                           .path = {},
+                           .first_line = row.first_line,
+                           .last_line = row.last_line,
+                           .uses = row.uses}};
+    });
+    db.read_paths(files);
+    std::vector<FoundDeclaration> found;
+    for (const Rank& rank : ranks) {
+        auto& [file, declaration] = placed[rank.id];
+        if (const models::Text* const path = db.path(file)) {
+            found.push_back(declaration);
+            found.back().match = rank.match;
+            found.back().path = std::string(*path);
         }
     }
+    return found;
 }
 
 }  // namespace
@@ -117,31 +149,16 @@ std::string said_of_none(std::string_view name) {
     return std::string(name) + ": no declaration of the index is called so, not even in part";
 }
 
-FoundDeclarations find_declarations(const Connection& index, std::string_view name, std::int64_t limit) {
+FoundDeclarations find_declarations(storage::Database& db, std::string_view name, std::int64_t limit) {
     FoundDeclarations found;
     if (name.empty()) {
         return found;
     }
     Best best(limit);
-    add_by_name(index, name, best);
-    add_by_end_of_whole_name(index, name, best);
+    add_by_name(db, name, best);
+    add_by_end_of_whole_name(db, name, best);
     found.count = best.count();
-    Statement row(index, "SELECT name, fqn, kind, path, start_line, end_line, uses "
-                         "FROM symbols JOIN files ON files.id = file_id WHERE symbols.id = ?1");
-    for (const Rank& rank : best.finish()) {
-        row.bind(1, rank.id);
-        if (row.step()) {
-            found.best.push_back({.match = rank.match,
-                                  .name = std::string(row.text(0)),
-                                  .fqn = std::string(row.text(1)),
-                                  .kind = std::string(row.text(2)),
-                                  .path = std::string(row.text(3)),
-                                  .first_line = row.integer(4),
-                                  .last_line = row.integer(5),
-                                  .uses = row.integer(6)});
-        }
-        row.reset();
-    }
+    found.best = declarations_of(best.finish(), db);
     return found;
 }
 

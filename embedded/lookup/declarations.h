@@ -1,7 +1,7 @@
 // The declarations of an index, by their names.
 #pragma once
 
-#include "embedded/sqlite/connection.h"
+#include "embedded/index/database.h"
 
 #include <cstdint>
 #include <string>
@@ -42,7 +42,7 @@ std::string said_of_none(std::string_view name);
 
 /// Finds declarations by name: what fits best first, of that what has the same capitals, then what is used most; then
 /// by path and line. Capitals A to Z and small letters count as the same; nothing is found for the empty name. At most
-/// `limit` are given. One pass over the names of the index. Throws `SqliteError`.
-FoundDeclarations find_declarations(const Connection& index, std::string_view name, std::int64_t limit);
+/// `limit` are given. One pass over the names of the index. Throws `IndexError`.
+FoundDeclarations find_declarations(storage::Database& db, std::string_view name, std::int64_t limit);
 
 }  // namespace embedded

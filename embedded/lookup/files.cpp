@@ -4,7 +4,6 @@
 #include "embedded/paths/missing_paths.h"
 #include "embedded/rules/noted_rules.h"
 #include "embedded/rules/test_paths.h"
-#include "embedded/sqlite/index.h"
 #include "utils/path_filter.h"
 
 #include <filesystem>
@@ -18,40 +17,38 @@ namespace embedded {
 namespace {
 
 // The folder that the index was made in, where it is there: what paths of this machine are looked up by.
-std::optional<Checkout> checkout_of(const Connection& index) {
-    const std::string folder = noted(index, "checkout");
+std::optional<Checkout> checkout_of(storage::Database& db) {
+    const std::string folder = db.noted("checkout");
     std::error_code error;
     return std::filesystem::is_directory(folder, error) ? std::optional<Checkout>(folder) : std::nullopt;
 }
 
-std::vector<ListedFile> files_at(const Connection& index, std::span<const std::string> paths) {
+std::vector<ListedFile> files_at(storage::Database& db, std::span<const std::string> paths) {
     const std::unordered_set<std::string_view> wanted(paths.begin(), paths.end());
-    Statement rows(index, "SELECT path, language, declarations, declared_lines FROM files ORDER BY path");
     std::vector<ListedFile> files;
     files.reserve(wanted.size());
-    while (rows.step()) {
-        if (wanted.contains(rows.text(0))) {
-            files.push_back({.path = std::string(rows.text(0)),
-                             .language = std::string(rows.text(1)),
-                             .declarations = rows.integer(2),
-                             .declared_lines = rows.integer(3),
-                             .is_test = utils::is_test_path(rows.text(0))});
+    db.read_files_below("", [&](const FileRow& file) {
+        if (wanted.contains(file.path)) {
+            files.push_back({.path = std::string(file.path),
+                             .language = std::string(file.language.value_or("")),
+                             .declarations = file.declarations,
+                             .declared_lines = file.declared_lines,
+                             .is_test = utils::is_test_path(file.path)});
         }
-    }
+    });
     return files;
 }
 
 }  // namespace
 
-ListedFiles list_files(const Connection& index, std::span<const std::string> named,
-                       const std::vector<PathRule>& tests) {
-    const PathRules rules = with_noted_rules(tests, index);
+ListedFiles list_files(storage::Database& db, std::span<const std::string> named, const std::vector<PathRule>& tests) {
+    const PathRules rules = with_noted_rules(tests, db);
     const TestRulesInForce in_force(rules);
-    const std::optional<Checkout> checkout = checkout_of(index);
+    const std::optional<Checkout> checkout = checkout_of(db);
     const std::vector<std::string> all{"."};
-    const FoundPaths found = find_paths(index, checkout ? &*checkout : nullptr, named.empty() ? all : named);
+    const FoundPaths found = find_paths(db, checkout ? &*checkout : nullptr, named.empty() ? all : named);
     const bool is_failure = found.indexed.empty() && !named.empty();
-    return {.files = files_at(index, found.indexed),
+    return {.files = files_at(db, found.indexed),
             .remarks = remarks_on_missing(found.missing, found.suggestions, is_failure),
             .is_failure = is_failure};
 }

@@ -1,8 +1,8 @@
 // The files that an index holds.
 #pragma once
 
+#include "embedded/index/database.h"
 #include "embedded/rules/path_rules.h"
-#include "embedded/sqlite/connection.h"
 
 #include <cstdint>
 #include <span>
@@ -26,9 +26,9 @@ struct ListedFiles {
 };
 
 /// Lists the files of the index that these paths stand for, as `find_paths` reads them with the checkout that the index
-/// was made in; no paths stand for all. `tests` are asked before the rules that the index notes. Throws `SqliteError`,
+/// was made in; no paths stand for all. `tests` are asked before the rules that the index notes. Throws `IndexError`,
 /// and `std::runtime_error` with one line when these cannot be read.
-ListedFiles list_files(const Connection& index, std::span<const std::string> named,
+ListedFiles list_files(storage::Database& db, std::span<const std::string> named,
                        const std::vector<PathRule>& tests = {});
 
 }  // namespace embedded

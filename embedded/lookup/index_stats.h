@@ -1,8 +1,8 @@
 // What an index is made of, and how it was made.
 #pragma once
 
+#include "embedded/index/database.h"
 #include "embedded/scip/import_report.h"
-#include "embedded/sqlite/connection.h"
 
 #include <cstdint>
 #include <string>
@@ -10,14 +10,13 @@
 namespace embedded {
 
 struct IndexStats {
-    std::string index;       ///< the path that it was opened with
-    std::int64_t bytes = 0;  ///< of its file
-    std::string made;        ///< when its file was written, in UTC: "2026-11-24T10:53:02Z"
+    std::string index;  ///< what it is called
+    IndexOrigin origin;
     scip::ImportReport report;
 };
 
-/// Reads what the import of the index has noted. Throws `SqliteError`, and `std::runtime_error` with one line that says
-/// what to do when the import has noted nothing, or the file is gone.
-IndexStats index_stats(const Connection& index);
+/// Reads what the import of the index has noted. Throws `IndexError`, and `std::runtime_error` with one line that says
+/// what to do when it has noted nothing.
+IndexStats index_stats(storage::Database& db);
 
 }  // namespace embedded

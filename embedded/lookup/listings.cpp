@@ -59,8 +59,8 @@ void write_text(std::ostream& out, const FoundDeclarations& found) {
 void write_text(std::ostream& out, const IndexStats& stats) {
     const scip::ImportReport& report = stats.report;
     write_made(out, printable(stats.index), report);
-    out << "Made " << stats.made << " from " << printable(report.source)
-        << (report.checkout.empty() ? "" : ", sources in " + printable(report.checkout)) << "; " << stats.bytes
+    out << "Made " << stats.origin.made << " from " << printable(report.source)
+        << (report.checkout.empty() ? "" : ", sources in " + printable(report.checkout)) << "; " << stats.origin.bytes
         << " bytes\n";
     write_findings(out, report);
     write_counts(out, "Language", "Files", report.files_by_language);

@@ -47,8 +47,8 @@ void write_json(std::ostream& out, const IndexStats& stats) {
     JsonWriter json(out);
     json.document([&] {
         json.member("index", stats.index);
-        json.member("bytes", stats.bytes);
-        json.member("made", stats.made);
+        json.member("bytes", stats.origin.bytes);
+        json.member("made", stats.origin.made);
         json.member("report", Json::parse(written(stats.report)));
     });
     out << '\n';

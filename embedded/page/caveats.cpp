@@ -1,7 +1,5 @@
 #include "embedded/page/caveats.h"
 
-#include "embedded/sqlite/bound_list.h"
-
 #include "embedded/text/counted.h"
 
 #include <algorithm>
@@ -12,28 +10,20 @@ namespace embedded {
 namespace {
 
 // Path -> hash, of the files whose content the import has seen.
-models::OrderedMap<std::string, std::int64_t> indexed_hashes(const storage::Database& db,
+models::OrderedMap<std::string, std::int64_t> indexed_hashes(storage::Database& db,
                                                              std::span<const std::string> paths) {
-    Statement rows(db.connection(), R"sql(
-        SELECT file.path, file.content_hash
-        FROM json_each(?1) AS page CROSS JOIN files AS file ON file.path = page.value
-        WHERE file.content_hash IS NOT NULL
-    )sql");
-    rows.bind(1, bound_list(paths));
     models::OrderedMap<std::string, std::int64_t> hashes;
-    while (rows.step()) {
-        hashes[std::string(rows.text(0))] = rows.integer(1);
-    }
+    db.read_files_at(paths, [&](const FileRow& file) {
+        if (file.content_hash) {
+            hashes[std::string(file.path)] = *file.content_hash;
+        }
+    });
     return hashes;
 }
 
-// Whether the index holds no other files. The search ends at the first one.
-bool are_all(const storage::Database& db, std::span<const std::string> paths) {
-    Statement other(db.connection(), R"sql(
-        SELECT 1 FROM files AS other WHERE path NOT IN (SELECT value FROM json_each(?1)) LIMIT 1
-    )sql");
-    other.bind(1, bound_list(paths));
-    return !paths.empty() && !other.step();
+// Whether the index holds no other files than these, which it holds.
+bool are_all(storage::Database& db, std::span<const std::string> paths) {
+    return !paths.empty() && db.count_files(std::ssize(paths) + 1) == std::ssize(paths);
 }
 
 }  // namespace
@@ -60,8 +50,7 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
     return remarks;
 }
 
-WatchfulReader::WatchfulReader(const storage::Database& db, const Checkout& checkout,
-                               std::span<const std::string> paths)
+WatchfulReader::WatchfulReader(storage::Database& db, const Checkout& checkout, std::span<const std::string> paths)
     : checkout_(checkout), indexed_(indexed_hashes(db, paths)), has_no_outside_(are_all(db, paths)) {}
 
 std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text& path) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "embedded/files/checkout.h"
-#include "embedded/sqlite/database.h"
+#include "embedded/index/database.h"
 #include "models/ordered_map.h"
 #include "models/text.h"
 
@@ -29,8 +29,8 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
 /// Reads the files of a page from the checkout, and watches for what its reader should know.
 class WatchfulReader {
   public:
-    /// `paths` are files of the index. `checkout` must outlive this object. Throws `SqliteError`.
-    WatchfulReader(const storage::Database& db, const Checkout& checkout, std::span<const std::string> paths);
+    /// `paths` are files of the index, each once. `checkout` must outlive this object. Throws `IndexError`.
+    WatchfulReader(storage::Database& db, const Checkout& checkout, std::span<const std::string> paths);
 
     /// The lines of one of the files, as `Checkout::read_lines` gives them.
     std::optional<std::vector<std::string>> read(const models::Text& path);

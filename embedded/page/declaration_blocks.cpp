@@ -1,8 +1,8 @@
 #include "embedded/page/declaration_blocks.h"
 
 #include "embedded/page/citation.h"
+#include "embedded/page/descriptions.h"
 #include "embedded/page/doc_comment.h"
-#include "embedded/sqlite/descriptions.h"
 #include "embedded/text/counted.h"
 #include "embedded/text/markdown_text.h"
 #include "embedded/text/split_lines.h"
@@ -44,24 +44,25 @@ std::vector<std::string> lines_of_declaration(const ScopeSymbol& symbol, const s
 
 }  // namespace
 
-DeclarationBlocks::DeclarationBlocks(const Page& page, const storage::Database& db, const ScopedNames& names)
+DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names)
     : names_(names) {
     models::OrderedMap<Text, std::string> languages;
     for (const storage::ScopeFile& file : page.facts.files) {
         languages[file.path] = std::string(file.language.value_or(Text()));
     }
-    Descriptions descriptions(db);
-    for (const ScopeSymbol* const symbol : page.selection) {
-        by_file_[symbol->path].push_back(declarations_.size());
-        const Description description = descriptions.of(symbol->id);
+    std::vector<storage::SymbolId> ids(page.selection.size());
+    std::ranges::transform(page.selection, ids.begin(), &ScopeSymbol::id);
+    read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
+        const ScopeSymbol& symbol = *page.selection[place];
+        by_file_[symbol.path].push_back(place);
         const std::vector<std::string_view> lines = split_lines(description.signature);
         declarations_.push_back(
-            {.symbol = symbol,
-             .introduction = introduction(*symbol, names.of(*symbol), page.fan_in, description.documentation),
-             .language = languages.get(symbol->path, ""),
+            {.symbol = &symbol,
+             .introduction = introduction(symbol, names.of(symbol), page.fan_in, description.documentation),
+             .language = languages.get(symbol.path, ""),
              .signature = {lines.begin(), lines.end()},
              .source = {}});
-    }
+    });
 }
 
 // A selection goes back and forth between the files, so each is read once and kept until the last declaration has its

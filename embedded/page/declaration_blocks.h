@@ -2,9 +2,9 @@
 #pragma once
 
 #include "embedded/files/checkout.h"
+#include "embedded/index/database.h"
 #include "embedded/page/page.h"
 #include "embedded/page/scoped_names.h"
-#include "embedded/sqlite/database.h"
 #include "models/ordered_map.h"
 
 #include <cstddef>
@@ -17,8 +17,8 @@ namespace embedded {
 /// outlive it.
 class DeclarationBlocks {
   public:
-    /// Asks the index what it says of the declarations in words. Throws `SqliteError`.
-    DeclarationBlocks(const Page& page, const storage::Database& db, const ScopedNames& names);
+    /// Asks the index what it says of the declarations in words. Throws `IndexError`.
+    DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names);
 
     /// Reads the source of the declarations, once; what is not in the checkout is left out.
     void read_sources(const Checkout& checkout);

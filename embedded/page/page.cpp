@@ -19,16 +19,13 @@ std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::Sco
 
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options, const BeforeReading& before_reading) {
-    auto one_state = std::make_unique<const Transaction>(db.connection());
-    db.forget();
-    FoundPaths paths = find_paths(db.connection(), &checkout, named);
+    FoundPaths paths = find_paths(db, &checkout, named);
     if (before_reading) {
         before_reading(paths.indexed);
     }
     WatchfulReader reader(db, checkout, paths.indexed);
     const auto read_lines = [&reader](const models::Text& path) { return reader.read(path); };
-    return {.one_state = std::move(one_state),
-            .options = options,
+    return {.options = options,
             .missing = std::move(paths.missing),
             .suggestions = std::move(paths.suggestions),
             .facts = wiki::scope::load_scope_facts(db, paths.indexed, read_lines),

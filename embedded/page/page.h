@@ -2,9 +2,9 @@
 #pragma once
 
 #include "embedded/files/checkout.h"
+#include "embedded/index/database.h"
 #include "embedded/page/caveats.h"
 #include "embedded/paths/find_paths.h"
-#include "embedded/sqlite/database.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/ranking.h"
@@ -12,7 +12,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -41,10 +40,8 @@ std::vector<wiki::scope::NamedPath> deep_candidates(
     const NameOf& name_of = [](const storage::ScopeSymbol& symbol) { return symbol.name; });
 
 /// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which
-/// is therefore neither copied nor moved. It must not outlive the database: as long as it lives, all that is asked of
-/// the index is answered from the state that the facts come from.
+/// is therefore neither copied nor moved.
 struct Page {
-    const std::unique_ptr<const Transaction> one_state;
     const PageOptions options;
     const std::vector<std::string> missing;     ///< the named paths that the index does not hold
     const std::vector<Suggestion> suggestions;  ///< what some of these were most likely meant to be
@@ -61,7 +58,7 @@ struct Page {
 };
 
 /// Grounds the page of the named files and folders, as `find_paths` reads them. A file that the checkout does not
-/// give has no line count and no summary. Throws `SqliteError`, and what `before_reading` throws.
+/// give has no line count and no summary. Throws `IndexError`, and what `before_reading` throws.
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options = {}, const BeforeReading& before_reading = {});
 

@@ -1,7 +1,7 @@
 #include "embedded/page/page_json.h"
 
+#include "embedded/page/descriptions.h"
 #include "embedded/page/flowchart.h"
-#include "embedded/sqlite/descriptions.h"
 #include "embedded/text/json_writer.h"
 #include "workers/wiki/scope/render.h"
 #include "workers/wiki/scope_tests.h"
@@ -158,16 +158,17 @@ void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
 }
 
 // The texts that the index has of the page's declarations, those that are empty left out.
-void write_descriptions(JsonWriter& json, const Page& page, const storage::Database& db) {
-    Descriptions descriptions(db);
-    for (const auto& [key, text] :
-         {std::pair("signatures", &Description::signature), std::pair("documentation", &Description::documentation)}) {
+void write_descriptions(JsonWriter& json, const Page& page, storage::Database& db) {
+    std::vector<SymbolId> ids(page.facts.symbols.size());
+    std::ranges::transform(page.facts.symbols, ids.begin(), &ScopeSymbol::id);
+    for (const auto& [key, text] : {std::pair("signatures", &DescriptionRow::signature),
+                                    std::pair("documentation", &DescriptionRow::documentation)}) {
         json.object(key, [&, text = text] {
-            for (const ScopeSymbol& symbol : page.facts.symbols) {
-                if (const std::string_view said = descriptions.of(symbol.id).*text; !said.empty()) {
-                    json.member(key_text(symbol.id), said);
+            read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
+                if (const std::string_view said = description.*text; !said.empty()) {
+                    json.member(key_text(ids[place]), said);
                 }
-            }
+            });
         });
     }
 }
@@ -197,7 +198,7 @@ void write_name_matches(JsonWriter& json, const wiki::scope::ScopeFacts& facts) 
     });
 }
 
-void write_section(JsonWriter& json, Section section, const Page& page, const storage::Database& db) {
+void write_section(JsonWriter& json, Section section, const Page& page, storage::Database& db) {
     switch (section) {
     case Section::FILES:
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
@@ -234,7 +235,7 @@ void write_section(JsonWriter& json, Section section, const Page& page, const st
 
 }  // namespace
 
-void write_json(std::ostream& out, const Page& page, const storage::Database& db, const SectionChoice& only) {
+void write_json(std::ostream& out, const Page& page, storage::Database& db, const SectionChoice& only) {
     JsonWriter json(out);
     json.document([&] {
         json.member("missing", page.missing);

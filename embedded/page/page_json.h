@@ -14,6 +14,6 @@ namespace embedded {
 /// Bytes that are not UTF-8 become U+FFFD: paths that differ in nothing else then look alike, and a mapping by path
 /// holds one key for each of them, the same key twice. Throws what `tests_reaching` throws; whether everything was
 /// written is for the caller to ask of `out`. `db` is the page's, and is asked for the descriptions.
-void write_json(std::ostream& out, const Page& page, const storage::Database& db, const SectionChoice& only = {});
+void write_json(std::ostream& out, const Page& page, storage::Database& db, const SectionChoice& only = {});
 
 }  // namespace embedded

@@ -177,7 +177,7 @@ std::vector<Passage> passages_of(Section section, const Page& page, const Scoped
 
 }  // namespace
 
-void write_markdown(std::ostream& out, const Page& page, const storage::Database& db, const Checkout& checkout,
+void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const Checkout& checkout,
                     const MarkdownOptions& options) {
     const ScopedNames names(page.facts, page.selection);
     DeclarationBlocks blocks(page, db, names);

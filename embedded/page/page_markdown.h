@@ -22,7 +22,7 @@ struct MarkdownOptions {
 /// in words is asked of `db`, which is the page's; their source is read from `checkout`, and left out where it is not
 /// there. A source that is part of another one on the page is not printed again. Throws what `tests_reaching` throws, and
 /// `std::runtime_error` with one line when not even the sentences fit into `max_bytes`; whether everything was written is for the caller to ask of `out`.
-void write_markdown(std::ostream& out, const Page& page, const storage::Database& db, const Checkout& checkout,
+void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const Checkout& checkout,
                     const MarkdownOptions& options);
 
 }  // namespace embedded

@@ -4,7 +4,6 @@
 #include "embedded/page/page_markdown.h"
 #include "embedded/paths/missing_paths.h"
 #include "embedded/rules/noted_rules.h"
-#include "embedded/sqlite/index.h"
 
 #include <filesystem>
 #include <ostream>
@@ -17,15 +16,15 @@ namespace embedded {
 namespace {
 
 // The folder that is asked for, else the one that the index was made in.
-std::string checkout_folder(const PageRequest& request, const Connection& index) {
+std::string checkout_folder(const PageRequest& request, storage::Database& db) {
     if (!request.checkout.empty()) {
         return request.checkout;
     }
-    std::string folder = noted(index, "checkout");
+    std::string folder = db.noted("checkout");
     std::error_code error;
     if (folder.empty() || !std::filesystem::is_directory(folder, error)) {
         throw std::runtime_error(
-            index.path() + (folder.empty() ? ": made without sources" : ": made in " + folder + ", which is gone") +
+            db.name() + (folder.empty() ? ": made without sources" : ": made in " + folder + ", which is gone") +
             "; name the folder that its paths are relative to with --checkout");
     }
     return folder;
@@ -33,9 +32,9 @@ std::string checkout_folder(const PageRequest& request, const Connection& index)
 
 }  // namespace
 
-RequestedPage::RequestedPage(const PageRequest& request, const Connection& index, const BeforeReading& before_reading)
-    : request_(request), folder_(checkout_folder(request, index)), checkout_(folder_),
-      tests_(with_noted_rules(request.tests, index)), in_force_(tests_), db_(index),
+RequestedPage::RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading)
+    : request_(request), folder_(checkout_folder(request, db)), checkout_(folder_),
+      tests_(with_noted_rules(request.tests, db)), in_force_(tests_), db_(db),
       page_(load_page(db_, checkout_, request.paths, request.numbers, before_reading)) {}
 
 bool RequestedPage::is_failure() const {

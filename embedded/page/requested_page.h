@@ -2,12 +2,11 @@
 #pragma once
 
 #include "embedded/files/checkout.h"
+#include "embedded/index/database.h"
 #include "embedded/page/page.h"
 #include "embedded/page/section.h"
 #include "embedded/rules/path_rules.h"
 #include "embedded/rules/test_paths.h"
-#include "embedded/sqlite/connection.h"
-#include "embedded/sqlite/database.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -36,9 +35,9 @@ struct PageRequest {
 /// ends before any others that were in force on it.
 class RequestedPage {
   public:
-    /// Both arguments must outlive this object; `before_reading` is called as `load_page` says. Throws `SqliteError`,
+    /// Both arguments must outlive this object; `before_reading` is called as `load_page` says. Throws `IndexError`,
     /// and `std::runtime_error` with one line when there is no checkout or the rules of the index cannot be read.
-    RequestedPage(const PageRequest& request, const Connection& index, const BeforeReading& before_reading = {});
+    RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading = {});
 
     /// Whether paths are missing so that the page was not to be made; the remarks say which.
     [[nodiscard]] bool is_failure() const;
@@ -58,7 +57,7 @@ class RequestedPage {
     const Checkout checkout_;
     const PathRules tests_;
     const TestRulesInForce in_force_;
-    storage::Database db_;
+    storage::Database& db_;
     const Page page_;
 };
 

@@ -9,66 +9,44 @@
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace embedded {
 
 namespace {
 
-// A query for the paths of files that meet a condition, in path order. Blobs and paths with a NUL in them are left out,
-// so that nothing is found here that the queries for the page then miss: a text of `bound_list` ends at a NUL.
-std::string paths_where(const std::string& condition) {
-    return "SELECT path FROM files WHERE " + condition +
-           " AND typeof(path) = 'text' AND instr(path, char(0)) = 0 ORDER BY path";
-}
-
-// Whether the index holds exactly this file.
-class IndexedFile {
+// What paths of files the index holds.
+class IndexedFiles {
   public:
-    explicit IndexedFile(const Connection& index) : row_(index, paths_where("path = ?1")) {}
-
-    bool operator()(const std::string& path) {
-        row_.reset();
-        row_.bind(1, path);
-        return row_.step();
+    // `expected` are asked for at once, as the paths that most likely will be.
+    IndexedFiles(storage::Database& db, std::span<const std::string> expected) : db_(db) {
+        expected_.insert(expected.begin(), expected.end());
+        db_.read_files_at(expected, [&](const FileRow& file) { held_.emplace(file.path); });
     }
 
-  private:
-    Statement row_;
-};
-
-// The files of the index below a folder, in path order.
-class FilesBelow {
-  public:
-    explicit FilesBelow(const Connection& index)
-        : all_(index, paths_where("true")), below_(index, paths_where("path > ?1 AND path < ?2")) {}
-
-    std::vector<std::string> operator()(const std::string& folder) {
-        if (folder == ".") {
-            return paths(all_);
+    [[nodiscard]] bool hold(const std::string& path) const {
+        bool is_held = held_.contains(path);
+        if (!is_held && !expected_.contains(path)) {
+            db_.read_files_at(std::span(&path, 1), [&](const FileRow&) { is_held = true; });
         }
-        if (folder.empty()) {
-            return {};  // not the root of the file system
-        }
-        // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
-        below_.reset();
-        below_.bind(1, folder + "/");
-        below_.bind(2, folder + "0");
-        return paths(below_);
+        return is_held;
     }
 
-  private:
-    static std::vector<std::string> paths(Statement& rows) {
+    // In path order; "." is the root of the repository.
+    [[nodiscard]] std::vector<std::string> below(const std::string& folder) const {
         std::vector<std::string> paths;
-        while (rows.step()) {
-            paths.emplace_back(rows.text(0));
+        if (!folder.empty()) {  // the empty path is not the root of the file system
+            db_.read_files_below(folder == "." ? "" : folder,
+                                 [&](const FileRow& file) { paths.emplace_back(file.path); });
         }
-        rows.reset();
         return paths;
     }
 
-    Statement all_;
-    Statement below_;
+  private:
+    storage::Database& db_;
+    std::unordered_set<std::string> expected_;
+    std::unordered_set<std::string> held_;
 };
 
 std::string plain_path(const std::string& named) {
@@ -82,13 +60,13 @@ std::string plain_path(const std::string& named) {
 // Finds the files that a name stands for.
 class Finder {
   public:
-    Finder(const Connection& index, const Checkout* checkout)
-        : is_indexed_(index), files_below_(index), checkout_(checkout) {}
+    Finder(storage::Database& db, const Checkout* checkout, std::span<const std::string> named)
+        : files_(db, named), checkout_(checkout) {}
 
-    // None when the index knows no such file or folder, and none that fits a pattern. What it knows itself comes before
+    // Nothing when the index knows no such file or folder, and none that fits a pattern. What it knows itself comes before
     // what the name means on this machine.
     std::vector<std::string> find(const std::string& name) {
-        if (is_indexed_(name)) {
+        if (files_.hold(name)) {
             return {name};
         }
         for (const std::string& path : {plain_path(name), path_meant(name)}) {
@@ -109,11 +87,11 @@ class Finder {
         return !path ? plain_path(name) : path->empty() ? "." : *path;
     }
 
-    std::vector<std::string> all_files() { return files_below_("."); }
+    std::vector<std::string> all_files() { return files_.below("."); }
 
   private:
     std::vector<std::string> at(const std::string& path) {
-        return is_indexed_(path) ? std::vector{path} : files_below_(path);
+        return files_.hold(path) ? std::vector{path} : files_.below(path);
     }
 
     std::vector<std::string> matching(const std::string& pattern) {
@@ -126,8 +104,7 @@ class Finder {
         return files;
     }
 
-    IndexedFile is_indexed_;
-    FilesBelow files_below_;
+    IndexedFiles files_;
     const Checkout* checkout_;
 };
 
@@ -165,8 +142,8 @@ std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, Fi
 
 }  // namespace
 
-FoundPaths find_paths(const Connection& index, const Checkout* checkout, std::span<const std::string> named) {
-    Finder finder(index, checkout);
+FoundPaths find_paths(storage::Database& db, const Checkout* checkout, std::span<const std::string> named) {
+    Finder finder(db, checkout, named);
     models::OrderedSet<std::string> indexed;
     models::OrderedSet<std::string> missing;
     for (const std::string& name : named) {

@@ -1,13 +1,11 @@
 #include "embedded/rules/noted_rules.h"
 
-#include "embedded/sqlite/index.h"
-
 #include <utility>
 
 namespace embedded {
 
-PathRules with_noted_rules(std::vector<PathRule> rules, const Connection& index) {
-    for (PathRule& rule : read_rules(noted(index, "test_rules"))) {
+PathRules with_noted_rules(std::vector<PathRule> rules, storage::Database& db) {
+    for (PathRule& rule : read_rules(db.noted("test_rules"))) {
         rules.push_back(std::move(rule));
     }
     return PathRules(rules);

@@ -1,15 +1,15 @@
 // Rules for tests that an index notes.
 #pragma once
 
+#include "embedded/index/database.h"
 #include "embedded/rules/path_rules.h"
-#include "embedded/sqlite/connection.h"
 
 #include <vector>
 
 namespace embedded {
 
-/// The given rules for tests, and behind them those that the index notes. Throws `SqliteError`, and
+/// The given rules for tests, and behind them those that the index notes. Throws `IndexError`, and
 /// `std::runtime_error` with one line when these cannot be read.
-PathRules with_noted_rules(std::vector<PathRule> rules, const Connection& index);
+PathRules with_noted_rules(std::vector<PathRule> rules, storage::Database& db);
 
 }  // namespace embedded

@@ -1,7 +1,6 @@
 #include "embedded/scip/import.h"
 
 #include "embedded/files/checkout.h"
-#include "embedded/files/replacement.h"
 #include "embedded/files/text_spool.h"
 #include "embedded/rules/configuration.h"
 #include "embedded/rules/exclusions.h"
@@ -14,13 +13,11 @@
 #include "embedded/scip/report_json.h"
 #include "embedded/scip/scip_files.h"
 #include "embedded/sources/source_reader.h"
-#include "embedded/sqlite/connection.h"
-#include "embedded/sqlite/index.h"
-#include "embedded/sqlite/row_writer.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -153,63 +150,46 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
 }
 
 // What an index notes of itself: what pages need, and everything that was found out.
-void note_origin(const Connection& out, const Rules& rules, const ImportReport& report) {
-    RowWriter writer(out);
-    writer.note("checkout", report.checkout);
-    writer.note("test_rules", written(rules.tests));
-    writer.note("report", written(report));
+void note_origin(RowWriter& out, const Rules& rules, const ImportReport& report) {
+    out.note("checkout", report.checkout);
+    out.note("test_rules", written(rules.tests));
+    out.note("report", written(report));
 }
 
-// Fills a new database and closes it.
-void write_index(const std::string& path, const Gathered& gathered, const Rules& rules, TextSpool& spool, Steps& steps,
+void write_index(NewIndex& index, const Gathered& gathered, const Rules& rules, TextSpool& spool, Steps& steps,
                  ImportReport& report) {
-    Connection out(path, Connection::Mode::CREATE);
-    out.watch([&] { steps.tell(); });
-    // Whatever goes wrong, the file is thrown away; it is made durable as a whole when it is complete.
-    out.execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; PRAGMA threads = 4");
-    Transaction transaction(out);
-    create_schema(out);
-    write_rows(
-        out, gathered, spool, [&](std::size_t documents) { steps.advance(documents); }, report);
-    note_origin(out, rules, report);
-    create_indexes(out);
-    transaction.commit();
-}
-
-std::int64_t count_rows(const Connection& index, const std::string& table) {
-    Statement count(index, "SELECT count(*) FROM " + table);
-    count.step();
-    return count.integer(0);
-}
-
-// Whether what was written can be opened again and holds every row.
-bool is_complete(const std::string& path, const ImportReport& report, const Steps& steps) {
-    Connection index = open_index(path);
-    index.watch([&] { steps.tell(); });
-    return count_rows(index, "files") == report.files && count_rows(index, "symbols") == report.declarations &&
-           count_rows(index, "edges") == report.edges;
+    try {
+        RowWriter& out = index.rows();
+        write_rows(
+            out, gathered, spool, [&](std::size_t documents) { steps.advance(documents); }, report);
+        note_origin(out, rules, report);
+        index.complete({.files = report.files, .declarations = report.declarations, .edges = report.edges});
+    } catch (const IndexError& error) {
+        throw index.failure(error);
+    }
 }
 
 }  // namespace
 
-ImportReport import_scip(const ImportRequest& request, const ImportProgress& progress) {
-    require_replaceable(request.index_path);
+ImportReport import_scip(const ImportRequest& request, const Index& index, const ImportProgress& progress) {
     Steps steps(progress);
-    const Replacement replacement(request.index_path);
-    ScipFiles scip(request.scip_paths, replacement.partial_path() + "-input", [&] { steps.tell(); });
+    const std::unique_ptr<NewIndex> made = index.replace();
+    made->watch([&] { steps.tell(); });
+    ScipFiles scip(request.scip_paths, made->scratch_path("input"), [&] { steps.tell(); });
     steps.expect(2 * scip.document_count());
     steps.tell();
-    TextSpool spool(replacement.partial_path() + "-texts");
+    const Repository repository = scip.repository(request.checkout);
+    made->claim(request.checkout ? *request.checkout : repository.root.value_or("").string());
+    TextSpool spool(made->scratch_path("texts"));
     ImportReport report;
     report.tool = scip.tools();
-    const Repository repository = scip.repository(request.checkout);
     SourcesOfCheckout sources(folder_of_sources(request.checkout, repository), spool);
     const Rules rules = rules_for(request, sources.checkout());
     const PathRules tests(rules.tests);
     const TestRulesInForce in_force(tests);
     const Gathered gathered = read_all(scip, repository, rules, sources, spool, steps, report);
-    if (gathered.contents.files.empty() && holds_something(request.index_path)) {
-        throw std::runtime_error(scip.names() + ": no source file is named there, so " + request.index_path +
+    if (gathered.contents.files.empty() && made->would_replace()) {
+        throw std::runtime_error(scip.names() + ": no source file is named there, so " + index.name() +
                                  " is kept; run the indexer on sources, or remove the index first");
     }
     report.source = scip.names();
@@ -219,17 +199,9 @@ ImportReport import_scip(const ImportRequest& request, const ImportProgress& pro
     for (const std::string& path : gathered.contents.unwanted) {
         report.excluded.add(path);
     }
-    try {
-        write_index(replacement.partial_path(), gathered, rules, spool, steps, report);
-        if (!is_complete(replacement.partial_path(), report, steps)) {
-            throw cannot_replace(request.index_path, "rows are missing from what was written");
-        }
-    } catch (const SqliteError& error) {
-        throw cannot_replace(request.index_path, error.reason());
-    }
-    replacement.sync();
+    write_index(*made, gathered, rules, spool, steps, report);
     steps.tell();
-    replacement.commit();
+    made->commit();
     return report;
 }
 

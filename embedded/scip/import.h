@@ -6,6 +6,7 @@
 // declaration itself: a module.
 #pragma once
 
+#include "embedded/index/index.h"
 #include "embedded/rules/path_rules.h"
 #include "embedded/scip/import_report.h"
 
@@ -23,7 +24,6 @@ using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)
 
 struct ImportRequest {
     std::vector<std::string> scip_paths;  ///< at least one; "-" is standard input
-    std::string index_path;
     /// The folder that the sources are read from; by default the root of the repository that the SCIP files state
     /// (project_root.h), where that is a folder of this machine. Without either the import does without sources.
     std::optional<std::string> checkout;
@@ -34,7 +34,7 @@ struct ImportRequest {
     std::vector<PathRule> tests = {};
 };
 
-/// Makes one index of SCIP files at the index's path, in place of any that is there. Their paths become relative to the
+/// Makes one index of SCIP files, in place of any that lies there. Their paths become relative to the
 /// root of the repository (project_root.h). The order in which they are named changes nothing, and a content that is
 /// named twice counts once. `progress` may be empty.
 ///
@@ -49,6 +49,6 @@ struct ImportRequest {
 /// symbols and declarations, and with pairs of a file and what it mentions, neither with occurrences nor with sources.
 ///
 /// Throws `std::runtime_error` with one line that names the file at fault and says what to do.
-ImportReport import_scip(const ImportRequest& request, const ImportProgress& progress);
+ImportReport import_scip(const ImportRequest& request, const Index& index, const ImportProgress& progress);
 
 }  // namespace embedded::scip

@@ -5,7 +5,6 @@
 #include "embedded/scip/language.h"
 #include "embedded/scip/references.h"
 #include "embedded/scip/symbol.h"
-#include "embedded/sqlite/row_writer.h"
 #include "utils/path_filter.h"
 
 #include <algorithm>
@@ -57,7 +56,7 @@ std::int64_t declared_lines(const FileRows& rows) {
 
 class IndexWriter {
   public:
-    IndexWriter(const Connection& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
+    IndexWriter(RowWriter& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
                 ImportReport& report)
         : out_(out), gathered_(gathered), contents_(gathered.contents), spool_(spool), after_file_(after_file),
           report_(report), references_(contents_, gathered.rows) {}
@@ -222,7 +221,7 @@ class IndexWriter {
         }
     }
 
-    RowWriter out_;
+    RowWriter& out_;
     const Gathered& gathered_;
     const Contents& contents_;
     TextSpool& spool_;
@@ -237,7 +236,7 @@ class IndexWriter {
 
 }  // namespace
 
-void write_rows(const Connection& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
+void write_rows(RowWriter& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
                 ImportReport& report) {
     IndexWriter(out, gathered, spool, after_file, report).write();
 }

@@ -1,12 +1,13 @@
 #include "embedded/serve/bounded_text.h"
 #include "embedded/serve/tools.h"
-#include "embedded/sqlite/bound_list.h"
 #include "embedded/text/counted.h"
+#include "utils/saturating.h"
 
 #include <algorithm>
 #include <optional>
 #include <ostream>
 #include <stdexcept>
+#include <vector>
 
 namespace embedded::serve {
 
@@ -92,19 +93,18 @@ Sent output_schema() {
 }
 
 // Whether a page reads so much that it has to wait until others of its kind have ended.
-Size size_of(const Connection& index, std::span<const std::string> files) {
+Size size_of(storage::Database& db, std::span<const std::string> files) {
     constexpr std::size_t MANY_FILES = 100;
     constexpr std::int64_t MANY_USES = 20'000;
     if (files.size() > MANY_FILES) {
         return Size::LARGE;
     }
-    Statement uses(index, R"sql(
-        SELECT CAST(total(symbol.uses) AS INTEGER)
-        FROM json_each(?1) AS page CROSS JOIN files AS file ON file.path = page.value
-            CROSS JOIN symbols AS symbol ON symbol.file_id = file.id
-    )sql");
-    uses.bind(1, bound_list(files));
-    return uses.step() && uses.integer(0) > MANY_USES ? Size::LARGE : Size::SMALL;
+    std::vector<RowId> ids;
+    db.read_files_at(files, [&](const FileRow& file) { ids.push_back(file.id); });
+    std::int64_t uses = 0;
+    db.read_declarations_in(std::move(ids),
+                            [&](const DeclarationRow& row) { uses = utils::saturating_sum(uses, row.uses); });
+    return uses > MANY_USES ? Size::LARGE : Size::SMALL;
 }
 
 PageRequest request_of(const Received& arguments) {
@@ -153,11 +153,11 @@ ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, cons
     ToolAnswer answer;
     workplace.index.borrow(
         [&call] { call.check(); },
-        [&](const Connection& index) {
+        [&](storage::Database& db) {
             std::optional<Turns::Turn> turn;
-            const RequestedPage page(here, index, [&](std::span<const std::string> files) {
+            const RequestedPage page(here, db, [&](std::span<const std::string> files) {
                 call.report(1, STEPS, "found " + counted(std::ssize(files), "file"));
-                turn.emplace(workplace.turns, size_of(index, files), call);
+                turn.emplace(workplace.turns, size_of(db, files), call);
             });
             answer.remarks = page.remarks();
             if (page.is_failure()) {

@@ -1,69 +1,57 @@
 #include "embedded/serve/index_connections.h"
 
-#include "embedded/sqlite/index.h"
-
-#include <sys/stat.h>
-
 #include <utility>
 
 namespace embedded::serve {
 
-IndexConnections::IndexConnections(std::string path, std::function<void()> on_replacement)
-    : path_(std::move(path)), on_replacement_(std::move(on_replacement)), known_(identity()) {
-    idle_.push_back(std::make_unique<Connection>(open_index(path_)));
+IndexConnections::IndexConnections(std::shared_ptr<const Index> index, std::function<void()> on_replacement)
+    : index_(std::move(index)), on_replacement_(std::move(on_replacement)) {
+    idle_.push_back(index_->connect());
+    known_state_ = idle_.back()->read()->origin().state;
 }
 
-bool IndexConnections::borrow(const std::function<void()>& watch, const std::function<void(const Connection&)>& use) {
-    const Identity now = identity();
-    std::unique_ptr<Connection> connection = take(now);
+void IndexConnections::borrow(const std::function<void()>& watch, const std::function<void(storage::Database&)>& use) {
+    std::unique_ptr<IndexConnection> connection = take();
     connection->watch(watch);
-    use(*connection);
-    connection->watch([] {});
-    give_back(std::move(connection), now);
-    return identity() == now;
-}
-
-// All zero when there is no file; opening it says so.
-IndexConnections::Identity IndexConnections::identity() const {
-    struct stat file {};
-    if (stat(path_.c_str(), &file) != 0) {
-        return {};
+    {
+        const std::unique_ptr<storage::Database> db = connection->read();
+        note(db->origin().state);
+        use(*db);
     }
-    return {.device = file.st_dev,
-            .inode = file.st_ino,
-            .size = file.st_size,
-            .seconds = file.st_mtim.tv_sec,
-            .nanoseconds = file.st_mtim.tv_nsec};
+    connection->watch([] {});
+    give_back(std::move(connection));
 }
 
-std::unique_ptr<Connection> IndexConnections::take(const Identity& now) {
-    bool is_replaced = false;
+std::unique_ptr<IndexConnection> IndexConnections::take() {
     {
         const std::scoped_lock lock(mutex_);
-        if (now == known_) {
-            if (!idle_.empty()) {
-                std::unique_ptr<Connection> connection = std::move(idle_.back());
-                idle_.pop_back();
+        while (!idle_.empty()) {
+            std::unique_ptr<IndexConnection> connection = std::move(idle_.back());
+            idle_.pop_back();
+            if (connection->is_current()) {
                 return connection;
             }
-        } else {
-            known_ = now;
-            idle_.clear();
-            is_replaced = true;
         }
     }
-    auto connection = std::make_unique<Connection>(open_index(path_));
-    if (is_replaced) {
-        on_replacement_();
-    }
-    return connection;
+    return index_->connect();
 }
 
-void IndexConnections::give_back(std::unique_ptr<Connection> connection, const Identity& of) {
+void IndexConnections::give_back(std::unique_ptr<IndexConnection> connection) {
     const std::scoped_lock lock(mutex_);
-    if (of == known_ && idle_.size() < MOST_KEPT) {
+    if (idle_.size() < MOST_KEPT && connection->is_current()) {
         idle_.push_back(std::move(connection));
     }
+}
+
+void IndexConnections::note(const std::string& state) {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (state == known_state_) {
+            return;
+        }
+        known_state_ = state;
+    }
+    on_replacement_();
 }
 
 }  // namespace embedded::serve

@@ -35,20 +35,19 @@ std::string text_for_people(const Result& result) {
     return out.str();
 }
 
-// Asks an index, in one state of it, when it is this call's turn. Returns what `borrow` returns.
-bool ask(const Workplace& workplace, const Call& call, const std::function<void(const Connection&)>& question) {
-    return workplace.index.borrow([&call] { call.check(); },
-                                  [&](const Connection& index) {
-                                      const Turns::Turn turn(workplace.turns, Size::SMALL, call);
-                                      const Transaction one_state(index);
-                                      question(index);
-                                  });
+// Asks the index when it is this call's turn.
+void ask(const Workplace& workplace, const Call& call, const std::function<void(storage::Database&)>& question) {
+    workplace.index.borrow([&call] { call.check(); },
+                           [&](storage::Database& index) {
+                               const Turns::Turn turn(workplace.turns, Size::SMALL, call);
+                               question(index);
+                           });
 }
 
 ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const Call& call) {
     const std::string name = arguments["name"];
     ToolAnswer answer;
-    ask(workplace, call, [&](const Connection& index) {
+    ask(workplace, call, [&](storage::Database& index) {
         const FoundDeclarations found = find_declarations(index, name, arguments["limit"]);
         answer.structured = json_of(found);
         answer.text = found.count == 0 ? said_of_none(name) + "\n" : text_for_people(found);
@@ -62,7 +61,7 @@ ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const
 
 ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const Call& call) {
     ToolAnswer answer;
-    ask(workplace, call, [&](const Connection& index) {
+    ask(workplace, call, [&](storage::Database& index) {
         const ListedFiles listed =
             list_files(index, arguments["paths"].get<std::vector<std::string>>(), test_rules(arguments));
         if (listed.is_failure) {
@@ -77,12 +76,10 @@ ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const
 
 ToolAnswer run_stats(const Received& /*arguments*/, const Workplace& workplace, const Call& call) {
     ToolAnswer answer;
-    const auto question = [&](const Connection& index) {
+    ask(workplace, call, [&](storage::Database& index) {
         const IndexStats stats = index_stats(index);
         answer = {.text = text_for_people(stats), .structured = json_of(stats)};
-    };
-    while (!ask(workplace, call, question)) {  // what the file system says may be of the index that came after it
-    }
+    });
     return answer;
 }
 

@@ -92,7 +92,8 @@ constexpr const char* TOO_LARGE = "the answer is longer than the 16 MiB of a mes
 
 Server::Server(ServerOptions options, std::shared_ptr<MessageSink> out)
     : options_(std::move(options)), out_(std::move(out)),
-      index_(options_.index, [this] { log(Level::INFO, options_.index + ": replaced; the new index is served now"); }),
+      index_(options_.index,
+             [this] { log(Level::INFO, options_.index->name() + ": replaced; the new index is served now"); }),
       workplace_{index_, turns_, options_.checkout} {}
 
 bool Server::run(MessageReader& in) {

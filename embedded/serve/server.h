@@ -22,7 +22,7 @@
 namespace embedded::serve {
 
 struct ServerOptions {
-    std::string index;     ///< path of the index
+    std::shared_ptr<const Index> index;
     std::string checkout;  ///< empty for the folder that the index was made in
     std::string version;   ///< of this program
     /// What is said of a failure to read the index, in one line; it is called by any thread.
@@ -32,7 +32,7 @@ struct ServerOptions {
 /// One session with one client.
 class Server {
   public:
-    /// Opens the index. Throws what `open_index` throws.
+    /// Opens the index. Throws what `Index::connect` throws.
     Server(ServerOptions options, std::shared_ptr<MessageSink> out);
 
     /// Answers what comes in until the input ends; what was asked before is still answered then, as long as the next

@@ -1,6 +1,9 @@
 #include "embedded/sqlite/bound_list.h"
 
+#include "embedded/index/ranges.h"
+
 #include <string_view>
+#include <utility>
 
 namespace embedded {
 
@@ -37,8 +40,13 @@ std::string array_of(std::span<const Element> elements, Append append) {
 
 }  // namespace
 
-std::string bound_list(std::span<const std::int64_t> integers) {
-    return array_of(integers, [](std::string& list, std::int64_t integer) { list += std::to_string(integer); });
+std::string bound_ranges(std::vector<std::int64_t> integers) {
+    std::string list = "[";
+    for (const auto& [first, last] : ranges_of(std::move(integers))) {
+        list.append(list.size() > 1 ? ",[" : "[").append(std::to_string(first)).append(",");
+        list.append(std::to_string(last)).append("]");
+    }
+    return list += "]";
 }
 
 std::string bound_list(std::span<const std::string> texts) {

@@ -39,7 +39,7 @@ std::string literal(const std::string& path) {
 }  // namespace
 
 SqliteError::SqliteError(const std::string& path, const std::string& reason, int code)
-    : std::runtime_error((path + ": " + reason).append(advice(code))), reason_(reason), code_(code) {}
+    : IndexError((path + ": " + reason).append(advice(code)), reason), code_(code) {}
 
 bool SqliteError::is_damage() const {
     return code_ == SQLITE_CORRUPT || code_ == SQLITE_NOTADB;

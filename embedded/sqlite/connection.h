@@ -1,12 +1,13 @@
 // SQLite with its resources owned and its failures thrown.
 #pragma once
 
+#include "embedded/index/index_error.h"
+
 #include <cstdint>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -17,21 +18,18 @@ namespace embedded {
 
 /// A failure of SQLite. `what()` is one line that names the database file, gives SQLite's own words and, where the
 /// machine is at fault, says what to do.
-class SqliteError : public std::runtime_error {
+class SqliteError : public IndexError {
   public:
+    /// `reason` is in SQLite's own words.
     SqliteError(const std::string& path, const std::string& reason, int code);
 
-    /// SQLite's own words alone.
-    [[nodiscard]] const std::string& reason() const { return reason_; }
     /// The primary result code (SQLITE_FULL, SQLITE_NOTADB, ...).
     [[nodiscard]] int code() const { return code_; }
     /// Whether the file is damaged, or no database at all.
     [[nodiscard]] bool is_damage() const;
-    /// Whether the file is damaged or does not have the tables and columns that a statement names.
-    [[nodiscard]] bool is_about_content() const;
+    [[nodiscard]] bool is_about_content() const override;
 
   private:
-    std::string reason_;
     int code_;
 };
 

@@ -14,7 +14,7 @@ void insert(Statement& statement, const Values&... values) {
 
 }  // namespace
 
-RowWriter::RowWriter(const Connection& connection)
+SqliteRowWriter::SqliteRowWriter(const Connection& connection)
     : notes_(connection, "INSERT INTO meta(key, value) VALUES(?1, ?2)"),
       files_(connection, "INSERT INTO files(id, path, language, content_hash, declarations, declared_lines) "
                          "VALUES(?1, ?2, nullif(?3, ''), ?4, ?5, ?6)"),
@@ -26,32 +26,32 @@ RowWriter::RowWriter(const Connection& connection)
       resolutions_(connection, "INSERT INTO resolutions(id, name) VALUES(?1, ?2)"),
       edges_(connection, "INSERT INTO edges(source_file_id, target_id, resolution_id, refs) VALUES(?1, ?2, ?3, ?4)") {}
 
-void RowWriter::note(std::string_view key, std::string_view value) {
+void SqliteRowWriter::note(std::string_view key, std::string_view value) {
     insert(notes_, key, value);
 }
 
-void RowWriter::add(const FileRow& row) {
-    insert(files_, row.id, row.path, row.language, row.content_hash, row.declarations, row.declared_lines);
+void SqliteRowWriter::add(const FileRow& row) {
+    insert(files_, row.id, row.path, row.language.value_or(""), row.content_hash, row.declarations, row.declared_lines);
 }
 
-void RowWriter::add(const LanguageRow& row) {
+void SqliteRowWriter::add(const LanguageRow& row) {
     insert(languages_, row.name, std::int64_t{row.import_resolved ? 1 : 0});
 }
 
-void RowWriter::add(const DeclarationRow& row) {
+void SqliteRowWriter::add(const DeclarationRow& row) {
     insert(declarations_, row.id, row.file, row.name, row.fqn, row.kind, std::int64_t{row.is_export ? 1 : 0},
            row.first_line, row.last_line, row.uses);
 }
 
-void RowWriter::add(const DescriptionRow& row) {
+void SqliteRowWriter::add(const DescriptionRow& row) {
     insert(descriptions_, row.declaration, row.signature, row.documentation);
 }
 
-void RowWriter::add(const ResolutionRow& row) {
+void SqliteRowWriter::add(const ResolutionRow& row) {
     insert(resolutions_, row.id, row.name);
 }
 
-void RowWriter::add(const EdgeRow& row) {
+void SqliteRowWriter::add(const EdgeRow& row) {
     insert(edges_, row.source, row.target, row.resolution, row.references);
 }
 

@@ -1,8 +1,8 @@
-// Who fills an index.
+// Who fills an index in SQLite.
 #pragma once
 
+#include "embedded/index/row_writer.h"
 #include "embedded/sqlite/connection.h"
-#include "embedded/sqlite/index_rows.h"
 
 #include <string_view>
 
@@ -10,19 +10,17 @@ namespace embedded {
 
 /// Writes rows into an index that has its tables (`create_schema`). The connection must outlive the writer. Every
 /// function throws `SqliteError`, above all when there is such a row already.
-class RowWriter {
+class SqliteRowWriter : public RowWriter {
   public:
-    explicit RowWriter(const Connection& connection);
+    explicit SqliteRowWriter(const Connection& connection);
 
-    /// Notes something about the index as a whole.
-    void note(std::string_view key, std::string_view value);
-
-    void add(const FileRow& row);
-    void add(const LanguageRow& row);
-    void add(const DeclarationRow& row);
-    void add(const DescriptionRow& row);
-    void add(const ResolutionRow& row);
-    void add(const EdgeRow& row);
+    void note(std::string_view key, std::string_view value) override;
+    void add(const FileRow& row) override;
+    void add(const LanguageRow& row) override;
+    void add(const DeclarationRow& row) override;
+    void add(const DescriptionRow& row) override;
+    void add(const ResolutionRow& row) override;
+    void add(const EdgeRow& row) override;
 
   private:
     Statement notes_;

@@ -1,8 +1,8 @@
 // A folder with an index in it, which a test fills, and a shell to run the command in.
 #pragma once
 
-#include "embedded/sqlite/index.h"
 #include "embedded/sqlite/row_writer.h"
+#include "embedded/sqlite/schema.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ class IndexedFolder : public testing::Test {
     template <class Row>
     void add(std::initializer_list<Row> rows) const {
         const Connection connection(index, Connection::Mode::CREATE);
-        RowWriter writer(connection);
+        SqliteRowWriter writer(connection);
         for (const Row& row : rows) {
             writer.add(row);
         }

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "embedded/scip/import.h"
-#include "embedded/sqlite/index.h"
+#include "embedded/sqlite/schema.h"
+#include "embedded/sqlite/sqlite_index.h"
 #include "tests/embedded/scip/scip_builder.h"
 #include "tests/embedded/temporary_folder.h"
 
@@ -15,12 +16,14 @@ namespace embedded::scip {
 class ScipImport : public testing::Test {
   protected:
     ImportReport import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
-        return import_scip({{folder.write("in.scip", scip_file(documents))}, index, std::nullopt}, progress);
+        return import_scip({{folder.write("in.scip", scip_file(documents))}, std::nullopt}, SqliteIndex(index),
+                           progress);
     }
 
     /// Imports with the sources that the folder "checkout" holds.
     ImportReport import_with_sources(const std::vector<ScipDocument>& documents) const {
-        return import_scip({{folder.write("in.scip", scip_file(documents))}, index, folder / "checkout"}, {});
+        return import_scip({{folder.write("in.scip", scip_file(documents))}, folder / "checkout"}, SqliteIndex(index),
+                           {});
     }
 
     /// Imports SCIP files that were made in these folders below "/repository".
@@ -31,7 +34,7 @@ class ScipImport : public testing::Test {
             const std::string root = "file:///repository/" + name;
             paths.push_back(folder.write(std::to_string(paths.size()) + ".scip", scip_file(documents, root)));
         }
-        return import_scip({paths, index, std::nullopt}, {});
+        return import_scip({paths, std::nullopt}, SqliteIndex(index), {});
     }
 
     /// Imports a document; the bytes of its index.
@@ -43,7 +46,7 @@ class ScipImport : public testing::Test {
     /// The message of the failure to import a file.
     [[nodiscard]] std::string failure(const std::string& scip, const ImportProgress& progress = {}) const {
         try {
-            import_scip({{scip}, index, std::nullopt}, progress);
+            import_scip({{scip}, std::nullopt}, SqliteIndex(index), progress);
         } catch (const std::runtime_error& error) {
             return error.what();
         }

@@ -86,10 +86,9 @@ TEST_F(ScipImport, LeavesOutWhatARuleExcludesOrAllOfWhichIsGenerated) {
         ScipDocument("one/e.ts"),
         ScipDocument("one/f.gen.ts")};
     const ImportRequest request{.scip_paths = {folder.write("in.scip", scip_file(documents))},
-                                .index_path = index,
                                 .checkout = folder / "checkout",
                                 .exclusions = {{"one/f.gen.ts", false}, {"one", true}}};
-    const ImportReport report = import_scip(request, {});
+    const ImportReport report = import_scip(request, SqliteIndex(index), {});
     EXPECT_EQ(rows("SELECT path AS row FROM files"), "a.ts; kept.ts; one/f.gen.ts");
     EXPECT_EQ(report.excluded.first,
               (std::vector<std::string>{"made.ts", "node_modules/c/d.ts", "one/e.ts", "src/b.gen.ts"}));
@@ -129,7 +128,9 @@ TEST_F(ScipImport, ItsProgressGrowsUpToItsTotal) {
     std::vector<std::int64_t> steps;
     std::int64_t total = 0;
     import({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers(F), ScipDocument("")},
-           [&](std::int64_t done, std::int64_t of) { steps.push_back(done), total = of;
+           [&](std::int64_t done, std::int64_t of) {
+               steps.push_back(done);
+    total = of;
 });
 EXPECT_TRUE(std::ranges::is_sorted(steps));
 EXPECT_EQ(steps.back(), total);

@@ -2,6 +2,7 @@
 
 #include "embedded/scip/report_json.h"
 #include "embedded/serve/server.h"
+#include "embedded/sqlite/sqlite_index.h"
 #include "tests/embedded/indexed_folder.h"
 
 #include <gtest/gtest.h>
@@ -88,7 +89,8 @@ class Serve : public IndexedFolder {
     // A session that has begun.
     void begin() {
         server = std::make_unique<Server>(
-            ServerOptions{index, "", "1", [](const std::exception& failure) { return std::string(failure.what()); }},
+            ServerOptions{std::make_shared<SqliteIndex>(index), "", "1",
+                          [](const std::exception& failure) { return std::string(failure.what()); }},
             client);
         ask("initialize", {{"protocolVersion", "2025-06-18"}});
     }
@@ -177,7 +179,8 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
           private:
             Received& to_;
         };
-        Server(ServerOptions{index, "", "1", {}}, std::make_shared<Last>(got)).take(line);
+        Server(ServerOptions{std::make_shared<SqliteIndex>(index), "", "1", {}}, std::make_shared<Last>(got))
+            .take(line);
         const std::string said =
             got["error"]["code"].dump() + " " + got["id"].dump() + " " + got["error"]["message"].get<std::string>();
         EXPECT_TRUE(said.starts_with(expected)) << line << " -> " << said;

@@ -1,8 +1,8 @@
 // The queries over a real index file.
 
 #include "embedded/page/page.h"
-#include "embedded/sqlite/database.h"
-#include "embedded/sqlite/edge_scan.h"
+#include "embedded/sqlite/bound_list.h"
+#include "embedded/sqlite/sqlite_database.h"
 #include "storage/grounding_queries.h"
 #include "tests/embedded/indexed_folder.h"
 #include "workers/wiki/scope_tests.h"
@@ -26,7 +26,7 @@ class Index : public IndexedFolder {
 TEST_F(Index, GivesFilesInTheOrderOfThePathsEachOnce) {
     add<FileRow>({{1, "a.ts", "typescript"}, {2, "b \"\\|\n.ts"}, {4, "\xFF.ts", "typescript"}});
     change("INSERT INTO files(id, path, language) VALUES(3, 'c.ts', '')");
-    storage::Database db(connection);
+    SqliteDatabase db(connection, {});
     const auto files = scope_files(db, Paths{"c.ts", "b \"\\|\n.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
     ASSERT_TRUE(std::ranges::equal(files, Numbers{3, 2, 1, 4}, {}, &storage::ScopeFile::id));
     EXPECT_EQ(files[0].language, "");
@@ -40,7 +40,7 @@ TEST_F(Index, GivesDeclarationsByFileThenLineThenId) {
                          {3, 1, "same", "", "enum", false, 2, 2},
                          {2, 1, "line", "", "enum", false, 2, 9}});
     change("INSERT INTO symbols VALUES(1, 2, 'b', NULL, NULL, NULL, NULL, 99999999999, NULL)");
-    storage::Database db(connection);
+    SqliteDatabase db(connection, {});
     const auto symbols = scope_symbols(db, std::vector<storage::FileId>{2, 1, 2});
     ASSERT_TRUE(std::ranges::equal(symbols, Numbers{1, 2, 3, 5}, {}, &storage::ScopeSymbol::id));
     EXPECT_EQ(symbols[0].kind, "");
@@ -67,7 +67,7 @@ TEST_F(Index, GivesReferencesBySourceThenTargetThenResolution) {
                   {3, 2, IMPORT, 8},
                   {3, 1, UNIQUE, 9}});
     add<EdgeRow>({{9, 1, IMPORT, 1}, {2, 9, IMPORT, 1}});  // from no file, to no declaration
-    storage::Database db(connection);
+    SqliteDatabase db(connection, {});
     const std::vector<storage::FileId> page{2};
     const auto inbound = inbound_references(db, page);
     EXPECT_TRUE(std::ranges::equal(inbound, Numbers{4, 5, 9, 8, 3, 2, 1}, {}, &storage::InboundReference::refs));
@@ -90,7 +90,7 @@ TEST_F(Index, ReadsFilesAndDeclarationsThatDoNotStandTogether) {
                          {8, 3, "c", "", "", true, 1, 1},
                          {9, 7, "lost", "", "", true, 1, 1}});
     add<EdgeRow>({{1, 1, IMPORT, 1}, {2, 8, IMPORT, 2}, {3, 2, IMPORT, 3}, {5, 4, IMPORT, 4}});
-    storage::Database db(connection);
+    SqliteDatabase db(connection, {});
     const std::vector<storage::FileId> page{5, 1, 3, 5, 7};
     EXPECT_TRUE(std::ranges::equal(scope_symbols(db, page), Numbers{1, 4, 8}, {}, &storage::ScopeSymbol::id));
     EXPECT_TRUE(
@@ -101,7 +101,7 @@ TEST_F(Index, ReadsFilesAndDeclarationsThatDoNotStandTogether) {
 
 TEST_F(Index, KnowsTheLanguagesWithResolvedImports) {
     add<LanguageRow>({{"typescript", true}, {"lua", false}, {"go", true}});
-    storage::Database db(connection);
+    SqliteDatabase db(connection, {});
     const std::vector<models::Text> languages{"lua", "rust", "typescript"};
     EXPECT_EQ(import_resolved_languages(db, languages), std::vector<models::Text>{"typescript"});
 }
@@ -116,12 +116,12 @@ TEST_F(Index, IsReadInOneStateWhileItIsWritten) {
             .execute("BEGIN; UPDATE symbols SET start_line = start_line + 1; UPDATE edges SET refs = refs + 1; COMMIT");
         return 0;
     };
-    storage::Database db(connection);
-    sqlite3_trace_v2(db.connection().handle(), SQLITE_TRACE_STMT, write_before_a_statement, &index);
+    SqliteDatabase db(connection, {});
+    sqlite3_trace_v2(connection.handle(), SQLITE_TRACE_STMT, write_before_a_statement, &index);
     const Page page = load_page(db, Checkout(folder / ""), Paths{"a.ts"});
     EXPECT_EQ(page.facts.inbound.at(0).refs, page.facts.symbols.at(0).start_line);
     const Connection another = open_index(index);
-    storage::Database later(another);
+    SqliteDatabase later(another, {});
     EXPECT_GT(scope_symbols(later, std::vector<storage::FileId>{1}).at(0).start_line,
               page.facts.symbols.at(0).start_line + 5);
 }
@@ -131,26 +131,27 @@ TEST_F(Index, NeedsOneStatementForAPageOfAnySizeAndNoFullScan) {
            "INSERT INTO files(id, path, language) SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
     change("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2, 0 FROM files");
     change("INSERT INTO edges SELECT id, id % 5000 + 1, 1, 1 FROM files");
-    storage::Database db(connection);
+    SqliteDatabase db(connection, {});
 
     std::vector<std::string> queries;
     const auto note = [](unsigned, void* noted, void* statement, void*) {
         static_cast<std::vector<std::string>*>(noted)->push_back(sqlite3_sql(static_cast<sqlite3_stmt*>(statement)));
         return 0;
     };
-    sqlite3_trace_v2(db.connection().handle(), SQLITE_TRACE_STMT, note, &queries);
+    sqlite3_trace_v2(connection.handle(), SQLITE_TRACE_STMT, note, &queries);
     const Checkout checkout(folder / "");
     const Page page = load_page(db, checkout, Paths{"src"});
     EXPECT_EQ(page.facts.inbound.size(), 5000U);
     EXPECT_EQ(page.facts.outbound.size(), 5000U);
 
-    sqlite3_trace_v2(db.connection().handle(), 0, nullptr, nullptr);
-    // BEGIN; "src" as a file, then as a folder; the content that was indexed; whether there are other files; the
-    // files, their declarations and paths; the edges into them; the names of resolutions; the languages; the edges out
-    // of them; the edges into them from tests.
-    EXPECT_EQ(queries.size(), 14U) << testing::PrintToString(queries);
+    sqlite3_trace_v2(connection.handle(), 0, nullptr, nullptr);
+    // "src" as a file, then as a folder; the content that was indexed; whether there are other files; the files, their
+    // declarations and paths; the edges into them; the names of resolutions; the languages; the edges out of them; the
+    // edges into them from tests.
+    EXPECT_EQ(queries.size(), 12U) << testing::PrintToString(queries);
+    std::erase_if(queries, [](const std::string& query) { return query.ends_with("LIMIT ?1)"); });  // ends early
     for (const std::string& query : queries) {
-        Statement plan(db.connection(), "EXPLAIN QUERY PLAN " + query);
+        Statement plan(connection, "EXPLAIN QUERY PLAN " + query);
         while (plan.step()) {
             const std::string step(plan.text(3));
             EXPECT_FALSE(step.starts_with("SCAN edge") || step.starts_with("SCAN symbol") ||

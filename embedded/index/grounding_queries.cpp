@@ -1,21 +1,18 @@
 #include "storage/grounding_queries.h"
 
-#include "embedded/sqlite/bound_list.h"
-#include "embedded/sqlite/database.h"
-#include "embedded/sqlite/edge_scan.h"
+#include "embedded/index/database.h"
+#include "embedded/index/edge_sources.h"
 #include "models/ordered_map.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace storage {
 
 namespace {
 
-using embedded::bound_list;
 using embedded::DeclarationTable;
 using embedded::EdgeRow;
-using embedded::EdgeScan;
-using embedded::Statement;
 using models::Text;
 
 // The targets of some edges that are not among these declarations, each once.
@@ -34,20 +31,13 @@ std::vector<SymbolId> targets_beyond(const std::vector<EdgeRow>& edges, const De
 }  // namespace
 
 std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> paths) {
-    Statement rows(db.connection(), R"sql(
-        WITH page(path, place) AS (SELECT value, min(key) FROM json_each(?1) GROUP BY value)
-        SELECT file.id, file.path, file.language
-        FROM page CROSS JOIN files AS file ON file.path = page.path
-        ORDER BY page.place
-    )sql");
-    rows.bind(1, bound_list(paths));
     std::vector<ScopeFile> files;
-    while (rows.step()) {
-        files.push_back({.id = rows.integer(0), .path = db.text(rows.text(1)), .language = std::nullopt});
-        if (!rows.is_null(2)) {
-            files.back().language = db.text(rows.text(2));
+    db.read_files_at(paths, [&](const embedded::FileRow& row) {
+        files.push_back({.id = row.id, .path = db.text(row.path), .language = std::nullopt});
+        if (row.language) {
+            files.back().language = db.text(*row.language);
         }
-    }
+    });
     return files;
 }
 
@@ -77,9 +67,9 @@ std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> fil
 // By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
 std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& declarations = db.declarations_of(file_ids);
-    std::vector<EdgeRow> edges = EdgeScan::into(db.connection(), declarations.ids()).rest();
+    std::vector<EdgeRow> edges = db.read_edges_into(declarations.ids());
     std::ranges::sort(edges);
-    db.read_paths(sources_of(edges));
+    db.read_paths(embedded::sources_of(edges));
     std::vector<InboundReference> references;
     references.reserve(edges.size());
     for (const EdgeRow& edge : edges) {
@@ -98,11 +88,14 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
     return references;
 }
 
-// In the order of the edges: by source, declaration and resolution.
+// By source, declaration and resolution.
 std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& of_page = db.declarations_of(file_ids);
     db.read_paths({file_ids.begin(), file_ids.end()});
-    std::vector<EdgeRow> edges = EdgeScan::out_of(db.connection(), {file_ids.begin(), file_ids.end()}).rest();
+    std::vector<EdgeRow> edges = db.read_edges_out_of({file_ids.begin(), file_ids.end()});
+    if (!std::ranges::is_sorted(edges)) {
+        std::ranges::sort(edges);
+    }
     const DeclarationTable others = db.declarations(targets_beyond(edges, of_page));
     const auto target_of = [&](const EdgeRow& edge) {
         const ScopeSymbol* const own = of_page.find(edge.target);
@@ -125,16 +118,8 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
 }
 
 std::vector<Text> import_resolved_languages(Database& db, std::span<const Text> languages) {
-    Statement rows(db.connection(), R"sql(
-        SELECT language.name
-        FROM json_each(?1) AS page CROSS JOIN languages AS language ON language.name = page.value
-        WHERE language.import_resolved
-    )sql");
-    rows.bind(1, bound_list(languages));
     std::vector<Text> resolved;
-    while (rows.step()) {
-        resolved.push_back(db.text(rows.text(0)));
-    }
+    db.read_resolved_languages(languages, [&](std::string_view name) { resolved.push_back(db.text(name)); });
     return resolved;
 }
 

@@ -1,4 +1,4 @@
-// The index: one SQLite file that says what a repository's files declare and how they refer to one another.
+// The index in SQLite: one file that says what a repository's files declare and how they refer to one another.
 //
 // Rows are keyed by integers, which ascend in the order in which pages are read: files by path, declarations by file,
 // resolutions by name. An edge stands for all the references that one file makes to one declaration by one resolution;
@@ -8,7 +8,6 @@
 
 #include "embedded/sqlite/connection.h"
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -24,30 +23,9 @@ void create_schema(const Connection& connection);
 /// Creates what the queries search by. Best done once all rows are inserted. Throws `SqliteError`.
 void create_indexes(const Connection& connection);
 
-/// An index that cannot be read as it is. `what()` is one line that names the file and what is wrong with it.
-class UnusableIndex : public std::runtime_error {
-  public:
-    enum class Fault {
-        MISSING,   ///< there is no such file
-        FOREIGN,   ///< what is there is no index
-        OUTDATED,  ///< an index of another schema version
-    };
-
-    UnusableIndex(Fault fault, const std::string& path, const std::string& reason)
-        : runtime_error(path + ": " + reason), fault_(fault) {}
-
-    [[nodiscard]] Fault fault() const { return fault_; }
-
-  private:
-    Fault fault_;
-};
-
 /// Opens an index for reading. Throws `UnusableIndex`, and `std::runtime_error` with one line that says what to do when
 /// the file cannot be read.
 Connection open_index(const std::string& path);
-
-/// What an index notes of itself under this key; empty when it notes nothing. Throws `SqliteError`.
-std::string noted(const Connection& index, std::string_view key);
 
 /// Whether something is at `path` that is not an empty file. Throws `std::runtime_error` with one line when that
 /// cannot be found out.

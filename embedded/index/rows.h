@@ -15,7 +15,7 @@ using RowId = std::int64_t;
 struct FileRow {
     RowId id = 0;
     std::string_view path;
-    std::string_view language = {};                           ///< empty when unknown
+    std::optional<std::string_view> language = std::nullopt;  ///< none, or empty, when unknown
     std::optional<std::int64_t> content_hash = std::nullopt;  ///< of the source that was read; none when none was
     std::int64_t declarations = 0;
     std::int64_t declared_lines = 0;  ///< that its declarations take up together
@@ -37,6 +37,13 @@ struct DeclarationRow {
     std::int64_t first_line = 0;
     std::int64_t last_line = 0;
     std::int64_t uses = 0;  ///< references from production code that prove a use, from whatever file
+};
+
+/// What a declaration is called.
+struct NameRow {
+    RowId declaration = 0;
+    std::string_view name;
+    std::int64_t uses = 0;  ///< as of a `DeclarationRow`
 };
 
 /// What else is known of a declaration; each text may be empty.

@@ -1,4 +1,6 @@
-#include "embedded/sqlite/index.h"
+#include "embedded/sqlite/schema.h"
+
+#include "embedded/index/index_error.h"
 
 #include <sqlite3.h>
 
@@ -157,12 +159,6 @@ Connection open_index(const std::string& path) {
                                 std::string(SCHEMA_VERSION));
     }
     return connection;
-}
-
-std::string noted(const Connection& index, std::string_view key) {
-    Statement value(index, "SELECT value FROM meta WHERE key = ?1");
-    value.bind(1, key);
-    return value.step() ? std::string(value.text(0)) : "";
 }
 
 bool holds_something(const std::string& path) {

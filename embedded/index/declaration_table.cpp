@@ -1,4 +1,4 @@
-#include "embedded/sqlite/declaration_table.h"
+#include "embedded/index/declaration_table.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,5 +1,5 @@
-#include "embedded/sqlite/database.h"
-#include "embedded/sqlite/edge_scan.h"
+#include "embedded/index/database.h"
+#include "embedded/index/edge_sources.h"
 #include "models/edge.h"
 #include "utils/path_filter.h"
 #include "workers/wiki/scope_tests.h"
@@ -14,17 +14,10 @@ namespace {
 
 using models::Text;
 
-// The edges of resolution "import" into some declarations.
-std::vector<embedded::EdgeRow> import_edges_into(storage::Database& db,
-                                                 const embedded::DeclarationTable& declarations) {
-    embedded::EdgeScan scan = embedded::EdgeScan::into(db.connection(), declarations.ids());
-    std::vector<embedded::EdgeRow> edges;
-    while (const std::optional<embedded::EdgeRow> edge = scan.next()) {
-        if (db.resolution(edge->resolution) == models::IMPORT && declarations.find(edge->target) != nullptr) {
-            edges.push_back(*edge);
-        }
-    }
-    return edges;
+std::vector<embedded::EdgeRow> import_edges_into(const embedded::DeclarationTable& declarations,
+                                                 storage::Database& db) {
+    const std::optional<embedded::RowId> import = db.resolution_named(models::IMPORT);
+    return import ? db.read_edges_into(declarations.ids(), import) : std::vector<embedded::EdgeRow>();
 }
 
 }  // namespace
@@ -39,8 +32,8 @@ TestImports importing_tests(storage::Database& db, std::span<const storage::Scop
         ids.push_back(file.id);
     }
     const embedded::DeclarationTable& declarations = db.declarations_of(ids);
-    const std::vector<embedded::EdgeRow> imports = import_edges_into(db, declarations);
-    db.read_paths(sources_of(imports));
+    const std::vector<embedded::EdgeRow> imports = import_edges_into(declarations, db);
+    db.read_paths(embedded::sources_of(imports));
     models::OrderedMap<storage::FileId, bool> is_test;
     for (const embedded::EdgeRow& edge : imports) {
         const Text* const source = db.path(edge.source);

@@ -1,0 +1,124 @@
+// The index as everything that reads it sees it, wherever it lies.
+#pragma once
+
+#include "embedded/index/declaration_table.h"
+#include "embedded/index/rows.h"
+#include "models/ordered_map.h"
+#include "models/text.h"
+#include "storage/database.h"
+#include "storage/grounding_queries.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace embedded {
+
+/// Is given rows one by one; their texts are valid for as long as it is called.
+template <class Row>
+using Take = std::function<void(const Row&)>;
+
+/// Where an index comes from.
+struct IndexOrigin {
+    std::string state;       ///< what tells this state of the index from all others
+    std::int64_t bytes = 0;  ///< how large it is
+    std::string made;        ///< when it was written, in UTC: "2026-11-24T10:53:02Z"
+};
+
+}  // namespace embedded
+
+namespace storage {
+
+/// An index in one state: whatever is written meanwhile, all answers are from the state in which it was opened. The
+/// component's queries, the tests that import, and all look-ups are made of the rows that it reads. For one thread at a
+/// time; its records are for any number.
+///
+/// Every function that reads throws `embedded::IndexError`, and what a watch of the connection throws. Where it does not
+/// say so, rows come in any order, and what the index does not hold is passed over. Lists may be of any length.
+class Database {
+  public:
+    Database() = default;
+    virtual ~Database() = default;
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /// What messages call the index.
+    [[nodiscard]] virtual std::string name() const = 0;
+    [[nodiscard]] virtual embedded::IndexOrigin origin() = 0;
+    /// What the index notes of itself under this key; empty when it notes nothing.
+    [[nodiscard]] virtual std::string noted(std::string_view key) = 0;
+
+    /// How many files there are; `most` where there are more.
+    [[nodiscard]] virtual std::int64_t count_files(std::int64_t most) = 0;
+    /// The files with these paths, in that order, each once.
+    virtual void read_files_at(std::span<const std::string> paths, const embedded::Take<embedded::FileRow>& take) = 0;
+    /// The files below a folder, or below none ("") all, in path order.
+    virtual void read_files_below(std::string_view folder, const embedded::Take<embedded::FileRow>& take) = 0;
+    virtual void read_files(std::vector<FileId> ids, const embedded::Take<embedded::FileRow>& take) = 0;
+
+    virtual void read_declarations_in(std::vector<FileId> files,
+                                      const embedded::Take<embedded::DeclarationRow>& take) = 0;
+    virtual void read_declarations(std::vector<SymbolId> ids, const embedded::Take<embedded::DeclarationRow>& take) = 0;
+    virtual void read_declarations_named(std::string_view name,
+                                         const embedded::Take<embedded::DeclarationRow>& take) = 0;
+    /// The names of all declarations that hold `part`, be it with other capitals A to Z; maybe others too.
+    virtual void read_names(std::string_view part, const embedded::Take<embedded::NameRow>& take) = 0;
+    virtual void read_descriptions(std::vector<SymbolId> declarations,
+                                   const embedded::Take<embedded::DescriptionRow>& take) = 0;
+
+    virtual void read_resolutions(const embedded::Take<embedded::ResolutionRow>& take) = 0;
+    /// Those of the languages whose imports the indexer resolves.
+    virtual void read_resolved_languages(std::span<const models::Text> names,
+                                         const embedded::Take<std::string_view>& take) = 0;
+
+    /// The edges into some declarations, of all resolutions or of one.
+    [[nodiscard]] virtual std::vector<embedded::EdgeRow>
+    read_edges_into(std::vector<SymbolId> declarations, std::optional<embedded::RowId> resolution = std::nullopt) = 0;
+    /// The edges out of some files.
+    [[nodiscard]] virtual std::vector<embedded::EdgeRow> read_edges_out_of(std::vector<FileId> files) = 0;
+
+    // What records have in common. Rows refer to files, declarations and resolutions by number; each of these is read
+    // once, and its texts are shared.
+
+    /// The one shared text with these characters. It never holds more texts than the index does.
+    [[nodiscard]] models::Text text(std::string_view characters);
+
+    /// Reads the paths of files, for `path`.
+    void read_paths(std::vector<FileId> files);
+
+    /// The path of a file, if the index has it and `read_paths` has read it; else null. Valid until the next reading.
+    [[nodiscard]] const models::Text* path(FileId file) const { return paths_.find(file); }
+
+    /// The name of a resolution; the empty text when the index has none.
+    [[nodiscard]] models::Text resolution(embedded::RowId id);
+
+    /// The number of a resolution; none when the index has none of that name.
+    [[nodiscard]] std::optional<embedded::RowId> resolution_named(std::string_view name);
+
+    /// The declarations of these files, as far as the index has both. The last answer is remembered, as all questions
+    /// of a page are about the same files; it is valid until the next question.
+    const embedded::DeclarationTable& declarations_of(std::span<const FileId> files);
+
+    /// The declarations with these ids, as far as the index has them and their files.
+    [[nodiscard]] embedded::DeclarationTable declarations(const std::vector<SymbolId>& ids);
+
+  private:
+    /// Has `read` read declarations, and makes records of those whose files the index has.
+    embedded::DeclarationTable
+    records(const std::function<void(const embedded::Take<embedded::DeclarationRow>&)>& read);
+
+    void know_resolutions();
+
+    std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
+    models::OrderedMap<FileId, models::Text> paths_;
+    models::OrderedMap<embedded::RowId, models::Text> resolutions_;
+    std::vector<FileId> page_;  // the files of which these are the declarations
+    embedded::DeclarationTable declarations_of_page_;
+};
+
+}  // namespace storage
