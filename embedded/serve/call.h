@@ -14,7 +14,10 @@ namespace embedded::serve {
 /// Out of a call that its client has cancelled.
 struct Cancelled {};
 
-/// What a call's own thread and the one that reads messages share.
+/// Out of a call that turns out to be long while it is not among those that are.
+struct TakesLong {};
+
+/// What the thread that a call runs on and the one that reads messages share.
 class Call {
   public:
     /// `progress_token` is null when the client does not want to hear of progress, which goes to `notifications`.
@@ -34,6 +37,14 @@ class Call {
         }
     }
 
+    /// Throws `TakesLong` unless the call is among the long ones already.
+    void take_long() const {
+        if (!is_long_) {
+            throw TakesLong{};
+        }
+    }
+    void join_long_ones() { is_long_ = true; }
+
     /// Says that `done` of `total` steps are done, and checks.
     void report(std::int64_t done, std::int64_t total, const std::string& what) const {
         check();
@@ -52,6 +63,7 @@ class Call {
     const std::shared_ptr<MessageSink> answers_;
     const std::shared_ptr<MessageSink> notifications_;
     std::atomic<bool> is_cancelled_ = false;
+    bool is_long_ = false;
 };
 
 }  // namespace embedded::serve

@@ -4,7 +4,6 @@
 #include "utils/saturating.h"
 
 #include <algorithm>
-#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <vector>
@@ -92,19 +91,19 @@ Sent output_schema() {
         {"missing", "remarks"});
 }
 
-// Whether a page reads so much that it has to wait until others of its kind have ended.
-Size size_of(storage::Database& db, std::span<const std::string> files) {
+// Whether a page reads so much that short calls are not to wait for it.
+bool is_long(storage::Database& db, std::span<const std::string> files) {
     constexpr std::size_t MANY_FILES = 100;
     constexpr std::int64_t MANY_USES = 20'000;
     if (files.size() > MANY_FILES) {
-        return Size::LARGE;
+        return true;
     }
     std::vector<RowId> ids;
     db.read_files_at(files, [&](const FileRow& file) { ids.push_back(file.id); });
     std::int64_t uses = 0;
     db.read_declarations_in(std::move(ids),
                             [&](const DeclarationRow& row) { uses = utils::saturating_sum(uses, row.uses); });
-    return uses > MANY_USES ? Size::LARGE : Size::SMALL;
+    return uses > MANY_USES;
 }
 
 PageRequest request_of(const Received& arguments) {
@@ -154,10 +153,11 @@ ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, cons
     workplace.index.borrow(
         [&call] { call.check(); },
         [&](storage::Database& db) {
-            std::optional<Turns::Turn> turn;
             const RequestedPage page(here, db, [&](std::span<const std::string> files) {
+                if (is_long(db, files)) {
+                    call.take_long();
+                }
                 call.report(1, STEPS, "found " + counted(std::ssize(files), "file"));
-                turn.emplace(workplace.turns, size_of(db, files), call);
             });
             answer.remarks = page.remarks();
             if (page.is_failure()) {

@@ -35,13 +35,8 @@ std::string text_for_people(const Result& result) {
     return out.str();
 }
 
-// Asks the index when it is this call's turn.
 void ask(const Workplace& workplace, const Call& call, const std::function<void(storage::Database&)>& question) {
-    workplace.index.borrow([&call] { call.check(); },
-                           [&](storage::Database& index) {
-                               const Turns::Turn turn(workplace.turns, Size::SMALL, call);
-                               question(index);
-                           });
+    workplace.index.borrow([&call] { call.check(); }, question);
 }
 
 ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const Call& call) {

@@ -1,42 +1,35 @@
 #include "embedded/serve/running_calls.h"
 
-#include <system_error>
+#include <algorithm>
 #include <utility>
 
 namespace embedded::serve {
 
-RunningCalls::~RunningCalls() {
-    {
-        const std::scoped_lock lock(mutex_);
-        for (const auto& [id, call] : calls_) {
-            call->cancel();
+RunningCalls::RunningCalls() {
+    const unsigned cores = std::max(std::thread::hardware_concurrency(), 1U);
+    for (unsigned i = 0; i < cores; ++i) {
+        for (Lane* const lane : {&short_, &long_}) {
+            threads_.emplace_back([this, lane](const std::stop_token& stop) { run_calls(*lane, stop); });
         }
-        is_over_ = true;
     }
-    started_.notify_all();
-    for (std::thread& thread : threads_) {
-        thread.join();
+}
+
+RunningCalls::~RunningCalls() {
+    const std::scoped_lock lock(mutex_);
+    for (const auto& [id, call] : calls_) {
+        call->cancel();
     }
 }
 
 bool RunningCalls::start(const std::shared_ptr<Call>& call, std::function<void(Call&)> work) {
-    std::unique_lock lock(mutex_);
-    ended_.wait(lock, [this] { return waiting_.size() < MOST_WAITING; });
-    if (!calls_.emplace(call->id(), call).second) {
-        return false;
-    }
-    waiting_.push_back({call, std::move(work)});
-    if (waiting_.size() > idle_ && threads_.size() < MOST_AT_ONCE) {
-        try {
-            threads_.emplace_back([this] { run_calls(); });
-        } catch (const std::system_error&) {  // the machine gives no more: the ones that there are will do
-            if (threads_.empty()) {
-                throw;
-            }
+    {
+        std::unique_lock lock(mutex_);
+        ended_.wait(lock, [this] { return calls_.size() < MOST; });
+        if (!calls_.emplace(call->id(), call).second) {
+            return false;
         }
     }
-    lock.unlock();
-    started_.notify_one();
+    put(short_, {call, std::move(work)});
     return true;
 }
 
@@ -57,24 +50,42 @@ bool RunningCalls::finish(std::chrono::milliseconds patience) {
     return true;
 }
 
-void RunningCalls::run_calls() {
+void RunningCalls::put(Lane& lane, Work work) {
+    const std::scoped_lock lock(mutex_);
+    lane.waiting.push_back(std::move(work));
+    lane.arrived.notify_one();
+}
+
+RunningCalls::Work RunningCalls::take(Lane& lane, const std::stop_token& stop) {
     std::unique_lock lock(mutex_);
+    if (!lane.arrived.wait(lock, stop, [&lane] { return !lane.waiting.empty(); })) {
+        return {};
+    }
+    Work work = std::move(lane.waiting.front());
+    lane.waiting.pop_front();
+    return work;
+}
+
+void RunningCalls::run_calls(Lane& lane, const std::stop_token& stop) {
     while (true) {
-        ++idle_;
-        started_.wait(lock, [this] { return is_over_ || !waiting_.empty(); });
-        --idle_;
-        if (waiting_.empty()) {
+        Work work = take(lane, stop);
+        if (work.call == nullptr) {
             return;
         }
-        Work work = std::move(waiting_.front());
-        waiting_.pop_front();
-        lock.unlock();
-        work.run(*work.call);
-        lock.lock();
-        calls_.erase(work.call->id());
-        work = {};  // with its part of a batch
-        ended_.notify_all();
+        try {
+            work.run(*work.call);
+            end(*work.call);
+        } catch (const TakesLong&) {
+            work.call->join_long_ones();
+            put(long_, std::move(work));
+        }
     }
+}
+
+void RunningCalls::end(const Call& call) {
+    const std::scoped_lock lock(mutex_);
+    calls_.erase(call.id());
+    ended_.notify_all();
 }
 
 }  // namespace embedded::serve

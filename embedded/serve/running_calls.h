@@ -11,27 +11,27 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <stop_token>
 #include <thread>
 #include <vector>
 
 namespace embedded::serve {
 
-/// Runs each call on a thread of its own; a thread whose call has ended takes the next one. Its functions are for one
-/// thread.
+/// Runs as many long calls at once as there are cores, and as many others beside them: no short call waits for a long one,
+/// and memory is taken for so many alone. Its functions are for one thread.
 class RunningCalls {
   public:
-    /// So many calls run at once; others wait for one of them to end.
-    static constexpr std::size_t MOST_AT_ONCE = 256;
-    /// So many wait; who starts one more waits as well.
-    static constexpr std::size_t MOST_WAITING = 65'536;
+    /// So many calls go on or wait; who starts one more waits as well.
+    static constexpr std::size_t MOST = 4096;
 
-    RunningCalls() = default;
-    /// Cancels what runs, and waits for its end.
+    RunningCalls();
+    /// Cancels what there is, and waits for its end.
     ~RunningCalls();
     RunningCalls(const RunningCalls&) = delete;
     RunningCalls& operator=(const RunningCalls&) = delete;
 
-    /// `work` throws nothing. False, and nothing is started, when a call of this id has not ended.
+    /// `work` throws nothing but `TakesLong`; then it is run once more, among the long ones. False, and nothing is
+    /// started, when a call of this id has not ended.
     bool start(const std::shared_ptr<Call>& call, std::function<void(Call&)> work);
 
     /// Cancels the call of this id if there is one that has not ended.
@@ -45,16 +45,24 @@ class RunningCalls {
         std::shared_ptr<Call> call;
         std::function<void(Call&)> run;
     };
-    void run_calls();
+    // Calls that wait for one of the threads that take them.
+    struct Lane {
+        std::deque<Work> waiting;
+        std::condition_variable_any arrived;
+    };
+
+    void put(Lane& lane, Work work);
+    /// Waits for work; without a call once the thread is to stop.
+    Work take(Lane& lane, const std::stop_token& stop);
+    void run_calls(Lane& lane, const std::stop_token& stop);
+    void end(const Call& call);
 
     std::mutex mutex_;
-    std::condition_variable started_;
     std::condition_variable ended_;
     std::map<Received, std::shared_ptr<Call>> calls_;  // that have not ended
-    std::deque<Work> waiting_;
-    std::size_t idle_ = 0;
-    bool is_over_ = false;
-    std::vector<std::thread> threads_;
+    Lane short_;                                       // and what is not known to be long
+    Lane long_;
+    std::vector<std::jthread> threads_;  // which stop before the rest is gone
 };
 
 }  // namespace embedded::serve

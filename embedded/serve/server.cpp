@@ -94,7 +94,7 @@ Server::Server(ServerOptions options, std::shared_ptr<MessageSink> out)
     : options_(std::move(options)), out_(std::move(out)),
       index_(options_.index,
              [this] { log(Level::INFO, options_.index->name() + ": replaced; the new index is served now"); }),
-      workplace_{index_, turns_, options_.checkout} {}
+      workplace_{index_, options_.checkout} {}
 
 bool Server::run(MessageReader& in) {
     constexpr std::chrono::seconds PATIENCE(1);
@@ -275,6 +275,7 @@ Server::Work Server::tool_call(const Received& params) {
 
 void Server::answer_with(const Work& work, Call& call) {
     try {
+        call.check();
         const std::string result = work(call);
         call.check();
         call.send(answer(call.id(), result));

@@ -1,15 +1,13 @@
 // The Model Context Protocol: pages and look-ups for programs that write, one message a line.
 //
 // A client says `initialize`, then asks for tools, resources and prompts. What only tells what there is is answered at
-// once; what reads the index is a call, on a thread of its own, so that answers come in the order in which they are
-// ready.
+// once; what reads the index is a call on another thread, so that answers come in the order in which they are ready.
 #pragma once
 
 #include "embedded/serve/index_connections.h"
 #include "embedded/serve/message_stream.h"
 #include "embedded/serve/running_calls.h"
 #include "embedded/serve/tools.h"
-#include "embedded/serve/turns.h"
 
 #include <atomic>
 #include <cstdint>
@@ -60,7 +58,7 @@ class Server {
     /// None for methods that nobody knows.
     Work work_of(const Message& message);
     Work tool_call(const Received& params);
-    /// Sends what the work gives, or why it fails.
+    /// Sends what the work gives, or why it fails. Throws `TakesLong` alone.
     void answer_with(const Work& work, Call& call);
 
     void log(Level level, const std::string& text);
@@ -70,7 +68,6 @@ class Server {
     std::atomic<Level> level_ = Level::WARNING;
     bool is_initialized_ = false;
     IndexConnections index_;
-    Turns turns_;
     const Workplace workplace_;
     RunningCalls calls_;
 };

@@ -5,7 +5,6 @@
 #include "embedded/serve/call.h"
 #include "embedded/serve/index_connections.h"
 #include "embedded/serve/json_rpc.h"
-#include "embedded/serve/turns.h"
 
 #include <span>
 #include <stdexcept>
@@ -18,7 +17,6 @@ namespace embedded::serve {
 /// What a tool works with, for all of its calls.
 struct Workplace {
     IndexConnections& index;
-    Turns& turns;
     const std::string& checkout;  ///< empty for the folder that the index was made in
 };
 
