@@ -8,9 +8,11 @@ namespace {
 
 constexpr int DEEPEST = 64;
 constexpr std::size_t MOST_VALUES = 100'000;
+constexpr std::size_t LONGEST_ID = 256;         // bytes
+constexpr std::size_t LONGEST_REASON = 16'384;  // bytes
 
 bool is_id(const Received& value) {
-    return value.is_string() || value.is_number();
+    return value.is_number() || (value.is_string() && value.get_ref<const std::string&>().size() <= LONGEST_ID);
 }
 
 RpcError invalid(const std::string& problem) {
@@ -64,7 +66,7 @@ Message read_message(const Received& value) {
     Message message{.kind = Message::Kind::NOTIFICATION, .id = {}, .method = *method};
     if (id != value.end()) {
         if (!is_id(*id)) {
-            throw invalid("id: must be a text or a number");
+            throw invalid("id: must be a number or a text of at most " + std::to_string(LONGEST_ID) + " bytes");
         }
         message.kind = Message::Kind::REQUEST;
         message.id = *id;
@@ -88,8 +90,8 @@ std::string answer(const Received& id, std::string_view result) {
 }
 
 std::string answer(const Received& id, const RpcError& error) {
-    Sent details = {{"code", error.code()}, {"message", error.what()}};
-    if (!error.data().is_null()) {
+    Sent details = {{"code", error.code()}, {"message", std::string(error.what()).substr(0, LONGEST_REASON)}};
+    if (!error.data().is_null() && text_of(error.data()).size() <= LONGEST_REASON) {
         details["data"] = error.data();
     }
     return R"({"jsonrpc":"2.0","id":)" + id.dump() + R"(,"error":)" + text_of(details) + "}";

@@ -46,7 +46,7 @@ struct Message {
     enum class Kind : std::uint8_t { REQUEST, NOTIFICATION, RESPONSE };
 
     Kind kind = Kind::NOTIFICATION;
-    Received id;  ///< a text or a number; null where it is no request
+    Received id;  ///< a number, or a text of at most 256 bytes; null where it is no request
     std::string method;
     Received params = Received::object();
 };
@@ -61,7 +61,8 @@ Message read_message(const Received& value);
 /// The id that an error in this value is answered with: its own when that is one, else null.
 Received id_of(const Received& value);
 
-/// Messages as one line each, without its end. Bytes that are not UTF-8 become U+FFFD. `result` is JSON.
+/// Messages as one line each, without its end. Bytes that are not UTF-8 become U+FFFD. `result` is JSON; of an error as
+/// much is said as fits into a few lines, though it names what a client has sent.
 std::string answer(const Received& id, std::string_view result);
 std::string answer(const Received& id, const RpcError& error);
 std::string notification(std::string_view method, const Sent& params);

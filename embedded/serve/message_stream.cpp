@@ -99,14 +99,22 @@ void MessageWriter::send(std::string_view message) {
 }
 
 Batch::~Batch() {
-    if (!answers_.empty()) {
-        out_->send("[" + answers_ + "]");
-    }
+    send_answers();
 }
 
 void Batch::send(std::string_view message) {
+    constexpr std::size_t BETWEEN = 3;  // bytes: brackets and a comma
     const std::scoped_lock lock(mutex_);
+    if (answers_.size() + message.size() + BETWEEN > LONGEST_MESSAGE) {
+        send_answers();
+    }
     answers_.append(answers_.empty() ? "" : ",").append(message);
+}
+
+void Batch::send_answers() {
+    if (!answers_.empty()) {
+        out_->send("[" + std::exchange(answers_, {}) + "]");
+    }
 }
 
 }  // namespace embedded::serve

@@ -69,7 +69,8 @@ class MessageWriter : public MessageSink {
     std::mutex mutex_;
 };
 
-/// Collects the answers to the requests of a batch, and sends them as one array at its end, if there are any.
+/// Collects the answers to the requests of a batch, and sends them as one array at its end, if there are any; as more than
+/// one where they do not fit into a message.
 class Batch : public MessageSink {
   public:
     explicit Batch(std::shared_ptr<MessageSink> out) : out_(std::move(out)) {}
@@ -80,6 +81,8 @@ class Batch : public MessageSink {
     void send(std::string_view message) override;
 
   private:
+    void send_answers();
+
     std::shared_ptr<MessageSink> out_;
     std::mutex mutex_;
     std::string answers_;

@@ -85,6 +85,15 @@ std::string failed_tool(const std::string& reason) {
     return tool_result(Sent::array({text_content(reason)}), "", true);
 }
 
+// The result, if it fits into a message.
+std::string fitting(std::string result) {
+    constexpr std::size_t ROOM_FOR_ID = 2048;
+    if (result.size() > LONGEST_MESSAGE - ROOM_FOR_ID) {
+        throw TooLarge{};
+    }
+    return result;
+}
+
 constexpr const char* TOO_LARGE = "the answer is longer than the 16 MiB of a message; ask for fewer paths or sections, "
                                   "or for a number of bytes";
 
@@ -261,8 +270,7 @@ Server::Work Server::tool_call(const Received& params) {
             for (const std::string& remark : answer.remarks) {
                 log(Level::WARNING, remark);
             }
-            std::string result = tool_result(answer);
-            return result.size() > LONGEST_MESSAGE - 1024 ? failed_tool(TOO_LARGE) : result;
+            return fitting(tool_result(answer));
         } catch (const TooLarge&) {
             return failed_tool(TOO_LARGE);
         } catch (const RpcError&) {
@@ -276,7 +284,7 @@ Server::Work Server::tool_call(const Received& params) {
 void Server::answer_with(const Work& work, Call& call) {
     try {
         call.check();
-        const std::string result = work(call);
+        const std::string result = fitting(work(call));
         call.check();
         call.send(answer(call.id(), result));
     } catch (const Cancelled&) {  // whose client waits for no answer

@@ -74,6 +74,13 @@ class Client : public MessageSink {
     std::vector<Received> notifications_;
 };
 
+class Sizes : public MessageSink {
+  public:
+    void send(std::string_view message) override { sizes.push_back(message.size()); }
+
+    std::vector<std::size_t> sizes;
+};
+
 class Serve : public IndexedFolder {
   protected:
     Serve() {
@@ -167,6 +174,7 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
         {R"({"jsonrpc":"2.0","id":"x"})", "-32600 \"x\" method: is missing"},
         {R"({"jsonrpc":"2.0","id":"x","method":7})", "-32600 \"x\" method: must"},
         {R"({"jsonrpc":"2.0","id":null,"method":"ping"})", "-32600 null id"},
+        {R"({"jsonrpc":"2.0","method":"ping","id":")" + std::string(257, 'x') + "\"}", "-32600 null id"},
         {R"({"jsonrpc":"2.0","id":"x","method":"ping","params":[]})", "-32602 \"x\" params"},
     };
     for (const auto& [line, expected] : lines) {
@@ -210,7 +218,11 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
         {"resources/read", {{"uri", "file:///etc/passwd"}}, -32002, "no such resource"},
         {"resources/read", {{"uri", "scope://page/../a.ts"}}, -32002, "../a.ts: not in the index"},
         {"resources/read", {{"uri", "scope://page/%4"}}, -32002, "a % is written as %25"},
+        {"tools/call", call("index_stats", {{std::string(1'000'000, 'x'), 1}}), -32602, "xxx"},
         {"prompts/get", {{"name", "write_wiki_page"}}, -32602, "paths: is missing"},
+        {"prompts/get",
+         {{"name", "write_wiki_page"}, {"arguments", {{"paths", "c.ts"}}}},
+         -32602,
         {"prompts/get",
          {{"name", "write_wiki_page"}, {"arguments", {{"paths", "a"}, {"max_bytes", "1k"}}}},
          -32602,
@@ -220,6 +232,7 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
         const Received error = ask(method, params).value("error", Received::object());
         EXPECT_EQ(error.value("code", 0), code) << method << params;
         EXPECT_TRUE(error.value("message", "").starts_with(message)) << error;
+        EXPECT_LT(error.dump().size(), 20'000U) << message;
     }
 }
 
@@ -343,6 +356,17 @@ TEST_F(Serve, EndsWithItsInputAndAtOnceOnSigterm) {
     EXPECT_EQ(run("serve --index none.db < in").err,
               "wiki-scope: none.db: no such index; make one with: wiki-scope import INDEX.scip --index none.db\n");
     EXPECT_EQ(run("serve --index index.db --checkout none < in").exit_code, 1);
+}
+
+TEST(Batch, SendsAsManyArraysAsItsAnswersNeed) {
+    const auto out = std::make_shared<Sizes>();
+    {
+        Batch batch(out);
+        for (const std::size_t size : {LONGEST_MESSAGE / 2, LONGEST_MESSAGE / 2 - 3, std::size_t{9}}) {
+            batch.send(std::string(size, '7'));
+        }
+    }
+    EXPECT_EQ(out->sizes, (std::vector<std::size_t>{LONGEST_MESSAGE, 11}));
 }
 
 TEST(MessageReader, GivesLinesUpToALengthAndPassesOverLongerOnes) {
