@@ -1,4 +1,5 @@
 #include "embedded/serve/bounded_text.h"
+#include "embedded/serve/schema.h"
 #include "embedded/serve/tools.h"
 #include "embedded/text/counted.h"
 #include "utils/saturating.h"
@@ -30,7 +31,7 @@ Sent input_schema() {
     return object_schema(
         {{"paths",
           {{"type", "array"},
-           {"items", {{"type", "string"}, {"minLength", 1}, {"maxLength", 4096}}},
+           {"items", {{"type", "string"}, {"minLength", 1}, {"maxLength", LONGEST_PATH}}},
            {"minItems", 1},
            {"maxItems", 1000},
            {"description", "Files of the index; a folder stands for the files below it, \".\" for all, and a pattern "
@@ -144,6 +145,10 @@ ToolAnswer run(const Received& arguments, const Workplace& workplace, const Call
 }
 
 }  // namespace
+
+PageRequest page_request(const Received& arguments) {
+    return request_of(checked(arguments, input_schema()));
+}
 
 ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, const Call& call) {
     constexpr std::int64_t STEPS = 3;

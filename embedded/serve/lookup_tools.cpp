@@ -101,7 +101,7 @@ Tool find_declarations_tool() {
                 object_schema({{"name",
                                 {{"type", "string"},
                                  {"minLength", 1},
-                                 {"maxLength", 4096},
+                                 {"maxLength", LONGEST_PATH},
                                  {"description", "A name, its beginning or a part of it; Subject.next finds the next "
                                                  "of Subject."}}},
                                {"limit",

@@ -63,7 +63,7 @@ Sent write_wiki_page_prompt() {
 }
 
 PageRequest page_to_write(const Received& arguments) {
-    PageRequest request;
+    Received page = Received::object();
     for (const auto& [key, value] : arguments.items()) {
         if (key != "paths" && key != "max_bytes") {
             throw bad_parameter(key, "no such argument");
@@ -72,8 +72,8 @@ PageRequest page_to_write(const Received& arguments) {
             throw bad_parameter(key, "must be a text");
         }
     }
-    request.paths = lines_in(arguments.value("paths", ""));
-    if (request.paths.empty()) {
+    page["paths"] = lines_in(arguments.value("paths", ""));
+    if (page["paths"].empty()) {
         throw bad_parameter("paths", "is missing");
     }
     if (const std::string budget = arguments.value("max_bytes", ""); !budget.empty()) {
@@ -82,12 +82,12 @@ PageRequest page_to_write(const Received& arguments) {
         if (error != std::errc() || end != budget.data() + budget.size()) {
             throw bad_parameter("max_bytes", "must be a whole number");
         }
-        request.max_bytes = bytes;
+        page["max_bytes"] = bytes;
     }
-    return request;
+    return page_request(page);
 }
 
-std::string write_wiki_page(const PageRequest& request, const Workplace& workplace, const Call& call) {
+std::string write_wiki_page(const PageRequest& request, const Workplace& workplace, const Call& call) try {
     const ToolAnswer page = grounded(request, workplace, call);
     std::string text = WRITING_RULES;
     if (!page.remarks.empty()) {
@@ -99,6 +99,8 @@ std::string write_wiki_page(const PageRequest& request, const Workplace& workpla
     text.append("\n---\n\n").append(page.text);
     return text_of({{"description", "A wiki page, from what is known of its files"},
                     {"messages", Sent::array({{{"role", "user"}, {"content", {{"type", "text"}, {"text", text}}}}})}});
+} catch (const ToolFailure& failure) {
+    throw bad_parameter("paths", failure.what());
 }
 
 }  // namespace embedded::serve

@@ -11,10 +11,10 @@ namespace embedded::serve {
 /// stated of these.
 Sent write_wiki_page_prompt();
 
-/// The paths and the budget in the arguments of the prompt, which are texts. Throws `RpcError` that names the field.
+/// The page that the arguments of the prompt, which are texts, ask for. Throws `RpcError` that names the field.
 PageRequest page_to_write(const Received& arguments);
 
-/// What `prompts/get` gives. Throws as `RunTool` does.
+/// What `prompts/get` gives. Throws `RpcError` where the index does not hold the paths, else as `RunTool` does.
 std::string write_wiki_page(const PageRequest& request, const Workplace& workplace, const Call& call);
 
 }  // namespace embedded::serve

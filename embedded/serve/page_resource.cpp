@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 namespace embedded::serve {
@@ -35,7 +36,7 @@ Sent page_template() {
             {"mimeType", "text/markdown"}};
 }
 
-std::string path_of_page(const std::string& uri) {
+PageRequest page_at(const std::string& uri) {
     std::string_view rest = uri;
     if (!rest.starts_with(PREFIX)) {
         throw no_such_page(uri, "no such resource; pages are at " + std::string(PREFIX) + "{+path}");
@@ -53,12 +54,17 @@ std::string path_of_page(const std::string& uri) {
     if (path.empty()) {
         throw no_such_page(uri, "no path is named; " + std::string(PREFIX) + ". is the page of all files");
     }
-    return path;
+    if (path.size() > LONGEST_PATH || path.find('\0') != std::string::npos) {
+        throw no_such_page(uri, "a path has at most " + std::to_string(LONGEST_PATH) + " bytes, and no NUL");
+    }
+    return {.paths = {path}};
 }
 
-std::string read_page(const std::string& uri, const Workplace& workplace, const Call& call) {
+std::string read_page(const std::string& uri, const PageRequest& request, const Workplace& workplace,
+                      const Call& call) {
     try {
-        const ToolAnswer page = grounded({.paths = {path_of_page(uri)}}, workplace, call);
+        const ToolAnswer page = grounded(request, workplace, call);
+        workplace.warn(page.remarks);
         return text_of(
             {{"contents", Sent::array({{{"uri", uri}, {"mimeType", "text/markdown"}, {"text", page.text}}})}});
     } catch (const ToolFailure& failure) {

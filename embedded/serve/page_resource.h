@@ -11,10 +11,10 @@ namespace embedded::serve {
 /// a folder or a pattern, as Markdown.
 Sent page_template();
 
-/// The path in the address of a page. Throws `RpcError` when it is no such address.
-std::string path_of_page(const std::string& uri);
+/// The page at an address. Throws `RpcError` when it is no such address.
+PageRequest page_at(const std::string& uri);
 
-/// What `resources/read` gives. Throws as `RunTool` does.
-std::string read_page(const std::string& uri, const Workplace& workplace, const Call& call);
+/// What `resources/read` gives, for the page at `uri`; what leaves the page in doubt is told beside it. Throws as `RunTool` does.
+std::string read_page(const std::string& uri, const PageRequest& request, const Workplace& workplace, const Call& call);
 
 }  // namespace embedded::serve

@@ -74,8 +74,11 @@ Received checked_at(Received value, const Sent& schema, const std::string& field
         return type == "integer" ? Received(value.get<std::int64_t>()) : value;
     }
     if (type == "string") {
-        check_limits(static_cast<double>(value.get_ref<const std::string&>().size()), schema, "minLength", "maxLength",
-                     field, "have a length of");
+        const auto& text = value.get_ref<const std::string&>();
+        check_limits(static_cast<double>(text.size()), schema, "minLength", "maxLength", field, "have a length of");
+        if (text.find('\0') != std::string::npos) {
+            throw bad_parameter(field, "must not hold a NUL");
+        }
     } else if (type == "array") {
         check_limits(static_cast<double>(value.size()), schema, "minItems", "maxItems", field, "have a length of");
         for (std::size_t at = 0; at < value.size(); ++at) {

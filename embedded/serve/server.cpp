@@ -103,7 +103,11 @@ Server::Server(ServerOptions options, std::shared_ptr<MessageSink> out)
     : options_(std::move(options)), out_(std::move(out)),
       index_(options_.index,
              [this] { log(Level::INFO, options_.index->name() + ": replaced; the new index is served now"); }),
-      workplace_{index_, options_.checkout} {}
+      workplace_{index_, options_.checkout, [this](std::span<const std::string> remarks) {
+                     for (const std::string& remark : remarks) {
+                         log(Level::WARNING, remark);
+                     }
+                 }} {}
 
 bool Server::run(MessageReader& in) {
     constexpr std::chrono::seconds PATIENCE(1);
@@ -244,8 +248,8 @@ Server::Work Server::work_of(const Message& message) {
     }
     if (message.method == "resources/read") {
         const std::string& uri = text_parameter(params, "uri");
-        path_of_page(uri);
-        return [this, uri](Call& call) { return read_page(uri, workplace_, call); };
+        const PageRequest page = page_at(uri);
+        return [this, uri, page](Call& call) { return read_page(uri, page, workplace_, call); };
     }
     if (message.method == "prompts/get") {
         if (const std::string& name = text_parameter(params, "name"); name != "write_wiki_page") {
@@ -267,9 +271,7 @@ Server::Work Server::tool_call(const Received& params) {
     return [this, run = tool->run, arguments](Call& call) {
         try {
             const ToolAnswer answer = run(arguments, workplace_, call);
-            for (const std::string& remark : answer.remarks) {
-                log(Level::WARNING, remark);
-            }
+            workplace_.warn(answer.remarks);
             return fitting(tool_result(answer));
         } catch (const TooLarge&) {
             return failed_tool(TOO_LARGE);

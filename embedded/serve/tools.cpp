@@ -43,7 +43,7 @@ std::vector<PathRule> test_rules(const Received& arguments) {
 
 Sent path_list(const std::string& description) {
     return {{"type", "array"},
-            {"items", {{"type", "string"}, {"minLength", 1}, {"maxLength", 4096}}},
+            {"items", {{"type", "string"}, {"minLength", 1}, {"maxLength", LONGEST_PATH}}},
             {"maxItems", 1000},
             {"default", Sent::array()},
             {"description", description}};

@@ -6,6 +6,8 @@
 #include "embedded/serve/index_connections.h"
 #include "embedded/serve/json_rpc.h"
 
+#include <cstddef>
+#include <functional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -18,7 +20,12 @@ namespace embedded::serve {
 struct Workplace {
     IndexConnections& index;
     const std::string& checkout;  ///< empty for the folder that the index was made in
+    /// Tells the client what leaves an answer in doubt.
+    std::function<void(std::span<const std::string> remarks)> warn;
 };
+
+/// How many bytes a path or a name has at most.
+inline constexpr std::size_t LONGEST_PATH = 4096;
 
 struct ToolAnswer {
     std::string text;                       ///< what the command of the same purpose prints
@@ -68,6 +75,9 @@ Tool ground_page_tool();
 Tool find_declarations_tool();
 Tool list_files_tool();
 Tool index_stats_tool();
+
+/// The page that these arguments of `ground_page` ask for, once they are checked. Throws `RpcError` that names the field.
+PageRequest page_request(const Received& arguments);
 
 /// The page that is asked for. Throws as `RunTool` does.
 ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, const Call& call);
