@@ -17,6 +17,13 @@ namespace {
 const Sent TEXT = {{"type", "string"}};
 const Sent COUNT = {{"type", "integer"}, {"minimum", 0}};
 
+constexpr std::int64_t MOST_LISTED = 10'000;
+
+Sent described(Sent schema, const std::string& description) {
+    schema["description"] = description;
+    return schema;
+}
+
 Sent list_of(const Sent& items, const std::string& description) {
     return {{"type", "array"}, {"items", items}, {"description", description}};
 }
@@ -47,8 +54,10 @@ ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const
         answer.structured = json_of(found);
         answer.text = found.count == 0 ? said_of_none(name) + "\n" : text_for_people(found);
         if (const std::int64_t more = found.count - std::ssize(found.best); more > 0) {
-            answer.remarks.push_back("... and " + std::to_string(more) + " more; a limit of " +
-                                     std::to_string(found.count) + " lists all");
+            answer.remarks.push_back("... and " + std::to_string(more) + " more; " +
+                                     (found.count > MOST_LISTED
+                                          ? "a longer name finds fewer"
+                                          : "a limit of " + std::to_string(found.count) + " lists all"));
         }
     });
     return answer;
@@ -84,12 +93,12 @@ Tool find_declarations_tool() {
     const std::string name = "find_declarations";
     const Sent declaration = object_schema({{"match", {{"type", "string"}, {"enum", {"exact", "prefix", "part"}}}},
                                             {"name", TEXT},
-                                            {"fqn", TEXT},
+                                            {"fqn", described(TEXT, "With the names of what it stands in.")},
                                             {"kind", TEXT},
                                             {"path", TEXT},
                                             {"start_line", {{"type", "integer"}}},
                                             {"end_line", {{"type", "integer"}}},
-                                            {"uses", COUNT}},
+                                            {"uses", described(COUNT, "References by production code of any file.")}},
                                            {"match", "name", "kind", "path", "start_line", "end_line", "uses"});
     return {.name = name,
             .definition = tool_definition(
@@ -107,24 +116,25 @@ Tool find_declarations_tool() {
                                {"limit",
                                 {{"type", "integer"},
                                  {"minimum", 1},
-                                 {"maximum", 10'000},
+                                 {"maximum", MOST_LISTED},
                                  {"default", 50},
                                  {"description", "How many to list at most."}}}},
                               {"name"}),
                 object_schema({{"declarations", list_of(declaration, "Best first; lines are 1-based and inclusive.")},
-                               {"count", COUNT}},
+                               {"count", described(COUNT, "Of all that were found.")}},
                               {"declarations", "count"})),
             .run = run_find};
 }
 
 Tool list_files_tool() {
     const std::string name = "list_files";
-    const Sent file = object_schema({{"path", TEXT},
-                                     {"language", {{"type", {"string", "null"}}}},
-                                     {"declarations", COUNT},
-                                     {"declared_lines", COUNT},
-                                     {"is_test", {{"type", "boolean"}}}},
-                                    {"path", "language", "declarations", "declared_lines", "is_test"});
+    const Sent file =
+        object_schema({{"path", TEXT},
+                       {"language", {{"type", {"string", "null"}}}},
+                       {"declarations", COUNT},
+                       {"declared_lines", described(COUNT, "Those that the declarations take up together.")},
+                       {"is_test", {{"type", "boolean"}}}},
+                      {"path", "language", "declarations", "declared_lines", "is_test"});
     return {.name = name,
             .definition = tool_definition(
                 name, "List the files of the index",
@@ -147,8 +157,8 @@ Tool index_stats_tool() {
                 "much of a repository the other tools know.",
                 object_schema(Sent::object()),
                 object_schema({{"index", TEXT},
-                               {"bytes", COUNT},
-                               {"made", {{"type", "string"}, {"description", "In UTC."}}},
+                               {"bytes", described(COUNT, "The size of the index.")},
+                               {"made", described(TEXT, "In UTC.")},
                                {"report", {{"type", "object"}, {"description", "What the import counted."}}}},
                               {"index", "bytes", "made", "report"})),
             .run = run_stats};

@@ -258,6 +258,19 @@ TEST_F(Serve, GivesAToolsOwnFailureAsItsResult) {
     EXPECT_EQ(none["isError"], false);
 }
 
+TEST_F(Serve, RecommendsNoLimitThatItRefuses) {
+    begin();
+    for (const auto& [last, advice] :
+         {std::pair("10000", "a limit of 10000 lists all"), std::pair("10001", "a longer name finds fewer")}) {
+        change(std::string(
+                   "WITH RECURSIVE new(id) AS (SELECT max(id) + 1 FROM symbols UNION ALL SELECT id + 1 FROM new ") +
+               "WHERE id <= " + last +
+               ") INSERT INTO symbols SELECT id, 1, 'many', 'many', 'function', 1, 3, 3, 0 FROM new");
+        const Received found = ask("tools/call", call("find_declarations", {{"name", "many"}, {"limit", 1}}))["result"];
+        EXPECT_TRUE(found["content"][1]["text"].get<std::string>().ends_with(advice)) << found;
+    }
+}
+
 TEST_F(Serve, ServesTheIndexThatIsThereAndSaysSo) {
     begin();
     ask("logging/setLevel", {{"level", "info"}});
