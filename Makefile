@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize fuzz release install install-check demo truth serve-check lint bench format clean
+.PHONY: all test sanitize fuzz release install install-check demo truth serve-check server-check lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -40,6 +40,13 @@ serve-check: build/dev/build.ninja
 	tools/install-packages demo
 	cmake --build --preset dev --target wiki-scope
 	clients/run build/dev/embedded/wiki-scope
+
+# Has pages and imports work with a PostgreSQL server of its own, then for LOAD_SECONDS under load while it fails.
+LOAD_SECONDS = 60
+server-check: all
+	tools/install-packages server
+	cmake --build --preset dev --target server_tests server_load
+	tools/with-postgresql tests/embedded/postgresql/run build/dev $(LOAD_SECONDS)
 
 # What the component and whole commands cost, as ratios.
 bench:

@@ -69,7 +69,7 @@ class Workshop {
             promise(0 <= done && done <= total && total > 0, "the steps that are done are some of all");
         };
         try {
-            return scip::import_scip({{folder_ / "in.scip"}, folder_ / "checkout"}, SqliteIndex(index_),
+            return scip::import_scip({{folder_ / "in.scip"}, folder_ / "checkout"}, *SqliteIndex(index_).replace(),
                                      check_progress);
         } catch (const std::runtime_error& error) {
             const std::string_view said = error.what();

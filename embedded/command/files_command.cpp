@@ -22,7 +22,7 @@ namespace {
 
 struct FilesArguments {
     std::vector<std::string> paths;
-    std::string index;
+    IndexOption index;
     std::string format = "text";
     PathRuleOptions tests;
 };
@@ -46,11 +46,11 @@ void add_files_command(CLI::App& app) {
     const auto arguments = std::make_shared<FilesArguments>();
     CLI::App& files = *app.add_subcommand("files", "List the files of an index");
     files.add_option("PATH", arguments->paths, "Files, folders and patterns, as for a page; by default all");
-    add_index_option(files, arguments->index);
+    add_index_options(files, arguments->index, "The index");
     add_format_option(files, arguments->format);
     add_test_options(files, arguments->tests);
     files.callback([arguments] {
-        read_index(arguments->index, [&](storage::Database& index) { print_files(*arguments, index); });
+        read_index(*index_of(arguments->index), [&](storage::Database& index) { print_files(*arguments, index); });
     });
 }
 

@@ -24,7 +24,7 @@ namespace {
 
 struct FindArguments {
     std::string name;
-    std::string index;
+    IndexOption index;
     std::string format = "text";
     std::int64_t limit = 50;
 };
@@ -50,11 +50,12 @@ void add_find_command(CLI::App& app) {
                     "as Subject.next, the whole name")
         ->required()
         ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
-    add_index_option(find, arguments->index);
+    add_index_options(find, arguments->index, "The index");
     add_format_option(find, arguments->format);
     add_number_option(find, "--limit", arguments->limit, "How many to list at most");
     find.callback([arguments] {
-        read_index(arguments->index, [&](storage::Database& index) { print_declarations(*arguments, index); });
+        read_index(*index_of(arguments->index),
+                   [&](storage::Database& index) { print_declarations(*arguments, index); });
     });
 }
 

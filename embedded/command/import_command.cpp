@@ -1,6 +1,7 @@
 #include "embedded/command/import_command.h"
 
 #include "embedded/command/file_option.h"
+#include "embedded/command/index_option.h"
 #include "embedded/command/interruption.h"
 #include "embedded/command/path_rule_options.h"
 #include "embedded/command/standard_output.h"
@@ -16,6 +17,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -25,7 +27,7 @@ namespace {
 
 struct ImportArguments {
     std::vector<std::string> scip;
-    std::string index;
+    IndexOption index;
     PathRuleOptions exclusions;
     PathRuleOptions tests;
     std::string checkout;  // empty for the root that the SCIP files state
@@ -56,12 +58,25 @@ class ProgressLine {
     std::int64_t percent_ = -1;
 };
 
+std::string said_of_interruption(const Index& index) {
+    return "interrupted; nothing was changed at " + index.name();
+}
+
+std::unique_ptr<NewIndex> begin_index(const Index& index) {
+    try {
+        return index.replace([&] { Interruption::throw_if_requested(said_of_interruption(index)); });
+    } catch (const UnusableIndex& error) {
+        throw std::runtime_error(failure_of(index, error));
+    }
+}
+
 void run_import(const ImportArguments& arguments) {
     if (std::ranges::count(arguments.scip, "-") > 1) {
         throw CLI::ValidationError("INDEX.scip", "- can be named once");
     }
     const Interruption interruption;
-    const std::unique_ptr<Index> index = index_at(arguments.index);
+    const std::unique_ptr<Index> index = index_at(arguments.index.place, arguments.index.repository);
+    const std::unique_ptr<NewIndex> made = begin_index(*index);
     scip::ImportReport report;
     {
         ProgressLine progress;
@@ -70,13 +85,13 @@ void run_import(const ImportArguments& arguments) {
                                                                                  : std::optional(arguments.checkout),
                                           .exclusions = arguments.exclusions.rules(),
                                           .tests = arguments.tests.rules()};
-        report = scip::import_scip(request, *index, [&](std::int64_t done, std::int64_t total) {
-            Interruption::throw_if_requested("interrupted; nothing was changed at " + index->name());
+        report = scip::import_scip(request, *made, [&](std::int64_t done, std::int64_t total) {
+            Interruption::throw_if_requested(said_of_interruption(*index));
             progress.show(done, total);
         });
     }
     print([&](std::ostream& out) {
-        write_made(out, index->name(), report);
+        write_made(out, made->name(), report);
         write_findings(out, report);
     });
 }
@@ -88,7 +103,7 @@ void add_import_command(CLI::App& app) {
     CLI::App& command = *app.add_subcommand("import", "Make an index of a repository from SCIP files");
     add_file_option(command, "INDEX.scip", arguments->scip,
                     "What indexers for SCIP have written; - for standard input");
-    add_file_option(command, "--index", arguments->index, "The index to make, or to replace")->type_name("FILE.db");
+    add_index_options(command, arguments->index, "The index to make, or to replace");
     add_file_option(command, "--checkout", arguments->checkout,
                     "The folder that holds the sources; by default the one that the SCIP files state")
         ->type_name("DIR")

@@ -3,30 +3,56 @@
 #include "embedded/command/file_option.h"
 #include "embedded/index/index_at.h"
 #include "embedded/index/index_error.h"
+#include "embedded/text/utf8.h"
 
-#include <memory>
+#include <filesystem>
 #include <stdexcept>
 
 namespace embedded {
 
 namespace {
 
-std::string advice(UnusableIndex::Fault fault, const std::string& index) {
+std::string advice(UnusableIndex::Fault fault, const Index& index) {
     switch (fault) {
     case UnusableIndex::Fault::MISSING:
-        return "; make one with: wiki-scope import INDEX.scip --index " + index;
+        return "; make one with: wiki-scope import INDEX.scip " + index.options();
     case UnusableIndex::Fault::FOREIGN:
         return "; name another file";
     case UnusableIndex::Fault::OUTDATED:
         return "; import the SCIP file again";
+    case UnusableIndex::Fault::UNPREPARED:
+        return "; prepare it with: wiki-scope init --index " + index.name();
+    case UnusableIndex::Fault::NEWER:
+        return "; install a newer wiki-scope";
     }
     return "";
 }
 
+std::string name_of_folder(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::canonical(path.empty() ? "." : path, error);
+    return folder.filename();
+}
+
 }  // namespace
 
-void add_index_option(CLI::App& command, std::string& path) {
-    add_file_option(command, "--index", path, "The index, as made by wiki-scope import")->type_name("FILE.db");
+void add_index_options(CLI::App& command, IndexOption& option, const std::string& help) {
+    add_file_option(command, "--index", option.place, help + "; a file, or the address of a PostgreSQL database")
+        ->type_name("PLACE");
+    command
+        .add_option("--repository", option.repository,
+                    "Whose index it is, in a database; by default what the folder of the checkout is called")
+        ->type_name("NAME")
+        ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
+    command.parse_complete_callback([&option] {
+        if (!option.repository.empty() && !is_server(option.place)) {
+            throw CLI::ValidationError("--repository", "goes with the address of a database: a file holds one index");
+        }
+    });
+}
+
+std::unique_ptr<Index> index_of(const IndexOption& option, const std::string& checkout) {
+    return index_at(option.place, option.repository.empty() ? name_of_folder(checkout) : option.repository);
 }
 
 void add_checkout_option(CLI::App& command, std::string& path) {
@@ -36,7 +62,7 @@ void add_checkout_option(CLI::App& command, std::string& path) {
         ->required(false);
 }
 
-std::string failure_to_read(const std::string& index, const std::exception& failure) {
+std::string failure_of(const Index& index, const std::exception& failure) {
     const std::string what = failure.what();
     if (const auto* const unusable = dynamic_cast<const UnusableIndex*>(&failure)) {
         return what + advice(unusable->fault(), index);
@@ -47,15 +73,14 @@ std::string failure_to_read(const std::string& index, const std::exception& fail
                : what;
 }
 
-void read_index(const std::string& path, const std::function<void(storage::Database&)>& read) {
-    const std::unique_ptr<Index> index = index_at(path);
+void read_index(const Index& index, const std::function<void(storage::Database&)>& read) {
     try {
-        const std::unique_ptr<IndexConnection> connection = index->connect();
+        const std::unique_ptr<IndexConnection> connection = index.connect();
         read(*connection->read());
     } catch (const UnusableIndex& error) {
-        throw std::runtime_error(failure_to_read(index->name(), error));
+        throw std::runtime_error(failure_of(index, error));
     } catch (const IndexError& error) {
-        throw std::runtime_error(failure_to_read(index->name(), error));
+        throw std::runtime_error(failure_of(index, error));
     }
 }
 

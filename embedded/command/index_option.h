@@ -1,10 +1,11 @@
 // The index that a command reads.
 #pragma once
 
-#include "embedded/index/database.h"
+#include "embedded/index/index.h"
 
 #include <exception>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace CLI {
@@ -13,18 +14,28 @@ class App;
 
 namespace embedded {
 
-/// Adds "--index FILE.db", which is required.
-void add_index_option(CLI::App& command, std::string& path);
+/// Where a command's index lies.
+struct IndexOption {
+    std::string place;
+    std::string repository = {};  ///< in a server; empty for that of the checkout
+};
+
+/// Adds "--index PLACE", which is required, and "--repository NAME".
+void add_index_options(CLI::App& command, IndexOption& option, const std::string& help);
+
+/// The index that is to be read; `checkout` is empty for the current folder. Throws `CLI::ValidationError`, and what
+/// `index_at` throws.
+std::unique_ptr<Index> index_of(const IndexOption& option, const std::string& checkout = "");
 
 /// Adds "--checkout DIR", which may be left out.
 void add_checkout_option(CLI::App& command, std::string& path);
 
-/// The line that is said of a failure to open the index of this name or to read from it: where the index is at fault, what
-/// is wrong with it and what can be done about that; else what the failure says.
-std::string failure_to_read(const std::string& index, const std::exception& failure);
+/// The line that is said of a failure to open the index or to work with it: where the index is at fault, what is wrong with
+/// it and what can be done about that; else what the failure says.
+std::string failure_of(const Index& index, const std::exception& failure);
 
 /// Opens the index and has `read` read it. Throws what `read` throws; where the index is at fault it is a
-/// `std::runtime_error` with the line of `failure_to_read`.
-void read_index(const std::string& path, const std::function<void(storage::Database&)>& read);
+/// `std::runtime_error` with the line of `failure_of`.
+void read_index(const Index& index, const std::function<void(storage::Database&)>& read);
 
 }  // namespace embedded

@@ -3,6 +3,7 @@
 #include "embedded/command/files_command.h"
 #include "embedded/command/find_command.h"
 #include "embedded/command/import_command.h"
+#include "embedded/command/init_command.h"
 #include "embedded/command/page_command.h"
 #include "embedded/command/serve_command.h"
 #include "embedded/command/standard_error.h"
@@ -58,6 +59,7 @@ int run(int argc, char** argv) {
                  "wiki-scope");
     app.set_version_flag("--version", "wiki-scope " WIKI_SCOPE_VERSION);
     app.require_subcommand(1);
+    embedded::add_init_command(app);
     embedded::add_import_command(app);
     embedded::add_page_command(app);
     embedded::add_files_command(app);

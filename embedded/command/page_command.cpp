@@ -20,7 +20,7 @@ namespace embedded {
 namespace {
 
 struct PageArguments {
-    std::string index;
+    IndexOption index;
     std::string format = "markdown";
     std::vector<std::string> only;
     bool without_source = false;
@@ -63,7 +63,7 @@ void add_page_command(CLI::App& app) {
     page.add_option("PATH", arguments->page.paths,
                     "The files of the page; a folder or a pattern stands for those below it or that it matches")
         ->required();
-    add_index_option(page, arguments->index);
+    add_index_options(page, arguments->index, "The index");
     add_checkout_option(page, arguments->page.checkout);
     page.add_flag("--strict", arguments->page.is_strict, "Fail when the index does not hold one of the paths");
 
@@ -93,7 +93,8 @@ void add_page_command(CLI::App& app) {
 
     page.callback([arguments] {
         const PageRequest request = request_of(*arguments);
-        read_index(arguments->index, [&](storage::Database& index) { print_page(request, index); });
+        read_index(*index_of(arguments->index, request.checkout),
+                   [&](storage::Database& index) { print_page(request, index); });
     });
 }
 

@@ -4,7 +4,6 @@
 #include "embedded/command/index_option.h"
 #include "embedded/command/standard_error.h"
 #include "embedded/files/checkout.h"
-#include "embedded/index/index_at.h"
 #include "embedded/serve/server.h"
 
 #include <CLI/CLI.hpp>
@@ -20,7 +19,7 @@ namespace embedded {
 namespace {
 
 struct ServeArguments {
-    std::string index;
+    IndexOption index;
     std::string checkout;  // empty for the folder that the index was made in
 };
 
@@ -29,14 +28,11 @@ struct ServeArguments {
     std::_Exit(1);
 }
 
-void run_server(const ServeArguments& arguments) {
+void run_server(const ServeArguments& arguments, const std::shared_ptr<const Index>& index) {
     if (!arguments.checkout.empty()) {
         const Checkout must_be_there(arguments.checkout);
     }
-    const std::shared_ptr<const Index> index = index_at(arguments.index);
-    const auto describe = [name = index->name()](const std::exception& failure) {
-        return failure_to_read(name, failure);
-    };
+    const auto describe = [index](const std::exception& failure) { return failure_of(*index, failure); };
     const auto out = std::make_shared<serve::MessageWriter>(STDOUT_FILENO, end_without_output);
     serve::MessageReader in(STDIN_FILENO);
     serve::Server server({index, arguments.checkout, WIKI_SCOPE_VERSION, describe}, out);
@@ -50,13 +46,14 @@ void run_server(const ServeArguments& arguments) {
 void add_serve_command(CLI::App& app) {
     const auto arguments = std::make_shared<ServeArguments>();
     CLI::App& serve = *app.add_subcommand("serve", "Answer programs that speak the Model Context Protocol");
-    add_index_option(serve, arguments->index);
+    add_index_options(serve, arguments->index, "The index");
     add_checkout_option(serve, arguments->checkout);
     serve.callback([arguments] {
+        const std::shared_ptr<const Index> index = index_of(arguments->index, arguments->checkout);
         try {
-            run_server(*arguments);
+            run_server(*arguments, index);
         } catch (const std::exception& failure) {
-            throw std::runtime_error(failure_to_read(arguments->index, failure));
+            throw std::runtime_error(failure_of(*index, failure));
         }
     });
 }

@@ -18,7 +18,7 @@ namespace embedded {
 namespace {
 
 struct StatsArguments {
-    std::string index;
+    IndexOption index;
     std::string format = "text";
 };
 
@@ -27,10 +27,10 @@ struct StatsArguments {
 void add_stats_command(CLI::App& app) {
     const auto arguments = std::make_shared<StatsArguments>();
     CLI::App& stats = *app.add_subcommand("stats", "Tell what is in an index, and how it was made");
-    add_index_option(stats, arguments->index);
+    add_index_options(stats, arguments->index, "The index");
     add_format_option(stats, arguments->format);
     stats.callback([arguments] {
-        read_index(arguments->index, [&](storage::Database& index) {
+        read_index(*index_of(arguments->index), [&](storage::Database& index) {
             const IndexStats found = index_stats(index);
             print([&](std::ostream& out) {
                 arguments->format == "json" ? write_json(out, found) : write_text(out, found);

@@ -33,7 +33,7 @@ class IndexConnection {
     [[nodiscard]] virtual std::unique_ptr<storage::Database> read() = 0;
 
     /// Whether what would be read next is the index that lies there now. False too once the connection is lost.
-    [[nodiscard]] virtual bool is_current() const = 0;
+    [[nodiscard]] virtual bool is_current() = 0;
 };
 
 /// How many rows an index is to have.
@@ -59,6 +59,9 @@ class NewIndex {
     NewIndex(const NewIndex&) = delete;
     NewIndex& operator=(const NewIndex&) = delete;
 
+    /// What messages call the index.
+    [[nodiscard]] virtual std::string name() const = 0;
+
     /// Has `look` called while something is written.
     virtual void watch(Look look) = 0;
 
@@ -66,7 +69,8 @@ class NewIndex {
     [[nodiscard]] virtual std::string scratch_path(const std::string& role) const = 0;
 
     /// Says in which folder the repository lies, "" for nobody knows; to be called once, before what follows. Throws
-    /// `std::runtime_error` with one line when another import into this index is running, or nothing tells its name.
+    /// `IndexError`, and `std::runtime_error` with one line when another import into this index is running, or nothing
+    /// tells which index that is.
     virtual void claim(const std::string& folder) = 0;
 
     /// Whether an index lies there that would be replaced.
@@ -101,9 +105,13 @@ class Index {
     /// says what to do when it cannot be reached.
     [[nodiscard]] virtual std::unique_ptr<IndexConnection> connect() const = 0;
 
-    /// Begins a new index in its place. Throws `IndexError`, `UnusableIndex`, and `std::runtime_error` with one line when
-    /// what lies there is not to be replaced, or another import into this index is running.
-    [[nodiscard]] virtual std::unique_ptr<NewIndex> replace() const = 0;
+    /// The options of a command that name the index: "--index FILE.db". They never hold a password.
+    [[nodiscard]] virtual std::string options() const = 0;
+
+    /// Begins a new index in its place; `look` is called as after `watch`. Throws `IndexError`, `UnusableIndex`, and
+    /// `std::runtime_error` with one line when what lies there is not to be replaced, or another import into this index
+    /// is running.
+    [[nodiscard]] virtual std::unique_ptr<NewIndex> replace(Look look = [] {}) const = 0;
 };
 
 }  // namespace embedded

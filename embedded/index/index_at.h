@@ -8,7 +8,11 @@
 
 namespace embedded {
 
-/// The index at a place, which is the path of an SQLite file.
-std::unique_ptr<Index> index_at(const std::string& place);
+/// Whether a place is the address of a database server ("postgresql://..."); else it is the path of a file.
+bool is_server(const std::string& place);
+
+/// The index at a place. In a server it is that of a repository, whose name may be empty to import: the folder of the
+/// repository tells it then. Throws as `server_index` does.
+std::unique_ptr<Index> index_at(const std::string& place, const std::string& repository = "");
 
 }  // namespace embedded

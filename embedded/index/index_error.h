@@ -27,9 +27,11 @@ class IndexError : public std::runtime_error {
 class UnusableIndex : public std::runtime_error {
   public:
     enum class Fault : std::uint8_t {
-        MISSING,   ///< there is no such index
-        FOREIGN,   ///< what is there is no index
-        OUTDATED,  ///< an index of another schema version
+        MISSING,     ///< there is no such index
+        FOREIGN,     ///< what is there is no index
+        OUTDATED,    ///< an index of another schema version
+        UNPREPARED,  ///< a database that was not prepared for indexes of this version
+        NEWER,       ///< a database that was prepared for those of a newer program
     };
 
     UnusableIndex(Fault fault, const std::string& index, const std::string& reason)

@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
-#include <memory>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -171,16 +170,15 @@ void write_index(NewIndex& index, const Gathered& gathered, const Rules& rules, 
 
 }  // namespace
 
-ImportReport import_scip(const ImportRequest& request, const Index& index, const ImportProgress& progress) {
+ImportReport import_scip(const ImportRequest& request, NewIndex& index, const ImportProgress& progress) {
     Steps steps(progress);
-    const std::unique_ptr<NewIndex> made = index.replace();
-    made->watch([&] { steps.tell(); });
-    ScipFiles scip(request.scip_paths, made->scratch_path("input"), [&] { steps.tell(); });
+    index.watch([&] { steps.tell(); });
+    ScipFiles scip(request.scip_paths, index.scratch_path("input"), [&] { steps.tell(); });
     steps.expect(2 * scip.document_count());
     steps.tell();
     const Repository repository = scip.repository(request.checkout);
-    made->claim(request.checkout ? *request.checkout : repository.root.value_or("").string());
-    TextSpool spool(made->scratch_path("texts"));
+    index.claim(request.checkout ? *request.checkout : repository.root.value_or("").string());
+    TextSpool spool(index.scratch_path("texts"));
     ImportReport report;
     report.tool = scip.tools();
     SourcesOfCheckout sources(folder_of_sources(request.checkout, repository), spool);
@@ -188,7 +186,7 @@ ImportReport import_scip(const ImportRequest& request, const Index& index, const
     const PathRules tests(rules.tests);
     const TestRulesInForce in_force(tests);
     const Gathered gathered = read_all(scip, repository, rules, sources, spool, steps, report);
-    if (gathered.contents.files.empty() && made->would_replace()) {
+    if (gathered.contents.files.empty() && index.would_replace()) {
         throw std::runtime_error(scip.names() + ": no source file is named there, so " + index.name() +
                                  " is kept; run the indexer on sources, or remove the index first");
     }
@@ -199,9 +197,9 @@ ImportReport import_scip(const ImportRequest& request, const Index& index, const
     for (const std::string& path : gathered.contents.unwanted) {
         report.excluded.add(path);
     }
-    write_index(*made, gathered, rules, spool, steps, report);
+    write_index(index, gathered, rules, spool, steps, report);
     steps.tell();
-    made->commit();
+    index.commit();
     return report;
 }
 

@@ -34,7 +34,7 @@ struct ImportRequest {
     std::vector<PathRule> tests = {};
 };
 
-/// Makes one index of SCIP files, in place of any that lies there. Their paths become relative to the
+/// Makes one new index of SCIP files, from its beginning to its end. Their paths become relative to the
 /// root of the repository (project_root.h). The order in which they are named changes nothing, and a content that is
 /// named twice counts once. `progress` may be empty.
 ///
@@ -49,6 +49,6 @@ struct ImportRequest {
 /// symbols and declarations, and with pairs of a file and what it mentions, neither with occurrences nor with sources.
 ///
 /// Throws `std::runtime_error` with one line that names the file at fault and says what to do.
-ImportReport import_scip(const ImportRequest& request, const Index& index, const ImportProgress& progress);
+ImportReport import_scip(const ImportRequest& request, NewIndex& index, const ImportProgress& progress);
 
 }  // namespace embedded::scip

@@ -13,12 +13,14 @@ IndexConnections::IndexConnections(std::shared_ptr<const Index> index, std::func
 void IndexConnections::borrow(const std::function<void()>& watch, const std::function<void(storage::Database&)>& use) {
     std::unique_ptr<IndexConnection> connection = take();
     connection->watch(watch);
-    {
+    try {
         const std::unique_ptr<storage::Database> db = connection->read();
         note(db->origin().state);
         use(*db);
+    } catch (...) {
+        give_back(std::move(connection));
+        throw;
     }
-    connection->watch([] {});
     give_back(std::move(connection));
 }
 
@@ -37,6 +39,7 @@ std::unique_ptr<IndexConnection> IndexConnections::take() {
 }
 
 void IndexConnections::give_back(std::unique_ptr<IndexConnection> connection) {
+    connection->watch([] {});
     const std::scoped_lock lock(mutex_);
     if (idle_.size() < MOST_KEPT && connection->is_current()) {
         idle_.push_back(std::move(connection));

@@ -18,6 +18,7 @@ class NewSqliteIndex : public NewIndex {
     /// Throws as `require_replaceable` and `Replacement` do.
     explicit NewSqliteIndex(const std::string& path);
 
+    [[nodiscard]] std::string name() const override { return path_; }
     void watch(Look look) override { look_ = std::move(look); }
     [[nodiscard]] std::string scratch_path(const std::string& role) const override;
     void claim(const std::string& /*folder*/) override {}  // a file holds one repository

@@ -43,7 +43,7 @@ class SqliteConnection : public IndexConnection {
     [[nodiscard]] std::unique_ptr<storage::Database> read() override {
         return std::make_unique<SqliteDatabase>(connection_, origin_);
     }
-    [[nodiscard]] bool is_current() const override { return origin_of(connection_.path()).state == origin_.state; }
+    [[nodiscard]] bool is_current() override { return origin_of(connection_.path()).state == origin_.state; }
 
   private:
     IndexOrigin origin_;
@@ -56,8 +56,10 @@ std::unique_ptr<IndexConnection> SqliteIndex::connect() const {
     return std::make_unique<SqliteConnection>(path_);
 }
 
-std::unique_ptr<NewIndex> SqliteIndex::replace() const {
-    return std::make_unique<NewSqliteIndex>(path_);
+std::unique_ptr<NewIndex> SqliteIndex::replace(Look look) const {
+    auto made = std::make_unique<NewSqliteIndex>(path_);
+    made->watch(std::move(look));
+    return made;
 }
 
 }  // namespace embedded

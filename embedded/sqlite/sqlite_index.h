@@ -14,8 +14,9 @@ class SqliteIndex : public Index {
     explicit SqliteIndex(std::string path) : path_(std::move(path)) {}
 
     [[nodiscard]] std::string name() const override { return path_; }
+    [[nodiscard]] std::string options() const override { return "--index " + path_; }
     [[nodiscard]] std::unique_ptr<IndexConnection> connect() const override;
-    [[nodiscard]] std::unique_ptr<NewIndex> replace() const override;
+    [[nodiscard]] std::unique_ptr<NewIndex> replace(Look look = [] {}) const override;
 
   private:
     std::string path_;

@@ -3,6 +3,8 @@
 
 #include "embedded/sqlite/row_writer.h"
 #include "embedded/sqlite/schema.h"
+#include "embedded/sqlite/sqlite_index.h"
+#include "tests/embedded/server.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +13,7 @@
 
 #include <cstdlib>
 #include <initializer_list>
+#include <memory>
 #include <string>
 
 namespace embedded {
@@ -54,10 +57,31 @@ class IndexedFolder : public testing::Test {
         const int status = std::system(all.c_str());  // NOLINT(cert-env33-c): a test of a command
         return {WEXITSTATUS(status), folder.read("out"), folder.read("err")};
     }
-    [[nodiscard]] Outcome run(const std::string& arguments) const { return shell("'" WIKI_SCOPE "' " + arguments); }
+    [[nodiscard]] Outcome run(const std::string& arguments) const {
+        return shell("'" WIKI_SCOPE "' " + with_served_index(arguments));
+    }
+
+    /// The index as it is read: the file, or a copy of it in the server that tests use.
+    [[nodiscard]] std::unique_ptr<Index> served_index() const {
+        if (test_server().empty()) {
+            return index_at(index);
+        }
+        std::unique_ptr<Index> served = index_at(test_server(), folder / "");
+        copy_index(SqliteIndex(index), *served);
+        return served;
+    }
 
     TemporaryFolder folder;
     std::string index = folder / "index.db";
+
+  private:
+    [[nodiscard]] std::string with_served_index(std::string arguments) const {
+        const std::string of_file = "--index index.db";
+        if (const std::size_t at = arguments.find(of_file); at != std::string::npos && !test_server().empty()) {
+            arguments.replace(at, of_file.size(), served_index()->options());
+        }
+        return arguments;
+    }
 };
 
 }  // namespace embedded

@@ -11,7 +11,9 @@
 namespace embedded::scip {
 namespace {
 
-TEST_F(ScipImport, OneThatIsInterruptedOrKilledAtAnyPointLeavesTheOldIndex) {
+class ImportIntoFile : public ScipImport {};
+
+TEST_F(ImportIntoFile, OneThatIsInterruptedOrKilledAtAnyPointLeavesTheOldIndex) {
     const std::string old = import_old();
     const std::string partial = ".index.db.wiki-scope-partial";
     const auto import_until = [&](int call, const std::function<void()>& end) {
@@ -52,7 +54,7 @@ TEST_F(ScipImport, OneThatIsInterruptedOrKilledAtAnyPointLeavesTheOldIndex) {
     EXPECT_TRUE(stands_alone(made));  // at the last call nothing was left to do but to take the place
 }
 
-TEST_F(ScipImport, AFullDiskLeavesTheOldIndexAndSaysSo) {
+TEST_F(ImportIntoFile, AFullDiskLeavesTheOldIndexAndSaysSo) {
     const std::string old = import_old();
     const std::string scip = folder.write("in.scip", scip_file({ScipDocument(std::string(100'000, 'a')).defines(F)}));
     rlimit before{};
@@ -68,7 +70,7 @@ TEST_F(ScipImport, AFullDiskLeavesTheOldIndexAndSaysSo) {
     EXPECT_TRUE(stands_alone(old));
 }
 
-TEST_F(ScipImport, RemovesWhatIsItsOwnAndNothingElse) {
+TEST_F(ImportIntoFile, RemovesWhatIsItsOwnAndNothingElse) {
     for (const char* const name : {"partial", "partial-journal", "partial-wal", "lock"}) {
         folder.write(std::string(".index.db.wiki-scope-") + name, "left behind");
     }
@@ -79,7 +81,7 @@ TEST_F(ScipImport, RemovesWhatIsItsOwnAndNothingElse) {
     EXPECT_EQ(folder.read("index.db.lock") + folder.read("index.db.partial"), "minemine");
 }
 
-TEST_F(ScipImport, AnIndexThatAKilledProgramLeftHalfWrittenIsReplaced) {
+TEST_F(ImportIntoFile, AnIndexThatAKilledProgramLeftHalfWrittenIsReplaced) {
     const std::string alone = import_old();
     std::string half_written;
     std::string journal;
@@ -97,7 +99,7 @@ TEST_F(ScipImport, AnIndexThatAKilledProgramLeftHalfWrittenIsReplaced) {
     EXPECT_TRUE(stands_alone(alone));
 }
 
-TEST_F(ScipImport, AProgramThatIsWritingIntoTheIndexKeepsItAndItsJournal) {
+TEST_F(ImportIntoFile, AProgramThatIsWritingIntoTheIndexKeepsItAndItsJournal) {
     import({ScipDocument("a.ts")});
     for (const auto& [mode, journal] : {std::pair("DELETE", "index.db-journal"), std::pair("WAL", "index.db-wal")}) {
         const Connection writer(index, Connection::Mode::CREATE);
@@ -111,7 +113,7 @@ TEST_F(ScipImport, AProgramThatIsWritingIntoTheIndexKeepsItAndItsJournal) {
     }
 }
 
-TEST_F(ScipImport, AJournalOfTheOldIndexIsNotPlayedIntoTheNew) {
+TEST_F(ImportIntoFile, AJournalOfTheOldIndexIsNotPlayedIntoTheNew) {
     const std::string alone = import_old();
     std::string journal;
     {
@@ -129,7 +131,7 @@ TEST_F(ScipImport, AJournalOfTheOldIndexIsNotPlayedIntoTheNew) {
     }
 }
 
-TEST_F(ScipImport, ALinkToTheIndexAndItsPermissionsStayAndWhatIsPrivateDoesMeanwhile) {
+TEST_F(ImportIntoFile, ALinkToTheIndexAndItsPermissionsStayAndWhatIsPrivateDoesMeanwhile) {
     using std::filesystem::perms;
     const auto permissions_of = [&](const char* name) { return std::filesystem::status(folder / name).permissions(); };
     std::filesystem::create_symlink("real.db", index);
@@ -146,7 +148,7 @@ TEST_F(ScipImport, ALinkToTheIndexAndItsPermissionsStayAndWhatIsPrivateDoesMeanw
     EXPECT_EQ(permissions_of("real.db"), PRIVATE | perms::group_read);
 }
 
-TEST_F(ScipImport, ADamagedAnOlderAndAnEmptyIndexAreReplacedButNoneByAnEmptyOne) {
+TEST_F(ImportIntoFile, ADamagedAnOlderAndAnEmptyIndexAreReplacedButNoneByAnEmptyOne) {
     import({});
     const std::string old = import_old();
     EXPECT_THROW(import({ScipDocument("/a.ts")}), std::runtime_error);
@@ -159,7 +161,7 @@ TEST_F(ScipImport, ADamagedAnOlderAndAnEmptyIndexAreReplacedButNoneByAnEmptyOne)
     }
 }
 
-TEST_F(ScipImport, TwoImportsIntoOneIndexDoNotRunAtOnce) {
+TEST_F(ImportIntoFile, TwoImportsIntoOneIndexDoNotRunAtOnce) {
     std::string inner;
     const std::string other = folder.write("other.scip", scip_file({}));
     const auto import_another = [&](std::int64_t done, std::int64_t) {

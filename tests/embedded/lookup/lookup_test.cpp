@@ -111,8 +111,8 @@ TEST_F(Lookup, TellsWhatAnIndexIsMadeOf) {
     const json machine = json::parse(run("stats --index new.db --format json").out);
     EXPECT_EQ(machine["bytes"], std::filesystem::file_size(folder / "new.db"));
     EXPECT_EQ(machine["report"]["source"], "in.scip");
-    EXPECT_EQ(run("stats --index index.db").err,
-              "wiki-scope: index.db: does not say how it was made; import the SCIP file again\n");
+    EXPECT_TRUE(
+        run("stats --index index.db").err.ends_with(": does not say how it was made; import the SCIP file again\n"));
 }
 
 }  // namespace

@@ -5,25 +5,45 @@
 #include "embedded/sqlite/schema.h"
 #include "embedded/sqlite/sqlite_index.h"
 #include "tests/embedded/scip/scip_builder.h"
+#include "tests/embedded/server.h"
 #include "tests/embedded/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
+#include <stdexcept>
 
 namespace embedded::scip {
 
 class ScipImport : public testing::Test {
   protected:
+    /// Imports into the file; or into the server that tests use, of which the file then holds a copy.
+    ImportReport import_as(const ImportRequest& request, const ImportProgress& progress = {}) const {
+        const SqliteIndex file(index);
+        if (test_server().empty()) {
+            return import_scip(request, *file.replace(), progress);
+        }
+        const std::unique_ptr<Index> served = index_at(test_server(), folder / "");
+        try {
+            const ImportReport report = import_scip(request, *served->replace(), progress);
+            copy_index(*served, file);
+            return report;
+        } catch (const std::runtime_error&) {
+            if (std::filesystem::remove(index)) {
+                copy_index(*served, file);
+            }
+            throw;
+        }
+    }
+
     ImportReport import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
-        return import_scip({{folder.write("in.scip", scip_file(documents))}, std::nullopt}, SqliteIndex(index),
-                           progress);
+        return import_as({{folder.write("in.scip", scip_file(documents))}, std::nullopt}, progress);
     }
 
     /// Imports with the sources that the folder "checkout" holds.
     ImportReport import_with_sources(const std::vector<ScipDocument>& documents) const {
-        return import_scip({{folder.write("in.scip", scip_file(documents))}, folder / "checkout"}, SqliteIndex(index),
-                           {});
+        return import_as({{folder.write("in.scip", scip_file(documents))}, folder / "checkout"});
     }
 
     /// Imports SCIP files that were made in these folders below "/repository".
@@ -34,7 +54,7 @@ class ScipImport : public testing::Test {
             const std::string root = "file:///repository/" + name;
             paths.push_back(folder.write(std::to_string(paths.size()) + ".scip", scip_file(documents, root)));
         }
-        return import_scip({paths, std::nullopt}, SqliteIndex(index), {});
+        return import_as({paths, std::nullopt});
     }
 
     /// Imports a document; the bytes of its index.
@@ -46,7 +66,7 @@ class ScipImport : public testing::Test {
     /// The message of the failure to import a file.
     [[nodiscard]] std::string failure(const std::string& scip, const ImportProgress& progress = {}) const {
         try {
-            import_scip({{scip}, std::nullopt}, SqliteIndex(index), progress);
+            import_as({{scip}, std::nullopt}, progress);
         } catch (const std::runtime_error& error) {
             return error.what();
         }

@@ -88,7 +88,7 @@ TEST_F(ScipImport, LeavesOutWhatARuleExcludesOrAllOfWhichIsGenerated) {
     const ImportRequest request{.scip_paths = {folder.write("in.scip", scip_file(documents))},
                                 .checkout = folder / "checkout",
                                 .exclusions = {{"one/f.gen.ts", false}, {"one", true}}};
-    const ImportReport report = import_scip(request, SqliteIndex(index), {});
+    const ImportReport report = import_as(request);
     EXPECT_EQ(rows("SELECT path AS row FROM files"), "a.ts; kept.ts; one/f.gen.ts");
     EXPECT_EQ(report.excluded.first,
               (std::vector<std::string>{"made.ts", "node_modules/c/d.ts", "one/e.ts", "src/b.gen.ts"}));

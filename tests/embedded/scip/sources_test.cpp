@@ -79,9 +79,7 @@ TEST_F(ScipImport, TheSourcesAreWhereTheScipFileSaysUnlessToldOtherwise) {
     folder.write("my checkout/a.ts", "export function f() {}\n");
     const std::vector<ScipDocument> documents{ScipDocument("a.ts").defines(F, {0, 16, 17})};
     const auto sources = [&](const std::string& root) {
-        return import_scip({{folder.write("in.scip", scip_file(documents, root))}, std::nullopt}, SqliteIndex(index),
-                           {})
-            .sources;
+        return import_as({{folder.write("in.scip", scip_file(documents, root))}, std::nullopt}).sources;
     };
     EXPECT_EQ(sources("file://" + folder / "my%20checkout"), 1);
     EXPECT_EQ(sources("file://" + folder / "nowhere"), 0);

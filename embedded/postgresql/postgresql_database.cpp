@@ -1,0 +1,284 @@
+#include "embedded/postgresql/postgresql_database.h"
+
+#include "embedded/index/ranges.h"
+#include "embedded/postgresql/schema.h"
+
+#include <unordered_set>
+#include <utility>
+
+namespace embedded::postgresql {
+
+namespace {
+
+// Statements join in the written order, a range or a path at a time, through the index that is made for it: the planner
+// may know nothing yet of rows that were copied a moment ago.
+constexpr const char* BEGIN = R"sql(
+    BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY;
+    SET LOCAL enable_seqscan = off;
+    SET LOCAL enable_bitmapscan = off;
+    SET LOCAL enable_hashjoin = off;
+    SET LOCAL enable_mergejoin = off;
+    SET LOCAL enable_material = off;
+    SET LOCAL enable_memoize = off;
+    SET LOCAL jit = off
+)sql";
+
+// A condition that the rows of a table are those of the snapshot.
+std::string of_snapshot(const std::string& table) {
+    return table + ".repository = $1 AND " + table + ".snapshot = $2";
+}
+
+// Rows whose integer in a column lies in one of the ranges that are bound to $3 and $4.
+std::string in_ranges(const std::string& table, const std::string& column) {
+    return "FROM unnest($3::bigint[], $4::bigint[]) AS range(first, last) JOIN wiki_scope." + table + " AS " + table +
+           " ON " + of_snapshot(table) + " AND " + table + "." + column + " BETWEEN range.first AND range.last";
+}
+
+void bind_ranges(Parameters& parameters, std::vector<std::int64_t> integers) {
+    std::vector<std::int64_t> firsts;
+    std::vector<std::int64_t> lasts;
+    for (const auto& [first, last] : ranges_of(std::move(integers))) {
+        firsts.push_back(first);
+        lasts.push_back(last);
+    }
+    parameters.integers(firsts).integers(lasts);
+}
+
+const std::string FILES = "SELECT files.id, files.path, files.language, files.content_hash, files.declarations, "
+                          "files.declared_lines ";
+
+const std::string DECLARATIONS = "SELECT symbols.id, symbols.file_id, symbols.name, symbols.fqn, symbols.kind, "
+                                 "symbols.is_export, symbols.start_line, symbols.end_line, symbols.uses ";
+
+const std::string EDGES = "SELECT edges.source_file_id, edges.target_id, edges.resolution_id, edges.refs ";
+
+void take_files(Rows& rows, const Take<FileRow>& take) {
+    while (rows.step()) {
+        take({.id = rows.integer(0),
+              .path = rows.bytes(1),
+              .language = rows.is_null(2) ? std::nullopt : std::optional(rows.bytes(2)),
+              .content_hash = rows.is_null(3) ? std::nullopt : std::optional(rows.integer(3)),
+              .declarations = rows.integer(4),
+              .declared_lines = rows.integer(5)});
+    }
+}
+
+void take_declarations(Rows& rows, const Take<DeclarationRow>& take) {
+    while (rows.step()) {
+        take({.id = rows.integer(0),
+              .file = rows.integer(1),
+              .name = rows.bytes(2),
+              .fqn = rows.bytes(3),
+              .kind = rows.bytes(4),
+              .is_export = rows.integer(5) != 0,
+              .first_line = rows.integer(6),
+              .last_line = rows.integer(7),
+              .uses = rows.integer(8)});
+    }
+}
+
+std::vector<EdgeRow> all_edges(Rows& rows) {
+    std::vector<EdgeRow> edges;
+    while (rows.step()) {
+        edges.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3)});
+    }
+    return edges;
+}
+
+}  // namespace
+
+PostgresqlDatabase::PostgresqlDatabase(Connection& connection, const std::string& repository)
+    : connection_(connection), repository_(repository) {
+    connection_.execute(BEGIN);
+    require_schema(connection_);
+    find_snapshot();
+}
+
+PostgresqlDatabase::~PostgresqlDatabase() {
+    try {
+        if (!connection_.is_lost()) {
+            connection_.execute("COMMIT");
+        }
+    } catch (...) {  // the connection is lost then, and with it the transaction
+    }
+}
+
+void PostgresqlDatabase::find_snapshot() {
+    Rows row(connection_,
+             "SELECT repository, snapshot, bytes, "
+             "convert_to(to_char(made AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), 'UTF8') "
+             "FROM wiki_scope.repositories WHERE name = $1 AND snapshot > 0",
+             Parameters().text(repository_));
+    if (row.step()) {
+        repository_id_ = row.integer(0);
+        snapshot_ = row.integer(1);
+        origin_ = {.state = std::to_string(snapshot_), .bytes = row.integer(2), .made = std::string(row.bytes(3))};
+        row.step();
+    }
+    if (snapshot_ == 0) {
+        throw UnusableIndex(UnusableIndex::Fault::MISSING, connection_.server(),
+                            "no index of a repository called " + repository_ + known_repositories());
+    }
+}
+
+// A few names that may have been meant.
+std::string PostgresqlDatabase::known_repositories() {
+    constexpr int MOST = 10;
+    std::string names;
+    Rows rows(connection_,
+              "SELECT convert_to(name, 'UTF8') FROM wiki_scope.repositories WHERE snapshot > 0 ORDER BY name LIMIT $1",
+              Parameters().integer(MOST + 1));
+    for (int count = 0; rows.step(); ++count) {
+        names.append(count == 0 ? " (there are " : ", ").append(count < MOST ? rows.bytes(0) : "...");
+    }
+    return names.empty() ? "" : names + ")";
+}
+
+std::string PostgresqlDatabase::noted(std::string_view key) {
+    Rows rows(connection_, "SELECT value FROM wiki_scope.notes WHERE " + of_snapshot("notes") + " AND key = $3",
+              this->key().bytes(key));
+    std::string value;
+    while (rows.step()) {
+        value = rows.bytes(0);
+    }
+    return value;
+}
+
+std::int64_t PostgresqlDatabase::count_files(std::int64_t most) {
+    Rows rows(connection_,
+              "SELECT count(*) FROM (SELECT FROM wiki_scope.files WHERE " + of_snapshot("files") +
+                  " LIMIT $3) AS first_files",
+              key().integer(most));
+    std::int64_t count = 0;
+    while (rows.step()) {
+        count = rows.integer(0);
+    }
+    return count;
+}
+
+void PostgresqlDatabase::read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) {
+    std::unordered_set<std::string_view> known;
+    std::vector<std::string_view> once;
+    for (const std::string& path : paths) {
+        if (known.insert(path).second) {
+            once.emplace_back(path);
+        }
+    }
+    Rows rows(connection_,
+              FILES +
+                  "FROM unnest($3::bytea[]) WITH ORDINALITY AS page(path, place) JOIN wiki_scope.files AS files ON " +
+                  of_snapshot("files") +
+                  " AND substring(files.path FROM 1 FOR 500) = substring(page.path FROM 1 FOR 500) "
+                  "AND files.path = page.path ORDER BY page.place",
+              key().bytes_list(once));
+    take_files(rows, take);
+}
+
+void PostgresqlDatabase::read_files_below(std::string_view folder, const Take<FileRow>& take) {
+    // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
+    const std::string is_below = " AND substring(files.path FROM 1 FOR 500) >= substring($3 FROM 1 FOR 500) "
+                                 "AND substring(files.path FROM 1 FOR 500) <= substring($4 FROM 1 FOR 500) "
+                                 "AND files.path > $3 AND files.path < $4";
+    Parameters parameters = key();
+    if (!folder.empty()) {
+        parameters.bytes(std::string(folder) + "/").bytes(std::string(folder) + "0");
+    }
+    Rows rows(connection_,
+              FILES + "FROM wiki_scope.files AS files WHERE " + of_snapshot("files") +
+                  (folder.empty() ? "" : is_below) + " ORDER BY files.path",
+              parameters);
+    take_files(rows, take);
+}
+
+void PostgresqlDatabase::read_files(std::vector<RowId> ids, const Take<FileRow>& take) {
+    Parameters parameters = key();
+    bind_ranges(parameters, std::move(ids));
+    Rows rows(connection_, FILES + in_ranges("files", "id"), parameters);
+    take_files(rows, take);
+}
+
+void PostgresqlDatabase::read_declarations_in(std::vector<RowId> files, const Take<DeclarationRow>& take) {
+    Parameters parameters = key();
+    bind_ranges(parameters, std::move(files));
+    Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "file_id"), parameters);
+    take_declarations(rows, take);
+}
+
+void PostgresqlDatabase::read_declarations(std::vector<RowId> ids, const Take<DeclarationRow>& take) {
+    Parameters parameters = key();
+    bind_ranges(parameters, std::move(ids));
+    Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "id"), parameters);
+    take_declarations(rows, take);
+}
+
+void PostgresqlDatabase::read_declarations_named(std::string_view name, const Take<DeclarationRow>& take) {
+    Rows rows(connection_,
+              DECLARATIONS + "FROM wiki_scope.symbols AS symbols WHERE " + of_snapshot("symbols") +
+                  " AND substring(symbols.name FROM 1 FOR 200) = substring($3 FROM 1 FOR 200) AND symbols.name = $3",
+              key().bytes(name));
+    take_declarations(rows, take);
+}
+
+// Bytes have no small letters; as text that escapes what is no ASCII they have. A part of an escape may look like one
+// of the name, so that some are found too many.
+void PostgresqlDatabase::read_names(std::string_view part, const Take<NameRow>& take) {
+    Rows rows(connection_,
+              "SELECT id, name, uses FROM wiki_scope.symbols AS symbols WHERE " + of_snapshot("symbols") +
+                  " AND position(lower(encode($3, 'escape') COLLATE \"C\") "
+                  "IN lower(encode(name, 'escape') COLLATE \"C\")) > 0",
+              key().bytes(part));
+    while (rows.step()) {
+        take({.declaration = rows.integer(0), .name = rows.bytes(1), .uses = rows.integer(2)});
+    }
+}
+
+void PostgresqlDatabase::read_descriptions(std::vector<RowId> declarations, const Take<DescriptionRow>& take) {
+    Parameters parameters = key();
+    bind_ranges(parameters, std::move(declarations));
+    Rows rows(connection_, "SELECT symbol_id, signature, documentation " + in_ranges("descriptions", "symbol_id"),
+              parameters);
+    while (rows.step()) {
+        take({.declaration = rows.integer(0), .signature = rows.bytes(1), .documentation = rows.bytes(2)});
+    }
+}
+
+void PostgresqlDatabase::read_resolutions(const Take<ResolutionRow>& take) {
+    Rows rows(connection_,
+              "SELECT id, name FROM wiki_scope.resolutions AS resolutions WHERE " + of_snapshot("resolutions"), key());
+    while (rows.step()) {
+        take({.id = rows.integer(0), .name = rows.bytes(1)});
+    }
+}
+
+void PostgresqlDatabase::read_resolved_languages(std::span<const models::Text> names,
+                                                 const Take<std::string_view>& take) {
+    Rows rows(connection_,
+              "SELECT name FROM wiki_scope.languages AS languages WHERE " + of_snapshot("languages") +
+                  " AND name = ANY($3) AND import_resolved",
+              key().bytes_list(std::vector<std::string_view>(names.begin(), names.end())));
+    while (rows.step()) {
+        take(rows.bytes(0));
+    }
+}
+
+std::vector<EdgeRow> PostgresqlDatabase::read_edges_into(std::vector<RowId> declarations,
+                                                         std::optional<RowId> resolution) {
+    Parameters parameters = key();
+    bind_ranges(parameters, std::move(declarations));
+    if (resolution) {
+        parameters.integer(*resolution);
+    }
+    Rows rows(connection_,
+              EDGES + in_ranges("edges", "target_id") + (resolution ? " WHERE edges.resolution_id = $5" : ""),
+              parameters);
+    return all_edges(rows);
+}
+
+std::vector<EdgeRow> PostgresqlDatabase::read_edges_out_of(std::vector<RowId> files) {
+    Parameters parameters = key();
+    bind_ranges(parameters, std::move(files));
+    Rows rows(connection_, EDGES + in_ranges("edges", "source_file_id"), parameters);
+    return all_edges(rows);
+}
+
+}  // namespace embedded::postgresql

@@ -1,0 +1,119 @@
+#include "embedded/postgresql/row_copy.h"
+
+#include "embedded/postgresql/values.h"
+
+namespace embedded::postgresql {
+
+namespace {
+
+// A value of a row behind its length in bytes.
+
+void append_value(std::string& row, std::int32_t integer) {
+    append_integer(row, std::int32_t{sizeof(integer)});
+    append_integer(row, integer);
+}
+
+void append_value(std::string& row, std::int64_t integer) {
+    append_integer(row, std::int32_t{sizeof(integer)});
+    append_integer(row, integer);
+}
+
+void append_value(std::string& row, bool truth) {
+    append_integer(row, std::int32_t{1});
+    row += static_cast<char>(truth);
+}
+
+void append_value(std::string& row, std::string_view bytes) {
+    append_integer(row, static_cast<std::int32_t>(bytes.size()));
+    row += bytes;
+}
+
+template <class Value>
+void append_value(std::string& row, const std::optional<Value>& value) {
+    if (value) {
+        append_value(row, *value);
+    } else {
+        append_integer(row, std::int32_t{-1});
+    }
+}
+
+}  // namespace
+
+RowCopy::RowCopy(Connection& connection, std::int64_t repository, std::int64_t snapshot)
+    : connection_(connection), repository_(static_cast<std::int32_t>(repository)),
+      snapshot_(static_cast<std::int32_t>(snapshot)),
+      tables_{{{"notes", "key, value"},
+               {"files", "id, path, language, content_hash, declarations, declared_lines"},
+               {"languages", "id, name, import_resolved"},
+               {"symbols", "id, file_id, name, fqn, kind, is_export, start_line, end_line, uses"},
+               {"descriptions", "symbol_id, signature, documentation"},
+               {"resolutions", "id, name"},
+               {"edges", "source_file_id, target_id, resolution_id, refs"}}} {}
+
+template <class... Values>
+void RowCopy::append(Table table, const Values&... values) {
+    constexpr std::size_t WORTH_A_STATEMENT = 4'000'000;
+    Collected& collected = tables_[table];
+    append_integer(collected.rows, static_cast<std::int16_t>(2 + sizeof...(values)));
+    append_value(collected.rows, repository_);
+    append_value(collected.rows, snapshot_);
+    (append_value(collected.rows, values), ...);
+    if (collected.rows.size() > WORTH_A_STATEMENT) {
+        copy(collected);
+    }
+}
+
+void RowCopy::copy(Collected& table) {
+    constexpr std::string_view HEAD("PGCOPY\n\xFF\r\n\0\0\0\0\0\0\0\0\0", 19);  // no flags, no extension
+    constexpr std::string_view END("\xFF\xFF", 2);
+    if (table.rows.empty()) {
+        return;
+    }
+    connection_.begin_copy("COPY wiki_scope." + std::string(table.name) + "(repository, snapshot, " +
+                           std::string(table.columns) + ") FROM STDIN (FORMAT binary)");
+    connection_.put(HEAD);
+    connection_.put(table.rows);
+    connection_.put(END);
+    table.copied += connection_.end_copy();
+    size_ += static_cast<std::int64_t>(table.rows.size());
+    table.rows.clear();
+}
+
+void RowCopy::finish() {
+    for (Collected& table : tables_) {
+        copy(table);
+    }
+}
+
+void RowCopy::note(std::string_view key, std::string_view value) {
+    append(NOTES, key, value);
+}
+
+void RowCopy::add(const FileRow& row) {
+    const bool has_language = !row.language.value_or("").empty();
+    append(FILES, row.id, row.path, has_language ? row.language : std::nullopt, row.content_hash, row.declarations,
+           row.declared_lines);
+}
+
+void RowCopy::add(const LanguageRow& row) {
+    append(LANGUAGES, ++languages_, row.name, row.import_resolved);
+}
+
+void RowCopy::add(const DeclarationRow& row) {
+    append(SYMBOLS, row.id, row.file, row.name, row.fqn, row.kind, row.is_export, row.first_line, row.last_line,
+           row.uses);
+}
+
+void RowCopy::add(const DescriptionRow& row) {
+    append(DESCRIPTIONS, row.declaration, row.signature, row.documentation);
+}
+
+void RowCopy::add(const ResolutionRow& row) {
+    append(RESOLUTIONS, row.id, row.name);
+}
+
+void RowCopy::add(const EdgeRow& row) {
+    append(EDGES, row.source, row.target, row.resolution, row.references);
+}
+
+}  // namespace embedded::postgresql

@@ -1,0 +1,61 @@
+// Who fills an index in a server.
+#pragma once
+
+#include "embedded/index/row_writer.h"
+#include "embedded/postgresql/connection.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace embedded::postgresql {
+
+/// Copies rows into a snapshot of a repository, in binary form. Rows of a table are collected until they are worth a
+/// statement of their own, since rows of several tables come in turns. The connection must outlive it.
+class RowCopy : public RowWriter {
+  public:
+    RowCopy(Connection& connection, std::int64_t repository, std::int64_t snapshot);
+
+    void note(std::string_view key, std::string_view value) override;
+    void add(const FileRow& row) override;
+    void add(const LanguageRow& row) override;
+    void add(const DeclarationRow& row) override;
+    void add(const DescriptionRow& row) override;
+    void add(const ResolutionRow& row) override;
+    void add(const EdgeRow& row) override;
+
+    /// Sends what is left. To be called once, at the end.
+    void finish();
+
+    [[nodiscard]] std::int64_t files() const { return tables_[FILES].copied; }
+    [[nodiscard]] std::int64_t declarations() const { return tables_[SYMBOLS].copied; }
+    [[nodiscard]] std::int64_t edges() const { return tables_[EDGES].copied; }
+    /// In bytes, of all rows.
+    [[nodiscard]] std::int64_t size() const { return size_; }
+
+  private:
+    enum Table : std::size_t { NOTES, FILES, LANGUAGES, SYMBOLS, DESCRIPTIONS, RESOLUTIONS, EDGES };
+    struct Collected {
+        std::string_view name;
+        std::string_view columns;  // behind the repository and the snapshot
+        std::string rows = {};
+        std::int64_t copied = 0;
+    };
+
+    // Appends a row of a table; values are integers, booleans and bytes, or none.
+    template <class... Values>
+    void append(Table table, const Values&... values);
+    void copy(Collected& table);
+
+    Connection& connection_;
+    const std::int32_t repository_;
+    const std::int32_t snapshot_;
+    std::array<Collected, 7> tables_;
+    std::int64_t languages_ = 0;
+    std::int64_t size_ = 0;
+};
+
+}  // namespace embedded::postgresql

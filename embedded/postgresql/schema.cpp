@@ -1,0 +1,149 @@
+#include "embedded/postgresql/schema.h"
+
+#include <array>
+#include <string>
+
+namespace embedded::postgresql {
+
+namespace {
+
+// From each version to the next. What has been released is never changed, but followed by another.
+constexpr std::array MIGRATIONS{
+    // The tables.
+    R"sql(
+        CREATE TABLE wiki_scope.repositories(
+            repository integer GENERATED ALWAYS AS IDENTITY PRIMARY KEY,
+            name text COLLATE "C" UNIQUE NOT NULL,
+            snapshot integer NOT NULL DEFAULT 0,    -- the current one; 0 for none
+            bytes bigint NOT NULL DEFAULT 0,        -- of its rows, as they were sent
+            made timestamptz
+        );
+        CREATE TABLE wiki_scope.notes(
+            repository integer, snapshot integer, key bytea, value bytea NOT NULL,
+            PRIMARY KEY(repository, snapshot, key)
+        );
+        CREATE TABLE wiki_scope.files(
+            repository integer, snapshot integer, id bigint,    -- ascends with the path
+            path bytea NOT NULL,
+            language bytea,                         -- NULL when unknown
+            content_hash bigint,                    -- of the source that was read; NULL when none was
+            declarations bigint NOT NULL,           -- how many
+            declared_lines bigint NOT NULL,         -- how many lines these take up together
+            PRIMARY KEY(repository, snapshot, id)
+        );
+        CREATE TABLE wiki_scope.languages(
+            repository integer, snapshot integer, id bigint,
+            name bytea NOT NULL,
+            import_resolved boolean NOT NULL,       -- whether the indexer resolves the language's imports
+            PRIMARY KEY(repository, snapshot, id)
+        );
+        CREATE TABLE wiki_scope.symbols(
+            repository integer, snapshot integer, id bigint,    -- ascends with the file
+            file_id bigint NOT NULL,
+            name bytea NOT NULL,
+            fqn bytea NOT NULL,
+            kind bytea NOT NULL,
+            is_export boolean NOT NULL,
+            start_line bigint NOT NULL,             -- 1-based, inclusive
+            end_line bigint NOT NULL,               -- 1-based, inclusive
+            uses bigint NOT NULL,                   -- by production code, as the fan-in of a page counts them
+            PRIMARY KEY(repository, snapshot, id)
+        );
+        CREATE TABLE wiki_scope.descriptions(       -- of those declarations of which something is known
+            repository integer, snapshot integer, symbol_id bigint,
+            signature bytea NOT NULL,               -- up to the body
+            documentation bytea NOT NULL,           -- the doc comment as prose
+            PRIMARY KEY(repository, snapshot, symbol_id)
+        );
+        CREATE TABLE wiki_scope.resolutions(
+            repository integer, snapshot integer, id bigint,    -- ascends with the name
+            name bytea NOT NULL,
+            PRIMARY KEY(repository, snapshot, id)
+        );
+        CREATE TABLE wiki_scope.edges(
+            repository integer, snapshot integer, source_file_id bigint, target_id bigint, resolution_id bigint,
+            refs bigint NOT NULL,                   -- how many references the row stands for
+            PRIMARY KEY(repository, snapshot, source_file_id, target_id, resolution_id) INCLUDE(refs)
+        );
+    )sql",
+    // What pages and look-ups search by. A path or a name may be longer than an entry of an index can be.
+    R"sql(
+        CREATE INDEX files_by_path ON wiki_scope.files(repository, snapshot, substring(path FROM 1 FOR 500));
+        CREATE INDEX symbols_by_file ON wiki_scope.symbols(repository, snapshot, file_id);
+        CREATE INDEX symbols_by_name ON wiki_scope.symbols(repository, snapshot, substring(name FROM 1 FOR 200));
+        CREATE INDEX edges_by_target
+            ON wiki_scope.edges(repository, snapshot, target_id, source_file_id, resolution_id) INCLUDE(refs);
+    )sql",
+};
+
+// Holds off others who migrate the same database until the transaction ends: "wiki", in letters.
+constexpr const char* LOCK = "SELECT pg_advisory_xact_lock(2003397481, 0)";
+
+UnusableIndex newer(const std::string& server, std::int64_t version) {
+    return {UnusableIndex::Fault::NEWER, server,
+            "prepared for version " + std::to_string(version) + " of the schema, but this program knows version " +
+                std::to_string(schema_version())};
+}
+
+// The integer in the one row that a query gives; 0 for NULL.
+std::int64_t integer_from(Connection& connection, const std::string& query) {
+    Rows row(connection, query, {});
+    std::int64_t integer = 0;
+    while (row.step()) {
+        integer = row.integer(0);
+    }
+    return integer;
+}
+
+// Throws when there is no table of versions.
+std::int64_t latest_version(Connection& connection) {
+    return integer_from(connection, "SELECT max(version) FROM wiki_scope.versions");
+}
+
+}  // namespace
+
+std::int64_t schema_version() {
+    return static_cast<std::int64_t>(MIGRATIONS.size());
+}
+
+std::int64_t migrate(Connection& connection, std::int64_t version) {
+    connection.execute("BEGIN");
+    connection.execute(LOCK);
+    const bool has_versions = integer_from(connection, "SELECT count(to_regclass('wiki_scope.versions'))") != 0;
+    const std::int64_t before = has_versions ? latest_version(connection) : 0;
+    if (before > schema_version()) {
+        throw newer(connection.server(), before);
+    }
+    if (before == 0) {
+        connection.execute("CREATE SCHEMA IF NOT EXISTS wiki_scope;"
+                           "CREATE TABLE wiki_scope.versions(version integer PRIMARY KEY, made timestamptz NOT NULL)");
+    }
+    for (std::int64_t next = before; next < version; ++next) {
+        connection.execute(MIGRATIONS.at(static_cast<std::size_t>(next)));
+        connection.execute("INSERT INTO wiki_scope.versions VALUES($1, now())", Parameters().integer(next + 1));
+    }
+    connection.execute("COMMIT");
+    return before;
+}
+
+void require_schema(Connection& connection) {
+    using Fault = UnusableIndex::Fault;
+    std::int64_t version = 0;
+    try {
+        version = latest_version(connection);
+    } catch (const PostgresqlError& error) {
+        if (error.is_about_content()) {
+            throw UnusableIndex(Fault::UNPREPARED, connection.server(), "the database is not prepared for indexes");
+        }
+        throw;
+    }
+    if (version > schema_version()) {
+        throw newer(connection.server(), version);
+    }
+    if (version < schema_version()) {
+        throw UnusableIndex(Fault::UNPREPARED, connection.server(),
+                            "the database is prepared for an older version of the schema");
+    }
+}
+
+}  // namespace embedded::postgresql

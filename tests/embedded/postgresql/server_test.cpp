@@ -1,0 +1,311 @@
+// Indexes in a server, beside what pages and imports promise everywhere: tools/with-postgresql server_tests
+
+#include "embedded/index/index_at.h"
+#include "embedded/page/page.h"
+#include "embedded/postgresql/connection.h"
+#include "embedded/postgresql/schema.h"
+#include "embedded/scip/import.h"
+#include "embedded/serve/index_connections.h"
+#include "tests/embedded/indexed_folder.h"
+#include "tests/embedded/scip/scip_builder.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <future>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace embedded::postgresql {
+namespace {
+
+using scip::F;
+using scip::scip_file;
+using scip::ScipDocument;
+
+// A prepared database of its own.
+class Server : public IndexedFolder {
+  protected:
+    Server() : owner(Address(database_named("postgres"))) {
+        owner.execute("DROP DATABASE IF EXISTS tested WITH (FORCE)");
+        owner.execute("CREATE DATABASE tested");
+        Connection connection(database);
+        migrate(connection);
+    }
+
+    static std::string database_named(const std::string& name, const std::string& options = "") {
+        return "postgresql:///" + name + options;
+    }
+
+    [[nodiscard]] std::unique_ptr<Index> repository(const std::string& name = "one") const {
+        return index_at(database.name(), name);
+    }
+
+    // Imports a file that declares f so many lines long.
+    void import(int lines, const std::string& name = "one") const {
+        const ScipDocument document = ScipDocument("a.ts").defines(F, {0, 0, 1}, {0, 0, lines - 1, 1});
+        scip::import_scip({{folder.write("in.scip", scip_file({document}))}, std::nullopt},
+                          *repository(name)->replace(), {});
+    }
+
+    // How long f is, as a state of the index has it.
+    static std::int64_t lines(storage::Database& db) {
+        std::int64_t lines = 0;
+        db.read_declarations({1}, [&](const DeclarationRow& row) { lines = row.last_line; });
+        return lines;
+    }
+    [[nodiscard]] std::int64_t lines(const std::string& name = "one") const {
+        const std::unique_ptr<IndexConnection> connection = repository(name)->connect();
+        return lines(*connection->read());
+    }
+
+    static std::int64_t number(Connection& connection, const std::string& query) {
+        Rows rows(connection, query, {});
+        std::int64_t result = 0;
+        while (rows.step()) {
+            result = rows.integer(0);
+        }
+        return result;
+    }
+
+    // Ends the connections of others to the database, and waits for it.
+    void kill_others() {
+        owner.execute("SELECT pg_terminate_backend(pid, 5000) FROM pg_stat_activity WHERE datname = 'tested'");
+    }
+
+    void expect_failure(const std::string& command, const std::string& says) const {
+        const Outcome outcome = run(command);
+        EXPECT_EQ(outcome.exit_code, 1) << command;
+        EXPECT_EQ(outcome.out, "") << command;
+        EXPECT_NE(outcome.err.find(says), std::string::npos) << command << " said: " << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+        EXPECT_EQ(outcome.err.find("secret"), std::string::npos) << outcome.err;
+    }
+
+    Connection owner;
+    const Address database{database_named("tested")};
+};
+
+TEST_F(Server, IsPreparedInVersionsAlsoByTwoAtOnceAndNeverTakenBack) {
+    owner.execute("DROP DATABASE tested WITH (FORCE)");
+    owner.execute("CREATE DATABASE tested");
+    expect_failure("page a --index postgresql:///tested",
+                   "is not prepared for indexes; prepare it with: wiki-scope init");
+    Connection old(database);
+    EXPECT_EQ(migrate(old, 1), 0);
+    expect_failure("page a --index postgresql:///tested", "is prepared for an older version of the schema; prepare it");
+    expect_failure("import in.scip --index postgresql:///tested",
+                   "for an older version of the schema; prepare it with");
+    const auto prepare = [&] {
+        Connection connection(database);
+        return migrate(connection);
+    };
+    std::future<std::int64_t> other = std::async(std::launch::async, prepare);
+    EXPECT_EQ(prepare() + other.get(), 1 + schema_version());  // one found version 1, the other what the first had made
+    EXPECT_EQ(prepare(), schema_version());
+    Connection(database).execute("INSERT INTO wiki_scope.versions VALUES(99, now())");
+    expect_failure("page a --index postgresql:///tested", "version 99 of the schema, but this program knows version");
+    expect_failure("init --index postgresql:///tested", "version 99 of the schema");
+}
+
+TEST_F(Server, ReadsWithSelectAloneAndImportsWithRowsAlone) {
+    Connection connection(database);
+    connection.execute("DROP ROLE IF EXISTS reader; DROP ROLE IF EXISTS writer; DROP ROLE IF EXISTS stranger;"
+                       "CREATE ROLE reader LOGIN; CREATE ROLE writer LOGIN; CREATE ROLE stranger LOGIN;"
+                       "GRANT USAGE ON SCHEMA wiki_scope TO reader, writer;"
+                       "GRANT SELECT ON ALL TABLES IN SCHEMA wiki_scope TO reader;"
+                       "GRANT SELECT, INSERT, UPDATE, DELETE ON ALL TABLES IN SCHEMA wiki_scope TO writer");
+    folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F)}));
+    folder.write("a.ts", "function f() {}\n");
+    const std::string import = "import in.scip --repository one --index postgresql://";
+    expect_failure(import + "reader@/tested", "permission denied for table repositories; have the owner of the schema");
+    EXPECT_EQ(run(import + "writer@/tested").exit_code, 0);
+    EXPECT_EQ(run(import + "writer@/tested").exit_code, 0);
+    expect_failure(import + "reader@/tested", "permission denied for table");
+    const std::string page = "page . --checkout . --repository one --index postgresql://";
+    EXPECT_EQ(run(page + "reader@/tested").exit_code, 0);
+    expect_failure(page + "stranger@/tested", "permission denied for schema wiki_scope");
+    connection.execute("DROP OWNED BY reader, writer; DROP ROLE reader, writer, stranger");
+}
+
+TEST_F(Server, SaysInOneLineWhatKeepsAPageFromBeingRead) {
+    import(3);
+    Connection connection(database);
+    connection.execute("DROP ROLE IF EXISTS asked; CREATE ROLE asked LOGIN PASSWORD 'secret'");
+    expect_failure("page a --index postgresql://asked:secrets@/tested",
+                   "password authentication failed for user \"asked\"; "
+                   "check the user and the password");
+    expect_failure("page a --index postgresql://asked@/tested", "no password supplied; check the user");
+    expect_failure("page a --index postgresql:///absent", "database \"absent\" does not exist; check the name");
+    expect_failure("page a --index postgresql:///tested --repository two",
+                   "no index of a repository called two (there are one); make one with: wiki-scope import INDEX.scip "
+                   "--index postgresql:///tested --repository two");
+    const std::string page = "page a.ts --checkout . --repository one --index postgresql:///tested";
+    {
+        Connection holder(database);
+        holder.execute("BEGIN; LOCK TABLE wiki_scope.edges");
+        expect_failure(page + "?options=-cstatement_timeout%3D100",
+                       "canceling statement due to statement timeout; ask for less, or raise statement_timeout");
+        std::future<void> killed = std::async(std::launch::async, [&] {
+            while (number(owner, "SELECT count(*) FROM pg_stat_activity WHERE wait_event_type = 'Lock'") == 0) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+            owner.execute("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE wait_event_type = 'Lock'");
+        });
+        expect_failure(page, "terminating connection due to administrator command; try again");
+        killed.get();
+    }
+    connection.execute("DROP ROLE asked; DROP TABLE wiki_scope.languages");
+    expect_failure(page, "\"wiki_scope.languages\" does not exist; it is not a whole wiki-scope index");
+}
+
+TEST_F(Server, AFullDiskLeavesTheOldIndexAndSaysSo) {
+    const char* const disk = std::getenv("SMALL_DISK");
+    if (disk == nullptr) {
+        GTEST_SKIP() << "no small disk could be made";
+    }
+    owner.execute("DROP DATABASE tested WITH (FORCE)");
+    owner.execute("DROP TABLESPACE IF EXISTS small");
+    owner.execute("CREATE TABLESPACE small LOCATION '" + std::string(disk) + "'");
+    owner.execute("CREATE DATABASE tested TABLESPACE small");
+    {
+        Connection connection(database);
+        migrate(connection);
+        import(7);
+        std::string noise;
+        for (std::uint32_t state = 1; noise.size() < 20'000'000;) {
+            state = state * 1'664'525U + 1'013'904'223U;
+            noise += static_cast<char>('a' + (state >> 24U) % 26);
+        }
+        ScipDocument large("a.ts");
+        for (std::size_t at = 0; at < noise.size(); at += 10'000) {
+            large.defines(scip::symbol("x" + noise.substr(at, 10'000) + "()."));
+        }
+        folder.write("in.scip", scip_file({large}));
+        expect_failure("import in.scip --repository one --index postgresql:///tested",
+                       "; make room on the server's disk");
+        EXPECT_EQ(lines(), 7);
+    }
+    owner.execute("DROP DATABASE tested WITH (FORCE)");
+    owner.execute("DROP TABLESPACE small");
+    owner.execute("CREATE DATABASE tested");
+}
+
+TEST_F(Server, OfTwoImportsIntoOneRepositoryTheSecondFailsAndOfTwoRepositoriesNone) {
+    folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F)}));
+    const std::unique_ptr<NewIndex> first = repository("one")->replace();
+    first->claim("");
+    EXPECT_EQ(number(owner, "SELECT count(*) FROM pg_locks WHERE locktype = 'advisory'"), 1);
+    expect_failure("import in.scip --repository one --index postgresql:///tested",
+                   "postgresql:///tested (one): another import into this index is running; wait for it to end");
+    import(2, "two");
+    EXPECT_EQ(lines("two"), 2);
+    const std::unique_ptr<NewIndex> named = index_at(database.name())->replace();
+    named->claim("/home/me/three/");
+    EXPECT_EQ(named->name(), "postgresql:///tested (three)");
+    const std::unique_ptr<NewIndex> nameless = index_at(database.name())->replace();
+    EXPECT_THROW(nameless->claim(""), std::runtime_error);
+}
+
+TEST_F(Server, AnImportThatFailsLeavesTheOldIndexAndOneThatSucceedsNothingElse) {
+    import(3);
+    Connection connection(database);
+    for (const bool is_killed : {false, true}) {
+        const std::unique_ptr<NewIndex> half = repository()->replace();
+        half->claim("");
+        half->rows().add(FileRow{.id = 1, .path = "b.ts"});
+        half->complete({.files = 1});
+        if (is_killed) {
+            kill_others();
+            EXPECT_THROW(half->commit(), std::runtime_error);
+        }
+    }
+    EXPECT_EQ(lines(), 3);
+    const std::unique_ptr<NewIndex> short_of_rows = repository()->replace();
+    short_of_rows->claim("");
+    static_cast<void>(short_of_rows->rows());
+    EXPECT_THROW(short_of_rows->complete({.files = 1}), std::runtime_error);
+    Connection other(database);
+    other.execute(
+        "INSERT INTO wiki_scope.files SELECT repository, 0, 1, 'left', NULL, NULL, 0, 0 FROM wiki_scope.repositories");
+    kill_others();
+    import(5);
+    EXPECT_EQ(lines(), 5);
+    Connection after(database);
+    EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.files"), 1);
+    EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.notes"), 3);
+}
+
+TEST_F(Server, APageIsOfOneStateAndTheNextOneOfTheNewIndex) {
+    import(3);
+    std::vector<std::string> told;
+    serve::IndexConnections connections(repository(), [&] { told.emplace_back("replaced"); });
+    connections.borrow([] {},
+                       [&](storage::Database& db) {
+                           EXPECT_EQ(lines(db), 3);
+                           import(4);
+                           EXPECT_EQ(lines(db), 3);
+                           EXPECT_EQ(db.count_files(9), 1);
+                       });
+    EXPECT_EQ(told.size(), 0U);
+    kill_others();  // a connection that is lost while nobody uses it is not used any more
+    connections.borrow([] {}, [&](storage::Database& db) { EXPECT_EQ(lines(db), 4); });
+    EXPECT_EQ(told.size(), 1U);
+}
+
+TEST_F(Server, IsWaitedForNoLongerThanTheWatchAllows) {
+    Connection connection(database);
+    connection.watch([] { throw std::out_of_range("enough"); });
+    EXPECT_THROW(connection.execute("SELECT pg_sleep(100)"), std::out_of_range);
+    EXPECT_TRUE(connection.is_lost());
+    EXPECT_THROW(connection.execute("SELECT 1"), PostgresqlError);
+}
+
+// Texts that a server knows no texts of, and those that are longer than an entry of its indexes can be.
+TEST_F(Server, KeepsEveryByteOfNamesOfAnyLength) {
+    const std::string path = "src/\xFF\\303'/" + std::string(9000, 'p') + ".ts";
+    const std::string name = "N\xC3\x84me\\" + std::string(9000, 'n');
+    add<FileRow>({{.id = 1, .path = "src/"}, {.id = 2, .path = path, .language = "typescript"}});
+    add<DeclarationRow>({{1, 2, name, "x." + name, "class", true, 1, 9'999'999'999, 3}});
+    copy_index(SqliteIndex(index), *repository());
+    const std::unique_ptr<IndexConnection> connection = repository()->connect();
+    const std::unique_ptr<storage::Database> db = connection->read();
+    const std::vector<std::string> paths{path, "src/", path, "src"};
+    std::vector<std::string> found;
+    const auto note = [&](const FileRow& row) { found.emplace_back(row.path); };
+    db->read_files_at(paths, note);
+    db->read_files_below("src/\xFF\\303'", note);
+    EXPECT_EQ(found, (std::vector<std::string>{path, "src/", path}));
+    std::vector<std::string> names;
+    for (const std::string& part : {name, std::string("n\xC3\x84ME\\n"), std::string("\x84")}) {
+        db->read_names(part, [&](const NameRow& row) { names.emplace_back(row.name); });
+    }
+    db->read_declarations_named(name, [&](const DeclarationRow& row) { names.emplace_back(row.fqn.substr(2)); });
+    EXPECT_EQ(names, std::vector<std::string>(4, name));
+}
+
+TEST_F(Server, ItsTablesMayBePartitionedByRepository) {
+    Connection connection(database);
+    for (const std::string table : {"edges", "symbols"}) {
+        const std::string whole = "wiki_scope." + table;
+        connection.execute("ALTER TABLE " + whole + " RENAME TO whole; CREATE TABLE " + whole +
+                           "(LIKE wiki_scope.whole INCLUDING ALL) PARTITION BY HASH(repository); CREATE TABLE " +
+                           whole + "_0 PARTITION OF " + whole +
+                           " FOR VALUES WITH (MODULUS 2, REMAINDER 0); CREATE TABLE " + whole + "_1 PARTITION OF " +
+                           whole + " FOR VALUES WITH (MODULUS 2, REMAINDER 1); DROP TABLE wiki_scope.whole");
+    }
+    for (const std::string name : {"one", "two", "three", "four"}) {
+        import(3, name);
+        import(6, name);
+        EXPECT_EQ(lines(name), 6);
+    }
+    EXPECT_EQ(number(connection, "SELECT count(*) FROM wiki_scope.symbols"), 4);
+    EXPECT_GT(number(connection, "SELECT count(*) FROM wiki_scope.symbols_0"), 0);
+}
+
+}  // namespace
+}  // namespace embedded::postgresql
