@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace embedded {
 
@@ -11,7 +12,7 @@ namespace embedded {
 /// and, where the machine is at fault, says what to do.
 class IndexError : public std::runtime_error {
   public:
-    IndexError(const std::string& what, const std::string& reason) : runtime_error(what), reason_(reason) {}
+    IndexError(const std::string& what, std::string reason) : runtime_error(what), reason_(std::move(reason)) {}
 
     /// Why, without the name of the index and without advice.
     [[nodiscard]] const std::string& reason() const { return reason_; }

@@ -276,12 +276,9 @@ void Connection::fail(const pg_result* result) {
     const char* const words = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
     const bool is_the_servers = state != nullptr && words != nullptr;
     const std::string reason = is_the_servers ? words : handle_ == nullptr ? "" : PQerrorMessage(handle_.get());
-    const PostgresqlError error(server_, reason.empty() ? "the connection is lost" : first_line(reason),
-                                is_the_servers ? state
-                                : is_lost()    ? LOST
-                                               : "");
+    const std::string code = is_the_servers ? state : is_lost() ? LOST : "";
     lose();
-    throw error;
+    throw PostgresqlError(server_, reason.empty() ? "the connection is lost" : first_line(reason), code);
 }
 
 Rows::Rows(Connection& connection, const std::string& sql, const Parameters& parameters) : connection_(connection) {

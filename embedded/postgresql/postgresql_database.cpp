@@ -37,7 +37,8 @@ std::string in_ranges(const std::string& table, const std::string& column) {
 void bind_ranges(Parameters& parameters, std::vector<std::int64_t> integers) {
     std::vector<std::int64_t> firsts;
     std::vector<std::int64_t> lasts;
-    for (const auto& [first, last] : ranges_of(std::move(integers))) {
+    const auto ranges = ranges_of(std::move(integers));
+    for (const auto& [first, last] : ranges) {
         firsts.push_back(first);
         lasts.push_back(last);
     }
@@ -87,8 +88,8 @@ std::vector<EdgeRow> all_edges(Rows& rows) {
 
 }  // namespace
 
-PostgresqlDatabase::PostgresqlDatabase(Connection& connection, const std::string& repository)
-    : connection_(connection), repository_(repository) {
+PostgresqlDatabase::PostgresqlDatabase(Connection& connection, std::string repository)
+    : connection_(connection), repository_(std::move(repository)) {
     connection_.execute(BEGIN);
     require_schema(connection_);
     find_snapshot();

@@ -18,8 +18,10 @@ namespace embedded::postgresql {
 class PostgresqlDatabase : public storage::Database {
   public:
     /// Throws `UnusableIndex` when there is no such repository, or the database is not prepared.
-    PostgresqlDatabase(Connection& connection, const std::string& repository);
+    PostgresqlDatabase(Connection& connection, std::string repository);
     ~PostgresqlDatabase() override;
+    PostgresqlDatabase(const PostgresqlDatabase&) = delete;
+    PostgresqlDatabase& operator=(const PostgresqlDatabase&) = delete;
 
     [[nodiscard]] std::string name() const override { return connection_.server() + " (" + repository_ + ")"; }
     [[nodiscard]] IndexOrigin origin() override { return origin_; }

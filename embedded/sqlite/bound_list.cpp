@@ -42,7 +42,8 @@ std::string array_of(std::span<const Element> elements, Append append) {
 
 std::string bound_ranges(std::vector<std::int64_t> integers) {
     std::string list = "[";
-    for (const auto& [first, last] : ranges_of(std::move(integers))) {
+    const auto ranges = ranges_of(std::move(integers));
+    for (const auto& [first, last] : ranges) {
         list.append(list.size() > 1 ? ",[" : "[").append(std::to_string(first)).append(",");
         list.append(std::to_string(last)).append("]");
     }

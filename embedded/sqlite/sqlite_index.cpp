@@ -33,7 +33,7 @@ IndexOrigin origin_of(const std::string& path) {
 class SqliteConnection : public IndexConnection {
   public:
     explicit SqliteConnection(const std::string& path) : origin_(origin_of(path)), connection_(open_index(path)) {
-        while (!is_current()) {  // it was replaced while it was opened
+        while (!is_there()) {  // it was replaced while it was opened
             origin_ = origin_of(path);
             connection_ = open_index(path);
         }
@@ -43,9 +43,11 @@ class SqliteConnection : public IndexConnection {
     [[nodiscard]] std::unique_ptr<storage::Database> read() override {
         return std::make_unique<SqliteDatabase>(connection_, origin_);
     }
-    [[nodiscard]] bool is_current() override { return origin_of(connection_.path()).state == origin_.state; }
+    [[nodiscard]] bool is_current() override { return is_there(); }
 
   private:
+    [[nodiscard]] bool is_there() const { return origin_of(connection_.path()).state == origin_.state; }
+
     IndexOrigin origin_;
     Connection connection_;
 };

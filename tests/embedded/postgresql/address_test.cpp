@@ -50,7 +50,7 @@ class NoServer : public IndexedFolder {};
 TEST_F(NoServer, IsSaidInOneLineWithoutThePassword) {
     const std::string server = "'postgresql://me:secret@/wiki?host=" + folder / "" + "'";
     for (const std::string command : {"init", "page a", "files", "find a", "stats", "serve", "import in.scip"}) {
-        const Outcome outcome = run(command + " --index " + server);
+        const Outcome outcome = run(std::string(command).append(" --index ").append(server));
         EXPECT_EQ(outcome.exit_code, 1) << command;
         EXPECT_TRUE(outcome.err.starts_with("wiki-scope: postgresql://me@/wiki?host=/")) << outcome.err;
         EXPECT_TRUE(outcome.err.ends_with("; check that the server runs, its address, and whether it may be reached "

@@ -13,8 +13,9 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
+#include <iomanip>
+#include <iostream>
 #include <map>
 #include <mutex>
 #include <random>
@@ -42,7 +43,7 @@ const std::string SERVER = "postgresql:///loaded";
 
 void require(bool holds, const std::string& what) {
     if (!holds) {
-        std::fprintf(stderr, "server_load: %s\n", what.c_str());
+        std::cerr << "server_load: " << what << "\n";
         std::_Exit(1);
     }
 }
@@ -56,7 +57,7 @@ class Counts {
     }
     void print() const {
         for (const auto& [what, count] : counts_) {
-            std::printf("%6d  %s\n", count, what.c_str());
+            std::cout << std::setw(6) << count << "  " << what << "\n";
         }
     }
 
@@ -219,7 +220,7 @@ class Load {
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::fputs("usage: server_load SECONDS\n", stderr);
+        std::cerr << "usage: server_load SECONDS\n";
         return 2;
     }
     Connection(Address("postgresql:///postgres")).execute("CREATE DATABASE loaded");

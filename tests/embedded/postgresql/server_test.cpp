@@ -290,14 +290,18 @@ TEST_F(Server, KeepsEveryByteOfNamesOfAnyLength) {
 
 TEST_F(Server, ItsTablesMayBePartitionedByRepository) {
     Connection connection(database);
-    for (const std::string table : {"edges", "symbols"}) {
-        const std::string whole = "wiki_scope." + table;
-        connection.execute("ALTER TABLE " + whole + " RENAME TO whole; CREATE TABLE " + whole +
-                           "(LIKE wiki_scope.whole INCLUDING ALL) PARTITION BY HASH(repository); CREATE TABLE " +
-                           whole + "_0 PARTITION OF " + whole +
-                           " FOR VALUES WITH (MODULUS 2, REMAINDER 0); CREATE TABLE " + whole + "_1 PARTITION OF " +
-                           whole + " FOR VALUES WITH (MODULUS 2, REMAINDER 1); DROP TABLE wiki_scope.whole");
-    }
+    connection.execute(R"sql(
+        ALTER TABLE wiki_scope.edges RENAME TO whole;
+        CREATE TABLE wiki_scope.edges(LIKE wiki_scope.whole INCLUDING ALL) PARTITION BY HASH(repository);
+        CREATE TABLE wiki_scope.edges_0 PARTITION OF wiki_scope.edges FOR VALUES WITH (MODULUS 2, REMAINDER 0);
+        CREATE TABLE wiki_scope.edges_1 PARTITION OF wiki_scope.edges FOR VALUES WITH (MODULUS 2, REMAINDER 1);
+        DROP TABLE wiki_scope.whole;
+        ALTER TABLE wiki_scope.symbols RENAME TO whole;
+        CREATE TABLE wiki_scope.symbols(LIKE wiki_scope.whole INCLUDING ALL) PARTITION BY HASH(repository);
+        CREATE TABLE wiki_scope.symbols_0 PARTITION OF wiki_scope.symbols FOR VALUES WITH (MODULUS 2, REMAINDER 0);
+        CREATE TABLE wiki_scope.symbols_1 PARTITION OF wiki_scope.symbols FOR VALUES WITH (MODULUS 2, REMAINDER 1);
+        DROP TABLE wiki_scope.whole
+    )sql");
     for (const std::string name : {"one", "two", "three", "four"}) {
         import(3, name);
         import(6, name);

@@ -26,7 +26,7 @@ class ScipImport : public testing::Test {
         }
         const std::unique_ptr<Index> served = index_at(test_server(), folder / "");
         try {
-            const ImportReport report = import_scip(request, *served->replace(), progress);
+            ImportReport report = import_scip(request, *served->replace(), progress);
             copy_index(*served, file);
             return report;
         } catch (const std::runtime_error&) {
