@@ -6,7 +6,7 @@
 namespace embedded {
 
 bool is_server(const std::string& place) {
-    return place.starts_with("postgresql://") || place.starts_with("postgres://");
+    return place.find("://") != std::string::npos || place.find("password=") != std::string::npos;
 }
 
 std::unique_ptr<Index> index_at(const std::string& place, const std::string& repository) {

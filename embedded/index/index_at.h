@@ -8,7 +8,8 @@
 
 namespace embedded {
 
-/// Whether a place is the address of a database server ("postgresql://..."); else it is the path of a file.
+/// Whether a place is the address of a database server ("postgresql://..."), or is meant to be one: it may hold a password,
+/// and is not to be quoted as a path would be. Else it is the path of a file.
 bool is_server(const std::string& place);
 
 /// The index at a place. In a server it is that of a repository, whose name may be empty to import: the folder of the

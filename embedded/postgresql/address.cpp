@@ -3,6 +3,7 @@
 #include <libpq-fe.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -37,7 +38,10 @@ bool is_port(std::string_view text) {
 }
 
 bool is_secret(std::string_view keyword) {
-    return keyword == "password" || keyword == "sslpassword";
+    // The last three are of newer client libraries.
+    constexpr std::array<std::string_view, 5> SECRETS{"password", "sslpassword", "oauth_client_secret",
+                                                      "scram_client_key", "scram_server_key"};
+    return std::ranges::find(SECRETS, keyword) != SECRETS.end();
 }
 
 bool is_sound(const std::pair<std::string, std::string>& option) {
@@ -85,7 +89,8 @@ std::string without_password(std::string_view url, std::size_t behind_scheme) {
 
 Address::Address(std::string_view url) {
     const std::size_t behind_scheme = url.find("://") + 3;
-    const std::optional<Options> options = options_of(std::string(url));
+    const bool is_url = url.starts_with("postgresql://") || url.starts_with("postgres://");
+    const std::optional<Options> options = is_url ? options_of(std::string(url)) : std::nullopt;
     if (!options || !is_unambiguous(url.substr(behind_scheme)) || !std::ranges::all_of(*options, is_sound)) {
         throw no_address();
     }
