@@ -10,15 +10,14 @@ namespace embedded::postgresql {
 
 namespace {
 
-// Statements join in the written order, a range or a path at a time, through the index that is made for it: the planner
-// may know nothing yet of rows that were copied a moment ago.
+// The planner may know nothing yet of a snapshot that was copied a moment ago, and then takes all plans for equally cheap.
+// So nothing is left to its estimates: rows are asked for range by range, and in the order of the index that is made for
+// it, since no other has them in that order and nothing may be sorted where it can be helped.
 constexpr const char* BEGIN = R"sql(
     BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY;
+    SET LOCAL enable_sort = off;
     SET LOCAL enable_seqscan = off;
     SET LOCAL enable_bitmapscan = off;
-    SET LOCAL enable_hashjoin = off;
-    SET LOCAL enable_mergejoin = off;
-    SET LOCAL enable_material = off;
     SET LOCAL enable_memoize = off;
     SET LOCAL jit = off
 )sql";
@@ -28,17 +27,31 @@ std::string of_snapshot(const std::string& table) {
     return table + ".repository = $1 AND " + table + ".snapshot = $2";
 }
 
+// The rows of a table whose key, an expression, lies between two others, in the order of the key.
+std::string between(const std::string& table, const std::string& key, const std::string& first,
+                    const std::string& last) {
+    return "(SELECT * FROM wiki_scope." + table + " AS " + table + " WHERE " + of_snapshot(table) + " AND " + key +
+           " BETWEEN " + first + " AND " + last + " ORDER BY " + key + ") AS " + table + " ";
+}
+
 // Rows whose integer in a column lies in one of the ranges that are bound to $3 and $4.
 std::string in_ranges(const std::string& table, const std::string& column) {
-    return "FROM unnest($3::bigint[], $4::bigint[]) AS range(first, last) JOIN wiki_scope." + table + " AS " + table +
-           " ON " + of_snapshot(table) + " AND " + table + "." + column + " BETWEEN range.first AND range.last";
+    return "FROM unnest($3::bigint[], $4::bigint[]) AS range(first, last) CROSS JOIN LATERAL " +
+           between(table, column, "range.first", "range.last");
+}
+
+// What paths and names are indexed by.
+std::string start_of_path(const std::string& path) {
+    return "substring(" + path + " FROM 1 FOR 500)";
+}
+std::string start_of_name(const std::string& name) {
+    return "substring(" + name + " FROM 1 FOR 200)";
 }
 
 void bind_ranges(Parameters& parameters, std::vector<std::int64_t> integers) {
     std::vector<std::int64_t> firsts;
     std::vector<std::int64_t> lasts;
-    const auto ranges = ranges_of(std::move(integers));
-    for (const auto& [first, last] : ranges) {
+    for (const auto& [first, last] : ranges_of(std::move(integers))) {
         firsts.push_back(first);
         lasts.push_back(last);
     }
@@ -88,20 +101,23 @@ std::vector<EdgeRow> all_edges(Rows& rows) {
 
 }  // namespace
 
-PostgresqlDatabase::PostgresqlDatabase(Connection& connection, std::string repository)
-    : connection_(connection), repository_(std::move(repository)) {
-    connection_.execute(BEGIN);
-    require_schema(connection_);
-    find_snapshot();
+PostgresqlDatabase::Transaction::Transaction(Connection& of) : connection(of) {
+    connection.execute(BEGIN);
 }
 
-PostgresqlDatabase::~PostgresqlDatabase() {
+PostgresqlDatabase::Transaction::~Transaction() {
     try {
-        if (!connection_.is_lost()) {
-            connection_.execute("COMMIT");
+        if (!connection.is_lost()) {
+            connection.execute("COMMIT");
         }
     } catch (...) {  // the connection is lost then, and with it the transaction
     }
+}
+
+PostgresqlDatabase::PostgresqlDatabase(Connection& connection, const std::string& repository)
+    : connection_(connection), repository_(repository), transaction_(connection) {
+    require_schema(connection_);
+    find_snapshot();
 }
 
 void PostgresqlDatabase::find_snapshot() {
@@ -165,28 +181,27 @@ void PostgresqlDatabase::read_files_at(std::span<const std::string> paths, const
             once.emplace_back(path);
         }
     }
+    const std::string start = start_of_path("page.path");
     Rows rows(connection_,
-              FILES +
-                  "FROM unnest($3::bytea[]) WITH ORDINALITY AS page(path, place) JOIN wiki_scope.files AS files ON " +
-                  of_snapshot("files") +
-                  " AND substring(files.path FROM 1 FOR 500) = substring(page.path FROM 1 FOR 500) "
-                  "AND files.path = page.path ORDER BY page.place",
+              FILES + "FROM unnest($3::bytea[]) WITH ORDINALITY AS page(path, place) CROSS JOIN LATERAL " +
+                  between("files", start_of_path("path"), start, start) +
+                  "WHERE files.path = page.path ORDER BY page.place",
               key().bytes_list(once));
     take_files(rows, take);
 }
 
 void PostgresqlDatabase::read_files_below(std::string_view folder, const Take<FileRow>& take) {
     // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
-    const std::string is_below = " AND substring(files.path FROM 1 FOR 500) >= substring($3 FROM 1 FOR 500) "
-                                 "AND substring(files.path FROM 1 FOR 500) <= substring($4 FROM 1 FOR 500) "
-                                 "AND files.path > $3 AND files.path < $4";
+    const std::string start = start_of_path("files.path");
+    const std::string is_below = " AND " + start + " BETWEEN " + start_of_path("$3") + " AND " + start_of_path("$4") +
+                                 " AND files.path > $3 AND files.path < $4";
     Parameters parameters = key();
     if (!folder.empty()) {
         parameters.bytes(std::string(folder) + "/").bytes(std::string(folder) + "0");
     }
     Rows rows(connection_,
               FILES + "FROM wiki_scope.files AS files WHERE " + of_snapshot("files") +
-                  (folder.empty() ? "" : is_below) + " ORDER BY files.path",
+                  (folder.empty() ? "" : is_below) + " ORDER BY " + start + ", files.path",
               parameters);
     take_files(rows, take);
 }
@@ -213,9 +228,10 @@ void PostgresqlDatabase::read_declarations(std::vector<RowId> ids, const Take<De
 }
 
 void PostgresqlDatabase::read_declarations_named(std::string_view name, const Take<DeclarationRow>& take) {
+    const std::string start = start_of_name("$3");
     Rows rows(connection_,
-              DECLARATIONS + "FROM wiki_scope.symbols AS symbols WHERE " + of_snapshot("symbols") +
-                  " AND substring(symbols.name FROM 1 FOR 200) = substring($3 FROM 1 FOR 200) AND symbols.name = $3",
+              DECLARATIONS + "FROM " + between("symbols", start_of_name("name"), start, start) +
+                  "WHERE symbols.name = $3",
               key().bytes(name));
     take_declarations(rows, take);
 }
@@ -270,7 +286,7 @@ std::vector<EdgeRow> PostgresqlDatabase::read_edges_into(std::vector<RowId> decl
         parameters.integer(*resolution);
     }
     Rows rows(connection_,
-              EDGES + in_ranges("edges", "target_id") + (resolution ? " WHERE edges.resolution_id = $5" : ""),
+              EDGES + in_ranges("edges", "target_id") + (resolution ? "WHERE edges.resolution_id = $5" : ""),
               parameters);
     return all_edges(rows);
 }

@@ -18,10 +18,7 @@ namespace embedded::postgresql {
 class PostgresqlDatabase : public storage::Database {
   public:
     /// Throws `UnusableIndex` when there is no such repository, or the database is not prepared.
-    PostgresqlDatabase(Connection& connection, std::string repository);
-    ~PostgresqlDatabase() override;
-    PostgresqlDatabase(const PostgresqlDatabase&) = delete;
-    PostgresqlDatabase& operator=(const PostgresqlDatabase&) = delete;
+    PostgresqlDatabase(Connection& connection, const std::string& repository);
 
     [[nodiscard]] std::string name() const override { return connection_.server() + " (" + repository_ + ")"; }
     [[nodiscard]] IndexOrigin origin() override { return origin_; }
@@ -46,6 +43,16 @@ class PostgresqlDatabase : public storage::Database {
     [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override;
 
   private:
+    // A member, so that it ends too when there is nothing to read.
+    struct Transaction {
+        explicit Transaction(Connection& of);
+        ~Transaction();
+        Transaction(const Transaction&) = delete;
+        Transaction& operator=(const Transaction&) = delete;
+
+        Connection& connection;
+    };
+
     void find_snapshot();
     [[nodiscard]] std::string known_repositories();
     /// The repository and the snapshot, which are $1 and $2 of every statement.
@@ -53,6 +60,7 @@ class PostgresqlDatabase : public storage::Database {
 
     Connection& connection_;
     const std::string repository_;
+    const Transaction transaction_;
     std::int64_t repository_id_ = 0;
     std::int64_t snapshot_ = 0;
     IndexOrigin origin_;

@@ -240,6 +240,53 @@ TEST_F(Server, AnImportThatFailsLeavesTheOldIndexAndOneThatSucceedsNothingElse) 
     EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.notes"), 3);
 }
 
+// The planner knows the rows of one snapshot, and not those of the other.
+TEST_F(Server, ReadsTheRowsThatItIsAskedForAloneRightAfterAnImport) {
+    constexpr RowId MANY = 500;
+    import(3);
+    Connection(database).execute("ANALYZE");
+    {
+        const std::unique_ptr<NewIndex> large = repository("large")->replace();
+        large->claim("");
+        for (RowId id = 1; id <= MANY; ++id) {
+            const std::string name = "f" + std::to_string(id);
+            large->rows().add(FileRow{.id = id, .path = name});
+            large->rows().add(DeclarationRow{id, id, name, name, "function", true, 1, 1, 1});
+            large->rows().add(EdgeRow{id, id, 1, 1});
+        }
+        large->complete({.files = MANY, .declarations = MANY, .edges = MANY});
+        large->commit();
+    }
+    kill_others();
+    Connection(database).execute("SELECT pg_stat_reset()");
+    {
+        const std::unique_ptr<IndexConnection> connection = repository("large")->connect();
+        const std::unique_ptr<storage::Database> db = connection->read();
+        const std::vector<std::string> path{"f7"};
+        const auto file = [](const FileRow& row) { EXPECT_EQ(row.id, 7); };
+        const auto declaration = [](const DeclarationRow& row) { EXPECT_EQ(row.id, 7); };
+        db->read_files_at(path, file);
+        db->read_files({7}, file);
+        db->read_files_below("f7", file);
+        db->read_declarations_in({7}, declaration);
+        db->read_declarations({7}, declaration);
+        db->read_declarations_named("f7", declaration);
+        EXPECT_EQ(db->read_edges_into({7}).size(), 1U);
+        EXPECT_EQ(db->read_edges_out_of({7}).size(), 1U);
+    }
+    kill_others();  // which tell what they have read at their end
+    Connection connection(database);
+    EXPECT_LT(number(connection, "SELECT sum(idx_tup_read)::bigint FROM pg_stat_user_indexes"), 20);
+    EXPECT_EQ(number(connection, "SELECT sum(seq_tup_read)::bigint FROM pg_stat_user_tables"), 0);
+}
+
+TEST_F(Server, IsReadInItsLatestStateAfterThereWasNoneToRead) {
+    const std::unique_ptr<IndexConnection> connection = repository()->connect();
+    EXPECT_THROW(static_cast<void>(connection->read()), UnusableIndex);
+    import(3);
+    EXPECT_EQ(lines(*connection->read()), 3);
+}
+
 TEST_F(Server, APageIsOfOneStateAndTheNextOneOfTheNewIndex) {
     import(3);
     std::vector<std::string> told;
