@@ -83,7 +83,7 @@ void NewPostgresqlIndex::remove_superseded() {
 
 RowWriter& NewPostgresqlIndex::rows() {
     if (!rows_) {
-        connection_.execute("BEGIN");
+        connection_.execute("BEGIN ISOLATION LEVEL READ COMMITTED");  // else imports of others might be in its way
         rows_.emplace(connection_, repository_id_, current_ + 1);
     }
     return *rows_;
@@ -95,22 +95,31 @@ void NewPostgresqlIndex::complete(const RowCounts& counts) {
         rows_->edges() != counts.edges) {
         throw std::runtime_error(name() + ": the server has not taken every row; import again");
     }
-    connection_.execute("UPDATE wiki_scope.repositories SET snapshot = $2, bytes = $3, made = clock_timestamp() "
-                        "WHERE repository = $1",
-                        Parameters().integer(repository_id_).integer(current_ + 1).integer(rows_->size()));
+    const std::int64_t changed = connection_.execute(
+        "UPDATE wiki_scope.repositories SET snapshot = $2, bytes = $3, made = clock_timestamp() WHERE repository = $1",
+        Parameters().integer(repository_id_).integer(current_ + 1).integer(rows_->size()));
+    if (changed != 1) {
+        throw std::runtime_error(name() + ": the server does not let the row of the repository be changed; check its "
+                                          "row-level security, and import again");
+    }
 }
 
 void NewPostgresqlIndex::commit() {
+    const auto unknown = [](const std::string& why) {
+        return std::runtime_error(why +
+                                  "; whether the new index was put into its place is not known: see wiki-scope stats");
+    };
     try {
         connection_.execute("COMMIT");
     } catch (const PostgresqlError& error) {
-        throw std::runtime_error(std::string(error.what()) +
-                                 "; whether the new index was put into its place is not known: see wiki-scope stats");
+        throw unknown(error.what());
+    } catch (...) {  // what the watch throws, which does not know how far this has come
+        throw unknown(name() + ": interrupted at the last step");
     }
     ++current_;
     try {
         remove_superseded();
-    } catch (const PostgresqlError&) {  // the next import removes it
+    } catch (...) {  // the new index is there, whatever becomes of the old: the next import removes it
     }
 }
 

@@ -107,7 +107,7 @@ std::int64_t schema_version() {
 }
 
 std::int64_t migrate(Connection& connection, std::int64_t version) {
-    connection.execute("BEGIN");
+    connection.execute("BEGIN ISOLATION LEVEL READ COMMITTED");  // what is read is what others have left
     connection.execute(LOCK);
     const bool has_versions = integer_from(connection, "SELECT count(to_regclass('wiki_scope.versions'))") != 0;
     const std::int64_t before = has_versions ? latest_version(connection) : 0;

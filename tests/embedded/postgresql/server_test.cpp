@@ -240,6 +240,48 @@ TEST_F(Server, AnImportThatFailsLeavesTheOldIndexAndOneThatSucceedsNothingElse) 
     EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.notes"), 3);
 }
 
+// A row that a policy hides is not changed, which is no failure to the server.
+TEST_F(Server, AnImportThatIsKeptFromItsLastStepFailsAndTheNextOneSucceeds) {
+    import(3);
+    Connection connection(database);
+    connection.execute(
+        "DROP ROLE IF EXISTS writer; CREATE ROLE writer LOGIN; GRANT USAGE ON SCHEMA wiki_scope TO writer;"
+        "GRANT SELECT, INSERT, UPDATE, DELETE ON ALL TABLES IN SCHEMA wiki_scope TO writer;"
+        "ALTER TABLE wiki_scope.repositories ENABLE ROW LEVEL SECURITY;"
+        "CREATE POLICY reading ON wiki_scope.repositories FOR SELECT USING (true)");
+    expect_failure("import in.scip --repository one --index postgresql://writer@/tested",
+                   "does not let the row of the repository be changed");
+    import(4);
+    EXPECT_EQ(lines(), 4);
+    connection.execute("DROP OWNED BY writer; DROP ROLE writer");
+}
+
+TEST_F(Server, AnImportThatIsInterruptedAtItsEndDoesNotSayThatNothingWasChanged) {
+    import(3);
+    Connection connection(database);
+    connection.execute("CREATE FUNCTION wiki_scope.sleep() RETURNS trigger LANGUAGE plpgsql AS "
+                       "'BEGIN PERFORM pg_sleep(100); RETURN NULL; END';"
+                       "CREATE TRIGGER sleep BEFORE DELETE ON wiki_scope.notes EXECUTE FUNCTION wiki_scope.sleep()");
+    const auto next = [&](const std::string& name, const Look& watch) {
+        const std::unique_ptr<NewIndex> made = repository(name)->replace();
+        made->claim("");
+        static_cast<void>(made->rows());
+        made->complete({});
+        made->watch(watch);
+        made->commit();
+    };
+    EXPECT_THROW(next("two", [] { throw std::out_of_range("nothing was changed"); }), std::runtime_error);
+    const std::string removing =
+        "SELECT count(*) FROM pg_stat_activity WHERE state = 'active' AND query LIKE 'SET synchronous_commit%DELETE%'";
+    next("one", [&] {
+        if (number(owner, removing) != 0) {
+            throw std::out_of_range("nothing was changed");
+        }
+    });
+    EXPECT_EQ(lines(), 0);
+    kill_others();
+}
+
 // The planner knows the rows of one snapshot, and not those of the other.
 TEST_F(Server, ReadsTheRowsThatItIsAskedForAloneRightAfterAnImport) {
     constexpr RowId MANY = 500;
