@@ -122,7 +122,7 @@ TEST_F(Server, ReadsWithSelectAloneAndImportsWithRowsAlone) {
     folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F)}));
     folder.write("a.ts", "function f() {}\n");
     const std::string import = "import in.scip --repository one --index postgresql://";
-    expect_failure(import + "reader@/tested", "permission denied for table repositories; have the owner of the schema");
+    expect_failure(import + "reader@/tested", "permission denied for table repositories; have its owner grant that");
     EXPECT_EQ(run(import + "writer@/tested").exit_code, 0);
     EXPECT_EQ(run(import + "writer@/tested").exit_code, 0);
     expect_failure(import + "reader@/tested", "permission denied for table");
