@@ -54,7 +54,7 @@ bench:
 	cmake --preset bench
 	cmake --build --preset bench
 	build/bench/bench/page_bench
-	build/bench/bench/command_bench build/bench/embedded/wiki-scope
+	tools/with-postgresql build/bench/bench/command_bench build/bench/embedded/wiki-scope postgresql:///postgres
 	build/bench/bench/memory_bench
 
 # Puts the library, its headers and the command below PREFIX, or below DESTDIR/PREFIX for a package.

@@ -1,5 +1,5 @@
-// What whole commands cost on the index of a large repository, beside a bare scan of the same rows:
-// command_bench WIKI_SCOPE
+// What whole commands cost on the index of a large repository, beside a bare scan of the same rows, and with the index in
+// a server: command_bench WIKI_SCOPE [postgresql://...]
 //
 // The bare scan steps every row into and out of a page once through a table that is clustered for it, reads its four
 // integers, and sorts them.
@@ -16,6 +16,7 @@
 #include <exception>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
@@ -125,7 +126,14 @@ class Costs {
     std::map<std::string, std::vector<Cost>> costs_;
 };
 
-void measure(const std::string& wiki_scope) {
+// The command with its index in a server instead of a file.
+std::vector<std::string> in_server(std::vector<std::string> command, const std::string& server) {
+    *std::next(std::ranges::find(command, "--index")) = server;
+    command.insert(command.end(), {"--repository", "large"});
+    return command;
+}
+
+void measure(const std::string& wiki_scope, const std::string& server) {
     constexpr int ROUNDS = 5;
     const TemporaryFolder folder;
     const std::string scip = folder / "large.scip";
@@ -135,14 +143,27 @@ void measure(const std::string& wiki_scope) {
     write_scip(REPOSITORY, scip);
     const std::vector<std::string> import{wiki_scope, "import", scip, "--index", index};
     bench::cost_of_program(import);
+    if (!server.empty()) {
+        bench::cost_of_program({wiki_scope, "init", "--index", server});
+        bench::cost_of_program(in_server(import, server));
+    }
     const BareTable bare(folder / "bare.db", index);
 
     Costs costs;
-    costs.add("import", [&] { return bench::cost_of_program(import); });
+    std::vector<std::string> served;  // the commands that are run with both kinds of index
+    const auto add_command = [&](const std::string& name, const std::vector<std::string>& command) {
+        costs.add(name, [command] { return bench::cost_of_program(command); });
+        if (!server.empty()) {
+            costs.add("served " + name,
+                      [command, &server] { return bench::cost_of_program(in_server(command, server)); });
+            served.push_back(name);
+        }
+    };
+    add_command("import", import);
     for (const PageShape& page : page_shapes()) {
         std::vector<std::string> command{wiki_scope, "page", "--index", index, "--checkout", checkout};
         command.insert(command.end(), page.arguments.begin(), page.arguments.end());
-        costs.add(page.name, [command] { return bench::cost_of_program(command); });
+        add_command(page.name, command);
         costs.add("bare " + page.name, [&bare, page] { return bench::cost_of([&] { bare.scan(page); }); });
         if (page.arguments.front() == ".") {
             command.insert(command.end(), {"--format", "json"});
@@ -155,7 +176,7 @@ void measure(const std::string& wiki_scope) {
         std::vector<std::string> command{wiki_scope};
         command.insert(command.end(), lookup.begin(), lookup.end());
         command.insert(command.end(), {"--index", index});
-        costs.add(lookup.front(), [command] { return bench::cost_of_program(command); });
+        add_command(lookup.front(), command);
     }
     costs.run(ROUNDS);
 
@@ -178,17 +199,26 @@ void measure(const std::string& wiki_scope) {
     for (const std::vector<std::string>& lookup : lookups) {
         print(lookup.front(), all);
     }
+    if (!server.empty()) {
+        std::printf("\n| Command | elapsed ms with a file | with a server | times |\n|---|---|---|---|\n");
+    }
+    for (const std::string& name : served) {
+        const double with_file = costs.of(name).elapsed_seconds;
+        const double with_server = costs.of("served " + name).elapsed_seconds;
+        std::printf("| `%s` | %.0f | %.0f | %.1f |\n", name.c_str(), with_file * 1e3, with_server * 1e3,
+                    with_server / with_file);
+    }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fputs("usage: command_bench WIKI_SCOPE\n", stderr);
+    if (argc != 2 && argc != 3) {
+        std::fputs("usage: command_bench WIKI_SCOPE [postgresql://...]\n", stderr);
         return 2;
     }
     try {
-        measure(argv[1]);
+        measure(argv[1], argc == 3 ? argv[2] : "");
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "command_bench: %s\n", error.what());
