@@ -3,7 +3,6 @@
 #include "embedded/command/file_option.h"
 #include "embedded/index/index_at.h"
 #include "embedded/index/index_error.h"
-#include "embedded/text/utf8.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -52,7 +51,11 @@ void add_index_options(CLI::App& command, IndexOption& option, const std::string
 }
 
 std::unique_ptr<Index> index_of(const IndexOption& option, const std::string& checkout) {
-    return index_at(option.place, option.repository.empty() ? name_of_folder(checkout) : option.repository);
+    const std::string repository = option.repository.empty() ? name_of_folder(checkout) : option.repository;
+    if (repository.empty() && is_server(option.place)) {
+        throw CLI::ValidationError("--repository", "is required: the current folder has no name");
+    }
+    return index_at(option.place, repository);
 }
 
 void add_checkout_option(CLI::App& command, std::string& path) {

@@ -29,9 +29,15 @@ bool transfer(std::uint64_t size, Call call) {
     return true;
 }
 
+// Never one that others have put there: the folder may be everybody's.
+FileDescriptor new_file(const std::string& path) {
+    unlink(path.c_str());
+    return {path, O_RDWR | O_CREAT | O_EXCL, 0600};
+}
+
 }  // namespace
 
-NamelessFile::NamelessFile(const std::string& path) : path_(path), file_(path, O_RDWR | O_CREAT | O_TRUNC, 0600) {
+NamelessFile::NamelessFile(const std::string& path) : path_(path), file_(new_file(path)) {
     if (!file_.is_open()) {
         throw failure(path_, "cannot be made");
     }

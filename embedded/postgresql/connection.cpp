@@ -7,6 +7,7 @@
 #include <charconv>
 #include <chrono>
 #include <new>
+#include <regex>
 #include <utility>
 #include <vector>
 
@@ -108,11 +109,12 @@ void Connection::connect(const Address& address) {
     }
     PQsetNoticeProcessor(
         handle_.get(), [](void*, const char*) {}, nullptr);  // which else prints them
+    PQsetErrorVerbosity(handle_.get(), PQERRORS_VERBOSE);
     const auto deadline = std::chrono::steady_clock::now() + patience(handle_.get());
     PostgresPollingStatusType status = PGRES_POLLING_WRITING;
     while (status != PGRES_POLLING_OK) {
         if (status == PGRES_POLLING_FAILED || PQstatus(handle_.get()) == CONNECTION_BAD) {
-            throw PostgresqlError(server_, first_line(PQerrorMessage(handle_.get())), state_of_refusal());
+            throw refusal();
         }
         pollfd socket{PQsocket(handle_.get()), static_cast<short>(status == PGRES_POLLING_READING ? POLLIN : POLLOUT),
                       0};
@@ -126,23 +128,15 @@ void Connection::connect(const Address& address) {
     }
 }
 
-// The client library tells no code of why it could not connect, but the words that the server has said.
-std::string Connection::state_of_refusal() const {
-    const std::string_view words = PQerrorMessage(handle_.get());
-    const auto say = [&](std::string_view some) { return words.find(some) != std::string_view::npos; };
-    if (say("authentication failed") || say("no password supplied") || say("no pg_hba.conf entry")) {
-        return "28000";
+// The client library tells the server's code only as a part of its words: "FATAL:  28P01: password authentication ...".
+PostgresqlError Connection::refusal() const {
+    std::string reason = first_line(PQerrorMessage(handle_.get()));
+    std::string state = PQconnectionNeedsPassword(handle_.get()) != 0 ? "28P01" : "08001";
+    if (std::smatch code; std::regex_search(reason, code, std::regex(":  ([0-9A-Z]{5}): "))) {
+        state = code[1];
+        reason.erase(static_cast<std::size_t>(code.position(1)), static_cast<std::size_t>(code.length(1)) + 2);
     }
-    if (say("database \"") && say("does not exist")) {
-        return "3D000";
-    }
-    if (say("too many clients") || say("remaining connection slots")) {
-        return "53300";
-    }
-    if (say("the database system is")) {  // starting, ending, or recovering
-        return "57P03";
-    }
-    return say("FATAL: ") ? "" : "08001";
+    return {server_, reason, state};
 }
 
 bool Connection::is_lost() const {

@@ -68,7 +68,8 @@ class Connection {
     using Result = std::unique_ptr<pg_result, Finisher>;
 
     void connect(const Address& address);
-    [[nodiscard]] std::string state_of_refusal() const;
+    /// Why the server could not be connected to.
+    [[nodiscard]] PostgresqlError refusal() const;
     void send(const std::string& sql, const Parameters& parameters);
     /// Waits a few milliseconds for the server; `can_send` asks too whether it takes more.
     void wait(bool can_send);

@@ -1,12 +1,12 @@
 #include "embedded/postgresql/new_postgresql_index.h"
 
 #include "embedded/postgresql/schema.h"
-#include "embedded/text/utf8.h"
 
 #include <unistd.h>
 
 #include <array>
 #include <filesystem>
+#include <system_error>
 
 namespace embedded::postgresql {
 
@@ -33,7 +33,12 @@ std::string NewPostgresqlIndex::name() const {
 }
 
 std::string NewPostgresqlIndex::scratch_path(const std::string& role) const {
-    return std::filesystem::temp_directory_path() / ("wiki-scope-" + std::to_string(getpid()) + "-" + role);
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+    if (error) {
+        throw std::runtime_error("TMPDIR: no folder for temporary files (" + error.message() + "); name another");
+    }
+    return folder / ("wiki-scope-" + std::to_string(getpid()) + "-" + role);
 }
 
 void NewPostgresqlIndex::claim(const std::string& folder) {

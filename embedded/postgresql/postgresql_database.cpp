@@ -48,16 +48,6 @@ std::string start_of_name(const std::string& name) {
     return "substring(" + name + " FROM 1 FOR 200)";
 }
 
-void bind_ranges(Parameters& parameters, std::vector<std::int64_t> integers) {
-    std::vector<std::int64_t> firsts;
-    std::vector<std::int64_t> lasts;
-    for (const auto& [first, last] : ranges_of(std::move(integers))) {
-        firsts.push_back(first);
-        lasts.push_back(last);
-    }
-    parameters.integers(firsts).integers(lasts);
-}
-
 const std::string FILES = "SELECT files.id, files.path, files.language, files.content_hash, files.declarations, "
                           "files.declared_lines ";
 
@@ -114,10 +104,21 @@ PostgresqlDatabase::Transaction::~Transaction() {
     }
 }
 
-PostgresqlDatabase::PostgresqlDatabase(Connection& connection, const std::string& repository)
-    : connection_(connection), repository_(repository), transaction_(connection) {
+PostgresqlDatabase::PostgresqlDatabase(Connection& connection, std::string repository)
+    : connection_(connection), repository_(std::move(repository)), transaction_(connection) {
     require_schema(connection_);
     find_snapshot();
+}
+
+Parameters PostgresqlDatabase::key_and_ranges(std::vector<std::int64_t> integers) const {
+    std::vector<std::int64_t> firsts;
+    std::vector<std::int64_t> lasts;
+    const auto ranges = ranges_of(std::move(integers));
+    for (const auto& [first, last] : ranges) {
+        firsts.push_back(first);
+        lasts.push_back(last);
+    }
+    return key().integers(firsts).integers(lasts);
 }
 
 void PostgresqlDatabase::find_snapshot() {
@@ -129,7 +130,9 @@ void PostgresqlDatabase::find_snapshot() {
     if (row.step()) {
         repository_id_ = row.integer(0);
         snapshot_ = row.integer(1);
-        origin_ = {.state = std::to_string(snapshot_), .bytes = row.integer(2), .made = std::string(row.bytes(3))};
+        origin_.bytes = row.integer(2);
+        origin_.made = row.bytes(3);
+        origin_.state = std::to_string(snapshot_) + " of " + origin_.made;
         row.step();
     }
     if (snapshot_ == 0) {
@@ -207,23 +210,17 @@ void PostgresqlDatabase::read_files_below(std::string_view folder, const Take<Fi
 }
 
 void PostgresqlDatabase::read_files(std::vector<RowId> ids, const Take<FileRow>& take) {
-    Parameters parameters = key();
-    bind_ranges(parameters, std::move(ids));
-    Rows rows(connection_, FILES + in_ranges("files", "id"), parameters);
+    Rows rows(connection_, FILES + in_ranges("files", "id"), key_and_ranges(std::move(ids)));
     take_files(rows, take);
 }
 
 void PostgresqlDatabase::read_declarations_in(std::vector<RowId> files, const Take<DeclarationRow>& take) {
-    Parameters parameters = key();
-    bind_ranges(parameters, std::move(files));
-    Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "file_id"), parameters);
+    Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "file_id"), key_and_ranges(std::move(files)));
     take_declarations(rows, take);
 }
 
 void PostgresqlDatabase::read_declarations(std::vector<RowId> ids, const Take<DeclarationRow>& take) {
-    Parameters parameters = key();
-    bind_ranges(parameters, std::move(ids));
-    Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "id"), parameters);
+    Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "id"), key_and_ranges(std::move(ids)));
     take_declarations(rows, take);
 }
 
@@ -250,10 +247,8 @@ void PostgresqlDatabase::read_names(std::string_view part, const Take<NameRow>& 
 }
 
 void PostgresqlDatabase::read_descriptions(std::vector<RowId> declarations, const Take<DescriptionRow>& take) {
-    Parameters parameters = key();
-    bind_ranges(parameters, std::move(declarations));
     Rows rows(connection_, "SELECT symbol_id, signature, documentation " + in_ranges("descriptions", "symbol_id"),
-              parameters);
+              key_and_ranges(std::move(declarations)));
     while (rows.step()) {
         take({.declaration = rows.integer(0), .signature = rows.bytes(1), .documentation = rows.bytes(2)});
     }
@@ -280,8 +275,7 @@ void PostgresqlDatabase::read_resolved_languages(std::span<const models::Text> n
 
 std::vector<EdgeRow> PostgresqlDatabase::read_edges_into(std::vector<RowId> declarations,
                                                          std::optional<RowId> resolution) {
-    Parameters parameters = key();
-    bind_ranges(parameters, std::move(declarations));
+    Parameters parameters = key_and_ranges(std::move(declarations));
     if (resolution) {
         parameters.integer(*resolution);
     }
@@ -292,9 +286,7 @@ std::vector<EdgeRow> PostgresqlDatabase::read_edges_into(std::vector<RowId> decl
 }
 
 std::vector<EdgeRow> PostgresqlDatabase::read_edges_out_of(std::vector<RowId> files) {
-    Parameters parameters = key();
-    bind_ranges(parameters, std::move(files));
-    Rows rows(connection_, EDGES + in_ranges("edges", "source_file_id"), parameters);
+    Rows rows(connection_, EDGES + in_ranges("edges", "source_file_id"), key_and_ranges(std::move(files)));
     return all_edges(rows);
 }
 

@@ -18,7 +18,7 @@ namespace embedded::postgresql {
 class PostgresqlDatabase : public storage::Database {
   public:
     /// Throws `UnusableIndex` when there is no such repository, or the database is not prepared.
-    PostgresqlDatabase(Connection& connection, const std::string& repository);
+    PostgresqlDatabase(Connection& connection, std::string repository);
 
     [[nodiscard]] std::string name() const override { return connection_.server() + " (" + repository_ + ")"; }
     [[nodiscard]] IndexOrigin origin() override { return origin_; }
@@ -57,6 +57,9 @@ class PostgresqlDatabase : public storage::Database {
     [[nodiscard]] std::string known_repositories();
     /// The repository and the snapshot, which are $1 and $2 of every statement.
     [[nodiscard]] Parameters key() const { return Parameters().integer(repository_id_).integer(snapshot_); }
+
+    /// With these the ranges that integers form, $3 and $4.
+    [[nodiscard]] Parameters key_and_ranges(std::vector<std::int64_t> integers) const;
 
     Connection& connection_;
     const std::string repository_;

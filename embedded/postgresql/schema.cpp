@@ -73,6 +73,9 @@ constexpr std::array MIGRATIONS{
         CREATE INDEX symbols_by_name ON wiki_scope.symbols(repository, snapshot, substring(name FROM 1 FOR 200));
         CREATE INDEX edges_by_target
             ON wiki_scope.edges(repository, snapshot, target_id, source_file_id, resolution_id) INCLUDE(refs);
+        -- A page reads from indexes alone what a vacuum has seen: soon after an import, however large the table is.
+        ALTER TABLE wiki_scope.edges SET(
+            autovacuum_vacuum_insert_threshold = 10000, autovacuum_vacuum_insert_scale_factor = 0);
     )sql",
 };
 

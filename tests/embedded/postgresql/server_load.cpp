@@ -106,6 +106,7 @@ class Load {
 
     // Each repository is as it must be, and after one more import nothing is left of those before.
     void check() {
+        wait_for_server();
         for (std::size_t number = 0; number < REPOSITORIES; ++number) {
             require(run(page(number), 0).empty(), "a page after the load");
             const auto version =
@@ -123,6 +124,19 @@ class Load {
     }
 
   private:
+    // It may have crashed a moment ago.
+    static void wait_for_server() {
+        for (int tries = 0;; ++tries) {
+            try {
+                Connection(Address(SERVER)).execute("SELECT 1");
+                return;
+            } catch (const PostgresqlError& error) {
+                require(tries < 300, error.what());
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            }
+        }
+    }
+
     [[nodiscard]] std::string scip(std::size_t version) const { return folder_ / (std::to_string(version) + ".scip"); }
 
     static std::string index(std::size_t number) {
@@ -155,7 +169,7 @@ class Load {
     // Counts failures by what is wrong, wherever it was.
     void count(const std::string& what, std::string failure) {
         failure = std::regex_replace(failure,
-                                     std::regex("^wiki-scope: [^ ]*|connection to server [^ ]* \"[^\"]*\" failed:|"
+                                     std::regex("^wiki-scope: [^ ]*|connection to server [a-z ]*\"[^\"]*\" failed:|"
                                                 "; the index of .* is as it was before"),
                                      "");
         counts_.add(what + (failure.empty() ? "" : " failed:" + failure));
