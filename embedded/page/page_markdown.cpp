@@ -207,9 +207,8 @@ void write_markdown(std::ostream& out, const Page& page, storage::Database& db, 
     const std::optional<std::string> text =
         fitted(with_sources, wanted, options.max_bytes.value_or(std::numeric_limits<std::size_t>::max()));
     if (!text) {
-        throw std::runtime_error("--max-bytes: what would be left of the page does not fit into " +
-                                 std::to_string(*options.max_bytes) +
-                                 " bytes; allow more, or choose sections with --only");
+        throw std::runtime_error("too few bytes: what would be left of the page does not fit into " +
+                                 std::to_string(*options.max_bytes) + "; allow more, or fewer sections");
     }
     out << *text;
 }

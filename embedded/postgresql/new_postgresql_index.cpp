@@ -86,6 +86,12 @@ void NewPostgresqlIndex::remove_superseded() {
     connection_.execute(statements);
 }
 
+// Indexes alone answer for rows that a vacuum has seen. It may be left to autovacuum: who does not own the table is not
+// let do it, and another vacuum is not waited for.
+void NewPostgresqlIndex::make_visible() {
+    connection_.execute("VACUUM (SKIP_LOCKED, INDEX_CLEANUP OFF, TRUNCATE OFF) wiki_scope.edges");
+}
+
 RowWriter& NewPostgresqlIndex::rows() {
     if (!rows_) {
         connection_.execute("BEGIN ISOLATION LEVEL READ COMMITTED");  // else imports of others might be in its way
@@ -124,6 +130,7 @@ void NewPostgresqlIndex::commit() {
     ++current_;
     try {
         remove_superseded();
+        make_visible();
     } catch (...) {  // the new index is there, whatever becomes of the old: the next import removes it
     }
 }

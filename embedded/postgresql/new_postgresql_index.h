@@ -37,6 +37,8 @@ class NewPostgresqlIndex : public NewIndex {
     /// Reads the numbers of the repository and of its current snapshot. False when there is no such repository yet.
     bool find_repository();
     void remove_superseded();
+    /// Has pages read the new rows at less cost, if the server allows that.
+    void make_visible();
 
     Connection connection_;
     std::string repository_;

@@ -154,8 +154,8 @@ TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesThatHoldsItsSentences) {
     const Outcome too_little = run("page --index index.db --checkout . " + options + "999");
     EXPECT_EQ(too_little.exit_code, 1);
     EXPECT_EQ(too_little.out, "");
-    EXPECT_EQ(too_little.err, "wiki-scope: --max-bytes: what would be left of the page does not fit into 999 bytes; "
-                              "allow more, or choose sections with --only\n");
+    EXPECT_EQ(too_little.err, "wiki-scope: too few bytes: what would be left of the page does not fit into 999; allow "
+                              "more, or fewer sections\n");
     for (std::size_t most = 2100; most < whole.size(); most += 37) {
         const std::string page = print(options + std::to_string(most));
         EXPECT_LE(page.size(), most);

@@ -245,7 +245,7 @@ TEST_F(Serve, GivesAToolsOwnFailureAsItsResult) {
     const std::vector<std::pair<Received, std::string>> cases{
         {call("ground_page", {{"paths", {"c.ts"}}}), "c.ts: not in the index; did you mean a.ts?"},
         {call("ground_page", {{"paths", {"a.ts", "zzz"}}, {"strict", true}}), "zzz: not in the index"},
-        {call("ground_page", {{"paths", {"a.ts"}}, {"max_bytes", 10}}), ""},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"max_bytes", 10}}), "too few bytes: "},
         {call("list_files", {{"paths", {"zzz"}}}), "zzz: not in the index"},
     };
     for (const auto& [params, text] : cases) {
