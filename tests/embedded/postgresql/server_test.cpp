@@ -2,6 +2,8 @@
 
 #include "embedded/index/index_at.h"
 #include "embedded/page/page.h"
+#include "embedded/page/page_json.h"
+#include "embedded/page/page_markdown.h"
 #include "embedded/postgresql/connection.h"
 #include "embedded/postgresql/schema.h"
 #include "embedded/scip/import.h"
@@ -11,12 +13,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <future>
 #include <memory>
+#include <random>
+#include <set>
+#include <sstream>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -352,6 +359,66 @@ TEST_F(Server, IsWaitedForNoLongerThanTheWatchAllows) {
     EXPECT_THROW(connection.execute("SELECT pg_sleep(100)"), std::out_of_range);
     EXPECT_TRUE(connection.is_lost());
     EXPECT_THROW(connection.execute("SELECT 1"), PostgresqlError);
+}
+
+// The pages of random files of an index, one after the other.
+std::string random_pages(const Index& index, const Checkout& checkout) {
+    const std::unique_ptr<IndexConnection> connection = index.connect();
+    std::ostringstream out;
+    std::mt19937 random(1);
+    for (int page = 0; page < 40; ++page) {
+        std::vector<std::string> paths;
+        for (std::size_t count = 1 + random() % 12; count > 0; --count) {
+            paths.push_back("f" + std::to_string(random() % 50) + ".ts");
+        }
+        const std::unique_ptr<storage::Database> db = connection->read();
+        const Page made = load_page(*db, checkout, paths);
+        write_json(out, made, *db);
+        write_markdown(out, made, *db, checkout, {});
+    }
+    return out.str();
+}
+
+TEST_F(Server, GivesTheSamePagesAsAFile) {
+    std::mt19937 random(7);
+    const auto below = [&](RowId count) { return static_cast<RowId>(random()) % count; };
+    const std::vector<std::string> kinds{"class", "function", "constant", "attribute", "module"};
+    std::vector<std::string> paths;
+    for (int file = 10; file < 50; ++file) {
+        paths.push_back((below(5) == 0 ? "test/f" : "f") + std::to_string(file) + ".ts");
+    }
+    std::ranges::sort(paths);
+    const embedded::Connection file_connection(index, embedded::Connection::Mode::CREATE);
+    Transaction transaction(file_connection);
+    SqliteRowWriter writer(file_connection);
+    for (std::size_t file = 0; file < paths.size(); ++file) {
+        writer.add(FileRow{.id = static_cast<RowId>(2 * file), .path = paths[file], .language = "typescript"});
+    }
+    RowId id = 0;
+    for (RowId file = 0; file < 80; file += 2) {
+        for (RowId count = below(6); count > 0; --count) {
+            id += 1 + below(2);
+            const std::string name = std::string(below(3) == 0 ? "_" : "") + "d" + std::to_string(below(90));
+            const RowId line = 1 + below(40);
+            writer.add(DeclarationRow{id, file, name, "m." + name, kinds[random() % kinds.size()], below(2) == 0, line,
+                                      line + below(30), below(9)});
+            writer.add(DescriptionRow{id, name + "()", below(2) == 0 ? "What it does." : ""});
+        }
+    }
+    std::set<std::tuple<RowId, RowId, RowId>> edges;
+    while (edges.size() < 600) {
+        edges.emplace(2 * below(40), 1 + below(id + 3), 1 + below(3));
+    }
+    for (const auto& [source, target, resolution] : edges) {
+        writer.add(EdgeRow{source, target, resolution, 1 + below(9)});
+    }
+    writer.add(LanguageRow{"typescript", true});
+    transaction.commit();
+    copy_index(SqliteIndex(index), *repository());
+    const Checkout checkout(folder / "");
+    const std::string pages = random_pages(SqliteIndex(index), checkout);
+    EXPECT_GT(pages.size(), 100'000U);
+    EXPECT_EQ(random_pages(*repository(), checkout), pages);
 }
 
 // Texts that a server knows no texts of, and those that are longer than an entry of its indexes can be.
