@@ -40,7 +40,7 @@ void prepare(const std::string& place) {
 
 void add_init_command(CLI::App& app) {
     const auto place = std::make_shared<std::string>();
-    CLI::App& init = *app.add_subcommand("init", "Prepare a PostgreSQL database for indexes, or for newer ones");
+    CLI::App& init = *app.add_subcommand("init", "Prepare a PostgreSQL database for indexes, or bring it up to date");
     add_file_option(init, "--index", *place, "The address of the database: postgresql://host/database")
         ->type_name("ADDRESS");
     init.callback([place] { prepare(*place); });
