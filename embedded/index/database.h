@@ -19,7 +19,8 @@
 
 namespace embedded {
 
-/// Is given rows one by one; their texts are valid for as long as it is called.
+/// Is given rows one by one; their texts are valid for as long as it is called. It asks nothing of the database that
+/// gives them: the next question waits until the last row of this one is read.
 template <class Row>
 using Take = std::function<void(const Row&)>;
 

@@ -1,10 +1,9 @@
 #include "embedded/postgresql/address.h"
 
-#include <libpq-fe.h>
+#include "embedded/postgresql/client_options.h"
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 
@@ -12,24 +11,10 @@ namespace embedded::postgresql {
 
 namespace {
 
-using Options = std::vector<std::pair<std::string, std::string>>;
-
 // None when the address cannot be read.
-std::optional<Options> options_of(const std::string& url) {
-    struct Free {
-        void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
-    };
-    const std::unique_ptr<PQconninfoOption, Free> parsed(PQconninfoParse(url.c_str(), nullptr));
-    if (parsed == nullptr) {
-        return std::nullopt;
-    }
-    Options options;
-    for (const PQconninfoOption* option = parsed.get(); option->keyword != nullptr; ++option) {
-        if (option->val != nullptr) {
-            options.emplace_back(option->keyword, option->val);
-        }
-    }
-    return options;
+std::optional<ClientOptions> options_of(const std::string& url) {
+    PQconninfoOption* const parsed = PQconninfoParse(url.c_str(), nullptr);
+    return parsed == nullptr ? std::nullopt : std::optional(taken_from(parsed));
 }
 
 // A number, or several separated by commas.
@@ -90,15 +75,15 @@ std::string without_password(std::string_view url, std::size_t behind_scheme) {
 Address::Address(std::string_view url) {
     const std::size_t behind_scheme = url.find("://") + 3;
     const bool is_url = url.starts_with("postgresql://") || url.starts_with("postgres://");
-    const std::optional<Options> options = is_url ? options_of(std::string(url)) : std::nullopt;
+    const std::optional<ClientOptions> options = is_url ? options_of(std::string(url)) : std::nullopt;
     if (!options || !is_unambiguous(url.substr(behind_scheme)) || !std::ranges::all_of(*options, is_sound)) {
         throw no_address();
     }
     parameters_ = *options;
     name_ = without_password(url, behind_scheme);
     // A keyword may be written in more than one way.
-    const std::optional<Options> shown = options_of(name_);
-    if (!shown || std::ranges::any_of(*shown, is_secret, &Options::value_type::first)) {
+    const std::optional<ClientOptions> shown = options_of(name_);
+    if (!shown || std::ranges::any_of(*shown, is_secret, &ClientOptions::value_type::first)) {
         throw no_address();
     }
 }

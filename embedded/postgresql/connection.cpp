@@ -1,5 +1,7 @@
 #include "embedded/postgresql/connection.h"
 
+#include "embedded/postgresql/client_options.h"
+
 #include <libpq-fe.h>
 #include <poll.h>
 
@@ -54,15 +56,10 @@ std::string first_line(std::string_view text) {
 
 std::chrono::seconds patience(PGconn* connection) {
     constexpr std::chrono::seconds USUAL(10);
-    struct Free {
-        void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
-    };
-    const std::unique_ptr<PQconninfoOption, Free> options(PQconninfo(connection));
-    for (const PQconninfoOption* option = options.get(); option != nullptr && option->keyword != nullptr; ++option) {
-        if (std::string_view(option->keyword) == "connect_timeout" && option->val != nullptr) {
+    for (const auto& [keyword, value] : taken_from(PQconninfo(connection))) {
+        if (keyword == "connect_timeout") {
             int seconds = 0;
-            const std::string_view text = option->val;
-            std::from_chars(text.data(), text.data() + text.size(), seconds);
+            std::from_chars(value.data(), value.data() + value.size(), seconds);
             return seconds > 0 ? std::chrono::seconds(seconds) : std::chrono::hours(24);
         }
     }
@@ -212,15 +209,9 @@ Connection::Result Connection::next_result() {
         wait(unsent != 0);
     }
     Result result(PQgetResult(handle_.get()));
-    switch (PQresultStatus(result.get())) {
-    case PGRES_BAD_RESPONSE:
-    case PGRES_FATAL_ERROR:
-        if (result != nullptr) {
-            fail(result.get());
-        }
-        break;
-    default:
-        break;
+    const ExecStatusType status = PQresultStatus(result.get());
+    if (result != nullptr && (status == PGRES_FATAL_ERROR || status == PGRES_BAD_RESPONSE)) {
+        fail(result.get());
     }
     return result;
 }

@@ -9,6 +9,7 @@
 
 namespace embedded::postgresql {
 
+/// The index of one repository in a database, reached through connections of their own.
 class PostgresqlIndex : public Index {
   public:
     /// `repository` may be empty to import, when the folder of the repository tells its name.
