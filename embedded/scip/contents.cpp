@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <span>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace embedded::scip {
@@ -15,7 +17,10 @@ namespace {
 struct Part {
     Range range;
     SymbolNumber symbol;
-    bool defines;  // here, or only announces what is defined elsewhere
+    std::string_view text;  // of the symbol
+    bool defines;           // here, or only announces what is defined elsewhere
+
+    [[nodiscard]] bool is_local() const { return symbol == LOCAL_SYMBOL; }
 };
 
 // Whether a document defines something, and says of all that it is generated.
@@ -87,6 +92,7 @@ class ContentsReader {
 
     void add_occurrences(Repeated<Occurrence> occurrences, FileContents& file) {
         parts_.clear();
+        defined_locals_.clear();
         while (const std::optional<Occurrence> occurrence = occurrences.next()) {
             if (const std::optional<SymbolNumber> symbol = number_of(occurrence->symbol)) {
                 add_occurrence(*occurrence, *symbol, file);
@@ -107,10 +113,13 @@ class ContentsReader {
     void add_occurrence(const Occurrence& occurrence, SymbolNumber symbol, FileContents& file) {
         const bool defines = occurrence.is_definition() || occurrence.is_forward_definition();
         if (occurrence.range) {
-            parts_.push_back({*occurrence.range, symbol, defines});
+            parts_.push_back({*occurrence.range, symbol, occurrence.symbol, defines});
             file.last_line = std::max(file.last_line, lines_of(*occurrence.range).last);
         }
         if (symbol == LOCAL_SYMBOL) {
+            if (defines) {
+                defined_locals_.insert(occurrence.symbol);
+            }
             return;
         }
         if (defines) {
@@ -138,13 +147,22 @@ class ContentsReader {
         file.definitions.push_back(definition);
     }
 
-    void add_token(std::span<const Part> token, FileContents& file) {
+    // Puts what a token names into `symbols_`. A local that the document nowhere defines is no part of it beside a
+    // global symbol: scip-typescript adds one to each token that names Button where anything says `Button.x = ...`.
+    void read_symbols(std::span<const Part> token) {
+        const bool names_a_global = std::ranges::any_of(token, [](const Part& part) { return !part.is_local(); });
         symbols_.clear();
         for (const Part& part : token) {
-            symbols_.push_back(part.symbol);
+            if (!part.is_local() || !names_a_global || defined_locals_.contains(part.text)) {
+                symbols_.push_back(part.symbol);
+            }
         }
         std::ranges::sort(symbols_);
         symbols_.erase(std::unique(symbols_.begin(), symbols_.end()), symbols_.end());
+    }
+
+    void add_token(std::span<const Part> token, FileContents& file) {
+        read_symbols(token);
         const TokenNames names = contents_.tokens.number(symbols_, contents_.symbols);
         const bool is_reference = std::ranges::none_of(token, &Part::defines);
         if (is_reference && names != LOCAL_SYMBOL) {
@@ -176,9 +194,10 @@ class ContentsReader {
     TextSpool& spool_;
     const ContentsListener& listener_;
     Contents contents_;
-    std::string folder_;                 // of the current SCIP file's project
-    std::vector<Part> parts_;            // of the current document
-    std::vector<SymbolNumber> symbols_;  // of the current token
+    std::string folder_;                                   // of the current SCIP file's project
+    std::vector<Part> parts_;                              // of the current document
+    std::unordered_set<std::string_view> defined_locals_;  // by the current document
+    std::vector<SymbolNumber> symbols_;                    // of the current token
     std::optional<Before> before_;
 };
 

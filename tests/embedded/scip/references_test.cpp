@@ -17,9 +17,21 @@ TEST_F(ScipImport, AllOccurrencesAtOneRangeAreOneReference) {
 
 TEST_F(ScipImport, ATokenOfSeveralMeaningsIsAmbiguousForEach) {
     import({ScipDocument("a.ts").defines(F).defines(G).refers_to_all({F, G}),
-            ScipDocument("b.ts").refers_to_all({F, symbol("external().")}).refers_to_all({G, "local 1"}).refers(F)});
+            ScipDocument("b.ts")
+                .defines("local 1")
+                .refers_to_all({F, symbol("external().")})
+                .refers_to_all({G, "local 1"})
+                .refers(F)});
     EXPECT_EQ(edges(),
               "a.ts 1 ambiguous 1; a.ts 2 ambiguous 1; b.ts 1 ambiguous 1; b.ts 1 import 1; b.ts 2 ambiguous 1");
+}
+
+// As scip-typescript writes each token that names Button where some file says `Button.displayName = "Button"`.
+TEST_F(ScipImport, ALocalThatItsDocumentNowhereDefinesTakesNoPartInAToken) {
+    const ScipDocument user = ScipDocument("b.ts").refers_to_all({F, "local 1"}).refers_to_all({F, G, "local 1"});
+    import({ScipDocument("a.ts").defines(F).refers_to_all({"local 2", F}), user, user,
+            ScipDocument("c.ts").refers_to_all({"local 1", "local 2"})});
+    EXPECT_EQ(edges(), "a.ts 1 local 1; b.ts 1 ambiguous 2; b.ts 1 import 2");
 }
 
 TEST_F(ScipImport, ATokenThatDefinesOrAnnouncesAnythingIsNoReference) {
