@@ -34,7 +34,7 @@ struct SourceHints {
 /// or variable.
 std::string_view kind_of(std::span<const Descriptor> descriptors, const Description& description, SourceHints hints);
 
-/// Of several declarations that are one row, that of the kind with the smallest rank is the row.
+/// Of several declarations with as many lines that are one row, that of the kind with the smallest rank is the row.
 int rank_of_kind(std::string_view kind);
 
 /// The name of a declaration: what the indexer would show, else the last descriptor's; as people write it.

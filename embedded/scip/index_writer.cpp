@@ -153,8 +153,9 @@ class IndexWriter {
             }
             for (std::uint32_t at = 0; at < rows.rows.size(); ++at) {
                 const Row& row = rows.rows[at];
-                if (!row.signature.empty() || !row.documentation.empty()) {
-                    out_.add(DescriptionRow{id, spool_.read(row.signature), spool_.read(row.documentation)});
+                const std::string signatures = signatures_of(row);
+                if (!signatures.empty() || !row.documentation.empty()) {
+                    out_.add(DescriptionRow{id, signatures, spool_.read(row.documentation)});
                 }
                 Declaration found = declaration(row, file);
                 found.is_public = found.is_public && references_.lead_to({place - 1, at});
@@ -162,6 +163,22 @@ class IndexWriter {
             }
             after_file_(0);
         }
+    }
+
+    // The heads of all declarations that are one row, each once and below the one before.
+    [[nodiscard]] std::string signatures_of(const Row& row) const {
+        std::vector<std::string> signatures{spool_.read(row.signature)};
+        for (const SpooledText& further : row.further_signatures) {
+            signatures.push_back(spool_.read(further));
+        }
+        std::string text;
+        for (auto signature = signatures.begin(); signature != signatures.end(); ++signature) {
+            const bool is_again = std::find(signatures.begin(), signature, *signature) != signature;
+            if (!signature->empty() && !is_again) {
+                text.append(text.empty() ? "" : "\n").append(*signature);
+            }
+        }
+        return text;
     }
 
     [[nodiscard]] Declaration module(const std::string& path, const FileRows& rows) const {

@@ -5,7 +5,7 @@
 #include "embedded/scip/symbol.h"
 
 #include <algorithm>
-#include <numeric>
+#include <tuple>
 #include <utility>
 
 namespace embedded::scip {
@@ -185,10 +185,25 @@ class FileReader {
         candidates_[std::max(first, second)].group = std::min(first, second);
     }
 
-    // The better one of two that are one row.
+    // Whether the first of two that are one row is the row: a class or struct, else the one with more lines, for an
+    // interface of three lines does not hide the function of its name.
     static bool is_better(const Row& left, const Row& right) {
-        const auto key = [](const Row& row) { return std::pair(rank_of_kind(row.kind), -row.lines.count()); };
+        const auto key = [](const Row& row) {
+            const bool is_class = row.kind == "class" || row.kind == "struct";
+            return std::tuple(!is_class, -row.lines.count(), rank_of_kind(row.kind));
+        };
         return key(left) < key(right);
+    }
+
+    // What else is one with a row belongs to it: it is public if one of them is, and its texts are those of all.
+    static void add_to(Row& row, const Row& other) {
+        row.is_public = row.is_public || other.is_public;
+        if (row.documentation.empty()) {
+            row.documentation = other.documentation;
+        }
+        if (!other.signature.empty()) {
+            row.further_signatures.push_back(other.signature);
+        }
     }
 
     void add_rows() {
@@ -208,13 +223,10 @@ class FileReader {
             if (best == best_of_group.end() || candidates_[place].row.kind.empty()) {
                 continue;
             }
-            Row& row = candidates_[best->second].row;
-            row.is_public = row.is_public || candidates_[place].row.is_public;
-            if (row.documentation.empty()) {
-                row.documentation = candidates_[place].row.documentation;
-            }
             if (best->second == place) {
                 places.push_back(place);
+            } else {
+                add_to(candidates_[best->second].row, candidates_[place].row);
             }
         }
         std::ranges::stable_sort(places, {}, [&](std::size_t place) { return candidates_[place].row.lines.first; });

@@ -24,7 +24,8 @@ struct Row {
     LineRange lines;
     bool is_public = false;
     SpooledText signature;
-    SpooledText documentation;
+    std::vector<SpooledText> further_signatures;  ///< of the others that are one row with it, as they were defined
+    SpooledText documentation;                    ///< its own, else that of the first of the others that has one
 };
 
 /// A symbol that a file declares.

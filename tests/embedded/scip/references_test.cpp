@@ -50,18 +50,26 @@ TEST_F(ScipImport, WhoeverNamesADeclarationDoesNotMeanWhatExtendsIt) {
     EXPECT_EQ(edges(), "b.ts 3 local 1; c.ts 1 import 1");
 }
 
-TEST_F(ScipImport, WhatATokenNamesTogetherIsOneRowOfTheFirstKindAndTheMostLines) {
+TEST_F(ScipImport, WhatATokenNamesTogetherIsOneRow) {
     const std::string type = symbol("X#");
     const std::string value = symbol("X.");
     const std::string scope = symbol("X/");
-    import({ScipDocument("a.ts")
-                .defines(value, {1, 0, 1}, {1, 0, 9, 0})
-                .defines(type, {10, 0, 1})
-                .describes(type, {.signature = "interface X"})
-                .defines(scope, {20, 0, 1}),
-            ScipDocument("b.ts").refers_to_all({type, value, scope}).refers(value).refers(scope)});
-    EXPECT_EQ(declarations(), "X interface 11-11 public");
+    const auto import_as = [&](const std::string& kind) {
+        const Says says{.signature = kind + " X", .documentation = {"Of the type."}};
+        import({ScipDocument("a.ts")
+                    .defines(value, {1, 0, 1}, {1, 0, 9, 0})
+                    .describes(value, {.signature = "const X: (a: 1) => 2"})
+                    .defines(type, {10, 0, 1})
+                    .describes(type, says)
+                    .defines(scope, {20, 0, 1}),
+                ScipDocument("b.ts").refers_to_all({type, value, scope}).refers(value).refers(scope)});
+        return declarations();
+    };
+    EXPECT_EQ(import_as("class"), "X class 11-11 public");
+    EXPECT_EQ(import_as("interface"), "X function 2-9 public") << "the one with the most lines";
     EXPECT_EQ(edges(), "b.ts 1 import 3");
+    EXPECT_EQ(rows("SELECT replace(signature, char(10), '|') || documentation AS row FROM descriptions"),
+              "const X: (a: 1) => 2|interface XOf the type.");
 }
 
 TEST_F(ScipImport, DeclarationsOfOneNameThatNoTokenNamesTogetherStayApart) {
