@@ -1,9 +1,13 @@
 #include "embedded/scip/contents.h"
 
+#include "embedded/scip/language.h"
 #include "embedded/scip/project_root.h"
 #include "embedded/scip/symbol.h"
+#include "embedded/scip/token_text.h"
 
 #include <algorithm>
+#include <functional>
+#include <limits>
 #include <span>
 #include <string_view>
 #include <unordered_set>
@@ -48,7 +52,17 @@ class ContentsReader {
         });
     }
 
-    Contents finish() { return std::move(contents_); }
+    Contents finish() {
+        for (const auto& [path, file] : contents_.files) {
+            for (const Definition& definition : file.definitions) {
+                if (const auto found = contents_.namesakes.find(definition.symbol);
+                    found != contents_.namesakes.end()) {
+                    add_namesake(definition.symbol, definition.symbol);
+                }
+            }
+        }
+        return std::move(contents_);
+    }
 
   private:
     void add(const Document& document) {
@@ -72,8 +86,34 @@ class ContentsReader {
         if (file.language.empty()) {
             file.language = heading.language;
         }
+        path_ = *path;
+        text_ = read_text(language_of(heading.language, *path));
         add_occurrences(document.occurrences(), file);
         add_descriptions(document.symbols(), file);
+    }
+
+    // The text of the current document, where its language decides by it what tokens name.
+    std::optional<RangedText> read_text(std::string_view language) {
+        is_python_ = language == "python";
+        std::optional<std::string> text = is_python_ || language == "rust" ? listener_.text_of(path_) : std::nullopt;
+        return text ? std::optional<RangedText>(std::in_place, std::move(*text)) : std::nullopt;
+    }
+
+    // The line from which on the text may hold code that is compiled for tests alone, 0-based.
+    [[nodiscard]] std::int32_t first_line_of_tests() const {
+        const std::string& text = text_->text();
+        const std::size_t test = text.find("#[cfg(test)]");
+        return test == std::string::npos ? std::numeric_limits<std::int32_t>::max()
+                                         : static_cast<std::int32_t>(std::count(
+                                               text.begin(), text.begin() + static_cast<std::ptrdiff_t>(test), '\n'));
+    }
+
+    // Whether the text is the one that was indexed: functions and types stand where their names do.
+    bool is_text_of_document() {
+        return std::ranges::none_of(parts_, [&](const Part& part) {
+            const bool is_certain = part.defines && (part.text.ends_with('#') || part.text.ends_with(")."));
+            return is_certain && !may_name(text_->at(part.range), part.text);
+        });
     }
 
     std::optional<SymbolNumber> number_of(std::string_view symbol) {
@@ -81,9 +121,36 @@ class ContentsReader {
                                : contents_.symbols.number(of_project(symbol, folder_));
     }
 
+    // The number of a symbol that the document declares. Where its package has no name, it is that of the project in the
+    // folder that the document's path leaves: many projects have a `src/index.ts`.
+    std::optional<SymbolNumber> number_of_declared(std::string_view symbol) {
+        const std::optional<SymbolNumber> stated = number_of(symbol);
+        const std::optional<std::string> file = file_of_nameless_package(symbol);
+        if (!stated || !file || !path_.ends_with(*file)) {
+            return stated;
+        }
+        std::string_view folder = std::string_view(path_).substr(0, path_.size() - file->size());
+        if (!folder.empty() && !folder.ends_with('/')) {
+            return stated;
+        }
+        folder.remove_suffix(folder.empty() ? 0 : 1);
+        const std::optional<SymbolNumber> own = contents_.symbols.number(of_project(symbol, folder));
+        if (own != stated) {
+            add_namesake(*stated, *own);
+        }
+        return own;
+    }
+
+    void add_namesake(SymbolNumber stated, SymbolNumber own) {
+        std::vector<SymbolNumber>& known = contents_.namesakes[stated];
+        if (std::ranges::find(known, own) == known.end()) {
+            known.push_back(own);
+        }
+    }
+
     void add_descriptions(Repeated<SymbolInformation> descriptions, FileContents& file) {
         while (const std::optional<SymbolInformation> information = descriptions.next()) {
-            const std::optional<SymbolNumber> symbol = number_of(information->symbol);
+            const std::optional<SymbolNumber> symbol = number_of_declared(information->symbol);
             if (symbol && *symbol != LOCAL_SYMBOL) {
                 file.descriptions[*symbol].add(*information, spool_);
             }
@@ -94,12 +161,19 @@ class ContentsReader {
         parts_.clear();
         defined_locals_.clear();
         while (const std::optional<Occurrence> occurrence = occurrences.next()) {
-            if (const std::optional<SymbolNumber> symbol = number_of(occurrence->symbol)) {
+            const std::optional<SymbolNumber> symbol =
+                occurrence->is_definition() ? number_of_declared(occurrence->symbol) : number_of(occurrence->symbol);
+            if (symbol) {
                 add_occurrence(*occurrence, *symbol, file);
             }
         }
         if (!std::ranges::is_sorted(parts_, {}, &Part::range)) {  // most are
             std::ranges::stable_sort(parts_, {}, &Part::range);
+        }
+        if (text_ && is_python_ && !is_text_of_document()) {
+            text_ = std::nullopt;
+        } else if (text_ && !is_python_) {
+            first_test_line_ = first_line_of_tests();
         }
         for (auto begin = parts_.begin(); begin != parts_.end();) {
             const auto end =
@@ -152,10 +226,13 @@ class ContentsReader {
     void read_symbols(std::span<const Part> token) {
         const bool names_a_global = std::ranges::any_of(token, [](const Part& part) { return !part.is_local(); });
         symbols_.clear();
+        names_a_local_ = false;
         for (const Part& part : token) {
-            if (!part.is_local() || !names_a_global || defined_locals_.contains(part.text)) {
+            const bool is_defined = part.is_local() && defined_locals_.contains(part.text);
+            if (!part.is_local() || !names_a_global || is_defined) {
                 symbols_.push_back(part.symbol);
             }
+            names_a_local_ = names_a_local_ || is_defined;
         }
         std::ranges::sort(symbols_);
         symbols_.erase(std::unique(symbols_.begin(), symbols_.end()), symbols_.end());
@@ -165,18 +242,42 @@ class ContentsReader {
         read_symbols(token);
         const TokenNames names = contents_.tokens.number(symbols_, contents_.symbols);
         const bool is_reference = std::ranges::none_of(token, &Part::defines);
+        const Range& range = token.front().range;
+        if (before_ && !may_follow_by_a_dot(before_->range, range)) {
+            before_ = std::nullopt;
+        }
+        if (is_reference && is_open(names, range, file)) {
+            file.open_tokens.push_back({names, range, before_});
+            before_ = Receiver{std::nullopt, range};
+            return;
+        }
         if (is_reference && names != LOCAL_SYMBOL) {
             ++file.references[names];
         }
-        const Range& range = token.front().range;
-        if (is_reference && names == LOCAL_SYMBOL && before_ && may_follow_by_a_dot(before_->range, range)) {
-            file.members.push_back({before_->names, before_->range, range});
-            before_ = Before{std::nullopt, range};
-        } else if (symbols_.size() == 1 && names != LOCAL_SYMBOL && contents_.symbols.is_namespace(names)) {
-            before_ = Before{names, range};
-        } else {
-            before_ = std::nullopt;
+        const bool is_module = symbols_.size() == 1 && names != LOCAL_SYMBOL && contents_.symbols.is_module(names);
+        before_ = is_module ? std::optional(Receiver{names, range}) : std::nullopt;
+    }
+
+    // Whether the source has the last word on what a token names.
+    bool is_open(TokenNames names, const Range& range, FileContents& file) {
+        const bool is_one = symbols_.size() == 1;
+        if (names == LOCAL_SYMBOL) {
+            return !names_a_local_;
         }
+        if (is_one && contents_.symbols.is_module(names) && file_of_nameless_package(contents_.symbols.symbol(names))) {
+            return true;
+        }
+        if (!text_) {
+            return false;
+        }
+        if (!is_python_) {
+            return range.start_line >= first_test_line_;
+        }
+        const std::string_view text = text_->at(range);
+        file.names_seen.insert(std::hash<std::string_view>()(text));
+        return std::ranges::any_of(symbols_, [&](SymbolNumber symbol) {
+            return symbol != LOCAL_SYMBOL && !may_name(text, contents_.symbols.symbol(symbol));
+        });
     }
 
     // Whether nothing but a dot may stand between two tokens, and blanks where they stand on several lines.
@@ -185,12 +286,6 @@ class ContentsReader {
                (before.end_line == range.start_line && before.end_column == range.start_column - 1);
     }
 
-    // A token of which the next one may be a member.
-    struct Before {
-        std::optional<SymbolNumber> names;  // the namespace; none where it is a member itself
-        Range range;
-    };
-
     TextSpool& spool_;
     const ContentsListener& listener_;
     Contents contents_;
@@ -198,7 +293,12 @@ class ContentsReader {
     std::vector<Part> parts_;                              // of the current document
     std::unordered_set<std::string_view> defined_locals_;  // by the current document
     std::vector<SymbolNumber> symbols_;                    // of the current token
-    std::optional<Before> before_;
+    bool names_a_local_ = false;                           // whether that names one which the document defines
+    std::optional<Receiver> before_;  // the token before, where the next one may be a member of what it names
+    std::string path_;                // of the current document
+    std::optional<RangedText> text_;  // of the current document
+    bool is_python_ = false;
+    std::int32_t first_test_line_ = 0;  // of a source of Rust
 };
 
 }  // namespace

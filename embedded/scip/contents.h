@@ -23,6 +23,7 @@
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace embedded::scip {
@@ -36,12 +37,17 @@ struct Definition {
     std::optional<sources::Position> name;  ///< where the name stands
 };
 
-/// A token that is local to the document, although a dot before it may well say that it is a member of a namespace.
-struct Member {
-    /// The namespace that the token before it names; none where that is the member before this one.
-    std::optional<SymbolNumber> of;
-    Range before;  ///< of that token
+/// What stands before a token, with a dot between them for all that its document knows.
+struct Receiver {
+    std::optional<SymbolNumber> module;  ///< that it names; none where it is the open token before this one
     Range range;
+};
+
+/// A token of which the source has the last word (open_tokens.h): what it names is left open, or may be wrong.
+struct OpenToken {
+    TokenNames names = LOCAL_SYMBOL;  ///< as its document says
+    Range range;
+    std::optional<Receiver> receiver;
 };
 
 /// What the documents of one source file say, in the order in which they came.
@@ -51,8 +57,9 @@ struct FileContents {
     std::vector<Definition> definitions;
     std::unordered_map<SymbolNumber, Description> descriptions;
     std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing
-    std::vector<Member> members;
-    std::int32_t last_line = 1;  ///< the last on which anything stands
+    std::vector<OpenToken> open_tokens;                       ///< others, in the order of the text
+    std::unordered_set<std::size_t> names_seen;               ///< hashes of the texts of tokens, where these matter
+    std::int32_t last_line = 1;                               ///< the last on which anything stands
 };
 
 struct Contents {
@@ -63,6 +70,8 @@ struct Contents {
     std::int64_t unwanted_documents = 0;
     std::set<std::string> unwanted;         ///< the paths of these
     std::int64_t unusable_definitions = 0;  ///< left out for want of a usable range
+    /// By a symbol as documents state it, where projects whose packages have no name share it: what it may stand for.
+    std::unordered_map<SymbolNumber, std::vector<SymbolNumber>> namesakes;
 };
 
 struct ContentsListener {
@@ -70,6 +79,8 @@ struct ContentsListener {
     std::function<bool(const std::string& path, bool is_generated)> wants = [](auto&, bool) { return true; };
     /// Called with the path and the stated language of each source file, when its first document begins.
     std::function<void(const std::string& path, const std::string& language)> new_file = [](auto&, auto&) {};
+    /// Asked for the text of a source file whose language decides by texts what tokens name; none where it is not there.
+    std::function<std::optional<std::string>(const std::string& path)> text_of = [](auto&) { return std::nullopt; };
     /// Called after each document. What it throws ends the reading.
     std::function<void()> after_document = [] {};
 };

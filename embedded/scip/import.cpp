@@ -8,7 +8,7 @@
 #include "embedded/scip/gathered.h"
 #include "embedded/scip/index_writer.h"
 #include "embedded/scip/language.h"
-#include "embedded/scip/members.h"
+#include "embedded/scip/open_tokens.h"
 #include "embedded/scip/project_root.h"
 #include "embedded/scip/report_json.h"
 #include "embedded/scip/scip_files.h"
@@ -136,6 +136,11 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
                      bool is_generated) { return !exclusions.decide(path).value_or(is_generated); },
         .new_file = [&](const std::string& path,
                         const std::string& language) { sources.request(path, language_of(language, path)); },
+        .text_of = [&](const std::string& path) -> std::optional<std::string> {
+            std::optional<FileContent> file =
+                sources.checkout() ? sources.checkout()->read(path, sources::LARGEST_SOURCE) : std::nullopt;
+            return file ? std::move(file->text) : std::nullopt;
+        },
         .after_document = [&] { steps.advance(); },
     };
     Contents contents = read_contents(scip.placed_in(repository), spool, listener);
@@ -143,8 +148,8 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
     const sources::Sources read = sources.finish([&] { steps.tell(); });
     if (sources.checkout()) {
         report.checkout = sources.checkout()->root();
-        count_members(contents, read, *sources.checkout());
     }
+    settle_open_tokens(contents, read, sources.checkout(), report);
     return gather(std::move(contents), read, steps, report);
 }
 

@@ -46,6 +46,9 @@ struct ImportReport {
     std::int64_t unusable_documents = 0;    ///< passed over for their path: empty, absolute, with ".." or a NUL byte
     std::int64_t unusable_definitions = 0;  ///< passed over for want of a range
 
+    std::int64_t misnamed_references = 0;      ///< left out: the source has another name than the one that is stated
+    std::int64_t references_in_test_code = 0;  ///< left out: a source compiles what holds them for its tests alone
+
     /// References to symbols that the index does not hold, by the package of these: the five packages with most.
     std::vector<std::pair<std::string, std::int64_t>> nowhere;
     Examples missing_modules;  ///< modules of the repository's own packages that are named but not held

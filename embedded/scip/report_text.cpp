@@ -29,6 +29,8 @@ std::string passed_over(const ImportReport& report) {
     add(report.unparsed_symbols, "symbol", "that cannot be read");
     add(report.unusable_documents, "document", "without a usable path");
     add(report.unusable_definitions, "definition", "without a range");
+    add(report.misnamed_references, "reference", "that the source does not have under that name");
+    add(report.references_in_test_code, "reference", "from tests within other sources");
     return line;
 }
 

@@ -172,17 +172,24 @@ std::optional<Symbol> parse_symbol(std::string_view symbol) {
     return result;
 }
 
-std::string of_project(std::string_view symbol, std::string_view folder) {
+std::optional<std::string> file_of_nameless_package(std::string_view symbol) {
     std::string_view rest = symbol;
-    const bool has_name = !take_part(rest) || !take_part(rest) || take_part(rest) != ".";
-    const std::size_t version = symbol.size() - rest.size();
-    if (folder.empty() || has_name || !take_part(rest)) {
-        return std::string(symbol);
+    if (!take_part(rest) || !take_part(rest) || take_part(rest) != ".") {
+        return std::nullopt;
     }
     const std::optional<Symbol> parts = parse_symbol(symbol);
-    if (!parts || descriptors_of_file(parts->descriptors) == 0) {
+    const std::size_t count = parts ? descriptors_of_file(parts->descriptors) : 0;
+    return count == 0 ? std::nullopt : module_name(std::span(parts->descriptors).first(count));
+}
+
+std::string of_project(std::string_view symbol, std::string_view folder) {
+    if (folder.empty() || !file_of_nameless_package(symbol)) {
         return std::string(symbol);
     }
+    std::string_view rest = symbol;
+    take_part(rest), take_part(rest), take_part(rest);
+    const std::size_t version = symbol.size() - rest.size();
+    take_part(rest);
     return std::string(symbol.substr(0, version)).append(with_doubled_spaces(folder)).append(" ").append(rest);
 }
 

@@ -61,6 +61,12 @@ std::optional<Symbol> parse_symbol(std::string_view symbol);
 ///     front    scip-typescript npm . . `a.ts`/A#    scip-typescript npm . front `a.ts`/A#
 std::string of_project(std::string_view symbol, std::string_view folder);
 
+/// Where the package of a symbol has no name, the path of the source file that the symbol names, relative to the folder
+/// of its project. None for any other symbol.
+///
+///     scip-typescript npm . . src/`a.ts`/A#    src/a.ts
+std::optional<std::string> file_of_nameless_package(std::string_view symbol);
+
 /// A name as people write it: `<constructor>` is constructor, `<get>x` and `<set>x` are x.
 std::string written(std::string_view name);
 

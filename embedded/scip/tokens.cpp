@@ -36,7 +36,9 @@ std::optional<SymbolNumber> SymbolTable::number(std::string_view symbol) {
         added->second = static_cast<SymbolNumber>(symbols_.size());
         symbols_.push_back(added->first);
         augmentations_.push_back(scip::is_augmentation(parts->descriptors));
-        namespaces_.push_back(parts->descriptors.back().suffix == Suffix::NAMESPACE);
+        const Descriptor& last = parts->descriptors.back();
+        modules_.push_back(last.suffix == Suffix::NAMESPACE ||
+                           (last.suffix == Suffix::META && last.name == "__init__"));
     }
     return added->second;
 }

@@ -44,8 +44,8 @@ class SymbolTable {
     /// Whether the symbol extends a declaration that stands elsewhere (symbol.h).
     [[nodiscard]] bool is_augmentation(SymbolNumber number) const { return augmentations_[number]; }
 
-    /// Whether the symbol is a namespace, as a file that is a module of TypeScript is one.
-    [[nodiscard]] bool is_namespace(SymbolNumber number) const { return namespaces_[number]; }
+    /// Whether the symbol may be a module: a namespace, as a file of TypeScript is one, or what Python calls one.
+    [[nodiscard]] bool is_module(SymbolNumber number) const { return modules_[number]; }
 
     [[nodiscard]] std::size_t size() const { return symbols_.size(); }
 
@@ -60,7 +60,7 @@ class SymbolTable {
     std::unordered_map<std::string, std::optional<SymbolNumber>, Hash, std::equal_to<>> numbers_;
     std::vector<std::string_view> symbols_;  // the keys of `numbers_`
     std::vector<bool> augmentations_;
-    std::vector<bool> namespaces_;
+    std::vector<bool> modules_;
 };
 
 /// What a token names: a symbol's number, or that of a combination of symbols.

@@ -193,21 +193,48 @@ void add_parts(const Match& match, NodeId id, Captures& captures) {
 // Adds the link that a match is about, if it is about one.
 void add_link(const Match& match, string_view text, Captures& captures) {
     Link link;
-    bool is_link = false;
+    std::optional<Bytes> bytes;
     match.for_each_capture([&](string_view name, const TSNode& node) {
         const bool is_all = name == "all";
+        const bool is_name = name == "link" || name == "passed";
         link.is_exported = link.is_exported || is_all || name == "passed";
-        if (name == "link" || name == "passed") {
+        if (is_name || is_all) {
+            bytes = bytes_of(node);
+        }
+        if (is_name) {
             link.name = text_of(text, node);
-        } else if (name == "original") {
+        }
+        if (name == "original") {
             link.original = text_of(text, node);
         } else if (name == "from" || is_all) {
             link.module = text_of(text, node);
         }
-        is_link = is_link || link.is_exported || name == "link";
     });
-    if (is_link) {
-        captures.links.push_back(std::move(link));
+    if (bytes) {
+        captures.links.push_back({std::move(link), *bytes});
+    }
+}
+
+// Adds what a match says of names and of where they mean what.
+void add_names(const Match& match, Captures& captures) {
+    std::optional<Bytes> scope;
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const Bytes bytes = bytes_of(node);
+        if (name == "mention") {
+            captures.mentions.push_back(bytes);
+        } else if (name == "unmentioned") {
+            captures.unmentioned.insert(bytes.begin);
+        } else if (name == "bound") {
+            captures.bound.push_back(bytes);
+        } else if (name == "members") {
+            captures.scopes.push_back({bytes, true});
+        } else if (name == "scope") {
+            scope = {std::min(scope.value_or(bytes).begin, bytes.begin),
+                     std::max(scope.value_or(bytes).end, bytes.end)};
+        }
+    });
+    if (scope) {
+        captures.scopes.push_back({*scope});
     }
 }
 
@@ -255,6 +282,7 @@ std::optional<Captures> captures_of(string_view text, const Language& language, 
                 add_parts(match, *subject, captures);
             }
             add_link(match, text, captures);
+            add_names(match, captures);
             add_surroundings(match, text, captures);
         }
     }

@@ -49,6 +49,16 @@ struct CapturedNode {
     bool is_constant = false;
 };
 
+struct CapturedLink {
+    Link link;
+    Bytes name;  ///< of the link; of a module all of whose names are passed on, how the file names that
+};
+
+struct CapturedScope {
+    Bytes bytes;
+    bool is_class = false;
+};
+
 /// language.h tells what the captures mean.
 struct Captures {
     std::vector<CapturedName> names;
@@ -58,7 +68,11 @@ struct Captures {
     std::vector<Bytes> visible;
     std::vector<Bytes> hidden;
     std::vector<Bytes> local;
-    std::vector<Link> links;
+    std::vector<CapturedLink> links;
+    std::vector<CapturedScope> scopes;
+    std::vector<Bytes> bound;
+    std::vector<Bytes> mentions;
+    std::unordered_set<std::uint32_t> unmentioned;  ///< where they begin
     std::unordered_set<std::string> exports;
     bool has_list = false;
     bool is_module = false;

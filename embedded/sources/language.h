@@ -25,6 +25,10 @@
 //                    itself; @from, in the same match, is how the file names the module
 //     @passed        the same, and the file exports it; without @from it is the @original of the file itself
 //     @all           how the file names a module all of whose names it passes on
+//     @mention       a name that is looked up in the scopes around it, unless it is @unmentioned, too
+//     @bound         a name that the scope around it binds, but not by a link
+//     @scope         what has names of its own; several in one match are one, with all between them
+//     @members       the same for a class, whose names the functions in it do not see
 //
 // Other captures serve the predicate #eq?, the only one there is.
 #pragma once

@@ -1,6 +1,7 @@
 // How the modules of a language pass names on to one another.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,11 +14,16 @@ namespace embedded::sources {
 ///     export { a as b }                b is a of the file itself, and exported
 ///     export * as b from "./m"         b is ./m, and exported
 ///     export * from "./m"              every name of ./m, and exported
+///
+///     from m import a as b             b is a of m, or its submodule a; exported, as all names of a module are in Python
+///     import m.n as b                  b is m.n
+///     from m import *                  every public name of m, and exported
 struct Link {
     std::string name;      ///< in this file; empty for every name of the module
     std::string original;  ///< what the module calls it; empty for the module itself
     std::string module;    ///< as the file names it; empty for the file itself
     bool is_exported = false;
+    std::int64_t mentions = 0;  ///< names in this file that mean it (mentions.h); 0 where the query names no mentions
 };
 
 /// Where the module may stand that the file at `path` calls `module`, in the order in which it is looked for. Nowhere

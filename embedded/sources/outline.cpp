@@ -1,6 +1,7 @@
 #include "embedded/sources/outline.h"
 
 #include "embedded/sources/captures.h"
+#include "embedded/sources/mentions.h"
 #include "embedded/sources/prose.h"
 #include "embedded/sources/regions.h"
 #include "embedded/sources/surroundings.h"
@@ -39,10 +40,14 @@ class OutlineReader {
         : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
           surroundings_(surroundings_of(nodes_)), attributes_(std::move(captures.attributes)),
           comments_(std::move(captures.comments)), visible_(std::move(captures.visible)),
-          hidden_(std::move(captures.hidden)), local_(std::move(captures.local)),
-          links_(std::move(captures.links)), public_names_{.are_all_unless_listed = !are_listed(captures),
+          hidden_(std::move(captures.hidden)),
+          local_(std::move(captures.local)), public_names_{.are_all_unless_listed = !are_listed(captures),
                                                            .listed = std::move(captures.exports)},
           is_damaged_(captures.is_damaged) {
+        count_mentions(text, captures);
+        for (CapturedLink& each : captures.links) {
+            links_.push_back(std::move(each.link));
+        }
         std::ranges::sort(names_, {}, &CapturedName::name);
         for (std::size_t end = text.find('\n'); end != string_view::npos; end = text.find('\n', end + 1)) {
             line_ends_.push_back(static_cast<std::uint32_t>(end));
@@ -54,7 +59,8 @@ class OutlineReader {
                         .public_names = public_names_,
                         .links = std::move(links_),
                         .line_count = line_of(last_byte(text_.size())),
-                        .is_damaged = is_damaged_};
+                        .is_damaged = is_damaged_,
+                        .test_regions = {}};
         outline.public_names.are_all_unless_listed = is_damaged_ || public_names_.are_all_unless_listed;
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {

@@ -4,6 +4,7 @@
 #include "embedded/sources/language.h"
 #include "embedded/sources/link.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -38,6 +39,12 @@ struct SourceDeclaration {
     std::string documentation;  ///< its doc comment as prose; empty when it has none
 };
 
+/// Lines of a file, 1-based, both inclusive.
+struct Lines {
+    std::int32_t first = 1;
+    std::int32_t last = 1;
+};
+
 /// What is public by name alone, for what is declared in some way that this program does not know.
 struct PublicNames {
     bool are_all_unless_listed = true;
@@ -54,6 +61,12 @@ struct Outline {
     std::vector<Link> links;                      ///< in no order
     std::int32_t line_count = 0;                  ///< at least 1
     bool is_damaged = false;                      ///< whether a part of the text does not parse, and may hold more
+    std::vector<Lines> test_regions;              ///< what the language compiles for tests alone
+
+    [[nodiscard]] bool is_in_test(std::int32_t line) const {
+        return std::ranges::any_of(test_regions,
+                                   [line](const Lines& region) { return region.first <= line && line <= region.last; });
+    }
 };
 
 /// In bytes. People do not write larger files; a tree takes some twenty times as much memory as its text.

@@ -86,35 +86,6 @@ TEST_F(ScipImport, TheSourcesAreWhereTheScipFileSaysUnlessToldOtherwise) {
     EXPECT_EQ(sources("http://host/" + folder / "my%20checkout"), 0);
 }
 
-TEST_F(ScipImport, ANameThatAModuleHasFromAnotherOneStandsForWhatThatDeclares) {
-    const std::string types = symbol("`types.ts`/");
-    const std::string deep = symbol("deep/`index.ts`/");
-    const std::string all = symbol("`all.ts`/");
-    folder.write("checkout/types.ts", "function stringType() {}\nexport { stringType as string }\n");
-    folder.write("checkout/deep/index.ts", "export const low = 1\nexport * from '../all'\n");
-    folder.write("checkout/all.ts", "export * from './types.js'\nimport * as deep from './deep'\nexport { deep }\n");
-    folder.write("checkout/user.ts",
-                 "/* \xF0\x9F\x98\x80 */ z.string()\nz\n  .string(z, z[string])\nz.deep.low\nz.stringType()\n");
-    import_with_sources({ScipDocument("types.ts").defines(types).defines(types + "stringType().", {0, 9, 19}),
-                         ScipDocument("deep/index.ts").defines(deep).defines(deep + "low.", {0, 13, 16}),
-                         ScipDocument("all.ts").defines(all),
-                         ScipDocument("user.ts")
-                             .occurs(all, 0, {0, 9, 10})
-                             .occurs("local 1", 0, {0, 11, 17})  // followed
-                             .occurs(all, 0, {1, 0, 1})
-                             .occurs("local 1", 0, {2, 3, 9})  // followed
-                             .occurs(all, 0, {2, 10, 11})
-                             .occurs(all, 0, {2, 13, 14})
-                             .occurs("local 1", 0, {2, 15, 21})
-                             .occurs(all, 0, {3, 0, 1})
-                             .occurs("local 2", 0, {3, 2, 6})   // followed to a module,
-                             .occurs("local 3", 0, {3, 7, 10})  // and on from there
-                             .occurs(all, 0, {4, 0, 1})
-                             .occurs("local 4", 0, {4, 2, 12})});
-    EXPECT_EQ(rows("SELECT name || ' ' || refs AS row FROM symbols JOIN edges ON id = target_id ORDER BY name"),
-              "all 6; low 1; stringType 2");
-}
-
 TEST_F(ScipImport, AMoreDistantPlaceThanTheColumnsSayIsFoundByName) {
     folder.write("checkout/a.ts", "/* \xF0\x9F\x98\x80\xC3\xA9 */ export const a = 1, b = 2;\n");
     // Columns in UTF-16, as most indexers count, and in bytes.

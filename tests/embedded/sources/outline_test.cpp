@@ -55,7 +55,7 @@ TEST(Outline, TypeScriptExportsOnTheDeclarationInAListAndByDefault) {
 
 TEST(Outline, ModulesSayWhatTheyHaveFromOthersAndPassOn) {
     std::string list;
-    for (const auto& [name, original, module, is_exported] :
+    for (const auto& [name, original, module, is_exported, mentions] :
          outline("a.ts", "import d, { a, b as c } from './m'\nimport * as n from './n'\nexport { a, n as o }\n"
                          "export { default as p } from './p'\nexport * as q from './q'\nexport * from './r'\n"
                          "export const s = 1\n")

@@ -1,0 +1,77 @@
+#include "embedded/scip/token_text.h"
+
+#include "embedded/scip/declarations.h"
+#include "embedded/scip/symbol.h"
+#include "embedded/text/blanks.h"
+#include "embedded/text/utf8.h"
+
+#include <utility>
+
+namespace embedded::scip {
+
+namespace {
+
+// Whether the symbol ends with the text as the name of its last descriptor. Tells most that bear it, at little cost.
+bool ends_with_name(std::string_view symbol, std::string_view text) {
+    const std::size_t at = text.empty() ? std::string_view::npos : symbol.rfind(text);
+    if (at == std::string_view::npos || at == 0) {
+        return false;
+    }
+    const std::string_view rest = symbol.substr(at + text.size());
+    const bool is_whole = std::string_view("/#.:").find(symbol[at - 1]) != std::string_view::npos;
+    return is_whole && (rest == "#" || rest == "." || rest == "().");
+}
+
+// "a as b" -> "a", "m.f" -> "f"
+std::string_view named_by(std::string_view text) {
+    if (const std::size_t as = text.find(" as "); as != std::string_view::npos) {
+        text = trimmed(text.substr(0, as));
+    }
+    return text.substr(text.rfind('.') + 1);
+}
+
+}  // namespace
+
+RangedText::RangedText(std::string text) : text_(std::move(text)), lines_{0} {
+    for (std::size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1)) {
+        lines_.push_back(end + 1);
+    }
+}
+
+std::string_view RangedText::at(const Range& range) {
+    const std::optional<std::size_t> begin = offset_of(range.start_line, range.start_column);
+    const std::optional<std::size_t> end = offset_of(range.end_line, range.end_column);
+    return begin && end && *begin < *end ? std::string_view(text_).substr(*begin, *end - *begin) : std::string_view();
+}
+
+std::optional<std::size_t> RangedText::offset_of(std::int32_t line, std::int32_t column) {
+    if (line < 0 || column < 0 || static_cast<std::size_t>(line) >= lines_.size()) {
+        return std::nullopt;
+    }
+    if (line != line_ || column < column_) {
+        line_ = line;
+        column_ = 0;
+        offset_ = lines_[static_cast<std::size_t>(line)];
+    }
+    const std::string_view rest =
+        from_column(std::string_view(text_).substr(offset_), static_cast<std::size_t>(column - column_));
+    offset_ = text_.size() - rest.size();
+    column_ = column;
+    return offset_;
+}
+
+bool may_name(std::string_view text, std::string_view symbol) {
+    if (ends_with_name(symbol, text)) {
+        return true;
+    }
+    const std::optional<Symbol> parts = parse_symbol(symbol);
+    if (!parts || !is_declaration(parts->descriptors.back(), SymbolKind::UNSPECIFIED)) {
+        return true;
+    }
+    const std::vector<Descriptor>& names = parts->descriptors;
+    const std::string_view name = named_by(text);
+    const bool is_constructor = names.size() > 1 && is_constructor_name(names.back().name);
+    return name == written(names.back().name) || (is_constructor && name == names[names.size() - 2].name);
+}
+
+}  // namespace embedded::scip

@@ -1,0 +1,50 @@
+// The text of a token against the name of what its document says that it names.
+//
+// An indexer may take one name for another: scip-python names the wrong declaration for what a package passes on
+// through `*`. The text tells.
+#pragma once
+
+#include "embedded/scip/reader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace embedded::scip {
+
+/// The text of a source, to be asked for by range. Columns count UTF-16 code units. Fast where the ranges ascend.
+class RangedText {
+  public:
+    explicit RangedText(std::string text);
+
+    /// What stands at the range, line ends included; empty where the range is none of the text. Valid as long as this
+    /// object.
+    std::string_view at(const Range& range);
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+  private:
+    /// Where a place is; none where the text has no such line.
+    std::optional<std::size_t> offset_of(std::int32_t line, std::int32_t column);
+
+    std::string text_;
+    std::vector<std::size_t> lines_;  // where each begins
+    // The last place that was asked for.
+    std::int32_t line_ = 0;
+    std::int32_t column_ = 0;
+    std::size_t offset_ = 0;
+};
+
+/// Whether a token with this text may name the symbol: it is its name, the name of the type that a constructor makes,
+/// or an import that gives it another one ("a as b"). Whoever names a module, a parameter or the like may always mean
+/// it: these have no rows, or are written in many ways.
+///
+///     DateField          `m`/DateField#        yes
+///     DateField          `m`/DateTimeField#    no
+///     f as g             `m`/f().              yes
+bool may_name(std::string_view text, std::string_view symbol);
+
+}  // namespace embedded::scip
