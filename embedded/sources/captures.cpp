@@ -111,17 +111,16 @@ class Match {
     Match(string_view text, const TSQuery* query, const TSQueryMatch& match)
         : text_(text), query_(query), pattern_(match.pattern_index), captures_(match.captures, match.capture_count) {}
 
-    // Whether every predicate of the pattern holds: (#eq? @capture "text").
+    [[nodiscard]] std::uint32_t pattern() const { return pattern_; }
+
+    // Whether every predicate of the pattern holds: (#eq? @capture "text"), (#eq? @capture @other).
     [[nodiscard]] bool holds() const {
         std::uint32_t count = 0;
         const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query_, pattern_, &count);
         constexpr std::uint32_t STEPS = 4;  // of each: the name, the two arguments, the end
         for (std::uint32_t at = 0; at + STEPS <= count; at += STEPS) {
             const std::span predicate(steps + at, STEPS);
-            const TSNode* const node = node_of(predicate[1].value_id);
-            std::uint32_t size = 0;
-            const char* const expected = ts_query_string_value_for_id(query_, predicate[2].value_id, &size);
-            if (node == nullptr || text_of(text_, *node) != string_view(expected, size)) {
+            if (argument(predicate[1]) != argument(predicate[2])) {
                 return false;
             }
         }
@@ -138,9 +137,15 @@ class Match {
     }
 
   private:
-    [[nodiscard]] const TSNode* node_of(std::uint32_t capture) const {
-        const auto found = std::ranges::find(captures_, capture, &TSQueryCapture::index);
-        return found == captures_.end() ? nullptr : &found->node;
+    // The text that an argument of a predicate stands for; none for a capture that is not in the match.
+    [[nodiscard]] std::optional<string_view> argument(const TSQueryPredicateStep& step) const {
+        if (step.type == TSQueryPredicateStepTypeString) {
+            std::uint32_t size = 0;
+            const char* const literal = ts_query_string_value_for_id(query_, step.value_id, &size);
+            return string_view(literal, size);
+        }
+        const auto found = std::ranges::find(captures_, step.value_id, &TSQueryCapture::index);
+        return found == captures_.end() ? std::nullopt : std::optional(text_of(text_, found->node));
     }
 
     string_view text_;
@@ -149,24 +154,31 @@ class Match {
     std::span<const TSQueryCapture> captures_;
 };
 
+constexpr std::array<string_view, 11> KINDS{"class",  "struct",      "interface", "enum",     "type",    "function",
+                                            "method", "constructor", "attribute", "constant", "variable"};
+constexpr std::array<string_view, 8> SUBJECTS{"declaration", "binding",  "namespace", "wrapper",
+                                              "of",          "callable", "const",     "exported"};
+
 // Adds what a match says of the node that it is about; returns that node, if it is about one.
 std::optional<NodeId> add_subject(const Match& match, Captures& captures) {
     std::optional<NodeId> subject;
     match.for_each_capture([&](string_view name, const TSNode& node) {
-        constexpr std::array<string_view, 8> SUBJECTS{"declaration", "variable", "namespace", "wrapper",
-                                                      "of",          "callable", "constant",  "exported"};
-        if (std::ranges::find(SUBJECTS, name) == SUBJECTS.end()) {
+        const auto* const kind = std::ranges::find(KINDS, name);
+        if (kind == KINDS.end() && std::ranges::find(SUBJECTS, name) == SUBJECTS.end()) {
             return;
         }
         subject = node.id;
         CapturedNode& captured = captures.nodes[node.id];
         captured.bytes = bytes_of(node);
-        captured.is_variable = captured.is_variable || name == "variable";
-        captured.is_declaration = captured.is_declaration || name == "declaration" || name == "variable";
+        if (kind != KINDS.end() && match.pattern() >= captured.kind_at) {
+            captured.kind = *kind;
+            captured.kind_at = match.pattern();
+        }
+        captured.is_binding = captured.is_binding || name == "binding";
         captured.is_namespace = captured.is_namespace || name == "namespace";
         captured.is_wrapper = captured.is_wrapper || name == "wrapper";
         captured.is_callable = captured.is_callable || name == "callable";
-        captured.is_constant = captured.is_constant || name == "constant";
+        captured.is_const = captured.is_const || name == "const";
         captured.is_exported = captured.is_exported || name == "exported";
     });
     return subject;
@@ -180,6 +192,7 @@ void add_parts(const Match& match, NodeId id, Captures& captures) {
         if (name == "name") {
             const auto [row, column] = ts_node_start_point(node);
             captures.names.push_back({bytes, row, column, id});
+            subject.is_declaration = true;
         } else if (name == "body") {
             subject.body = std::min(bytes.begin, subject.body.value_or(bytes.begin));
         } else if (name == "value") {
@@ -242,8 +255,8 @@ void add_names(const Match& match, Captures& captures) {
 void add_surroundings(const Match& match, string_view text, Captures& captures) {
     match.for_each_capture([&](string_view name, const TSNode& node) {
         const Bytes bytes = bytes_of(node);
-        if (name == "attribute") {
-            captures.attributes.push_back(bytes);
+        if (name == "decorator") {
+            captures.decorators.push_back(bytes);
         } else if (name == "comment") {
             captures.comments.push_back(bytes);
         } else if (name == "visible") {

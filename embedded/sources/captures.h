@@ -37,16 +37,18 @@ struct CapturedName {
 /// What matches say of one node, all of them together.
 struct CapturedNode {
     Bytes bytes;
+    std::string_view kind;              ///< of a declaration; empty where it is left open
+    std::uint32_t kind_at = 0;          ///< the place in the query of the pattern that states the kind
     std::optional<std::uint32_t> body;  ///< where the first of its bodies begins
     std::optional<Bytes> value;
     std::optional<Bytes> docstring;
     bool is_declaration = false;
-    bool is_variable = false;
+    bool is_binding = false;
     bool is_namespace = false;
     bool is_wrapper = false;
     bool is_exported = false;
     bool is_callable = false;
-    bool is_constant = false;
+    bool is_const = false;
 };
 
 struct CapturedLink {
@@ -63,7 +65,7 @@ struct CapturedScope {
 struct Captures {
     std::vector<CapturedName> names;
     std::unordered_map<NodeId, CapturedNode> nodes;
-    std::vector<Bytes> attributes;
+    std::vector<Bytes> decorators;
     std::vector<Bytes> comments;
     std::vector<Bytes> visible;
     std::vector<Bytes> hidden;

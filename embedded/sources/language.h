@@ -1,17 +1,20 @@
 // The languages whose sources are understood, as data: a grammar, a query, and what a name without a mark is.
 //
-// A query (queries/*.scm) says by which nodes of a language's syntax trees something is stated. Its captures mean:
+// A query (queries/*.scm) says by which nodes of a language's syntax trees something is stated. A match that has a @name
+// declares what it is about; one without states more of what another one declares. The captures mean:
 //
-//     @declaration   a declaration, wherever it stands; in the same match @name is its name
-//     @variable      the same, but inside of a @local body it is nobody's business
+//     @class, @struct, @interface, @enum, @type, @function, @method, @constructor, @attribute, @constant, @variable
+//                    a declaration of this kind; of several patterns that state one, the last in the query is right
+//     @declaration   a declaration whose kind is left open
+//     @binding       a declaration that inside of a @local body is nobody's business
 //     @namespace     this declaration is a scope: what it holds is public if it is public itself
 //     @wrapper       a node around a declaration that belongs to it, such as its `export`
-//     @attribute     a node above a declaration that belongs to it, such as a decorator
-//     @of            a declaration that is captured elsewhere, of which this match states more
+//     @decorator     a node above a declaration that belongs to it
+//     @of            a declaration of which this match states no more than parts
 //     @body          where its body begins; the signature ends before it
 //     @value         what it is set to
-//     @callable      a declaration that holds something which can be called; like @of
-//     @constant      a declaration whose value stays; like @of
+//     @callable      a declaration that holds something which can be called
+//     @const         a declaration whose value stays
 //     @docstring     a string that documents the declaration from inside
 //     @comment       a comment; one that ends right above a declaration may document it
 //     @exported      a declaration, or a wrapper of one, that is marked as public

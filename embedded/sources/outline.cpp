@@ -38,7 +38,7 @@ class OutlineReader {
   public:
     OutlineReader(string_view text, const Language& language, Captures&& captures)
         : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
-          surroundings_(surroundings_of(nodes_)), attributes_(std::move(captures.attributes)),
+          surroundings_(surroundings_of(nodes_)), decorators_(std::move(captures.decorators)),
           comments_(std::move(captures.comments)), visible_(std::move(captures.visible)),
           hidden_(std::move(captures.hidden)),
           local_(std::move(captures.local)), public_names_{.are_all_unless_listed = !are_listed(captures),
@@ -65,7 +65,7 @@ class OutlineReader {
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
-            if (!is_again && !(nodes_.at(name.node).is_variable && local_.contain(name.name.begin))) {
+            if (!is_again && !(nodes_.at(name.node).is_binding && local_.contain(name.name.begin))) {
                 add_declaration(name, outline.declarations);
             }
             before = &name;
@@ -99,7 +99,7 @@ class OutlineReader {
     void add_declaration(const CapturedName& name, std::vector<SourceDeclaration>& declarations) {
         const CapturedNode& node = nodes_.at(name.node);
         const Surroundings& around = surroundings_.at(name.node);
-        const Bytes whole = {with_attributes(around.whole.begin), around.whole.end};
+        const Bytes whole = {with_decorators(around.whole.begin), around.whole.end};
         const bool is_public = this->is_public(name, around);
         if (node.is_namespace && is_public) {
             public_namespaces_.insert(name.node);
@@ -110,10 +110,11 @@ class OutlineReader {
                          static_cast<std::int32_t>(utf16_units(line_before(name.name.begin)))},
             .first_line = line_of(whole.begin),
             .last_line = line_of(last_byte(whole.end)),
+            .kind = node.kind,
             .is_public = is_public,
             .is_marked = is_public && around.is_exported,
             .is_callable = node.is_callable,
-            .is_constant = node.is_constant,
+            .is_constant = node.is_const,
             .signature = signature(node, whole),
             .documentation = documentation(node, whole.begin),
         };
@@ -131,12 +132,12 @@ class OutlineReader {
         return last_end_ <= begin && part({last_end_, begin}).find_first_not_of(" \t\r\n;") == string_view::npos;
     }
 
-    // Where the attributes above a declaration begin, or else it itself.
-    [[nodiscard]] std::uint32_t with_attributes(std::uint32_t begin) const {
-        const Bytes* above = attributes_.last_before(begin);
+    // Where the decorators above a declaration begin, or else it itself.
+    [[nodiscard]] std::uint32_t with_decorators(std::uint32_t begin) const {
+        const Bytes* above = decorators_.last_before(begin);
         while (above != nullptr && trimmed(part({above->end, begin})).empty()) {
             begin = above->begin;
-            above = attributes_.last_before(begin);
+            above = decorators_.last_before(begin);
         }
         return begin;
     }
@@ -213,7 +214,7 @@ class OutlineReader {
     std::vector<CapturedName> names_;
     std::unordered_map<NodeId, CapturedNode> nodes_;
     std::unordered_map<NodeId, Surroundings> surroundings_;
-    Parts attributes_;
+    Parts decorators_;
     Parts comments_;
     Regions visible_;
     Regions hidden_;

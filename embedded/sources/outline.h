@@ -31,10 +31,11 @@ struct SourceDeclaration {
     Position position;  ///< of the name
     std::int32_t first_line = 1;
     std::int32_t last_line = 1;
+    std::string_view kind;      ///< a word of language.h; empty where the source leaves it open
     bool is_public = false;     ///< whether the file makes it public, should it stand at the top or in a namespace
     bool is_marked = false;     ///< whether a mark on it, such as `export`, makes it public
-    bool is_callable = false;   ///< whether it is a variable that holds a function
-    bool is_constant = false;   ///< whether it is a variable that is said to stay as it is
+    bool is_callable = false;   ///< whether it is a variable without a kind that holds a function
+    bool is_constant = false;   ///< whether it is a variable without a kind that is said to stay as it is
     std::string signature;      ///< its text up to the body, as many lines as that takes, without their common indent
     std::string documentation;  ///< its doc comment as prose; empty when it has none
 };

@@ -1,33 +1,43 @@
 ; What is declared.
-(function_definition declarator: (function_declarator declarator: (identifier) @name) body: (_) @body) @declaration
-(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name)) body: (_) @body) @declaration
-(function_definition declarator: (pointer_declarator declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))) body: (_) @body) @declaration
-(declaration declarator: (function_declarator declarator: (identifier) @name)) @declaration
-(declaration declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))) @declaration
-(declaration declarator: (identifier) @name) @variable
-(declaration declarator: (pointer_declarator declarator: (identifier) @name)) @variable
-(declaration declarator: (array_declarator declarator: (identifier) @name)) @variable
-(declaration declarator: (init_declarator declarator: (identifier) @name value: (_) @value)) @variable
-(declaration declarator: (init_declarator declarator: (pointer_declarator declarator: (identifier) @name) value: (_) @value)) @variable
-(declaration declarator: (init_declarator declarator: (array_declarator declarator: (identifier) @name) value: (_) @value)) @variable
-(declaration declarator: (init_declarator declarator: (array_declarator declarator: (array_declarator declarator: (identifier) @name)) value: (_) @value)) @variable
-(struct_specifier name: (_) @name body: (_) @body) @declaration
-(union_specifier name: (_) @name body: (_) @body) @declaration
-(enum_specifier name: (_) @name body: (_) @body) @declaration
-(enumerator name: (_) @name) @declaration
-(field_declaration declarator: (field_identifier) @name) @declaration
-(field_declaration declarator: (pointer_declarator declarator: (field_identifier) @name)) @declaration
-(field_declaration declarator: (array_declarator declarator: (field_identifier) @name)) @declaration
-(field_declaration declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (field_identifier) @name)))) @declaration
-(type_definition declarator: (type_identifier) @name) @declaration
-(type_definition declarator: (pointer_declarator declarator: (type_identifier) @name)) @declaration
-(type_definition declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (type_identifier) @name)))) @declaration
-(preproc_def name: (_) @name) @declaration
-(preproc_function_def name: (_) @name) @declaration
+(declaration declarator: (identifier) @name) @binding @variable
+(declaration declarator: (pointer_declarator declarator: (identifier) @name)) @binding @variable
+(declaration declarator: (array_declarator declarator: (identifier) @name)) @binding @variable
+(declaration declarator: (init_declarator declarator: (identifier) @name value: (_) @value)) @binding @variable
+(declaration declarator: (init_declarator declarator: (pointer_declarator declarator: (identifier) @name) value: (_) @value)) @binding @variable
+(declaration declarator: (init_declarator declarator: (array_declarator declarator: (identifier) @name) value: (_) @value)) @binding @variable
+(declaration declarator: (init_declarator declarator: (pointer_declarator declarator: (array_declarator declarator: (identifier) @name)) value: (_) @value)) @binding @variable
+(declaration declarator: (init_declarator declarator: (array_declarator declarator: (array_declarator declarator: (identifier) @name)) value: (_) @value)) @binding @variable
+(function_definition declarator: (function_declarator declarator: (identifier) @name) body: (_) @body) @function
+(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name)) body: (_) @body) @function
+(function_definition declarator: (pointer_declarator declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))) body: (_) @body) @function
+(declaration declarator: (function_declarator declarator: (identifier) @name)) @function
+(declaration declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))) @function
+(struct_specifier name: (_) @name body: (_) @body) @struct
+(union_specifier name: (_) @name body: (_) @body) @struct
+(enum_specifier name: (_) @name body: (_) @body) @enum
+(enumerator name: (_) @name) @constant
+(field_declaration declarator: (field_identifier) @name) @attribute
+(field_declaration declarator: (pointer_declarator declarator: (field_identifier) @name)) @attribute
+(field_declaration declarator: (array_declarator declarator: (field_identifier) @name)) @attribute
+(field_declaration declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (field_identifier) @name)))) @attribute
+(type_definition declarator: (type_identifier) @name) @type
+(type_definition declarator: (pointer_declarator declarator: (type_identifier) @name)) @type
+(type_definition declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (type_identifier) @name)))) @type
+(preproc_def name: (_) @name) @constant
+(preproc_function_def name: (_) @name) @function
 
-; What a variable holds, and says of itself.
+; What a variable holds, and which of them stay: a pointer to what is const may point elsewhere.
 (declaration declarator: (init_declarator value: (_) @value)) @of
-(declaration (type_qualifier) @const (#eq? @const "const")) @constant
+(declaration
+  (type_qualifier) @qualifier
+  declarator: [(identifier) (array_declarator) (init_declarator declarator: [(identifier) (array_declarator)])]
+  (#eq? @qualifier "const")) @constant
+(declaration
+  declarator: [
+    (pointer_declarator (type_qualifier) @qualifier)
+    (init_declarator declarator: (pointer_declarator (type_qualifier) @qualifier))
+  ]
+  (#eq? @qualifier "const")) @constant
 
 ; What is hidden.
 (function_definition (storage_class_specifier) @static (#eq? @static "static")) @hidden

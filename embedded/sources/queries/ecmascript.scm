@@ -1,18 +1,19 @@
 ; What is declared.
-(class_declaration name: (_) @name body: (_) @body) @declaration
-(function_declaration name: (_) @name body: (_) @body) @declaration
-(generator_function_declaration name: (_) @name body: (_) @body) @declaration
-(method_definition name: (_) @name body: (_) @body) @declaration
-(variable_declarator name: (identifier) @name) @variable
-(variable_declarator name: (object_pattern (shorthand_property_identifier_pattern) @name)) @variable
-(variable_declarator name: (object_pattern (pair_pattern value: (identifier) @name))) @variable
-(variable_declarator name: (array_pattern (identifier) @name)) @variable
+(class_declaration name: (_) @name body: (_) @body) @class
+(function_declaration name: (_) @name body: (_) @body) @function
+(generator_function_declaration name: (_) @name body: (_) @body) @function
+(method_definition name: (_) @name body: (_) @body) @method
+(class_body (method_definition name: (property_identifier) @called (#eq? @called "constructor")) @constructor)
+(variable_declarator name: (identifier) @name) @binding
+(variable_declarator name: (object_pattern (shorthand_property_identifier_pattern) @name)) @binding
+(variable_declarator name: (object_pattern (pair_pattern value: (identifier) @name))) @binding
+(variable_declarator name: (array_pattern (identifier) @name)) @binding
 
 ; What belongs to the declaration in it, or below it.
 (export_statement declaration: (_)) @wrapper
 (lexical_declaration) @wrapper
 (variable_declaration) @wrapper
-(decorator) @attribute
+(decorator) @decorator
 
 ; What a constant holds.
 (variable_declarator value: (_) @value) @of
@@ -21,7 +22,7 @@
 (variable_declarator value: (generator_function body: (_) @body)) @callable
 (variable_declarator
   value: (parenthesized_expression [(arrow_function body: (_) @body) (function_expression body: (_) @body)])) @callable
-(lexical_declaration kind: "const" (variable_declarator) @constant)
+(lexical_declaration kind: "const" (variable_declarator) @const)
 
 ; What is public: the modules of the language.
 (program [(import_statement) (export_statement)] @module)

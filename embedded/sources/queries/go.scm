@@ -1,12 +1,16 @@
 ; What is declared.
-(function_declaration name: (_) @name) @declaration
-(method_declaration name: (_) @name) @declaration
-(type_spec name: (_) @name) @declaration
-(type_alias name: (_) @name) @declaration
-(const_spec (identifier) @name) @variable @constant
-(var_spec name: (identifier) @name) @variable
-(field_declaration name: (_) @name) @declaration
-(method_elem name: (_) @name) @declaration
+(function_declaration name: (_) @name) @function
+(method_declaration name: (_) @name) @method
+(type_spec name: (_) @name) @type
+(type_spec type: (struct_type (field_declaration_list) @body)) @struct
+(type_spec type: (interface_type "{" @body)) @interface
+(type_alias name: (_) @name) @type
+(const_spec (identifier) @name) @binding @constant
+(var_spec name: (identifier) @name) @binding @variable
+(var_spec value: (expression_list . (func_literal body: (_) @body))) @function
+(var_spec type: (function_type)) @function
+(field_declaration name: (_) @name) @attribute
+(method_elem name: (_) @name) @method
 
 ; What belongs to the declaration in it.
 (type_declaration) @wrapper
@@ -16,12 +20,8 @@
 ; Bodies, and what a variable holds.
 (function_declaration body: (_) @body) @of
 (method_declaration body: (_) @body) @of
-(type_spec type: (struct_type (field_declaration_list) @body)) @of
-(type_spec type: (interface_type "{" @body)) @of
 (const_spec value: (_) @value) @of
 (var_spec value: (_) @value) @of
-(var_spec value: (expression_list . (func_literal body: (_) @body))) @callable
-(var_spec type: (function_type)) @callable
 
 (function_declaration body: (_) @local)
 (method_declaration body: (_) @local)

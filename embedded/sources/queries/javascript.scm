@@ -1,5 +1,5 @@
 ; What is declared.
-(field_definition property: (_) @name) @declaration
+(field_definition property: (_) @name) @attribute
 
 ; What a field holds.
 (field_definition value: (_) @value) @of

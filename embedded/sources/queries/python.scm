@@ -1,11 +1,23 @@
 ; What is declared.
-(function_definition name: (_) @name body: (_) @body) @declaration
-(class_definition name: (_) @name body: (_) @body) @declaration
-(assignment left: (identifier) @name) @variable
-(assignment left: (pattern_list (identifier) @name)) @variable
-(assignment left: (tuple_pattern (identifier) @name)) @variable
-(assignment left: (attribute object: (identifier) @self attribute: (identifier) @name) (#eq? @self "self")) @declaration
-(type_alias_statement . (type (identifier) @name)) @variable
+(function_definition name: (_) @name body: (_) @body) @function
+(class_definition name: (_) @name body: (_) @body) @class
+(assignment left: (identifier) @name) @binding
+(assignment left: (pattern_list (identifier) @name)) @binding
+(assignment left: (tuple_pattern (identifier) @name)) @binding
+(assignment left: (attribute object: (identifier) @self attribute: (identifier) @name) (#eq? @self "self")) @attribute
+(type_alias_statement . (type (identifier) @name)) @binding @type
+
+; What stands in a class.
+(class_definition body: (block [
+  (function_definition) @method
+  (decorated_definition (function_definition) @method)
+  (expression_statement (assignment) @attribute)
+  (if_statement [
+    (block [(function_definition) @method (decorated_definition (function_definition) @method)])
+    (else_clause (block [(function_definition) @method (decorated_definition (function_definition) @method)]))
+  ])
+]))
+(function_definition name: (_) @called (#eq? @called "__init__")) @constructor
 
 ; What belongs to the declaration in it.
 (decorated_definition) @wrapper

@@ -1,21 +1,25 @@
 ; What is declared.
-(function_item name: (_) @name body: (_) @body) @declaration
-(function_signature_item name: (_) @name) @declaration
-(struct_item name: (_) @name) @declaration
-(union_item name: (_) @name) @declaration
-(enum_item name: (_) @name body: (_) @body) @declaration
-(enum_variant name: (_) @name) @declaration
-(trait_item name: (_) @name body: (_) @body) @declaration
-(type_item name: (_) @name) @declaration
-(associated_type name: (_) @name) @declaration
-(field_declaration name: (_) @name) @declaration
-(macro_definition name: (_) @name) @declaration
-(const_item name: (_) @name) @variable @constant
-(static_item name: (_) @name) @variable
+(function_item name: (_) @name body: (_) @body) @function
+(function_signature_item name: (_) @name) @function
+(struct_item name: (_) @name) @struct
+(union_item name: (_) @name) @struct
+(enum_item name: (_) @name body: (_) @body) @enum
+(enum_variant name: (_) @name) @constant
+(trait_item name: (_) @name body: (_) @body) @interface
+(type_item name: (_) @name) @type
+(associated_type name: (_) @name) @type
+(field_declaration name: (_) @name) @attribute
+(macro_definition name: (_) @name) @function
+(const_item name: (_) @name) @binding @constant
+(static_item name: (_) @name) @binding @variable
 (mod_item name: (_) @name) @declaration
 
+; What stands in a type.
+(impl_item body: (declaration_list (function_item) @method))
+(trait_item body: (declaration_list [(function_item) (function_signature_item)] @method))
+
 ; What belongs to the declaration below it.
-(attribute_item) @attribute
+(attribute_item) @decorator
 
 ; Bodies, and what a constant holds.
 (struct_item body: (field_declaration_list) @body) @of

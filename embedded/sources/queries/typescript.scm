@@ -1,17 +1,18 @@
 ; What is declared.
-(abstract_class_declaration name: (_) @name body: (_) @body) @declaration
-(interface_declaration name: (_) @name body: (_) @body) @declaration
-(enum_declaration name: (_) @name body: (_) @body) @declaration
-(type_alias_declaration name: (_) @name) @declaration
-(function_signature name: (_) @name) @declaration
-(method_signature name: (_) @name) @declaration
-(abstract_method_signature name: (_) @name) @declaration
-(public_field_definition name: (_) @name) @declaration
-(property_signature name: (_) @name) @declaration
-(enum_body name: (_) @name @declaration)
-(enum_assignment name: (_) @name) @declaration
-(required_parameter (accessibility_modifier) pattern: (identifier) @name) @declaration
-(required_parameter "readonly" pattern: (identifier) @name) @declaration
+(abstract_class_declaration name: (_) @name body: (_) @body) @class
+(interface_declaration name: (_) @name body: (_) @body) @interface
+(enum_declaration name: (_) @name body: (_) @body) @enum
+(type_alias_declaration name: (_) @name) @type
+(function_signature name: (_) @name) @function
+(method_signature name: (_) @name) @method
+(class_body (method_signature name: (property_identifier) @called (#eq? @called "constructor")) @constructor)
+(abstract_method_signature name: (_) @name) @method
+(public_field_definition name: (_) @name) @attribute
+(property_signature name: (_) @name) @attribute
+(enum_body name: (_) @name @constant)
+(enum_assignment name: (_) @name) @constant
+(required_parameter (accessibility_modifier) pattern: (identifier) @name) @attribute
+(required_parameter "readonly" pattern: (identifier) @name) @attribute
 (internal_module name: (_) @name body: (_) @body) @declaration @namespace
 (module name: (_) @name body: (_) @body) @declaration @namespace
 
