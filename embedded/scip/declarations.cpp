@@ -165,7 +165,8 @@ bool is_declaration(const Descriptor& symbol, SymbolKind kind) {
 
 std::string_view kind_of(std::span<const Descriptor> descriptors, const Description& description, SourceHints hints) {
     const std::optional<std::string_view> stated = stated_kind(description.kind);
-    return stated ? *stated : inferred_kind(descriptors, description, hints);
+    const std::string_view in_source = stated ? *stated : hints.kind;
+    return in_source.empty() ? inferred_kind(descriptors, description, hints) : in_source;
 }
 
 int rank_of_kind(std::string_view kind) {
@@ -180,9 +181,12 @@ std::string name_of(std::span<const Descriptor> descriptors, const Description& 
 }
 
 std::string fqn_of(std::span<const Descriptor> descriptors) {
-    std::string fqn = written(descriptors.front().name);
-    for (const Descriptor& descriptor : descriptors.subspan(1)) {
-        fqn.append(".").append(written(descriptor.name));
+    const bool is_parameter = descriptors.back().suffix == Suffix::PARAMETER;
+    std::string fqn;
+    for (std::size_t at = 0; at < descriptors.size(); ++at) {
+        if (const bool is_constructor = is_parameter && at + 2 == descriptors.size(); !is_constructor) {
+            fqn.append(fqn.empty() ? "" : ".").append(written(descriptors[at].name));
+        }
     }
     return fqn;
 }

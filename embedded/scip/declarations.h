@@ -1,7 +1,8 @@
 // The rules by which a symbol becomes a declaration of a certain kind.
 //
-// An indexer that states a symbol's kind is believed. For one that does not, the kind follows from the last two
-// descriptors, from the signature and from the source:
+// An indexer that states a symbol's kind is believed. For one that does not, the source says the kind; where it is not
+// there or leaves that open, the kind follows from the last two descriptors, from the signature and from what the source
+// says of a variable:
 //
 //     Observable#subscribe().     a method, for it stands directly in a type
 //     identity().                 a function
@@ -24,8 +25,9 @@ namespace embedded::scip {
 /// Whether a symbol is a declaration: namespaces, modules, parameters and the like are none.
 bool is_declaration(const Descriptor& symbol, SymbolKind kind);
 
-/// What the source says of a variable.
+/// What the source says of a declaration.
 struct SourceHints {
+    std::string_view kind;  ///< empty where it leaves that open, as of most variables
     bool is_callable = false;
     bool is_constant = false;
 };
@@ -40,7 +42,8 @@ int rank_of_kind(std::string_view kind);
 /// The name of a declaration: what the indexer would show, else the last descriptor's; as people write it.
 std::string name_of(std::span<const Descriptor> descriptors, const Description& description);
 
-/// The names of all descriptors as people write them, joined by ".".
+/// The names of all descriptors as people write them, joined by ".". A parameter that is a property of its class has
+/// the name of one: C.x for C#`<constructor>`().(x).
 std::string fqn_of(std::span<const Descriptor> descriptors);
 
 /// Whether a file could make the declaration public by itself: one inside of a body cannot be reached, and a member is

@@ -12,6 +12,7 @@
 #include "embedded/scip/project_root.h"
 #include "embedded/scip/report_json.h"
 #include "embedded/scip/scip_files.h"
+#include "embedded/scip/undeclared.h"
 #include "embedded/sources/source_reader.h"
 
 #include <algorithm>
@@ -143,11 +144,13 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
         },
         .after_document = [&] { steps.advance(); },
     };
-    Contents contents = read_contents(scip.placed_in(repository), spool, listener);
+    const std::vector<PlacedScipFile> placed = scip.placed_in(repository);
+    Contents contents = read_contents(placed, spool, listener);
     steps.advance(static_cast<std::size_t>(contents.unusable_documents + contents.unwanted_documents));
     const sources::Sources read = sources.finish([&] { steps.tell(); });
     if (sources.checkout()) {
         report.checkout = sources.checkout()->root();
+        count_locals(placed, add_undeclared(contents, read), *sources.checkout(), contents);
     }
     settle_open_tokens(contents, read, sources.checkout(), report);
     return gather(std::move(contents), read, steps, report);

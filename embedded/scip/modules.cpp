@@ -157,9 +157,7 @@ const Meaning& Modules::declared(std::string_view path, const std::string& name)
     const auto [file, is_new] = declared_.try_emplace(path);
     const auto module = modules_.find(path);
     if (is_new && module != modules_.end()) {
-        constexpr std::string_view MODULE_OF_PYTHON = "__init__:";
-        std::string_view scope = contents_.symbols.symbol(module->second);
-        scope.remove_suffix(scope.ends_with(MODULE_OF_PYTHON) ? MODULE_OF_PYTHON.size() : 0);
+        const std::string_view scope = scope_of_module(contents_.symbols.symbol(module->second));
         for (const Definition& definition : contents_.files.find(std::string(path))->second.definitions) {
             const Symbol symbol = parse_symbol(contents_.symbols.symbol(definition.symbol)).value();
             Meaning& meaning = file->second[symbol.descriptors.back().name];

@@ -18,6 +18,7 @@ using sources::SourceDeclaration;
 // The definition of a symbol that gives the lines, and what the source says there.
 struct Best {
     LineRange lines;
+    std::optional<sources::Position> name;
     std::optional<std::size_t> in_source;  // the place in the outline
 };
 
@@ -26,8 +27,9 @@ struct Candidate {
     SymbolNumber symbol;
     Symbol parts;
     Best best;
-    Row row;                // the kind is empty for what declares nothing, but may be one with a declaration
-    std::size_t group = 0;  // the place of the first candidate that it is one with
+    SpooledText documentation;  // of the first definition that has one in the source
+    Row row;                    // the kind is empty for what declares nothing, but may be one with a declaration
+    std::size_t group = 0;      // the place of the first candidate that it is one with
 };
 
 // Whether a declaration of another kind that a language has may be public without being in an outline.
@@ -73,10 +75,13 @@ class FileReader {
             const auto [place, is_new] = places.try_emplace(definition.symbol, candidates_.size());
             if (is_new) {
                 Symbol parts = parse_symbol(contents_.symbols.symbol(definition.symbol)).value();
-                candidates_.push_back({definition.symbol, std::move(parts), {}, {}, place->second});
+                candidates_.push_back({definition.symbol, std::move(parts), {}, {}, {}, place->second});
             }
             Candidate& candidate = candidates_[place->second];
             const Best best = read(definition, candidate.parts);
+            if (best.in_source && candidate.documentation.empty()) {
+                candidate.documentation = source_->texts[*best.in_source].documentation;
+            }
             if (is_new || best.lines.count() > candidate.best.lines.count()) {
                 candidate.best = best;
             }
@@ -92,7 +97,7 @@ class FileReader {
 
     // What one definition says of lines: the document where it knows the whole declaration, else the source.
     Best read(const Definition& definition, const Symbol& parts) {
-        Best best{definition.lines, std::nullopt};
+        Best best{definition.lines, definition.name, std::nullopt};
         if (source_ == nullptr || !definition.name) {
             return best;
         }
@@ -127,21 +132,33 @@ class FileReader {
         Row row;
         row.symbol = candidate.symbol;
         row.lines = candidate.best.lines;
-        if (!is_declaration(descriptors.back(), described.kind)) {
+        const SourceDeclaration* const found =
+            candidate.best.in_source ? &outline()->declarations[*candidate.best.in_source] : nullptr;
+        // The source declares a parameter only where it is a property of its class, too.
+        const bool is_property = descriptors.back().suffix == Suffix::PARAMETER && found != nullptr &&
+                                 found->position == *candidate.best.name;
+        if (!is_property && !is_declaration(descriptors.back(), described.kind)) {
             return row;
         }
         row.signature = described.signature;
         row.documentation = described.documentation;
         SourceHints hints;
-        if (candidate.best.in_source) {
-            const SourceDeclaration& found = outline()->declarations[*candidate.best.in_source];
-            hints = {found.is_callable, found.is_constant};
+        if (found != nullptr) {
+            hints = {found->kind, found->is_callable, found->is_constant};
             row.signature = source_->texts[*candidate.best.in_source].signature;
             row.documentation = source_->texts[*candidate.best.in_source].documentation;
+            row.documentation = row.documentation.empty() ? candidate.documentation : row.documentation;
         }
-        row.kind = kind_of(descriptors, described, hints);
+        row.kind = is_nested_function(descriptors, described, hints) ? "" : kind_of(descriptors, described, hints);
         row.is_public = stands_outside(descriptors) && is_public(candidate);
         return row;
+    }
+
+    // Whether scip-python calls a method of the class what is a function in a method.
+    static bool is_nested_function(std::span<const Descriptor> descriptors, const Description& described,
+                                   const SourceHints& hints) {
+        return described.kind == SymbolKind::UNSPECIFIED && hints.kind == "function" &&
+               kind_of(descriptors, described, {}) == "method";
     }
 
     [[nodiscard]] bool is_public(const Candidate& candidate) const {
@@ -168,6 +185,24 @@ class FileReader {
             }
             for (const std::uint32_t group : contents_.tokens.groups(candidate.symbol)) {
                 unite(place, first_of_group.try_emplace(group, place).first->second);
+            }
+        }
+        merge_implicit_constructors();
+    }
+
+    // A constructor that nobody wrote is said to stand where the name of its type does: it is one with that.
+    void merge_implicit_constructors() {
+        std::unordered_map<std::string_view, std::size_t> places;
+        for (std::size_t place = 0; place < candidates_.size(); ++place) {
+            places.emplace(contents_.symbols.symbol(candidates_[place].symbol), place);
+        }
+        for (std::size_t place = 0; place < candidates_.size(); ++place) {
+            Candidate& candidate = candidates_[place];
+            const bool is_method = candidate.parts.descriptors.back().suffix == Suffix::METHOD;
+            const auto type = is_method ? places.find(candidate.parts.scope) : places.end();
+            if (type != places.end() && candidates_[type->second].best.name == candidate.best.name) {
+                candidate.row.kind = {};
+                unite(place, type->second);
             }
         }
     }

@@ -194,7 +194,7 @@ std::string of_project(std::string_view symbol, std::string_view folder) {
 }
 
 std::string written(std::string_view name) {
-    if (name == "<constructor>") {
+    if (name == "<constructor>" || name == "<init>") {
         return "constructor";
     }
     const bool is_of_property = name.starts_with(GETTER) || name.starts_with(SETTER);
@@ -225,6 +225,40 @@ std::optional<std::string> module_name(std::span<const Descriptor> descriptors) 
     std::string name;
     for (const Descriptor& descriptor : descriptors.first(descriptors.size() - (is_python ? 1 : 0))) {
         name.append(name.empty() ? "" : "/").append(descriptor.name);
+    }
+    return name;
+}
+
+std::string_view scope_of_module(std::string_view module) {
+    constexpr std::string_view MODULE_OF_PYTHON = "__init__:";
+    return module.substr(0, module.size() - (module.ends_with(MODULE_OF_PYTHON) ? MODULE_OF_PYTHON.size() : 0));
+}
+
+std::string spelled(const Descriptor& descriptor) {
+    std::string name;
+    for (const char character : descriptor.name) {
+        name.append(character == '`' ? 2 : 1, character);
+    }
+    if (!std::ranges::all_of(descriptor.name, is_plain)) {
+        name = '`' + name + '`';
+    }
+    switch (descriptor.suffix) {
+    case Suffix::NAMESPACE:
+        return name + '/';
+    case Suffix::TYPE:
+        return name + '#';
+    case Suffix::TERM:
+        return name + '.';
+    case Suffix::METHOD:
+        return name + "().";
+    case Suffix::MACRO:
+        return name + '!';
+    case Suffix::META:
+        return name + ':';
+    case Suffix::TYPE_PARAMETER:
+        return '[' + name + ']';
+    case Suffix::PARAMETER:
+        return '(' + name + ')';
     }
     return name;
 }

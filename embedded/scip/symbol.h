@@ -67,7 +67,7 @@ std::string of_project(std::string_view symbol, std::string_view folder);
 ///     scip-typescript npm . . src/`a.ts`/A#    src/a.ts
 std::optional<std::string> file_of_nameless_package(std::string_view symbol);
 
-/// A name as people write it: `<constructor>` is constructor, `<get>x` and `<set>x` are x.
+/// A name as people write it: `<constructor>` and `<init>` are constructor, `<get>x` and `<set>x` are x.
 std::string written(std::string_view name);
 
 /// Whether the symbol reads or sets a property: `<get>x`, `<set>x`.
@@ -86,6 +86,15 @@ std::size_t descriptors_of_file(std::span<const Descriptor> descriptors);
 ///     src/`a.ts`/             src/a.ts
 ///     `a.b`/__init__:         a.b
 std::optional<std::string> module_name(std::span<const Descriptor> descriptors);
+
+/// What the symbols of all that a module declares begin with, for the symbol of the module.
+///
+///     src/`a.ts`/             src/`a.ts`/
+///     `a.b`/__init__:         `a.b`/
+std::string_view scope_of_module(std::string_view module);
+
+/// A descriptor as it stands in a symbol.
+std::string spelled(const Descriptor& descriptor);
 
 /// Whether the symbol stands for the source file at `path` as a module, as it does where that file defines it.
 bool is_module_of(std::span<const Descriptor> descriptors, std::string_view path);

@@ -111,6 +111,8 @@ class OutlineReader {
             .first_line = line_of(whole.begin),
             .last_line = line_of(last_byte(whole.end)),
             .kind = node.kind,
+            .is_at_top = around.is_outermost,
+            .is_variable = node.is_binding,
             .is_public = is_public,
             .is_marked = is_public && around.is_exported,
             .is_callable = node.is_callable,

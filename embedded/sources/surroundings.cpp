@@ -51,6 +51,7 @@ std::unordered_map<NodeId, Surroundings> surroundings_of(const std::unordered_ma
                 ++order[*outer].held;
                 found.is_exported = found.is_exported || order[*outer].captured->is_exported;
             }
+            found.is_outermost = outer == around.rend();
             const auto scope = std::find_if(outer, around.rend(),
                                             [&](std::size_t each) { return order[each].captured->is_namespace; });
             found.enclosing = scope == around.rend() ? nullptr : order[*scope].id;

@@ -10,6 +10,7 @@ namespace embedded::sources {
 struct Surroundings {
     Bytes whole;                 ///< the declaration with the wrappers that hold nothing but it
     bool is_exported = false;    ///< whether it is marked as public, or a wrapper of it is
+    bool is_outermost = false;   ///< whether it stands in no other declaration
     NodeId enclosing = nullptr;  ///< the innermost namespace that it stands in; null at the top of the file
 };
 

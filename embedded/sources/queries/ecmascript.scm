@@ -37,6 +37,12 @@
 (arrow_function body: (_) @local)
 (method_definition body: (_) @local)
 
+; Blocks, whose variables are their own.
+(program (statement_block) @local)
+(if_statement (statement_block) @local)
+(else_clause (statement_block) @local)
+[(for_statement) (for_in_statement) (while_statement) (do_statement) (try_statement) (switch_statement)] @local
+
 (comment) @comment
 
 ; What the file has from other modules, and what it passes on.

@@ -80,7 +80,7 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
         {"typeLiteral3:f().", {}, "method f typeLiteral3.f"},
         {"C#`<constructor>`().", {}, "constructor constructor C.constructor"},
         {"C#__init__().", {}, "constructor __init__ C.__init__"},
-        {"C#`<init>`().", {}, "constructor <init> C.<init>"},
+        {"C#`<init>`().", {}, "constructor constructor C.constructor"},
         {"C#`<get>x`().", {}, "method x C.x"},
         {"__init__().", {}, "function __init__ __init__"},
         {"M!", {}, "function M M"},
@@ -151,9 +151,9 @@ TEST(ScipDeclaration, FollowsFromKindThenDescriptorsThenSignature) {
 TEST(ScipDeclaration, WhatTheSourceHoldsDecidesBetweenFunctionConstantAndVariable) {
     const std::vector<Descriptor> variable{{"x", Suffix::TERM}};
     const std::vector<Descriptor> member{{"C", Suffix::TYPE}, {"x", Suffix::TERM}};
-    EXPECT_EQ(kind_of(variable, {}, {.is_callable = true, .is_constant = true}), "function");
-    EXPECT_EQ(kind_of(variable, {}, {.is_constant = true}), "constant");
-    EXPECT_EQ(kind_of(member, {}, {.is_callable = true}), "attribute");
+    EXPECT_EQ(kind_of(variable, {}, {.kind = {}, .is_callable = true, .is_constant = true}), "function");
+    EXPECT_EQ(kind_of(variable, {}, {.kind = {}, .is_constant = true}), "constant");
+    EXPECT_EQ(kind_of(member, {}, {.kind = {}, .is_callable = true}), "attribute");
 }
 
 TEST(ScipDeclaration, CannotBePublicInsideABodyOrAsAMember) {

@@ -86,6 +86,96 @@ TEST_F(ScipImport, TheSourcesAreWhereTheScipFileSaysUnlessToldOtherwise) {
     EXPECT_EQ(sources("http://host/" + folder / "my%20checkout"), 0);
 }
 
+TEST_F(ScipImport, TheSourceSaysTheKindThatAnIndexerLeavesOpen) {
+    folder.write("checkout/a.go", "package a\ntype S struct{}\ntype I interface{ M() }\ntype F func()\n");
+    folder.write("checkout/a.cc", "enum class E { A };\nusing U = E;\n#define MAX 1\n#define F(x) x\n");
+    import_with_sources({ScipDocument("a.cc")
+                             .defines(symbol("E#"), {0, 11, 12})
+                             .defines(symbol("E#A."), {0, 15, 16})
+                             .defines(symbol("U#"), {1, 6, 7})
+                             .defines(symbol("MAX!"), {2, 8, 11})
+                             .defines(symbol("F!"), {3, 8, 9})
+                             .describes(symbol("F!"), {.kind = 8}),
+                         ScipDocument("a.go")
+                             .defines(symbol("S#"), {1, 5, 6})
+                             .defines(symbol("I#"), {2, 5, 6})
+                             .defines(symbol("I#M."), {2, 18, 19})
+                             .defines(symbol("F#"), {3, 5, 6})});
+    EXPECT_EQ(declarations(),
+              "E enum 1-1 public; A constant 1-1; U type 2-2 public; MAX constant 3-3 public; F constant 4-4 public; "
+              "S struct 2-2 public; I interface 3-3 public; M method 3-3; F type 4-4 public");
+}
+
+TEST_F(ScipImport, AParameterThatIsAPropertyOfItsClassIsAnAttribute) {
+    folder.write("checkout/a.ts", "class A {\n  constructor(private b: 1, c: 2) {}\n}\n");
+    const std::string constructor = symbol("A#`<constructor>`().");
+    import_with_sources({ScipDocument("a.ts")
+                             .defines(symbol("A#"), {0, 6, 7})
+                             .defines(constructor, {1, 2, 13})
+                             .defines(constructor + "(b)", {1, 22, 23})
+                             .defines(constructor + "(c)", {1, 28, 29})});
+    EXPECT_EQ(rows("SELECT kind || ' ' || fqn AS row FROM symbols"),
+              "class A; constructor A.constructor; attribute A.b");
+}
+
+TEST_F(ScipImport, AConstructorThatNobodyWroteIsOneWithItsType) {
+    folder.write("checkout/A.java", "class A {}\nclass B {\n  B() {}\n}\n");
+    const std::string implicit = symbol("A#`<init>`().");
+    import_with_sources({ScipDocument("A.java")
+                             .defines(symbol("A#"), {0, 6, 7})
+                             .defines(implicit, {0, 6, 7})
+                             .describes(implicit, {.signature = "public A()"})
+                             .defines(symbol("B#"), {1, 6, 7})
+                             .defines(symbol("B#`<init>`()."), {2, 2, 3}),
+                         ScipDocument("C.java").refers(implicit)});
+    EXPECT_EQ(declarations(), "A class 1-1; B class 2-4; constructor constructor 3-3");
+    EXPECT_EQ(rows(texts_of("A")), "class A|");
+    EXPECT_EQ(edges(), "C.java 1 import 1");
+}
+
+TEST_F(ScipImport, AFunctionInAMethodIsNoMethodOfItsClass) {
+    folder.write("checkout/a.py", "class A:\n  def m(self):\n    def g(): pass\n    self.g = g\n");
+    import_with_sources({ScipDocument("a.py")
+                             .defines(symbol("`a`/A#"), {0, 6, 7})
+                             .defines(symbol("`a`/A#m()."), {1, 6, 7})
+                             .defines(symbol("`a`/A#g()."), {2, 8, 9})
+                             .defines(symbol("`a`/A#g."), {3, 9, 10})
+                             .refers_to_all({symbol("`a`/A#g()."), symbol("`a`/A#g.")})});
+    EXPECT_EQ(declarations(), "A class 1-4 public; m method 2-4; g attribute 4-4");
+}
+
+TEST_F(ScipImport, TheDocumentationOfAnOverloadIsThatOfAll) {
+    folder.write("checkout/a.ts",
+                 "/** Does. */\nexport function f(): 1;\nconst a = 1\nexport function f(b?: 1) {\n}\n");
+    import_with_sources({ScipDocument("a.ts").defines(F, {1, 16, 17}).defines(F, {3, 16, 17}, {3, 0, 4, 1})});
+    EXPECT_EQ(rows(texts_of("f")), "export function f(b?: 1)|Does.");
+}
+
+TEST_F(ScipImport, WhatComesOutOfAnObjectIsADeclarationOfItsFile) {
+    const std::string module = symbol("`a.ts`/");
+    folder.write("checkout/a.ts", "export const { f, g } = o\nfunction h() {\n  const { i } = f(f, g)\n}\n"
+                                  "if (h) {\n  const { j } = o\n}\n");
+    folder.write("checkout/b.ts", "import { f, g as k } from './a'\nf(k)\n");
+    import_with_sources({ScipDocument("a.ts")
+                             .defines(module, {0, 0, 0})
+                             .defines("local 1", {0, 15, 16})
+                             .occurs(symbol("`o.ts`/f0:"), 0, {0, 15, 16})
+                             .defines("local 2", {0, 18, 19})
+                             .defines(module + "h().", {1, 9, 10}, {1, 0, 3, 1})
+                             .defines("local 3", {2, 10, 11})
+                             .occurs("local 1", 0, {2, 16, 17})
+                             .occurs("local 1", 0, {2, 18, 19})
+                             .occurs("local 2", 0, {2, 21, 22})
+                             .occurs("local 1", 0, {4, 4, 5}),  // another one of this number
+                         ScipDocument("b.ts")
+                             .occurs("local 1", 0, {0, 9, 10})
+                             .occurs("local 2", 0, {0, 17, 18})
+                             .occurs("local 1", 0, {1, 0, 1})
+                             .occurs("local 2", 0, {1, 2, 3})});
+    EXPECT_EQ(declarations(), "f constant 1-1 public; g constant 1-1 public; h function 2-4");
+    EXPECT_EQ(edges(), "a.ts 1 local 2; a.ts 2 local 1; b.ts 1 import 2; b.ts 2 import 2");
+}
+
 TEST_F(ScipImport, AMoreDistantPlaceThanTheColumnsSayIsFoundByName) {
     folder.write("checkout/a.ts", "/* \xF0\x9F\x98\x80\xC3\xA9 */ export const a = 1, b = 2;\n");
     // Columns in UTF-16, as most indexers count, and in bytes.

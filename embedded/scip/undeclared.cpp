@@ -1,0 +1,148 @@
+#include "embedded/scip/undeclared.h"
+
+#include "embedded/scip/modules.h"
+#include "embedded/scip/project_root.h"
+#include "embedded/scip/symbol.h"
+#include "embedded/scip/token_text.h"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace embedded::scip {
+
+namespace {
+
+using sources::Outline;
+using sources::Position;
+using sources::SourceDeclaration;
+
+Suffix suffix_of(const SourceDeclaration& declaration) {
+    if (declaration.kind == "function") {
+        return Suffix::METHOD;
+    }
+    return declaration.is_variable || declaration.kind == "constant" ? Suffix::TERM : Suffix::TYPE;
+}
+
+// What the documents of a file define in its module.
+class DefinedNames {
+  public:
+    DefinedNames(const FileContents& file, std::string_view scope, const SymbolTable& symbols) {
+        for (const Definition& definition : file.definitions) {
+            const std::string_view text = symbols.symbol(definition.symbol);
+            if (definition.name && text.starts_with(scope)) {
+                places_.insert(*definition.name);
+            }
+            if (const Symbol symbol = parse_symbol(text).value(); symbol.scope == scope) {
+                names_.insert(written(symbol.descriptors.back().name));
+            }
+        }
+    }
+
+    // Whether this is none of them; from then on it is one.
+    bool add(const SourceDeclaration& declaration) {
+        return !places_.contains(declaration.position) && names_.insert(declaration.name).second;
+    }
+
+  private:
+    std::set<Position> places_;
+    std::set<std::string> names_;
+};
+
+// The tokens of a document that name one of several locals.
+class LocalReferences {
+  public:
+    LocalReferences(const Document& document, std::span<const Undeclared> undeclared, RangedText& text) {
+        std::map<std::string_view, const Undeclared*> locals;
+        std::map<Position, const Undeclared*> by_place;
+        for (const Undeclared& each : undeclared) {
+            by_place.emplace(each.name, &each);
+        }
+        for_each_local(document, [&](const Occurrence& occurrence) {
+            const Position place{lines_of(*occurrence.range).first, occurrence.range->start_column};
+            if (const auto found = by_place.find(place); occurrence.is_definition() && found != by_place.end()) {
+                locals.emplace(occurrence.symbol, found->second);
+                names_.emplace(occurrence.symbol, text.at(*occurrence.range));
+            }
+        });
+        std::set<Range> seen;
+        for_each_local(document, [&](const Occurrence& occurrence) {
+            const auto local = locals.find(occurrence.symbol);
+            // A local of another file, which this one imports, may have the same number.
+            if (local != locals.end() && !occurrence.is_definition() && seen.insert(*occurrence.range).second &&
+                text.at(*occurrence.range) == names_.at(occurrence.symbol)) {
+                ++counts_[local->second->symbol];
+            }
+        });
+    }
+
+    [[nodiscard]] const std::map<SymbolNumber, std::int64_t>& counts() const { return counts_; }
+
+  private:
+    static void for_each_local(const Document& document, const auto& visit) {
+        Repeated<Occurrence> occurrences = document.occurrences();
+        while (const std::optional<Occurrence> occurrence = occurrences.next()) {
+            if (occurrence->range && is_local(occurrence->symbol)) {
+                visit(*occurrence);
+            }
+        }
+    }
+
+    std::map<std::string_view, std::string_view> names_;
+    std::map<SymbolNumber, std::int64_t> counts_;
+};
+
+}  // namespace
+
+UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sources) {
+    const Modules modules(contents, sources);
+    UndeclaredByFile undeclared;
+    for (auto& [path, file] : contents.files) {
+        const auto source = sources.find(path);
+        const std::optional<SymbolNumber> module = modules.module_at(path);
+        if (!module || source == sources.end() || !source->second.outline || source->second.outline->is_damaged) {
+            continue;
+        }
+        const std::string scope(scope_of_module(contents.symbols.symbol(*module)));
+        DefinedNames defined(file, scope, contents.symbols);
+        for (const SourceDeclaration& each : source->second.outline->declarations) {
+            if (each.is_at_top && (each.is_variable || !each.kind.empty()) && defined.add(each)) {
+                const SymbolNumber symbol =
+                    contents.symbols.number(scope + spelled({each.name, suffix_of(each)})).value();
+                file.definitions.push_back({.symbol = symbol,
+                                            .lines = {each.first_line, each.last_line},
+                                            .is_whole = true,
+                                            .is_forward = false,
+                                            .name = each.position});
+                undeclared[path].push_back({each.position, symbol});
+            }
+        }
+    }
+    return undeclared;
+}
+
+void count_locals(std::span<const PlacedScipFile> files, const UndeclaredByFile& undeclared, const Checkout& checkout,
+                  Contents& contents) {
+    if (undeclared.empty()) {
+        return;
+    }
+    for (const PlacedScipFile& placed : files) {
+        placed.file->for_each_document([&](const Document& document) {
+            const std::optional<std::string> path = path_in_repository(placed.folder, document.heading().path);
+            const auto found = path ? undeclared.find(*path) : undeclared.end();
+            const std::optional<FileContent> read =
+                found == undeclared.end() ? std::nullopt : checkout.read(*path, sources::LARGEST_SOURCE);
+            if (!read || !read->text) {
+                return;
+            }
+            RangedText text(*read->text);
+            for (const auto& [symbol, count] : LocalReferences(document, found->second, text).counts()) {
+                contents.files.at(*path).references[symbol] += count;
+            }
+        });
+    }
+}
+
+}  // namespace embedded::scip
