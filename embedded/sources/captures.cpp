@@ -1,6 +1,7 @@
 #include "embedded/sources/captures.h"
 
 #include "embedded/sources/parser_memory.h"
+#include "embedded/text/blanks.h"
 
 #include <algorithm>
 #include <array>
@@ -257,8 +258,9 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
         const Bytes bytes = bytes_of(node);
         if (name == "decorator") {
             captures.decorators.push_back(bytes);
-        } else if (name == "comment") {
-            captures.comments.push_back(bytes);
+        } else if (name == "comment") {  // one of Rust may have the line end behind it
+            const auto size = static_cast<std::uint32_t>(trimmed_end(text_of(text, node)).size());
+            captures.comments.push_back({bytes.begin, bytes.begin + size});
         } else if (name == "visible") {
             captures.visible.push_back(bytes);
         } else if (name == "hidden") {

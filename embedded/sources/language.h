@@ -52,13 +52,21 @@ enum class Unmarked {
     PUBLIC_IF_CAPITALIZED,
 };
 
+/// Where the comment stands that documents a declaration.
+enum class CommentPlace {
+    RIGHT_ABOVE,
+    ABOVE,  ///< blank lines and other comments may stand between
+    ABOVE_OR_BELOW_DECORATORS,
+};
+
 struct Language {
     std::string_view name;
     const TSLanguage* (*grammar)();
     std::span<const std::string_view> queries;  ///< read one after the other as one
     Unmarked unmarked;
-    /// How a comment begins that documents the declaration right below it; where there are none, only docstrings do.
+    /// How a comment begins that documents a declaration; where there are none, only docstrings do.
     std::span<const std::string_view> documentation_marks;
+    CommentPlace documentation_place;
     /// Whether a declaration says for the next one of its name, too, what it is: the first of several overloads, or the
     /// accessor that reads a property.
     bool has_versions;

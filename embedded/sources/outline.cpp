@@ -1,10 +1,12 @@
 #include "embedded/sources/outline.h"
 
 #include "embedded/sources/captures.h"
+#include "embedded/sources/doc_comments.h"
 #include "embedded/sources/mentions.h"
 #include "embedded/sources/prose.h"
 #include "embedded/sources/regions.h"
 #include "embedded/sources/surroundings.h"
+#include "embedded/sources/uncommented.h"
 #include "embedded/text/ascii.h"
 #include "embedded/text/blanks.h"
 #include "embedded/text/utf8.h"
@@ -12,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <utility>
+#include <vector>
 
 namespace embedded::sources {
 
@@ -39,8 +42,8 @@ class OutlineReader {
     OutlineReader(string_view text, const Language& language, Captures&& captures)
         : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
           surroundings_(surroundings_of(nodes_)), decorators_(std::move(captures.decorators)),
-          comments_(std::move(captures.comments)), visible_(std::move(captures.visible)),
-          hidden_(std::move(captures.hidden)),
+          comments_(std::move(captures.comments)), doc_comments_(text, language, comments_, decorators_),
+          visible_(std::move(captures.visible)), hidden_(std::move(captures.hidden)),
           local_(std::move(captures.local)), public_names_{.are_all_unless_listed = !are_listed(captures),
                                                            .listed = std::move(captures.exports)},
           is_damaged_(captures.is_damaged) {
@@ -118,7 +121,8 @@ class OutlineReader {
             .is_callable = node.is_callable,
             .is_constant = node.is_const,
             .signature = signature(node, whole),
-            .documentation = documentation(node, whole.begin),
+            .documentation = node.docstring ? prose_of_docstring(part(*node.docstring))
+                                            : doc_comments_.above(around.whole.begin, whole.begin),
         };
         const bool is_version = language_.has_versions && !declarations.empty() &&
                                 declarations.back().name == declaration.name && follows_the_last(whole.begin);
@@ -134,14 +138,16 @@ class OutlineReader {
         return last_end_ <= begin && part({last_end_, begin}).find_first_not_of(" \t\r\n;") == string_view::npos;
     }
 
-    // Where the decorators above a declaration begin, or else it itself.
+    // Where the decorators above a declaration begin, between which comments may stand, or else it itself.
     [[nodiscard]] std::uint32_t with_decorators(std::uint32_t begin) const {
-        const Bytes* above = decorators_.last_before(begin);
-        while (above != nullptr && trimmed(part({above->end, begin})).empty()) {
-            begin = above->begin;
-            above = decorators_.last_before(begin);
+        while (true) {
+            const std::uint32_t below = comments_.begin_of_run_above(begin, text_);
+            const std::uint32_t first = decorators_.begin_of_run_above(below, text_);
+            if (first == below) {
+                return begin;
+            }
+            begin = first;
         }
-        return begin;
     }
 
     [[nodiscard]] bool is_public(const CapturedName& name, const Surroundings& around) const {
@@ -167,48 +173,9 @@ class OutlineReader {
                                   part(*node.value).find('\n') != string_view::npos)) {
             whole.end = std::min(whole.end, node.value->begin);
         }
-        // What a body begins with may be a comment that the grammar puts in front of it.
-        const Bytes* comment = comments_.last_before(whole.end);
-        while (comment != nullptr && whole.begin < comment->begin && trimmed(part({comment->end, whole.end})).empty()) {
-            whole.end = comment->begin;
-            comment = comments_.last_before(whole.end);
-        }
         const string_view before = line_before(whole.begin);
-        return dedented(without_link(part(whole)), trimmed(before).empty() ? before.size() : 0);
-    }
-
-    [[nodiscard]] std::string documentation(const CapturedNode& node, std::uint32_t begin) const {
-        if (node.docstring) {
-            return prose_of_docstring(part(*node.docstring));
-        }
-        std::string comments;
-        const Bytes* comment = comments_.last_before(begin);
-        while (comment != nullptr && stands_right_above(*comment, begin)) {
-            const string_view text = trimmed(part(*comment));
-            const bool is_block = text.starts_with("/*");
-            const bool is_documentation = starts_with_any(text, language_.documentation_marks);
-            if (!comments.empty() && (is_block || !is_documentation)) {
-                break;
-            }
-            if (is_documentation) {
-                comments.insert(0, "\n").insert(0, text);
-            }
-            if (is_documentation && is_block) {
-                break;
-            }
-            begin = comment->begin;
-            comment = comments_.last_before(begin);
-        }
-        return prose_of_comments(comments);
-    }
-
-    // Whether a comment has lines of its own, of which the last is the one above.
-    [[nodiscard]] bool stands_right_above(const Bytes& comment, std::uint32_t begin) const {
-        const string_view text = part(comment);
-        const auto blanks = static_cast<std::uint32_t>(text.size() - trimmed_end(text).size());
-        const string_view gap = part({comment.end - blanks, begin});
-        return trimmed(gap).empty() && std::ranges::count(gap, '\n') <= 1 &&
-               trimmed(line_before(comment.begin)).empty();
+        const std::string code = without_comments(text_, whole, comments_.within(whole));
+        return dedented(without_link(code), trimmed(before).empty() ? before.size() : 0);
     }
 
     string_view text_;
@@ -218,6 +185,7 @@ class OutlineReader {
     std::unordered_map<NodeId, Surroundings> surroundings_;
     Parts decorators_;
     Parts comments_;
+    DocComments doc_comments_;
     Regions visible_;
     Regions hidden_;
     Regions local_;

@@ -2,10 +2,13 @@
 #pragma once
 
 #include "embedded/sources/captures.h"
+#include "embedded/text/blanks.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <span>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -39,6 +42,25 @@ class Parts {
     [[nodiscard]] const Bytes* last_before(std::uint32_t offset) const {
         const auto after = std::ranges::upper_bound(parts_, offset, {}, &Bytes::end);
         return after == parts_.begin() ? nullptr : &*std::prev(after);
+    }
+
+    /// Where the parts begin that nothing but blanks separates from the offset, or else the offset itself.
+    [[nodiscard]] std::uint32_t begin_of_run_above(std::uint32_t offset, std::string_view text) const {
+        const Bytes* last = last_before(offset);
+        while (last != nullptr && trimmed(text.substr(last->end, offset - last->end)).empty()) {
+            offset = last->begin;
+            last = last_before(offset);
+        }
+        return offset;
+    }
+
+    [[nodiscard]] std::span<const Bytes> all() const { return parts_; }
+
+    /// Those that begin and end within a part of the text, in order.
+    [[nodiscard]] std::span<const Bytes> within(Bytes whole) const {
+        const auto begin = std::ranges::lower_bound(parts_, whole.begin, {}, &Bytes::begin);
+        const auto end = std::ranges::upper_bound(begin, parts_.end(), whole.end, {}, &Bytes::end);
+        return {begin, end};
     }
 
   private:

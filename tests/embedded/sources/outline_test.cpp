@@ -142,19 +142,24 @@ TEST(Outline, ASignatureEndsBeforeTheBodyAndBeforeALongValue) {
     EXPECT_EQ(signature("a.ts", "const o: { a: 1 } = {\n a: 1 }", "o"), "const o: { a: 1 }");
     EXPECT_EQ(signature("a.ts", "type U =\n  | 1\n  | 2;", "U"), "type U =\n  | 1\n  | 2");
     EXPECT_EQ(signature("a.py", "class C(B):\n    x = 1", "C"), "class C(B)");
-    EXPECT_EQ(signature("a.py", "def f(  # one\n    a):\n    # Two.\n\n    # Three.\n    pass", "f"),
-              "def f(  # one\n    a)");
+    EXPECT_EQ(signature("a.py", "def f(  # one\n    a):\n    # Two.\n\n    # Three.\n    pass", "f"), "def f(\n    a)");
+    EXPECT_EQ(signature("a.ts",
+                        "const f: {\n  /** One.\n   */\n  (a: 1, /* Two. */ b: 2): 3 // Three.\n\n  (): 4\n} = g", "f"),
+              "const f: {\n  (a: 1, b: 2): 3\n\n  (): 4\n} = g");
     EXPECT_EQ(signature("a.go", "package p\nfunc (t *T) M(a int) (b error) { }", "M"),
               "func (t *T) M(a int) (b error)");
     EXPECT_EQ(signature("a.cpp", "C::C(int a) : a_(a) {}", "C"), "C::C(int a)");
 }
 
-TEST(Outline, ADocCommentStandsRightAboveOrInside) {
+TEST(Outline, ADocCommentStandsWhereTheCompilerOfTheLanguageLooksForIt) {
     const auto documentation = [](const std::string& path, const std::string& text, const std::string& name) {
         return declaration(path, text, name).documentation;
     };
     EXPECT_EQ(documentation("a.ts", "/** One. */\n// eslint-disable-next-line\nexport const a = 1", "a"), "One.");
-    EXPECT_EQ(documentation("a.ts", "/** Far. */\n\nconst a = 1", "a"), "");
+    EXPECT_EQ(documentation("a.ts", "/** Far. */\n\n// Plain.\n\nconst a = 1", "a"), "Far.");
+    EXPECT_EQ(documentation("a.ts", "/** One. */\n/** Two. */ /* Plain. */\nconst a = 1", "a"), "Two.");
+    EXPECT_EQ(documentation("a.ts", "/** Of the import. */\nimport 'x'\nconst a = 1", "a"), "");
+    EXPECT_EQ(documentation("a.ts", "/** Above. */\n@b // c\n/** Between. */\nclass A {}", "A"), "Above.");
     EXPECT_EQ(documentation("a.ts", "// No doc comment.\nconst a = 1", "a"), "");
     EXPECT_EQ(documentation("a.ts", "const b = 1 /** Behind. */\nconst a = 1", "a"), "");
     EXPECT_EQ(documentation("a.ts", "/** Both. */\nfunction f(): 1\nfunction f(a?: 1) {}", "f"), "Both.");
@@ -164,6 +169,9 @@ TEST(Outline, ADocCommentStandsRightAboveOrInside) {
         outline("a.go", "package p\n// Of A.\nfunc (a A) F() {}\nfunc (b B) F() {}").declarations[1].documentation, "");
     EXPECT_EQ(documentation("a.py", "def f():\n    r\"\"\"Does.\n\n    And more:\n\n        code\n    \"\"\"", "f"),
               "Does.\n\nAnd more:\n\n    code");
+    EXPECT_EQ(documentation("a.rs", "/// Far.\n\n#[a]\n/// Between.\n#[b]\nfn f() {}", "f"), "Far.\nBetween.");
+    EXPECT_EQ(documentation("a.rs", "////////\nfn f() {}", "f"), "");
+    EXPECT_EQ(documentation("a.go", "package p\n// Far.\n\nfunc f() {}", "f"), "");
     EXPECT_EQ(documentation("a.rs", "/// Does.\n///\n/// More.\n#[test]\nfn f() {}", "f"), "Does.\n\nMore.");
     EXPECT_EQ(documentation("a.c", "/*\n * Does\n * it.\n */\nint f(void);", "f"), "Does\nit.");
     EXPECT_EQ(documentation("A.java",
