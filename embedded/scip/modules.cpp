@@ -112,7 +112,7 @@ bool Modules::exports(std::string_view path, const std::string& name) const {
 // Whether who has all names of a file from it has this one.
 bool Modules::passes_on_through_star(std::string_view path, const std::string& name) const {
     const sources::Outline* const outline = outline_of(path);
-    const bool is_listed = outline != nullptr && outline->public_names.listed.contains(name);
+    const bool is_listed = outline != nullptr && outline->public_names.list(name);
     return !is_python(path) || is_listed || !name.starts_with('_');
 }
 

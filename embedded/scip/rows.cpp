@@ -165,7 +165,8 @@ class FileReader {
         if (outline() != nullptr) {
             return candidate.best.in_source
                        ? outline()->declarations[*candidate.best.in_source].is_public
-                       : outline()->public_names.contains(written(candidate.parts.descriptors.back().name));
+                       : outline()->public_names.contains(written(candidate.parts.descriptors.back().name),
+                                                          candidate.best.lines.first);
         }
         const bool is_there = source_ != nullptr;
         return !is_there || is_public_by_signature(language_of(file_.language, path_), description(candidate.symbol));

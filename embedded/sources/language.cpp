@@ -46,19 +46,20 @@ constexpr std::array<string_view, 1> ANY_COMMENT{"/"};
 enum Place : std::size_t { C, CPP, GO, JAVA, JAVASCRIPT, PYTHON, RUST, TYPESCRIPT, TSX, COUNT };
 
 constexpr std::array<Language, COUNT> LANGUAGES{{
-    {"c", tree_sitter_c, C_QUERIES, Unmarked::PUBLIC, ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
-    {"cpp", tree_sitter_cpp, CPP_QUERIES, Unmarked::PUBLIC, ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
-    {"go", tree_sitter_go, GO_QUERIES, Unmarked::PUBLIC_IF_CAPITALIZED, ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
-    {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, BLOCKS, CommentPlace::ABOVE, false},
-    {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS,
+    {"c", tree_sitter_c, C_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
+    {"cpp", tree_sitter_cpp, CPP_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
+    {"go", tree_sitter_go, GO_QUERIES, Unmarked::PUBLIC_IF_CAPITALIZED, "", ANY_COMMENT, CommentPlace::RIGHT_ABOVE,
+     false},
+    {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, "public", BLOCKS, CommentPlace::ABOVE, false},
+    {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
      CommentPlace::ABOVE, true},
-    {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, {}, CommentPlace::RIGHT_ABOVE, true},
-    {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, BLOCKS_AND_LINES,
+    {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, "", {}, CommentPlace::RIGHT_ABOVE, true},
+    {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, "pub", BLOCKS_AND_LINES,
      CommentPlace::ABOVE_OR_BELOW_DECORATORS, false},
-    {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS,
+    {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
      CommentPlace::ABOVE, true, with_separators},
-    {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, BLOCKS, CommentPlace::ABOVE, true,
-     with_separators},
+    {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
+     CommentPlace::ABOVE, true, with_separators},
 }};
 
 struct Spelling {

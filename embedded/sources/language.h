@@ -64,6 +64,9 @@ struct Language {
     const TSLanguage* (*grammar)();
     std::span<const std::string_view> queries;  ///< read one after the other as one
     Unmarked unmarked;
+    /// The word with which a declaration begins that is not as one without it: public, or hidden where those are public.
+    /// Empty where there is none.
+    std::string_view mark;
     /// How a comment begins that documents a declaration; where there are none, only docstrings do.
     std::span<const std::string_view> documentation_marks;
     CommentPlace documentation_place;

@@ -43,10 +43,8 @@ class OutlineReader {
         : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
           surroundings_(surroundings_of(nodes_)), decorators_(std::move(captures.decorators)),
           comments_(std::move(captures.comments)), doc_comments_(text, language, comments_, decorators_),
-          visible_(std::move(captures.visible)), hidden_(std::move(captures.hidden)),
-          local_(std::move(captures.local)), public_names_{.are_all_unless_listed = !are_listed(captures),
-                                                           .listed = std::move(captures.exports)},
-          is_damaged_(captures.is_damaged) {
+          visible_(std::move(captures.visible)), hidden_(std::move(captures.hidden)), local_(std::move(captures.local)),
+          public_names_(text, language, captures), is_damaged_(captures.is_damaged) {
         count_mentions(text, captures);
         for (CapturedLink& each : captures.links) {
             links_.push_back(std::move(each.link));
@@ -64,7 +62,6 @@ class OutlineReader {
                         .line_count = line_of(last_byte(text_.size())),
                         .is_damaged = is_damaged_,
                         .test_regions = {}};
-        outline.public_names.are_all_unless_listed = is_damaged_ || public_names_.are_all_unless_listed;
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
@@ -77,11 +74,6 @@ class OutlineReader {
     }
 
   private:
-    [[nodiscard]] bool are_listed(const Captures& captures) const {
-        return captures.has_list || language_.unmarked == Unmarked::PRIVATE ||
-               (language_.unmarked == Unmarked::PUBLIC_OUTSIDE_MODULES && captures.is_module);
-    }
-
     [[nodiscard]] string_view part(Bytes bytes) const { return text_.substr(bytes.begin, bytes.end - bytes.begin); }
 
     static std::uint32_t last_byte(std::size_t end) {
@@ -125,7 +117,8 @@ class OutlineReader {
                                             : doc_comments_.above(around.whole.begin, whole.begin),
         };
         const bool is_version = language_.has_versions && !declarations.empty() &&
-                                declarations.back().name == declaration.name && follows_the_last(whole.begin);
+                                declarations.back().name == declaration.name &&
+                                declarations.back().kind == declaration.kind && follows_the_last(whole.begin);
         if (is_version && declaration.documentation.empty()) {
             declaration.documentation = declarations.back().documentation;
         }
@@ -158,11 +151,7 @@ class OutlineReader {
         if (around.is_exported || visible_.contain(name.name.begin)) {
             return true;
         }
-        const string_view text = part(name.name);
-        if (language_.unmarked == Unmarked::PUBLIC_IF_CAPITALIZED) {
-            return 'A' <= text.front() && text.front() <= 'Z';
-        }
-        return !is_enclosed && public_names_.contains(std::string(text));
+        return !is_enclosed && public_names_.contains(std::string(part(name.name)));
     }
 
     [[nodiscard]] std::string signature(const CapturedNode& node, Bytes whole) const {

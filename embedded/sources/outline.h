@@ -3,6 +3,7 @@
 
 #include "embedded/sources/language.h"
 #include "embedded/sources/link.h"
+#include "embedded/sources/public_names.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace embedded::sources {
@@ -48,23 +48,13 @@ struct Lines {
     std::int32_t last = 1;
 };
 
-/// What is public by name alone, for what is declared in some way that this program does not know.
-struct PublicNames {
-    bool are_all_unless_listed = true;
-    std::unordered_set<std::string> listed;
-
-    [[nodiscard]] bool contains(const std::string& name) const {
-        return are_all_unless_listed || listed.contains(name);
-    }
-};
-
 struct Outline {
     std::vector<SourceDeclaration> declarations;  ///< by the position of their names, one for each
-    PublicNames public_names;                     ///< all of them are where a part of the text does not parse
-    std::vector<Link> links;                      ///< in no order
-    std::int32_t line_count = 0;                  ///< at least 1
-    bool is_damaged = false;                      ///< whether a part of the text does not parse, and may hold more
-    std::vector<Lines> test_regions;              ///< what the language compiles for tests alone
+    PublicNames public_names;
+    std::vector<Link> links;          ///< in no order
+    std::int32_t line_count = 0;      ///< at least 1
+    bool is_damaged = false;          ///< whether a part of the text does not parse, and may hold more
+    std::vector<Lines> test_regions;  ///< what the language compiles for tests alone
 
     [[nodiscard]] bool is_in_test(std::int32_t line) const {
         return std::ranges::any_of(test_regions,

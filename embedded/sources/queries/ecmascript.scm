@@ -26,6 +26,7 @@
 
 ; What is public: the modules of the language.
 (program [(import_statement) (export_statement)] @module)
+(ERROR [(import_statement) (export_statement)] @module)
 (export_statement declaration: (_)) @exported
 (export_statement !source (export_clause (export_specifier name: (_) @export)))
 (export_statement value: (identifier) @export)
