@@ -19,25 +19,33 @@ using std::string_view;
 // Addressed to a tool, in its own spelling.
 constexpr auto DIRECTIVES = std::to_array<string_view>(
     {// JavaScript, TypeScript
-     "eslint ", "eslint-", "tslint:", "prettier-", "oxlint-", "global ", "istanbul ", "use strict", "<reference ",
-     // editors and encodings
-     "vim:", "coding:", "coding=", "encoding:",
+     "eslint ", "eslint-", "tslint:", "prettier-", "oxlint-", "biome-ignore", "deno-lint-ignore", "deno-fmt-ignore",
+     "dprint-ignore", "jshint ", "jslint ", "jscs:", "stylelint-", "global ", "globals ", "istanbul ", "c8 ignore",
+     "v8 ignore", "node:coverage ", "use strict", "<reference ", "sourceMappingURL=",
+     // editors, encodings, spelling
+     "vim:", "coding:", "coding=", "encoding:", "cspell:", "cSpell:", "spell-checker:", "codespell:",
      // Python
-     "noqa", "pylint:", "flake8:", "mypy:", "type:", "pyright:", "fmt:",
-     // C++, Go
-     "clang-format ", "NOLINT", "IWYU pragma", "go:", "+build "});
+     "noqa", "pylint:", "flake8:", "ruff:", "mypy:", "type:", "pyright:", "pyre-strict",
+     "pytype:", "fmt:", "isort:", "yapf:", "pragma: no cover", "nosec", "nosemgrep",
+     // C++, Go, Rust
+     "clang-format ", "NOLINT", "IWYU pragma", "go:", "+build ", "nolint", "lint:", "rustfmt-",
+     // Java, Kotlin, Swift, Ruby, PHP
+     "noinspection ", "CHECKSTYLE", "checkstyle:", "ktlint-", "NOSONAR",
+     "swiftlint:", "rubocop:", "frozen_string_literal:", "phpcs:"});
 
 // Known of the file, but not what it is for. Lower case, like all lists below.
-constexpr auto FIELDS = std::to_array<string_view>({"author:", "authors:", "author(s):", "created:", "created by ",
-                                                    "written by ", "date:", "version:", "@(#)", "$", "file:", "spdx-"});
+constexpr auto FIELDS =
+    std::to_array<string_view>({"author:", "authors:", "author(s):", "created:", "created by ", "written by ",
+                                "contact:", "date:", "version:", "@(#)", "$", "file:", "spdx-"});
 
 // Tags whose argument says what the file is for.
 constexpr std::array<string_view, 8> DESCRIBING_TAGS{"file",    "fileoverview", "overview", "brief",
                                                      "summary", "description",  "desc",     "details"};
 
 // How the first line of a licence begins, even right below a description.
-constexpr std::array<string_view, 8> NOTICES{
-    "copyright", "(c) ", "©", "licensed ", "license:", "license ", "released under ", "this file is part of "};
+constexpr std::array<string_view, 9> NOTICES{
+    "copyright",       "begin license",        "(c) ", "©", "licensed ", "license:", "license ",
+    "released under ", "this file is part of "};
 
 constexpr auto LICENCE_PHRASES = std::to_array<string_view>(
     {// whose
@@ -49,9 +57,9 @@ constexpr auto LICENCE_PHRASES = std::to_array<string_view>(
      "licensed under", "distributed under", "under the terms of", "permission is hereby", "permission to use",
      "redistribution and use", "warranty"});
 
-constexpr std::array<string_view, 11> LICENCE_HINTS{"licen",   "warrant",   "redistribut", "permission",
+constexpr std::array<string_view, 12> LICENCE_HINTS{"licen",   "warrant",   "redistribut", "permission",
                                                     "liab",    "software",  "copyright",   "gnu",
-                                                    "endorse", "permitted", "notice"};
+                                                    "endorse", "permitted", "notice",      "contributor"};
 
 // What is still to be done with the file.
 constexpr std::array<string_view, 4> NOTES{"TODO", "FIXME", "XXX", "HACK"};

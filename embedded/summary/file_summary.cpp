@@ -1,6 +1,7 @@
 #include "workers/wiki/file_summary.h"
 
 #include "embedded/summary/comment_line.h"
+#include "embedded/summary/generator_mark.h"
 #include "embedded/summary/leading_comments.h"
 #include "embedded/text/blanks.h"
 #include "embedded/text/utf8.h"
@@ -34,10 +35,12 @@ std::string description(LeadingComments& block) {
     std::string paragraph;
     bool in_aside = false;
     bool in_licence = false;
+    bool in_mark = false;  // of a generator: what follows in its block says how to generate the file anew
     // A licence that opens with its terms instead of a notice is known only by the whole of its paragraph.
-    const auto describes = [&in_licence](const std::string& text) {
+    const auto describes = [&in_licence, &in_mark](const std::string& text) {
         in_licence = in_licence || speaks_of_licence(text, false);
-        return !text.empty() && !is_banner(text) && !speaks_of_licence(text, in_licence);
+        in_mark = in_mark || is_generator_mark(text);
+        return !text.empty() && !in_mark && !is_banner(text) && !speaks_of_licence(text, in_licence);
     };
     while (const std::optional<std::string_view> line = block.next_line()) {
         const auto [role, text] = read_comment_line(*line, block.delimited());

@@ -56,7 +56,7 @@ std::optional<Directive> preprocessor_directive(std::string_view text) {
     }
     const std::string_view argument = trimmed(directive.substr(word.size()));
     // "# define FOO" is a directive, "# define the constants" a comment of another language.
-    const bool names_something = argument.find_first_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_<\"") == 0;
+    const bool names_something = argument.find_first_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_<\"") == 0 || argument == "once";
     if (!indented.starts_with(word) && !names_something) {
         return std::nullopt;
     }
