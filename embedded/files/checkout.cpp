@@ -34,6 +34,9 @@ bool contains(const fs::path& folder, const fs::path& path) {
 class LineSplitter {
   public:
     void add(std::string_view piece) {
+        constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+        const bool has_mark = std::exchange(is_start_, false) && piece.starts_with(BYTE_ORDER_MARK);
+        piece.remove_prefix(has_mark ? BYTE_ORDER_MARK.size() : 0);
         for (std::size_t end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
             line_ += piece.substr(0, end);
             if (line_.ends_with('\r')) {
@@ -55,6 +58,7 @@ class LineSplitter {
   private:
     std::vector<std::string> lines_;
     std::string line_;
+    bool is_start_ = true;
 };
 
 // Reads the file to its end, piece by piece; returns whether that succeeds. A first piece that is shorter than a
@@ -93,6 +97,12 @@ fs::path folder_at(const std::string& root) {
 
 }  // namespace
 
+std::vector<std::string> lines_of(std::string_view text) {
+    LineSplitter splitter;
+    splitter.add(text);
+    return splitter.finish();
+}
+
 Checkout::Checkout(const std::string& root) : root_(folder_at(root)) {}
 
 std::optional<std::string> Checkout::path_below(const std::string& path) const {
@@ -123,15 +133,12 @@ std::optional<fs::path> Checkout::find(std::string_view path) const {
 }
 
 std::optional<FileLines> Checkout::read_lines(std::string_view path) const {
-    constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
     const std::optional<fs::path> file = find(path);
     ContentHash hash;
     LineSplitter splitter;
-    bool is_start = true;
     const auto take = [&](std::string_view piece) {
         hash.add(piece);
-        const bool has_mark = std::exchange(is_start, false) && piece.starts_with(BYTE_ORDER_MARK);
-        splitter.add(piece.substr(has_mark ? BYTE_ORDER_MARK.size() : 0));
+        splitter.add(piece);
     };
     if (!file || !read_pieces(*file, take)) {
         return std::nullopt;

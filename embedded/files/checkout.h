@@ -23,6 +23,9 @@ struct FileContent {
     std::optional<std::string> text;  ///< its bytes; none when they are too many
 };
 
+/// The lines of a file with this text, as `Checkout::read_lines` gives them.
+std::vector<std::string> lines_of(std::string_view text);
+
 /// Reads files below one folder, and nothing outside of it.
 class Checkout {
   public:

@@ -34,8 +34,8 @@ std::string checkout_folder(const PageRequest& request, storage::Database& db) {
 
 RequestedPage::RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading)
     : request_(request), folder_(checkout_folder(request, db)), checkout_(folder_),
-      tests_(with_noted_rules(request.tests, db)), in_force_(tests_), db_(db),
-      page_(load_page(db_, checkout_, request.paths, request.numbers, before_reading)) {}
+      tests_(with_noted_rules(request.tests, db)), in_force_(tests_), shared_summaries_(db.noted("shared_summaries")),
+      db_(db), page_(load_page(db_, checkout_, request.paths, request.numbers, before_reading)) {}
 
 bool RequestedPage::is_failure() const {
     return !page_.missing.empty() && (request_.is_strict || page_.facts.files.empty());

@@ -7,6 +7,7 @@
 #include "embedded/page/section.h"
 #include "embedded/rules/path_rules.h"
 #include "embedded/rules/test_paths.h"
+#include "embedded/summary/shared_summaries.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -31,8 +32,8 @@ struct PageRequest {
     std::optional<std::size_t> max_bytes = std::nullopt;  ///< as in `MarkdownOptions`; nothing to JSON
 };
 
-/// The page that somebody asks for. The rules for tests are in force as long as it lives: it is for one thread, and
-/// ends before any others that were in force on it.
+/// The page that somebody asks for. The rules for tests and the shared summaries of its index are in force as long as it
+/// lives: it is for one thread, and ends before any others that were in force on it.
 class RequestedPage {
   public:
     /// Both arguments must outlive this object; `before_reading` is called as `load_page` says. Throws `IndexError`,
@@ -57,6 +58,7 @@ class RequestedPage {
     const Checkout checkout_;
     const PathRules tests_;
     const TestRulesInForce in_force_;
+    const SharedSummariesInForce shared_summaries_;
     storage::Database& db_;
     const Page page_;
 };

@@ -5,6 +5,7 @@
 #include "embedded/scip/rows.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace embedded::scip {
@@ -14,6 +15,8 @@ struct Gathered {
     // For each file, in the order of `contents.files`.
     std::vector<FileRows> rows;
     std::vector<std::int64_t> content_hashes;  ///< of the source that was read; 0 when there was none
+
+    std::string shared_summaries;  ///< as `embedded::shared_summaries` gives them
 };
 
 }  // namespace embedded::scip

@@ -14,6 +14,7 @@
 #include "embedded/scip/scip_files.h"
 #include "embedded/scip/undeclared.h"
 #include "embedded/sources/source_reader.h"
+#include "embedded/summary/shared_summaries.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -80,7 +81,8 @@ class SourcesOfCheckout {
 
 // Puts together what SCIP and the sources say, and reports what became of the sources.
 Gathered gather(Contents contents, const sources::Sources& sources, const Steps& steps, ImportReport& report) {
-    Gathered gathered{.contents = std::move(contents), .rows = {}, .content_hashes = {}};
+    Gathered gathered{.contents = std::move(contents), .rows = {}, .content_hashes = {}, .shared_summaries = {}};
+    std::vector<std::string> summaries;
     const Homes homes(gathered.contents);
     for (const auto& [path, file] : gathered.contents.files) {
         const auto found = sources.find(path);
@@ -90,6 +92,7 @@ Gathered gather(Contents contents, const sources::Sources& sources, const Steps&
             report.unread.add(path);
         } else {
             ++report.sources;
+            summaries.push_back(source->summary);
             if (!source->outline && sources::language_of(language_of(file.language, path), path) != nullptr) {
                 report.unparsed.add(path);
             }
@@ -101,6 +104,7 @@ Gathered gather(Contents contents, const sources::Sources& sources, const Steps&
         gathered.content_hashes.push_back(source == nullptr ? 0 : source->content_hash);
         steps.tell();
     }
+    gathered.shared_summaries = shared_summaries(summaries);
     return gathered;
 }
 
@@ -157,9 +161,10 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
 }
 
 // What an index notes of itself: what pages need, and everything that was found out.
-void note_origin(RowWriter& out, const Rules& rules, const ImportReport& report) {
+void note_origin(RowWriter& out, const Gathered& gathered, const Rules& rules, const ImportReport& report) {
     out.note("checkout", report.checkout);
     out.note("test_rules", written(rules.tests));
+    out.note("shared_summaries", gathered.shared_summaries);
     out.note("report", written(report));
 }
 
@@ -169,7 +174,7 @@ void write_index(NewIndex& index, const Gathered& gathered, const Rules& rules, 
         RowWriter& out = index.rows();
         write_rows(
             out, gathered, spool, [&](std::size_t documents) { steps.advance(documents); }, report);
-        note_origin(out, rules, report);
+        note_origin(out, gathered, rules, report);
         index.complete({.files = report.files, .declarations = report.declarations, .edges = report.edges});
     } catch (const IndexError& error) {
         throw index.failure(error);

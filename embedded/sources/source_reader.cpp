@@ -1,6 +1,7 @@
 #include "embedded/sources/source_reader.h"
 
 #include "embedded/files/content_hash.h"
+#include "workers/wiki/file_summary.h"
 
 #include <algorithm>
 #include <atomic>
@@ -102,7 +103,10 @@ std::optional<Source> SourceReader::read(const Request& request) {
     if (!content) {
         return std::nullopt;
     }
-    Source source{.content_hash = content->hash, .outline = std::nullopt, .texts = {}};
+    Source source{.content_hash = content->hash, .summary = {}, .outline = std::nullopt, .texts = {}};
+    if (content->text) {
+        source.summary = wiki::file_summary(lines_of(*content->text));
+    }
     const Language* const language = language_of(request.language, request.path);
     if (language != nullptr && content->text) {
         source.outline = outline_of(*content->text, *language, is_cancelled_);

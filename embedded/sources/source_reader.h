@@ -27,6 +27,7 @@ struct Source {
     };
 
     std::int64_t content_hash = 0;
+    std::string summary;  ///< as `wiki::file_summary` gives it
     /// None when the language is not understood, and when the text is none of which there is an outline. The texts of
     /// its declarations are in `texts` instead.
     std::optional<Outline> outline;

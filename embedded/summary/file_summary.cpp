@@ -3,6 +3,7 @@
 #include "embedded/summary/comment_line.h"
 #include "embedded/summary/generator_mark.h"
 #include "embedded/summary/leading_comments.h"
+#include "embedded/summary/shared_summaries.h"
 #include "embedded/text/blanks.h"
 #include "embedded/text/utf8.h"
 
@@ -90,7 +91,8 @@ std::string file_summary(std::span<const std::string> lines) {
     embedded::LeadingComments comments(lines);
     while (comments.next_block()) {
         if (const std::string text = embedded::description(comments); !text.empty()) {
-            return embedded::shortened(text);
+            std::string summary = embedded::shortened(text);
+            return embedded::is_shared_summary(summary) ? std::string() : summary;
         }
     }
     return {};

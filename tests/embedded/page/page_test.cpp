@@ -94,6 +94,12 @@ TEST_F(PrintedPage, StatesTheSameAsJson) {
     EXPECT_TRUE(print("src --format json").ends_with("}\n"));
 }
 
+TEST_F(PrintedPage, HasNoSummaryThatTheIndexNotesAsShared) {
+    EXPECT_EQ(json("src")["facts"]["summaries"]["src/a.ts"], "Says what it is for.");
+    change("INSERT INTO meta(key, value) VALUES('shared_summaries', 'Says what it is for.' || char(10))");
+    EXPECT_EQ(print("src --only files").find("Says what it is for."), std::string::npos);
+}
+
 TEST_F(PrintedPage, GivesSetsInOrderAsJson) {
     EXPECT_EQ(json("srclib src")["facts"]["import_resolved_paths"], Json({"src/a.ts", "srclib/c.ts"}));
 }

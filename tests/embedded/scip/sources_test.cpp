@@ -176,6 +176,16 @@ TEST_F(ScipImport, WhatComesOutOfAnObjectIsADeclarationOfItsFile) {
     EXPECT_EQ(edges(), "a.ts 1 local 2; a.ts 2 local 1; b.ts 1 import 2; b.ts 2 import 2");
 }
 
+TEST_F(ScipImport, NotesTheSummariesThatMoreThanThreeFilesShare) {
+    for (const char* const file : {"a.ts", "b.py", "c.ts", "d.txt"}) {
+        folder.write(std::string("checkout/") + file, "\xEF\xBB\xBF# Formats\r\n# dates.\r\n\r\n# More.\r\n");
+    }
+    folder.write("checkout/e.ts", "// Sorts.\n");
+    import_with_sources({ScipDocument("a.ts"), ScipDocument("b.py"), ScipDocument("c.ts"), ScipDocument("d.txt"),
+                         ScipDocument("e.ts"), ScipDocument("gone.ts")});
+    EXPECT_EQ(rows("SELECT value AS row FROM meta WHERE key = 'shared_summaries'"), "Formats dates.\n");
+}
+
 TEST_F(ScipImport, AMoreDistantPlaceThanTheColumnsSayIsFoundByName) {
     folder.write("checkout/a.ts", "/* \xF0\x9F\x98\x80\xC3\xA9 */ export const a = 1, b = 2;\n");
     // Columns in UTF-16, as most indexers count, and in bytes.
