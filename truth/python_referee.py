@@ -1,16 +1,33 @@
 """What Python's own parser knows of a package, as JSON: python3 python_referee.py CHECKOUT
 
-The same shape as typescript_referee.cjs writes. Uses are found where a name can mean one thing only: names that a file
-imports with "from" and attributes of modules that it imports, unless the top of the file binds the name again; where a
-scope around the use binds it, it means something else. Of the files that names bound again lead to, `unclear` tells.
+The same shape as typescript_referee.cjs writes, and of each declaration `inherited`, whether its class may have it
+from another, and a `note`. Uses are found where a name can mean one thing only: what a file imports, also by "*", and
+the attributes of modules, through all modules that pass them on. A name that one scope binds in several ways can mean
+any of them: of the files that declare these, `unclear` tells.
 """
 import ast
+import builtins
+import functools
 import json
 import pathlib
 import sys
 
+from python_declarations import declarations_of, top_level
+from python_scopes import OTHER, Bindings, with_scopes
+
 ROOT = pathlib.Path(sys.argv[1])
-TREES = {str(path.relative_to(ROOT)): ast.parse(path.read_bytes()) for path in sorted(ROOT.rglob("*.py"))}
+SOURCES = {str(path.relative_to(ROOT)): path.read_bytes() for path in sorted(ROOT.rglob("*.py"))}
+TREES = {path: ast.parse(source) for path, source in SOURCES.items()}
+
+
+def name_of(node):
+    """The last of the names in an expression such as `a` or `b.a`."""
+    return getattr(node, "id", getattr(node, "attr", ""))
+
+
+def parts_of_module(path):
+    """The file a/b.py is the module a.b, a/__init__.py the module a."""
+    return path.removesuffix(".py").removesuffix("/__init__").split("/")
 
 
 def module_file(parts):
@@ -28,165 +45,108 @@ def base_of(path, node):
     return base + (node.module.split(".") if node.module else [])
 
 
-def top_level(statements):
-    """The statements at the top of a file, also those under conditions."""
-    for statement in statements:
-        yield statement
-        if isinstance(statement, (ast.If, ast.Try, ast.With, ast.For, ast.While)):
-            for body in ("body", "orelse", "finalbody"):
-                yield from top_level(getattr(statement, body, []))
-            for handler in getattr(statement, "handlers", []):
-                yield from top_level(handler.body)
-
-
-def targets_of(statement):
-    """The names that an assignment binds."""
-    targets = statement.targets if isinstance(statement, ast.Assign) else [statement.target]
-    return [node for target in targets for node in ast.walk(target)
-            if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Store)]
-
-
-def first_line(node):
-    return min([node.lineno, *(decorator.lineno for decorator in node.decorator_list)])
-
-
-def declarations_of(path):
-    """name -> what is declared under it at the top of the file."""
-    found = {}
-
-    def add(name, kind, lines):
-        known = found.setdefault(name, {"name": name, "file": path, "kinds": [], "lines": [], "exported": True,
-                                        "uses": {}, "shorthand": {}})
-        known["kinds"].append(kind)
-        known["lines"].append(lines)
-
-    for statement in top_level(TREES[path].body):
-        if isinstance(statement, (ast.FunctionDef, ast.AsyncFunctionDef)):
-            add(statement.name, "function", [first_line(statement), statement.end_lineno])
-        elif isinstance(statement, ast.ClassDef):
-            add(statement.name, "class", [first_line(statement), statement.end_lineno])
-        elif isinstance(statement, (ast.Assign, ast.AnnAssign)):
-            is_function = isinstance(statement.value, ast.Lambda)
-            for target in targets_of(statement):
-                add(target.id, "function" if is_function else "value", [statement.lineno, statement.end_lineno])
-    listed = names_in_all(path)
-    for name, declaration in found.items():
-        declaration["exported"] = listed is None or name in listed
-    return found
-
-
-def names_in_all(path):
-    """What `__all__` lists, if the file has one that is a plain list."""
-    for statement in top_level(TREES[path].body):
-        if isinstance(statement, ast.Assign) and any(target.id == "__all__" for target in targets_of(statement)):
-            return {node.value for node in ast.walk(statement.value) if isinstance(node, ast.Constant)}
-    return None
-
-
-def imports_of(path):
-    """What the file imports: (node, names it binds -> (file, name or None for the module itself)), files."""
-    bound = {}
-    files = set()
-    for node in ast.walk(TREES[path]):
+def origins_in(path):
+    """Tells what an import of the file binds: (name, (file, name in it or None for the file itself) or None)."""
+    def origins_of(node):
         if isinstance(node, ast.ImportFrom):
             base = base_of(path, node)
             for alias in node.names:
-                submodule = module_file([*base, alias.name])
-                module = module_file(base)
-                if submodule and not (module and alias.name in DECLARATIONS[module]):
-                    files.add(submodule)
-                    bound.setdefault(alias.asname or alias.name, []).append((submodule, None))
-                elif module:
-                    files.add(module)
-                    bound.setdefault(alias.asname or alias.name, []).append((module, alias.name))
-        elif isinstance(node, ast.Import):
+                module = module_file(base) or module_file([*base, alias.name])
+                origin = module and (module, alias.name if module_file(base) else None)
+                yield alias.asname or alias.name, origin
+        else:
             for alias in node.names:
-                module = module_file(alias.name.split("."))
-                if module:
-                    files.add(module)
-                    if alias.asname or "." not in alias.name:
-                        bound.setdefault(alias.asname or alias.name, []).append((module, None))
-    return bound, sorted(files - {path})
+                parts = alias.name.split(".")
+                module = module_file(parts if alias.asname else parts[:1])
+                yield alias.asname or parts[0], module and (module, None)
+    return origins_of
 
 
-FUNCTIONS = (ast.FunctionDef, ast.AsyncFunctionDef, ast.Lambda)
-COMPREHENSIONS = (ast.ListComp, ast.SetComp, ast.DictComp, ast.GeneratorExp)
-SCOPES = (*FUNCTIONS, *COMPREHENSIONS, ast.ClassDef)
+DECLARATIONS = {path: declarations_of(TREES[path], SOURCES[path]) for path in TREES}
+MODULES = {path: Bindings(TREES[path].body, origins_in(path)) for path in TREES}
+FILES = {id(declaration): path for path in TREES for declaration in DECLARATIONS[path].values()}
+CLASSES = {node: declaration for path in TREES for declaration in DECLARATIONS[path].values()
+           for node in declaration["nodes"] if isinstance(node, ast.ClassDef)}
 
 
-def parts_of(scope):
-    """The nodes that make up a scope: those evaluated outside of it, and those inside."""
-    if isinstance(scope, COMPREHENSIONS):
-        first = scope.generators[0].iter
-        inside = [child for child in ast.iter_child_nodes(scope) if child is not scope.generators[0]]
-        return [first], [*inside, scope.generators[0].target, *scope.generators[0].ifs]
-    body = [scope.body] if isinstance(scope, ast.Lambda) else scope.body
-    return [child for child in ast.iter_child_nodes(scope) if child not in body], body
+def lists_of(path):
+    """What the statements at the top of a file put into `__all__`."""
+    for statement in top_level(TREES[path].body):
+        targets = getattr(statement, "targets", [getattr(statement, "target", None)])
+        if isinstance(statement, (ast.Assign, ast.AugAssign)) and "__all__" in map(name_of, targets):
+            yield statement.value
+        elif isinstance(statement, ast.Expr) and isinstance(statement.value, ast.Call) and \
+                name_of(getattr(statement.value.func, "value", None)) == "__all__":
+            yield from statement.value.args
 
 
-def bindings(nodes):
-    """The names that nodes of one scope bind, but not by an import: assignments, definitions, handlers."""
+@functools.cache
+def listed_in(path):
+    """The names in `__all__` of a file, and in those of others that it takes in; None if it has none."""
+    lists = list(lists_of(path))
     names = set()
-    for node in nodes:
-        if isinstance(node, ast.Name) and not isinstance(node.ctx, ast.Load):
-            names.add(node.id)
-        elif isinstance(node, (ast.FunctionDef, ast.AsyncFunctionDef, ast.ClassDef)):
-            names.add(node.name)
-        elif isinstance(node, ast.ExceptHandler) and node.name:
-            names.add(node.name)
-        names |= bindings(parts_of(node)[0] if isinstance(node, SCOPES) else ast.iter_child_nodes(node))
-    return names
+    for node in (node for each in lists for node in ast.walk(each)):
+        if isinstance(node, ast.Constant):
+            names.add(node.value)
+        for file, original in MODULES[path].names.get(name_of(node), set()) - {OTHER}:
+            names |= (listed_in(file) or set()) if original == "__all__" else set()
+    return names if lists else None
 
 
-def names_of(scope):
-    """The names that mean something else inside a scope than around it."""
-    names = bindings(parts_of(scope)[1])
-    if isinstance(scope, FUNCTIONS):
-        names |= {node.arg for node in ast.iter_child_nodes(scope.args) if isinstance(node, ast.arg)}
-    return names - names_declared_global(scope)
+def is_passed_by_star(file, name):
+    listed = listed_in(file)
+    return name in listed if listed is not None else not name.startswith("_")
 
 
-def names_declared_global(tree):
-    return {name for node in ast.walk(tree) if isinstance(node, ast.Global) for name in node.names}
+def meaning(file, name, seen=frozenset()):
+    """What a name of a module means: a declaration, the path of a module, or None."""
+    if (file, name) in seen:
+        return None
+    seen |= {(file, name)}
+    if name in DECLARATIONS[file]:
+        return DECLARATIONS[file][name]
+    bound = MODULES[file]
+    found = meaning_of_all(bound.names.get(name, {OTHER}), seen)
+    if found:
+        return found
+    for star, _ in reversed([origin for origin in bound.stars if origin]):
+        found = meaning(star, name, seen) if is_passed_by_star(star, name) else None
+        if found:
+            return found
+    return module_file([*parts_of_module(file), name])
 
 
-def with_hidden_names(node, here=frozenset(), below=frozenset()):
-    """All nodes, each with the names that scopes around it bind; functions in a class do not see those of the class."""
-    yield node, here
-    if not isinstance(node, SCOPES):
-        for child in ast.iter_child_nodes(node):
-            yield from with_hidden_names(child, here, below)
-        return
-    outside, inside = parts_of(node)
-    for child in outside:
-        yield from with_hidden_names(child, here, below)
-    is_class = isinstance(node, ast.ClassDef)
-    around = here if is_class or isinstance(node, COMPREHENSIONS) else below
-    hidden = around | names_of(node)
-    for child in inside:
-        yield from with_hidden_names(child, hidden, below if is_class else hidden)
+def meaning_of_all(origins, seen=frozenset()):
+    """What names of several origins mean, if it is one thing."""
+    if OTHER in origins:
+        return None
+    found = [file if name is None else meaning(file, name, seen) for file, name in origins]
+    return found[0] if all(each is found[0] or each == found[0] for each in found) else None
 
 
-def resolved(file, name):
-    """Where a name of a module is declared: there, or where that module imports it from."""
-    seen = set()
-    while file and name not in DECLARATIONS[file] and file not in seen:
-        seen.add(file)
-        origins = set(BOUND[file].get(name, []))
-        if len(origins) != 1:
-            return None
-        file, name = origins.pop()
-        if name is None:
-            return None
-    return DECLARATIONS[file].get(name) if file else None
+def imports_of(path):
+    """The files that a file imports."""
+    files = set()
+    for node in ast.walk(TREES[path]):
+        if isinstance(node, ast.ImportFrom):
+            base = module_file(base_of(path, node))
+            for alias in node.names:
+                found = meaning(base, alias.name) if base else None
+                files.add(found if isinstance(found, str) else base or module_file([*base_of(path, node), alias.name]))
+        elif isinstance(node, ast.Import):
+            files.update(module_file(alias.name.split(".")) for alias in node.names)
+    return sorted(files - {path, None})
 
 
-def with_forward_names(tree):
-    """All nodes with the names hidden there, and those of the names in strings where a type is expected."""
-    for node, hidden in with_hidden_names(tree):
-        yield node, hidden
+SEEN_STRINGS = set()
+
+
+def with_forward_names(path):
+    """All nodes with the scopes around them, and those of the names in strings where a type is expected."""
+    for node, scopes in with_scopes(TREES[path], origins_in(path)):
+        yield node, scopes
         types = [getattr(node, "annotation", None), getattr(node, "returns", None)]
-        if isinstance(node, ast.Subscript):
+        if isinstance(node, ast.Subscript) and name_of(node.value)[:1].isupper():  # Optional["A"], not texts["a"]
             types.append(node.slice)
         if isinstance(node, ast.Call) and getattr(node.func, "attr", None) == "cast":
             types.append(node.args[0])
@@ -202,49 +162,141 @@ def with_forward_names(tree):
                         part.lineno = part.end_lineno = text.lineno
                         part.col_offset += text.col_offset + 1
                         part.end_col_offset += text.col_offset + 1
-                    yield part, hidden
+                    yield part, scopes
+
+
+def meaning_of(node, scopes):
+    """What an expression means, as `meaning` has it."""
+    if isinstance(node, ast.Attribute):
+        value = meaning_of(node.value, scopes)
+        if isinstance(value, str):
+            return meaning(value, node.attr)
+        return constructed(ancestors(value)) if node.attr == "__init__" and value else None
+    if not isinstance(node, ast.Name):
+        return None
+    for scope in scopes:
+        if scope.binds(node.id, node.lineno):
+            return meaning_of_all(scope.names[node.id])
+        for star, _ in reversed([origin for origin in scope.stars if origin]):
+            found = meaning(star, node.id) if is_passed_by_star(star, node.id) else None
+            if found:
+                return found
+    return None
+
+
+def member(declaration, name):
+    return DECLARATIONS[FILES[id(declaration)]].get(f"{declaration['name']}.{name}")
+
+
+def ancestors(declaration):
+    """A class and those that it inherits from, in the order in which they are asked; None for one that is not known."""
+    yield declaration
+    for base in BASES.get(id(declaration), []):
+        if base is None:
+            yield None
+        else:
+            yield from ancestors(base)
+
+
+def constructed(classes):
+    """The first class that says how it is constructed: a constructor stands for its class."""
+    for each in classes:
+        if each is None or member(each, "__init__"):
+            return each
+    return None
+
+
+def is_class(meant):
+    return isinstance(meant, dict) and isinstance(meant["nodes"][-1], ast.ClassDef)
+
+
+def bases_in(path):
+    """(id of a class, what it inherits from directly) for each class of a file."""
+    for node, scopes in with_scopes(TREES[path], origins_in(path)):
+        if node in CLASSES:
+            own = CLASSES[node]
+            bases = [meaning_of(base, scopes) or DECLARATIONS[path].get(getattr(base, "id", "")) for base in node.bases]
+            yield id(own), [each if is_class(each) and each is not own else None for each in bases]
+
+
+BASES = {key: bases for path in TREES for key, bases in bases_in(path)}
+
+
+def inherited_by(declaration):
+    return list(ancestors(declaration))[1:]
+
+
+def is_inherited(path, declaration):
+    """Whether a class may have an attribute from one that it inherits from."""
+    scope, _, name = declaration["name"].rpartition(".")
+    return declaration["is_set_only"] and (hasattr(object, name) or any(
+        each is None or member(each, name) for each in inherited_by(DECLARATIONS[path][scope])))
+
+
+def super_classes(tree):
+    """The expressions `super()` in a file -> the class that they stand in."""
+    return {call: CLASSES[node] for node in ast.walk(tree) if node in CLASSES for call in ast.walk(node)
+            if isinstance(call, ast.Call) and isinstance(call.func, ast.Name) and call.func.id == "super"}
+
+
+def unclear_of(node, scopes):
+    """The files that declare what a name of several origins may mean."""
+    scope = next((scope for scope in scopes if scope.binds(node.id, node.lineno)), None)
+    origins = scope.names[node.id] if scope else set()
+    found = [meaning(file, name) if name else file for file, name in origins - {OTHER}] if len(origins) > 1 else []
+    return {FILES.get(id(each), each) for each in found if each}
 
 
 def count_uses(path):
     """Adds the uses in a file to the declarations of others; returns the files of which some cannot be told."""
-    tree = TREES[path]
-    rebound = bindings(tree.body) | names_declared_global(tree)
-    plain = {name: origins[0] for name, origins in BOUND[path].items()
-             if len(set(origins)) == 1 and name not in rebound}
+    supers = super_classes(TREES[path])
+    unclear = set()
 
-    def count(file, name, line, column):
-        declaration = resolved(file, name)
-        if declaration is not None and declaration["file"] != path:
-            declaration["uses"].setdefault(path, []).append([line - 1, column])
+    def count(found, line, column):
+        if isinstance(found, dict) and FILES[id(found)] != path:
+            found["uses"].setdefault(path, []).append([line - 1, column])
 
-    for node, hidden in with_forward_names(tree):
-        seen = plain.keys() - hidden
-        if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Load) and node.id in seen:
-            file, name = plain[node.id]
-            if name is not None:
-                count(file, name, node.lineno, node.col_offset)
-        elif isinstance(node, ast.Attribute) and isinstance(node.value, ast.Name) and node.value.id in seen:
-            file, name = plain[node.value.id]
-            if name is None:
-                count(file, node.attr, node.end_lineno, node.end_col_offset - len(node.attr))
+    for node, scopes in with_forward_names(path):
+        if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Load):
+            found = meaning_of(node, scopes)
+            count(found, node.lineno, node.col_offset)
+            unclear |= unclear_of(node, scopes) if found is None else set()
+        elif isinstance(node, ast.Attribute):
+            is_super = node.attr == "__init__" and node.value in supers
+            found = constructed(inherited_by(supers[node.value])) if is_super else meaning_of(node, scopes)
+            count(found, node.end_lineno, node.end_col_offset - len(node.attr))
         elif isinstance(node, ast.ImportFrom):
             module = module_file(base_of(path, node))
             for alias in node.names:
-                if module and module != path:
-                    count(module, alias.name, alias.lineno, alias.col_offset)
-
-    unclear = set()
-    for name, origins in BOUND[path].items():
-        for file, original in origins if name not in plain else []:
-            declaration = resolved(file, original) if original else None
-            unclear.add(declaration["file"] if declaration else file)
+                if module and module != path and alias.name != "*":
+                    count(meaning(module, alias.name), alias.lineno, alias.col_offset)
     return sorted(unclear)
 
 
-SEEN_STRINGS = set()
-DECLARATIONS = {path: declarations_of(path) for path in TREES}
+IN_THE_LANGUAGE = {*dir(builtins), "Literal", "function"}  # as its stubs declare it
+
+
+def note_on(path, declaration):
+    """What an indexer may make of a name, apart from what it declares."""
+    scope, _, name = declaration["name"].rpartition(".")
+    slots = DECLARATIONS[path].get(f"{scope}.__slots__")
+    if slots and name in {getattr(part, "value", None) for node in slots["nodes"] for part in ast.walk(node)}:
+        return "in __slots__"
+    if name in IN_THE_LANGUAGE:
+        return "in the language"
+    return "also imported" if not scope and name in MODULES[path].imported else ""
+
+
+def told(path, declaration):
+    """A declaration as JSON has it."""
+    listed = listed_in(path)
+    is_exported = "." not in declaration["name"] and (listed is None or declaration["name"] in listed)
+    return {**{key: declaration[key] for key in ("name", "forms", "uses")}, "doubtful": {}, "exported": is_exported,
+            "inherited": is_inherited(path, declaration), "note": note_on(path, declaration)}
+
+
 IMPORTS = {path: imports_of(path) for path in TREES}
-BOUND = {path: bound for path, (bound, _) in IMPORTS.items()}
 UNCLEAR = {path: count_uses(path) for path in TREES}
-json.dump({path: {"imports": IMPORTS[path][1], "unclear": UNCLEAR[path],
-                  "declarations": list(DECLARATIONS[path].values())} for path in TREES}, sys.stdout)
+FACTS = {path: {"imports": IMPORTS[path], "unclear": UNCLEAR[path],
+                "declarations": [told(path, each) for each in DECLARATIONS[path].values()]} for path in TREES}
+json.dump(FACTS, sys.stdout)

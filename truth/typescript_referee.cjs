@@ -1,14 +1,17 @@
 // What the TypeScript compiler knows of a project, as JSON: node typescript_referee.cjs MODULES CHECKOUT TSCONFIG
 //
-// {path: {imports: [path], unclear: [path], declarations: [{name, kinds, lines: [[first, last]], exported,
-// uses: {path: tokens}, shorthand: {path: tokens}}]}} for every source file. Declarations are those at the top of the
-// file and of its namespaces. Several kinds and lines belong to one that is declared several times; each is right. A
-// token is [line, column], both from 0. `shorthand` has those in `{ name }`, where one also defines a property. `unclear`
-// names the files of which not every use can be told.
+// {path: {imports: [path], unclear: [path], declarations: [{name, exported, forms, uses: {path: tokens}, doubtful:
+// {path: tokens}}]}} for every source file. Declarations are those at the top of the file and of its namespaces, and
+// the members of its classes, interfaces and enums, whose names the name of their type precedes. `forms` has an element
+// for each place that declares the name: {kinds, lines: [[first, last]], head, docs}; any of the kinds, lines and docs
+// is right. A token is [line, column], both from 0. `doubtful` has those that may be taken for a use or not: in
+// `{ name }` one also defines a property, and `default` is no name. `unclear` names the files of which some uses cannot
+// be told.
 const path = require("path");
 
 const [modules, checkout, config] = process.argv.slice(2);
 const ts = require(path.resolve(modules, "typescript"));
+const { docsOf, headOf, linesOf } = require("./typescript_forms.cjs")(ts);
 
 function programOf(configPath) {
   const { config: raw } = ts.readConfigFile(configPath, ts.sys.readFile);
@@ -21,12 +24,6 @@ const program = programOf(path.resolve(checkout, config));
 const checker = program.getTypeChecker();
 const sources = program.getSourceFiles().filter((file) => file.fileName.startsWith(root + "/"));
 const pathOf = (file) => path.relative(root, file.fileName);
-
-function linesOf(node) {
-  const file = node.getSourceFile();
-  const line = (position) => file.getLineAndCharacterOfPosition(position).line + 1;
-  return [line(node.getStart(file)), line(node.getEnd())];
-}
 
 // A value without the parentheses and types around it.
 function bare(expression) {
@@ -52,23 +49,55 @@ const KINDS = new Map([
   [ts.SyntaxKind.InterfaceDeclaration, "interface"],
   [ts.SyntaxKind.TypeAliasDeclaration, "type"],
   [ts.SyntaxKind.EnumDeclaration, "enum"],
+  [ts.SyntaxKind.Constructor, "constructor"],
+  [ts.SyntaxKind.MethodDeclaration, "method"],
+  [ts.SyntaxKind.MethodSignature, "method"],
+  [ts.SyntaxKind.GetAccessor, "method"],
+  [ts.SyntaxKind.SetAccessor, "method"],
+  [ts.SyntaxKind.PropertyDeclaration, "attribute"],
+  [ts.SyntaxKind.PropertySignature, "attribute"],
+  [ts.SyntaxKind.Parameter, "attribute"],
+  [ts.SyntaxKind.EnumMember, "value"],
 ]);
 
-// Calls `visit(name, kinds, lines, node)` for what a statement at the top of a file, or of a namespace there, declares.
-// The name of a namespace stands before those in it: "util.flatten".
+const isMember = (node) =>
+  ts.isClassElement(node) || ts.isTypeElement(node) || ts.isEnumMember(node) || ts.isParameter(node);
+
+// What a class, an interface or an enum declares in it; a parameter that is marked so is a member of its class.
+const membersOf = (node) => (node.members ?? []).flatMap((member) => ts.isConstructorDeclaration(member)
+  ? [member, ...member.parameters.filter((parameter) => ts.isParameterPropertyDeclaration(parameter, member))]
+  : [member]);
+
+function nameOfMember(member) {
+  if (ts.isConstructorDeclaration(member)) return "constructor";
+  return member.name && ts.isStringLiteral(member.name) ? JSON.stringify(member.name.text) : member.name?.text;
+}
+
+// The variables that a pattern or a plain name declares.
+const variablesOf = (declaration) => (ts.isIdentifier(declaration.name)
+  ? [declaration]
+  : declaration.name.elements.filter((element) => !ts.isOmittedExpression(element)).flatMap(variablesOf));
+
+// Calls `visit(name, form, node)` for what a statement at the top of a file, or of a namespace there, declares. The
+// name of a namespace or type stands before those in it: "util.flatten".
 function eachDeclared(statement, visit, scope = "") {
+  const declare = (name, kinds, node, lines = [linesOf(node)]) =>
+    visit(scope + name, { kinds, lines, head: headOf(node), docs: docsOf(node) }, node);
   if (ts.isModuleDeclaration(statement) && statement.body && ts.isModuleBlock(statement.body)) {
     const inside = `${scope}${statement.name.text}.`;
     for (const inner of statement.body.statements) eachDeclared(inner, visit, inside);
-  } else if (KINDS.has(statement.kind) && statement.name) {
-    visit(scope + statement.name.text, [KINDS.get(statement.kind)], [linesOf(statement)], statement);
   } else if (ts.isVariableStatement(statement)) {
-    const names = (declaration) => (ts.isIdentifier(declaration.name)
-      ? [declaration]
-      : declaration.name.elements.filter((element) => !ts.isOmittedExpression(element)).flatMap(names));
     for (const declaration of statement.declarationList.declarations) {
-      for (const named of names(declaration)) {
-        visit(scope + named.name.text, kindsOfVariable(named), [linesOf(declaration), linesOf(statement)], named);
+      for (const named of variablesOf(declaration)) {
+        declare(named.name.text, kindsOfVariable(named), named, [linesOf(declaration), linesOf(statement)]);
+      }
+    }
+  } else if (KINDS.has(statement.kind) && statement.name) {
+    declare(statement.name.text, [KINDS.get(statement.kind)], statement);
+    for (const member of membersOf(statement)) {
+      const name = nameOfMember(member);
+      if (KINDS.has(member.kind) && name !== undefined) {
+        declare(`${statement.name.text}.${name}`, [KINDS.get(member.kind)], member);
       }
     }
   }
@@ -100,12 +129,10 @@ function declarationsOf(file) {
   const exported = exportedNodes(file);
   const byName = new Map();
   for (const statement of file.statements) {
-    eachDeclared(statement, (name, kinds, lines, node) => {
-      const known = byName.get(name) ??
-        { name, kinds: [], lines: [], exported: false, uses: {}, shorthand: {}, file };
-      known.kinds.push(...kinds);
-      known.lines.push(...lines);
-      known.exported ||= exported === null || exported.has(node);
+    eachDeclared(statement, (name, form, node) => {
+      const known = byName.get(name) ?? { name, exported: false, forms: [], uses: {}, doubtful: {}, file };
+      known.forms.push(form);
+      known.exported ||= !isMember(node) && (exported === null || exported.has(node));
       byName.set(name, known);
       byNode.set(node, known);
     });
@@ -141,7 +168,8 @@ function countUses(file) {
       if (symbol && symbol.flags & ts.SymbolFlags.Alias) symbol = checker.getAliasedSymbol(symbol);
       const used = (symbol?.declarations ?? []).map((each) => byNode.get(each)).find((each) => each);
       if (used && used.file !== file) {
-        const uses = ts.isShorthandPropertyAssignment(node.parent) ? used.shorthand : used.uses;
+        const isDoubtful = ts.isShorthandPropertyAssignment(node.parent) || node.text === "default";
+        const uses = isDoubtful ? used.doubtful : used.uses;
         const { line, character } = file.getLineAndCharacterOfPosition(node.getStart(file));
         (uses[pathOf(file)] ??= []).push([line, character]);
       }

@@ -1,0 +1,64 @@
+// What one declaration of TypeScript says: where it stands, up to its body, and in its doc comment.
+module.exports = (ts) => {
+  const isAround = (node) =>
+    ts.isParenthesizedExpression(node) || ts.isAsExpression(node) || ts.isSatisfiesExpression(node);
+
+  // A function that a value is, with no more than parentheses and a type around it.
+  function functionIn(value) {
+    while (value && isAround(value)) value = value.expression;
+    return value && (ts.isArrowFunction(value) || ts.isFunctionExpression(value)) ? value : undefined;
+  }
+
+  // The statement that declares one variable and no other, else the declaration alone.
+  function wholeOf(node) {
+    while (ts.isBindingElement(node)) node = node.parent.parent;
+    const list = node.parent;
+    return ts.isVariableDeclaration(node) && list.declarations.length === 1 ? list.parent : node;
+  }
+
+  // Where what a declaration says ends and its body begins: braces, the body of a function, a value of several lines.
+  function endOfHead(node) {
+    const file = node.getSourceFile();
+    while (ts.isBindingElement(node)) node = node.parent.parent;
+    if (ts.isClassDeclaration(node) || ts.isInterfaceDeclaration(node) || ts.isEnumDeclaration(node)) {
+      return node.members.pos - 1;
+    }
+    const type = ts.isTypeAliasDeclaration(node) ? node.type : undefined;
+    const braces = type && (ts.isTypeLiteralNode(type) || ts.isMappedTypeNode(type)) ? type : undefined;
+    const body = node.body ?? functionIn(node.initializer)?.body ?? braces;
+    if (body) return body.getStart(file);
+    const value = node.initializer?.getText(file) ?? "";
+    const isLong = value.includes("\n") || Buffer.byteLength(value) > 160;
+    return isLong ? node.initializer.getStart(file) : wholeOf(node).getEnd();
+  }
+
+  function headOf(node) {
+    const file = node.getSourceFile();
+    const end = endOfHead(node);
+    const last = ts.findPrecedingToken(end, file).getEnd(); // without the comments before a body
+    return file.text.slice(wholeOf(node).getStart(file), Math.min(end, last)).replace(/(=>|[=:{;,])$/, "").trim();
+  }
+
+  const DESCRIBING = /^(brief|details|desc|description|overview|remarks|summary)$/i;
+
+  function ownDocOf(node) {
+    const comment = ts.getJSDocCommentsAndTags(node).filter(ts.isJSDoc).at(-1);
+    const parts = [comment, ...(comment?.tags ?? []).filter((tag) => DESCRIBING.test(tag.tagName.text))];
+    return parts.map((part) => ts.getTextOfJSDocComment(part?.comment) ?? "").join("\n").trim();
+  }
+
+  // The doc comment of the declaration; if it has none, those of others of its symbol, such as other overloads.
+  function docsOf(node) {
+    const own = ownDocOf(node);
+    const others = (node.symbol?.declarations ?? []).map(ownDocOf).filter((doc) => doc);
+    return own || others.length === 0 ? [own] : others;
+  }
+
+  function linesOf(node) {
+    const file = node.getSourceFile();
+    const line = (position) => file.getLineAndCharacterOfPosition(position).line + 1;
+    return [line(node.getStart(file)), line(node.getEnd())];
+  }
+
+  return { docsOf, headOf, linesOf };
+};
