@@ -138,7 +138,8 @@ void count_locals(std::span<const PlacedScipFile> files, const UndeclaredByFile&
                 return;
             }
             RangedText text(*read->text);
-            for (const auto& [symbol, count] : LocalReferences(document, found->second, text).counts()) {
+            const LocalReferences references(document, found->second, text);
+            for (const auto& [symbol, count] : references.counts()) {
                 contents.files.at(*path).references[symbol] += count;
             }
         });
