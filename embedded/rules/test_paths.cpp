@@ -44,15 +44,25 @@ bool is_test_file(string_view name) {
            is_test_class(name);
 }
 
-bool is_named_as_test(string_view path) {
+// The outermost folder of a path that is named as one of tests; empty when there is none.
+string_view test_folder_of(string_view path) {
     std::size_t start = 0;
     for (std::size_t slash = path.find('/'); slash != string_view::npos; slash = path.find('/', start)) {
         if (is_test_folder(path.substr(start, slash - start))) {
-            return true;
+            return path.substr(0, slash);
         }
         start = slash + 1;
     }
-    return is_test_file(path.substr(start));
+    return {};
+}
+
+bool is_named_as_test(string_view path) {
+    return !test_folder_of(path).empty() || is_test_file(path.substr(path.rfind('/') + 1));
+}
+
+// What rules in force say of a path.
+std::optional<bool> ruled(string_view path) {
+    return in_force == nullptr ? std::nullopt : in_force->decide(path);
 }
 
 }  // namespace
@@ -65,13 +75,18 @@ TestRulesInForce::~TestRulesInForce() {
     in_force = before_;
 }
 
+std::string_view sole_test_folder(std::string_view path) {
+    const string_view folder = test_folder_of(path);
+    const bool is_sole = !folder.empty() && !is_named_as_test(path.substr(folder.size() + 1)) && !ruled(path);
+    return is_sole ? folder : string_view();
+}
+
 }  // namespace embedded
 
 namespace utils {
 
 bool is_test_path(std::string_view path) {
-    const std::optional<bool> said = embedded::in_force == nullptr ? std::nullopt : embedded::in_force->decide(path);
-    return said.value_or(embedded::is_named_as_test(path));
+    return embedded::ruled(path).value_or(embedded::is_named_as_test(path));
 }
 
 }  // namespace utils

@@ -3,6 +3,8 @@
 
 #include "embedded/rules/path_rules.h"
 
+#include <string_view>
+
 namespace embedded {
 
 /// While one lives, `utils::is_test_path` asks its rules first on this thread, and then the names of folders and files.
@@ -18,5 +20,9 @@ class TestRulesInForce {
   private:
     const PathRules* before_;
 };
+
+/// The folder that alone makes a file a test, by its name: "src/test" of "src/test/a.ts". Empty when there is none, and
+/// when a folder below that one, the name of the file or a rule in force says what it is.
+std::string_view sole_test_folder(std::string_view path);
 
 }  // namespace embedded

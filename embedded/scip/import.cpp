@@ -10,7 +10,9 @@
 #include "embedded/scip/language.h"
 #include "embedded/scip/open_tokens.h"
 #include "embedded/scip/project_root.h"
+#include "embedded/scip/references.h"
 #include "embedded/scip/report_json.h"
+#include "embedded/scip/rules_of_uses.h"
 #include "embedded/scip/scip_files.h"
 #include "embedded/scip/undeclared.h"
 #include "embedded/sources/source_reader.h"
@@ -115,7 +117,7 @@ std::optional<std::string> folder_of_sources(const std::optional<std::string>& c
     return checkout || !is_here ? checkout : repository.root->string();
 }
 
-// The rules of an import: what is asked for, then what the repository says, then what is usual.
+// The rules of an import: what is asked for, then what the repository says, then what is usual or what uses say.
 struct Rules {
     std::vector<PathRule> exclusions;
     std::vector<PathRule> tests;
@@ -168,12 +170,14 @@ void note_origin(RowWriter& out, const Gathered& gathered, const Rules& rules, c
     out.note("report", written(report));
 }
 
-void write_index(NewIndex& index, const Gathered& gathered, const Rules& rules, TextSpool& spool, Steps& steps,
-                 ImportReport& report) {
+void write_index(NewIndex& index, const Gathered& gathered, const References& references, const Rules& rules,
+                 TextSpool& spool, Steps& steps, ImportReport& report) {
+    const PathRules tests(rules.tests);
+    const TestRulesInForce in_force(tests);
     try {
         RowWriter& out = index.rows();
         write_rows(
-            out, gathered, spool, [&](std::size_t documents) { steps.advance(documents); }, report);
+            out, gathered, references, spool, [&](std::size_t documents) { steps.advance(documents); }, report);
         note_origin(out, gathered, rules, report);
         index.complete({.files = report.files, .declarations = report.declarations, .edges = report.edges});
     } catch (const IndexError& error) {
@@ -195,7 +199,7 @@ ImportReport import_scip(const ImportRequest& request, NewIndex& index, const Im
     ImportReport report;
     report.tool = scip.tools();
     SourcesOfCheckout sources(folder_of_sources(request.checkout, repository), spool);
-    const Rules rules = rules_for(request, sources.checkout());
+    Rules rules = rules_for(request, sources.checkout());
     const PathRules tests(rules.tests);
     const TestRulesInForce in_force(tests);
     const Gathered gathered = read_all(scip, repository, rules, sources, spool, steps, report);
@@ -210,7 +214,12 @@ ImportReport import_scip(const ImportRequest& request, NewIndex& index, const Im
     for (const std::string& path : gathered.contents.unwanted) {
         report.excluded.add(path);
     }
-    write_index(index, gathered, rules, spool, steps, report);
+    const References references(gathered.contents, gathered.rows);
+    for (const PathRule& rule : rules_of_uses(gathered, references, sources.checkout(), [&] { steps.tell(); })) {
+        rules.tests.push_back(rule);
+        report.misnamed_tests.add(rule.pattern.substr(1));
+    }
+    write_index(index, gathered, references, rules, spool, steps, report);
     steps.tell();
     index.commit();
     return report;

@@ -53,6 +53,7 @@ struct ImportReport {
     std::vector<std::pair<std::string, std::int64_t>> nowhere;
     Examples missing_modules;  ///< modules of the repository's own packages that are named but not held
     Examples excluded;         ///< files that were left out, by a rule or as generated
+    Examples misnamed_tests;   ///< patterns of files that a folder's name takes for tests and uses do not
     Examples lost_tests;       ///< test files that refer to things, but to nothing in any other file
     Examples unread;           ///< files whose source is not there, or cannot be read
     Examples unparsed;  ///< files of a language that is understood whose source has no outline (sources/outline.h)

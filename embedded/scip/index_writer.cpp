@@ -56,10 +56,10 @@ std::int64_t declared_lines(const FileRows& rows) {
 
 class IndexWriter {
   public:
-    IndexWriter(RowWriter& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
-                ImportReport& report)
+    IndexWriter(RowWriter& out, const Gathered& gathered, const References& references, TextSpool& spool,
+                const AfterFile& after_file, ImportReport& report)
         : out_(out), gathered_(gathered), contents_(gathered.contents), spool_(spool), after_file_(after_file),
-          report_(report), references_(contents_, gathered.rows) {}
+          report_(report), references_(references) {}
 
     void write() {
         find_modules();
@@ -244,7 +244,7 @@ class IndexWriter {
     TextSpool& spool_;
     const AfterFile& after_file_;
     ImportReport& report_;
-    References references_;
+    const References& references_;
     std::vector<bool> is_module_;     // by file
     std::vector<RowId> first_ids_;    // by file, and behind the last one the id that comes next
     std::vector<std::int64_t> uses_;  // by the id of a declaration
@@ -253,9 +253,9 @@ class IndexWriter {
 
 }  // namespace
 
-void write_rows(RowWriter& out, const Gathered& gathered, TextSpool& spool, const AfterFile& after_file,
-                ImportReport& report) {
-    IndexWriter(out, gathered, spool, after_file, report).write();
+void write_rows(RowWriter& out, const Gathered& gathered, const References& references, TextSpool& spool,
+                const AfterFile& after_file, ImportReport& report) {
+    IndexWriter(out, gathered, references, spool, after_file, report).write();
 }
 
 }  // namespace embedded::scip

@@ -64,6 +64,8 @@ void write_findings(std::ostream& out, const ImportReport& report) {
         about(report.excluded, "Left out as excluded, installed beside the sources, made smaller or generated",
               "; --include takes them in"),
         about(report.missing_modules, "Modules of this repository that are named, but not in the index", ""),
+        about(report.misnamed_tests, "Named as tests, but part of the library by what uses them",
+              "; --test takes them for tests"),
         about(report.lost_tests, "Test files that reach no other file",
               "; for Python, name the folder of the package (such as src) to the indexer as an extra path of its type "
               "checker, for TypeScript as a path mapping, and index again"),

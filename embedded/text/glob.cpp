@@ -161,7 +161,6 @@ std::invalid_argument unusable(string_view pattern, const std::string& reason) {
 }  // namespace
 
 Glob::Glob(std::string_view pattern) {
-    constexpr std::size_t LONGEST = 4'096;
     constexpr std::size_t MOST = 1'000;
     if (pattern.size() > LONGEST) {
         throw unusable(pattern, "longer than any path");
@@ -196,6 +195,14 @@ bool Glob::matches(std::string_view path) const {
 
 bool is_glob(std::string_view text) {
     return text.find_first_of("*?[{") != std::string_view::npos;
+}
+
+std::string escaped(std::string_view text) {
+    std::string pattern;
+    for (const char character : text) {
+        pattern.append(string_view("*?[{\\").find(character) == string_view::npos ? "" : "\\").push_back(character);
+    }
+    return pattern;
 }
 
 }  // namespace embedded

@@ -1,6 +1,7 @@
 // Patterns for paths, as a shell has them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,8 +19,10 @@ namespace embedded {
 /// closes is a character. The time that a match takes grows with the product of both lengths at most.
 class Glob {
   public:
-    /// Throws `std::invalid_argument` with one line for a pattern longer than a path can be (4,096 bytes), or with more
-    /// than 1,000 alternatives.
+    static constexpr std::size_t LONGEST = 4'096;  ///< bytes of a pattern: no path is longer
+
+    /// Throws `std::invalid_argument` with one line for a pattern longer than that, or with more than 1,000
+    /// alternatives.
     explicit Glob(std::string_view pattern);
 
     /// Whether the pattern is one for the whole path.
@@ -33,5 +36,8 @@ class Glob {
 
 /// Whether a text holds what means something in a pattern, other than itself.
 bool is_glob(std::string_view text);
+
+/// The pattern for one text alone.
+std::string escaped(std::string_view text);
 
 }  // namespace embedded

@@ -94,6 +94,21 @@ TEST_F(ScipImport, LeavesOutWhatARuleExcludesOrAllOfWhichIsGenerated) {
               (std::vector<std::string>{"made.ts", "node_modules/c/d.ts", "one/e.ts", "src/b.gen.ts"}));
 }
 
+TEST_F(ScipImport, WhatTheLibraryItselfImportsIsNoTestWhateverItsFolderUnlessARuleSaysSo) {
+    const std::vector<ScipDocument> documents{
+        ScipDocument("src/index.ts").refers(F), ScipDocument("src/other.ts").defines(G),
+        ScipDocument("src/test/act.ts").defines(F).refers(G), ScipDocument("test/a.ts").refers(F).refers(G)};
+    const std::string uses = "SELECT name || ' ' || uses AS row FROM symbols ORDER BY id";
+    const std::string noted = "SELECT value AS row FROM meta WHERE key = 'test_rules'";
+    EXPECT_EQ(import(documents).misnamed_tests.first, std::vector<std::string>{"src/test/"});
+    EXPECT_EQ(rows(uses), "g 1; f 1");
+    EXPECT_EQ(rows(noted), written(std::vector<PathRule>{{"/src/test/", false}}));
+    const ImportRequest request{
+        .scip_paths = {folder.write("in.scip", scip_file(documents))}, .checkout = {}, .tests = {{"src/test/", true}}};
+    EXPECT_EQ(import_as(request).misnamed_tests.count, 0);
+    EXPECT_EQ(rows(uses), "g 0; f 1");
+}
+
 TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
     const std::string old = import_old();
     const std::string whole = scip_file({ScipDocument("a.ts").defines(F)});

@@ -48,6 +48,12 @@ TEST(Glob, MatchesWholePathsAsAShellDoes) {
     }
 }
 
+TEST(Glob, WhatIsEscapedMatchesItselfAlone) {
+    const std::string path = "app/[id]/{a,b}/*?\\.ts";
+    EXPECT_TRUE(Glob(escaped(path)).matches(path));
+    EXPECT_FALSE(Glob(escaped(path)).matches("app/i/a/xx\\.ts"));
+}
+
 TEST(Glob, TakesNoLongerForAPatternThatWasMadeForIt) {
     std::string stars;
     std::string segments;
