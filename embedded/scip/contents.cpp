@@ -274,7 +274,8 @@ class ContentsReader {
             return range.start_line >= first_test_line_;
         }
         const std::string_view text = text_->at(range);
-        file.names_seen.insert(std::hash<std::string_view>()(text));
+        file.see(text);
+        file.see(text_->with_name_before(text));
         return std::ranges::any_of(symbols_, [&](SymbolNumber symbol) {
             return symbol != LOCAL_SYMBOL && !may_name(text, contents_.symbols.symbol(symbol));
         });

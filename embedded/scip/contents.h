@@ -22,6 +22,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -58,8 +59,14 @@ struct FileContents {
     std::unordered_map<SymbolNumber, Description> descriptions;
     std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing
     std::vector<OpenToken> open_tokens;                       ///< others, in the order of the text
-    std::unordered_set<std::size_t> names_seen;               ///< hashes of the texts of tokens, where these matter
-    std::int32_t last_line = 1;                               ///< the last on which anything stands
+    /// Hashes of the texts of tokens, where these matter; of one behind a dot with the name before: "a.b".
+    std::unordered_set<std::size_t> names_seen;
+    std::int32_t last_line = 1;  ///< the last on which anything stands
+
+    void see(std::string_view text) { names_seen.insert(std::hash<std::string_view>()(text)); }
+    [[nodiscard]] bool has_seen(std::string_view text) const {
+        return names_seen.contains(std::hash<std::string_view>()(text));
+    }
 };
 
 struct Contents {

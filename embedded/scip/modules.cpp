@@ -197,7 +197,14 @@ Meaning Modules::follow_all(std::string_view path, const std::string& name, View
             meaning = std::move(found);
         }
     }
-    return meaning ? *meaning : view == View::OUTSIDE ? follow_stars(path, name, steps) : Meaning();
+    if (!meaning && view == View::OUTSIDE) {
+        meaning = follow_stars(path, name, steps);
+    }
+    if (meaning.value_or(Meaning()).empty() && view == View::OUTSIDE && is_package(path)) {
+        const auto inner = file_of(path, "." + name);
+        return inner ? Meaning{modules_.at(*inner)} : Meaning();
+    }
+    return meaning.value_or(Meaning());
 }
 
 Meaning Modules::follow_stars(std::string_view path, const std::string& name, std::size_t steps) {
@@ -224,12 +231,11 @@ Meaning Modules::follow(std::string_view path, const Link& link, std::size_t ste
     if (link.original.empty()) {
         return module ? Meaning{modules_.at(*module)} : Meaning();
     }
-    Meaning meaning = module ? follow(*module, link.original, View::OUTSIDE, steps) : Meaning();
-    if (meaning.empty() && is_python(path)) {  // a module of the package
+    if (!module && is_python(path)) {  // a folder without an `__init__.py`
         const auto inner = file_of(path, link.module + (link.module.ends_with('.') ? "" : ".") + link.original);
-        meaning = inner ? Meaning{modules_.at(*inner)} : Meaning();
+        return inner ? Meaning{modules_.at(*inner)} : Meaning();
     }
-    return meaning;
+    return module ? follow(*module, link.original, View::OUTSIDE, steps) : Meaning();
 }
 
 }  // namespace embedded::scip

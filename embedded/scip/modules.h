@@ -44,6 +44,9 @@ class Modules {
     /// The symbol of the module that a file is; none for a file that is none.
     [[nodiscard]] std::optional<SymbolNumber> module_at(std::string_view path) const;
 
+    /// Whether the symbol is that of a module of the index.
+    [[nodiscard]] bool is_module(SymbolNumber symbol) const { return files_.contains(symbol); }
+
     /// The files that the file at `path` has names from, and those from which these pass them on.
     const std::set<std::string_view>& reached_from(std::string_view path);
 

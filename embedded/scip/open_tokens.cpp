@@ -161,19 +161,53 @@ class TokenSettler {
                });
     }
 
-    // Names that the source has by import and no token names.
+    // Counts what the source has by import and no token names.
     void add_unseen(std::string_view path, FileContents& file) {
         if (file.names_seen.empty()) {
             return;
         }
         for (const Link& link : modules_.links_of(path)) {
-            const bool is_seen = file.names_seen.contains(std::hash<std::string_view>()(link.name));
-            const Meaning meaning = link.name.empty() || is_seen ? Meaning() : modules_.followed(path, link);
-            if (!meaning.empty()) {
-                count(file, meaning, link.mentions + 1);  // and where it is imported
+            const Meaning meaning = modules_.followed(path, link);
+            add_module(path, link, meaning, file);
+            if (link.name.empty() || meaning.empty()) {
+                continue;
+            }
+            const bool is_seen = file.has_seen(link.name);
+            if (!is_seen && !file.has_seen(link.original + " as " + link.name)) {
+                count(file, meaning, 1);  // where it is imported
+            }
+            for (const auto& [members, mentions] : link.mentions) {
+                if (!is_seen) {
+                    count(file, meaning, mentions);
+                }
+                add_members(link.name, meaning, members, mentions, file);
             }
         }
         file.names_seen.clear();
+    }
+
+    // The file that a link leads to is used, even where nothing else of it is.
+    void add_module(std::string_view path, const Link& link, const Meaning& meaning, FileContents& file) {
+        const bool is_module = meaning.size() == 1 && modules_.is_module(meaning.front());
+        const std::optional<std::string_view> module = is_module ? std::nullopt : modules_.file_of(path, link.module);
+        const Meaning used = is_module ? meaning : module ? Meaning{modules_.module_at(*module).value()} : Meaning();
+        if (!used.empty() && !file.references.contains(used.front())) {
+            count(file, used, 1);
+        }
+    }
+
+    // What is named behind a module: "base.Model" behind models.
+    void add_members(std::string before, Meaning meaning, std::string_view members, std::int64_t mentions,
+                     FileContents& file) {
+        while (!members.empty() && meaning.size() == 1 && modules_.is_module(meaning.front())) {
+            const std::string name(members.substr(0, members.find('.')));
+            members.remove_prefix(std::min(name.size() + 1, members.size()));
+            meaning = modules_.exported(meaning.front(), name);
+            if (!meaning.empty() && !file.has_seen(before + "." + name)) {
+                count(file, meaning, mentions);
+            }
+            before = name;
+        }
     }
 
     void choose(std::string_view path, FileContents& file, NamesakeChoice& choice) {

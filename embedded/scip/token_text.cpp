@@ -2,6 +2,7 @@
 
 #include "embedded/scip/declarations.h"
 #include "embedded/scip/symbol.h"
+#include "embedded/text/ascii.h"
 #include "embedded/text/blanks.h"
 #include "embedded/text/utf8.h"
 
@@ -42,6 +43,18 @@ std::string_view RangedText::at(const Range& range) {
     const std::optional<std::size_t> begin = offset_of(range.start_line, range.start_column);
     const std::optional<std::size_t> end = offset_of(range.end_line, range.end_column);
     return begin && end && *begin < *end ? std::string_view(text_).substr(*begin, *end - *begin) : std::string_view();
+}
+
+std::string_view RangedText::with_name_before(std::string_view part) const {
+    const auto offset = part.empty() ? 0 : static_cast<std::size_t>(part.data() - text_.data());
+    if (offset < 2 || text_[offset - 1] != '.') {
+        return part;
+    }
+    std::size_t begin = offset - 1;
+    while (begin > 0 && is_part_of_name(text_[begin - 1])) {
+        --begin;
+    }
+    return std::string_view(text_).substr(begin, offset - begin + part.size());
 }
 
 std::optional<std::size_t> RangedText::offset_of(std::int32_t line, std::int32_t column) {

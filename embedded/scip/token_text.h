@@ -24,6 +24,9 @@ class RangedText {
     /// object.
     std::string_view at(const Range& range);
 
+    /// A part of the text with the name before it, where a dot stands between them: "b" -> "a.b"; else the part alone.
+    [[nodiscard]] std::string_view with_name_before(std::string_view part) const;
+
     [[nodiscard]] const std::string& text() const { return text_; }
 
   private:

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +25,9 @@ struct Link {
     std::string original;  ///< what the module calls it; empty for the module itself
     std::string module;    ///< as the file names it; empty for the file itself
     bool is_exported = false;
-    std::int64_t mentions = 0;  ///< names in this file that mean it (mentions.h); 0 where the query names no mentions
+    /// The names in this file that mean it (mentions.h), by what follows each behind dots: "" for nothing, "c.d" for
+    /// `b.c.d`. Empty where the query names no mentions.
+    std::map<std::string, std::int64_t, std::less<>> mentions = {};
 };
 
 /// Where the module may stand that the file at `path` calls `module`, in the order in which it is looked for. Nowhere

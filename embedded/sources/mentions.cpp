@@ -1,8 +1,11 @@
 #include "embedded/sources/mentions.h"
 
+#include "embedded/text/ascii.h"
+
 #include <algorithm>
 #include <map>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -65,6 +68,22 @@ class Scopes {
     std::vector<Scope> scopes_;
 };
 
+// The names behind a name, with dots before each but the first: ".a.b(c)" -> "a.b". Nobody's packages nest deeper than
+// what is looked at.
+string_view members_behind(string_view text) {
+    constexpr std::size_t DEEPEST = 4;
+    std::size_t end = 0;
+    for (std::size_t depth = 0; depth < DEEPEST && text.substr(end).starts_with('.'); ++depth) {
+        const string_view rest = text.substr(end + 1);
+        const auto* const name_end = std::ranges::find_if_not(rest, is_part_of_name);
+        if (name_end == rest.begin()) {
+            break;
+        }
+        end += 1 + static_cast<std::size_t>(name_end - rest.begin());
+    }
+    return end == 0 ? string_view() : text.substr(1, end - 1);
+}
+
 }  // namespace
 
 void count_mentions(string_view text, Captures& captures) {
@@ -94,7 +113,7 @@ void count_mentions(string_view text, Captures& captures) {
             scopes.for_each_around(scopes.around(mention.begin), [&](std::size_t scope) {
                 const auto meaning = meanings.find({scope, name});
                 if (meaning != meanings.end() && meaning->second != nullptr) {
-                    ++meaning->second->mentions;
+                    ++meaning->second->mentions[std::string(members_behind(text.substr(mention.end)))];
                 }
                 return meaning != meanings.end();
             });

@@ -17,6 +17,12 @@ constexpr bool is_letter(char character) {
     return 'a' <= lower(character) && lower(character) <= 'z';
 }
 
+/// Whether the character may be one of a name in most languages: a letter, a digit, "_", or any byte beyond ASCII.
+constexpr bool is_part_of_name(char character) {
+    return is_letter(character) || ('0' <= character && character <= '9') || character == '_' ||
+           static_cast<unsigned char>(character) >= 0x80;
+}
+
 /// `text` with its capitals A to Z made small.
 inline std::string lowered(std::string_view text) {
     std::string result(text);

@@ -90,7 +90,22 @@ TEST_F(PythonImport, ATokenWithAnotherNameMeansWhatTheImportsOfItsFileSay) {
 TEST_F(PythonImport, ANameThatIsImportedAndNowhereATokenIsUsedAsOftenAsTheSourceMentionsIt) {
     ScipDocument user = ScipDocument("user.py").occurs(in("p.fields", "B#"), 0, {1, 14, 15});
     import_user("from p import A as _, B as b\nfrom p import B\ndef f(): return _(_)\ndef g(_): return _", user);
-    EXPECT_EQ(used(), "A 3; B 2");
+    EXPECT_EQ(used(), "A 3; B 2; p 1");
+    ScipDocument whole = ScipDocument("user.py").occurs(in("p.fields", "A#"), 0, {0, 14, 20});  // A as _
+    import_user("from p import A as _\n_", whole);
+    EXPECT_EQ(used(), "A 2; p 1");
+}
+
+TEST_F(PythonImport, AMemberOfAModuleIsUsedWhereNoTokenNamesIt) {
+    ScipDocument user = ScipDocument("user.py").occurs(module("p"), 0, {0, 7, 8}).occurs(module("p"), 0, {1, 0, 1});
+    import_user("import p\np.A\np.fields.B\np.gone\np.fields.B.x\n", user);
+    EXPECT_EQ(used(), "A 1; B 2; p 2");
+}
+
+TEST_F(PythonImport, AFileThatIsOnlyImportedIsAModuleThoughNoTokenNamesIt) {
+    ScipDocument user = ScipDocument("user.py").occurs("local 1", 0, {0, 5, 6});
+    import_user("from p import gone", user);
+    EXPECT_EQ(used(), "p 1");
 }
 
 TEST_F(PythonImport, TheTextOfASourceThatHasChangedSinceItWasIndexedSaysNothing) {
