@@ -38,9 +38,6 @@ TEST_F(ScipImport, ANameThatAModulePassesOnStandsForWhatAnotherOneDeclares) {
 std::string module(const std::string& name) {
     return symbol("`" + name + "`/__init__:");
 }
-std::string in(const std::string& module, const std::string& descriptors) {
-    return symbol("`" + module + "`/" + descriptors);
-}
 
 // A package p that passes on through `*` what p.fields declares, and a file that uses it.
 class PythonImport : public ScipImport {

@@ -5,11 +5,6 @@
 namespace embedded::scip {
 namespace {
 
-// Files as a TypeScript indexer names them.
-std::string in(const std::string& file, const std::string& descriptors) {
-    return symbol("`" + file + "`/" + descriptors);
-}
-
 TEST_F(ScipImport, AllOccurrencesAtOneRangeAreOneReference) {
     import({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers_to_all({F, F}).refers(F)});
     EXPECT_EQ(edges(), "b.ts 1 import 2");

@@ -18,6 +18,11 @@ inline std::string symbol(std::string_view descriptors) {
     return "tool npm pkg 1.0 " + std::string(descriptors);
 }
 
+/// The symbol of something in a file of TypeScript or a module of Python, as their indexers write it.
+inline std::string in(const std::string& module, const std::string& descriptors) {
+    return symbol("`" + module + "`/" + descriptors);
+}
+
 inline const std::string F = symbol("f().");
 inline const std::string G = symbol("g().");
 
