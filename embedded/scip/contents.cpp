@@ -262,7 +262,7 @@ class ContentsReader {
     bool is_open(TokenNames names, const Range& range, FileContents& file) {
         const bool is_one = symbols_.size() == 1;
         if (names == LOCAL_SYMBOL) {
-            return !names_a_local_;
+            return before_ || !names_a_local_;
         }
         if (is_one && contents_.symbols.is_module(names) && file_of_nameless_package(contents_.symbols.symbol(names))) {
             return true;
@@ -277,7 +277,9 @@ class ContentsReader {
         file.see(text);
         file.see(text_->with_name_before(text));
         return std::ranges::any_of(symbols_, [&](SymbolNumber symbol) {
-            return symbol != LOCAL_SYMBOL && !may_name(text, contents_.symbols.symbol(symbol));
+            const std::string_view named =
+                symbol == LOCAL_SYMBOL ? std::string_view() : contents_.symbols.symbol(symbol);
+            return symbol != LOCAL_SYMBOL && ((before_ && is_built_in(named)) || !may_name(text, named));
         });
     }
 

@@ -154,11 +154,13 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
     Contents contents = read_contents(placed, spool, listener);
     steps.advance(static_cast<std::size_t>(contents.unusable_documents + contents.unwanted_documents));
     const sources::Sources read = sources.finish([&] { steps.tell(); });
+    UndeclaredByFile undeclared;
     if (sources.checkout()) {
         report.checkout = sources.checkout()->root();
-        count_locals(placed, add_undeclared(contents, read), *sources.checkout(), contents);
+        undeclared = add_undeclared(contents, read);
+        count_locals(placed, undeclared, *sources.checkout(), contents);
     }
-    settle_open_tokens(contents, read, sources.checkout(), report);
+    settle_open_tokens(contents, read, undeclared, sources.checkout(), report);
     return gather(std::move(contents), read, steps, report);
 }
 

@@ -53,7 +53,7 @@ Meaning Modules::exported(SymbolNumber module, const std::string& name) {
 Meaning Modules::imported(std::string_view path, const std::string& name) {
     const std::span<const Link> links = links_of(path);
     const bool is_link = std::ranges::find(links, name, &Link::name) != links.end();
-    return is_link ? follow(path, name, View::INSIDE, 0) : Meaning();
+    return is_link ? meant(path, name) : Meaning();
 }
 
 Meaning Modules::followed(std::string_view path, const Link& link) {
@@ -182,29 +182,28 @@ Meaning Modules::follow(std::string_view path, const std::string& name, View vie
 }
 
 Meaning Modules::follow_all(std::string_view path, const std::string& name, View view, std::size_t steps) {
-    std::optional<Meaning> meaning;
-    if (const bool is_meant = view == View::INSIDE || exports(path, name); is_meant && !declared(path, name).empty()) {
-        meaning = declared(path, name);
-    }
+    Meaning meaning = view == View::INSIDE || exports(path, name) ? declared(path, name) : Meaning();
     for (const Link& link : links_of(path)) {
         const bool is_seen =
             is_python(path) ? view == View::INSIDE || link.is_exported : link.is_exported == (view == View::OUTSIDE);
         if (link.name == name && is_seen) {
             Meaning found = follow(path, link, steps + 1);
-            if (meaning && *meaning != found) {
+            if (!found.empty() && !meaning.empty() && meaning != found) {
                 return {};
             }
-            meaning = std::move(found);
+            if (!found.empty()) {
+                meaning = std::move(found);
+            }
         }
     }
-    if (!meaning && view == View::OUTSIDE) {
+    if (meaning.empty() && view == View::OUTSIDE) {
         meaning = follow_stars(path, name, steps);
     }
-    if (meaning.value_or(Meaning()).empty() && view == View::OUTSIDE && is_package(path)) {
+    if (meaning.empty() && view == View::OUTSIDE && is_package(path)) {
         const auto inner = file_of(path, "." + name);
         return inner ? Meaning{modules_.at(*inner)} : Meaning();
     }
-    return meaning.value_or(Meaning());
+    return meaning;
 }
 
 Meaning Modules::follow_stars(std::string_view path, const std::string& name, std::size_t steps) {
@@ -217,7 +216,9 @@ Meaning Modules::follow_stars(std::string_view path, const std::string& name, st
             if (!meaning.empty() && !found.empty() && meaning != found) {
                 return {};
             }
-            meaning = found.empty() ? meaning : std::move(found);
+            if (!found.empty()) {
+                meaning = std::move(found);
+            }
         }
     }
     return meaning;

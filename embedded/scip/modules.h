@@ -35,6 +35,9 @@ class Modules {
     /// What a name stands for that the file at `path` has from another module.
     Meaning imported(std::string_view path, const std::string& name);
 
+    /// What a name stands for in the file at `path`: what it declares at its top, or has from another module.
+    Meaning meant(std::string_view path, const std::string& name) { return follow(path, name, View::INSIDE, 0); }
+
     /// What a link of the file at `path` leads to.
     Meaning followed(std::string_view path, const sources::Link& link);
 

@@ -68,14 +68,25 @@ class NamesakeChoice {
 
 class TokenSettler {
   public:
-    TokenSettler(Contents& contents, const sources::Sources& sources, const std::optional<Checkout>& checkout,
-                 ImportReport& report)
-        : contents_(contents), sources_(sources), checkout_(checkout), report_(report), modules_(contents, sources) {}
+    TokenSettler(Contents& contents, const sources::Sources& sources, const UndeclaredByFile& undeclared,
+                 const std::optional<Checkout>& checkout, ImportReport& report)
+        : contents_(contents), sources_(sources), undeclared_(undeclared), checkout_(checkout), report_(report),
+          modules_(contents, sources) {
+        for (SymbolNumber symbol = 0; symbol < contents.symbols.size(); ++symbol) {
+            if (const std::string_view text = contents.symbols.symbol(symbol); is_built_in(text)) {
+                built_in_.emplace(symbol, parse_symbol(text).value().descriptors.back().name);
+            }
+        }
+    }
 
     void settle() {
         for (auto& [path, file] : contents_.files) {
             settle_open(path, file);
-            add_unseen(path, file);
+            if (!file.names_seen.empty()) {
+                add_unseen(path, file);
+                move_built_in(path, file);
+                file.names_seen.clear();
+            }
         }
         if (!contents_.namesakes.empty()) {
             NamesakeChoice choice(contents_, modules_);
@@ -136,7 +147,7 @@ class TokenSettler {
             return file ? Meaning{modules_.module_at(*file).value()} : Meaning();
         }
         if (!is_behind_dot(token, text)) {
-            return modules_.imported(path, name);
+            return is_key(token, text) ? Meaning() : modules_.imported(path, name);
         }
         if (!token.receiver || trimmed(text.at(between(*token.receiver, token))) != ".") {
             return {};
@@ -154,18 +165,21 @@ class TokenSettler {
         return column > 0 && text.at({line, column - 1, line, column}) == ".";
     }
 
+    // Whether the token may be the name of an argument or of a property: `f(a=b)`, `{ a: b }`, `<A a={b}>`.
+    static bool is_key(const OpenToken& token, RangedText& text) {
+        const std::string_view rest = trimmed(text.behind(token.range));
+        return rest.starts_with(':') || (rest.starts_with('=') && !rest.starts_with("==") && !rest.starts_with("=>"));
+    }
+
     // Whether a name of the file may stand for the symbol: as its own name, or as another one that an import gives it.
     bool may_mean(std::string_view path, std::string_view name, std::string_view symbol) {
         return may_name(name, symbol) || std::ranges::any_of(modules_.links_of(path), [&](const Link& link) {
-                   return link.name == name && !link.original.empty() && may_name(link.original, symbol);
+                   return link.name == name && may_name(link.original.empty() ? link.module : link.original, symbol);
                });
     }
 
     // Counts what the source has by import and no token names.
     void add_unseen(std::string_view path, FileContents& file) {
-        if (file.names_seen.empty()) {
-            return;
-        }
         for (const Link& link : modules_.links_of(path)) {
             const Meaning meaning = modules_.followed(path, link);
             add_module(path, link, meaning, file);
@@ -183,7 +197,26 @@ class TokenSettler {
                 add_members(link.name, meaning, members, mentions, file);
             }
         }
-        file.names_seen.clear();
+    }
+
+    // Gives to the file's own names what its document takes for names of the language: a class `Warning` hides the one
+    // that Python has.
+    void move_built_in(std::string_view path, FileContents& file) {
+        std::vector<std::pair<Meaning, std::int64_t>> moved;
+        std::erase_if(file.references, [&](const auto& reference) {
+            const auto name = built_in_.find(reference.first);
+            Meaning meaning = name == built_in_.end() ? Meaning() : modules_.meant(path, name->second);
+            const bool is_hidden = !meaning.empty();
+            if (is_hidden) {
+                // One of the tokens of what no document defines is where it is declared.
+                const std::int64_t declaring = is_declared_here(path, meaning.front()) ? 1 : 0;
+                moved.emplace_back(std::move(meaning), reference.second - declaring);
+            }
+            return is_hidden;
+        });
+        for (auto& [meaning, references] : moved) {
+            count(file, std::move(meaning), references);
+        }
     }
 
     // The file that a link leads to is used, even where nothing else of it is.
@@ -208,6 +241,12 @@ class TokenSettler {
             }
             before = name;
         }
+    }
+
+    [[nodiscard]] bool is_declared_here(std::string_view path, SymbolNumber symbol) const {
+        const auto file = undeclared_.find(path);
+        return file != undeclared_.end() &&
+               std::ranges::find(file->second, symbol, &Undeclared::symbol) != file->second.end();
     }
 
     void choose(std::string_view path, FileContents& file, NamesakeChoice& choice) {
@@ -244,16 +283,18 @@ class TokenSettler {
 
     Contents& contents_;
     const sources::Sources& sources_;
+    const UndeclaredByFile& undeclared_;
     const std::optional<Checkout>& checkout_;
     ImportReport& report_;
     Modules modules_;
+    std::unordered_map<SymbolNumber, std::string> built_in_;  // the names of what Python itself declares
 };
 
 }  // namespace
 
-void settle_open_tokens(Contents& contents, const sources::Sources& sources, const std::optional<Checkout>& checkout,
-                        ImportReport& report) {
-    TokenSettler(contents, sources, checkout, report).settle();
+void settle_open_tokens(Contents& contents, const sources::Sources& sources, const UndeclaredByFile& undeclared,
+                        const std::optional<Checkout>& checkout, ImportReport& report) {
+    TokenSettler(contents, sources, undeclared, checkout, report).settle();
 }
 
 }  // namespace embedded::scip

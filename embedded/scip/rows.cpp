@@ -82,7 +82,10 @@ class FileReader {
             if (best.in_source && candidate.documentation.empty()) {
                 candidate.documentation = source_->texts[*best.in_source].documentation;
             }
-            if (is_new || best.lines.count() > candidate.best.lines.count()) {
+            const auto worth = [](const Best& each) {
+                return std::pair(each.lines.count(), each.in_source.has_value());
+            };
+            if (is_new || worth(best) > worth(candidate.best)) {
                 candidate.best = best;
             }
         }

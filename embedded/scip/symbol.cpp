@@ -271,6 +271,13 @@ bool is_module_of(std::span<const Descriptor> descriptors, std::string_view path
     return descriptors_of_file(descriptors) == descriptors.size() && last.name == path.substr(path.rfind('/') + 1);
 }
 
+bool is_built_in(std::string_view symbol) {
+    constexpr std::string_view MODULE = " builtins/";
+    const std::size_t module = symbol.find(MODULE);
+    return module != std::string_view::npos && symbol.starts_with("scip-python ") &&
+           symbol.substr(module + MODULE.size()).find_first_of("#.:") + 1 == symbol.size() - module - MODULE.size();
+}
+
 bool is_augmentation(std::span<const Descriptor> descriptors) {
     const std::size_t file = descriptors_of_file(descriptors);
     return file > 0 && std::ranges::any_of(descriptors.subspan(file), [](const Descriptor& descriptor) {

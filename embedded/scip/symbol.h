@@ -99,6 +99,9 @@ std::string spelled(const Descriptor& descriptor);
 /// Whether the symbol stands for the source file at `path` as a module, as it does where that file defines it.
 bool is_module_of(std::span<const Descriptor> descriptors, std::string_view path);
 
+/// Whether the symbol is one that Python itself declares, as scip-python names it: `... builtins/Warning#`.
+bool is_built_in(std::string_view symbol);
+
 /// Whether the symbol extends a declaration that stands elsewhere: it lives in a `declare module "x"` or a
 /// `declare global` of its file.
 bool is_augmentation(std::span<const Descriptor> descriptors);

@@ -6,6 +6,7 @@
 #include "embedded/text/blanks.h"
 #include "embedded/text/utf8.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace embedded::scip {
@@ -31,6 +32,14 @@ std::string_view named_by(std::string_view text) {
     return text.substr(text.rfind('.') + 1);
 }
 
+// "b", "a.b" and ".b" may name the module a.b.
+bool may_name_module(std::string_view text, std::string_view module) {
+    text = trimmed(text.substr(0, text.find(" as ")));
+    text.remove_prefix(std::min(text.find_first_not_of('.'), text.size()));
+    const bool is_end = module.ends_with(text);
+    return text.empty() || (is_end && (module.size() == text.size() || module[module.size() - text.size() - 1] == '.'));
+}
+
 }  // namespace
 
 RangedText::RangedText(std::string text) : text_(std::move(text)), lines_{0} {
@@ -43,6 +52,12 @@ std::string_view RangedText::at(const Range& range) {
     const std::optional<std::size_t> begin = offset_of(range.start_line, range.start_column);
     const std::optional<std::size_t> end = offset_of(range.end_line, range.end_column);
     return begin && end && *begin < *end ? std::string_view(text_).substr(*begin, *end - *begin) : std::string_view();
+}
+
+std::string_view RangedText::behind(const Range& range) {
+    const std::optional<std::size_t> end = offset_of(range.end_line, range.end_column);
+    const std::string_view rest = end ? std::string_view(text_).substr(*end) : std::string_view();
+    return rest.substr(0, rest.find('\n'));
 }
 
 std::string_view RangedText::with_name_before(std::string_view part) const {
@@ -78,6 +93,9 @@ bool may_name(std::string_view text, std::string_view symbol) {
         return true;
     }
     const std::optional<Symbol> parts = parse_symbol(symbol);
+    if (parts && parts->descriptors.back().suffix == Suffix::META) {
+        return may_name_module(text, module_name(parts->descriptors).value_or(""));
+    }
     if (!parts || !is_declaration(parts->descriptors.back(), SymbolKind::UNSPECIFIED)) {
         return true;
     }

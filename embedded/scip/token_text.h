@@ -24,6 +24,9 @@ class RangedText {
     /// object.
     std::string_view at(const Range& range);
 
+    /// What stands behind the range on its last line.
+    std::string_view behind(const Range& range);
+
     /// A part of the text with the name before it, where a dot stands between them: "b" -> "a.b"; else the part alone.
     [[nodiscard]] std::string_view with_name_before(std::string_view part) const;
 
@@ -41,13 +44,14 @@ class RangedText {
     std::size_t offset_ = 0;
 };
 
-/// Whether a token with this text may name the symbol: it is its name, the name of the type that a constructor makes,
-/// or an import that gives it another one ("a as b"). Whoever names a module, a parameter or the like may always mean
-/// it: these have no rows, or are written in many ways.
+/// Whether a token with this text may name the symbol: it is its name, the end of a module's name, the name of the type
+/// that a constructor makes, or an import that gives it another one ("a as b"). A parameter or the like may always be
+/// meant: these have no rows.
 ///
 ///     DateField          `m`/DateField#        yes
 ///     DateField          `m`/DateTimeField#    no
 ///     f as g             `m`/f().              yes
+///     .b                 `a.b`/__init__:       yes
 bool may_name(std::string_view text, std::string_view symbol);
 
 }  // namespace embedded::scip

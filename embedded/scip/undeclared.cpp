@@ -108,7 +108,9 @@ UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sour
         const std::string scope(scope_of_module(contents.symbols.symbol(*module)));
         DefinedNames defined(file, scope, contents.symbols);
         for (const SourceDeclaration& each : source->second.outline->declarations) {
-            if (each.is_at_top && (each.is_variable || !each.kind.empty()) && defined.add(each)) {
+            const bool is_of_module =
+                each.is_at_top && (each.is_variable || !each.kind.empty()) && each.kind != "attribute";
+            if (is_of_module && defined.add(each)) {
                 const SymbolNumber symbol =
                     contents.symbols.number(scope + spelled({each.name, suffix_of(each)})).value();
                 file.definitions.push_back({.symbol = symbol,

@@ -9,6 +9,7 @@
 #include "embedded/scip/contents.h"
 #include "embedded/sources/source_reader.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -21,7 +22,7 @@ struct Undeclared {
     SymbolNumber symbol = 0;  ///< that it has now
 };
 
-using UndeclaredByFile = std::map<std::string, std::vector<Undeclared>>;
+using UndeclaredByFile = std::map<std::string, std::vector<Undeclared>, std::less<>>;
 
 /// Adds to each file of a language whose files are modules a definition for every declaration at the top of its source
 /// for which it has none. A source that is damaged adds nothing.

@@ -128,6 +128,13 @@ class Match {
         return true;
     }
 
+    // Whether the pattern has a capture of this name.
+    [[nodiscard]] bool has(string_view capture) const {
+        bool is_there = false;
+        for_each_capture([&](string_view name, const TSNode&) { is_there = is_there || name == capture; });
+        return is_there;
+    }
+
     // Calls `visit` with the name of each capture and its node.
     void for_each_capture(const auto& visit) const {
         for (const TSQueryCapture& capture : captures_) {
@@ -192,7 +199,7 @@ void add_parts(const Match& match, NodeId id, Captures& captures) {
         const Bytes bytes = bytes_of(node);
         if (name == "name") {
             const auto [row, column] = ts_node_start_point(node);
-            captures.names.push_back({bytes, row, column, id});
+            captures.names.push_back({bytes, row, column, id, match.has("binding")});
             subject.is_declaration = true;
         } else if (name == "body") {
             subject.body = std::min(bytes.begin, subject.body.value_or(bytes.begin));

@@ -32,6 +32,7 @@ struct CapturedName {
     std::uint32_t row = 0;     ///< 0-based
     std::uint32_t column = 0;  ///< 0-based, in bytes
     NodeId node = nullptr;     ///< the declaration
+    bool is_binding = false;
 };
 
 /// What matches say of one node, all of them together.

@@ -65,7 +65,7 @@ class OutlineReader {
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
-            if (!is_again && !(nodes_.at(name.node).is_binding && local_.contain(name.name.begin))) {
+            if (!is_again && !(name.is_binding && local_.contain(name.name.begin))) {
                 add_declaration(name, outline.declarations);
             }
             before = &name;
@@ -106,8 +106,8 @@ class OutlineReader {
             .first_line = line_of(whole.begin),
             .last_line = line_of(last_byte(whole.end)),
             .kind = node.kind,
-            .is_at_top = around.is_outermost,
-            .is_variable = node.is_binding,
+            .is_at_top = around.is_outermost && !local_.contain(name.name.begin),
+            .is_variable = name.is_binding,
             .is_public = is_public,
             .is_marked = is_public && around.is_exported,
             .is_callable = node.is_callable,

@@ -32,7 +32,7 @@ struct SourceDeclaration {
     std::int32_t first_line = 1;
     std::int32_t last_line = 1;
     std::string_view kind;      ///< a word of language.h; empty where the source leaves it open
-    bool is_at_top = false;     ///< whether it stands in no other declaration
+    bool is_at_top = false;     ///< whether it stands in no other declaration and no function
     bool is_variable = false;   ///< whether it binds a name to a value
     bool is_public = false;     ///< whether the file makes it public, should it stand at the top or in a namespace
     bool is_marked = false;     ///< whether a mark on it, such as `export`, makes it public

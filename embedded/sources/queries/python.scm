@@ -4,7 +4,9 @@
 (assignment left: (identifier) @name) @binding
 (assignment left: (pattern_list (identifier) @name)) @binding
 (assignment left: (tuple_pattern (identifier) @name)) @binding
-(assignment left: (attribute object: (identifier) @self attribute: (identifier) @name) (#eq? @self "self")) @attribute
+(assignment left: (attribute object: (identifier) attribute: (_) @name)) @attribute
+(assignment left: (pattern_list (attribute object: (identifier) attribute: (_) @name))) @attribute
+(assignment left: (tuple_pattern (attribute object: (identifier) attribute: (_) @name))) @attribute
 (type_alias_statement . (type (identifier) @name)) @binding @type
 
 ; What stands in a class.

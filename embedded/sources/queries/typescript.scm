@@ -13,6 +13,8 @@
 (enum_assignment name: (_) @name) @constant
 (required_parameter (accessibility_modifier) pattern: (identifier) @name) @attribute
 (required_parameter "readonly" pattern: (identifier) @name) @attribute
+(optional_parameter (accessibility_modifier) pattern: (identifier) @name) @attribute
+(optional_parameter "readonly" pattern: (identifier) @name) @attribute
 (internal_module name: (_) @name body: (_) @body) @declaration @namespace
 (module name: (_) @name body: (_) @body) @declaration @namespace
 

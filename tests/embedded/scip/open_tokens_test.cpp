@@ -105,6 +105,26 @@ TEST_F(PythonImport, AFileThatIsOnlyImportedIsAModuleThoughNoTokenNamesIt) {
     EXPECT_EQ(used(), "p 1");
 }
 
+// scip-python takes a class that bears a name of the language for the language's own, and leaves out its definition.
+TEST_F(PythonImport, ADeclarationHidesTheOneOfItsNameThatTheLanguageHas) {
+    const std::string warning = "scip-python python python-stdlib 3.11 builtins/Warning#";
+    folder.write("checkout/a.py", "class Warning: pass\nWarning\n");
+    folder.write("checkout/b.py", "from a import Warning\nimport a\na.Warning\n");
+    folder.write("checkout/c.py", "Warning\n");
+    import_with_sources({ScipDocument("a.py")
+                             .defines(module("a"), {0, 0, 0})
+                             .occurs(warning, 0, {0, 6, 13})
+                             .occurs(warning, 0, {1, 0, 7}),
+                         ScipDocument("b.py")
+                             .defines(module("b"), {0, 0, 0})
+                             .occurs(warning, 0, {0, 14, 21})
+                             .occurs(module("a"), 0, {2, 0, 1})
+                             .occurs(warning, 0, {2, 2, 9}),
+                         ScipDocument("c.py").defines(module("c"), {0, 0, 0}).occurs(warning, 0, {0, 0, 7})});
+    EXPECT_EQ(declarations(), "Warning class 1-1 public");
+    EXPECT_EQ(edges(), "a.py 1 local 1; b.py 1 import 2");
+}
+
 TEST_F(PythonImport, TheTextOfASourceThatHasChangedSinceItWasIndexedSaysNothing) {
     ScipDocument user =
         ScipDocument("user.py").defines(in("user", "f()."), {0, 4, 5}).occurs(in("p.fields", "B#"), 0, {2, 0, 1});
