@@ -172,6 +172,8 @@ class ContentsReader {
         }
         if (text_ && is_python_ && !is_text_of_document()) {
             text_ = std::nullopt;
+        } else if (text_ && is_python_ && !file.tokens_seen) {
+            file.tokens_seen.emplace();
         } else if (text_ && !is_python_) {
             first_test_line_ = first_line_of_tests();
         }
@@ -262,7 +264,7 @@ class ContentsReader {
     bool is_open(TokenNames names, const Range& range, FileContents& file) {
         const bool is_one = symbols_.size() == 1;
         if (names == LOCAL_SYMBOL) {
-            return before_ || !names_a_local_;
+            return before_ || (!names_a_local_ && !is_python_);
         }
         if (is_one && contents_.symbols.is_module(names) && file_of_nameless_package(contents_.symbols.symbol(names))) {
             return true;
@@ -274,13 +276,15 @@ class ContentsReader {
             return range.start_line >= first_test_line_;
         }
         const std::string_view text = text_->at(range);
-        file.see(text);
-        file.see(text_->with_name_before(text));
-        return std::ranges::any_of(symbols_, [&](SymbolNumber symbol) {
+        const bool may_mean_another = std::ranges::any_of(symbols_, [&](SymbolNumber symbol) {
             const std::string_view named =
                 symbol == LOCAL_SYMBOL ? std::string_view() : contents_.symbols.symbol(symbol);
             return symbol != LOCAL_SYMBOL && ((before_ && is_built_in(named)) || !may_name(text, named));
         });
+        if (!may_mean_another) {
+            file.tokens_seen->add(text_->with_name_before(text));
+        }
+        return may_mean_another;
     }
 
     // Whether nothing but a dot may stand between two tokens, and blanks where they stand on several lines.
@@ -305,6 +309,14 @@ class ContentsReader {
 };
 
 }  // namespace
+
+void Contents::add_references(FileContents& file, std::vector<SymbolNumber> meant, std::int64_t count) {
+    if (count > 0) {
+        std::ranges::sort(meant);
+        meant.erase(std::unique(meant.begin(), meant.end()), meant.end());
+        file.references[tokens.number(meant, symbols)] += count;
+    }
+}
 
 Contents read_contents(std::span<const PlacedScipFile> files, TextSpool& spool, const ContentsListener& listener) {
     ContentsReader reader(spool, listener);

@@ -24,7 +24,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace embedded::scip {
@@ -51,6 +50,19 @@ struct OpenToken {
     std::optional<Receiver> receiver;
 };
 
+/// How many tokens of a file have a text. Of one behind a dot the name before it belongs to its text: "a.b".
+class TextCounts {
+  public:
+    void add(std::string_view text) { ++counts_[std::hash<std::string_view>()(text)]; }
+    [[nodiscard]] std::int64_t of(std::string_view text) const {
+        const auto found = counts_.find(std::hash<std::string_view>()(text));
+        return found == counts_.end() ? 0 : found->second;
+    }
+
+  private:
+    std::unordered_map<std::size_t, std::int32_t> counts_;  // by a hash, which no two texts of a file have by chance
+};
+
 /// What the documents of one source file say, in the order in which they came.
 struct FileContents {
     std::size_t documents = 0;
@@ -59,14 +71,8 @@ struct FileContents {
     std::unordered_map<SymbolNumber, Description> descriptions;
     std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing
     std::vector<OpenToken> open_tokens;                       ///< others, in the order of the text
-    /// Hashes of the texts of tokens, where these matter; of one behind a dot with the name before: "a.b".
-    std::unordered_set<std::size_t> names_seen;
-    std::int32_t last_line = 1;  ///< the last on which anything stands
-
-    void see(std::string_view text) { names_seen.insert(std::hash<std::string_view>()(text)); }
-    [[nodiscard]] bool has_seen(std::string_view text) const {
-        return names_seen.contains(std::hash<std::string_view>()(text));
-    }
+    std::optional<TextCounts> tokens_seen;                    ///< where the source tells what tokens lack
+    std::int32_t last_line = 1;                               ///< the last on which anything stands
 };
 
 struct Contents {
@@ -79,6 +85,9 @@ struct Contents {
     std::int64_t unusable_definitions = 0;  ///< left out for want of a usable range
     /// By a symbol as documents state it, where projects whose packages have no name share it: what it may stand for.
     std::unordered_map<SymbolNumber, std::vector<SymbolNumber>> namesakes;
+
+    /// Adds references of a file to what all of these symbols, at least one, stand for; none for a count below 1.
+    void add_references(FileContents& file, std::vector<SymbolNumber> meant, std::int64_t count);
 };
 
 struct ContentsListener {

@@ -8,6 +8,8 @@
 #include "embedded/scip/gathered.h"
 #include "embedded/scip/index_writer.h"
 #include "embedded/scip/language.h"
+#include "embedded/scip/modules.h"
+#include "embedded/scip/namesakes.h"
 #include "embedded/scip/open_tokens.h"
 #include "embedded/scip/project_root.h"
 #include "embedded/scip/references.h"
@@ -15,6 +17,7 @@
 #include "embedded/scip/rules_of_uses.h"
 #include "embedded/scip/scip_files.h"
 #include "embedded/scip/undeclared.h"
+#include "embedded/scip/unseen_names.h"
 #include "embedded/sources/source_reader.h"
 #include "embedded/summary/shared_summaries.h"
 
@@ -160,7 +163,10 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
         undeclared = add_undeclared(contents, read);
         count_locals(placed, undeclared, *sources.checkout(), contents);
     }
-    settle_open_tokens(contents, read, undeclared, sources.checkout(), report);
+    Modules modules(contents, read);
+    settle_open_tokens(contents, read, modules, sources.checkout(), report);
+    add_unseen_names(contents, modules, undeclared);
+    choose_namesakes(contents, modules);
     return gather(std::move(contents), read, steps, report);
 }
 

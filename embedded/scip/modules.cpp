@@ -10,10 +10,6 @@ using sources::Link;
 
 constexpr std::size_t MOST_STEPS = 100;  // from module to module; nobody's names come that far
 
-bool is_python(std::string_view path) {
-    return path.ends_with(".py") || path.ends_with(".pyi");
-}
-
 bool is_package(std::string_view path) {
     const std::string_view file = path.substr(path.rfind('/') + 1);
     return file.starts_with("__init__.");
@@ -26,6 +22,10 @@ std::string_view package_of(std::string_view module) {
 }
 
 }  // namespace
+
+bool is_python(std::string_view path) {
+    return path.ends_with(".py") || path.ends_with(".pyi");
+}
 
 Modules::Modules(const Contents& contents, const sources::Sources& sources) : contents_(contents), sources_(sources) {
     for (const auto& [path, file] : contents.files) {
@@ -52,8 +52,12 @@ Meaning Modules::exported(SymbolNumber module, const std::string& name) {
 
 Meaning Modules::imported(std::string_view path, const std::string& name) {
     const std::span<const Link> links = links_of(path);
-    const bool is_link = std::ranges::find(links, name, &Link::name) != links.end();
-    return is_link ? meant(path, name) : Meaning();
+    const auto link = std::ranges::find(links, name, &Link::name);
+    if (link == links.end()) {
+        return {};
+    }
+    Meaning meaning = meant(path, name);
+    return meaning.empty() ? followed(path, *link) : meaning;  // it passes on what it has no name for itself
 }
 
 Meaning Modules::followed(std::string_view path, const Link& link) {

@@ -19,6 +19,9 @@
 
 namespace embedded::scip {
 
+/// Whether the file at `path` is a source of Python.
+bool is_python(std::string_view path);
+
 /// What a name stands for: all symbols of one declaration, or that of a module; ascending, empty when nobody knows.
 using Meaning = std::vector<SymbolNumber>;
 
@@ -32,7 +35,7 @@ class Modules {
     /// What a name stands for that the module exports.
     Meaning exported(SymbolNumber module, const std::string& name);
 
-    /// What a name stands for that the file at `path` has from another module.
+    /// What a name stands for that the file at `path` has from another module, or passes on from one.
     Meaning imported(std::string_view path, const std::string& name);
 
     /// What a name stands for in the file at `path`: what it declares at its top, or has from another module.
