@@ -265,6 +265,12 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
         const Bytes bytes = bytes_of(node);
         if (name == "decorator") {
             captures.decorators.push_back(bytes);
+        } else if (name == "exporting") {
+            captures.exporting.push_back(bytes);
+        } else if (name == "testing") {
+            captures.testing.push_back(bytes);
+        } else if (name == "test") {
+            captures.tests.push_back(bytes);
         } else if (name == "comment") {  // one of Rust may have the line end behind it
             const auto size = static_cast<std::uint32_t>(trimmed_end(text_of(text, node)).size());
             captures.comments.push_back({bytes.begin, bytes.begin + size});

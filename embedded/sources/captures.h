@@ -67,6 +67,9 @@ struct Captures {
     std::vector<CapturedName> names;
     std::unordered_map<NodeId, CapturedNode> nodes;
     std::vector<Bytes> decorators;
+    std::vector<Bytes> exporting;  // decorators
+    std::vector<Bytes> testing;    // decorators
+    std::vector<Bytes> tests;
     std::vector<Bytes> comments;
     std::vector<Bytes> visible;
     std::vector<Bytes> hidden;

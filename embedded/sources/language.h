@@ -10,7 +10,10 @@
 //     @namespace     this declaration is a scope: what it holds is public if it is public itself
 //     @wrapper       a node around a declaration that belongs to it, such as its `export`
 //     @decorator     a node above a declaration that belongs to it
-//     @of            a declaration of which this match states no more than parts
+//     @exporting     a decorator that marks what stands below it as public
+//     @testing       a decorator that says of what stands below it that it is a test
+//     @test          a region that holds nothing but tests
+//     @of            a declaration, or what else may have decorators, of which this match states no more than parts
 //     @body          where its body begins; the signature ends before it
 //     @value         what it is set to
 //     @callable      a declaration that holds something which can be called

@@ -43,8 +43,9 @@ class OutlineReader {
         : text_(text), language_(language), names_(std::move(captures.names)), nodes_(std::move(captures.nodes)),
           surroundings_(surroundings_of(nodes_)), decorators_(std::move(captures.decorators)),
           comments_(std::move(captures.comments)), doc_comments_(text, language, comments_, decorators_),
+          exporting_(std::move(captures.exporting)), testing_(std::move(captures.testing)),
           visible_(std::move(captures.visible)), hidden_(std::move(captures.hidden)), local_(std::move(captures.local)),
-          public_names_(text, language, captures), is_damaged_(captures.is_damaged) {
+          tests_(std::move(captures.tests)), public_names_(text, language, captures), is_damaged_(captures.is_damaged) {
         count_mentions(text, captures);
         for (CapturedLink& each : captures.links) {
             links_.push_back(std::move(each.link));
@@ -61,7 +62,7 @@ class OutlineReader {
                         .links = std::move(links_),
                         .line_count = line_of(last_byte(text_.size())),
                         .is_damaged = is_damaged_,
-                        .test_regions = {}};
+                        .test_regions = test_regions()};
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
@@ -95,7 +96,8 @@ class OutlineReader {
         const CapturedNode& node = nodes_.at(name.node);
         const Surroundings& around = surroundings_.at(name.node);
         const Bytes whole = {with_decorators(around.whole.begin), around.whole.end};
-        const bool is_public = this->is_public(name, around);
+        const bool is_marked = around.is_exported || has(exporting_, whole.begin, around.whole.begin);
+        const bool is_public = this->is_public(name, around.enclosing, is_marked);
         if (node.is_namespace && is_public) {
             public_namespaces_.insert(name.node);
         }
@@ -109,7 +111,7 @@ class OutlineReader {
             .is_at_top = around.is_outermost && !local_.contain(name.name.begin),
             .is_variable = name.is_binding,
             .is_public = is_public,
-            .is_marked = is_public && around.is_exported,
+            .is_marked = is_public && is_marked,
             .is_callable = node.is_callable,
             .is_constant = node.is_const,
             .signature = signature(node, whole),
@@ -143,15 +145,35 @@ class OutlineReader {
         }
     }
 
-    [[nodiscard]] bool is_public(const CapturedName& name, const Surroundings& around) const {
-        const bool is_enclosed = around.enclosing != nullptr;
-        if (hidden_.contain(name.name.begin) || (is_enclosed && !public_namespaces_.contains(around.enclosing))) {
+    // Whether one of the decorators that stand from one offset to the other is among `some`.
+    static bool has(const Parts& some, std::uint32_t begin, std::uint32_t end) {
+        return begin < end && !some.within({begin, end}).empty();
+    }
+
+    // The regions of tests, with what decorators say is one.
+    [[nodiscard]] std::vector<Lines> test_regions() const {
+        std::vector<Bytes> regions = tests_;
+        for (const auto& [id, node] : nodes_) {
+            const std::uint32_t begin = testing_.all().empty() ? node.bytes.begin : with_decorators(node.bytes.begin);
+            if (has(testing_, begin, node.bytes.begin)) {
+                regions.push_back({begin, node.bytes.end});
+            }
+        }
+        std::vector<Lines> lines;
+        const Regions outermost(std::move(regions));
+        for (const Bytes& region : outermost.outermost()) {
+            lines.push_back({line_of(region.begin), line_of(last_byte(region.end))});
+        }
+        return lines;
+    }
+
+    [[nodiscard]] bool is_public(const CapturedName& name, NodeId enclosing, bool is_marked) const {
+        const bool is_enclosed = enclosing != nullptr;
+        if (hidden_.contain(name.name.begin) || (is_enclosed && !public_namespaces_.contains(enclosing))) {
             return false;
         }
-        if (around.is_exported || visible_.contain(name.name.begin)) {
-            return true;
-        }
-        return !is_enclosed && public_names_.contains(std::string(part(name.name)));
+        return is_marked || visible_.contain(name.name.begin) ||
+               (!is_enclosed && public_names_.contains(std::string(part(name.name))));
     }
 
     [[nodiscard]] std::string signature(const CapturedNode& node, Bytes whole) const {
@@ -175,9 +197,12 @@ class OutlineReader {
     Parts decorators_;
     Parts comments_;
     DocComments doc_comments_;
+    Parts exporting_;  // decorators
+    Parts testing_;    // decorators
     Regions visible_;
     Regions hidden_;
     Regions local_;
+    std::vector<Bytes> tests_;
     std::vector<Link> links_;
     PublicNames public_names_;
     std::unordered_set<NodeId> public_namespaces_;  // of those that have been read

@@ -29,6 +29,9 @@ class Regions {
         return after != outermost_.begin() && offset < std::prev(after)->end;
     }
 
+    /// Those that no other holds, in order.
+    [[nodiscard]] std::span<const Bytes> outermost() const { return outermost_; }
+
   private:
     std::vector<Bytes> outermost_;
 };

@@ -20,6 +20,19 @@
 
 ; What belongs to the declaration below it.
 (attribute_item) @decorator
+(impl_item) @of
+
+; What is a test.
+(attribute_item (attribute . [(identifier) @word (scoped_identifier name: (identifier) @word)])
+  (#eq? @word "test")) @testing
+(attribute_item (attribute . (identifier) @word arguments: (token_tree . (identifier) @condition))
+  (#eq? @word "cfg") (#eq? @condition "test")) @testing
+(attribute_item
+  (attribute . (identifier) @word arguments: (token_tree . (identifier) @operator . (token_tree (identifier) @condition)))
+  (#eq? @word "cfg") (#eq? @operator "all") (#eq? @condition "test")) @testing
+(source_file
+  (inner_attribute_item (attribute . (identifier) @word arguments: (token_tree . (identifier) @condition)))
+  (#eq? @word "cfg") (#eq? @condition "test")) @test
 
 ; Bodies, and what a constant holds.
 (struct_item body: (field_declaration_list) @body) @of
@@ -40,6 +53,7 @@
 (const_item (visibility_modifier)) @exported
 (static_item (visibility_modifier)) @exported
 (mod_item (visibility_modifier)) @exported
+(attribute_item (attribute . (identifier) @word) (#eq? @word "macro_export")) @exporting
 
 (function_item body: (_) @local)
 (closure_expression body: (_) @local)

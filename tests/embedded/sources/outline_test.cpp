@@ -112,6 +112,19 @@ TEST(Outline, RustExportsWhatIsPubAndKeepsAttributes) {
               "f 1-3 public; S 4-4 public; a 4-4; E 5-5; V 5-5; T 6-6; m 6-6; C 7-7; m 8-8");
 }
 
+TEST(Outline, RustAttributesSayWhatIsPublicOrATest) {
+    const std::string text = "#[macro_export]\n/// Doc.\nmacro_rules! m { () => {} }\n#[cfg(test)] // c\n#[allow(x)]\n"
+                             "mod tests {\n  #[test]\n  fn a() {}\n}\n#[cfg(not(test))]\nfn b() {}\n"
+                             "#[tokio::test]\nasync fn c() {}\n#[cfg(all(test, unix))]\nimpl D {\n  fn d() {}\n}";
+    std::string regions;
+    for (const auto& [first, last] : outline("a.rs", text).test_regions) {
+        regions += std::to_string(first) + "-" + std::to_string(last) + " ";
+    }
+    EXPECT_EQ(regions, "4-9 12-13 14-17 ");
+    EXPECT_TRUE(outline("a.rs", "#![cfg(test)]\nfn a() {}").is_in_test(2));
+    EXPECT_TRUE(declaration("a.rs", text, "m").is_public);
+}
+
 TEST(Outline, JavaExportsWhatIsPublic) {
     EXPECT_EQ(declarations("A.java",
                            "@Ann\npublic class A {\n  static final int F = 1;\n  A() { int local; }\n  void m() {}\n}\n"
