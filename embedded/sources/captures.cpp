@@ -193,7 +193,7 @@ std::optional<NodeId> add_subject(const Match& match, Captures& captures) {
 }
 
 // Adds the parts that a match names of its subject.
-void add_parts(const Match& match, NodeId id, Captures& captures) {
+void add_parts(const Match& match, string_view text, NodeId id, Captures& captures) {
     CapturedNode& subject = captures.nodes[id];
     match.for_each_capture([&](string_view name, const TSNode& node) {
         const Bytes bytes = bytes_of(node);
@@ -207,6 +207,10 @@ void add_parts(const Match& match, NodeId id, Captures& captures) {
             subject.value = bytes;
         } else if (name == "docstring") {
             subject.docstring = bytes;
+        } else if (name == "part") {
+            subject.parts.push_back(node.id);
+        } else if (name == "named") {
+            subject.type_names.push_back(text_of(text, node));
         }
     });
 }
@@ -307,7 +311,7 @@ std::optional<Captures> captures_of(string_view text, const Language& language, 
     for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {
         if (const Match match(text, query, found); match.holds()) {
             if (const std::optional<NodeId> subject = add_subject(match, captures)) {
-                add_parts(match, *subject, captures);
+                add_parts(match, text, *subject, captures);
             }
             add_link(match, text, captures);
             add_names(match, captures);

@@ -43,6 +43,8 @@ struct CapturedNode {
     std::optional<std::uint32_t> body;  ///< where the first of its bodies begins
     std::optional<Bytes> value;
     std::optional<Bytes> docstring;
+    std::vector<NodeId> parts;  ///< types
+    std::vector<std::string_view> type_names;
     bool is_declaration = false;
     bool is_binding = false;
     bool is_namespace = false;

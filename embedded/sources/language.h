@@ -16,7 +16,9 @@
 //     @of            a declaration, or what else may have decorators, of which this match states no more than parts
 //     @body          where its body begins; the signature ends before it
 //     @value         what it is set to
-//     @callable      a declaration that holds something which can be called
+//     @callable      a declaration that holds something which can be called, or a type that can be
+//     @part          a type by which another one, or what is of that type, can be called
+//     @named         the same by its name
 //     @const         a declaration whose value stays
 //     @docstring     a string that documents the declaration from inside
 //     @comment       a comment; one that ends right above a declaration may document it

@@ -112,11 +112,11 @@ class OutlineReader {
             .is_variable = name.is_binding,
             .is_public = is_public,
             .is_marked = is_public && is_marked,
-            .is_callable = node.is_callable,
             .is_constant = node.is_const,
             .signature = signature(node, whole),
             .documentation = node.docstring ? prose_of_docstring(part(*node.docstring))
                                             : doc_comments_.above(around.whole.begin, whole.begin),
+            .type_names = {},
         };
         const bool is_version = language_.has_versions && !declarations.empty() &&
                                 declarations.back().name == declaration.name &&
@@ -124,8 +124,25 @@ class OutlineReader {
         if (is_version && declaration.documentation.empty()) {
             declaration.documentation = declarations.back().documentation;
         }
+        add_callability(name.node, declaration);
         declarations.push_back(std::move(declaration));
         last_end_ = whole.end;
+    }
+
+    // Adds whether a declaration can be called, and by which names, from its node and from the types that are part of it.
+    void add_callability(NodeId id, SourceDeclaration& declaration) const {
+        std::vector<NodeId> parts{id};
+        while (!parts.empty()) {
+            const auto found = nodes_.find(parts.back());
+            parts.pop_back();
+            if (found != nodes_.end()) {
+                const CapturedNode& node = found->second;
+                declaration.is_callable = declaration.is_callable || node.is_callable;
+                declaration.type_names.insert(declaration.type_names.end(), node.type_names.begin(),
+                                              node.type_names.end());
+                parts.insert(parts.end(), node.parts.begin(), node.parts.end());
+            }
+        }
     }
 
     // Whether nothing stands between the last declaration and what begins here.

@@ -36,10 +36,13 @@ struct SourceDeclaration {
     bool is_variable = false;   ///< whether it binds a name to a value
     bool is_public = false;     ///< whether the file makes it public, should it stand at the top or in a namespace
     bool is_marked = false;     ///< whether a mark on it, such as `export`, makes it public
-    bool is_callable = false;   ///< whether it is a variable without a kind that holds a function
+    bool is_callable = false;   ///< whether it is a type that can be called, or a variable without a kind that can be
     bool is_constant = false;   ///< whether it is a variable without a kind that is said to stay as it is
     std::string signature;      ///< its text up to the body, as many lines as that takes, without their common indent
     std::string documentation;  ///< its doc comment as prose; empty when it has none
+    /// Of a type, and of a variable without a kind: the names of types, each without its scope, by one of which it can be
+    /// called if that can be. `core.Parse<T> & Named` gives Parse and Named.
+    std::vector<std::string> type_names;
 };
 
 /// Lines of a file, 1-based, both inclusive.

@@ -34,8 +34,40 @@
 ]) @callable
 (public_field_definition value: (arrow_function body: (_) @body)) @of
 (type_alias_declaration value: (object_type) @body) @of
-(variable_declarator type: (type_annotation [(function_type) (constructor_type)])) @callable
-(variable_declarator type: (type_annotation (object_type . [(call_signature) (construct_signature)]))) @callable
+
+; What can be called: types of these forms, and what is of such a type, has one as a part or extends one.
+[(function_type) (constructor_type)] @callable
+(object_type [(call_signature) (construct_signature)]) @callable
+(interface_declaration body: (interface_body [(call_signature) (construct_signature)])) @callable
+(variable_declarator type: (type_annotation [
+  (type_identifier) @named
+  (nested_type_identifier name: (_) @named)
+  (generic_type name: [(type_identifier) @named (nested_type_identifier name: (_) @named)])
+  (_) @part
+])) @of
+(type_alias_declaration value: [
+  (type_identifier) @named
+  (nested_type_identifier name: (_) @named)
+  (generic_type name: [(type_identifier) @named (nested_type_identifier name: (_) @named)])
+  (_) @part
+]) @of
+(parenthesized_type [
+  (type_identifier) @named
+  (nested_type_identifier name: (_) @named)
+  (generic_type name: [(type_identifier) @named (nested_type_identifier name: (_) @named)])
+  (_) @part
+]) @of
+(intersection_type [
+  (type_identifier) @named
+  (nested_type_identifier name: (_) @named)
+  (generic_type name: [(type_identifier) @named (nested_type_identifier name: (_) @named)])
+  (_) @part
+]) @of
+(interface_declaration (extends_type_clause [
+  (type_identifier) @named
+  (nested_type_identifier name: (_) @named)
+  (generic_type name: [(type_identifier) @named (nested_type_identifier name: (_) @named)])
+])) @of
 
 ; What is public.
 (export_statement "=" (identifier) @export)

@@ -74,6 +74,28 @@ TEST(Outline, TypeScriptVariablesKnowWhatTheyHold) {
         "c 4-4 constant; d 4-4 constant; K 5-5; constructor 5-5; e 5-5; i 5-5");
 }
 
+TEST(Outline, TypeScriptTypesKnowWhetherTheyCanBeCalled) {
+    const auto callable = [](const std::string& text) {
+        const SourceDeclaration each = declaration("a.ts", text, "a");
+        std::string list = each.is_callable ? "yes" : "";
+        for (const std::string& name : each.type_names) {
+            list.append(list.empty() ? "" : " ").append(name);
+        }
+        return list;
+    };
+    EXPECT_EQ(callable("let a: (<A>(a: A) => A) & (() => 1)"), "yes");
+    EXPECT_EQ(callable("let a: (B)"), "B");
+    EXPECT_EQ(callable("const a: core.B<C> & D & { e: 1 }"), "B D");
+    EXPECT_EQ(callable("let a: { /** b */ (): 1 }"), "yes");
+    EXPECT_EQ(callable("let a: { b: () => 1 } | B"), "");
+    EXPECT_EQ(callable("type a = B & (abstract new () => 1)"), "yes B");
+    EXPECT_EQ(callable("type a = { b: 1; new (): 1 }"), "yes");
+    EXPECT_EQ(callable("type a = () => B"), "yes");
+    EXPECT_EQ(callable("interface a extends B<() => 1> { c: 1 }"), "B");
+    EXPECT_EQ(callable("interface a { b: () => 1; (): 1 }"), "yes");
+    EXPECT_EQ(callable("interface a { b: () => 1 }"), "");
+}
+
 TEST(Outline, JavaScriptExportsAsItsModulesAndAsCommonJsDo) {
     EXPECT_EQ(
         declarations("a.js", "const b = require('b')\nfunction f() {}\nfunction g() {}\nmodule.exports = { f, h: g }"),
