@@ -47,11 +47,17 @@ module.exports = (ts) => {
     return parts.map((part) => ts.getTextOfJSDocComment(part?.comment) ?? "").join("\n").trim();
   }
 
+  // A static member and one of instances that bear the same name, which some tell apart and others do not.
+  const namesakesOf = (node) => (ts.isClassElement(node)
+    ? node.parent.members.filter((each) => each.name && each.name.getText() === node.name?.getText())
+    : []);
+
   // The doc comment of the declaration; if it has none, those of others of its symbol, such as other overloads.
   function docsOf(node) {
     const own = ownDocOf(node);
     const others = (node.symbol?.declarations ?? []).map(ownDocOf).filter((doc) => doc);
-    return own || others.length === 0 ? [own] : others;
+    const namesakes = namesakesOf(node).map(ownDocOf);
+    return own ? [own] : others.length ? others : ["", ...namesakes];
   }
 
   function linesOf(node) {

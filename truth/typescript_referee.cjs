@@ -161,12 +161,21 @@ function symbolNamed(identifier) {
     : checker.getSymbolAtLocation(identifier);
 }
 
+// The declaration of ours that a symbol stands for. One that shares its name with a `@typedef` is still that which the
+// file exports.
+function declaredBy(symbol) {
+  const declarations = (symbol?.declarations ?? []).flatMap((node) => (ts.isExportSpecifier(node)
+    ? checker.getExportSpecifierLocalTargetSymbol(node)?.declarations ?? []
+    : [node]));
+  return declarations.map((node) => byNode.get(node)).find((each) => each);
+}
+
 function countUses(file) {
   const visit = (node) => {
     if (ts.isIdentifier(node)) {
       let symbol = symbolNamed(node);
       if (symbol && symbol.flags & ts.SymbolFlags.Alias) symbol = checker.getAliasedSymbol(symbol);
-      const used = (symbol?.declarations ?? []).map((each) => byNode.get(each)).find((each) => each);
+      const used = declaredBy(symbol);
       if (used && used.file !== file) {
         const isDoubtful = ts.isShorthandPropertyAssignment(node.parent) || node.text === "default";
         const uses = isDoubtful ? used.doubtful : used.uses;
