@@ -19,21 +19,21 @@ def top_level(statements):
 
 
 class Text:
-    """The text of a file by the places that its nodes have: lines from 1, columns in bytes."""
+    """The text of a file, without its comments, by the places that nodes have: lines from 1, columns in bytes."""
 
     def __init__(self, source):
         self.lines = source.splitlines(keepends=True)
-        self.colons = list(self._colons(source))
-
-    def _colons(self, source):
-        """The colons outside of brackets: (line, column)."""
+        self.colons = []  # those outside of brackets: (line, column)
         depth = 0
         for token in tokenize.tokenize(io.BytesIO(source).readline):
-            if token.type == tokenize.OP:
+            line, column = token.start
+            place = line, len(token.line[:column].encode())
+            if token.type == tokenize.COMMENT:
+                self.lines[line - 1] = self.lines[line - 1][:place[1]] + b"\n"
+            elif token.type == tokenize.OP:
                 depth += (token.string in "([{") - (token.string in ")]}")
                 if token.string == ":" and depth == 0:
-                    line, column = token.start
-                    yield line, len(token.line[:column].encode())
+                    self.colons.append(place)
 
     def between(self, begin, end):
         (first, column), (last, end_column) = begin, end

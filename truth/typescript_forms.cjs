@@ -32,11 +32,17 @@ module.exports = (ts) => {
     return isLong ? node.initializer.getStart(file) : wholeOf(node).getEnd();
   }
 
+  const tokensOf = (node, file) => (node.getChildCount(file)
+    ? node.getChildren(file).filter((child) => !ts.isJSDoc(child)).flatMap((child) => tokensOf(child, file))
+    : [node]);
+
+  // What a declaration says up to its body: its tokens, with a blank where something stands between them.
   function headOf(node) {
     const file = node.getSourceFile();
     const end = endOfHead(node);
-    const last = ts.findPrecedingToken(end, file).getEnd(); // without the comments before a body
-    return file.text.slice(wholeOf(node).getStart(file), Math.min(end, last)).replace(/(=>|[=:{;,])$/, "").trim();
+    const texts = tokensOf(wholeOf(node), file).filter((token) => token.getEnd() <= end).map((token) =>
+      (token.getStart(file) > token.getFullStart() ? " " : "") + token.getText(file));
+    return texts.join("").replace(/(=>|[=:{;,])$/, "").trim();
   }
 
   const DESCRIBING = /^(brief|details|desc|description|overview|remarks|summary)$/i;
