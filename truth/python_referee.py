@@ -282,9 +282,7 @@ def note_on(path, declaration):
     slots = DECLARATIONS[path].get(f"{scope}.__slots__")
     if slots and name in {getattr(part, "value", None) for node in slots["nodes"] for part in ast.walk(node)}:
         return "in __slots__"
-    if name in IN_THE_LANGUAGE:
-        return "in the language"
-    return "also imported" if not scope and name in MODULES[path].imported else ""
+    return "in the language" if name in IN_THE_LANGUAGE else ""
 
 
 def told(path, declaration):

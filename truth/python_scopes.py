@@ -31,7 +31,6 @@ class Bindings:
     def __init__(self, nodes, origins_of, arguments=(), is_class=False):
         self.names = {}
         self.lines = {}  # where each is bound first
-        self.imported = set()
         self.stars = []
         self.is_class = is_class
         for name in arguments:
@@ -43,7 +42,6 @@ class Bindings:
                     if name == "*":
                         self.stars.append(origin)
                     else:
-                        self.imported.add(name)
                         self.add(name, origin or OTHER, node.lineno)
             elif isinstance(node, ast.Name) and not isinstance(node.ctx, ast.Load):
                 self.add(node.id, OTHER, node.lineno)
