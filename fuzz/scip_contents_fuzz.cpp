@@ -156,7 +156,7 @@ void check_scip(const std::string& path) {
         for (const auto& [name, file] : contents.files) {
             documents += static_cast<std::int64_t>(file.documents);
             check_file(file, contents);
-            rows.push_back(rows_of(name, file, contents, homes, nullptr));
+            rows.push_back(rows_of(name, file, contents, homes, {}, nullptr));
             check_rows(rows.back(), spool);
         }
         promise(documents == read, "a document belongs to a file or is unusable");

@@ -131,7 +131,7 @@ std::string_view kind_of_term(std::span<const Descriptor> descriptors, const Des
     if (is_member(descriptors)) {
         return description.is_enum_member ? "constant" : "attribute";
     }
-    if (description.holds_callable || hints.is_callable) {
+    if (description.callable.can_be_called || hints.is_callable) {
         return "function";
     }
     const bool is_loud = std::ranges::none_of(descriptors.back().name,

@@ -27,8 +27,8 @@ bool is_declaration(const Descriptor& symbol, SymbolKind kind);
 
 /// What the source says of a declaration.
 struct SourceHints {
-    std::string_view kind;  ///< empty where it leaves that open, as of most variables
-    bool is_callable = false;
+    std::string_view kind;     ///< empty where it leaves that open, as of most variables
+    bool is_callable = false;  ///< also where a type says so that is declared elsewhere in the index
     bool is_constant = false;
 };
 

@@ -1,7 +1,5 @@
 #include "embedded/scip/description.h"
 
-#include "embedded/scip/signature.h"
-
 namespace embedded::scip {
 
 namespace {
@@ -42,7 +40,9 @@ void Description::add(const SymbolInformation& information, TextSpool& spool) {
         type_kind = type_kind_of(words.keyword);
         is_enum_member = words.is_enum_member;
         is_constant = words.is_const;
-        holds_callable = scip::holds_callable(explanation.signature);
+        if (information.symbol.ends_with('.') && !information.symbol.ends_with(").")) {
+            callable = callable_type_of(explanation.signature);
+        }
         is_public = words.is_public;
         is_restricted = words.is_restricted;
     }

@@ -4,6 +4,7 @@
 #include "embedded/files/text_spool.h"
 #include "embedded/scip/kind.h"
 #include "embedded/scip/reader.h"
+#include "embedded/scip/signature.h"
 
 #include <string>
 #include <string_view>
@@ -20,7 +21,7 @@ struct Description {
     std::string_view type_kind;  ///< class, interface, enum, struct or type; empty when it says none of these
     bool is_enum_member = false;
     bool is_constant = false;
-    bool holds_callable = false;
+    CallableType callable;       ///< of a variable
     bool is_public = false;      ///< by a modifier
     bool is_restricted = false;  ///< by a modifier
 

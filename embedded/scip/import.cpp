@@ -89,10 +89,11 @@ Gathered gather(Contents contents, const sources::Sources& sources, const Steps&
     Gathered gathered{.contents = std::move(contents), .rows = {}, .content_hashes = {}, .shared_summaries = {}};
     std::vector<std::string> summaries;
     const Homes homes(gathered.contents);
+    const CallableTypes callable_types(sources);
     for (const auto& [path, file] : gathered.contents.files) {
         const auto found = sources.find(path);
         const sources::Source* const source = found == sources.end() ? nullptr : &found->second;
-        FileRows rows = rows_of(path, file, gathered.contents, homes, source);
+        FileRows rows = rows_of(path, file, gathered.contents, homes, callable_types, source);
         if (source == nullptr) {
             report.unread.add(path);
         } else {
@@ -101,6 +102,10 @@ Gathered gather(Contents contents, const sources::Sources& sources, const Steps&
             if (!source->outline && sources::language_of(language_of(file.language, path), path) != nullptr) {
                 report.unparsed.add(path);
             }
+        }
+        if (source != nullptr && source->outline && source->outline->is_damaged) {
+            report.damaged.add(path);
+            report.out_of_damage += rows.out_of_damage;
         }
         if (rows.has_moved) {
             report.moved.add(path);

@@ -57,7 +57,9 @@ struct ImportReport {
     Examples lost_tests;       ///< test files that refer to things, but to nothing in any other file
     Examples unread;           ///< files whose source is not there, or cannot be read
     Examples unparsed;  ///< files of a language that is understood whose source has no outline (sources/outline.h)
-    Examples moved;     ///< files whose source is another one than that which was indexed
+    Examples damaged;   ///< files of which a part of the source does not parse
+    std::int64_t out_of_damage = 0;  ///< declarations there with the lines and signature that the SCIP file gives
+    Examples moved;                  ///< files whose source is another one than that which was indexed
 };
 
 }  // namespace embedded::scip

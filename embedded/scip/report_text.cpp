@@ -73,6 +73,8 @@ void write_findings(std::ostream& out, const ImportReport& report) {
               "; name the folder that was indexed with --checkout"),
         about(report.unparsed, "Sources that are too large, too hard to parse or no UTF-8, and were not looked into",
               ""),
+        about(report.damaged, "Sources of which a part does not parse",
+              "; " + counted(report.out_of_damage, "declaration") + " there took lines and signature from the indexer"),
         about(report.moved, "Sources that have changed since they were indexed", "; index them again"),
     };
     for (const std::string& line : lines) {

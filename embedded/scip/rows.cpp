@@ -44,8 +44,9 @@ bool is_public_by_signature(std::string_view language, const Description& descri
 class FileReader {
   public:
     FileReader(const std::string& path, const FileContents& file, const Contents& contents, const Homes& homes,
-               const Source* source)
-        : path_(path), file_(file), contents_(contents), homes_(homes), source_(source) {}
+               const CallableTypes& callable_types, const Source* source)
+        : path_(path), file_(file), contents_(contents), homes_(homes), callable_types_(callable_types),
+          source_(source) {}
 
     FileRows rows() {
         add_candidates();
@@ -140,14 +141,17 @@ class FileReader {
         // The source declares a parameter only where it is a property of its class, too.
         const bool is_property = descriptors.back().suffix == Suffix::PARAMETER && found != nullptr &&
                                  found->position == *candidate.best.name;
-        if (!is_property && !is_declaration(descriptors.back(), described.kind)) {
+        const bool is_in_test = outline() != nullptr && outline()->is_in_test(row.lines.first);
+        if (is_in_test || (!is_property && !is_declaration(descriptors.back(), described.kind))) {
             return row;
         }
         row.signature = described.signature;
         row.documentation = described.documentation;
         SourceHints hints;
+        hints.is_callable = callable_types_.hold_one_of(described.callable.if_one_can);
         if (found != nullptr) {
-            hints = {found->kind, found->is_callable, found->is_constant};
+            const bool is_callable = found->is_callable || callable_types_.hold_one_of(found->type_names);
+            hints = {found->kind, hints.is_callable || is_callable, found->is_constant};
             row.signature = source_->texts[*candidate.best.in_source].signature;
             row.documentation = source_->texts[*candidate.best.in_source].documentation;
             row.documentation = row.documentation.empty() ? candidate.documentation : row.documentation;
@@ -169,7 +173,8 @@ class FileReader {
             return candidate.best.in_source
                        ? outline()->declarations[*candidate.best.in_source].is_public
                        : outline()->public_names.contains(written(candidate.parts.descriptors.back().name),
-                                                          candidate.best.lines.first);
+                                                          candidate.best.name ? candidate.best.name->line
+                                                                              : candidate.best.lines.first);
         }
         const bool is_there = source_ != nullptr;
         return !is_there || is_public_by_signature(language_of(file_.language, path_), description(candidate.symbol));
@@ -272,6 +277,8 @@ class FileReader {
         std::unordered_map<std::size_t, std::uint32_t> rows;  // by group
         for (const std::size_t place : places) {
             rows.emplace(root(place), static_cast<std::uint32_t>(result_.rows.size()));
+            const bool is_damaged = outline() != nullptr && outline()->is_damaged;
+            result_.out_of_damage += is_damaged && !candidates_[place].best.in_source ? 1 : 0;
             result_.rows.push_back(candidates_[place].row);
         }
         add_declared(rows);
@@ -304,6 +311,7 @@ class FileReader {
     const FileContents& file_;
     const Contents& contents_;
     const Homes& homes_;
+    const CallableTypes& callable_types_;
     const Source* source_;
     std::vector<Candidate> candidates_;
     FileRows result_;
@@ -328,8 +336,8 @@ bool Homes::counts(const Definition& definition, const FileContents& file) const
 }
 
 FileRows rows_of(const std::string& path, const FileContents& file, const Contents& contents, const Homes& homes,
-                 const sources::Source* source) {
-    return FileReader(path, file, contents, homes, source).rows();
+                 const CallableTypes& callable_types, const sources::Source* source) {
+    return FileReader(path, file, contents, homes, callable_types, source).rows();
 }
 
 }  // namespace embedded::scip

@@ -4,6 +4,7 @@
 // it is there and says so.
 #pragma once
 
+#include "embedded/scip/callable_types.h"
 #include "embedded/scip/contents.h"
 #include "embedded/scip/line_range.h"
 #include "embedded/sources/source_reader.h"
@@ -41,6 +42,7 @@ struct FileRows {
     std::vector<DeclaredSymbol> declared;  ///< every symbol that leads to a row, once
     std::vector<SymbolNumber> modules;     ///< the symbols that stand for the file itself
     std::int32_t line_count = 1;           ///< of the file
+    std::int64_t out_of_damage = 0;        ///< rows that a source does not hold of which a part does not parse
     bool has_moved = false;  ///< whether the source is not the one that was indexed: a declaration is elsewhere in it
 };
 
@@ -58,6 +60,6 @@ class Homes {
 
 /// The rows of a file. `source` is null when the source could not be read.
 FileRows rows_of(const std::string& path, const FileContents& file, const Contents& contents, const Homes& homes,
-                 const sources::Source* source);
+                 const CallableTypes& callable_types, const sources::Source* source);
 
 }  // namespace embedded::scip

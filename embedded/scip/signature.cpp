@@ -86,6 +86,48 @@ std::optional<string_view> behind_brackets(string_view text) {
     return std::nullopt;
 }
 
+// "A<B & C> & D" -> "A<B & C>", "D"
+std::vector<string_view> parts_of_intersection(string_view type) {
+    std::vector<string_view> parts;
+    std::size_t begin = 0;
+    int depth = 0;
+    for (std::size_t at = 0; at < type.size(); ++at) {
+        const bool is_arrow = at > 0 && type.substr(at - 1).starts_with("=>");
+        depth += string_view("([{<").find(type[at]) != string_view::npos ? 1 : 0;
+        depth -= string_view(")]}>").find(type[at]) != string_view::npos && !is_arrow ? 1 : 0;
+        if (type[at] == '&' && depth == 0) {
+            parts.push_back(trimmed(type.substr(begin, at - begin)));
+            begin = at + 1;
+        }
+    }
+    parts.push_back(trimmed(type.substr(begin)));
+    return parts;
+}
+
+// Whether a type that is no intersection is that of a function, or of an object that can be called.
+bool can_be_called(string_view type) {
+    if (type.starts_with('(')) {
+        const std::optional<string_view> rest = behind_brackets(type);
+        const bool is_in_brackets = rest && trimmed(*rest).empty();
+        return is_in_brackets ? can_be_called(trimmed(type.substr(1, type.size() - 2)))
+                              : rest && trimmed_begin(*rest).starts_with("=>");  // one that is cut short says nothing
+    }
+    if (type.starts_with('{')) {
+        type = trimmed_begin(type.substr(1));
+        return type.starts_with('(') || type.starts_with('<');
+    }
+    return type.starts_with('<') || take_word(type) == "new";
+}
+
+// "a.B<C>" -> "B"; empty for a type that is no name.
+string_view name_of_type(string_view type) {
+    const string_view name = type.substr(0, type.find('<'));
+    const bool is_name = std::ranges::all_of(
+        name, [](char character) { return is_word(character) || character == '.' || character == '$'; });
+    const bool ends = name.size() == type.size() || type.ends_with('>');
+    return is_name && ends ? name.substr(name.rfind('.') + 1) : string_view();
+}
+
 }  // namespace
 
 Explanation explanation_of(const SymbolInformation& information) {
@@ -130,21 +172,19 @@ SignatureWords words_of(string_view signature) {
     return words;
 }
 
-bool holds_callable(string_view signature) {
+CallableType callable_type_of(string_view signature) {
+    CallableType callable;
     const std::size_t colon = signature.find(':');
     if (colon == string_view::npos) {
-        return false;
+        return callable;
     }
-    string_view type = trimmed_begin(signature.substr(colon + 1));
-    if (type.starts_with('(')) {
-        const std::optional<string_view> rest = behind_brackets(type);
-        return rest && trimmed_begin(*rest).starts_with("=>");  // one that is cut short says nothing
+    for (const string_view part : parts_of_intersection(signature.substr(colon + 1))) {
+        callable.can_be_called = callable.can_be_called || can_be_called(part);
+        if (const string_view name = name_of_type(part); !name.empty()) {
+            callable.if_one_can.emplace_back(name);
+        }
     }
-    if (type.starts_with('{')) {
-        type = trimmed_begin(type.substr(1));
-        return type.starts_with('(') || type.starts_with('<');
-    }
-    return type.starts_with('<') || take_word(type) == "new";
+    return callable;
 }
 
 }  // namespace embedded::scip

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace embedded::scip {
 
@@ -27,13 +28,20 @@ struct SignatureWords {
 
 SignatureWords words_of(std::string_view signature);
 
-/// Whether what a variable holds can be called, by the type behind the first colon of its signature:
+/// What the type behind the first colon of a variable's signature says of calling what it holds.
 ///
-///     const f: (a: number) => string     yes
-///     const f: <T>(a: T) => T            yes
-///     const f: { (a: number): string }   yes
-///     const f: new () => Error           yes
-///     const a: (string | number)[]       no
-bool holds_callable(std::string_view signature);
+///     const f: (a: number) => string      it can be called
+///     const f: <T>(a: T) => T             it can be called
+///     const f: { (a: number): string }    it can be called
+///     const f: new () => Error            it can be called
+///     const f: (<T>(a: T) => T) & Named   it can be called
+///     const f: core.Parse<T> & Named      if Parse or Named can
+///     const a: (string | number)[]        it cannot be called
+struct CallableType {
+    bool can_be_called = false;
+    std::vector<std::string> if_one_can;  ///< the names of types, each without its scope
+};
+
+CallableType callable_type_of(std::string_view signature);
 
 }  // namespace embedded::scip

@@ -144,6 +144,49 @@ TEST_F(ScipImport, AFunctionInAMethodIsNoMethodOfItsClass) {
     EXPECT_EQ(declarations(), "A class 1-4 public; m method 2-4; g attribute 4-4");
 }
 
+TEST_F(ScipImport, AConstantWhoseTypeCanBeCalledIsAFunction) {
+    folder.write("checkout/t.ts", "export interface Parse { (a: 1): 2 }\nexport type Alias = Parse & { b: 1 }\n"
+                                  "export type Two = () => 1\nexport interface No {}\n");
+    folder.write("checkout/u.ts", "export type Two = 1\n");
+    folder.write("checkout/a.ts", "const a: Parse = x\nconst b: t.Alias & No = x\nconst c: Two = x\nconst d: No = x\n"
+                                  "const e: (<A>(a: A) => A) & No = x\nconst f = x\n");
+    ScipDocument constants("a.ts");
+    for (const char* const name : {"a", "b", "c", "d", "e", "f"}) {
+        constants.defines(symbol(std::string(name) + "."), {name[0] - 'a', 6, 7});
+    }
+    constants.describes(symbol("f."), {.signature = "const f: Alias"});
+    import_with_sources({constants, ScipDocument("t.ts"), ScipDocument("u.ts")});
+    EXPECT_EQ(rows("SELECT name || ' ' || kind AS row FROM symbols ORDER BY name"),
+              "a function; b function; c constant; d constant; e function; f function");
+}
+
+TEST_F(ScipImport, WhatDoesNotParseMakesNothingPublicAndIsReported) {
+    folder.write("checkout/a.ts",
+                 "export function f() {}\nfunction g() {}\n<<<<<<< HEAD\nexport const h = (((\nconst i = {{{\n");
+    const ImportReport report = import_with_sources({ScipDocument("a.ts")
+                                                         .defines(F, {0, 16, 17})
+                                                         .defines(G, {1, 9, 10})
+                                                         .defines(symbol("h."), {3, 13, 14})
+                                                         .defines(symbol("i."), {4, 6, 7})});
+    EXPECT_EQ(rows("SELECT name AS row FROM symbols WHERE is_export ORDER BY name"), "f; h");
+    EXPECT_EQ(report.damaged.first, std::vector<std::string>{"a.ts"});
+    EXPECT_EQ(report.out_of_damage, 3);
+}
+
+TEST_F(ScipImport, WhatIsCompiledForTestsAloneIsNoProductionCode) {
+    folder.write("checkout/a.rs",
+                 "pub fn f() {}\n#[cfg(test)]\nmod tests {\n  fn g() { f() }\n}\npub fn h() { f() }\n");
+    const ImportReport report = import_with_sources({ScipDocument("a.rs")
+                                                         .defines(F, {0, 7, 8})
+                                                         .defines(symbol("tests/g()."), {3, 5, 6})
+                                                         .occurs(F, 0, {3, 11, 12})
+                                                         .defines(symbol("h()."), {5, 7, 8})
+                                                         .occurs(F, 0, {5, 13, 14})});
+    EXPECT_EQ(declarations(), "f function 1-1 public; h function 6-6 public");
+    EXPECT_EQ(edges(), "a.rs 1 local 1");
+    EXPECT_EQ(report.references_in_test_code, 1);
+}
+
 TEST_F(ScipImport, TheDocumentationOfAnOverloadIsThatOfAll) {
     folder.write("checkout/a.ts",
                  "/** Does. */\nexport function f(): 1;\nconst a = 1\nexport function f(b?: 1) {\n}\n");
