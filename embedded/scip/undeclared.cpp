@@ -26,7 +26,18 @@ Suffix suffix_of(const SourceDeclaration& declaration) {
     return declaration.is_variable || declaration.kind == "constant" ? Suffix::TERM : Suffix::TYPE;
 }
 
-// What the documents of a file define in its module.
+// The names of what Python itself declares, as far as documents mention it.
+std::set<std::string, std::less<>> built_in_names(const SymbolTable& symbols) {
+    std::set<std::string, std::less<>> names;
+    for (SymbolNumber symbol = 0; symbol < symbols.size(); ++symbol) {
+        if (const std::string_view text = symbols.symbol(symbol); is_built_in(text)) {
+            names.insert(parse_symbol(text).value().descriptors.back().name);
+        }
+    }
+    return names;
+}
+
+// What the documents of a file define in a module or a type.
 class DefinedNames {
   public:
     DefinedNames(const FileContents& file, std::string_view scope, const SymbolTable& symbols) {
@@ -98,6 +109,7 @@ class LocalReferences {
 
 UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sources) {
     const Modules modules(contents, sources);
+    const std::set<std::string, std::less<>> built_in = built_in_names(contents.symbols);
     UndeclaredByFile undeclared;
     for (auto& [path, file] : contents.files) {
         const auto source = sources.find(path);
@@ -105,20 +117,38 @@ UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sour
         if (!module || source == sources.end() || !source->second.outline || source->second.outline->is_damaged) {
             continue;
         }
+        const Outline& outline = *source->second.outline;
         const std::string scope(scope_of_module(contents.symbols.symbol(*module)));
-        DefinedNames defined(file, scope, contents.symbols);
-        for (const SourceDeclaration& each : source->second.outline->declarations) {
-            const bool is_of_module =
-                each.is_at_top && (each.is_variable || !each.kind.empty()) && each.kind != "attribute";
-            if (is_of_module && defined.add(each)) {
-                const SymbolNumber symbol =
-                    contents.symbols.number(scope + spelled({each.name, suffix_of(each)})).value();
-                file.definitions.push_back({.symbol = symbol,
-                                            .lines = {each.first_line, each.last_line},
-                                            .is_whole = true,
-                                            .is_forward = false,
-                                            .name = each.position});
-                undeclared[path].push_back({each.position, symbol});
+        const auto declare = [&](const SourceDeclaration& each, const std::string& text) {
+            const SymbolNumber symbol = contents.symbols.number(text).value();
+            file.definitions.push_back({.symbol = symbol,
+                                        .lines = {each.first_line, each.last_line},
+                                        .is_whole = true,
+                                        .is_forward = false,
+                                        .name = each.position});
+            undeclared[path].push_back({each.position, symbol});
+        };
+        DefinedNames of_module(file, scope, contents.symbols);
+        std::map<std::string, DefinedNames> of_classes;  // by the symbol of the class
+        std::vector<const SourceDeclaration*> classes;   // around the current declaration, from the outside in
+        for (const SourceDeclaration& each : outline.declarations) {
+            while (!classes.empty() && classes.back()->last_line < each.first_line) {
+                classes.pop_back();
+            }
+            if (each.kind == "class") {
+                classes.push_back(&each);
+            }
+            const bool is_attribute = each.kind == "attribute";
+            if (each.is_at_top && (each.is_variable || !each.kind.empty()) && !is_attribute && of_module.add(each)) {
+                declare(each, scope + spelled({each.name, suffix_of(each)}));
+            }
+            const bool is_of_class = is_attribute && !classes.empty() && classes.back()->is_at_top;
+            if (is_of_class && (outline.slots.contains(each.name) || built_in.contains(each.name))) {
+                const std::string inner = scope + spelled({classes.back()->name, Suffix::TYPE});
+                DefinedNames& known = of_classes.try_emplace(inner, file, inner, contents.symbols).first->second;
+                if (known.add(each)) {
+                    declare(each, inner + spelled({each.name, Suffix::TERM}));
+                }
             }
         }
     }

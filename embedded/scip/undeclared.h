@@ -1,8 +1,8 @@
-// What sources declare at the top of a file and its documents do not.
+// What sources declare and their documents do not.
 //
 // scip-typescript calls a name local that comes out of an object or an array (`export const { useUser } = api`), and
-// scip-python takes a class that bears a name of the language for the language's own. The source says that it is a
-// declaration of its file.
+// scip-python takes a class or an attribute that bears a name of the language for the language's own, and an attribute
+// that `__slots__` lists for its class. The source says that it is a declaration.
 #pragma once
 
 #include "embedded/files/checkout.h"
@@ -25,7 +25,7 @@ struct Undeclared {
 using UndeclaredByFile = std::map<std::string, std::vector<Undeclared>, std::less<>>;
 
 /// Adds to each file of a language whose files are modules a definition for every declaration at the top of its source
-/// for which it has none. A source that is damaged adds nothing.
+/// for which it has none, and for such attributes of its classes. A source that is damaged adds nothing.
 UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sources);
 
 /// Counts the references to these within their own files, where documents call them local: reads again the documents

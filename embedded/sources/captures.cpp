@@ -286,6 +286,8 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
             captures.local.push_back(bytes);
         } else if (name == "export") {
             captures.exports.emplace(text_of(text, node));
+        } else if (name == "slot") {
+            captures.slots.emplace(text_of(text, node));
         } else if (name == "list") {
             captures.has_list = true;
         } else if (name == "module") {

@@ -82,6 +82,7 @@ struct Captures {
     std::vector<Bytes> mentions;
     std::unordered_set<std::uint32_t> unmentioned;  ///< where they begin
     std::unordered_set<std::string> exports;
+    std::unordered_set<std::string> slots;
     bool has_list = false;
     bool is_module = false;
     bool is_damaged = false;  ///< whether a part of the text does not parse

@@ -33,6 +33,7 @@
 //                    itself; @from, in the same match, is how the file names the module
 //     @passed        the same, and the file exports it; without @from it is the @original of the file itself
 //     @all           how the file names a module all of whose names it passes on
+//     @slot          the name of an attribute that a class lists
 //     @mention       a name that is looked up in the scopes around it, unless it is @unmentioned, too
 //     @bound         a name that the scope around it binds, but not by a link
 //     @scope         what has names of its own; several in one match are one, with all between them

@@ -45,7 +45,8 @@ class OutlineReader {
           comments_(std::move(captures.comments)), doc_comments_(text, language, comments_, decorators_),
           exporting_(std::move(captures.exporting)), testing_(std::move(captures.testing)),
           visible_(std::move(captures.visible)), hidden_(std::move(captures.hidden)), local_(std::move(captures.local)),
-          tests_(std::move(captures.tests)), public_names_(text, language, captures), is_damaged_(captures.is_damaged) {
+          tests_(std::move(captures.tests)), slots_(std::move(captures.slots)), public_names_(text, language, captures),
+          is_damaged_(captures.is_damaged) {
         count_mentions(text, captures);
         for (CapturedLink& each : captures.links) {
             links_.push_back(std::move(each.link));
@@ -62,7 +63,8 @@ class OutlineReader {
                         .links = std::move(links_),
                         .line_count = line_of(last_byte(text_.size())),
                         .is_damaged = is_damaged_,
-                        .test_regions = test_regions()};
+                        .test_regions = test_regions(),
+                        .slots = std::move(slots_)};
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
@@ -221,6 +223,7 @@ class OutlineReader {
     Regions local_;
     std::vector<Bytes> tests_;
     std::vector<Link> links_;
+    std::unordered_set<std::string> slots_;
     PublicNames public_names_;
     std::unordered_set<NodeId> public_namespaces_;  // of those that have been read
     bool is_damaged_;

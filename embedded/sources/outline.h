@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace embedded::sources {
@@ -54,10 +55,11 @@ struct Lines {
 struct Outline {
     std::vector<SourceDeclaration> declarations;  ///< by the position of their names, one for each
     PublicNames public_names;
-    std::vector<Link> links;          ///< in no order
-    std::int32_t line_count = 0;      ///< at least 1
-    bool is_damaged = false;          ///< whether a part of the text does not parse, and may hold more
-    std::vector<Lines> test_regions;  ///< what the language compiles for tests alone
+    std::vector<Link> links;                ///< in no order
+    std::int32_t line_count = 0;            ///< at least 1
+    bool is_damaged = false;                ///< whether a part of the text does not parse, and may hold more
+    std::vector<Lines> test_regions;        ///< what the language compiles for tests alone
+    std::unordered_set<std::string> slots;  ///< the names of attributes that classes list
 
     [[nodiscard]] bool is_in_test(std::int32_t line) const {
         return std::ranges::any_of(test_regions,

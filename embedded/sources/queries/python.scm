@@ -4,9 +4,10 @@
 (assignment left: (identifier) @name) @binding
 (assignment left: (pattern_list (identifier) @name)) @binding
 (assignment left: (tuple_pattern (identifier) @name)) @binding
-(assignment left: (attribute object: (identifier) attribute: (_) @name)) @attribute
-(assignment left: (pattern_list (attribute object: (identifier) attribute: (_) @name))) @attribute
-(assignment left: (tuple_pattern (attribute object: (identifier) attribute: (_) @name))) @attribute
+(assignment left: (attribute object: (identifier) attribute: (_) @name)) @declaration
+(assignment left: (pattern_list (attribute object: (identifier) attribute: (_) @name))) @declaration
+(assignment left: (tuple_pattern (attribute object: (identifier) attribute: (_) @name))) @declaration
+(assignment left: (attribute object: (identifier) @self attribute: (_) @name) (#eq? @self "self")) @attribute
 (type_alias_statement . (type (identifier) @name)) @binding @type
 
 ; What stands in a class.
@@ -63,6 +64,13 @@
 (import_from_statement
   module_name: (_) @from name: (aliased_import name: (dotted_name (identifier) @original) alias: (_) @passed))
 (import_from_statement module_name: (_) @all (wildcard_import))
+
+; What a class says that it has.
+(class_definition body: (block (expression_statement (assignment left: (identifier) @slots right: [
+    (tuple (string (string_content) @slot))
+    (list (string (string_content) @slot))
+    (string (string_content) @slot)
+  ]))) (#eq? @slots "__slots__"))
 
 ; Where its names mean what.
 (function_definition parameters: (_) @scope body: (_) @scope)

@@ -219,6 +219,19 @@ TEST_F(ScipImport, WhatComesOutOfAnObjectIsADeclarationOfItsFile) {
     EXPECT_EQ(edges(), "a.ts 1 local 2; a.ts 2 local 1; b.ts 1 import 2; b.ts 2 import 2");
 }
 
+TEST_F(ScipImport, AttributesThatScipPythonTakesForSomethingElseAreDeclaredByTheSource) {
+    const std::string type = "scip-python python python-stdlib 3.11 builtins/type#";
+    folder.write("checkout/a.py",
+                 "class A:\n  __slots__ = ('x', 'y')\n  type: str\n  def f(self):\n    self.x = self.z = 1\n"
+                 "    self.x = other.y = 2\n");
+    import_with_sources({ScipDocument("a.py")
+                             .defines(symbol("a/__init__:"), {0, 0, 0})
+                             .defines(symbol("a/A#"), {0, 6, 7})
+                             .occurs(type, 0, {2, 2, 6})
+                             .defines(symbol("a/A#f()."), {3, 6, 7})});
+    EXPECT_EQ(declarations(), "A class 1-6 public; type attribute 3-3; f method 4-6; x attribute 5-5");
+}
+
 TEST_F(ScipImport, NotesTheSummariesThatMoreThanThreeFilesShare) {
     for (const char* const file : {"a.ts", "b.py", "c.ts", "d.txt"}) {
         folder.write(std::string("checkout/") + file, "\xEF\xBB\xBF# Formats\r\n# dates.\r\n\r\n# More.\r\n");
