@@ -1,6 +1,7 @@
 #include "embedded/page/caveats.h"
 
 #include "embedded/text/counted.h"
+#include "embedded/text/split_lines.h"
 
 #include <algorithm>
 #include <utility>
@@ -26,19 +27,36 @@ bool are_all(storage::Database& db, std::span<const std::string> paths) {
     return !paths.empty() && db.count_files(std::ssize(paths) + 1) == std::ssize(paths);
 }
 
+// Adds a remark on each of the first files, and one on how many more there are.
+void add_remarks_on_files(std::span<const models::Text> paths, const std::string& remark, const std::string& on_more,
+                          std::vector<std::string>& remarks) {
+    constexpr std::size_t NAMED = 5;
+    for (const models::Text& path : paths.first(std::min(paths.size(), NAMED))) {
+        remarks.push_back(std::string(path) + remark);
+    }
+    if (paths.size() > NAMED) {
+        remarks.push_back("... and " + counted(static_cast<std::int64_t>(paths.size() - NAMED), "more file") + on_more);
+    }
+}
+
+// The paths that the index notes as those of files with damage.
+std::set<std::string, std::less<>> noted_damage(storage::Database& db) {
+    const std::string note = db.noted("damaged");
+    std::set<std::string, std::less<>> paths;
+    for (const std::string_view path : split_lines(note)) {
+        paths.emplace(path);
+    }
+    return paths;
+}
+
 }  // namespace
 
 std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& checkout) {
-    constexpr std::size_t NAMED = 5;
     std::vector<std::string> remarks;
-    const std::size_t count = caveats.changed.size();
-    for (const models::Text& path : std::span(caveats.changed).first(std::min(count, NAMED))) {
-        remarks.push_back(std::string(path) + ": changed since it was indexed; its lines may be off; index again");
-    }
-    if (count > NAMED) {
-        remarks.push_back("... and " + counted(static_cast<std::int64_t>(count - NAMED), "more file") +
-                          " changed since indexed; index again");
-    }
+    add_remarks_on_files(caveats.changed, ": changed since it was indexed; its lines may be off; index again",
+                         " changed since indexed; index again", remarks);
+    add_remarks_on_files(caveats.damaged, ": a part of it does not parse; lines and signatures there are the indexer's",
+                         " with parts that do not parse", remarks);
     if (caveats.has_no_sources) {
         remarks.push_back(checkout +
                           ": holds none of the page's files; name the folder that was indexed with --checkout");
@@ -51,7 +69,8 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
 }
 
 WatchfulReader::WatchfulReader(storage::Database& db, const Checkout& checkout, std::span<const std::string> paths)
-    : checkout_(checkout), indexed_(indexed_hashes(db, paths)), has_no_outside_(are_all(db, paths)) {}
+    : checkout_(checkout), indexed_(indexed_hashes(db, paths)), has_no_outside_(are_all(db, paths)),
+      noted_damage_(noted_damage(db)) {}
 
 std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text& path) {
     ++asked_;
@@ -63,11 +82,17 @@ std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text&
     if (indexed_.get(std::string(path), file->hash) != file->hash) {
         changed_.push_back(path);
     }
+    if (noted_damage_.contains(std::string(path))) {
+        damaged_.push_back(path);
+    }
     return std::move(file->lines);
 }
 
 Caveats WatchfulReader::caveats() const {
-    return {.changed = changed_, .has_no_sources = asked_ > 0 && given_ == 0, .has_no_outside = has_no_outside_};
+    return {.changed = changed_,
+            .damaged = damaged_,
+            .has_no_sources = asked_ > 0 && given_ == 0,
+            .has_no_outside = has_no_outside_};
 }
 
 }  // namespace embedded

@@ -8,7 +8,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,11 +20,12 @@ namespace embedded {
 /// Reasons not to take all that a page says at its word.
 struct Caveats {
     std::vector<models::Text> changed;  ///< files whose content is not the one that was indexed, in the page's order
+    std::vector<models::Text> damaged;  ///< files of which a part that declares something did not parse
     bool has_no_sources = false;        ///< whether the checkout gives none of the page's files
     bool has_no_outside = false;        ///< whether the page consists of every file of the index
 };
 
-/// What is to be said of these, in one line each, of files that changed at most five; `checkout` is what somebody called
+/// What is to be said of these, in one line each, of files that changed and of damaged ones at most five; `checkout` is what somebody called
 /// it.
 std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& checkout);
 
@@ -42,7 +45,9 @@ class WatchfulReader {
     const Checkout& checkout_;
     models::OrderedMap<std::string, std::int64_t> indexed_;  // path -> hash of the content that was indexed
     bool has_no_outside_;
+    std::set<std::string, std::less<>> noted_damage_;  // paths, as the index notes them
     std::vector<models::Text> changed_;
+    std::vector<models::Text> damaged_;
     std::size_t asked_ = 0;
     std::size_t given_ = 0;
 };

@@ -16,6 +16,7 @@ struct Gathered {
     std::vector<FileRows> rows;
     std::vector<std::int64_t> content_hashes;  ///< of the source that was read; 0 when there was none
 
+    std::string damaged;           ///< the files with declarations in parts that do not parse, each ended by "\n"
     std::string shared_summaries;  ///< as `embedded::shared_summaries` gives them
 };
 

@@ -84,9 +84,18 @@ class SourcesOfCheckout {
     std::optional<sources::SourceReader> reader_;
 };
 
+// Adds a path to those that an index notes, each ended by "\n", as long as they are not too many.
+void add_noted(const std::string& path, std::string& paths) {
+    constexpr std::size_t MOST = 65'536;  // bytes
+    if (path.find('\n') == std::string::npos && paths.size() + path.size() < MOST) {
+        paths.append(path).append("\n");
+    }
+}
+
 // Puts together what SCIP and the sources say, and reports what became of the sources.
 Gathered gather(Contents contents, const sources::Sources& sources, const Steps& steps, ImportReport& report) {
-    Gathered gathered{.contents = std::move(contents), .rows = {}, .content_hashes = {}, .shared_summaries = {}};
+    Gathered gathered{
+        .contents = std::move(contents), .rows = {}, .content_hashes = {}, .damaged = {}, .shared_summaries = {}};
     std::vector<std::string> summaries;
     const Homes homes(gathered.contents);
     const CallableTypes callable_types(sources);
@@ -106,6 +115,9 @@ Gathered gather(Contents contents, const sources::Sources& sources, const Steps&
         if (source != nullptr && source->outline && source->outline->is_damaged) {
             report.damaged.add(path);
             report.out_of_damage += rows.out_of_damage;
+            if (rows.out_of_damage > 0) {
+                add_noted(path, gathered.damaged);
+            }
         }
         if (rows.has_moved) {
             report.moved.add(path);
@@ -180,6 +192,7 @@ void note_origin(RowWriter& out, const Gathered& gathered, const Rules& rules, c
     out.note("checkout", report.checkout);
     out.note("test_rules", written(rules.tests));
     out.note("shared_summaries", gathered.shared_summaries);
+    out.note("damaged", gathered.damaged);
     out.note("report", written(report));
 }
 

@@ -6,6 +6,7 @@
 #include "embedded/scip/token_text.h"
 
 #include <algorithm>
+#include <deque>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -37,29 +38,28 @@ std::set<std::string, std::less<>> built_in_names(const SymbolTable& symbols) {
     return names;
 }
 
-// What the documents of a file define in a module or a type.
+// What the documents of a file define.
 class DefinedNames {
   public:
-    DefinedNames(const FileContents& file, std::string_view scope, const SymbolTable& symbols) {
+    DefinedNames(const FileContents& file, const SymbolTable& symbols) {
         for (const Definition& definition : file.definitions) {
-            const std::string_view text = symbols.symbol(definition.symbol);
-            if (definition.name && text.starts_with(scope)) {
+            const Symbol symbol = parse_symbol(symbols.symbol(definition.symbol)).value();
+            names_[symbol.scope].insert(written(symbol.descriptors.back().name));
+            if (definition.name) {
                 places_.insert(*definition.name);
-            }
-            if (const Symbol symbol = parse_symbol(text).value(); symbol.scope == scope) {
-                names_.insert(written(symbol.descriptors.back().name));
             }
         }
     }
 
-    // Whether this is none of them; from then on it is one.
-    bool add(const SourceDeclaration& declaration) {
-        return !places_.contains(declaration.position) && names_.insert(declaration.name).second;
+    // Whether the declaration is none of them, by its place, nor by its name in the scope; from then on it is one. The
+    // text of the scope must live as long as this object.
+    bool add(std::string_view scope, const SourceDeclaration& declaration) {
+        return !places_.contains(declaration.position) && names_[scope].insert(declaration.name).second;
     }
 
   private:
     std::set<Position> places_;
-    std::set<std::string> names_;
+    std::map<std::string_view, std::set<std::string>> names_;  // by scope
 };
 
 // The tokens of a document that name one of several locals.
@@ -128,9 +128,9 @@ UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sour
                                         .name = each.position});
             undeclared[path].push_back({each.position, symbol});
         };
-        DefinedNames of_module(file, scope, contents.symbols);
-        std::map<std::string, DefinedNames> of_classes;  // by the symbol of the class
-        std::vector<const SourceDeclaration*> classes;   // around the current declaration, from the outside in
+        DefinedNames defined(file, contents.symbols);
+        std::deque<std::string> scopes;                 // of classes
+        std::vector<const SourceDeclaration*> classes;  // around the current declaration, from the outside in
         for (const SourceDeclaration& each : outline.declarations) {
             while (!classes.empty() && classes.back()->last_line < each.first_line) {
                 classes.pop_back();
@@ -139,14 +139,14 @@ UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sour
                 classes.push_back(&each);
             }
             const bool is_attribute = each.kind == "attribute";
-            if (each.is_at_top && (each.is_variable || !each.kind.empty()) && !is_attribute && of_module.add(each)) {
+            if (each.is_at_top && (each.is_variable || !each.kind.empty()) && !is_attribute &&
+                defined.add(scope, each)) {
                 declare(each, scope + spelled({each.name, suffix_of(each)}));
             }
             const bool is_of_class = is_attribute && !classes.empty() && classes.back()->is_at_top;
             if (is_of_class && (outline.slots.contains(each.name) || built_in.contains(each.name))) {
-                const std::string inner = scope + spelled({classes.back()->name, Suffix::TYPE});
-                DefinedNames& known = of_classes.try_emplace(inner, file, inner, contents.symbols).first->second;
-                if (known.add(each)) {
+                const std::string& inner = scopes.emplace_back(scope + spelled({classes.back()->name, Suffix::TYPE}));
+                if (defined.add(inner, each)) {
                     declare(each, inner + spelled({each.name, Suffix::TERM}));
                 }
             }

@@ -268,6 +268,10 @@ TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
     EXPECT_EQ(say("[0-9].ts", "."), "wiki-scope: 0.ts" + changed + "wiki-scope: 1.ts" + changed + "wiki-scope: 2.ts" +
                                         changed + "wiki-scope: 3.ts" + changed + "wiki-scope: 4.ts" + changed +
                                         "wiki-scope: ... and 2 more files changed since indexed; index again\n");
+    change("INSERT INTO meta(key, value) VALUES('damaged', 'b.ts' || char(10) || 'src/a.ts' || char(10))");
+    folder.write("src/a.ts", "");
+    EXPECT_EQ(say("src/a.ts", "."),
+              "wiki-scope: src/a.ts: a part of it does not parse; lines and signatures there are the indexer's\n");
     std::filesystem::create_directory(folder / "empty");
     EXPECT_EQ(say("src", "empty"),
               "wiki-scope: empty: holds none of the page's files; name the folder that was indexed with --checkout\n");
