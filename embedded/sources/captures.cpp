@@ -36,7 +36,7 @@ Tree parse(string_view text, const Language& language, const std::size_t& is_can
     return Tree(ts_parser_parse_string(parser.get(), nullptr, text.data(), static_cast<std::uint32_t>(text.size())));
 }
 
-// How many bytes of the text do not parse.
+// How many bytes of the text do not parse, what is missing counted as one.
 std::size_t damage(const TSNode& root) {
     constexpr TSSymbol ERROR = 0xFFFF;
     TSTreeCursor cursor = ts_tree_cursor_new(root);
@@ -45,7 +45,7 @@ std::size_t damage(const TSNode& root) {
     while (true) {
         const TSNode node = ts_tree_cursor_current_node(&cursor);
         const bool is_error = ts_node_symbol(node) == ERROR;
-        bytes += is_error ? ts_node_end_byte(node) - ts_node_start_byte(node) : 0;
+        bytes += is_error ? ts_node_end_byte(node) - ts_node_start_byte(node) : ts_node_is_missing(node) ? 1 : 0;
         if (!is_error && ts_node_has_error(node) && ts_tree_cursor_goto_first_child(&cursor)) {
             continue;
         }

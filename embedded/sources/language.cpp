@@ -57,9 +57,9 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
     {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, "pub", BLOCKS_AND_LINES,
      CommentPlace::ABOVE_OR_BELOW_DECORATORS, false},
     {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
-     CommentPlace::ABOVE, true, with_separators},
+     CommentPlace::ABOVE, true, mended},
     {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
-     CommentPlace::ABOVE, true, with_separators},
+     CommentPlace::ABOVE, true, mended},
 }};
 
 struct Spelling {
