@@ -127,7 +127,7 @@ std::string_view kind_of_method(std::span<const Descriptor> descriptors) {
 }
 
 std::string_view kind_of_term(std::span<const Descriptor> descriptors, const Description& description,
-                              SourceHints hints) {
+                              const SourceHints& hints) {
     if (is_member(descriptors)) {
         return description.is_enum_member ? "constant" : "attribute";
     }
@@ -140,7 +140,7 @@ std::string_view kind_of_term(std::span<const Descriptor> descriptors, const Des
 }
 
 std::string_view inferred_kind(std::span<const Descriptor> descriptors, const Description& description,
-                               SourceHints hints) {
+                               const SourceHints& hints) {
     switch (descriptors.back().suffix) {
     case Suffix::METHOD:
         return kind_of_method(descriptors);
@@ -163,7 +163,8 @@ bool is_declaration(const Descriptor& symbol, SymbolKind kind) {
     return !declares_nothing(symbol.suffix, kind);
 }
 
-std::string_view kind_of(std::span<const Descriptor> descriptors, const Description& description, SourceHints hints) {
+std::string_view kind_of(std::span<const Descriptor> descriptors, const Description& description,
+                         const SourceHints& hints) {
     const std::optional<std::string_view> stated = stated_kind(description.kind);
     const std::string_view in_source = stated ? *stated : hints.kind;
     return in_source.empty() ? inferred_kind(descriptors, description, hints) : in_source;

@@ -34,7 +34,8 @@ struct SourceHints {
 
 /// The kind of a declaration: class, struct, interface, enum, type, function, method, constructor, attribute, constant
 /// or variable.
-std::string_view kind_of(std::span<const Descriptor> descriptors, const Description& description, SourceHints hints);
+std::string_view kind_of(std::span<const Descriptor> descriptors, const Description& description,
+                         const SourceHints& hints);
 
 /// Of several declarations with as many lines that are one row, that of the kind with the smallest rank is the row.
 int rank_of_kind(std::string_view kind);
