@@ -50,7 +50,7 @@ std::string escaped(std::string_view name) {
     return escaped + '`';
 }
 
-std::string spelled(const Descriptor& descriptor) {
+std::string in_backticks(const Descriptor& descriptor) {
     const std::string name = escaped(descriptor.name);
     switch (descriptor.suffix) {
     case Suffix::NAMESPACE:
@@ -77,7 +77,7 @@ void check_symbol(std::string_view symbol) {
     if (const auto parts = parse_symbol(symbol)) {
         std::string again = "scheme manager package version ";
         for (const Descriptor& descriptor : parts->descriptors) {
-            again += spelled(descriptor);
+            again += in_backticks(descriptor);
         }
         const auto parsed = parse_symbol(again);
         promise(parsed && parsed->descriptors == parts->descriptors,

@@ -70,26 +70,25 @@ std::optional<SymbolNumber> Modules::module_at(std::string_view path) const {
 }
 
 const std::set<std::string_view>& Modules::reached_from(std::string_view path) {
-    const auto [known, is_new] = reached_.try_emplace(path);
-    std::vector<std::string_view> open;
-    const auto reach = [&](std::string_view from, bool passes_on_alone) {
+    const auto known = reached_.find(path);
+    return known != reached_.end() ? known->second : reached_.emplace(path, reach(path)).first->second;
+}
+
+std::set<std::string_view> Modules::reach(std::string_view path) {
+    std::set<std::string_view> reached;
+    std::vector<std::string_view> open{path};
+    while (!open.empty()) {
+        const std::string_view from = open.back();
+        open.pop_back();
         for (const Link& link : links_of(from)) {
-            const bool counts = !link.module.empty() && (link.is_exported || !passes_on_alone);
+            const bool counts = !link.module.empty() && (from == path || link.is_exported);
             const std::optional<std::string_view> file = counts ? file_of(from, link.module) : std::nullopt;
-            if (file && known->second.insert(*file).second) {
+            if (file && reached.insert(*file).second) {
                 open.push_back(*file);
             }
         }
-    };
-    if (is_new) {
-        reach(path, false);
-        while (!open.empty()) {
-            const std::string_view next = open.back();
-            open.pop_back();
-            reach(next, true);
-        }
     }
-    return known->second;
+    return reached;
 }
 
 std::span<const Link> Modules::links_of(std::string_view path) const {

@@ -66,6 +66,7 @@ class Modules {
     [[nodiscard]] bool exports(std::string_view path, const std::string& name) const;
     [[nodiscard]] bool passes_on_through_star(std::string_view path, const std::string& name) const;
     std::optional<std::string_view> file_of_python_module(std::string_view path, std::string_view module) const;
+    std::set<std::string_view> reach(std::string_view path);
     const Meaning& declared(std::string_view path, const std::string& name);
     Meaning follow(std::string_view path, const std::string& name, View view, std::size_t steps);
     Meaning follow(std::string_view path, const sources::Link& link, std::size_t steps);

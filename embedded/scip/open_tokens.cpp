@@ -62,7 +62,7 @@ class TokenSettler {
     // What a token names, by its text where that is another name than its document says.
     Meaning meaning(std::string_view path, const OpenToken& token, const Meaning& before, RangedText& text) {
         const std::string name(text.at(token.range));
-        const Meaning by_source = name.empty() ? Meaning() : meaning_of(path, token, before, name, text);
+        Meaning by_source = name.empty() ? Meaning() : meaning_of(path, token, before, name, text);
         if (!by_source.empty() || token.names == LOCAL_SYMBOL) {
             return by_source;
         }
@@ -101,7 +101,8 @@ class TokenSettler {
     }
 
     static bool is_behind_dot(const OpenToken& token, RangedText& text) {
-        const auto [line, column, _, __] = token.range;
+        const std::int32_t line = token.range.start_line;
+        const std::int32_t column = token.range.start_column;
         return column > 0 && text.at({line, column - 1, line, column}) == ".";
     }
 

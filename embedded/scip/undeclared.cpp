@@ -62,6 +62,64 @@ class DefinedNames {
     std::map<std::string_view, std::set<std::string>> names_;  // by scope
 };
 
+// Adds definitions to one file.
+class UndeclaredInFile {
+  public:
+    UndeclaredInFile(const Outline& outline, const std::string& scope,
+                     const std::set<std::string, std::less<>>& built_in, FileContents& file, SymbolTable& symbols)
+        : outline_(outline), scope_(scope), built_in_(built_in), file_(file), symbols_(symbols),
+          defined_(file, symbols) {}
+
+    std::vector<Undeclared> add() {
+        for (const SourceDeclaration& each : outline_.declarations) {
+            while (!classes_.empty() && classes_.back()->last_line < each.first_line) {
+                classes_.pop_back();
+            }
+            if (each.kind == "class") {
+                classes_.push_back(&each);
+            }
+            if (each.kind == "attribute") {
+                add_attribute(each);
+            } else if (each.is_at_top && (each.is_variable || !each.kind.empty()) && defined_.add(scope_, each)) {
+                declare(each, scope_ + spelled({each.name, suffix_of(each)}));
+            }
+        }
+        return std::move(undeclared_);
+    }
+
+  private:
+    // Of attributes only those whose tokens name something else.
+    void add_attribute(const SourceDeclaration& attribute) {
+        const bool is_of_class = !classes_.empty() && classes_.back()->is_at_top;
+        if (is_of_class && (outline_.slots.contains(attribute.name) || built_in_.contains(attribute.name))) {
+            const std::string& type = types_.emplace_back(scope_ + spelled({classes_.back()->name, Suffix::TYPE}));
+            if (defined_.add(type, attribute)) {
+                declare(attribute, type + spelled({attribute.name, Suffix::TERM}));
+            }
+        }
+    }
+
+    void declare(const SourceDeclaration& declaration, const std::string& text) {
+        const SymbolNumber symbol = symbols_.number(text).value();
+        file_.definitions.push_back({.symbol = symbol,
+                                     .lines = {declaration.first_line, declaration.last_line},
+                                     .is_whole = true,
+                                     .is_forward = false,
+                                     .name = declaration.position});
+        undeclared_.push_back({declaration.position, symbol});
+    }
+
+    const Outline& outline_;
+    const std::string& scope_;
+    const std::set<std::string, std::less<>>& built_in_;
+    FileContents& file_;
+    SymbolTable& symbols_;
+    DefinedNames defined_;
+    std::vector<const SourceDeclaration*> classes_;  // around the current declaration, from the outside in
+    std::deque<std::string> types_;                  // the symbols of classes
+    std::vector<Undeclared> undeclared_;
+};
+
 // The tokens of a document that name one of several locals.
 class LocalReferences {
   public:
@@ -117,39 +175,10 @@ UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sour
         if (!module || source == sources.end() || !source->second.outline || source->second.outline->is_damaged) {
             continue;
         }
-        const Outline& outline = *source->second.outline;
         const std::string scope(scope_of_module(contents.symbols.symbol(*module)));
-        const auto declare = [&](const SourceDeclaration& each, const std::string& text) {
-            const SymbolNumber symbol = contents.symbols.number(text).value();
-            file.definitions.push_back({.symbol = symbol,
-                                        .lines = {each.first_line, each.last_line},
-                                        .is_whole = true,
-                                        .is_forward = false,
-                                        .name = each.position});
-            undeclared[path].push_back({each.position, symbol});
-        };
-        DefinedNames defined(file, contents.symbols);
-        std::deque<std::string> scopes;                 // of classes
-        std::vector<const SourceDeclaration*> classes;  // around the current declaration, from the outside in
-        for (const SourceDeclaration& each : outline.declarations) {
-            while (!classes.empty() && classes.back()->last_line < each.first_line) {
-                classes.pop_back();
-            }
-            if (each.kind == "class") {
-                classes.push_back(&each);
-            }
-            const bool is_attribute = each.kind == "attribute";
-            if (each.is_at_top && (each.is_variable || !each.kind.empty()) && !is_attribute &&
-                defined.add(scope, each)) {
-                declare(each, scope + spelled({each.name, suffix_of(each)}));
-            }
-            const bool is_of_class = is_attribute && !classes.empty() && classes.back()->is_at_top;
-            if (is_of_class && (outline.slots.contains(each.name) || built_in.contains(each.name))) {
-                const std::string& inner = scopes.emplace_back(scope + spelled({classes.back()->name, Suffix::TYPE}));
-                if (defined.add(inner, each)) {
-                    declare(each, inner + spelled({each.name, Suffix::TERM}));
-                }
-            }
+        UndeclaredInFile in_file(*source->second.outline, scope, built_in, file, contents.symbols);
+        if (std::vector<Undeclared> found = in_file.add(); !found.empty()) {
+            undeclared.emplace(path, std::move(found));
         }
     }
     return undeclared;

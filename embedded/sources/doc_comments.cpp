@@ -5,7 +5,6 @@
 #include "embedded/text/blanks.h"
 
 #include <algorithm>
-#include <ranges>
 #include <vector>
 
 namespace embedded::sources {
@@ -63,9 +62,7 @@ std::string DocComments::above(std::uint32_t begin, std::uint32_t first) const {
         comment = leading_.last_before(below);
     }
     std::string run;
-    for (const string_view text : std::views::reverse(found)) {
-        run.append(text).append("\n");
-    }
+    std::for_each(found.rbegin(), found.rend(), [&](string_view text) { run.append(text).append("\n"); });
     return prose_of_comments(run);
 }
 
