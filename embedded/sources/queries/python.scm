@@ -7,6 +7,7 @@
 (assignment left: (attribute object: (identifier) attribute: (_) @name)) @declaration
 (assignment left: (pattern_list (attribute object: (identifier) attribute: (_) @name))) @declaration
 (assignment left: (tuple_pattern (attribute object: (identifier) attribute: (_) @name))) @declaration
+(assignment left: (_ (list_splat_pattern (attribute object: (identifier) attribute: (_) @name)))) @declaration
 (assignment left: (attribute object: (identifier) @self attribute: (_) @name) (#eq? @self "self")) @attribute
 (type_alias_statement . (type (identifier) @name)) @binding @type
 

@@ -112,6 +112,8 @@ TEST(Outline, PythonExportsWhatItListsOrElseItsTopLevel) {
         "        self.b = (\n            1)\nif X:\n    def g(): pass\n";
     EXPECT_EQ(declarations("a.py", text), "X 1-1 public; Y 1-1 public; f 2-5 public; C 6-10 public; a 7-7 public; "
                                           "m 8-10 public; b 9-10 public; g 12-12 public");
+    EXPECT_EQ(declarations("a.py", "class A:\n  def f(self):\n    b, self.c, *self.d = (\n      1)"),
+              "A 1-4 public; f 2-4 public; c 3-4 public; d 3-4 public");
     EXPECT_EQ(declarations("a.py", "__all__ = ['f'] + x\n__all__ += ('g',)\n__all__.append('h')\n"
                                    "def f(): pass\ndef g(): pass\ndef h(): pass\ndef i(): pass"),
               "__all__ 1-1; f 4-4 public; g 5-5 public; h 6-6 public; i 7-7");
