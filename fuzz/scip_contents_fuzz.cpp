@@ -42,42 +42,11 @@ class MemoryFile {
     int number_ = memfd_create("scip", MFD_CLOEXEC);
 };
 
-std::string escaped(std::string_view name) {
-    std::string escaped = "`";
-    for (const char character : name) {
-        escaped.append(character == '`' ? 2 : 1, character);
-    }
-    return escaped + '`';
-}
-
-std::string in_backticks(const Descriptor& descriptor) {
-    const std::string name = escaped(descriptor.name);
-    switch (descriptor.suffix) {
-    case Suffix::NAMESPACE:
-        return name + '/';
-    case Suffix::TYPE:
-        return name + '#';
-    case Suffix::TERM:
-        return name + '.';
-    case Suffix::METHOD:
-        return name + "().";
-    case Suffix::MACRO:
-        return name + '!';
-    case Suffix::META:
-        return name + ':';
-    case Suffix::TYPE_PARAMETER:
-        return '[' + name + ']';
-    case Suffix::PARAMETER:
-        return '(' + name + ')';
-    }
-    return {};
-}
-
 void check_symbol(std::string_view symbol) {
     if (const auto parts = parse_symbol(symbol)) {
         std::string again = "scheme manager package version ";
         for (const Descriptor& descriptor : parts->descriptors) {
-            again += in_backticks(descriptor);
+            again += spelled(descriptor);
         }
         const auto parsed = parse_symbol(again);
         promise(parsed && parsed->descriptors == parts->descriptors,

@@ -92,8 +92,10 @@ class TokenSettler {
         if (!token.receiver || trimmed(text.at(between(*token.receiver, token))) != ".") {
             return {};
         }
-        const bool is_module = token.receiver->module || before.size() == 1;
-        return is_module ? modules_.exported(token.receiver->module.value_or(before.front()), name) : Meaning();
+        if (token.receiver->module) {
+            return modules_.exported(*token.receiver->module, name);
+        }
+        return before.size() == 1 ? modules_.exported(before.front(), name) : Meaning();
     }
 
     static Range between(const Receiver& receiver, const OpenToken& token) {
