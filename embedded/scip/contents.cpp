@@ -55,8 +55,7 @@ class ContentsReader {
     Contents finish() {
         for (const auto& [path, file] : contents_.files) {
             for (const Definition& definition : file.definitions) {
-                if (const auto found = contents_.namesakes.find(definition.symbol);
-                    found != contents_.namesakes.end()) {
+                if (contents_.namesakes.contains(definition.symbol)) {
                     add_namesake(definition.symbol, definition.symbol);
                 }
             }
@@ -102,7 +101,8 @@ class ContentsReader {
     // The line from which on the text may hold code that is compiled for tests alone, 0-based.
     [[nodiscard]] std::int32_t first_line_of_tests() const {
         const std::string& text = text_->text();
-        const std::size_t test = text.find("#[cfg(test)]");
+        const std::size_t test =
+            std::min(text.find("(test"), text.find("#[test]"));  // `#[cfg(test)]`, `cfg(all(test, ...`
         return test == std::string::npos ? std::numeric_limits<std::int32_t>::max()
                                          : static_cast<std::int32_t>(std::count(
                                                text.begin(), text.begin() + static_cast<std::ptrdiff_t>(test), '\n'));
