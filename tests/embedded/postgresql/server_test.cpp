@@ -244,7 +244,7 @@ TEST_F(Server, AnImportThatFailsLeavesTheOldIndexAndOneThatSucceedsNothingElse) 
     EXPECT_EQ(lines(), 5);
     Connection after(database);
     EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.files"), 1);
-    EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.notes"), 3);
+    EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.notes"), 5);
 }
 
 // A row that a policy hides is not changed, which is no failure to the server.
