@@ -36,6 +36,10 @@ string_view without_link(string_view signature) {
     return signature;
 }
 
+// So many names of one declaration, and versions of one, have its texts. Nobody writes more, and all of a million names
+// would take the square of their memory.
+constexpr std::size_t MOST_OF_ONE = 64;
+
 // Reads the captures of one text as its outline.
 class OutlineReader {
   public:
@@ -94,6 +98,16 @@ class OutlineReader {
         return part({begin, offset});
     }
 
+    // In UTF-16 code units. To be asked for in order, so that no part of a line is counted twice.
+    std::int32_t column_of(std::uint32_t offset) {
+        const string_view before = line_before(offset);
+        const bool is_on_last_line = last_offset_ + before.size() >= offset;
+        const string_view uncounted = is_on_last_line ? part({last_offset_, offset}) : before;
+        last_column_ = (is_on_last_line ? last_column_ : 0) + static_cast<std::int32_t>(utf16_units(uncounted));
+        last_offset_ = offset;
+        return last_column_;
+    }
+
     void add_declaration(const CapturedName& name, std::vector<SourceDeclaration>& declarations) {
         const CapturedNode& node = nodes_.at(name.node);
         const Surroundings& around = surroundings_.at(name.node);
@@ -105,8 +119,7 @@ class OutlineReader {
         }
         SourceDeclaration declaration{
             .name = std::string(part(name.name)),
-            .position = {static_cast<std::int32_t>(name.row) + 1,
-                         static_cast<std::int32_t>(utf16_units(line_before(name.name.begin)))},
+            .position = {static_cast<std::int32_t>(name.row) + 1, column_of(name.name.begin)},
             .first_line = line_of(whole.begin),
             .last_line = line_of(last_byte(whole.end)),
             .kind = node.kind,
@@ -115,19 +128,26 @@ class OutlineReader {
             .is_public = is_public,
             .is_marked = is_public && is_marked,
             .is_constant = node.is_const,
-            .signature = signature(node, whole),
-            .documentation = node.docstring ? prose_of_docstring(part(*node.docstring))
-                                            : doc_comments_.above(around.whole.begin, whole.begin),
+            .signature = {},
+            .documentation = {},
             .type_names = {},
         };
+        names_of_last_ = name.node == last_node_ ? names_of_last_ + 1 : 1;
+        if (names_of_last_ <= MOST_OF_ONE) {
+            declaration.signature = signature(node, whole);
+            declaration.documentation = node.docstring ? prose_of_docstring(part(*node.docstring))
+                                                       : doc_comments_.above(around.whole.begin, whole.begin);
+        }
         const bool is_version = language_.has_versions && !declarations.empty() &&
                                 declarations.back().name == declaration.name &&
                                 declarations.back().kind == declaration.kind && follows_the_last(whole.begin);
-        if (is_version && declaration.documentation.empty()) {
+        versions_of_last_ = is_version ? versions_of_last_ + 1 : 1;
+        if (is_version && versions_of_last_ <= MOST_OF_ONE && declaration.documentation.empty()) {
             declaration.documentation = declarations.back().documentation;
         }
         add_callability(name.node, declaration);
         declarations.push_back(std::move(declaration));
+        last_node_ = name.node;
         last_end_ = whole.end;
     }
 
@@ -228,7 +248,13 @@ class OutlineReader {
     std::unordered_set<NodeId> public_namespaces_;  // of those that have been read
     bool is_damaged_;
     std::vector<std::uint32_t> line_ends_;
-    std::uint32_t last_end_ = 0;  // of the last declaration that has been read
+    // Of the last declaration that has been read.
+    NodeId last_node_ = nullptr;
+    std::uint32_t last_end_ = 0;
+    std::size_t names_of_last_ = 0;     // that have been read
+    std::size_t versions_of_last_ = 0;  // with it
+    std::uint32_t last_offset_ = 0;     // of its name
+    std::int32_t last_column_ = 0;
 };
 
 }  // namespace

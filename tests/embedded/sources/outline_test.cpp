@@ -247,6 +247,19 @@ TEST(Outline, WhereATextDoesNotParseItsLinesSayWhatIsPublic) {
     EXPECT_FALSE(outline("a.ts", "export const b = 1").public_names.contains("a", 1));
 }
 
+TEST(Outline, ManyNamesOnOneLineTakeNoMoreThanTheirText) {
+    std::string names = "a";
+    for (int count = 0; count < 50'000; ++count) {
+        names += ", a";
+    }
+    const Outline all = outline("a.go", "package p\nvar " + names + " int\nvar b int\n");
+    EXPECT_EQ(all.declarations.size(), 50'002);
+    EXPECT_EQ(all.declarations[50'000].position.column, 150'004);
+    EXPECT_EQ(all.declarations[50'000].signature, "");
+    EXPECT_EQ(all.declarations[50'001].signature, "var b int");
+    EXPECT_EQ(declaration("a.ts", "let \u00E9, \U0001D483, c", "c").position.column, 11);
+}
+
 TEST(Outline, DamageCostsNoMoreThanItsPart) {
     EXPECT_EQ(declaration("a.ts", "export function a() {}\n<<<<<<< HEAD\nexport function b() {}\n", "a").first_line, 1);
     EXPECT_FALSE(declaration("a.ts", "export let x\nfunction f() {}\nconst y = (((", "f").is_public);
