@@ -98,9 +98,7 @@ bool is_unknown_modifier(const Token& word) {
         return word.previous == "export" ? word.text == "type" && word.after() == '*'
                                          : word.previous == "import" && (is_before_name || word.after() == '*');
     }
-    constexpr string_view BEGINS_OF_MEMBERS = "#[\"'";
-    const bool is_before_member = !word.next.empty() || BEGINS_OF_MEMBERS.find(word.after()) != string_view::npos;
-    return is_variance(word) || ((word.text == "override" || word.text == "accessor") && is_before_member);
+    return is_variance(word) || (word.text == "override" && word.previous == "abstract");
 }
 
 // Whether a word is a name that means something else to the grammar: one that modifies what follows it, with nothing
@@ -153,6 +151,13 @@ std::size_t length_of_import_type(const Token& word) {
     return is_type ? begin + end + 2 : 0;
 }
 
+// Whether a word is the `accessor` of a field with accessors.
+bool is_accessor(const Token& word) {
+    constexpr string_view BEGINS_OF_NAMES = "#[\"'";
+    return word.text == "accessor" && (word.next.empty() ? BEGINS_OF_NAMES.find(word.after()) != string_view::npos
+                                                         : !is_one_of(word.next, OPERATORS));
+}
+
 // Whether a word is the `using` of `for (using a of b)`.
 bool is_using_of_loop(const Token& word) {
     return word.text == "using" && word.before() == '(' && !word.next.empty() && word.next != "of";
@@ -176,6 +181,8 @@ void mend_tokens(std::string& text) {
             fill(text, token.begin, token.end(), ' ');
         } else if (is_using_of_loop(token)) {
             text.replace(token.begin, token.text.size(), "const");
+        } else if (is_accessor(token)) {
+            text.replace(token.begin, token.text.size(), "readonly");
         } else if (is_name(token) || is_label(token) || (token.text == "undefined" && token.previous == "typeof")) {
             text[token.begin] = '_';
         } else if (const std::size_t attributes = length_of_import_attributes(token); attributes > 0) {

@@ -18,8 +18,8 @@ namespace embedded::sources {
 ///     export * from "m" with { type: "b" }      export * from "m"
 ///     import type A = B.C                       import      A = B.C
 ///     import defer * as a from "m"              import       * as a from "m"
-///     abstract override m(): 1                  abstract          m(): 1
-///     static accessor a = 1                     static          a = 1
+///     abstract override a: 1                    abstract          a: 1
+///     static accessor a = 1                     static readonly a = 1
 ///     for (using a of b)                        for (const a of b)
 ///     a: import("m").B[]                        a: import_____.B[]
 ///     a: typeof undefined                       a: typeof _ndefined

@@ -34,6 +34,14 @@ INSTANTIATE_TEST_SUITE_P(
         "let as = 1, satisfies = as, using = g(using)\nabstract.m(accessor)",
         "interface I {\n  a: string\n  in: 'b'\n}"));
 
+TEST(Mending, KeepsWhereDeclarationsBegin) {
+    const std::string text = "class C<out T> {\n  /** A. */\n  override get a() {}\n  /** B. */\n  accessor b = 1\n}";
+    EXPECT_EQ(declaration("a.ts", text, "a").signature, "override get a()");
+    EXPECT_EQ(declaration("a.ts", text, "a").documentation, "A.");
+    EXPECT_EQ(declaration("a.ts", text, "b").signature, "accessor b = 1");
+    EXPECT_EQ(declaration("a.ts", text, "b").documentation, "B.");
+}
+
 TEST(Mending, KeepsNamesAndLinesWhereTheyStand) {
     const std::string text =
         "interface I<out type> {\n  type: type\n}\nexport type R<type> = type extends '\\`' ? 1 : 2\n";
