@@ -7,7 +7,7 @@
 
 #include "embedded/sources/source_reader.h"
 
-#include <map>
+#include <functional>
 #include <set>
 #include <span>
 #include <string>
