@@ -128,7 +128,7 @@ void check_page(const Workshop& workshop, const ImportReport& counts) {
         promise(!file.language || page.facts.import_resolved(file.path), "the imports of every language are resolved");
     }
     std::ostringstream markdown;
-    write_markdown(markdown, page, db, checkout, {});
+    write_markdown(markdown, page, db, {});
     std::ostringstream json;
     write_json(json, page, db);
     promise(nlohmann::json::accept(json.str()), "a page as JSON is JSON");

@@ -60,7 +60,7 @@ std::unique_ptr<Index> index_of(const IndexOption& option, const std::string& ch
 
 void add_checkout_option(CLI::App& command, std::string& path) {
     add_file_option(command, "--checkout", path,
-                    "The folder that the paths are relative to; by default the one that the index was made in")
+                    "The folder that the paths are relative to; by default the one that the import read")
         ->type_name("DIR")
         ->required(false);
 }

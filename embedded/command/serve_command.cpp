@@ -20,7 +20,7 @@ namespace {
 
 struct ServeArguments {
     IndexOption index;
-    std::string checkout;  // empty for the folder that the index was made in
+    std::string checkout;  // empty for what `source_folder` finds
 };
 
 [[noreturn]] void end_without_output(const std::string& reason) {

@@ -29,6 +29,8 @@ struct IndexOrigin {
     std::string state;       ///< what tells this state of the index from all others
     std::int64_t bytes = 0;  ///< how large it is
     std::string made;        ///< when it was written, in UTC: "2026-11-24T10:53:02Z"
+    /// Whether it is a file of the user who runs this program, and others may not write to it.
+    bool is_users_own = false;
 };
 
 }  // namespace embedded

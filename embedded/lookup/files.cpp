@@ -2,6 +2,7 @@
 
 #include "embedded/files/checkout.h"
 #include "embedded/paths/missing_paths.h"
+#include "embedded/paths/source_folder.h"
 #include "embedded/rules/noted_rules.h"
 #include "embedded/rules/test_paths.h"
 #include "utils/path_filter.h"
@@ -16,9 +17,9 @@ namespace embedded {
 
 namespace {
 
-// The folder that the index was made in, where it is there: what paths of this machine are looked up by.
+// What paths of this machine are looked up by.
 std::optional<Checkout> checkout_of(storage::Database& db) {
-    const std::string folder = db.noted("checkout");
+    const std::string folder = source_folder("", db).path;
     std::error_code error;
     return std::filesystem::is_directory(folder, error) ? std::optional<Checkout>(folder) : std::nullopt;
 }

@@ -25,8 +25,8 @@ struct ListedFiles {
     bool is_failure = false;           ///< whether paths were named of which the index holds none
 };
 
-/// Lists the files of the index that these paths stand for, as `find_paths` reads them with the checkout that the index
-/// was made in; no paths stand for all. `tests` are asked before the rules that the index notes. Throws `IndexError`,
+/// Lists the files of the index that these paths stand for, as `find_paths` reads them in the folder that
+/// `source_folder` finds; no paths stand for all. `tests` are asked before the rules that the index notes. Throws `IndexError`,
 /// and `std::runtime_error` with one line when these cannot be read.
 ListedFiles list_files(storage::Database& db, std::span<const std::string> named,
                        const std::vector<PathRule>& tests = {});

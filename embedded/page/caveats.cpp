@@ -10,18 +10,6 @@ namespace embedded {
 
 namespace {
 
-// Path -> hash, of the files whose content the import has seen.
-models::OrderedMap<std::string, std::int64_t> indexed_hashes(storage::Database& db,
-                                                             std::span<const std::string> paths) {
-    models::OrderedMap<std::string, std::int64_t> hashes;
-    db.read_files_at(paths, [&](const FileRow& file) {
-        if (file.content_hash) {
-            hashes[std::string(file.path)] = *file.content_hash;
-        }
-    });
-    return hashes;
-}
-
 // Whether the index holds no other files than these, which it holds.
 bool are_all(storage::Database& db, std::span<const std::string> paths) {
     return !paths.empty() && db.count_files(std::ssize(paths) + 1) == std::ssize(paths);
@@ -55,6 +43,9 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
     std::vector<std::string> remarks;
     add_remarks_on_files(caveats.changed, ": changed since it was indexed; its lines may be off; index again",
                          " changed since indexed; index again", remarks);
+    add_remarks_on_files(caveats.withheld,
+                         ": not known to be as it was indexed, so it is left out; allow it with --checkout " + checkout,
+                         " left out", remarks);
     add_remarks_on_files(caveats.damaged, ": a part of it does not parse; lines and signatures there are the indexer's",
                          " with parts that do not parse", remarks);
     if (caveats.has_no_sources) {
@@ -68,30 +59,34 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
     return remarks;
 }
 
-WatchfulReader::WatchfulReader(storage::Database& db, const Checkout& checkout, std::span<const std::string> paths)
-    : checkout_(checkout), indexed_(indexed_hashes(db, paths)), has_no_outside_(are_all(db, paths)),
-      noted_damage_(noted_damage(db)) {}
+WatchfulReader::WatchfulReader(storage::Database& db, const PageSources& sources, std::span<const std::string> paths)
+    : sources_(sources), has_no_outside_(are_all(db, paths)), noted_damage_(noted_damage(db)) {}
 
 std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text& path) {
-    ++asked_;
-    std::optional<FileLines> file = checkout_.read_lines(path);
-    if (!file) {
+    using State = PageSource::State;
+    PageSource source = sources_.read(path);
+    is_any_there_ = is_any_there_ || source.state != State::MISSING;
+    is_any_asked_ = true;
+    if (source.state == State::WITHHELD) {
+        withheld_.push_back(path);
+    }
+    if (source.state == State::WITHHELD || source.state == State::MISSING) {
         return std::nullopt;
     }
-    ++given_;
-    if (indexed_.get(std::string(path), file->hash) != file->hash) {
+    if (source.state == State::CHANGED) {
         changed_.push_back(path);
     }
     if (noted_damage_.contains(std::string(path))) {
         damaged_.push_back(path);
     }
-    return std::move(file->lines);
+    return std::move(source.lines);
 }
 
 Caveats WatchfulReader::caveats() const {
     return {.changed = changed_,
+            .withheld = withheld_,
             .damaged = damaged_,
-            .has_no_sources = asked_ > 0 && given_ == 0,
+            .has_no_sources = is_any_asked_ && !is_any_there_,
             .has_no_outside = has_no_outside_};
 }
 

@@ -67,13 +67,12 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, co
 
 // A selection goes back and forth between the files, so each is read once and kept until the last declaration has its
 // lines.
-void DeclarationBlocks::read_sources(const Checkout& checkout) {
+void DeclarationBlocks::read_sources(const PageSources& sources) {
     models::OrderedMap<Text, std::optional<std::vector<std::string>>> files;
     for (Declaration& declaration : declarations_) {
         std::optional<std::vector<std::string>>& file = files[declaration.symbol->path];
         if (!file) {
-            std::optional<FileLines> read = checkout.read_lines(declaration.symbol->path);
-            file = read ? std::move(read->lines) : std::vector<std::string>();
+            file = sources.read(declaration.symbol->path).lines;
         }
         declaration.source = lines_of_declaration(*declaration.symbol, *file);
     }

@@ -1,7 +1,6 @@
 // The blocks of the declarations that a page shows.
 #pragma once
 
-#include "embedded/files/checkout.h"
 #include "embedded/index/database.h"
 #include "embedded/page/page.h"
 #include "embedded/page/scoped_names.h"
@@ -13,15 +12,14 @@
 
 namespace embedded {
 
-/// Writes the selected declarations of a page, each as a block of its own. The page, its index and its checkout must
-/// outlive it.
+/// Writes the selected declarations of a page, each as a block of its own. The page and its index must outlive it.
 class DeclarationBlocks {
   public:
     /// Asks the index what it says of the declarations in words. Throws `IndexError`.
     DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names);
 
-    /// Reads the source of the declarations, once; what is not in the checkout is left out.
-    void read_sources(const Checkout& checkout);
+    /// Reads the source of the declarations, once; what the page may not show is left out.
+    void read_sources(const PageSources& sources);
 
     /// The blocks in the order of the selection. The first `sources` of them have their source as it was read, unless it
     /// is part of a source that another block prints, which they say then; the others have their signatures.

@@ -18,18 +18,20 @@ std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::Sco
 }
 
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
-               const PageOptions& options, const BeforeReading& before_reading) {
+               const PageOptions& options, SourceAccess access, const BeforeReading& before_reading) {
     FoundPaths paths = find_paths(db, &checkout, named);
     if (before_reading) {
         before_reading(paths.indexed);
     }
-    WatchfulReader reader(db, checkout, paths.indexed);
+    PageSources sources(db, checkout, access, paths.indexed);
+    WatchfulReader reader(db, sources, paths.indexed);
     const auto read_lines = [&reader](const models::Text& path) { return reader.read(path); };
     return {.options = options,
             .missing = std::move(paths.missing),
             .suggestions = std::move(paths.suggestions),
             .facts = wiki::scope::load_scope_facts(db, paths.indexed, read_lines),
-            .caveats = reader.caveats()};
+            .caveats = reader.caveats(),
+            .sources = std::move(sources)};
 }
 
 }  // namespace embedded

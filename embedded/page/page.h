@@ -4,6 +4,7 @@
 #include "embedded/files/checkout.h"
 #include "embedded/index/database.h"
 #include "embedded/page/caveats.h"
+#include "embedded/page/page_sources.h"
 #include "embedded/paths/find_paths.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
@@ -47,6 +48,7 @@ struct Page {
     const std::vector<Suggestion> suggestions;  ///< what some of these were most likely meant to be
     const wiki::scope::ScopeFacts facts;
     const Caveats caveats;
+    const PageSources sources;
 
     const wiki::scope::FanIn fan_in = wiki::scope::production_fan_in(facts);
     const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
@@ -58,8 +60,9 @@ struct Page {
 };
 
 /// Grounds the page of the named files and folders, as `find_paths` reads them. A file that the checkout does not
-/// give has no line count and no summary. Throws `IndexError`, and what `before_reading` throws.
+/// give, or that `access` withholds, has no line count and no summary. Throws `IndexError`, and what `before_reading` throws.
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
-               const PageOptions& options = {}, const BeforeReading& before_reading = {});
+               const PageOptions& options = {}, SourceAccess access = SourceAccess::ALL,
+               const BeforeReading& before_reading = {});
 
 }  // namespace embedded

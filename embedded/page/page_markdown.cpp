@@ -177,14 +177,13 @@ std::vector<Passage> passages_of(Section section, const Page& page, const Scoped
 
 }  // namespace
 
-void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const Checkout& checkout,
-                    const MarkdownOptions& options) {
+void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const MarkdownOptions& options) {
     const ScopedNames names(page.facts, page.selection);
     DeclarationBlocks blocks(page, db, names);
     const bool shows_declarations = options.only.contains(Section::DECLARATIONS);
     const std::size_t wanted = options.with_source && shows_declarations ? page.selection.size() : 0;
     if (wanted > 0) {
-        blocks.read_sources(checkout);
+        blocks.read_sources(page.sources);
     }
     std::vector<Passage> passages;
     std::optional<std::size_t> declared;  // the place of the declarations

@@ -15,16 +15,14 @@ namespace embedded {
 
 namespace {
 
-// The folder that is asked for, else the one that the index was made in.
-std::string checkout_folder(const PageRequest& request, storage::Database& db) {
-    if (!request.checkout.empty()) {
-        return request.checkout;
-    }
-    std::string folder = db.noted("checkout");
+// Where the page's sources are; throws when nobody says so.
+SourceFolder existing_folder(const PageRequest& request, storage::Database& db) {
+    SourceFolder folder = source_folder(request.checkout, db);
     std::error_code error;
-    if (folder.empty() || !std::filesystem::is_directory(folder, error)) {
+    if (folder.path.empty() || (request.checkout.empty() && !std::filesystem::is_directory(folder.path, error))) {
         throw std::runtime_error(
-            db.name() + (folder.empty() ? ": made without sources" : ": made in " + folder + ", which is gone") +
+            db.name() +
+            (folder.path.empty() ? ": made without sources" : ": made in " + folder.path + ", which is gone") +
             "; name the folder that its paths are relative to with --checkout");
     }
     return folder;
@@ -33,9 +31,10 @@ std::string checkout_folder(const PageRequest& request, storage::Database& db) {
 }  // namespace
 
 RequestedPage::RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading)
-    : request_(request), folder_(checkout_folder(request, db)), checkout_(folder_),
-      tests_(with_noted_rules(request.tests, db)), in_force_(tests_), shared_summaries_(db.noted("shared_summaries")),
-      db_(db), page_(load_page(db_, checkout_, request.paths, request.numbers, before_reading)) {}
+    : request_(request), folder_(existing_folder(request, db)), tests_(with_noted_rules(request.tests, db)),
+      in_force_(tests_), shared_summaries_(db.noted("shared_summaries")), db_(db),
+      page_(load_page(db_, Checkout(folder_.path), request.paths, request.numbers,
+                      folder_.is_the_users_choice ? SourceAccess::ALL : SourceAccess::AS_INDEXED, before_reading)) {}
 
 bool RequestedPage::is_failure() const {
     return !page_.missing.empty() && (request_.is_strict || page_.facts.files.empty());
@@ -44,7 +43,7 @@ bool RequestedPage::is_failure() const {
 std::vector<std::string> RequestedPage::remarks() const {
     std::vector<std::string> remarks = remarks_on_missing(page_.missing, page_.suggestions, is_failure());
     if (!is_failure()) {
-        for (std::string& remark : remarks_on(page_.caveats, folder_)) {
+        for (std::string& remark : remarks_on(page_.caveats, folder_.path)) {
             remarks.push_back(std::move(remark));
         }
     }
@@ -55,7 +54,7 @@ void RequestedPage::write(std::ostream& out) const {
     if (request_.format == PageRequest::Format::JSON) {
         write_json(out, page_, db_, request_.only);
     } else {
-        write_markdown(out, page_, db_, checkout_,
+        write_markdown(out, page_, db_,
                        {.only = request_.only, .with_source = request_.with_source, .max_bytes = request_.max_bytes});
     }
 }

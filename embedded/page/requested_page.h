@@ -1,10 +1,10 @@
 // A page from what somebody asks for to its text: what all who are asked for pages have in common.
 #pragma once
 
-#include "embedded/files/checkout.h"
 #include "embedded/index/database.h"
 #include "embedded/page/page.h"
 #include "embedded/page/section.h"
+#include "embedded/paths/source_folder.h"
 #include "embedded/rules/path_rules.h"
 #include "embedded/rules/test_paths.h"
 #include "embedded/summary/shared_summaries.h"
@@ -22,7 +22,7 @@ struct PageRequest {
     enum class Format : std::uint8_t { MARKDOWN, JSON };
 
     std::vector<std::string> paths;    ///< as `find_paths` reads them
-    std::string checkout = {};         ///< empty for the folder that the index was made in
+    std::string checkout = {};         ///< empty for what `source_folder` finds
     std::vector<PathRule> tests = {};  ///< asked before the rules that the index notes
     PageOptions numbers = {};          ///< how much is chosen
     bool is_strict = false;            ///< whether a single missing path is a failure
@@ -54,8 +54,7 @@ class RequestedPage {
 
   private:
     const PageRequest& request_;
-    const std::string folder_;
-    const Checkout checkout_;
+    const SourceFolder folder_;
     const PathRules tests_;
     const TestRulesInForce in_force_;
     const SharedSummariesInForce shared_summaries_;

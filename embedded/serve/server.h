@@ -21,7 +21,7 @@ namespace embedded::serve {
 
 struct ServerOptions {
     std::shared_ptr<const Index> index;
-    std::string checkout;  ///< empty for the folder that the index was made in
+    std::string checkout;  ///< empty for what `source_folder` finds
     std::string version;   ///< of this program
     /// What is said of a failure to read the index, in one line; it is called by any thread.
     std::function<std::string(const std::exception&)> describe;

@@ -19,7 +19,7 @@ namespace embedded::serve {
 /// What a tool works with, for all of its calls.
 struct Workplace {
     IndexConnections& index;
-    const std::string& checkout;  ///< empty for the folder that the index was made in
+    const std::string& checkout;  ///< empty for what `source_folder` finds
     /// Tells the client what leaves an answer in doubt.
     std::function<void(std::span<const std::string> remarks)> warn;
 };

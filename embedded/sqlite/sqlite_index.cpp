@@ -7,6 +7,7 @@
 #include "embedded/text/utc.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <utility>
@@ -27,7 +28,10 @@ IndexOrigin origin_of(const std::string& path) {
                             static_cast<std::int64_t>(file.st_mtim.tv_nsec)}) {
         state += std::to_string(part) + " ";
     }
-    return {.state = std::move(state), .bytes = file.st_size, .made = in_utc(file.st_mtim.tv_sec)};
+    return {.state = std::move(state),
+            .bytes = file.st_size,
+            .made = in_utc(file.st_mtim.tv_sec),
+            .is_users_own = file.st_uid == geteuid() && (file.st_mode & S_IWOTH) == 0};
 }
 
 class SqliteConnection : public IndexConnection {
