@@ -3,26 +3,40 @@
 
 #include <cerrno>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace embedded {
 
-/// Has `write` write to standard output, and sees to it that all of it arrives. Throws `std::runtime_error` with one
-/// line at the first failure, without waiting for the end of `write`.
+/// What `write` writes to a stream. Throws what `write` throws.
 template <class Write>
-void print(Write write) {
+std::string written(Write write) {
+    std::ostringstream out;
+    write(out);
+    return std::move(out).str();
+}
+
+/// Prints a result. Throws `std::runtime_error` with one line when not all of it arrives.
+inline void print_text(std::string_view text) {
     std::cout.exceptions(std::ios::badbit);  // at once, while errno still says why
     try {
-        write(std::cout);
-        std::cout.flush();
+        std::cout << text << std::flush;
     } catch (const std::ios::failure&) {
         const std::string reason = std::generic_category().message(errno);
         std::cout.exceptions(std::ios::goodbit);  // what is left in it is tried again, and must fail quietly
         throw std::runtime_error("standard output: cannot be written (" + reason +
                                  "); make room, or send it elsewhere");
     }
+}
+
+/// Prints what `write` writes once it is whole: nothing when `write` throws. Throws what it throws, and as `print_text`.
+template <class Write>
+void print(Write write) {
+    print_text(written(std::move(write)));
 }
 
 }  // namespace embedded

@@ -283,6 +283,20 @@ TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
               "wiki-scope: empty: holds none of the page's files; name the folder that was indexed with --checkout\n");
 }
 
+TEST_F(Command, PrintsAPageWholeOrNotAtAll) {
+    add<DeclarationRow>({{1, 1, "One", "a.One", "class", true, 1, 1}});
+    // What a page asks for last, after it has found something to remark on.
+    change("PRAGMA writable_schema = ON; UPDATE sqlite_schema SET rootpage = "
+           "(SELECT rootpage FROM sqlite_schema WHERE name = 'edges') WHERE name = 'descriptions'");
+    for (const std::string format : {"json", "markdown"}) {
+        const Outcome page = shell("'" WIKI_SCOPE "' page . --index index.db --checkout . --format " + format);
+        EXPECT_EQ(page.exit_code, 1);
+        EXPECT_EQ(page.out, "");
+        EXPECT_EQ(page.err, "wiki-scope: index.db: database disk image is malformed; it is not a whole wiki-scope "
+                            "index: import the SCIP file again\n");
+    }
+}
+
 TEST_F(Command, EndsQuietlyWhenItsReaderHasSeenEnough) {
     folder.write("src/a.ts", "");
     // More than a pipe holds.
