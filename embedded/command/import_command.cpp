@@ -4,6 +4,7 @@
 #include "embedded/command/index_option.h"
 #include "embedded/command/interruption.h"
 #include "embedded/command/path_rule_options.h"
+#include "embedded/command/standard_error.h"
 #include "embedded/command/standard_output.h"
 #include "embedded/index/index_at.h"
 #include "embedded/scip/import.h"
@@ -94,6 +95,9 @@ void run_import(const ImportArguments& arguments) {
         write_made(out, made->name(), report);
         write_findings(out, report);
     });
+    if (const std::string remark = made->remark(); !remark.empty()) {
+        say(remark);
+    }
 }
 
 }  // namespace

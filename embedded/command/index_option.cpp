@@ -3,8 +3,8 @@
 #include "embedded/command/file_option.h"
 #include "embedded/index/index_at.h"
 #include "embedded/index/index_error.h"
+#include "embedded/paths/folder_name.h"
 
-#include <filesystem>
 #include <stdexcept>
 
 namespace embedded {
@@ -27,12 +27,6 @@ std::string advice(UnusableIndex::Fault fault, const Index& index) {
     return "";
 }
 
-std::string name_of_folder(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::path folder = std::filesystem::canonical(path.empty() ? "." : path, error);
-    return folder.filename();
-}
-
 }  // namespace
 
 void add_index_options(CLI::App& command, IndexOption& option, const std::string& help) {
@@ -51,7 +45,8 @@ void add_index_options(CLI::App& command, IndexOption& option, const std::string
 }
 
 std::unique_ptr<Index> index_of(const IndexOption& option, const std::string& checkout) {
-    const std::string repository = option.repository.empty() ? name_of_folder(checkout) : option.repository;
+    const std::string repository =
+        option.repository.empty() ? folder_name(checkout.empty() ? "." : checkout) : option.repository;
     if (repository.empty() && is_server(option.place)) {
         throw CLI::ValidationError("--repository", "is required: the current folder has no name");
     }

@@ -86,6 +86,9 @@ class NewIndex {
     /// Puts the new index into its place, at once. Throws `std::runtime_error` with one line when that cannot be done.
     virtual void commit() = 0;
 
+    /// After `commit`: what of the old index could not be removed, and why, in one line; empty when nothing is left.
+    [[nodiscard]] virtual std::string remark() const { return ""; }
+
     /// What is said of a failure to write: one line, which says too what has become of the old index.
     [[nodiscard]] virtual std::runtime_error failure(const IndexError& error) const = 0;
 };

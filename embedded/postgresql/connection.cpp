@@ -164,6 +164,10 @@ std::int64_t Connection::execute(const std::string& sql, const Parameters& param
     return finish();
 }
 
+void Connection::begin(const std::string& mode, const std::string& settings) {
+    execute("BEGIN " + mode + "; SET LOCAL search_path = pg_catalog, pg_temp; " + settings);
+}
+
 void Connection::send(const std::string& sql, const Parameters& parameters) {
     std::vector<Oid> types;
     std::vector<const char*> values;

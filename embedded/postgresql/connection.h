@@ -47,6 +47,12 @@ class Connection {
     /// Runs a statement with parameters. How many rows it has changed.
     std::int64_t execute(const std::string& sql, const Parameters& parameters);
 
+    /// Begins a transaction of this mode, and runs `settings` in it. Every statement belongs in one: names are looked up
+    /// in the system's own schema there, so that nothing that other users of the database have made is called, whatever
+    /// the settings of the database and the role say. It ends with "COMMIT", and leaves nothing behind in the session,
+    /// which a pool may give to others.
+    void begin(const std::string& mode, const std::string& settings = "");
+
     [[nodiscard]] bool is_lost() const;
     /// Whether it is lost by now: the server may have ended it while nobody asked for anything.
     [[nodiscard]] bool has_ended();

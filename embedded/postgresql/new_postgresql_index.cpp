@@ -1,5 +1,7 @@
 #include "embedded/postgresql/new_postgresql_index.h"
 
+#include "embedded/paths/folder_name.h"
+#include "embedded/postgresql/advisory_lock.h"
 #include "embedded/postgresql/schema.h"
 
 #include <unistd.h>
@@ -15,16 +17,21 @@ namespace {
 // All tables whose rows belong to a snapshot.
 constexpr std::array TABLES{"notes", "files", "languages", "symbols", "descriptions", "resolutions", "edges"};
 
-// The name of a folder, whether or not a separator ends its path.
-std::string folder_name(const std::string& path) {
-    const std::filesystem::path folder = std::filesystem::path(path).lexically_normal();
-    return (folder.has_filename() ? folder : folder.parent_path()).filename();
+// An import may read its input for a long time before it sends a row.
+constexpr const char* MODE = "ISOLATION LEVEL READ COMMITTED";  // else imports of others might be in its way
+constexpr const char* PATIENT = "SET LOCAL idle_in_transaction_session_timeout = 0";
+
+// Rows of one of the tables that belong to the repository, and to a snapshot of which the condition holds.
+std::string rows_where(const std::string& table, std::int64_t repository, const std::string& of_snapshot) {
+    return " FROM wiki_scope." + table + " WHERE repository = " + std::to_string(repository) + " AND snapshot " +
+           of_snapshot;
 }
 
 }  // namespace
 
 NewPostgresqlIndex::NewPostgresqlIndex(const Address& address, std::string repository, Look look)
     : connection_(address, std::move(look)), repository_(std::move(repository)) {
+    connection_.begin(MODE, PATIENT);
     require_schema(connection_);
 }
 
@@ -43,7 +50,7 @@ std::string NewPostgresqlIndex::scratch_path(const std::string& role) const {
 
 void NewPostgresqlIndex::claim(const std::string& folder) {
     if (repository_.empty()) {
-        repository_ = folder_name(folder);
+        repository_ = folder.empty() ? "" : folder_name(folder);
     }
     if (repository_.empty()) {
         throw std::runtime_error(connection_.server() +
@@ -52,14 +59,13 @@ void NewPostgresqlIndex::claim(const std::string& folder) {
     if (!find_repository()) {
         connection_.execute("INSERT INTO wiki_scope.repositories(name) VALUES($1) ON CONFLICT DO NOTHING",
                             Parameters().text(repository_));
+        connection_.execute("COMMIT");  // else a second import of the same name would wait for the end of this one
+        connection_.begin(MODE, PATIENT);
         find_repository();
     }
-    Rows lock(connection_, "SELECT pg_try_advisory_lock(2003397481, $1::integer)",
-              Parameters().integer(repository_id_));
-    const bool is_mine = lock.step() && lock.integer(0) != 0;
-    lock.step();
-    if (!is_mine) {
-        throw std::runtime_error(name() + ": another import into this index is running; wait for it to end");
+    if (const std::optional<std::string> holder = holder_unless_locked(connection_, repository_id_)) {
+        throw std::runtime_error(name() + ": another import into this index is running (" + *holder +
+                                 "); wait for it to end");
     }
     find_repository();  // that import may have ended a moment ago
 }
@@ -76,14 +82,29 @@ bool NewPostgresqlIndex::find_repository() {
     return is_there;
 }
 
-void NewPostgresqlIndex::remove_superseded() {
-    // One transaction, since they are sent together; what is not on the disk yet when power is lost goes with the next.
-    std::string statements = "SET synchronous_commit = off;";
+// What an import that was killed, or anybody else, has left under the number of a snapshot yet to come.
+void NewPostgresqlIndex::remove_leftovers() {
+    const std::string is_to_come = "> " + std::to_string(current_);
     for (const std::string table : TABLES) {
-        statements += "DELETE FROM wiki_scope." + table + " WHERE repository = " + std::to_string(repository_id_) +
-                      " AND snapshot < " + std::to_string(current_) + ";";
+        Rows left(connection_, "SELECT 1" + rows_where(table, repository_id_, is_to_come) + " LIMIT 1", {});
+        bool is_left = false;
+        while (left.step()) {
+            is_left = true;
+        }
+        if (is_left) {
+            connection_.execute("DELETE" + rows_where(table, repository_id_, is_to_come));
+        }
     }
-    connection_.execute(statements);
+}
+
+void NewPostgresqlIndex::remove_superseded() {
+    // What is not on the disk yet when power is lost goes with the next.
+    connection_.begin(MODE, "SET LOCAL synchronous_commit = off");
+    std::string statements;
+    for (const std::string table : TABLES) {
+        statements += "DELETE" + rows_where(table, repository_id_, "< " + std::to_string(current_)) + ";";
+    }
+    connection_.execute(statements + "COMMIT");
 }
 
 // Indexes alone answer for rows that a vacuum has seen. It may be left to autovacuum: who does not own the table is not
@@ -94,7 +115,7 @@ void NewPostgresqlIndex::make_visible() {
 
 RowWriter& NewPostgresqlIndex::rows() {
     if (!rows_) {
-        connection_.execute("BEGIN ISOLATION LEVEL READ COMMITTED");  // else imports of others might be in its way
+        remove_leftovers();
         rows_.emplace(connection_, repository_id_, current_ + 1);
     }
     return *rows_;
@@ -107,7 +128,7 @@ void NewPostgresqlIndex::complete(const RowCounts& counts) {
         throw std::runtime_error(name() + ": the server has not taken every row; import again");
     }
     const std::int64_t changed = connection_.execute(
-        "UPDATE wiki_scope.repositories SET snapshot = $2, bytes = $3, made = clock_timestamp() WHERE repository = $1",
+        "UPDATE wiki_scope.repositories SET snapshot = $2, bytes = $3, made = pg_catalog.clock_timestamp() WHERE repository = $1",
         Parameters().integer(repository_id_).integer(current_ + 1).integer(rows_->size()));
     if (changed != 1) {
         throw std::runtime_error(name() + ": the server does not let the row of the repository be changed; check its "
@@ -128,10 +149,14 @@ void NewPostgresqlIndex::commit() {
         throw unknown(name() + ": interrupted at the last step");
     }
     ++current_;
+    // The new index is there, whatever becomes of the old.
     try {
         remove_superseded();
         make_visible();
-    } catch (...) {  // the new index is there, whatever becomes of the old: the next import removes it
+    } catch (const PostgresqlError& error) {
+        remark_ = std::string(error.what()) + "; the snapshots before are still there, the next import may remove them";
+    } catch (...) {  // what the watch throws
+        remark_ = name() + ": interrupted; the snapshots before are still there, the next import removes them";
     }
 }
 

@@ -17,7 +17,7 @@ namespace embedded::postgresql {
 /// then the one before is removed, together with what an import that was killed meanwhile has left of others. Pages that
 /// are being read go on to see theirs: the server keeps its rows for them.
 ///
-/// A lock of the server holds off other imports into the repository; it goes with the connection.
+/// A lock of the server holds off other imports into the repository; it goes with the transaction.
 class NewPostgresqlIndex : public NewIndex {
   public:
     /// `repository` is empty when its folder tells its name.
@@ -31,11 +31,13 @@ class NewPostgresqlIndex : public NewIndex {
     [[nodiscard]] RowWriter& rows() override;
     void complete(const RowCounts& counts) override;
     void commit() override;
+    [[nodiscard]] std::string remark() const override { return remark_; }
     [[nodiscard]] std::runtime_error failure(const IndexError& error) const override;
 
   private:
     /// Reads the numbers of the repository and of its current snapshot. False when there is no such repository yet.
     bool find_repository();
+    void remove_leftovers();
     void remove_superseded();
     /// Has pages read the new rows at less cost, if the server allows that.
     void make_visible();
@@ -45,6 +47,7 @@ class NewPostgresqlIndex : public NewIndex {
     std::int64_t repository_id_ = 0;
     std::int64_t current_ = 0;  // snapshot; 0 for none
     std::optional<RowCopy> rows_;
+    std::string remark_;
 };
 
 }  // namespace embedded::postgresql

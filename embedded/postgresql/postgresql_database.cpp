@@ -13,8 +13,7 @@ namespace {
 // The planner may know nothing yet of a snapshot that was copied a moment ago, and then takes all plans for equally cheap.
 // So nothing is left to its estimates: rows are asked for range by range, and in the order of the index that is made for
 // it, since no other has them in that order and nothing may be sorted where it can be helped.
-constexpr const char* BEGIN = R"sql(
-    BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY;
+constexpr const char* PLANS = R"sql(
     SET LOCAL enable_sort = off;
     SET LOCAL enable_seqscan = off;
     SET LOCAL enable_bitmapscan = off;
@@ -36,7 +35,7 @@ std::string between(const std::string& table, const std::string& key, const std:
 
 // Rows whose integer in a column lies in one of the ranges that are bound to $3 and $4.
 std::string in_ranges(const std::string& table, const std::string& column) {
-    return "FROM unnest($3::bigint[], $4::bigint[]) AS range(first, last) CROSS JOIN LATERAL " +
+    return "FROM ROWS FROM(pg_catalog.unnest($3::bigint[]), pg_catalog.unnest($4::bigint[])) AS range(first, last) CROSS JOIN LATERAL " +
            between(table, column, "range.first", "range.last");
 }
 
@@ -92,7 +91,7 @@ std::vector<EdgeRow> all_edges(Rows& rows) {
 }  // namespace
 
 PostgresqlDatabase::Transaction::Transaction(Connection& of) : connection(of) {
-    connection.execute(BEGIN);
+    connection.begin("ISOLATION LEVEL REPEATABLE READ READ ONLY", PLANS);
 }
 
 PostgresqlDatabase::Transaction::~Transaction() {
@@ -122,11 +121,12 @@ Parameters PostgresqlDatabase::key_and_ranges(std::vector<std::int64_t> integers
 }
 
 void PostgresqlDatabase::find_snapshot() {
-    Rows row(connection_,
-             "SELECT repository, snapshot, bytes, "
-             "convert_to(to_char(made AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), 'UTF8') "
-             "FROM wiki_scope.repositories WHERE name = $1 AND snapshot > 0",
-             Parameters().text(repository_));
+    Rows row(
+        connection_,
+        "SELECT repository, snapshot, bytes, "
+        "pg_catalog.convert_to(pg_catalog.to_char(made AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), 'UTF8') "
+        "FROM wiki_scope.repositories WHERE name = $1 AND snapshot > 0",
+        Parameters().text(repository_));
     if (row.step()) {
         repository_id_ = row.integer(0);
         snapshot_ = row.integer(1);
@@ -145,9 +145,10 @@ void PostgresqlDatabase::find_snapshot() {
 std::string PostgresqlDatabase::known_repositories() {
     constexpr int MOST = 10;
     std::string names;
-    Rows rows(connection_,
-              "SELECT convert_to(name, 'UTF8') FROM wiki_scope.repositories WHERE snapshot > 0 ORDER BY name LIMIT $1",
-              Parameters().integer(MOST + 1));
+    Rows rows(
+        connection_,
+        "SELECT pg_catalog.convert_to(name, 'UTF8') FROM wiki_scope.repositories WHERE snapshot > 0 ORDER BY name LIMIT $1",
+        Parameters().integer(MOST + 1));
     for (int count = 0; rows.step(); ++count) {
         names.append(count == 0 ? " (there are " : ", ").append(count < MOST ? rows.bytes(0) : "...");
     }
@@ -166,7 +167,7 @@ std::string PostgresqlDatabase::noted(std::string_view key) {
 
 std::int64_t PostgresqlDatabase::count_files(std::int64_t most) {
     Rows rows(connection_,
-              "SELECT count(*) FROM (SELECT FROM wiki_scope.files WHERE " + of_snapshot("files") +
+              "SELECT pg_catalog.count(*) FROM (SELECT FROM wiki_scope.files WHERE " + of_snapshot("files") +
                   " LIMIT $3) AS first_files",
               key().integer(most));
     std::int64_t count = 0;
@@ -186,7 +187,7 @@ void PostgresqlDatabase::read_files_at(std::span<const std::string> paths, const
     }
     const std::string start = start_of_path("page.path");
     Rows rows(connection_,
-              FILES + "FROM unnest($3::bytea[]) WITH ORDINALITY AS page(path, place) CROSS JOIN LATERAL " +
+              FILES + "FROM pg_catalog.unnest($3::bytea[]) WITH ORDINALITY AS page(path, place) CROSS JOIN LATERAL " +
                   between("files", start_of_path("path"), start, start) +
                   "WHERE files.path = page.path ORDER BY page.place",
               key().bytes_list(once));
@@ -238,8 +239,8 @@ void PostgresqlDatabase::read_declarations_named(std::string_view name, const Ta
 void PostgresqlDatabase::read_names(std::string_view part, const Take<NameRow>& take) {
     Rows rows(connection_,
               "SELECT id, name, uses FROM wiki_scope.symbols AS symbols WHERE " + of_snapshot("symbols") +
-                  " AND position(lower(encode($3, 'escape') COLLATE \"C\") "
-                  "IN lower(encode(name, 'escape') COLLATE \"C\")) > 0",
+                  " AND position(pg_catalog.lower(pg_catalog.encode($3, 'escape') COLLATE \"C\") "
+                  "IN pg_catalog.lower(pg_catalog.encode(name, 'escape') COLLATE \"C\")) > 0",
               key().bytes(part));
     while (rows.step()) {
         take({.declaration = rows.integer(0), .name = rows.bytes(1), .uses = rows.integer(2)});

@@ -1,7 +1,13 @@
 #include "embedded/postgresql/schema.h"
 
+#include "embedded/postgresql/advisory_lock.h"
+
 #include <array>
+#include <chrono>
+#include <optional>
+#include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace embedded::postgresql {
 
@@ -79,8 +85,50 @@ constexpr std::array MIGRATIONS{
     )sql",
 };
 
-// Holds off others who migrate the same database until the transaction ends: "wiki", in letters.
-constexpr const char* LOCK = "SELECT pg_advisory_xact_lock(2003397481, 0)";
+// Who else owns the schema or something in it.
+constexpr const char* OTHER_OWNER = R"sql(
+    SELECT pg_catalog.convert_to(pg_catalog.pg_get_userbyid(owner)::pg_catalog.text, 'UTF8')
+    FROM (SELECT nspowner AS owner FROM pg_catalog.pg_namespace WHERE nspname = 'wiki_scope'
+          UNION ALL
+          SELECT relowner FROM pg_catalog.pg_class JOIN pg_catalog.pg_namespace AS schema ON schema.oid = relnamespace
+          WHERE nspname = 'wiki_scope') AS owners
+    WHERE owner <> (SELECT oid FROM pg_catalog.pg_roles WHERE rolname = CURRENT_USER)
+    LIMIT 1
+)sql";
+
+// The owner of the schema, where that is neither who asks, nor the owner of the database, nor a superuser, and where the
+// schema runs code: where its tables are views, have rules or triggers, or where their policies, constraints, defaults or
+// indexes call functions that are not the system's. Such code would run with the rights of whoever reads or imports.
+constexpr const char* OWNER_OF_CODE = R"sql(
+    WITH RECURSIVE schema AS (
+        SELECT schema.oid, owner.rolname FROM pg_catalog.pg_namespace AS schema
+        JOIN pg_catalog.pg_roles AS owner ON owner.oid = schema.nspowner
+        JOIN pg_catalog.pg_database AS database ON database.datname = pg_catalog.current_database()
+        WHERE schema.nspname = 'wiki_scope' AND NOT owner.rolsuper AND owner.oid <> database.datdba
+            AND owner.rolname <> CURRENT_USER
+    ), ours(oid) AS (
+        SELECT class.oid FROM schema JOIN pg_catalog.pg_class AS class ON class.relnamespace = schema.oid
+        UNION SELECT inhrelid FROM ours JOIN pg_catalog.pg_inherits ON inhparent = ours.oid
+    ), parts(class, oid) AS (
+        SELECT 'pg_catalog.pg_class'::pg_catalog.regclass::pg_catalog.oid, oid FROM ours
+        UNION ALL SELECT 'pg_catalog.pg_attrdef'::pg_catalog.regclass, part.oid
+            FROM ours JOIN pg_catalog.pg_attrdef AS part ON part.adrelid = ours.oid
+        UNION ALL SELECT 'pg_catalog.pg_constraint'::pg_catalog.regclass, part.oid
+            FROM ours JOIN pg_catalog.pg_constraint AS part ON part.conrelid = ours.oid
+        UNION ALL SELECT 'pg_catalog.pg_policy'::pg_catalog.regclass, part.oid
+            FROM ours JOIN pg_catalog.pg_policy AS part ON part.polrelid = ours.oid
+    )
+    SELECT pg_catalog.convert_to(schema.rolname::pg_catalog.text, 'UTF8') FROM schema WHERE
+        EXISTS(SELECT FROM ours JOIN pg_catalog.pg_class AS class ON class.oid = ours.oid
+               WHERE class.relkind NOT IN ('r', 'p', 'i', 'I', 'S', 't') OR class.relhasrules)
+        OR EXISTS(SELECT FROM ours JOIN pg_catalog.pg_trigger AS fired ON fired.tgrelid = ours.oid
+                  WHERE NOT fired.tgisinternal)
+        OR EXISTS(SELECT FROM parts JOIN pg_catalog.pg_depend AS needs
+                      ON needs.classid = parts.class AND needs.objid = parts.oid
+                  WHERE needs.refclassid IN ('pg_catalog.pg_proc'::pg_catalog.regclass,
+                                             'pg_catalog.pg_operator'::pg_catalog.regclass,
+                                             'pg_catalog.pg_type'::pg_catalog.regclass))
+)sql";
 
 UnusableIndex newer(const std::string& server, std::int64_t version) {
     return {UnusableIndex::Fault::NEWER, server,
@@ -98,9 +146,42 @@ std::int64_t integer_from(Connection& connection, const std::string& query) {
     return integer;
 }
 
+// The text in the only row that a query gives; none when it gives none.
+std::optional<std::string> text_from(Connection& connection, const std::string& query) {
+    Rows row(connection, query, {});
+    std::optional<std::string> text;
+    while (row.step()) {
+        text = row.bytes(0);
+    }
+    return text;
+}
+
 // Throws when there is no table of versions.
 std::int64_t latest_version(Connection& connection) {
-    return integer_from(connection, "SELECT max(version) FROM wiki_scope.versions");
+    return integer_from(connection, "SELECT pg_catalog.max(version) FROM wiki_scope.versions");
+}
+
+// Another program that prepares the database is waited for, as long as a connection is.
+void lock_schema(Connection& connection) {
+    constexpr int TRIES = 100;
+    constexpr std::chrono::milliseconds BETWEEN(100);
+    std::optional<std::string> holder = holder_unless_locked(connection, SCHEMA_LOCK);
+    for (int tried = 1; holder && tried < TRIES; ++tried) {
+        std::this_thread::sleep_for(BETWEEN);
+        holder = holder_unless_locked(connection, SCHEMA_LOCK);
+    }
+    if (holder) {
+        throw std::runtime_error(connection.server() + ": the lock for preparing the database is held by " + *holder +
+                                 "; have that end");
+    }
+}
+
+void require_ownership(Connection& connection) {
+    if (const std::optional<std::string> owner = text_from(connection, OTHER_OWNER)) {
+        throw std::runtime_error(connection.server() + ": the schema wiki_scope, or something in it, belongs to " +
+                                 *owner + "; if you trust " + *owner +
+                                 ", have init run by that role, else name another database");
+    }
 }
 
 }  // namespace
@@ -110,9 +191,11 @@ std::int64_t schema_version() {
 }
 
 std::int64_t migrate(Connection& connection, std::int64_t version) {
-    connection.execute("BEGIN ISOLATION LEVEL READ COMMITTED");  // what is read is what others have left
-    connection.execute(LOCK);
-    const bool has_versions = integer_from(connection, "SELECT count(to_regclass('wiki_scope.versions'))") != 0;
+    connection.begin("ISOLATION LEVEL READ COMMITTED");  // what is read is what others have left
+    lock_schema(connection);
+    require_ownership(connection);
+    const bool has_versions =
+        integer_from(connection, "SELECT pg_catalog.count(pg_catalog.to_regclass('wiki_scope.versions'))") != 0;
     const std::int64_t before = has_versions ? latest_version(connection) : 0;
     if (before > schema_version()) {
         throw newer(connection.server(), before);
@@ -123,7 +206,8 @@ std::int64_t migrate(Connection& connection, std::int64_t version) {
     }
     for (std::int64_t next = before; next < version; ++next) {
         connection.execute(MIGRATIONS.at(static_cast<std::size_t>(next)));
-        connection.execute("INSERT INTO wiki_scope.versions VALUES($1, now())", Parameters().integer(next + 1));
+        connection.execute("INSERT INTO wiki_scope.versions VALUES($1, pg_catalog.now())",
+                           Parameters().integer(next + 1));
     }
     connection.execute("COMMIT");
     return before;
@@ -131,6 +215,11 @@ std::int64_t migrate(Connection& connection, std::int64_t version) {
 
 void require_schema(Connection& connection) {
     using Fault = UnusableIndex::Fault;
+    if (const std::optional<std::string> owner = text_from(connection, OWNER_OF_CODE)) {
+        throw UnusableIndex(Fault::FOREIGN, connection.server(),
+                            "the schema wiki_scope belongs to " + *owner +
+                                " and runs code of its own (a view, a rule, a trigger or a function)");
+    }
     std::int64_t version = 0;
     try {
         version = latest_version(connection);

@@ -37,7 +37,8 @@ TEST(ServerAddress, IsNeverQuotedWhereItIsMisspelt) {
              "postgresql://me:secret/wiki", "postgresql://me:100%secret@db/wiki", "postgresql://db/wiki?pasword=secret",
              "postgresql://db/wiki?passwor%64=secret", "postgresql://me:secret@[::1/wiki", "postgresql://db/?secret",
              "Postgresql://me:secret@db/wiki", "mysql://me:secret@db/wiki", "host=db password=secret",
-             "password=secret host=a://b"}) {
+             "password=secret host=a://b", "postgresql:me:secret@db", "postgres:/me:secret@db", "POSTGRES:me:secret",
+             "me:secret@db/wiki"}) {
         try {
             index_at(url);
             FAIL() << url;
