@@ -20,6 +20,7 @@ namespace {
 struct StatsArguments {
     IndexOption index;
     std::string format = "text";
+    bool check = false;
 };
 
 }  // namespace
@@ -29,9 +30,14 @@ void add_stats_command(CLI::App& app) {
     CLI::App& stats = *app.add_subcommand("stats", "Tell what is in an index, and how it was made");
     add_index_options(stats, arguments->index, "The index");
     add_format_option(stats, arguments->format);
+    stats.add_flag("--check", arguments->check, "Read all of the index, and fail when it is damaged");
     stats.callback([arguments] {
         read_index(*index_of(arguments->index), [&](storage::Database& index) {
-            const IndexStats found = index_stats(index);
+            if (arguments->check) {
+                index.check();
+            }
+            IndexStats found = index_stats(index);
+            found.is_checked = arguments->check;
             print([&](std::ostream& out) {
                 arguments->format == "json" ? write_json(out, found) : write_text(out, found);
             });

@@ -31,6 +31,8 @@ struct IndexOrigin {
     std::string made;        ///< when it was written, in UTC: "2026-11-24T10:53:02Z"
     /// Whether it is a file of the user who runs this program, and others may not write to it.
     bool is_users_own = false;
+    /// Whether all that may be damaged in it has checksums.
+    bool has_checksums = false;
 };
 
 }  // namespace embedded
@@ -55,6 +57,9 @@ class Database {
     [[nodiscard]] virtual embedded::IndexOrigin origin() = 0;
     /// What the index notes of itself under this key; empty when it notes nothing.
     [[nodiscard]] virtual std::string noted(std::string_view key) = 0;
+
+    /// Reads all of the index. Throws `IndexError` when it is damaged; without checksums only some damage shows.
+    virtual void check() = 0;
 
     /// How many files there are; `most` where there are more.
     [[nodiscard]] virtual std::int64_t count_files(std::int64_t most) = 0;

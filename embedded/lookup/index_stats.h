@@ -12,6 +12,7 @@ namespace embedded {
 struct IndexStats {
     std::string index;  ///< what it is called
     IndexOrigin origin;
+    bool is_checked = false;  ///< whether all of it was read, and found whole
     scip::ImportReport report;
 };
 

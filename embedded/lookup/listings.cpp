@@ -62,6 +62,12 @@ void write_text(std::ostream& out, const IndexStats& stats) {
     out << "Made " << stats.origin.made << " from " << printable(report.source)
         << (report.checkout.empty() ? "" : ", sources in " + printable(report.checkout)) << "; " << stats.origin.bytes
         << " bytes\n";
+    if (stats.is_checked) {
+        out << "Checked: all of it was read, and no damage found\n";
+    }
+    if (!stats.origin.has_checksums) {
+        out << "Without checksums, so that damage may stay unnoticed; import again for an index with them\n";
+    }
     write_findings(out, report);
     write_counts(out, "Language", "Files", report.files_by_language);
     write_counts(out, "Kind", "Declarations", report.declarations_by_kind);

@@ -49,6 +49,8 @@ void write_json(std::ostream& out, const IndexStats& stats) {
         json.member("index", stats.index);
         json.member("bytes", stats.origin.bytes);
         json.member("made", stats.origin.made);
+        json.member("checksums", stats.origin.has_checksums);
+        json.member("checked", stats.is_checked);
         json.member("report", Json::parse(written(stats.report)));
     });
     out << '\n';

@@ -15,6 +15,7 @@ namespace embedded::serve {
 namespace {
 
 const Sent TEXT = {{"type", "string"}};
+const Sent BOOLEAN = {{"type", "boolean"}};
 const Sent COUNT = {{"type", "integer"}, {"minimum", 0}};
 
 constexpr std::int64_t MOST_LISTED = 10'000;
@@ -133,7 +134,7 @@ Tool list_files_tool() {
                        {"language", {{"type", {"string", "null"}}}},
                        {"declarations", COUNT},
                        {"declared_lines", described(COUNT, "Those that the declarations take up together.")},
-                       {"is_test", {{"type", "boolean"}}}},
+                       {"is_test", BOOLEAN}},
                       {"path", "language", "declarations", "declared_lines", "is_test"});
     return {.name = name,
             .definition = tool_definition(
@@ -159,8 +160,10 @@ Tool index_stats_tool() {
                 object_schema({{"index", TEXT},
                                {"bytes", described(COUNT, "The size of the index.")},
                                {"made", described(TEXT, "In UTC.")},
+                               {"checksums", described(BOOLEAN, "Whether all damage to it shows.")},
+                               {"checked", described(BOOLEAN, "Whether all of it was read, and no damage found.")},
                                {"report", {{"type", "object"}, {"description", "What the import counted."}}}},
-                              {"index", "bytes", "made", "report"})),
+                              {"index", "bytes", "made", "checksums", "checked", "report"})),
             .run = run_stats};
 }
 

@@ -2,6 +2,8 @@
 
 #include "embedded/sqlite/bound_list.h"
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -71,6 +73,15 @@ std::string SqliteDatabase::noted(std::string_view key) {
     Statement value(connection_, "SELECT value FROM meta WHERE key = ?1");
     value.bind(1, key);
     return value.step() ? std::string(value.text(0)) : "";
+}
+
+void SqliteDatabase::check() {
+    Statement first_finding(connection_, "PRAGMA integrity_check(1)");
+    first_finding.step();
+    if (std::string finding(first_finding.text(0)); finding != "ok") {
+        std::ranges::replace(finding, '\n', ' ');
+        throw SqliteError(connection_.path(), finding, SQLITE_CORRUPT);
+    }
 }
 
 std::int64_t SqliteDatabase::count_files(std::int64_t most) {

@@ -19,6 +19,7 @@ class SqliteDatabase : public storage::Database {
     [[nodiscard]] std::string name() const override { return connection_.path(); }
     [[nodiscard]] IndexOrigin origin() override { return origin_; }
     [[nodiscard]] std::string noted(std::string_view key) override;
+    void check() override;
 
     [[nodiscard]] std::int64_t count_files(std::int64_t most) override;
     void read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) override;

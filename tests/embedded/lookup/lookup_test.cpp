@@ -115,5 +115,22 @@ TEST_F(Lookup, TellsWhatAnIndexIsMadeOf) {
         run("stats --index index.db").err.ends_with(": does not say how it was made; import the SCIP file again\n"));
 }
 
+TEST_F(Lookup, ChecksAllOfAnIndexWhenItIsAsked) {
+    folder.write("in.scip", scip::scip_file({scip::ScipDocument("a.ts").defines(scip::F)}));
+    ASSERT_EQ(run("import in.scip --index whole.db").exit_code, 0);
+    EXPECT_EQ(json::parse(run("stats --check --format json --index whole.db").out)["checked"], true);
+    EXPECT_NE(run("stats --check --index whole.db").out.find("\nChecked: "), std::string::npos);
+
+    declare({{"needle", 1, ""}});
+    std::string stale = folder.read("index.db");
+    stale[stale.find("needle")] = 'N';  // in the table, or in what names are found by
+    folder.write("stale.db", stale);
+    const Outcome checked = run("stats --check --index stale.db");
+    EXPECT_EQ(checked.exit_code, 1);
+    EXPECT_EQ(checked.err,
+              "wiki-scope: stale.db: row 1 missing from index symbols_by_name; it is not a whole wiki-scope "
+              "index: import the SCIP file again\n");
+}
+
 }  // namespace
 }  // namespace embedded
