@@ -31,7 +31,7 @@ struct IndexOrigin {
     std::string made;        ///< when it was written, in UTC: "2026-11-24T10:53:02Z"
     /// Whether it is a file of the user who runs this program, and others may not write to it.
     bool is_users_own = false;
-    /// Whether all that may be damaged in it has checksums.
+    /// Whether all of it has checksums, so that no damage stays unnoticed.
     bool has_checksums = false;
 };
 

@@ -1,5 +1,7 @@
 #include "embedded/sqlite/connection.h"
 
+#include "embedded/sqlite/checking_vfs.h"
+
 #include <sqlite3.h>
 
 #include <filesystem>
@@ -56,7 +58,9 @@ void Connection::Closer::operator()(sqlite3* handle) const {
 Connection::Connection(const std::string& path, Mode mode) : path_(path) {
     const int flags = mode == Mode::READ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     sqlite3* handle = nullptr;
-    const int code = sqlite3_open_v2(literal(path).c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    const char* const vfs = mode == Mode::READ ? checking_vfs() : nullptr;
+    const int code =
+        sqlite3_open_v2(literal(path).c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, vfs);
     handle_.reset(handle);
     if (code != SQLITE_OK) {
         fail(code);
@@ -92,6 +96,9 @@ void Connection::watch(std::function<void()> look) {
 void Connection::fail(int code) const {
     if (watch_ != nullptr && watch_->thrown != nullptr) {
         std::rethrow_exception(std::exchange(watch_->thrown, nullptr));
+    }
+    if (code == SQLITE_IOERR_DATA) {
+        throw SqliteError(path_, "damaged, or changed by another program", SQLITE_CORRUPT);
     }
     const char* reason = handle_ == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(handle());
     constexpr int PRIMARY = 0xFF;

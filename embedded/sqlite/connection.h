@@ -38,6 +38,7 @@ class Connection {
   public:
     enum class Mode { READ, CREATE };
 
+    /// To read, pages are compared with their checksums when the file states any: one that has not its own is damage.
     /// The path is taken as it stands: "file:x" and ":memory:" are names of files like any other.
     Connection(const std::string& path, Mode mode);
 

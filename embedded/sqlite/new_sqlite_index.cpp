@@ -1,5 +1,6 @@
 #include "embedded/sqlite/new_sqlite_index.h"
 
+#include "embedded/sqlite/page_checksums.h"
 #include "embedded/sqlite/schema.h"
 
 #include <cstdint>
@@ -26,9 +27,11 @@ NewSqliteIndex::Filling::Filling(const std::string& path, const Look& look)
     connection_.watch(look);
     // Whatever goes wrong, the file is thrown away; it is made durable as a whole when it is complete.
     connection_.execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; PRAGMA threads = 4");
+    leave_room_for_checksums(connection_);
     transaction_.emplace(connection_);
     create_schema(connection_);
     writer_.emplace(connection_);
+    writer_->note(CHECKSUMS_NOTE, "xxh3");
 }
 
 void NewSqliteIndex::Filling::finish() {
@@ -57,6 +60,9 @@ RowWriter& NewSqliteIndex::rows() {
 void NewSqliteIndex::complete(const RowCounts& counts) {
     filling_->finish();
     filling_.reset();
+    if (!write_checksums(replacement_.partial_path())) {
+        throw cannot_replace(path_, last_system_error());
+    }
     if (!holds(counts)) {
         throw cannot_replace(path_, "rows are missing from what was written");
     }

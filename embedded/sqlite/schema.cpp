@@ -1,13 +1,18 @@
 #include "embedded/sqlite/schema.h"
 
 #include "embedded/index/index_error.h"
+#include "embedded/sqlite/checking_vfs.h"
+#include "embedded/sqlite/page_checksums.h"
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <system_error>
 
@@ -83,6 +88,12 @@ std::optional<std::string> schema_version_of(const Connection& connection) {
     }
 }
 
+bool notes_checksums(const Connection& connection) {
+    Statement note(connection, "SELECT 1 FROM meta WHERE key = ?1");
+    note.bind(1, CHECKSUMS_NOTE);
+    return note.step();
+}
+
 std::filesystem::file_type type_of(const std::string& path) {
     std::error_code error;
     const std::filesystem::file_type type = std::filesystem::status(path, error).type();
@@ -98,21 +109,31 @@ bool is_empty(const std::string& path) {
     return std::filesystem::file_size(path, error) == 0;
 }
 
-bool begins_as_database(const std::string& path) {
+using Header = std::array<unsigned char, DATABASE_HEADER_BYTES>;
+
+Header header_of(const std::string& path) {
+    std::array<char, DATABASE_HEADER_BYTES> characters{};
+    std::ifstream(path, std::ios::binary).read(characters.data(), characters.size());
+    return std::bit_cast<Header>(characters);
+}
+
+bool begins_as_database(const Header& header) {
     constexpr std::string_view BEGINNING("SQLite format 3\0", 16);
-    std::array<char, BEGINNING.size()> head{};
-    std::ifstream(path, std::ios::binary).read(head.data(), head.size());
-    return std::string_view(head.data(), head.size()) == BEGINNING;
+    return std::ranges::equal(std::span(header).first(BEGINNING.size()), BEGINNING);
 }
 
 // Whether the file is an index, or a database so damaged that nobody can tell any more.
 bool was_an_index(const std::string& path) {
+    const Header header = header_of(path);
+    if (layout_with_checksums(header)) {  // nothing but an import states them so
+        return true;
+    }
     try {
         // Opened for writing, so that SQLite can undo what a killed program has left half written.
         return schema_version_of(Connection(path, Connection::Mode::CREATE)).has_value();
     } catch (const SqliteError& error) {
         if (error.is_damage()) {
-            return begins_as_database(path);
+            return begins_as_database(header);
         }
         throw;
     }
@@ -157,6 +178,9 @@ Connection open_index(const std::string& path) {
         throw UnusableIndex(Fault::OUTDATED, path,
                             "an index of schema version " + *version + ", but this program reads version " +
                                 std::string(SCHEMA_VERSION));
+    }
+    if (notes_checksums(connection) && !has_checksums(connection.handle())) {
+        throw SqliteError(path, "its header is damaged, or was changed by another program", SQLITE_CORRUPT);
     }
     return connection;
 }

@@ -16,6 +16,9 @@ namespace embedded {
 /// The version of the schema that this program writes and reads.
 inline constexpr std::string_view SCHEMA_VERSION = "4";
 
+/// What `meta` has a value for when the file has checksums (page_checksums.h), which its header states too.
+inline constexpr std::string_view CHECKSUMS_NOTE = "checksums";
+
 /// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`. Throws
 /// `SqliteError`, above all when the database has such tables already.
 void create_schema(const Connection& connection);

@@ -76,11 +76,12 @@ std::string SqliteDatabase::noted(std::string_view key) {
 }
 
 void SqliteDatabase::check() {
-    Statement first_finding(connection_, "PRAGMA integrity_check(1)");
-    first_finding.step();
-    if (std::string finding(first_finding.text(0)); finding != "ok") {
-        std::ranges::replace(finding, '\n', ' ');
-        throw SqliteError(connection_.path(), finding, SQLITE_CORRUPT);
+    Statement findings(connection_, "PRAGMA integrity_check(1)");
+    findings.step();
+    const std::string_view finding = findings.text(0);
+    if (finding != "ok") {
+        const std::string_view last_line = finding.substr(finding.rfind('\n') + 1);  // of which the others are headings
+        throw SqliteError(connection_.path(), "damaged: " + std::string(last_line), SQLITE_CORRUPT);
     }
 }
 

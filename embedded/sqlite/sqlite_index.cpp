@@ -1,5 +1,6 @@
 #include "embedded/sqlite/sqlite_index.h"
 
+#include "embedded/sqlite/checking_vfs.h"
 #include "embedded/sqlite/connection.h"
 #include "embedded/sqlite/new_sqlite_index.h"
 #include "embedded/sqlite/schema.h"
@@ -45,6 +46,7 @@ class SqliteConnection : public IndexConnection {
 
     void watch(Look look) override { connection_.watch(std::move(look)); }
     [[nodiscard]] std::unique_ptr<storage::Database> read() override {
+        origin_.has_checksums = has_checksums(connection_.handle());
         return std::make_unique<SqliteDatabase>(connection_, origin_);
     }
     [[nodiscard]] bool is_current() override { return is_there(); }

@@ -1,5 +1,6 @@
 // What `wiki-scope files`, `find` and `stats` tell of an index.
 
+#include "embedded/scip/report_json.h"
 #include "tests/embedded/indexed_folder.h"
 #include "tests/embedded/scip/scip_builder.h"
 
@@ -118,9 +119,14 @@ TEST_F(Lookup, TellsWhatAnIndexIsMadeOf) {
 TEST_F(Lookup, ChecksAllOfAnIndexWhenItIsAsked) {
     folder.write("in.scip", scip::scip_file({scip::ScipDocument("a.ts").defines(scip::F)}));
     ASSERT_EQ(run("import in.scip --index whole.db").exit_code, 0);
-    EXPECT_EQ(json::parse(run("stats --check --format json --index whole.db").out)["checked"], true);
+    const json checked_whole = json::parse(run("stats --check --format json --index whole.db").out);
+    EXPECT_EQ(checked_whole["checked"], true);
+    EXPECT_EQ(checked_whole["checksums"], true);
     EXPECT_NE(run("stats --check --index whole.db").out.find("\nChecked: "), std::string::npos);
+    EXPECT_EQ(run("stats --index whole.db").out.find("hecke"), std::string::npos);
 
+    change("INSERT INTO meta VALUES('report', '" + written(scip::ImportReport()) + "')");
+    EXPECT_NE(run("stats --index index.db").out.find("\nWithout checksums, "), std::string::npos);
     declare({{"needle", 1, ""}});
     std::string stale = folder.read("index.db");
     stale[stale.find("needle")] = 'N';  // in the table, or in what names are found by
@@ -128,7 +134,7 @@ TEST_F(Lookup, ChecksAllOfAnIndexWhenItIsAsked) {
     const Outcome checked = run("stats --check --index stale.db");
     EXPECT_EQ(checked.exit_code, 1);
     EXPECT_EQ(checked.err,
-              "wiki-scope: stale.db: row 1 missing from index symbols_by_name; it is not a whole wiki-scope "
+              "wiki-scope: stale.db: damaged: row 1 missing from index symbols_by_name; it is not a whole wiki-scope "
               "index: import the SCIP file again\n");
 }
 
