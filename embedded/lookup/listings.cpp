@@ -58,7 +58,7 @@ void write_text(std::ostream& out, const FoundDeclarations& found) {
 
 void write_text(std::ostream& out, const IndexStats& stats) {
     const scip::ImportReport& report = stats.report;
-    write_made(out, printable(stats.index), report);
+    write_made(out, stats.index, report);
     out << "Made " << stats.origin.made << " from " << printable(report.source)
         << (report.checkout.empty() ? "" : ", sources in " + printable(report.checkout)) << "; " << stats.origin.bytes
         << " bytes\n";

@@ -1,5 +1,6 @@
 #include "embedded/postgresql/postgresql_index.h"
 
+#include "embedded/index/sanitized_database.h"
 #include "embedded/index/server_index.h"
 #include "embedded/postgresql/connection.h"
 #include "embedded/postgresql/new_postgresql_index.h"
@@ -21,7 +22,7 @@ class PostgresqlConnection : public IndexConnection {
 
     void watch(Look look) override { connection_.watch(std::move(look)); }
     [[nodiscard]] std::unique_ptr<storage::Database> read() override {
-        return std::make_unique<PostgresqlDatabase>(connection_, repository_);
+        return std::make_unique<SanitizedDatabase>(std::make_unique<PostgresqlDatabase>(connection_, repository_));
     }
     [[nodiscard]] bool is_current() override { return !connection_.has_ended(); }
 

@@ -1,5 +1,7 @@
 #include "embedded/scip/description.h"
 
+#include "embedded/text/control_characters.h"
+
 namespace embedded::scip {
 
 namespace {
@@ -27,7 +29,7 @@ void Description::add(const SymbolInformation& information, TextSpool& spool) {
     if (!may_declare(information.symbol)) {
         return;
     }
-    if (display_name.empty()) {
+    if (display_name.empty() && !has_control_character(information.display_name)) {
         display_name = information.display_name;
     }
     const Explanation explanation = explanation_of(information);

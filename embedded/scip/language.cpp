@@ -1,6 +1,7 @@
 #include "embedded/scip/language.h"
 
 #include "embedded/text/ascii.h"
+#include "embedded/text/control_characters.h"
 
 #include <algorithm>
 #include <array>
@@ -47,7 +48,7 @@ std::string_view language_of_extension(std::string_view path) {
 }  // namespace
 
 std::string language_of(std::string_view stated, std::string_view path) {
-    const bool says_something = !stated.empty() && stated.find('\0') == std::string_view::npos;
+    const bool says_something = !stated.empty() && !has_control_character(stated);
     return lowered(says_something ? stated : language_of_extension(path));
 }
 

@@ -1,5 +1,7 @@
 #include "embedded/scip/project_root.h"
 
+#include "embedded/text/control_characters.h"
+
 #include <algorithm>
 #include <charconv>
 #include <system_error>
@@ -49,7 +51,7 @@ fs::path common_folder(const fs::path& one, const fs::path& other) {
 
 bool is_usable(std::string_view path) {
     const std::string framed = "/" + std::string(path) + "/";
-    return !path.empty() && path.front() != '/' && path.find('\0') == std::string_view::npos &&
+    return !path.empty() && path.front() != '/' && !has_control_character(path) &&
            framed.find("/../") == std::string::npos;
 }
 
@@ -93,7 +95,7 @@ std::optional<std::string> path_in_repository(std::string_view folder, std::stri
         folder = folder.substr(0, above == std::string_view::npos ? 0 : above);
         path.remove_prefix(3);
     }
-    if (!is_usable(path)) {
+    if (!is_usable(path) || has_control_character(folder)) {
         return std::nullopt;
     }
     return folder.empty() ? std::string(path) : std::string(folder).append("/").append(path);

@@ -1,6 +1,7 @@
 #include "embedded/scip/report_text.h"
 
 #include "embedded/text/counted.h"
+#include "embedded/text/printable.h"
 
 #include <array>
 #include <ostream>
@@ -26,7 +27,7 @@ std::string passed_over(const ImportReport& report) {
             line += (line.empty() ? "Passed over: " : ", ") + counted(count, thing) + " " + fault;
         }
     };
-    add(report.unparsed_symbols, "symbol", "that cannot be read");
+    add(report.unparsed_symbols, "symbol", "that cannot be read or printed");
     add(report.unusable_documents, "document", "without a usable path");
     add(report.unusable_definitions, "definition", "without a range");
     add(report.misnamed_references, "reference", "that the source does not have under that name");
@@ -51,10 +52,10 @@ std::string about(const Examples& examples, const std::string& what, const std::
 }  // namespace
 
 void write_made(std::ostream& out, const std::string& index, const ImportReport& report) {
-    out << index << ": " << counted(report.files, "file") << ", " << counted(report.declarations, "declaration") << ", "
-        << counted(report.edges, "edge")
+    out << printable(index) << ": " << counted(report.files, "file") << ", "
+        << counted(report.declarations, "declaration") << ", " << counted(report.edges, "edge")
         << (report.sources > 0 ? ", with " + counted(report.sources, "source") : ", without sources")
-        << (report.tool.empty() ? "" : "; indexed by " + report.tool) << '\n';
+        << (report.tool.empty() ? "" : "; indexed by " + printable(report.tool)) << '\n';
 }
 
 void write_findings(std::ostream& out, const ImportReport& report) {
@@ -79,7 +80,7 @@ void write_findings(std::ostream& out, const ImportReport& report) {
     };
     for (const std::string& line : lines) {
         if (!line.empty()) {
-            out << line << '\n';
+            out << printable(line) << '\n';
         }
     }
 }

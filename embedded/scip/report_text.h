@@ -8,6 +8,8 @@
 
 namespace embedded::scip {
 
+// Control characters are written out.
+
 /// Writes what was made at `index`, on one line.
 void write_made(std::ostream& out, const std::string& index, const ImportReport& report);
 

@@ -1,6 +1,7 @@
 #include "embedded/scip/tokens.h"
 
 #include "embedded/scip/symbol.h"
+#include "embedded/text/control_characters.h"
 
 #include <algorithm>
 #include <iterator>
@@ -32,7 +33,7 @@ std::optional<SymbolNumber> SymbolTable::number(std::string_view symbol) {
         return known->second;
     }
     const auto added = numbers_.emplace(symbol, std::nullopt).first;
-    if (const std::optional<Symbol> parts = parse_symbol(symbol)) {
+    if (const auto parts = has_control_character(symbol) ? std::nullopt : parse_symbol(symbol)) {
         added->second = static_cast<SymbolNumber>(symbols_.size());
         symbols_.push_back(added->first);
         augmentations_.push_back(scip::is_augmentation(parts->descriptors));

@@ -49,7 +49,7 @@ class SymbolTable {
 
     [[nodiscard]] std::size_t size() const { return symbols_.size(); }
 
-    /// How many distinct symbols do not parse.
+    /// How many distinct symbols do not parse, or hold control characters.
     [[nodiscard]] std::size_t unparsed() const { return numbers_.size() - symbols_.size(); }
 
   private:

@@ -1,5 +1,6 @@
 #include "embedded/sqlite/sqlite_index.h"
 
+#include "embedded/index/sanitized_database.h"
 #include "embedded/sqlite/checking_vfs.h"
 #include "embedded/sqlite/connection.h"
 #include "embedded/sqlite/new_sqlite_index.h"
@@ -47,7 +48,7 @@ class SqliteConnection : public IndexConnection {
     void watch(Look look) override { connection_.watch(std::move(look)); }
     [[nodiscard]] std::unique_ptr<storage::Database> read() override {
         origin_.has_checksums = has_checksums(connection_.handle());
-        return std::make_unique<SqliteDatabase>(connection_, origin_);
+        return std::make_unique<SanitizedDatabase>(std::make_unique<SqliteDatabase>(connection_, origin_));
     }
     [[nodiscard]] bool is_current() override { return is_there(); }
 

@@ -6,7 +6,7 @@
 
 namespace embedded {
 
-/// The text with its control characters written out, a line feed as "\x0a".
+/// The text with its control characters (control_characters.h) written out byte by byte, a line feed as "\x0a".
 std::string printable(std::string_view text);
 
 }  // namespace embedded

@@ -29,14 +29,39 @@ class Queries : public IndexedFolder {
 };
 
 TEST_F(Queries, GivesFilesInTheOrderOfThePathsEachOnce) {
-    add<FileRow>({{1, "a.ts", "typescript"}, {2, "b \"\\|\n.ts"}, {4, "\xFF.ts", "typescript"}});
+    add<FileRow>({{1, "a.ts", "typescript"}, {2, "b \"\\|.ts"}, {4, "\xFF.ts", "typescript"}});
     change("INSERT INTO files(id, path, language) VALUES(3, 'c.ts', '')");
     storage::Database& db = read();
-    const auto files = scope_files(db, Paths{"c.ts", "b \"\\|\n.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
+    const auto files = scope_files(db, Paths{"c.ts", "b \"\\|.ts", "none", "a.ts", "c.ts", "\xFF.ts"});
     ASSERT_TRUE(std::ranges::equal(files, Numbers{3, 2, 1, 4}, {}, &storage::ScopeFile::id));
     EXPECT_EQ(files[0].language.value_or(""), "");
     EXPECT_EQ(files[1].language, std::nullopt);
     EXPECT_TRUE(files[2].language->same_buffer(*files[3].language));
+}
+
+TEST_F(Queries, GiveNoTextThatATerminalOrAPageWouldObey) {
+    add<FileRow>({{1, "src\x1B/a`.ts", "<img>"}, {2, "src\x1B/b.ts", "Visual Basic"}, {3, "src/\u2028|.ts", "\u009B"}});
+    add<DeclarationRow>({{1, 1, "f`\n\n## G", "a.\u202E", "\u2066", true, 1, 1}});
+    add<DescriptionRow>({{1, "a\r\n\tb`\x1B", "c\rd\n"}});
+    add<ResolutionRow>({{9, "`\u009B"}});
+    change("INSERT INTO meta(key, value) VALUES('checkout', char(27) || char(10))");
+    storage::Database& db = read();
+    std::string said;
+    db.read_files_below("src\uFFFD",
+                        [&](const FileRow& row) { said.append(row.path).append(row.language.value_or("-")); });
+    EXPECT_EQ(said, "src\uFFFD/a\uFFFD.ts-src\uFFFD/b.tsVisual Basic");
+    said.clear();
+    db.read_declarations({1},
+                         [&](const DeclarationRow& row) { said.append(row.name).append(row.fqn).append(row.kind); });
+    db.read_names("f", [&](const NameRow& row) { said.append(row.name); });
+    EXPECT_EQ(said, "f\uFFFD\uFFFD\uFFFD## Ga.\uFFFD\uFFFDf\uFFFD\uFFFD\uFFFD## G");
+    db.read_descriptions({1}, [&](const DescriptionRow& row) { said.assign(row.signature).append(row.documentation); });
+    EXPECT_EQ(said, "a\n\tb`\uFFFDc\uFFFDd\n");
+    EXPECT_EQ(db.resolution(9), "\uFFFD\uFFFD");
+    EXPECT_EQ(db.noted("checkout"), "\uFFFD\n");
+    const auto files = scope_files(db, Paths{"src/\u2028|.ts", "src/\uFFFD|.ts", "src\uFFFD/a\uFFFD.ts"});
+    EXPECT_TRUE(std::ranges::equal(files, Numbers{3, 1}, {}, &storage::ScopeFile::id));
+    EXPECT_EQ(files.at(0).language, std::nullopt);
 }
 
 TEST_F(Queries, GivesDeclarationsByFileThenLineThenId) {

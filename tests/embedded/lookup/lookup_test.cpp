@@ -48,12 +48,12 @@ class Lookup : public IndexedFolder {
 
 TEST_F(Lookup, ListsFilesInColumns) {
     EXPECT_EQ(run("files --index index.db").out, "Path           Language    Declarations  Their lines  Test\n"
-                                                 "src/\\x0a.ts                           0            0\n"
+                                                 "src/\uFFFD.ts                              0            0\n"
                                                  "src/a.ts       typescript            12            7\n"
                                                  "src/é.test.ts  typescript             0            0  test\n");
     EXPECT_EQ(run("files 'src/?.ts' --test src/a.ts none --format json --index index.db").out,
               "{\n\"files\": [\n"
-              R"({"path":"src/\n.ts","language":null,"declarations":0,"declared_lines":0,"is_test":false},)"
+              R"({"path":"src/�.ts","language":null,"declarations":0,"declared_lines":0,"is_test":false},)"
               "\n"
               R"({"path":"src/a.ts","language":"typescript","declarations":12,"declared_lines":7,"is_test":true})"
               "\n]\n}\n");
@@ -88,6 +88,27 @@ TEST_F(Lookup, FindsByTheEndOfAWholeName) {
              {"next", 3, "Subject.next"},
              {"Subject.nextTo", 4, ""}});
     EXPECT_EQ(found("Subject.next"), "next 3; next 1; Subject.nextTo 4; ");
+}
+
+TEST_F(Lookup, PrintsNoCharacterThatATerminalObeys) {
+    declare({{"f", 1, "f"}});
+    change("UPDATE files SET path = 'src/' || char(27, 155, 8238, 127) || '.ts' WHERE id = 1;"
+           "UPDATE symbols SET name = 'f' || char(27, 155, 8238, 127)");
+    folder.write("in.scip", scip::scip_file({scip::ScipDocument("a.ts")}));
+    ASSERT_EQ(run("import in.scip --index new.db").exit_code, 0);
+    Connection(folder / "new.db", Connection::Mode::CREATE)
+        .execute(
+            "UPDATE meta SET value = replace(replace(value, 'indexer', '\\u001b\\u009b'), 'a.ts', '\\u202e\\u007f')");
+    for (const std::string command :
+         {"files --index index.db", "files none src/.ts --index index.db", "find f --index index.db",
+          "page src --checkout . --index index.db", "stats --index new.db"}) {
+        const Outcome outcome = run(command);
+        const std::string said = outcome.out + outcome.err;
+        EXPECT_FALSE(said.empty());
+        for (const std::string control : {"\x1B", "\u009B", "\u202E", "\x7F"}) {
+            EXPECT_EQ(said.find(control), std::string::npos) << command << " said " << said;
+        }
+    }
 }
 
 TEST_F(Lookup, TellsWhatAnIndexIsMadeOf) {

@@ -75,6 +75,19 @@ TEST_F(ScipImport, SaysWhatItsReferencesLackAndWhichTestsReachNothing) {
     EXPECT_EQ(report.lost_tests.first, std::vector<std::string>{"test/lost.ts"});
 }
 
+TEST_F(ScipImport, LeavesOutPathsAndNamesWithControlCharactersAndCountsThem) {
+    const ImportReport report = import({ScipDocument("a.ts", "\x1B")
+                                            .describes(F, {.display_name = "\u202E"})
+                                            .defines(F)
+                                            .defines(symbol("`f\n\n## G`#")),
+                                        ScipDocument("b\n|.ts"), ScipDocument("\u0085.ts"), ScipDocument("\u2028.ts"),
+                                        ScipDocument("\x7F.ts")});
+    EXPECT_EQ(rows("SELECT path || ' ' || language AS row FROM files"), "a.ts typescript");
+    EXPECT_EQ(declarations(), "f function 1-1 public");
+    EXPECT_EQ(report.unparsed_symbols, 1);
+    EXPECT_EQ(report.unusable_documents, 4);
+}
+
 TEST_F(ScipImport, LeavesOutWhatARuleExcludesOrAllOfWhichIsGenerated) {
     folder.write("checkout/.wiki-scope.toml", "exclude = ['*.gen.ts']\ninclude = ['kept.ts']\n");
     const std::vector<ScipDocument> documents{
