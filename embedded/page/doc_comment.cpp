@@ -124,16 +124,6 @@ std::optional<Markup> tag(string_view text) {
     return Markup{end + 1, ""};
 }
 
-// Whether Markdown would take the character at `place` for markup. An underscore inside of a word is none.
-bool is_mark(string_view text, std::size_t place) {
-    const auto is_in_word = [&](std::size_t other) { return other < text.size() && is_word_character(text[other]); };
-    if (text[place] == '_') {
-        return !is_in_word(place - 1) || !is_in_word(place + 1);
-    }
-    return string_view("\\`[<*~").find(text[place]) != string_view::npos ||
-           (place == 0 && string_view("#>=+-").find(text[place]) != string_view::npos);
-}
-
 // The markup that begins at `place`, if one does. A role or an opening tag begins no sooner than a word ends:
 // "Array<string>" has no tag.
 std::optional<Markup> markup_at(string_view text, std::size_t place) {
@@ -151,7 +141,7 @@ std::optional<Markup> markup_at(string_view text, std::size_t place) {
     return std::nullopt;
 }
 
-// A text on one line.
+// A text on one line. Character references stay: doc comments are HTML where they hold some.
 std::string markdown_of(string_view text) {
     std::string markdown;
     for (std::size_t place = 0; place < text.size();) {

@@ -2,6 +2,7 @@
 
 #include "embedded/page/citation.h"
 #include "embedded/text/ascii.h"
+#include "embedded/text/markdown_text.h"
 #include "embedded/text/printable.h"
 #include "embedded/text/utf8.h"
 
@@ -24,8 +25,7 @@ using storage::SymbolId;
 constexpr std::size_t MOST_NODES = 30;
 constexpr std::size_t MOST_BESIDE = 9;  // consumers, and dependencies; the files of the page get the other places
 
-// Whether the first character of a text means nothing but itself to Mermaid, and to the Markdown in it: "1. a" is a
-// list there.
+// Whether the first character of a text means nothing but itself to Mermaid; "1. a" is a list in its Markdown.
 bool is_plain(std::string_view text) {
     constexpr std::string_view PLAIN = "/-_ ";
     constexpr std::string_view PLAIN_INSIDE = ".:";  // of a word
@@ -43,7 +43,7 @@ std::string label(std::string_view text) {
         const std::size_t bytes = code_point_bytes(rest);
         if (bytes == 0) {
             written += "\uFFFD";
-        } else if (bytes > 1 || is_plain(rest)) {
+        } else if (bytes > 1 || (is_plain(rest) && !is_markup(shown, shown.size() - rest.size()))) {
             written += rest.substr(0, bytes);
         } else {
             written += "#" + std::to_string(static_cast<int>(rest.front())) + ";";

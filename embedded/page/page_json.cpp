@@ -1,6 +1,7 @@
 #include "embedded/page/page_json.h"
 
 #include "embedded/page/descriptions.h"
+#include "embedded/page/file_cards.h"
 #include "embedded/page/flowchart.h"
 #include "embedded/text/json_writer.h"
 #include "workers/wiki/scope/render.h"
@@ -202,7 +203,7 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
     switch (section) {
     case Section::FILES:
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
-        json.member("file_cards", render_file_cards(page.facts, page.fan_in, "## Files", page.missing));
+        json.member("file_cards", file_cards(page));
         break;
     case Section::CONSUMERS:
         write_file_users(json, page.facts);

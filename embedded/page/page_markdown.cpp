@@ -3,6 +3,7 @@
 #include "embedded/page/budget.h"
 #include "embedded/page/citation.h"
 #include "embedded/page/declaration_blocks.h"
+#include "embedded/page/file_cards.h"
 #include "embedded/page/flowchart.h"
 #include "embedded/page/passage.h"
 #include "embedded/page/scoped_names.h"
@@ -46,7 +47,7 @@ std::string heading(std::string_view name, std::string_view sentence) {
 constexpr std::string_view NOTHING = "None listed.";
 
 Passage files(const Page& page) {
-    Passage passage = passage_of(render_file_cards(page.facts, page.fan_in, "## Files", page.missing), "| `", "file");
+    Passage passage = passage_of(file_cards(page), "| `", "file");
     passage.rank = Passage::Rank::FILE_BY_FILE;
     return passage;
 }
@@ -98,7 +99,7 @@ Passage dependencies(const Page& page) {
     passage.table_head = "| Declaration | Kind | File | References |\n"
                          "|---|---|---|---|\n";
     for (const auto& [target, references] : page.neighbours) {
-        passage.items.push_back("| " + code_cell(target->name) + " | " + plain_text(target->kind) + " | " +
+        passage.items.push_back("| " + code_cell(target->name) + " | " + plain_cell(target->kind) + " | " +
                                 code_cell(citation(target->path, cited_lines(*target))) + " | " +
                                 std::to_string(references) + " |\n");
     }

@@ -5,6 +5,8 @@
 #include "embedded/summary/leading_comments.h"
 #include "embedded/summary/shared_summaries.h"
 #include "embedded/text/blanks.h"
+#include "embedded/text/control_characters.h"
+#include "embedded/text/markdown_text.h"
 #include "embedded/text/utf8.h"
 
 #include <algorithm>
@@ -91,7 +93,7 @@ std::string file_summary(std::span<const std::string> lines) {
     embedded::LeadingComments comments(lines);
     while (comments.next_block()) {
         if (const std::string text = embedded::description(comments); !text.empty()) {
-            std::string summary = embedded::shortened(text);
+            std::string summary = embedded::plain_text(embedded::without_control_characters(embedded::shortened(text)));
             return embedded::is_shared_summary(summary) ? std::string() : summary;
         }
     }

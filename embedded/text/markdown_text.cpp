@@ -1,5 +1,9 @@
 #include "embedded/text/markdown_text.h"
 
+#include "embedded/text/ascii.h"
+#include "embedded/text/blanks.h"
+#include "embedded/text/control_characters.h"
+
 #include <algorithm>
 
 namespace embedded {
@@ -23,15 +27,33 @@ std::string on_one_line(std::string_view text) {
     return line;
 }
 
-std::string escaped(std::string_view text, std::string_view characters) {
+std::string with_escaped_bars(std::string_view text) {
     std::string safe;
     for (const char character : text) {
-        if (characters.find(character) != std::string_view::npos) {
-            safe += '\\';
-        }
-        safe += character;
+        safe.append(character == '|' ? "\\" : "") += character;
     }
     return safe;
+}
+
+bool is_word_character(char character) {
+    return is_letter(character) || ('0' <= character && character <= '9');
+}
+
+// The character beside a run of equal ones; a blank beyond the ends of the line.
+char before_run(std::string_view line, std::size_t place) {
+    const std::size_t before = line.find_last_not_of(line[place], place);
+    return before == std::string_view::npos ? ' ' : line[before];
+}
+char behind_run(std::string_view line, std::size_t place) {
+    const std::size_t behind = line.find_first_not_of(line[place], place);
+    return behind == std::string_view::npos ? ' ' : line[behind];
+}
+
+// "&lt;", "&#60;"
+bool is_character_reference(std::string_view text) {
+    const std::size_t begin = text.starts_with("&#") ? 2 : 1;
+    const auto* const end = std::find_if_not(text.begin() + begin, text.end(), is_word_character);
+    return end != text.end() && *end == ';' && end != text.begin() + begin;
 }
 
 bool is_tag(std::string_view language) {
@@ -41,8 +63,44 @@ bool is_tag(std::string_view language) {
 
 }  // namespace
 
+bool is_markup(std::string_view line, std::size_t place) {
+    constexpr std::string_view BLOCKS = "#>=+-*";
+    const std::string_view rest = line.substr(place);
+    if (place == 0 && BLOCKS.find(line.front()) != std::string_view::npos) {
+        return true;
+    }
+    switch (rest.front()) {
+    case '\\':
+    case '`':
+    case '[':
+    case '~':
+        return true;
+    case '*':
+        return BLANKS.find(before_run(line, place)) == std::string_view::npos ||
+               BLANKS.find(behind_run(line, place)) == std::string_view::npos;
+    case '_':
+        return !is_word_character(before_run(line, place)) || !is_word_character(behind_run(line, place));
+    case '<':
+        return rest.size() > 1 &&
+               (is_letter(rest[1]) || std::string_view("/!?").find(rest[1]) != std::string_view::npos);
+    case '&':
+        return is_character_reference(rest);
+    default:
+        return false;
+    }
+}
+
 std::string plain_text(std::string_view text) {
-    return escaped(on_one_line(text), "\\`[<#|");
+    const std::string line = on_one_line(text);
+    std::string safe;
+    for (std::size_t place = 0; place < line.size(); ++place) {
+        safe.append(is_markup(line, place) ? "\\" : "") += line[place];
+    }
+    return safe;
+}
+
+std::string plain_cell(std::string_view text) {
+    return with_escaped_bars(plain_text(text));
 }
 
 std::string code_span(std::string_view text) {
@@ -55,7 +113,7 @@ std::string code_span(std::string_view text) {
 }
 
 std::string code_cell(std::string_view text) {
-    return escaped(code_span(text), "|");
+    return with_escaped_bars(code_span(text));
 }
 
 std::string fenced_block(std::span<const std::string> lines, std::string_view language) {
@@ -67,7 +125,7 @@ std::string fenced_block(std::span<const std::string> lines, std::string_view la
     const std::string fence(length, '`');
     std::string block = fence + std::string(is_tag(language) ? language : "") + "\n";
     for (const std::string& line : lines) {
-        block.append(line).append("\n");
+        block.append(lines_without_control_characters(line)).append("\n");
     }
     return block + fence + "\n";
 }

@@ -49,13 +49,14 @@ TEST(DocComment, KeepsTheNamesBehindLinksAndRoles) {
         {"``a``, `text <url>`_ and `Foo`_.", "`a`, `text` and `Foo`."},
         {"[a *b*](url) [c] [d](", R"(a \*b\* \[c] \[d]()"},
         {"<b>a</b> <code>b<c></code> <a href='x'>d</a> Array<string> <T> a < b <br/>",
-         R"(a `b<c>` d Array\<string> \<T> a \< b)"},
+         R"(a `b<c>` d Array\<string> \<T> a < b)"},
     });
 }
 
 TEST(DocComment, CannotBreakOutOfItsPlace) {
     expect_leads({
-        {R"(a_b _c_ *d* ~e~ \f <script>)", R"(a_b \_c\_ \*d\* \~e\~ \\f \<script>)"},
+        {R"(a_b _c_ *d* ~e~ \f <script> 2 * 3)", R"(a_b \_c\_ \*d\* \~e\~ \\f \<script> 2 * 3)"},
+        {"__init__ and a__b, &lt;", R"(\_\_init\_\_ and a__b, &lt;)"},
         {"`a``b", R"(\`a\`\`b)"},
         {"``a`b``", "``a`b``"},
         {"> a\n> b", "\\> a > b"},

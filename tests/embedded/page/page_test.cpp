@@ -205,6 +205,33 @@ TEST_F(PrintedPage, DrawsThirtyNodesAtMostWhateverTheirPathsHold) {
     EXPECT_NE(graph.find(" -->|59| "), std::string::npos) << graph;
 }
 
+TEST_F(PrintedPage, HoldsNothingThatARepositoryCouldTakeItOverWith) {
+    change(
+        "UPDATE files SET path = '__lib__/<b>|`' || char(10) || '## G.ts' WHERE id = 3;"
+        "UPDATE files SET path = 'src/a|b.ts' WHERE id = 1;"
+        "UPDATE files SET path = 'test/_x_|' || char(27) || '[31m.ts' WHERE id = 4;"
+        "UPDATE symbols SET name = 'f`' || char(10, 10) || '## Injected', fqn = char(27) WHERE id = 1;"
+        "UPDATE resolutions SET name = '`<b>' || char(13) WHERE id = 3;"
+        "UPDATE files SET language = '<img src=x>' WHERE id = 2;"
+        "UPDATE descriptions SET signature = '```' || char(13) || '## G', documentation = 'Says' || char(13) || '## G'");
+    folder.write("src/a|b.ts", "// <img onerror=x> __init__\nclass One {\n  // \r```\r## G\x1B\n}\n");
+    const std::string page = print("src 'no\n`|.ts'") + print("src --no-source --only declarations");
+    const std::string card = "| `src/a\\|b.ts` | 4 | 2 | \\<img onerror=x> \\_\\_init\\_\\_ | "
+                             "`f\uFFFD\uFFFD\uFFFD## Injected` L2 (3) | "
+                             "\\_\\_lib\\_\\_/\\<b>\\|\uFFFD\uFFFD## G.ts | test/\\_x\\_\\|\uFFFD\\[31m.ts |\n";
+    EXPECT_EQ(count(page, "\n" + card), 1) << page;
+    EXPECT_EQ(count(page, "\n| ``no\uFFFD`\\|.ts`` | ? | 0 | not in the index | | | |\n"), 1) << page;
+    EXPECT_EQ(count(page, "\n- `__lib__/<b>|\uFFFD\uFFFD## G.ts` uses `f\uFFFD\uFFFD\uFFFD## Injected` (3 refs)\n"), 1)
+        << page;
+    EXPECT_EQ(count(page, "for files of unknown language, so"), 1) << page;
+    EXPECT_EQ(count(page, "\n  file1[\"#95;#95;lib#95;#95;/"), 1) << page;
+    EXPECT_EQ(count(page, "\nSays\uFFFD## G\n"), 4) << page;
+    EXPECT_EQ(count(page, "\n````typescript\nclass One {\n  // \uFFFD```\uFFFD## G\uFFFD\n}\n````\n"), 1) << page;
+    EXPECT_EQ(count(page, "\n````typescript\n```\uFFFD## G\n````\n"), 2) << page;
+    EXPECT_EQ(page.find_first_of("\x1B\r"), std::string::npos) << page;
+    EXPECT_EQ(count(page, "\n## "), 7) << page;
+}
+
 TEST_F(PrintedPage, IsChosenByTheNumbersOfItsOptions) {
     add<DeclarationRow>({{11, 1, "f", "", "function", true, 11, 11},
                          {12, 1, "g", "", "function", true, 12, 12},

@@ -47,7 +47,7 @@ TEST(FileSummary, TheFirstParagraphOfEveryKindOfCommentLosesItsMarks) {
         {"// | Sorts rows |", "Sorts rows"},
         {"/* Sorts rows     *\n * slowly.        *\n */", "Sorts rows slowly."},
         {"# ===Sorts rows---", "Sorts rows"},
-        {"# ==Sorts rows--", "==Sorts rows--"},
+        {"# ==Sorts rows--", "\\==Sorts rows--"},
     });
 }
 
@@ -165,15 +165,21 @@ TEST(FileSummary, TagsEndAParagraphAndOnlyDescribingOnesGiveTheirText) {
         {"/**\n * @internal\n * Sorts.\n * @param a rows\n */", "Sorts."},
         {"/** @module a\n */\n/** Sorts. */", "Sorts."},
         {"/** @param a the\n rows */\nf();", ""},
-        {"\"\"\"\n:copyright: me\n\n:mod:`a` sorts.\n\"\"\"", ":mod:`a` sorts."},
+        {"\"\"\"\n:copyright: me\n\n:mod:`a` sorts.\n\"\"\"", ":mod:\\`a\\` sorts."},
         {"/** @desc{Sorts rows.} */", "{Sorts rows.}"},
-        {"/** @desc[Sorts rows.] */", "[Sorts rows.]"},
+        {"/** @desc[Sorts rows.] */", "\\[Sorts rows.]"},
         {"/** @some-more_words a\n */\n/** Sorts. */", "Sorts."},
         {"# @brief: Sorts.", "Sorts."},
         {"# @a.b sorts rows.", "@a.b sorts rows."},
         {"# :brief sorts rows.", ":brief sorts rows."},
         {"# @ sorts rows.", "@ sorts rows."},
     });
+}
+
+TEST(FileSummary, IsTextWhateverMarkdownOrATerminalWouldMakeOfIt) {
+    expect({{"// Sorts <img src=x onerror=f()> __init__ in *a* [b](c) `d` e_f\\\x1B[2J\u202E | 2 < 3.",
+             R"(Sorts \<img src=x onerror=f()> \_\_init\_\_ in \*a\* \[b](c) \`d\` e_f\\)"
+             "\uFFFD\\[2J\uFFFD | 2 < 3."}});
 }
 
 TEST(FileSummary, CodeEndsTheSearch) {
