@@ -1,8 +1,10 @@
 #include "embedded/page/doc_comment.h"
 
+#include "embedded/page/lead_blocks.h"
 #include "embedded/text/ascii.h"
 #include "embedded/text/blanks.h"
 #include "embedded/text/markdown_text.h"
+#include "embedded/text/split_lines.h"
 
 #include <algorithm>
 #include <array>
@@ -154,101 +156,65 @@ std::string markdown_of(string_view text) {
         const string_view rest = text.substr(place);
         const std::size_t backticks = std::min(rest.find_first_not_of('`'), rest.size());
         for (const char character : rest.substr(0, std::max<std::size_t>(backticks, 1))) {
-            markdown.append(is_mark(text, place) ? "\\" : "") += character;
+            markdown.append(character != '&' && is_markup(text, place) ? "\\" : "") += character;
             ++place;
         }
     }
     return markdown;
 }
 
-// Line by line ------------------------------------------------------------------------------------------------------
+// Block by block ----------------------------------------------------------------------------------------------------
 
-// "- ", "* ", "+ ", "1. ", "1) ": the length of the mark of a list's item, 0 for any other line.
-std::size_t item_mark(string_view line) {
-    const std::size_t digits = std::min(line.find_first_not_of(DIGITS), line.size());
-    const string_view mark = line.substr(digits, 1);
-    const bool is_mark =
-        !mark.empty() && (digits == 0 ? string_view("-*+") : string_view(".)")).find(mark.front()) != string_view::npos;
-    return is_mark && line.substr(digits + 1).starts_with(' ') ? digits + 2 : 0;
-}
-
-bool is_underline(string_view line) {
-    return line.size() >= 3 && string_view("=-").find(line.front()) != string_view::npos &&
-           line.find_first_not_of(line.front()) == string_view::npos;
-}
-
-// ":param x: the first"; not ":class:`Foo` ..."
-bool is_field(string_view line) {
-    const std::size_t end = line.find(':', 1);
-    return line.starts_with(':') && end != string_view::npos && end > 1 && is_letter(line[1]) &&
-           (end + 1 == line.size() || line[end + 1] == ' ');
-}
-
-// "Args:", above lines that are indented
-bool is_title(string_view line, string_view next) {
-    return line.size() > 1 && line.ends_with(':') && next.starts_with(' ') && !trimmed(next).empty() &&
-           std::ranges::all_of(line.substr(0, line.size() - 1), is_letter);
-}
-
-// Whether a line, without the blanks around it and above the line `next`, is none of prose.
-bool ends_lead(string_view line, string_view next) {
-    constexpr std::array<string_view, 10> BEGINNINGS{"```", "~~~", "![",   "|",      "+--",
-                                                     "..",  ">>>", "<pre", "<table", "<img"};
-    return starts_with_any(line, BEGINNINGS) || is_heading(line) || is_underline(line) || is_underline(trimmed(next)) ||
-           is_field(line) || is_title(line, next);
-}
-
-// A paragraph, or an item of a list.
-struct Block {
-    string_view mark;  // of the item
-    std::string text;  // on one line
-};
-
-// The sentences before the last one.
-string_view without_last_sentence(string_view text) {
-    const std::size_t end = text.rfind(". ");
-    return text.substr(0, end == string_view::npos ? 0 : end + 1);
-}
-
-bool is_indented(string_view line) {
-    return line.starts_with("    ") || line.starts_with('\t');
-}
-
-string_view next_line(string_view& text) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    const string_view line = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    return line;
-}
-
-std::vector<Block> blocks_of_lead(string_view documentation) {
-    std::vector<Block> blocks;
-    bool is_apart = true;
-    while (!documentation.empty()) {
-        const string_view line = next_line(documentation);
-        const string_view text = trimmed(line);
-        if (text.empty()) {
-            is_apart = true;
-            continue;
-        }
-        const bool is_code = is_apart && is_indented(line) && (blocks.empty() || blocks.back().mark.empty());
-        if (is_code || ends_lead(text, documentation.substr(0, documentation.find('\n')))) {
-            if (!blocks.empty() && blocks.back().text.ends_with(':')) {
-                blocks.back().text = without_last_sentence(blocks.back().text);
-            }
-            return blocks;
-        }
-        if (const std::size_t mark = item_mark(text); mark > 0) {
-            blocks.push_back({text.substr(0, mark), std::string(trimmed(text.substr(mark)))});
-        } else if (is_apart || text.starts_with("<p>")) {
-            blocks.push_back({{}, std::string(text)});
-        } else {
-            blocks.back().text.append(" ").append(text);
-        }
-        is_apart = false;
+// Prose on one line, or code between fences; empty when nothing of it is left to print.
+std::vector<std::string> lines_of(const LeadBlock& block) {
+    if (!block.code.empty()) {
+        const std::string code =
+            fenced_block(block.code, block.language.substr(0, block.language.find_first_of(BLANKS)));
+        const std::vector<string_view> lines = split_lines(code);
+        return {lines.begin(), lines.end()};
     }
-    return blocks;
+    const std::string prose = markdown_of(block.text);
+    return trimmed(prose).empty() ? std::vector<std::string>() : std::vector{std::string(trimmed(prose))};
 }
+
+// Puts blocks below one another, each in the item that it belongs to.
+class Lead {
+  public:
+    void add(const LeadBlock& block) {
+        const std::vector<std::string> lines = lines_of(block);
+        columns_.resize(block.depth + 1);
+        const std::size_t column = columns_.back();
+        const std::string mark = block.mark.empty() || lines.empty() ? "" : std::string(block.mark) + " ";
+        columns_.push_back(column + mark.size());
+        if (lines.empty()) {
+            return;
+        }
+        markdown_ += markdown_.empty() ? "" : follows_at_once(block) ? "\n" : "\n\n";
+        markdown_.append(column, ' ').append(mark).append(lines.front());
+        for (std::size_t at = 1; at < lines.size(); ++at) {
+            markdown_.append("\n").append(lines[at].empty() ? 0 : columns_.back(), ' ').append(lines[at]);
+        }
+        is_below_item_ = !mark.empty();
+        depth_ = block.depth;
+    }
+
+    [[nodiscard]] const std::string& markdown() const { return markdown_; }
+
+  private:
+    // Whether a block is an item right below what belongs to its list. A numbered list that does not begin with 1 takes
+    // an empty line above it.
+    [[nodiscard]] bool follows_at_once(const LeadBlock& block) const {
+        const bool goes_on = depth_ > block.depth || (is_below_item_ && depth_ == block.depth);
+        const bool is_in_list = is_below_item_ || depth_ > 0;
+        const bool may_begin = block.mark.size() == 1 || block.mark.substr(0, block.mark.size() - 1) == "1";
+        return !block.mark.empty() && is_in_list && (goes_on || may_begin);
+    }
+
+    std::string markdown_;
+    std::vector<std::size_t> columns_{0};  // where the blocks of each depth begin
+    bool is_below_item_ = false;
+    std::size_t depth_ = 0;  // of the block above
+};
 
 }  // namespace
 
@@ -256,18 +222,11 @@ std::string lead_of(string_view documentation) {
     // No lead is longer, and a text that was made to keep a reader busy ends here.
     constexpr std::size_t LONGEST = 65'536;
     documentation = documentation.substr(0, LONGEST);
-    std::string lead;
-    bool was_item = false;
-    for (const auto& [mark, text] : blocks_of_lead(documentation)) {
-        const std::string prose(markdown_of(text));
-        if (trimmed(prose).empty()) {
-            continue;
-        }
-        const bool is_item = !mark.empty();
-        lead.append(lead.empty() ? "" : is_item && was_item ? "\n" : "\n\n").append(mark).append(trimmed(prose));
-        was_item = is_item;
+    Lead lead;
+    for (const LeadBlock& block : blocks_of_lead(documentation)) {
+        lead.add(block);
     }
-    return lead;
+    return lead.markdown();
 }
 
 }  // namespace embedded

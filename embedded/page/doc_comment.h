@@ -7,8 +7,9 @@
 namespace embedded {
 
 /// The lead of a doc comment as Markdown: its paragraphs and lists, down to the first thing that is neither (a block of
-/// code, a heading, an image, a table, a directive, a list of fields), without a sentence that only introduces that.
-/// Empty when there is none. Lines of one paragraph are joined; every item of a list has a line of its own.
+/// code outside of a list, a heading, an image, a table, a directive, a list of fields), without a sentence that only introduces that.
+/// Empty when there is none. Lines of one paragraph are joined; every item of a list has a line of its own, below and
+/// right of the one that it belongs to, and keeps the code that stands in it.
 ///
 /// Code spans stay, and so do the names behind links and roles ("{@link Foo}", ":class:`Foo`"), as code spans; tags of
 /// HTML and the targets of links go. Whatever else Markdown would take for markup is escaped: the text cannot break

@@ -22,8 +22,23 @@ TEST(DocComment, IsParagraphsAndListsOnLinesOfTheirOwn) {
         {"", ""},
         {"One\ntwo.\n\nThree.", "One two.\n\nThree."},
         {"Either:\n- one\n  more\n* two\n\n1. three\nand so on.", "Either:\n\n- one more\n* two\n1. three and so on."},
-        {"- one\n\n    still of it", "- one\n\nstill of it"},
+        {"- one\n\n    still of it", "- one\n\n  still of it"},
         {"One.\n<p>\nTwo.\n<p>Three.", "One.\n\nTwo.\n\nThree."},
+    });
+}
+
+TEST(DocComment, KeepsTheShapeOfLists) {
+    expect_leads({
+        {"* a\n  * b\n\tmore\n    + c\n  * d\n* e\n\nf", "* a\n  * b more\n    + c\n  * d\n* e\n\nf"},
+        {"1. a\n   - b\n\n     c\n\n   d\n10) e\n     - f", "1. a\n   - b\n\n     c\n\n   d\n10) e\n    - f"},
+        {"Some of:\n  - a\n      - b\n    c\n  - d", "Some of:\n\n- a\n  - b c\n- d"},
+        {"- a\n  3. b\n  4. c", "- a\n\n  3. b\n  4. c"},
+        {"- a\n\n      code *x*\n\n        {}\n\n  b", "- a\n\n  ```\n  code *x*\n\n    {}\n  ```\n\n  b"},
+        {"1. a:\n   ```js run\n   x ````\n\n     ```` y\n   ````\n   b\n2. ~~~\n   y\nc",
+         "1. a:\n\n   `````js\n   x ````\n\n     ```` y\n   `````\n\n   b\n2. ```\n   y\n   ```\n\nc"},
+        {"- a\n\nb:\n\n    code", "- a"},
+        {"1. <br>\n   - a\n2. b", "- a\n2. b"},
+        {"1234567890. a", "1234567890. a"},
     });
 }
 
