@@ -11,9 +11,7 @@ namespace embedded {
 /// Empty when there is none. Lines of one paragraph are joined; every item of a list has a line of its own, below and
 /// right of the one that it belongs to, and keeps the code that stands in it.
 ///
-/// Code spans stay, and so do the names behind links and roles ("{@link Foo}", ":class:`Foo`"), as code spans; tags of
-/// HTML and the targets of links go. Whatever else Markdown would take for markup is escaped: the text cannot break
-/// out of its place.
+/// What stands within a line is printed as inline_markdown.h says: the text cannot break out of its place.
 std::string lead_of(std::string_view documentation);
 
 }  // namespace embedded

@@ -39,14 +39,21 @@ bool is_word_character(char character) {
     return is_letter(character) || ('0' <= character && character <= '9');
 }
 
-// The character beside a run of equal ones; a blank beyond the ends of the line.
+constexpr std::size_t LONGEST_RUN = 4;  // on either side of a character; it does not take long to see the end of it
+
+// The character beside a run of equal ones: a blank beyond the ends of the line, one of them where the run is longer.
 char before_run(std::string_view line, std::size_t place) {
-    const std::size_t before = line.find_last_not_of(line[place], place);
-    return before == std::string_view::npos ? ' ' : line[before];
+    const std::size_t begin = place - std::min(place, LONGEST_RUN);
+    const std::string_view beside = line.substr(begin, place - begin);
+    const std::size_t before = beside.find_last_not_of(line[place]);
+    return before != std::string_view::npos ? beside[before] : begin > 0 ? line[place] : ' ';
 }
 char behind_run(std::string_view line, std::size_t place) {
-    const std::size_t behind = line.find_first_not_of(line[place], place);
-    return behind == std::string_view::npos ? ' ' : line[behind];
+    const std::string_view beside = line.substr(place + 1, LONGEST_RUN);
+    const std::size_t behind = beside.find_first_not_of(line[place]);
+    return behind != std::string_view::npos          ? beside[behind]
+           : place + 1 + beside.size() < line.size() ? line[place]
+                                                     : ' ';
 }
 
 // "&lt;", "&#60;"

@@ -76,6 +76,8 @@ TEST(DocComment, CannotBreakOutOfItsPlace) {
         {"``a`b``", "``a`b``"},
         {"> a\n> b", "\\> a > b"},
         {"- # a", "- \\# a"},
+        {"<p># a <<b>script>", R"(\# a \<script>)"},
+        {"{@link A}``b`<img>``", "`A` ``b`<img>``"},
     });
 }
 
