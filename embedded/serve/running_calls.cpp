@@ -1,15 +1,26 @@
 #include "embedded/serve/running_calls.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 #include <utility>
 
 namespace embedded::serve {
 
 RunningCalls::RunningCalls() {
     const unsigned cores = std::max(std::thread::hardware_concurrency(), 1U);
-    for (unsigned i = 0; i < cores; ++i) {
-        for (Lane* const lane : {&short_, &long_}) {
-            threads_.emplace_back([this, lane](const std::stop_token& stop) { run_calls(*lane, stop); });
+    const std::size_t wanted = std::size_t{2} * cores;
+    threads_.reserve(wanted);
+    try {
+        while (threads_.size() < wanted) {
+            Lane& lane = threads_.size() % 2 == 0 ? short_ : long_;
+            threads_.emplace_back([this, &lane](const std::stop_token& stop) { run_calls(lane, stop); });
+        }
+    } catch (const std::system_error& error) {
+        if (threads_.size() < 2) {  // a lane without one would wait forever
+            throw std::runtime_error("no thread can be started (" + error.code().message() +
+                                     "); end other programs, or allow more of them with ulimit -u");
         }
     }
 }

@@ -24,6 +24,7 @@ class RunningCalls {
     /// So many calls go on or wait; who starts one more waits as well.
     static constexpr std::size_t MOST = 4096;
 
+    /// Has fewer threads where the system gives no more. Throws std::runtime_error when it does not give two.
     RunningCalls();
     /// Cancels what there is, and waits for its end.
     ~RunningCalls();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <system_error>
 #include <utility>
 
 namespace embedded::sources {
@@ -27,8 +28,12 @@ std::optional<std::size_t> Source::find(const Position& position, std::string_vi
 
 SourceReader::SourceReader(const Checkout& checkout, TextSpool& spool) : checkout_(checkout), spool_(spool) {
     const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
-    for (unsigned core = 0; core < cores; ++core) {
-        threads_.emplace_back([this] { work(); });
+    threads_.reserve(cores);
+    try {
+        while (threads_.size() < cores) {
+            threads_.emplace_back([this] { work(); });
+        }
+    } catch (const std::system_error&) {  // the system gives no more; fewer do, or none
     }
 }
 
@@ -56,7 +61,11 @@ Sources SourceReader::finish(const std::function<void()>& look) {
     constexpr std::chrono::milliseconds PERIOD(20);
     std::unique_lock lock(mutex_);
     while (pending_ > 0 && failure_ == nullptr) {
-        done_.wait_for(lock, PERIOD);
+        if (threads_.empty()) {
+            read_next(lock);
+        } else {
+            done_.wait_for(lock, PERIOD);
+        }
         lock.unlock();
         look();
         lock.lock();
@@ -75,26 +84,30 @@ void SourceReader::work() {
         if (is_cancelled()) {
             return;
         }
-        const Request request = std::move(requests_.front());
-        requests_.pop_front();
-        lock.unlock();
-        std::optional<Source> source;
-        std::exception_ptr failure;
-        try {
-            source = read(request);
-        } catch (...) {
-            failure = std::current_exception();
-        }
-        lock.lock();
-        if (failure != nullptr && failure_ == nullptr) {
-            failure_ = failure;
-        }
-        if (source) {
-            sources_.emplace(request.path, std::move(*source));
-        }
-        if (--pending_ == 0 || failure != nullptr) {
-            done_.notify_all();
-        }
+        read_next(lock);
+    }
+}
+
+void SourceReader::read_next(std::unique_lock<std::mutex>& lock) {
+    const Request request = std::move(requests_.front());
+    requests_.pop_front();
+    lock.unlock();
+    std::optional<Source> source;
+    std::exception_ptr failure;
+    try {
+        source = read(request);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    lock.lock();
+    if (failure != nullptr && failure_ == nullptr) {
+        failure_ = failure;
+    }
+    if (source) {
+        sources_.emplace(request.path, std::move(*source));
+    }
+    if (--pending_ == 0 || failure != nullptr) {
+        done_.notify_all();
     }
 }
 

@@ -41,8 +41,8 @@ struct Source {
 /// Sources by path; those that cannot be read are absent.
 using Sources = std::unordered_map<std::string, Source>;
 
-/// Reads what it is asked to on threads of its own. In memory it keeps what it found out, and of each thread one text
-/// and its tree.
+/// Reads what it is asked to on threads of its own, one for each core; on fewer where the system gives no more, and in
+/// `finish` where it gives none. In memory it keeps what it found out, and of each thread one text and its tree.
 class SourceReader {
   public:
     /// Both must outlive the reader.
@@ -66,6 +66,8 @@ class SourceReader {
     };
 
     void work();
+    // Reads the request that has waited longest. The lock, of the mutex, is released meanwhile.
+    void read_next(std::unique_lock<std::mutex>& lock);
     [[nodiscard]] std::optional<Source> read(const Request& request);
 
     const Checkout& checkout_;
