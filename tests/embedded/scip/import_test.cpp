@@ -155,15 +155,15 @@ TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
 TEST_F(ScipImport, ItsProgressGrowsUpToItsTotal) {
     std::vector<std::int64_t> steps;
     std::int64_t total = 0;
-    import({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers(F), ScipDocument("")},
-           [&](std::int64_t done, std::int64_t of) {
-               steps.push_back(done);
-    total = of;
-});
-EXPECT_TRUE(std::ranges::is_sorted(steps));
-EXPECT_EQ(steps.back(), total);
-EXPECT_GT(total, 1);
-}  // namespace
+    const auto keep = [&](std::int64_t done, std::int64_t of) {
+        steps.push_back(done);
+        total = of;
+    };
+    import({ScipDocument("a.ts").defines(F), ScipDocument("b.ts").refers(F), ScipDocument("")}, keep);
+    EXPECT_TRUE(std::ranges::is_sorted(steps));
+    EXPECT_EQ(steps.back(), total);
+    EXPECT_GT(total, 1);
+}
 
 TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
     const ScipDocument large = ScipDocument("a.ts").describes(F, {.documentation = {std::string(1 << 20, ' ')}});
@@ -177,5 +177,5 @@ TEST_F(ScipImport, AScipFileThatIsShortenedInTheMeantimeIsTruncated) {
     EXPECT_NE(said.find("a truncated SCIP file"), std::string::npos) << said;
 }
 
-}  // namespace embedded::scip
+}  // namespace
 }  // namespace embedded::scip
