@@ -103,6 +103,7 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     expect_failure("", "A subcommand is required (see wiki-scope --help)", WRONG_USAGE);
     expect_failure("frob a", "no such command: frob (see wiki-scope --help)", WRONG_USAGE);
     expect_failure("import good.scip --index ''", "--index: an empty name", WRONG_USAGE);
+    expect_failure("stats --index postgresql://host/db --repository ''", "--repository: an empty name", WRONG_USAGE);
     expect_failure("import - good.scip - --index new.db", "INDEX.scip: - can be named once", WRONG_USAGE);
     expect_failure("page --index index.db --checkout .", "PATH is required (see wiki-scope page --help)", WRONG_USAGE);
     for (const auto& [option, says] : std::vector<std::pair<std::string, std::string>>{

@@ -70,6 +70,18 @@ TEST_F(ImportIntoFile, AFullDiskLeavesTheOldIndexAndSaysSo) {
     EXPECT_TRUE(stands_alone(old));
 }
 
+TEST_F(ImportIntoFile, WhatCannotTakeThePlaceOfTheOldIndexSaysSo) {
+    import({ScipDocument("a.ts")});
+    const auto block = [&](std::int64_t done, std::int64_t total) {
+        if (done == total && std::filesystem::remove(index)) {
+            std::filesystem::create_directory(index);
+        }
+    };
+    EXPECT_EQ(failure(folder / "in.scip", block),
+              index +
+                  ": cannot be written (Is a directory), and is as it was before; make room or choose another place");
+}
+
 TEST_F(ImportIntoFile, RemovesWhatIsItsOwnAndNothingElse) {
     for (const char* const name : {"partial", "partial-journal", "partial-wal", "lock"}) {
         folder.write(std::string(".index.db.wiki-scope-") + name, "left behind");

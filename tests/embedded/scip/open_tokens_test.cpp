@@ -36,6 +36,27 @@ TEST_F(ScipImport, ANameThatAModulePassesOnStandsForWhatAnotherOneDeclares) {
               "all 6; low 1; stringType 1; stringType 2");
 }
 
+TEST_F(ScipImport, ATokenIsNoMemberOfTheModuleThatTheDocumentBeforeEndsWith) {
+    const std::string m = symbol("`m.ts`/");
+    folder.write("checkout/m.ts", "export function f() {}\n");
+    folder.write("checkout/a.ts", "m");
+    folder.write("checkout/b.ts", "x.f()\n");
+    import_with_sources({ScipDocument("m.ts").defines(m).defines(m + "f().", {0, 16, 17}),
+                         ScipDocument("a.ts").occurs(m, 0, {0, 0, 1}),
+                         ScipDocument("b.ts").occurs("local 1", 0, {0, 2, 3})});
+    EXPECT_EQ(rows("SELECT path AS row FROM edges JOIN files ON id = source_file_id"), "a.ts");
+}
+
+TEST_F(ScipImport, ATokenThatNamesOneModuleTwiceNamesOne) {
+    const std::string m = symbol("`m.ts`/");
+    folder.write("checkout/m.ts", "export function f() {}\n");
+    folder.write("checkout/a.ts", "m.f()\n");
+    import_with_sources(
+        {ScipDocument("m.ts").defines(m).defines(m + "f().", {0, 16, 17}),
+         ScipDocument("a.ts").occurs(m, 0, {0, 0, 1}).occurs(m, 0, {0, 0, 1}).occurs("local 1", 0, {0, 2, 3})});
+    EXPECT_EQ(rows("SELECT name || ' ' || refs AS row FROM symbols JOIN edges ON id = target_id"), "f 1");
+}
+
 // Modules of Python, as scip-python writes them.
 std::string module(const std::string& name) {
     return symbol("`" + name + "`/__init__:");

@@ -284,6 +284,8 @@ TEST_F(Serve, ServesTheIndexThatIsThereAndSaysSo) {
     EXPECT_EQ(client->notifications().back()["params"]["data"], index + ": replaced; the new index is served now");
     std::filesystem::remove(index);
     EXPECT_EQ(ask("tools/call", find)["result"]["content"][0]["text"], index + ": no such index");
+    EXPECT_EQ(ask("resources/read", {{"uri", "scope://page/a.ts"}})["error"],
+              (Received{{"code", -32603}, {"message", index + ": no such index"}}));
 }
 
 TEST_F(Serve, TellsProgressAndLeavesACancelledCallUnanswered) {

@@ -48,6 +48,7 @@ TEST(Mending, KeepsNamesAndLinesWhereTheyStand) {
     EXPECT_EQ(declaration("a.ts", text, "type").first_line, 2);
     EXPECT_EQ(declaration("a.ts", text, "I").signature, "interface I<out type>");
     EXPECT_EQ(declaration("a.ts", text, "R").signature, "export type R<type> = type extends '\\`' ? 1 : 2");
+    EXPECT_EQ(mended("a<{\r\n}>`b`"), "a  \r\n  `b`");
     EXPECT_EQ(mended("/* in out T */ f('<in T', a < b, out, type)"), "/* in out T */ f('<in T', a < b, out, _ype)");
 }
 

@@ -69,6 +69,8 @@ TEST(FileSummary, WhatSaysNothingAboutTheFileIsPassedOver) {
         {"#ifndef A_H\n#define A_H\n#define B_H 1\n#pragma once\n\n/* Sorts. */", "Sorts."},
         {"<?php\nnamespace A;\n/** Sorts. */", "Sorts."},
         {"// ------\n// sort.c\n// ------\n// Sorts.", "Sorts."},
+        {"// Sorts.\n// \u2550\u2550\u2550\n// Slowly.", "Sorts."},
+        {"// Sorts by\n// 0\n// 9", "Sorts by 0 9"},
         {"/**/ /***/ // Sorts.", "Sorts."},
         {"# Author: A\n# Created by A\n# $Id: a.sh$\n# @(#) a.sh\n# SPDX-License-Identifier: MIT\n# Sorts.", "Sorts."},
     });

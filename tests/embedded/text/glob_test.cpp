@@ -20,6 +20,7 @@ TEST(Glob, MatchesWholePathsAsAShellDoes) {
         {"?.ts", {"a.ts", "é.ts", "\xFF.ts"}},
         {"[a-cé][!x]", {"bé", "éa", "c]"}},
         {"[]x][^]]", {"]x", "xx"}},
+        {"[a-]", {"a", "-"}},
         {"a[b", {"a[b"}},
         {"\\*\\{a,b}", {"*{a,b}"}},
         {"{src,test/{a,b}}/*.{ts,tsx}", {"src/x.ts", "test/b/x.tsx"}},
