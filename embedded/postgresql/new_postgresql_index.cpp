@@ -3,6 +3,7 @@
 #include "embedded/paths/folder_name.h"
 #include "embedded/postgresql/advisory_lock.h"
 #include "embedded/postgresql/schema.h"
+#include "embedded/text/control_characters.h"
 
 #include <unistd.h>
 
@@ -55,6 +56,9 @@ void NewPostgresqlIndex::claim(const std::string& folder) {
     if (repository_.empty()) {
         throw std::runtime_error(connection_.server() +
                                  ": nothing tells what the repository is called; name it with --repository");
+    }
+    if (has_control_character(repository_)) {
+        throw std::runtime_error(repository_ + ": a name with control characters; give another with --repository");
     }
     if (!find_repository()) {
         connection_.execute("INSERT INTO wiki_scope.repositories(name) VALUES($1) ON CONFLICT DO NOTHING",

@@ -2,6 +2,7 @@
 
 #include "embedded/index/ranges.h"
 #include "embedded/postgresql/schema.h"
+#include "embedded/text/control_characters.h"
 
 #include <unordered_set>
 #include <utility>
@@ -150,7 +151,8 @@ std::string PostgresqlDatabase::known_repositories() {
         "SELECT pg_catalog.convert_to(name, 'UTF8') FROM wiki_scope.repositories WHERE snapshot > 0 ORDER BY name LIMIT $1",
         Parameters().integer(MOST + 1));
     for (int count = 0; rows.step(); ++count) {
-        names.append(count == 0 ? " (there are " : ", ").append(count < MOST ? rows.bytes(0) : "...");
+        names.append(count == 0 ? " (there are " : ", ")
+            .append(count < MOST ? without_control_characters(rows.bytes(0)) : "...");
     }
     return names.empty() ? "" : names + ")";
 }

@@ -22,8 +22,8 @@ class Lookup : public IndexedFolder {
   protected:
     Lookup() {
         add<FileRow>({{.id = 1, .path = "src/a.ts", .language = "typescript", .declarations = 12, .declared_lines = 7},
-                      {.id = 2, .path = "src/\n.ts"},
-                      {.id = 3, .path = "src/é.test.ts", .language = "typescript"}});
+                      {.id = 2, .path = "src/é.test.ts", .language = "typescript"},
+                      {.id = 3, .path = "src/\u2028.ts"}});
     }
 
     // A function of the first file for each name, its uses and its whole name.
@@ -48,14 +48,14 @@ class Lookup : public IndexedFolder {
 
 TEST_F(Lookup, ListsFilesInColumns) {
     EXPECT_EQ(run("files --index index.db").out, "Path           Language    Declarations  Their lines  Test\n"
-                                                 "src/\uFFFD.ts                              0            0\n"
                                                  "src/a.ts       typescript            12            7\n"
-                                                 "src/é.test.ts  typescript             0            0  test\n");
+                                                 "src/é.test.ts  typescript             0            0  test\n"
+                                                 "src/\uFFFD.ts                              0            0\n");
     EXPECT_EQ(run("files 'src/?.ts' --test src/a.ts none --format json --index index.db").out,
               "{\n\"files\": [\n"
-              R"({"path":"src/�.ts","language":null,"declarations":0,"declared_lines":0,"is_test":false},)"
+              R"({"path":"src/a.ts","language":"typescript","declarations":12,"declared_lines":7,"is_test":true},)"
               "\n"
-              R"({"path":"src/a.ts","language":"typescript","declarations":12,"declared_lines":7,"is_test":true})"
+              R"({"path":"src/�.ts","language":null,"declarations":0,"declared_lines":0,"is_test":false})"
               "\n]\n}\n");
     const Outcome none = run("files scr --index index.db");
     EXPECT_EQ(none.exit_code, 1);

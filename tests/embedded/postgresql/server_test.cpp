@@ -450,6 +450,16 @@ TEST_F(Server, KeepsEveryByteOfNamesOfAnyLength) {
     EXPECT_EQ(names, std::vector<std::string>(4, name));
 }
 
+TEST_F(Server, ShowsNoControlCharacterAndTakesNoRepositoryNamedWithOne) {
+    import(3);
+    Connection(database).execute("UPDATE wiki_scope.files SET path = '\\x611b0a2e7473';"
+                                 "INSERT INTO wiki_scope.repositories(name, snapshot) VALUES(E'\\x1B\\nsay', 1)");
+    const std::string of = " --index postgresql:///tested --repository ";
+    EXPECT_EQ(run("page a\uFFFD\uFFFD.ts --only seeds --checkout ." + of + "one").out.substr(0, 8), "## Seeds");
+    expect_failure("files" + of + "two", "(there are \uFFFD\uFFFDsay, one)");
+    expect_failure("import in.scip" + of + "'\n'", "\\x0a: a name with control characters; give another with");
+}
+
 TEST_F(Server, ItsTablesMayBePartitionedByRepository) {
     Connection connection(database);
     connection.execute(R"sql(
