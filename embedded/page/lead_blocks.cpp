@@ -45,17 +45,6 @@ string_view item_mark(string_view line) {
     return is_mark && stands_apart && digits <= MOST_DIGITS ? line.substr(0, digits + 1) : string_view();
 }
 
-// "```", "~~~~": what opens a block of code; empty for any other line.
-string_view fence_of(string_view line) {
-    constexpr std::size_t SHORTEST = 3;
-    if (!line.starts_with('`') && !line.starts_with('~')) {
-        return {};
-    }
-    const string_view fence = line.substr(0, line.find_first_not_of(line.front()));
-    const bool is_code_span = fence.front() == '`' && line.find('`', fence.size()) != string_view::npos;
-    return fence.size() >= SHORTEST && !is_code_span ? fence : string_view();
-}
-
 bool is_underline(string_view line) {
     return line.size() >= 3 && string_view("=-").find(line.front()) != string_view::npos &&
            line.find_first_not_of(line.front()) == string_view::npos;

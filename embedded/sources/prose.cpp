@@ -2,11 +2,13 @@
 
 #include "embedded/text/ascii.h"
 #include "embedded/text/blanks.h"
+#include "embedded/text/markdown_text.h"
 #include "embedded/text/split_lines.h"
 
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 #include <vector>
 
 namespace embedded::sources {
@@ -33,21 +35,17 @@ std::string joined(const std::vector<string_view>& lines) {
     return text;
 }
 
-// "/** Adds. */" -> " Adds. ", "/// Adds." -> " Adds."; what stands between the comments of a run is kept.
-string_view without_mark(string_view line) {
+// "/** Adds. */" -> "Adds. ", "/// Adds." -> "Adds."; none of a line without a mark. The blank behind one is no indent.
+std::optional<string_view> behind_mark(string_view line) {
+    const auto without_first_blank = [](string_view text) { return text.substr(text.starts_with(' ') ? 1 : 0); };
     constexpr std::array<string_view, 7> MARKS{"/**", "/*!", "/*", "///", "//!", "//", "*/"};
-    string_view text = line.substr(indent_of(line));
+    const string_view text = line.substr(indent_of(line));
     for (const string_view mark : MARKS) {
         if (text.starts_with(mark) && !(mark == "/**" && text.starts_with("/**/"))) {
-            text.remove_prefix(mark.size());
-            return text;
+            return without_first_blank(text.substr(mark.size()));
         }
     }
-    if (text.starts_with('*')) {
-        text.remove_prefix(1);
-        return text;
-    }
-    return line;
+    return text.starts_with('*') ? std::optional(without_first_blank(text.substr(1))) : std::nullopt;
 }
 
 string_view without_closing_mark(string_view line) {
@@ -70,12 +68,14 @@ bool describes(string_view tag) {
     return std::ranges::find(TAGS, lowered(tag)) != TAGS.end();
 }
 
-// The lines without block tags and what belongs to these.
+// The lines without block tags and what belongs to these. In a block of code "@Override" is none.
 std::vector<string_view> without_tags(const std::vector<string_view>& lines) {
     std::vector<string_view> kept;
     bool is_described = true;
+    bool is_code = false;
     for (const string_view line : lines) {
-        const string_view tag = tag_of(line);
+        is_code = is_code != !fence_of(trimmed(line)).empty();
+        const string_view tag = is_code ? string_view() : tag_of(line);
         if (tag.empty()) {
             if (is_described) {
                 kept.push_back(line);
@@ -88,11 +88,6 @@ std::vector<string_view> without_tags(const std::vector<string_view>& lines) {
         }
     }
     return kept;
-}
-
-// A mark is followed by one blank, which is no indent.
-string_view without_first_blank(string_view line) {
-    return line.starts_with(' ') ? line.substr(1) : line;
 }
 
 }  // namespace
@@ -116,8 +111,15 @@ std::string dedented(string_view text, std::size_t first_indent) {
 
 std::string prose_of_comments(string_view comments) {
     std::vector<string_view> lines = split_lines(comments);
+    std::size_t indent = std::numeric_limits<std::size_t>::max();  // of the lines that have no mark
     for (string_view& line : lines) {
-        line = without_first_blank(without_mark(without_closing_mark(line)));
+        line = without_closing_mark(line);
+        if (!behind_mark(line) && !trimmed(line).empty()) {
+            indent = std::min(indent, indent_of(line));
+        }
+    }
+    for (string_view& line : lines) {
+        line = behind_mark(line).value_or(line.substr(std::min(indent, indent_of(line))));
     }
     std::string text;
     for (const string_view line : without_tags(lines)) {

@@ -137,6 +137,16 @@ std::string fenced_block(std::span<const std::string> lines, std::string_view la
     return block + fence + "\n";
 }
 
+std::string_view fence_of(std::string_view line) {
+    constexpr std::size_t SHORTEST = 3;
+    if (!line.starts_with('`') && !line.starts_with('~')) {
+        return {};
+    }
+    const std::string_view fence = line.substr(0, line.find_first_not_of(line.front()));
+    const bool is_code_span = fence.front() == '`' && line.find('`', fence.size()) != std::string_view::npos;
+    return fence.size() >= SHORTEST && !is_code_span ? fence : std::string_view();
+}
+
 bool is_heading(std::string_view line) {
     const std::size_t marks = line.find_first_not_of('#');
     return line.starts_with('#') && (marks == std::string_view::npos || line[marks] == ' ' || line[marks] == '\t');

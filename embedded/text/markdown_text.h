@@ -29,6 +29,10 @@ std::string code_cell(std::string_view text);
 /// it holds anything but letters, digits and "+-#_.". Control characters other than tabs become U+FFFD.
 std::string fenced_block(std::span<const std::string> lines, std::string_view language);
 
+/// What opens or closes a block of code on a line without blanks before it, "```" or more of these or of "~"; empty for any
+/// other line.
+std::string_view fence_of(std::string_view line);
+
 /// Whether a line, without the blanks around it, is a heading: "# HashSet".
 bool is_heading(std::string_view line);
 

@@ -216,6 +216,9 @@ TEST(Outline, ADocCommentStandsWhereTheCompilerOfTheLanguageLooksForIt) {
                             " *   of all\n */\nclass A {}",
                             "A"),
               "Does. {@code x}\n  - a\n\nEnds.");
+    const std::string code = "- As:\n  ```\n  @Override\n  ```\n- More.";
+    EXPECT_EQ(documentation("A.java", "/**\n" + code + "\n@param a b\n*/\nclass A {}", "A"), code);
+    EXPECT_EQ(documentation("a.ts", "/** Does:\n\n    - a\n      - b */\nfunction f() {}", "f"), "Does:\n\n- a\n  - b");
     EXPECT_EQ(
         documentation("a.cpp", "/// @brief Does.\n/// @param a is\n/// left out\n/// @details More.\nint f();", "f"),
         "Does.\nMore.");
