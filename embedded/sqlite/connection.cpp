@@ -65,9 +65,24 @@ Connection::Connection(const std::string& path, Mode mode) : path_(path) {
     if (code != SQLITE_OK) {
         fail(code);
     }
+    distrust(mode);
     constexpr int PATIENCE = 2000;  // milliseconds, while another process holds the file
     sqlite3_busy_timeout(handle, PATIENCE);
     execute("PRAGMA cell_size_check = ON");  // notices more of what is damaged, at hardly any cost
+}
+
+// Has a file that somebody has crafted take no more than it needs, and do nothing.
+void Connection::distrust(Mode mode) const {
+    constexpr int LONGEST_VALUE = 64 << 20;           // what is bound to a statement may be as long: 3 million ranges
+    constexpr int LONGEST_STATEMENT = 100'000;        // also of those that are in the file
+    constexpr std::int64_t MOST_MEMORY = 1LL << 30U;  // of all connections together
+    sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, LONGEST_VALUE);
+    sqlite3_limit(handle(), SQLITE_LIMIT_SQL_LENGTH, LONGEST_STATEMENT);
+    sqlite3_hard_heap_limit64(MOST_MEMORY);
+    // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): so are they declared
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, mode == Mode::READ ? 1 : 0, nullptr);
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    // NOLINTEND(cppcoreguidelines-pro-type-vararg)
 }
 
 void Connection::execute(const std::string& sql) const {

@@ -63,6 +63,8 @@ class Connection {
         std::function<void()> look;
         std::exception_ptr thrown;
     };
+    void distrust(Mode mode) const;
+
     std::string path_;
     std::unique_ptr<Watch> watch_;
     std::unique_ptr<sqlite3, Closer> handle_;

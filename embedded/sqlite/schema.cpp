@@ -69,23 +69,38 @@ constexpr const char* INDEXES = R"sql(
     CREATE INDEX edges_by_target ON edges(target_id, source_file_id, resolution_id, refs);
 )sql";
 
-// The schema version that an index states of itself; none when a database is no index. Many programs state one in a
-// table of this name, but they have other tables beside it.
-std::optional<std::string> schema_version_of(const Connection& connection) {
-    try {
-        Statement version(connection, R"sql(
-            SELECT value FROM meta
-            WHERE key = 'schema_version' AND 3 = (
-                SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name IN ('files', 'symbols', 'edges'))
-        )sql");
-        const bool is_stated = version.step() && !version.is_null(0);
-        return is_stated ? std::optional(std::string(version.text(0))) : std::nullopt;
-    } catch (const SqliteError& error) {
-        if (error.code() == SQLITE_ERROR) {  // no such table
-            return std::nullopt;
-        }
-        throw;
+// The statements that have made what is in a database, written as those above. The table that lists them is asked for
+// by its oldest name, which nothing else can bear.
+std::string statements_of(const Connection& connection) {
+    std::string statements;
+    Statement made(connection, "SELECT sql FROM sqlite_master WHERE sql <> '' ORDER BY rowid");
+    while (made.step()) {
+        statements.append("    ").append(made.text(0)).append(";\n");
     }
+    return statements;
+}
+
+// Whether a database has the tables and indexes that an import makes, word for word, and nothing else. What others
+// define may do anything when it is read: a view without an end, a column that is computed, a table of some extension.
+bool is_made_by_import(const Connection& connection) {
+    return "\n" + statements_of(connection) == TABLES + std::string(INDEXES).substr(1);
+}
+
+// The schema version that an index states of itself; none when a database is no index. Many programs state one in a
+// table of this name, but they have other tables beside it; and what is no table is not asked.
+std::optional<std::string> schema_version_of(const Connection& connection) {
+    Statement tables(connection, R"sql(
+        SELECT count(*) FROM sqlite_master
+        WHERE sql = 'CREATE TABLE meta(key TEXT PRIMARY KEY, value TEXT)'
+              OR (type = 'table' AND name IN ('files', 'symbols', 'edges'))
+    )sql");
+    tables.step();
+    if (tables.integer(0) != 4) {
+        return std::nullopt;
+    }
+    Statement version(connection, "SELECT value FROM meta WHERE key = 'schema_version'");
+    const bool is_stated = version.step() && !version.is_null(0);
+    return is_stated ? std::optional(std::string(version.text(0))) : std::nullopt;
 }
 
 bool notes_checksums(const Connection& connection) {
@@ -178,6 +193,9 @@ Connection open_index(const std::string& path) {
         throw UnusableIndex(Fault::OUTDATED, path,
                             "an index of schema version " + *version + ", but this program reads version " +
                                 std::string(SCHEMA_VERSION));
+    }
+    if (!is_made_by_import(connection)) {
+        throw SqliteError(path, "its tables and indexes are not those that an import makes", SQLITE_CORRUPT);
     }
     if (notes_checksums(connection) && !has_checksums(connection.handle())) {
         throw SqliteError(path, "its header is damaged, or was changed by another program", SQLITE_CORRUPT);

@@ -26,7 +26,8 @@ void create_schema(const Connection& connection);
 /// Creates what the queries search by. Best done once all rows are inserted. Throws `SqliteError`.
 void create_indexes(const Connection& connection);
 
-/// Opens an index for reading. Throws `UnusableIndex`, and `std::runtime_error` with one line that says what to do when
+/// Opens an index for reading: it has the tables and indexes that the two above create, word for word, and nothing else.
+/// Throws `UnusableIndex`, and `std::runtime_error` with one line that says what to do when
 /// the file cannot be read.
 Connection open_index(const std::string& path);
 

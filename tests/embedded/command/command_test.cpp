@@ -43,22 +43,23 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnIndexFromBeingRead) {
     const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
     other_program.execute("BEGIN EXCLUSIVE");
     std::filesystem::create_symlink("loop", folder / "loop");
-    for (const auto& [name, says] : std::vector<std::pair<std::string, std::string>>{
-             {"none.db", ": no such index; make one with: wiki-scope import INDEX.scip --index none.db\n"},
-             {"text.db", ": not a wiki-scope index; name another file\n"},
-             {"other.db", ": not a wiki-scope index; name another file\n"},
-             {"/", ": not a wiki-scope index but a folder or a device; name another file\n"},
-             {changed_index("index1.db", "UPDATE meta SET value = '1'"),
-              ": an index of schema version 1, but this program reads version 4; import the SCIP file again\n"},
-             {changed_index("null.db", "UPDATE meta SET value = NULL"), ": not a wiki-scope index; "},
-             {changed_index("half.db", "DROP TABLE languages"),
-              ": no such table: languages; it is not a whole wiki-scope index: import the SCIP file again\n"},
-             {changed_index("wild.db", "UPDATE meta SET value = char(10, 27, 127) || 'é~'"),
-              ": an index of schema version \\x0a\\x1b\\x7fé~,"},
-             {"cut.db", ": database disk image is malformed; it is not a whole wiki-scope index: import"},
-             {"locked.db", ": database is locked; another program is using it"},
-             {"loop", ": cannot be found (Too many levels"},
-         }) {
+    for (
+        const auto& [name, says] : std::vector<std::pair<std::string, std::string>>{
+            {"none.db", ": no such index; make one with: wiki-scope import INDEX.scip --index none.db\n"},
+            {"text.db", ": not a wiki-scope index; name another file\n"},
+            {"other.db", ": not a wiki-scope index; name another file\n"},
+            {"/", ": not a wiki-scope index but a folder or a device; name another file\n"},
+            {changed_index("index1.db", "UPDATE meta SET value = '1'"),
+             ": an index of schema version 1, but this program reads version 4; import the SCIP file again\n"},
+            {changed_index("null.db", "UPDATE meta SET value = NULL"), ": not a wiki-scope index; "},
+            {changed_index("half.db", "DROP TABLE languages"),
+             ": its tables and indexes are not those that an import makes; it is not a whole wiki-scope index: import the SCIP file again\n"},
+            {changed_index("wild.db", "UPDATE meta SET value = char(10, 27, 127) || 'é~'"),
+             ": an index of schema version \\x0a\\x1b\\x7fé~,"},
+            {"cut.db", ": database disk image is malformed; it is not a whole wiki-scope index: import"},
+            {"locked.db", ": database is locked; another program is using it"},
+            {"loop", ": cannot be found (Too many levels"},
+        }) {
         expect_failure("page a --checkout . --index " + name, name + says);
     }
 }
