@@ -1,0 +1,95 @@
+// What somebody may try who can create objects in the database, or connect to it: tools/with-postgresql server_tests
+
+#include "tests/embedded/postgresql/prepared_server.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+namespace embedded::postgresql {
+namespace {
+
+class AttackedServer : public Server {
+  protected:
+    AttackedServer() {
+        owner.execute("DROP ROLE IF EXISTS attacker; CREATE ROLE attacker LOGIN");
+        folder.write("in.scip", scip::scip_file({scip::ScipDocument("a.ts").defines(scip::F)}));
+        folder.write("a.ts", "function f() {}\n");
+    }
+    ~AttackedServer() override {
+        owner.execute("DROP DATABASE IF EXISTS tested WITH (FORCE)");
+        owner.execute("DROP ROLE attacker");
+    }
+};
+
+// Functions, aggregates and operators that suit the arguments of our statements better than the server's own, or as well.
+void shadow_builtins(Connection& attacker) {
+    constexpr std::array FUNCTIONS{
+        "convert_to(text, text) RETURNS bytea",
+        "convert_to(text, name) RETURNS bytea",
+        "unnest(bytea[]) RETURNS SETOF bytea",
+        "unnest(bigint[]) RETURNS SETOF bigint",
+        "to_char(timestamp, text) RETURNS text",
+        "to_regclass(text) RETURNS regclass",
+        "encode(bytea, text) RETURNS text",
+        "lower(text) RETURNS text",
+        "now() RETURNS timestamptz",
+        "clock_timestamp() RETURNS timestamptz",
+        "pg_get_userbyid(oid) RETURNS name",
+    };
+    for (const std::string function : FUNCTIONS) {
+        attacker.execute("CREATE FUNCTION public." + function +
+                         " LANGUAGE plpgsql AS $$ BEGIN RAISE 'the function of an attacker was called'; END $$");
+    }
+    attacker.execute("CREATE FUNCTION public.step(bigint) RETURNS bigint LANGUAGE plpgsql AS "
+                     "$$ BEGIN RAISE 'the aggregate of an attacker was called'; END $$;"
+                     "CREATE AGGREGATE public.count(*) (SFUNC = public.step, STYPE = bigint, INITCOND = 0)");
+    for (const std::string type : {"regclass", "integer", "bigint", "text", "bytea", "name", "oid"}) {
+        attacker.execute(
+            "CREATE FUNCTION public.step(bigint, " + type +
+            ") RETURNS bigint LANGUAGE plpgsql AS $$ BEGIN RAISE 'the aggregate of an attacker was called'; END $$;"
+            "CREATE AGGREGATE public.count(" +
+            type +
+            ") (SFUNC = public.step, STYPE = bigint, INITCOND = 0);"
+            "CREATE AGGREGATE public.max(" +
+            type +
+            ") (SFUNC = public.step, STYPE = bigint, INITCOND = 0);"
+            "CREATE FUNCTION public.compared(" +
+            type + ", " + type +
+            ") RETURNS boolean LANGUAGE plpgsql AS $$ BEGIN RAISE 'the operator of an attacker was called'; END $$");
+        for (const std::string name : {"=", "<>", ">", "<"}) {
+            attacker.execute("CREATE OPERATOR public." + name + " (LEFTARG = " + type + ", RIGHTARG = " + type +
+                             ", FUNCTION = public.compared)");
+        }
+    }
+}
+
+TEST_F(AttackedServer, NeverCallsWhatOthersHavePutIntoAFormerSchemaOfThePath) {
+    ASSERT_EQ(run("import in.scip --checkout . --index new.db").exit_code, 0);
+    const std::string expected = shell("'" WIKI_SCOPE "' page a.ts --checkout . --index new.db").out;
+    for (const std::string options : {"", "?options=-csearch_path%3Dpublic,pg_catalog"}) {
+        owner.execute("DROP DATABASE tested WITH (FORCE)");
+        owner.execute("CREATE DATABASE tested");
+        owner.execute("GRANT CREATE ON DATABASE tested TO attacker");
+        Connection(database).execute("GRANT CREATE ON SCHEMA public TO attacker");
+        Connection attacker(Address("postgresql://attacker@/tested"));
+        shadow_builtins(attacker);
+        if (options.empty()) {
+            owner.execute("ALTER DATABASE tested SET search_path = public, pg_catalog");
+        }
+        const std::string server = " --index 'postgresql:///tested" + options + "'";
+        const std::string one = " --checkout . --repository one" + server;
+        for (const std::string& command :
+             {"init" + server, "import in.scip" + one, "import in.scip" + one, "stats --repository one" + server,
+              "find F --repository one" + server, "files a.ts --repository one" + server}) {
+            const Outcome outcome = run(command);
+            EXPECT_EQ(outcome.exit_code, 0) << command << " said: " << outcome.err;
+        }
+        EXPECT_EQ(run("page a.ts" + one).out, expected);
+        expect_failure("page a.ts --repository two" + server, "(there are one)");
+    }
+}
+
+}  // namespace
+}  // namespace embedded::postgresql
