@@ -1,7 +1,7 @@
 #include "embedded/postgresql/new_postgresql_index.h"
 
 #include "embedded/paths/folder_name.h"
-#include "embedded/postgresql/advisory_lock.h"
+#include "embedded/postgresql/locks.h"
 #include "embedded/postgresql/schema.h"
 #include "embedded/text/control_characters.h"
 
@@ -68,8 +68,9 @@ void NewPostgresqlIndex::claim(const std::string& folder) {
         find_repository();
     }
     if (const std::optional<std::string> holder = holder_unless_locked(connection_, repository_id_)) {
-        throw std::runtime_error(name() + ": another import into this index is running (" + *holder +
-                                 "); wait for it to end");
+        throw holder->empty() ? unchangeable()
+                              : std::runtime_error(name() + ": another import into this index is running (" + *holder +
+                                                   "); wait for it to end");
     }
     find_repository();  // that import may have ended a moment ago
 }
@@ -135,9 +136,13 @@ void NewPostgresqlIndex::complete(const RowCounts& counts) {
         "UPDATE wiki_scope.repositories SET snapshot = $2, bytes = $3, made = pg_catalog.clock_timestamp() WHERE repository = $1",
         Parameters().integer(repository_id_).integer(current_ + 1).integer(rows_->size()));
     if (changed != 1) {
-        throw std::runtime_error(name() + ": the server does not let the row of the repository be changed; check its "
-                                          "row-level security, and import again");
+        throw unchangeable();
     }
+}
+
+std::runtime_error NewPostgresqlIndex::unchangeable() const {
+    return std::runtime_error(name() + ": the server does not let the row of the repository be changed; check its "
+                                       "row-level security, and import again");
 }
 
 void NewPostgresqlIndex::commit() {

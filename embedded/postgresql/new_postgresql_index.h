@@ -17,7 +17,7 @@ namespace embedded::postgresql {
 /// then the one before is removed, together with what an import that was killed meanwhile has left of others. Pages that
 /// are being read go on to see theirs: the server keeps its rows for them.
 ///
-/// A lock of the server holds off other imports into the repository; it goes with the transaction.
+/// The row of the repository is locked against other imports into it; that lock goes with the transaction.
 class NewPostgresqlIndex : public NewIndex {
   public:
     /// `repository` is empty when its folder tells its name.
@@ -35,6 +35,7 @@ class NewPostgresqlIndex : public NewIndex {
     [[nodiscard]] std::runtime_error failure(const IndexError& error) const override;
 
   private:
+    [[nodiscard]] std::runtime_error unchangeable() const;
     /// Reads the numbers of the repository and of its current snapshot. False when there is no such repository yet.
     bool find_repository();
     void remove_leftovers();

@@ -1,6 +1,6 @@
 #include "embedded/postgresql/schema.h"
 
-#include "embedded/postgresql/advisory_lock.h"
+#include "embedded/postgresql/locks.h"
 
 #include <array>
 #include <chrono>
@@ -165,10 +165,10 @@ std::int64_t latest_version(Connection& connection) {
 void lock_schema(Connection& connection) {
     constexpr int TRIES = 100;
     constexpr std::chrono::milliseconds BETWEEN(100);
-    std::optional<std::string> holder = holder_unless_locked(connection, SCHEMA_LOCK);
+    std::optional<std::string> holder = holder_unless_schema_locked(connection);
     for (int tried = 1; holder && tried < TRIES; ++tried) {
         std::this_thread::sleep_for(BETWEEN);
-        holder = holder_unless_locked(connection, SCHEMA_LOCK);
+        holder = holder_unless_schema_locked(connection);
     }
     if (holder) {
         throw std::runtime_error(connection.server() + ": the lock for preparing the database is held by " + *holder +

@@ -91,5 +91,14 @@ TEST_F(AttackedServer, NeverCallsWhatOthersHavePutIntoAFormerSchemaOfThePath) {
     }
 }
 
+TEST_F(AttackedServer, WhoMayOnlyConnectCanHoldUpNoImportAndIsNamedWhereInitWaits) {
+    Connection attacker(Address("postgresql://attacker@/tested?application_name=evil"));
+    attacker.execute("SELECT pg_advisory_lock(2003397481, number) FROM generate_series(0, 9) AS of(number)");
+    import(3);
+    EXPECT_EQ(lines(), 3);
+    expect_failure("init --index postgresql:///tested",
+                   "the lock for preparing the database is held by user attacker, application evil, process ");
+}
+
 }  // namespace
 }  // namespace embedded::postgresql
