@@ -45,10 +45,18 @@ int complain(std::string_view message, int exit_code) {
     return exit_code;
 }
 
+// What is wrong with the arguments of a command. One that is misspelt may be why another is missing.
+std::string fault_of(const CLI::App& command, const CLI::ParseError& error) {
+    const std::vector<std::string> unknown = command.remaining();
+    const bool is_missing_one = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+    return is_missing_one && !unknown.empty() ? CLI::ExtrasError(unknown).what() : error.what();
+}
+
 std::string usage_message(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<CLI::App*> commands = app.get_subcommands();
     if (!commands.empty()) {
-        return std::string(error.what()) + " (see wiki-scope " + commands.front()->get_name() + " --help)";
+        const CLI::App& command = *commands.front();
+        return fault_of(command, error) + " (see wiki-scope " + command.get_name() + " --help)";
     }
     const std::vector<std::string> unknown = app.remaining();
     return (unknown.empty() ? error.what() : "no such command: " + unknown.front()) + " (see wiki-scope --help)";

@@ -35,6 +35,9 @@ PageRequest request_of(const PageArguments& arguments) {
         if (request.max_bytes) {
             throw CLI::ValidationError("--max-bytes", "shortens Markdown alone");
         }
+        if (arguments.without_source) {
+            throw CLI::ValidationError("--no-source", "is for Markdown alone: JSON holds signatures and no source");
+        }
     }
     for (const std::string& name : arguments.only) {
         request.only.add(section_named(name).value());
@@ -84,11 +87,15 @@ void add_page_command(CLI::App& app) {
 
     PageOptions& numbers = arguments->page.numbers;
     const auto add_number = [&page](const std::string& name, auto& number, const std::string& help) {
-        add_number_option(page, name, number, help)->group("What is chosen");
+        return add_number_option(page, name, number, help)->group("What is chosen");
     };
     add_number("--total", numbers.total, "Declarations that get a block");
     add_number("--floor", numbers.floor, "Best declarations that each file gets first, if the total allows");
-    add_number("--max-share", numbers.max_share, "Share of the total that one file may take from others");
+    add_number("--max-share", numbers.max_share, "Share of the total that one file may take from others")
+        ->check([](const std::string& text) {
+            double share = 0;
+            return parse_number(text, share) && share > PageOptions::LARGEST_SHARE ? text + " is more than all" : "";
+        });
     add_number("--deep", numbers.deep, "Names for a deeper treatment");
     add_number("--deep-per-file", numbers.deep_per_file, "Names for a deeper treatment from any one file");
     add_number("--neighbours", numbers.neighbours, "Declarations of other files that the page leans on");

@@ -1,6 +1,8 @@
 // Results for standard output.
 #pragma once
 
+#include "embedded/files/remedy.h"
+
 #include <cerrno>
 #include <iostream>
 #include <sstream>
@@ -26,10 +28,10 @@ inline void print_text(std::string_view text) {
     try {
         std::cout << text << std::flush;
     } catch (const std::ios::failure&) {
-        const std::string reason = std::generic_category().message(errno);
+        const std::error_code failure(errno, std::generic_category());
         std::cout.exceptions(std::ios::goodbit);  // what is left in it is tried again, and must fail quietly
-        throw std::runtime_error("standard output: cannot be written (" + reason +
-                                 "); make room, or send it elsewhere");
+        throw std::runtime_error("standard output: cannot be written (" + failure.message() + "); " +
+                                 remedy_for(failure));
     }
 }
 

@@ -132,6 +132,15 @@ std::optional<fs::path> Checkout::find(std::string_view path) const {
     return file;
 }
 
+bool Checkout::leads_out(std::string_view path) const {
+    if (!is_plain(path) || !stays_below(path)) {
+        return false;
+    }
+    std::error_code error;
+    const fs::path end = fs::canonical(root_ / path, error);
+    return !error && !contains(root_, end);
+}
+
 std::optional<FileLines> Checkout::read_lines(std::string_view path) const {
     const std::optional<fs::path> file = find(path);
     ContentHash hash;

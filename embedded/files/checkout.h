@@ -50,6 +50,9 @@ class Checkout {
     /// like one that is not there. Never waits on a pipe or a device.
     [[nodiscard]] std::optional<FileLines> read_lines(std::string_view path) const;
 
+    /// Whether there is something at `path`, and a symbolic link leads from there out of the root.
+    [[nodiscard]] bool leads_out(std::string_view path) const;
+
     /// The content of the file at `path`, with its text if that has at most `most` bytes. None when `read_lines` gives
     /// none.
     [[nodiscard]] std::optional<FileContent> read(std::string_view path, std::size_t most) const;

@@ -25,8 +25,8 @@ FileDescriptor::~FileDescriptor() {
     }
 }
 
-std::string last_system_error() {
-    return std::generic_category().message(errno);
+std::error_code last_system_error() {
+    return {errno, std::generic_category()};
 }
 
 }  // namespace embedded

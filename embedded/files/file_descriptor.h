@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <system_error>
 
 namespace embedded {
 
@@ -28,7 +29,7 @@ class FileDescriptor {
     int number_;
 };
 
-/// What the system says of the failure that errno holds.
-std::string last_system_error();
+/// The failure that errno holds.
+std::error_code last_system_error();
 
 }  // namespace embedded

@@ -25,7 +25,8 @@ FileDescriptor opened(const std::string& path) {
 }
 
 std::runtime_error unreadable(const std::string& name) {
-    return std::runtime_error(name + ": cannot be read (" + last_system_error() + "); check where it comes from");
+    return std::runtime_error(name + ": cannot be read (" + last_system_error().message() +
+                              "); check where it comes from");
 }
 
 // The file at `path`, filled with all that comes out of a pipe.
@@ -59,7 +60,7 @@ FileDescriptor seekable(FileDescriptor file, const std::string& name, const std:
     }
     struct stat status {};
     if (!file.is_open() || fstat(file.number(), &status) != 0) {
-        throw std::runtime_error(name + ": cannot be opened (" + last_system_error() +
+        throw std::runtime_error(name + ": cannot be opened (" + last_system_error().message() +
                                  "); check its permissions and those of its folder");
     }
     if (S_ISREG(status.st_mode)) {

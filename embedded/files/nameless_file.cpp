@@ -1,5 +1,7 @@
 #include "embedded/files/nameless_file.h"
 
+#include "embedded/files/remedy.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -12,8 +14,8 @@ namespace embedded {
 namespace {
 
 std::runtime_error failure(const std::string& path, const std::string& what) {
-    return std::runtime_error(path + ": " + what + " (" + last_system_error() +
-                              "); make room on its disk or choose another place");
+    const std::error_code error = last_system_error();
+    return std::runtime_error(path + ": " + what + " (" + error.message() + "); " + remedy_for(error));
 }
 
 // Has `call(done)` transfer bytes until all of them are; false when it fails or gets no further.

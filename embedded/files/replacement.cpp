@@ -1,5 +1,6 @@
 #include "embedded/files/replacement.h"
 
+#include "embedded/files/remedy.h"
 #include "embedded/sqlite/connection.h"
 
 #include <fcntl.h>
@@ -39,7 +40,7 @@ std::string followed(const std::string& path) {
             error = std::make_error_code(std::errc::too_many_symbolic_link_levels);
         }
         if (error) {
-            throw cannot_replace(path, error.message());
+            throw cannot_replace(path, error);
         }
         end = end.parent_path() / target;
     }
@@ -166,10 +167,13 @@ void Replacement::commit() const {
     }
 }
 
-std::runtime_error cannot_replace(const std::string& path, const std::string& reason) {
+std::runtime_error cannot_replace(const std::string& path, const std::string& reason, const std::string& remedy) {
     return std::runtime_error(path + ": cannot be written (" + reason + ")" +
-                              (exists(path) ? ", and is as it was before" : "") +
-                              "; make room or choose another place");
+                              (exists(path) ? ", and is as it was before" : "") + "; " + remedy);
+}
+
+std::runtime_error cannot_replace(const std::string& path, const std::error_code& failure) {
+    return cannot_replace(path, failure.message(), remedy_for(failure));
 }
 
 }  // namespace embedded

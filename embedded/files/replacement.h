@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace embedded {
 
@@ -66,7 +67,9 @@ class Replacement {
     std::optional<mode_t> old_mode_;
 };
 
-/// The error of a file that could not be replaced for `reason`. It says so, and that the old one, if any, stands.
-std::runtime_error cannot_replace(const std::string& path, const std::string& reason);
+/// The error of a file that could not be replaced for `reason`. It says so, that the old one, if any, stands, and the
+/// remedy.
+std::runtime_error cannot_replace(const std::string& path, const std::string& reason, const std::string& remedy);
+std::runtime_error cannot_replace(const std::string& path, const std::error_code& failure);
 
 }  // namespace embedded

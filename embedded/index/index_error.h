@@ -30,9 +30,9 @@ class UnusableIndex : public std::runtime_error {
     enum class Fault : std::uint8_t {
         MISSING,     ///< there is no such index
         FOREIGN,     ///< what is there is no index
-        OUTDATED,    ///< an index of another schema version
+        OUTDATED,    ///< an index of an older schema version
         UNPREPARED,  ///< a database that was not prepared for indexes of this version
-        NEWER,       ///< a database that was prepared for those of a newer program
+        NEWER,       ///< an index of a newer program, or a database that was prepared for those
     };
 
     UnusableIndex(Fault fault, const std::string& index, const std::string& reason)

@@ -46,6 +46,8 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
     add_remarks_on_files(caveats.withheld,
                          ": not known to be as it was indexed, so it is left out; allow it with --checkout " + checkout,
                          " left out", remarks);
+    add_remarks_on_files(caveats.outside, ": behind a link that leads out of the checkout, so it is not read",
+                         " behind links that lead out of the checkout", remarks);
     add_remarks_on_files(caveats.damaged, ": a part of it does not parse; lines and signatures there are the indexer's",
                          " with parts that do not parse", remarks);
     if (caveats.has_no_sources) {
@@ -70,7 +72,10 @@ std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text&
     if (source.state == State::WITHHELD) {
         withheld_.push_back(path);
     }
-    if (source.state == State::WITHHELD || source.state == State::MISSING) {
+    if (source.state == State::OUTSIDE) {
+        outside_.push_back(path);
+    }
+    if (source.state != State::READ && source.state != State::CHANGED) {
         return std::nullopt;
     }
     if (source.state == State::CHANGED) {
@@ -85,6 +90,7 @@ std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text&
 Caveats WatchfulReader::caveats() const {
     return {.changed = changed_,
             .withheld = withheld_,
+            .outside = outside_,
             .damaged = damaged_,
             .has_no_sources = is_any_asked_ && !is_any_there_,
             .has_no_outside = has_no_outside_};

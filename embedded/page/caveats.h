@@ -18,6 +18,7 @@ namespace embedded {
 struct Caveats {
     std::vector<models::Text> changed;   ///< files whose content is not the one that was indexed, in the page's order
     std::vector<models::Text> withheld;  ///< files that the page may not show, in the page's order
+    std::vector<models::Text> outside;   ///< files behind links that lead out of the checkout, in the page's order
     std::vector<models::Text> damaged;   ///< files of which a part that declares something did not parse
     bool has_no_sources = false;         ///< whether the checkout gives none of the page's files
     bool has_no_outside = false;         ///< whether the page consists of every file of the index
@@ -45,6 +46,7 @@ class WatchfulReader {
     std::set<std::string, std::less<>> noted_damage_;  // paths, as the index notes them
     std::vector<models::Text> changed_;
     std::vector<models::Text> withheld_;
+    std::vector<models::Text> outside_;
     std::vector<models::Text> damaged_;
     bool is_any_asked_ = false;
     bool is_any_there_ = false;

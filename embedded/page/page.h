@@ -21,6 +21,8 @@ namespace embedded {
 
 /// How much of a page is chosen, as `select_with_quota`, `pick_spread` and `neighbours` take it; any value is accepted.
 struct PageOptions {
+    static constexpr double LARGEST_SHARE = 1;  ///< what whoever asks for a share may say at most
+
     std::int64_t total = 24;         ///< declarations that get a block
     std::int64_t floor = 2;          ///< best declarations that each file gets before the rest is shared out
     double max_share = 0.4;          ///< of `total`, for one file, while others have declarations left

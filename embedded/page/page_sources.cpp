@@ -28,7 +28,7 @@ PageSource PageSources::read(const models::Text& path) const {
     using State = PageSource::State;
     std::optional<FileLines> file = checkout_.read_lines(path);
     if (!file) {
-        return {.state = State::MISSING};
+        return {.state = checkout_.leads_out(path) ? State::OUTSIDE : State::MISSING};
     }
     const std::int64_t* const indexed = indexed_.find(std::string(path));
     const bool is_as_indexed = indexed != nullptr && *indexed == file->hash;

@@ -25,6 +25,7 @@ struct PageSource {
         READ,
         CHANGED,   ///< read, but the import read another content
         WITHHELD,  ///< there, but its content is not known to be the one that the import read
+        OUTSIDE,   ///< behind a symbolic link that leads out of the checkout
         MISSING,   ///< the checkout does not give it
     };
     State state = State::MISSING;

@@ -70,8 +70,9 @@ void write_findings(std::ostream& out, const ImportReport& report) {
         about(report.lost_tests, "Test files that reach no other file",
               "; for Python, name the folder of the package (such as src) to the indexer as an extra path of its type "
               "checker, for TypeScript as a path mapping, and index again"),
-        about(report.unread, report.sources > 0 ? "Files whose source could not be read" : "No source could be read",
-              "; name the folder that was indexed with --checkout"),
+        report.sources > 0
+            ? about(report.unread, "Files that the checkout does not hold, or behind links that lead out of it", "")
+            : about(report.unread, "No source could be read", "; name the folder that was indexed with --checkout"),
         about(report.unparsed, "Sources that are too large, too hard to parse or no UTF-8, and were not looked into",
               ""),
         about(report.damaged, "Sources of which a part does not parse",

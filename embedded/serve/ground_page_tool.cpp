@@ -66,7 +66,7 @@ Sent input_schema() {
          {"max_share",
           {{"type", "number"},
            {"minimum", 0},
-           {"maximum", 1},
+           {"maximum", PageOptions::LARGEST_SHARE},
            {"default", presets.max_share},
            {"description", "The share of the total that one file may take while others have declarations left."}}},
          {"deep", whole_number(presets.deep, "How many names get a deeper treatment.")},
@@ -123,6 +123,9 @@ PageRequest request_of(const Received& arguments) {
         request.format = PageRequest::Format::JSON;
         if (arguments.contains("max_bytes")) {
             throw bad_parameter("max_bytes", "shortens Markdown alone");
+        }
+        if (!request.with_source) {
+            throw bad_parameter("with_source", "is for Markdown alone: JSON holds signatures and no source");
         }
     } else if (arguments.contains("max_bytes")) {
         request.max_bytes = arguments["max_bytes"].get<std::size_t>();

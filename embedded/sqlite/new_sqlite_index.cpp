@@ -9,6 +9,8 @@ namespace embedded {
 
 namespace {
 
+constexpr const char* REMEDY = "make room on its disk or choose another place";
+
 const std::string& replaceable(const std::string& path) {
     require_replaceable(path);
     return path;
@@ -64,7 +66,7 @@ void NewSqliteIndex::complete(const RowCounts& counts) {
         throw cannot_replace(path_, last_system_error());
     }
     if (!holds(counts)) {
-        throw cannot_replace(path_, "rows are missing from what was written");
+        throw cannot_replace(path_, "rows are missing from what was written", REMEDY);
     }
     replacement_.sync();
 }
@@ -78,7 +80,7 @@ bool NewSqliteIndex::holds(const RowCounts& counts) const {
 }
 
 std::runtime_error NewSqliteIndex::failure(const IndexError& error) const {
-    return cannot_replace(path_, error.reason());
+    return cannot_replace(path_, error.reason(), REMEDY);
 }
 
 }  // namespace embedded

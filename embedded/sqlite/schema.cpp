@@ -109,6 +109,13 @@ bool notes_checksums(const Connection& connection) {
     return note.step();
 }
 
+// Whether a later program states this schema version; each counts one on.
+bool is_newer(const std::string& version) {
+    const std::string_view ours = SCHEMA_VERSION;
+    const bool is_number = version.find_first_not_of("0123456789") == std::string::npos;
+    return is_number && std::pair(version.size(), std::string_view(version)) > std::pair(ours.size(), ours);
+}
+
 std::filesystem::file_type type_of(const std::string& path) {
     std::error_code error;
     const std::filesystem::file_type type = std::filesystem::status(path, error).type();
@@ -190,7 +197,7 @@ Connection open_index(const std::string& path) {
         throw UnusableIndex(Fault::FOREIGN, path, "not a wiki-scope index");
     }
     if (*version != SCHEMA_VERSION) {
-        throw UnusableIndex(Fault::OUTDATED, path,
+        throw UnusableIndex(is_newer(*version) ? Fault::NEWER : Fault::OUTDATED, path,
                             "an index of schema version " + *version + ", but this program reads version " +
                                 std::string(SCHEMA_VERSION));
     }

@@ -43,23 +43,25 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnIndexFromBeingRead) {
     const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
     other_program.execute("BEGIN EXCLUSIVE");
     std::filesystem::create_symlink("loop", folder / "loop");
-    for (
-        const auto& [name, says] : std::vector<std::pair<std::string, std::string>>{
-            {"none.db", ": no such index; make one with: wiki-scope import INDEX.scip --index none.db\n"},
-            {"text.db", ": not a wiki-scope index; name another file\n"},
-            {"other.db", ": not a wiki-scope index; name another file\n"},
-            {"/", ": not a wiki-scope index but a folder or a device; name another file\n"},
-            {changed_index("index1.db", "UPDATE meta SET value = '1'"),
-             ": an index of schema version 1, but this program reads version 4; import the SCIP file again\n"},
-            {changed_index("null.db", "UPDATE meta SET value = NULL"), ": not a wiki-scope index; "},
-            {changed_index("half.db", "DROP TABLE languages"),
-             ": its tables and indexes are not those that an import makes; it is not a whole wiki-scope index: import the SCIP file again\n"},
-            {changed_index("wild.db", "UPDATE meta SET value = char(10, 27, 127) || 'é~'"),
-             ": an index of schema version \\x0a\\x1b\\x7fé~,"},
-            {"cut.db", ": database disk image is malformed; it is not a whole wiki-scope index: import"},
-            {"locked.db", ": database is locked; another program is using it"},
-            {"loop", ": cannot be found (Too many levels"},
-        }) {
+    for (const auto& [name, says] : std::vector<std::pair<std::string, std::string>>{
+             {"none.db", ": no such index; make one with: wiki-scope import INDEX.scip --index none.db\n"},
+             {"text.db", ": not a wiki-scope index; name another file\n"},
+             {"other.db", ": not a wiki-scope index; name another file\n"},
+             {"/", ": not a wiki-scope index but a folder or a device; name another file\n"},
+             {changed_index("index1.db", "UPDATE meta SET value = '1'"),
+              ": an index of schema version 1, but this program reads version 4; import the SCIP file again\n"},
+             {changed_index("newer.db", "UPDATE meta SET value = '10'"),
+              ": an index of schema version 10, but this program reads version 4; install a newer wiki-scope\n"},
+             {changed_index("null.db", "UPDATE meta SET value = NULL"), ": not a wiki-scope index; "},
+             {changed_index("half.db", "DROP TABLE languages"),
+              ": its tables and indexes are not those that an import makes; it is not a whole wiki-scope index: import "
+              "the SCIP file again\n"},
+             {changed_index("wild.db", "UPDATE meta SET value = char(10, 27, 127) || 'é~'"),
+              ": an index of schema version \\x0a\\x1b\\x7fé~,"},
+             {"cut.db", ": database disk image is malformed; it is not a whole wiki-scope index: import"},
+             {"locked.db", ": database is locked; another program is using it"},
+             {"loop", ": cannot be found (Too many levels"},
+         }) {
         expect_failure("page a --checkout . --index " + name, name + says);
     }
 }
@@ -80,7 +82,7 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnImportFromBeingMade) {
     expect_failure("import good.scip --index foreign.db", "foreign.db: not a wiki-scope index");
     expect_failure("import good.scip --index locked.db", "locked.db: database is locked");
     expect_failure("import good.scip --index none/new.db",
-                   "none/new.db: cannot be written (No such file or directory); ");
+                   "none/new.db: cannot be written (No such file or directory); make its folder or");
     expect_failure("import good.scip --index new.db --checkout none", "none: no such folder");
     EXPECT_TRUE(folder.read("text.db").starts_with("this is"));
     EXPECT_FALSE(std::filesystem::exists(folder / "new.db"));
@@ -94,7 +96,8 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsFolderOrItsOutput) {
     expect_failure("page a --index index.db --checkout loop", "loop: cannot be read (Too many levels");
     for (const std::string writes :
          {"page src --index index.db --checkout .", "import good.scip --index good.db", "--help"}) {
-        expect_failure(writes + " >/dev/full", "standard output: cannot be written (No space left");
+        expect_failure(writes + " >/dev/full",
+                       "standard output: cannot be written (No space left on device); make room");
         expect_failure(writes + " >&-", "standard output: cannot be written (Bad file descriptor");
     }
 }
@@ -107,11 +110,14 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     expect_failure("stats --index postgresql://host/db --repository ''", "--repository: an empty name", WRONG_USAGE);
     expect_failure("import - good.scip - --index new.db", "INDEX.scip: - can be named once", WRONG_USAGE);
     expect_failure("page --index index.db --checkout .", "PATH is required (see wiki-scope page --help)", WRONG_USAGE);
+    expect_failure("page a --inde index.db", "The following argument was not expected: --inde (", WRONG_USAGE);
     for (const auto& [option, says] : std::vector<std::pair<std::string, std::string>>{
              {"--total ''", "--total: \"\" is not a number"},
              {"--deep=-1", "--deep: \"-1\" is not a number"},
              {"--total 0x10", "--total: \"0x10\" is not a number"},
              {"--deep 9223372036854775808", "--deep: \"9223372036854775808\" is"},
+             {"--no-source --format json", "--no-source: is for Markdown alone"},
+             {"--max-share 1.01", "--max-share: 1.01 is more than all"},
              {"--max-share nan", "--max-share: \"nan\" is not a number"},
              {"--max-share 1e999", "--max-share: \"1e999\" is not a number"},
              {"--format xml", "--format: xml not in"},
@@ -274,6 +280,10 @@ TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
     folder.write("src/a.ts", "");
     EXPECT_EQ(say("src/a.ts", "."),
               "wiki-scope: src/a.ts: a part of it does not parse; lines and signatures there are the indexer's\n");
+    std::filesystem::create_directories(folder / "linked/src");
+    std::filesystem::create_symlink(folder / "src/a.ts", folder / "linked/src/a.ts");
+    EXPECT_EQ(say("src", "linked"),
+              "wiki-scope: src/a.ts: behind a link that leads out of the checkout, so it is not read\n");
     std::filesystem::create_directory(folder / "empty");
     EXPECT_EQ(say("src", "empty"),
               "wiki-scope: empty: holds none of the page's files; name the folder that was indexed with --checkout\n");

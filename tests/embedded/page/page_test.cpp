@@ -248,8 +248,8 @@ TEST_F(PrintedPage, IsChosenByTheNumbersOfItsOptions) {
              {"--deep 1", "deep", R"(["One"])"},
              {"--deep-per-file 3", "deep", R"(["One", "f", "g"])"},
              {"--neighbours 0", "neighbours", "[]"},
-             {"--total 010 --floor=5 --max-share 1e300 --deep 9223372036854775807 --deep-per-file 3 --neighbours 4",
-              "options", R"({"total": 10, "floor": 5, "max_share": 1e300, "deep": 9223372036854775807,
+             {"--total 010 --floor=5 --max-share 1e0 --deep 9223372036854775807 --deep-per-file 3 --neighbours 4",
+              "options", R"({"total": 10, "floor": 5, "max_share": 1.0, "deep": 9223372036854775807,
                              "deep_per_file": 3, "neighbours": 4})"},
          }) {
         EXPECT_EQ(json("src " + options)[key], Json::parse(value)) << options;

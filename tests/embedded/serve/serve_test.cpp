@@ -258,6 +258,17 @@ TEST_F(Serve, GivesAToolsOwnFailureAsItsResult) {
     EXPECT_EQ(none["isError"], false);
 }
 
+TEST_F(Serve, RefusesOfAPageWhatTheCommandRefuses) {
+    begin();
+    for (const auto& [name, value, says] : std::vector<std::tuple<std::string, Received, std::string>>{
+             {"with_source", false, "with_source: is for Markdown alone"},
+             {"max_share", 1.01, "max_share: must be at most 1"},
+         }) {
+        const Received asked = {{"paths", {"a.ts"}}, {"format", "json"}, {name, value}};
+        EXPECT_NE(ask("tools/call", call("ground_page", asked)).dump().find(says), std::string::npos) << name;
+    }
+}
+
 TEST_F(Serve, RecommendsNoLimitThatItRefuses) {
     begin();
     for (const auto& [last, advice] :
