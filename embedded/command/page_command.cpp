@@ -32,8 +32,8 @@ PageRequest request_of(const PageArguments& arguments) {
     PageRequest request = arguments.page;
     if (arguments.format == "json") {
         request.format = PageRequest::Format::JSON;
-        if (request.max_bytes) {
-            throw CLI::ValidationError("--max-bytes", "shortens Markdown alone");
+        if (request.max_bytes || request.max_tokens) {
+            throw CLI::ValidationError(request.max_bytes ? "--max-bytes" : "--max-tokens", "shortens Markdown alone");
         }
         if (arguments.without_source) {
             throw CLI::ValidationError("--no-source", "is for Markdown alone: JSON holds signatures and no source");
@@ -84,6 +84,7 @@ void add_page_command(CLI::App& app) {
 
     add_number_option(page, "--max-bytes", arguments->page.max_bytes,
                       "How long the Markdown may be; what matters least is left out");
+    add_number_option(page, "--max-tokens", arguments->page.max_tokens, "As --max-bytes, four bytes a token");
 
     PageOptions& numbers = arguments->page.numbers;
     const auto add_number = [&page](const std::string& name, auto& number, const std::string& help) {

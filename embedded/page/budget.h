@@ -4,19 +4,18 @@
 #include "embedded/page/passage.h"
 
 #include <cstddef>
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace embedded {
 
-/// The passages of a page in which the first `sources` declarations are shown with their source.
-using PassagesWithSources = std::function<std::vector<Passage>(std::size_t sources)>;
+/// As many bytes of a page count as one token.
+inline constexpr std::size_t BYTES_OF_A_TOKEN = 4;
 
-/// The text of as much of a page as fits into `most` bytes. What gives way first is the source of declarations, from the
-/// last one on; then the tails of all lists but those that name each file of the page, in equal shares; then the tails
-/// of these; at last whatever there is room for is taken in again. None when what is left without any list does not fit either.
-std::optional<std::string> fitted(const PassagesWithSources& passages, std::size_t sources, std::size_t most);
+/// The text of as much of a page as fits into `most` bytes. The sentences that explain give way first; then the items are
+/// shortened, in as few steps as will do; then the tails of all lists, in equal shares, but of those that name each file
+/// half as much; at last whatever there is room for is taken in again. Throws `std::runtime_error` with one line when
+/// what is left without any list does not fit either: it names the least number that would do.
+std::string fitted(std::vector<Passage> passages, std::size_t most);
 
 }  // namespace embedded

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <optional>
 #include <span>
+#include <tuple>
 #include <utility>
 
 namespace embedded {
@@ -20,15 +21,12 @@ using models::Text;
 using storage::ScopeSymbol;
 using wiki::scope::LineRange;
 
-// Everything that a block says above the code.
-std::string introduction(const ScopeSymbol& symbol, const std::string& name, const wiki::scope::FanIn& fan_in,
-                         std::string_view documentation) {
-    std::string text = "\n### " + code_span(name) + "\n\n" + plain_text(symbol.kind) + ", " +
-                       code_span(citation(symbol.path, cited_lines(symbol))) + ", " +
-                       counted(fan_in.outside.get(symbol.id, 0), "use") + " outside, " +
-                       std::to_string(fan_in.inside.get(symbol.id, 0)) + " inside\n";
-    const std::string lead = lead_of(documentation);
-    return lead.empty() ? text : text + "\n" + lead + "\n";
+// What a block says above the doc comment.
+std::string introduction(const ScopeSymbol& symbol, const std::string& name, const wiki::scope::FanIn& fan_in) {
+    return "\n### " + code_span(name) + "\n\n" + plain_text(symbol.kind) + ", " +
+           code_span(citation(symbol.path, cited_lines(symbol))) + ", " +
+           counted(fan_in.outside.get(symbol.id, 0), "use") + " outside, " +
+           std::to_string(fan_in.inside.get(symbol.id, 0)) + " inside\n";
 }
 
 // The declaration's lines, as far as the file has them.
@@ -40,6 +38,11 @@ std::vector<std::string> lines_of_declaration(const ScopeSymbol& symbol, const s
     const auto first = static_cast<std::ptrdiff_t>(range->first - 1);
     const auto last = std::min(static_cast<std::ptrdiff_t>(range->last), std::ssize(file));
     return {file.begin() + first, file.begin() + last};
+}
+
+// The lines as a block of their own; empty where there are none.
+std::string block_of(std::span<const std::string> lines, std::string_view language) {
+    return lines.empty() ? "" : "\n" + fenced_block(lines, language);
 }
 
 }  // namespace
@@ -54,14 +57,15 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, co
     std::ranges::transform(page.selection, ids.begin(), &ScopeSymbol::id);
     read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
         const ScopeSymbol& symbol = *page.selection[place];
-        by_file_[symbol.path].push_back(place);
+        const std::string lead = lead_of(description.documentation);
+        const std::string language = languages.get(symbol.path, "");
         const std::vector<std::string_view> lines = split_lines(description.signature);
-        declarations_.push_back(
-            {.symbol = &symbol,
-             .introduction = introduction(symbol, names.of(symbol), page.fan_in, description.documentation),
-             .language = languages.get(symbol.path, ""),
-             .signature = {lines.begin(), lines.end()},
-             .source = {}});
+        declarations_.push_back({.symbol = &symbol,
+                                 .introduction = introduction(symbol, names.of(symbol), page.fan_in),
+                                 .comment = lead.empty() ? "" : "\n" + lead + "\n",
+                                 .language = language,
+                                 .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), language),
+                                 .source = {}});
     });
 }
 
@@ -69,56 +73,58 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, co
 // lines.
 void DeclarationBlocks::read_sources(const PageSources& sources) {
     models::OrderedMap<Text, std::optional<std::vector<std::string>>> files;
-    for (Declaration& declaration : declarations_) {
+    for (std::size_t place = 0; place < declarations_.size(); ++place) {
+        Declaration& declaration = declarations_[place];
         std::optional<std::vector<std::string>>& file = files[declaration.symbol->path];
         if (!file) {
             file = sources.read(declaration.symbol->path).lines;
         }
-        declaration.source = lines_of_declaration(*declaration.symbol, *file);
-    }
-}
-
-const DeclarationBlocks::Declaration* DeclarationBlocks::printed_around(std::size_t declaration,
-                                                                        std::size_t sources) const {
-    const Declaration& inner = declarations_[declaration];
-    const Declaration* outermost = nullptr;
-    if (inner.source.empty()) {
-        return outermost;
-    }
-    LineRange widest = *cited_lines(*inner.symbol);
-    for (const std::size_t at : *by_file_.find(inner.symbol->path)) {
-        const LineRange around = cited_lines(*declarations_[at].symbol).value_or(LineRange{0, 0});
-        const bool is_printed = at < sources && at != declaration && !declarations_[at].source.empty();
-        const bool is_around = around.first <= widest.first && widest.last <= around.last;
-        // Of those with the same lines the first is printed.
-        if (is_printed && is_around && (around != widest || (outermost == nullptr && at < declaration))) {
-            outermost = &declarations_[at];
-            widest = around;
+        declaration.source = block_of(lines_of_declaration(*declaration.symbol, *file), declaration.language);
+        if (!declaration.source.empty()) {
+            by_file_[declaration.symbol->path].push_back(place);
         }
     }
-    return outermost;
+    sources_ = declarations_.size();
 }
 
-std::size_t DeclarationBlocks::without_source(std::size_t sources, std::size_t wanted) const {
-    std::size_t count = 0;
-    for (std::size_t at = sources; at < std::min(wanted, declarations_.size()); ++at) {
-        count += !declarations_[at].source.empty() && printed_around(at, sources) == nullptr ? 1U : 0U;
+std::vector<const DeclarationBlocks::Declaration*> DeclarationBlocks::printed_around(std::size_t sources) const {
+    std::vector<const Declaration*> around(declarations_.size());
+    const auto lines = [this](std::size_t place) { return cited_lines(*declarations_[place].symbol).value(); };
+    const auto last = [&lines](std::size_t place) { return lines(place).last; };
+    for (const auto& [path, places] : by_file_) {
+        std::vector<std::size_t> outer_first(places);
+        std::ranges::sort(outer_first, {},
+                          [&](std::size_t place) { return std::tuple(lines(place).first, -last(place), place); });
+        std::vector<std::size_t> printed;  // each ends behind the one before it
+        for (const std::size_t place : outer_first) {
+            const auto outermost = std::ranges::lower_bound(printed, last(place), {}, last);
+            if (outermost != printed.end()) {
+                around[place] = &declarations_[*outermost];
+            } else if (place < sources) {
+                printed.push_back(place);
+            }
+        }
     }
-    return count;
+    return around;
 }
 
-std::vector<std::string> DeclarationBlocks::blocks(std::size_t sources) const {
-    std::vector<std::string> blocks;
+std::vector<PassageItem> DeclarationBlocks::blocks(std::size_t steps) const {
+    const std::size_t sources = sources_ - std::min(steps, sources_);
+    const std::size_t comments = declarations_.size() - (steps - std::min(steps, sources_));
+    const std::vector<const Declaration*> around = printed_around(sources);
+    std::vector<PassageItem> blocks;
     for (std::size_t at = 0; at < declarations_.size(); ++at) {
         const Declaration& declaration = declarations_[at];
-        std::string block = declaration.introduction;
-        const std::vector<std::string>& code = at < sources ? declaration.source : declaration.signature;
-        if (const Declaration* const around = printed_around(at, sources)) {
-            block += "\nIts source is part of that of " + code_span(names_.of(*around->symbol)) + ".\n";
-        } else if (!code.empty()) {
-            block += "\n" + fenced_block(code, declaration.language);
+        PassageItem& block = blocks.emplace_back();
+        block.text = declaration.introduction;
+        block.lacks_comment = at >= comments && !declaration.comment.empty();
+        block.text += block.lacks_comment ? "" : declaration.comment;
+        if (around[at] != nullptr) {
+            block.text += "\nIts source is part of that of " + code_span(names_.of(*around[at]->symbol)) + ".\n";
+            continue;
         }
-        blocks.push_back(std::move(block));
+        block.lacks_source = at >= sources && !declaration.source.empty();
+        block.text += block.lacks_source || sources_ == 0 ? declaration.signature : declaration.source;
     }
     return blocks;
 }

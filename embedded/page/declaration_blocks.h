@@ -3,6 +3,7 @@
 
 #include "embedded/index/database.h"
 #include "embedded/page/page.h"
+#include "embedded/page/passage.h"
 #include "embedded/page/scoped_names.h"
 #include "models/ordered_map.h"
 
@@ -21,28 +22,32 @@ class DeclarationBlocks {
     /// Reads the source of the declarations, once; what the page may not show is left out.
     void read_sources(const PageSources& sources);
 
-    /// The blocks in the order of the selection. The first `sources` of them have their source as it was read, unless it
-    /// is part of a source that another block prints, which they say then; the others have their signatures.
-    [[nodiscard]] std::vector<std::string> blocks(std::size_t sources) const;
+    /// In how many steps the blocks can be shortened.
+    [[nodiscard]] std::size_t steps() const { return sources_ + declarations_.size(); }
 
-    /// How many of the first `wanted` declarations have a source that `blocks(sources)` prints nowhere.
-    [[nodiscard]] std::size_t without_source(std::size_t sources, std::size_t wanted) const;
+    /// The blocks in the order of the selection, shortened by so many steps: each takes from one block, from the last one
+    /// on, first the source and then the doc comment. A block without a source has the signature. A source that is part of
+    /// one that another block prints is not printed; the block says so.
+    [[nodiscard]] std::vector<PassageItem> blocks(std::size_t steps) const;
 
   private:
     struct Declaration {
         const storage::ScopeSymbol* symbol;
-        std::string introduction;  // everything above the code
+        std::string introduction;  // everything above the doc comment
+        std::string comment;       // what it says, as a paragraph; empty when it says nothing
         std::string language;      // of its file; empty when unknown
-        std::vector<std::string> signature;
-        std::vector<std::string> source;
+        std::string signature;     // as a fenced block, as the source is
+        std::string source;
     };
 
-    // The declaration that is printed whole with the source of this one in it; else null.
-    [[nodiscard]] const Declaration* printed_around(std::size_t declaration, std::size_t sources) const;
+    // For each declaration the one that is printed whole with the source of it in it, when the first `sources` have
+    // theirs; null for the others.
+    [[nodiscard]] std::vector<const Declaration*> printed_around(std::size_t sources) const;
 
     const ScopedNames& names_;
     std::vector<Declaration> declarations_;                               // in the order of the selection
-    models::OrderedMap<models::Text, std::vector<std::size_t>> by_file_;  // the places of those of each file
+    models::OrderedMap<models::Text, std::vector<std::size_t>> by_file_;  // the places of those that have a source
+    std::size_t sources_ = 0;                                             // how many were to be read
 };
 
 }  // namespace embedded

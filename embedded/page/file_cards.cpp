@@ -63,7 +63,7 @@ std::string safe_row(string_view row, string_view path) {
 
 }  // namespace
 
-std::string file_cards(const Page& page) {
+std::string file_cards(const Page& page, const std::string& heading) {
     std::vector<std::string> missing;
     for (const std::string& path : page.missing) {
         missing.push_back(without_control_characters(path));
@@ -74,7 +74,7 @@ std::string file_cards(const Page& page) {
     }
     paths.insert(paths.end(), missing.begin(), missing.end());
 
-    const std::string rendered = render_file_cards(page.facts, page.fan_in, "## Files", missing);
+    const std::string rendered = render_file_cards(page.facts, page.fan_in, heading, missing);
     std::string cards;
     auto path = paths.begin();
     for (const string_view line : split_lines(rendered)) {

@@ -7,8 +7,8 @@
 
 namespace embedded {
 
-/// The component's file cards under the heading "Files", in which no path is more than its text: one that holds a bar
+/// The component's file cards under a heading, in which no path is more than its text: one that holds a bar
 /// stays in its cell, and of those that stand beside the row's own what Markdown would interpret is escaped.
-std::string file_cards(const Page& page);
+std::string file_cards(const Page& page, const std::string& heading = "## Files");
 
 }  // namespace embedded

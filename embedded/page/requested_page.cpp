@@ -1,11 +1,14 @@
 #include "embedded/page/requested_page.h"
 
+#include "embedded/page/budget.h"
 #include "embedded/page/page_json.h"
 #include "embedded/page/page_markdown.h"
 #include "embedded/paths/missing_paths.h"
 #include "embedded/rules/noted_rules.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <ostream>
 #include <stdexcept>
 #include <system_error>
@@ -26,6 +29,16 @@ SourceFolder existing_folder(const PageRequest& request, storage::Database& db) 
             "; name the folder that its paths are relative to with --checkout");
     }
     return folder;
+}
+
+// How long the Markdown may be.
+std::optional<std::size_t> most_bytes(const PageRequest& request) {
+    if (!request.max_tokens) {
+        return request.max_bytes;
+    }
+    constexpr std::size_t MOST = std::numeric_limits<std::size_t>::max();
+    const std::size_t tokens = std::min(*request.max_tokens, MOST / BYTES_OF_A_TOKEN);
+    return std::min(request.max_bytes.value_or(MOST), tokens * BYTES_OF_A_TOKEN);
 }
 
 }  // namespace
@@ -55,7 +68,7 @@ void RequestedPage::write(std::ostream& out) const {
         write_json(out, page_, db_, request_.only);
     } else {
         write_markdown(out, page_, db_,
-                       {.only = request_.only, .with_source = request_.with_source, .max_bytes = request_.max_bytes});
+                       {.only = request_.only, .with_source = request_.with_source, .max_bytes = most_bytes(request_)});
     }
 }
 

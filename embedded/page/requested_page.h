@@ -30,6 +30,8 @@ struct PageRequest {
     SectionChoice only = {};                              ///< the sections to write, of JSON their keys
     bool with_source = true;                              ///< as in `MarkdownOptions`; nothing to JSON
     std::optional<std::size_t> max_bytes = std::nullopt;  ///< as in `MarkdownOptions`; nothing to JSON
+    /// As many times `BYTES_OF_A_TOKEN` bytes (budget.h); of this and `max_bytes` the smaller counts.
+    std::optional<std::size_t> max_tokens = std::nullopt;
 };
 
 /// The page that somebody asks for. The rules for tests and the shared summaries of its index are in force as long as it

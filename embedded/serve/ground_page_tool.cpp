@@ -1,3 +1,4 @@
+#include "embedded/page/budget.h"
 #include "embedded/serve/bounded_text.h"
 #include "embedded/serve/schema.h"
 #include "embedded/serve/tools.h"
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace embedded::serve {
@@ -53,6 +55,11 @@ Sent input_schema() {
            {"maximum", LONGEST_MESSAGE},
            {"description",
             "How long the Markdown may be; not for json. What matters least is left out, and each cut says so."}}},
+         {"max_tokens",
+          {{"type", "integer"},
+           {"minimum", 0},
+           {"maximum", LONGEST_MESSAGE / BYTES_OF_A_TOKEN},
+           {"description", "As max_bytes, four bytes a token."}}},
          {"with_source",
           {{"type", "boolean"},
            {"default", true},
@@ -119,16 +126,19 @@ PageRequest request_of(const Received& arguments) {
                                     .neighbours = arguments["neighbours"]},
                         .is_strict = arguments["strict"],
                         .with_source = arguments["with_source"]};
-    if (arguments["format"] == "json") {
-        request.format = PageRequest::Format::JSON;
-        if (arguments.contains("max_bytes")) {
-            throw bad_parameter("max_bytes", "shortens Markdown alone");
+    request.format = arguments["format"] == "json" ? PageRequest::Format::JSON : PageRequest::Format::MARKDOWN;
+    if (request.format == PageRequest::Format::JSON && !request.with_source) {
+        throw bad_parameter("with_source", "is for Markdown alone: JSON holds signatures and no source");
+    }
+    for (const auto& [name, most] :
+         {std::pair("max_bytes", &PageRequest::max_bytes), std::pair("max_tokens", &PageRequest::max_tokens)}) {
+        if (!arguments.contains(name)) {
+            continue;
         }
-        if (!request.with_source) {
-            throw bad_parameter("with_source", "is for Markdown alone: JSON holds signatures and no source");
+        if (request.format == PageRequest::Format::JSON) {
+            throw bad_parameter(name, "shortens Markdown alone");
         }
-    } else if (arguments.contains("max_bytes")) {
-        request.max_bytes = arguments["max_bytes"].get<std::size_t>();
+        request.*most = arguments[name].get<std::size_t>();
     }
     for (const std::string section : arguments["sections"]) {
         request.only.add(section_named(section).value());
@@ -195,7 +205,7 @@ Tool ground_page_tool() {
                 "large each file is and what for, which declarations matter, with their source, who uses them from "
                 "outside, which tests reach them, which public code nothing uses, and what they depend on. Call it "
                 "before you write about files, and write nothing of these kinds that it does not state. Give "
-                "max_bytes to fit a page into what you can read.",
+                "max_tokens to fit a page into what you can read.",
                 input_schema(), output_schema()),
             .run = run};
 }

@@ -141,37 +141,69 @@ TEST_F(PrintedPage, PrintsNoSourceTwiceAndTellsNamesApart) {
     EXPECT_EQ(count(print("src --only declarations"), "Its source"), 1);
 }
 
-TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesThatHoldsItsSentences) {
-    const std::string options = "src srclib none.ts --max-bytes ";
+TEST_F(PrintedPage, GivesUpSentencesThenSourcesThenCommentsThenItems) {
+    const auto fitted = [&](const std::string& options, std::size_t most) {
+        return print("src " + options + " --max-bytes " + std::to_string(most));
+    };
+    const std::string files = print("src --only files");
+    const std::string rows = "## Files\n" + files.substr(files.find('|'));
+    EXPECT_EQ(fitted("--only files", files.size()), files);
+    EXPECT_EQ(fitted("--only files", files.size() - 1), rows);
+    EXPECT_TRUE(fitted("--only files", rows.size() - 1).ends_with(" |\n\n_...1 more file left out to fit_\n"));
+    EXPECT_EQ(fitted("--only files", 50), "## Files\n\n_...2 files left out to fit_\n");
+    EXPECT_EQ(fitted("--only seeds", 40), "## Seeds\n- _...2 files left out to fit_\n");
+
+    folder.write("src/a.ts", "\nclass One {\n  run() {" + std::string(300, '-') + "}\n}\n");
+    folder.write("src/b.lua", "TICKS = '" + std::string(300, '-') + "'\n");
+    const std::vector<std::pair<std::size_t, std::string>> shorter{
+        {700, "part of that of `One`.\n\n_...1 source left out to fit_\n"},
+        {450, "run()\n```\n\n_...3 sources left out to fit_\n"},
+        {320, "run()\n```\n\n_...3 sources, 1 doc comment left out to fit_\n"},
+        {290, "inside\n\n_...1 more declaration, 2 sources, 1 doc comment left out to fit_\n"},
+        {90, "## Declarations\n\n_...3 declarations left out to fit_\n"}};
+    for (const auto& [most, end] : shorter) {
+        EXPECT_TRUE(fitted("--only declarations", most).ends_with(end)) << fitted("--only declarations", most);
+    }
+}
+
+TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesFromTheLeastThatAFailureNames) {
+    const std::string options = "page src srclib none.ts --index index.db --checkout . --max-bytes ";
     const std::string whole = print("src srclib none.ts");
-    EXPECT_EQ(print(options + std::to_string(whole.size())), whole);
-    const std::string files = "src/b.lua src/a.ts --only files";
-    EXPECT_TRUE(print(files + " --max-bytes " + std::to_string(print(files).size() - 1))
-                    .ends_with("| `src/b.lua` | 1 | 1 |  |  |  |  |\n\n_...1 more file left out to fit_\n"));
-    const std::string sentences = print(files).substr(0, print(files).find('|'));
-    EXPECT_EQ(print(files + " --max-bytes " + std::to_string(sentences.size() + 40)),
-              sentences + "\n_...2 files left out to fit_\n");
-    EXPECT_TRUE(print("src --only seeds --max-bytes 150").ends_with(".\n\n- _...2 files left out to fit_\n"));
-    // Of TICKS and One there is room for the source of One alone, of which that of run is a part.
-    folder.write("src/b.lua", "TICKS = '" + std::string(200, '-') + "'\n");
-    const std::string one = print("src --only declarations --max-bytes 600");
-    EXPECT_EQ(count(one, "_The source of 1 declaration is left out to fit._\n"), 1) << one;
-    EXPECT_EQ(count(one, "run() {}"), 1) << one;
-    const Outcome too_little = run("page --index index.db --checkout . " + options + "999");
+    const std::string failure = run(options + "9").err;
+    const std::string beginning = "wiki-scope: too few bytes: the page needs at least ";
+    ASSERT_TRUE(failure.starts_with(beginning)) << failure;
+    const std::size_t least = std::stoul(failure.substr(beginning.size()));
+    EXPECT_LT(least, 700U);
+    EXPECT_TRUE(failure.ends_with(std::to_string(least) + " (" + std::to_string((least + 3) / 4) +
+                                  " tokens); allow as many, or choose fewer sections\n"));
+    const Outcome too_little = run(options + std::to_string(least - 1));
     EXPECT_EQ(too_little.exit_code, 1);
     EXPECT_EQ(too_little.out, "");
-    EXPECT_EQ(too_little.err, "wiki-scope: too few bytes: what would be left of the page does not fit into 999; allow "
-                              "more, or fewer sections\n");
-    for (std::size_t most = 2100; most < whole.size(); most += 37) {
-        const std::string page = print(options + std::to_string(most));
-        EXPECT_LE(page.size(), most);
-        EXPECT_EQ(count(page, "\n```") % 2, 0) << page;
-        EXPECT_EQ(count("\n" + page, "\n## "), 7) << page;
-        EXPECT_EQ(count(page, "\n|---|"), count(page, "---|\n| `")) << page;  // no empty table
-        EXPECT_GT(count(page, "left out to fit"), 0) << page;
+    EXPECT_EQ(too_little.err, failure);
+    for (std::size_t most = least; most < whole.size(); most += 61) {
+        const Outcome page = run(options + std::to_string(most));
+        EXPECT_LE(page.out.size(), most);
+        EXPECT_EQ(count(page.out, "\n```") % 2, 0) << page.out;
+        EXPECT_EQ(count("\n" + page.out, "\n## "), 7) << page.out;
+        EXPECT_EQ(count(page.out, "\n|---|"), count(page.out, "---|\n| `")) << page.out;  // no empty table
     }
-    EXPECT_EQ(run("page src --index index.db --checkout . --format json --max-bytes 9").err,
-              "wiki-scope: --max-bytes: shortens Markdown alone (see wiki-scope page --help)\n");
+    EXPECT_EQ(print("src srclib none.ts --max-bytes " + std::to_string(whole.size())), whole);
+    EXPECT_EQ(print("src srclib none.ts --max-tokens 400"), print("src srclib none.ts --max-bytes 1600"));
+    EXPECT_EQ(print("src srclib none.ts --max-tokens 400 --max-bytes 1000"),
+              print("src srclib none.ts --max-tokens 18446744073709551615 --max-bytes 1000"));
+    EXPECT_EQ(run("page src --index index.db --checkout . --format json --max-tokens 9").err,
+              "wiki-scope: --max-tokens: shortens Markdown alone (see wiki-scope page --help)\n");
+}
+
+TEST_F(PrintedPage, HasDeclarationsAndFilesWhereThereIsRoomForAPartOfEach) {
+    for (RowId id = 10; id < 30; ++id) {
+        const std::string path = "src/" + std::string(100, 'x') + std::to_string(id);
+        add<FileRow>({{id, path}});
+        add<DeclarationRow>({{id, id, "f", "f", "function", true, 1, 1}});
+    }
+    const std::string page = print("src --max-bytes 4000");
+    EXPECT_GE(count(page, "\n### `"), 3) << page;
+    EXPECT_GE(count(page, "\n| `src/"), 8) << page;
 }
 
 TEST_F(PrintedPage, SaysInOneLineWhatThereIsNothingOf) {

@@ -122,8 +122,8 @@ TEST_F(Serve, AnswersWithTheBytesOfTheCommand) {
     begin();
     const std::vector<std::pair<Received, std::string>> cases{
         {call("ground_page", {{"paths", {"a.ts"}}}), "page a.ts"},
-        {call("ground_page", {{"paths", {"a.ts", "none"}}, {"sections", {"seeds", "files"}}, {"max_bytes", 900}}),
-         "page a.ts none --only seeds,files --max-bytes 900"},
+        {call("ground_page", {{"paths", {"a.ts", "none"}}, {"sections", {"seeds", "files"}}, {"max_tokens", 50}}),
+         "page a.ts none --only seeds,files --max-tokens 50"},
         {call("ground_page", {{"paths", {"*.ts"}}, {"with_source", false}, {"total", 1.0}, {"test", {"b.ts"}}}),
          "page '*.ts' --no-source --total 1 --test b.ts"},
         {call("ground_page", {{"paths", {"."}}, {"format", "json"}, {"max_share", 0.5}, {"deep", 0}}),
