@@ -74,7 +74,8 @@ void add_page_command(CLI::App& app) {
 
     add_test_options(page, arguments->tests);
     add_format_option(page, arguments->format);
-    page.add_option("--only", arguments->only, "Print these sections alone, of JSON their keys: " + section_names())
+    page.add_option("--only", arguments->only,
+                    "Print these sections alone, of JSON their keys, the outline only so: " + section_names())
         ->type_name("SECTION[,SECTION]")
         ->delimiter(',')
         ->allow_extra_args(false)

@@ -3,6 +3,7 @@
 #include "embedded/page/descriptions.h"
 #include "embedded/page/file_cards.h"
 #include "embedded/page/flowchart.h"
+#include "embedded/page/outline.h"
 #include "embedded/text/json_writer.h"
 #include "workers/wiki/scope/render.h"
 #include "workers/wiki/scope_tests.h"
@@ -199,6 +200,25 @@ void write_name_matches(JsonWriter& json, const wiki::scope::ScopeFacts& facts) 
     });
 }
 
+void write_outline(JsonWriter& json, const Page& page, storage::Database& db) {
+    json.array("outline", [&] {
+        for (const FileOutline& file : file_outlines(page, db)) {
+            Json declarations = Json::array();
+            for (const OutlinedDeclaration* const declaration : by_lines(file, file.declarations.size())) {
+                const ScopeSymbol& symbol = *declaration->symbol;
+                declarations.push_back({{"name", to_json(symbol.name)},
+                                        {"kind", to_json(symbol.kind)},
+                                        {"start_line", symbol.start_line},
+                                        {"end_line", symbol.end_line},
+                                        {"signature", declaration->signature}});
+            }
+            json.element({{"path", to_json(file.path)},
+                          {"lines", file.lines ? Json(*file.lines) : Json()},
+                          {"declarations", std::move(declarations)}});
+        }
+    });
+}
+
 void write_section(JsonWriter& json, Section section, const Page& page, storage::Database& db) {
     switch (section) {
     case Section::FILES:
@@ -230,6 +250,9 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
         break;
     case Section::SEEDS:
         write_mapping(json, "seeds", file_seeds(page.facts, page.fan_in));
+        break;
+    case Section::OUTLINE:
+        write_outline(json, page, db);
         break;
     }
 }

@@ -5,6 +5,7 @@
 #include "embedded/page/declaration_blocks.h"
 #include "embedded/page/file_cards.h"
 #include "embedded/page/flowchart.h"
+#include "embedded/page/outline.h"
 #include "embedded/page/passage.h"
 #include "embedded/page/scoped_names.h"
 #include "embedded/text/markdown_text.h"
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <ostream>
 #include <span>
 #include <utility>
@@ -155,8 +157,33 @@ Passage seeds(const Page& page) {
     return passage;
 }
 
+// An item for each file, in which fewer declarations stand with each step.
+Passage outline(const Page& page, storage::Database& db) {
+    Passage passage{.heading = heading("Outline"),
+                    .sentence =
+                        "\nThe declarations of each file, in the order of their lines, with their signatures.\n",
+                    .item_name = "file",
+                    .rank = Passage::Rank::FILE_BY_FILE};
+    const auto files = std::make_shared<const std::vector<FileOutline>>(file_outlines(page, db));
+    for (const FileOutline& file : *files) {
+        passage.steps = std::max(passage.steps, file.declarations.size());
+    }
+    passage.shortened = [files, most = passage.steps, &page](std::size_t steps) {
+        std::vector<PassageItem> items;
+        for (const FileOutline& file : *files) {
+            items.push_back({outline_block(file, most - steps)});
+        }
+        for (const std::string& path : page.missing) {
+            items.push_back({"\n### " + code_span(path) + "\n\nNot in the index.\n"});
+        }
+        return items;
+    };
+    passage.items = passage.shortened(0);
+    return passage;
+}
+
 std::vector<Passage> passages_of(Section section, const Page& page, const ScopedNames& names,
-                                 const DeclarationBlocks& blocks) {
+                                 const DeclarationBlocks& blocks, storage::Database& db) {
     switch (section) {
     case Section::FILES:
         return {files(page)};
@@ -175,6 +202,8 @@ std::vector<Passage> passages_of(Section section, const Page& page, const Scoped
         return {graph(page)};
     case Section::SEEDS:
         return {seeds(page)};
+    case Section::OUTLINE:
+        return {outline(page, db)};
     }
     return {};
 }
@@ -190,7 +219,7 @@ void write_markdown(std::ostream& out, const Page& page, storage::Database& db, 
     std::vector<Passage> passages;
     for (const Section section : SECTIONS) {
         if (options.only.contains(section)) {
-            std::vector<Passage> of_section = passages_of(section, page, names, blocks);
+            std::vector<Passage> of_section = passages_of(section, page, names, blocks, db);
             of_section.front().heading.insert(0, passages.empty() ? "" : "\n");
             std::ranges::move(of_section, std::back_inserter(passages));
         }

@@ -9,7 +9,7 @@ namespace {
 
 // In the order of the sections.
 constexpr std::array<std::string_view, SECTIONS.size()> NAMES{"files",        "consumers", "declarations", "in-depth",
-                                                              "dependencies", "graph",     "seeds"};
+                                                              "dependencies", "graph",     "seeds",        "outline"};
 
 }  // namespace
 

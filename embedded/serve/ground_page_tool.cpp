@@ -43,7 +43,9 @@ Sent input_schema() {
            {"items", {{"type", "string"}, {"enum", section_enum()}}},
            {"maxItems", SECTIONS.size()},
            {"default", Sent::array()},
-           {"description", "Which sections to write, or which parts of the JSON; an empty list stands for all."}}},
+           {"description",
+            "Which sections to write, or which parts of the JSON; an empty list stands for all but the outline: what "
+            "each file declares, a line each with lines, kind, name and signature."}}},
          {"format",
           {{"type", "string"},
            {"enum", {"markdown", "json"}},
@@ -204,7 +206,8 @@ Tool ground_page_tool() {
                 "States what a set of source files really is, from an index of the repository and its checkout: how "
                 "large each file is and what for, which declarations matter, with their source, who uses them from "
                 "outside, which tests reach them, which public code nothing uses, and what they depend on. Call it "
-                "before you write about files, and write nothing of these kinds that it does not state. Give "
+                "before you write about files, and write nothing of these kinds that it does not state. Ask for the "
+                "outline alone to learn what files hold before you ask for a page. Give "
                 "max_tokens to fit a page into what you can read.",
                 input_schema(), output_schema()),
             .run = run};

@@ -206,6 +206,31 @@ TEST_F(PrintedPage, HasDeclarationsAndFilesWhereThereIsRoomForAPartOfEach) {
     EXPECT_GE(count(page, "\n| `src/"), 8) << page;
 }
 
+TEST_F(PrintedPage, OutlinesEachFileByItsLinesAndKeepsWhatMattersMost) {
+    add<FileRow>({{5, "src/c"}});
+    add<DeclarationRow>({{9, 1, "Zero", "a.Zero", "class", false, 1, 1}});
+    const std::string beginning =
+        "## Outline\n\nThe declarations of each file, in the order of their lines, with their "
+        "signatures.\n";
+    const std::string others = "\n### `src/b.lua:L1-L1`\n\n- L1-L1 constant `TICKS`\n"
+                               "\n### `src/c`\n\nNo declarations.\n\n### `none`\n\nNot in the index.\n";
+    EXPECT_EQ(print("src none --only outline"), beginning +
+                                                    "\n### `src/a.ts:L1-L4`\n\n- L1-L1 class `Zero`\n"
+                                                    "- L2-L4 class `One`: `class One< T>`\n"
+                                                    "- L3-L3 method `run`: `run()`\n" +
+                                                    others);
+    const Json expected = Json::parse(R"json([{"path": "src/a.ts", "lines": 4, "declarations": [
+        {"name": "Zero", "kind": "class", "start_line": 1, "end_line": 1, "signature": ""},
+        {"name": "One", "kind": "class", "start_line": 2, "end_line": 4, "signature": "class One<\n  T>"},
+        {"name": "run", "kind": "method", "start_line": 3, "end_line": 3, "signature": "run()"}]}])json");
+    EXPECT_EQ(json("src/a.ts --only outline")["outline"], expected);
+    change("UPDATE descriptions SET signature = 'run(' || hex(zeroblob(30)) || ')' WHERE symbol_id = 2");
+    EXPECT_EQ(print("src none --only outline --max-bytes 225"),
+              "## Outline\n\n### `src/a.ts:L1-L4`\n\n- L2-L4 class `One`: `class One< T>`\n"
+              "- _...2 more declarations left out to fit_\n" +
+                  others);
+}
+
 TEST_F(PrintedPage, SaysInOneLineWhatThereIsNothingOf) {
     change("DELETE FROM edges; DELETE FROM symbols");
     EXPECT_EQ(print("src --only declarations,in-depth,dependencies,graph"),

@@ -128,6 +128,8 @@ TEST_F(Serve, AnswersWithTheBytesOfTheCommand) {
          "page '*.ts' --no-source --total 1 --test b.ts"},
         {call("ground_page", {{"paths", {"."}}, {"format", "json"}, {"max_share", 0.5}, {"deep", 0}}),
          "page . --format json --max-share 0.5 --deep 0"},
+        {call("ground_page", {{"paths", {"."}}, {"format", "json"}, {"sections", {"outline"}}}),
+         "page . --format json --only outline"},
         {call("find_declarations", {{"name", "ad"}}), "find ad"},
         {call("list_files", {{"not_test", {"a.ts"}}}), "files --not-test a.ts"},
         {call("list_files", {{"paths", {"b.ts"}}}), "files b.ts"},
