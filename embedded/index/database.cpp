@@ -9,6 +9,7 @@ namespace {
 
 using embedded::DeclarationRow;
 using embedded::DeclarationTable;
+using embedded::EdgeRow;
 using embedded::FileRow;
 using embedded::ResolutionRow;
 using embedded::RowId;
@@ -58,12 +59,23 @@ std::optional<RowId> Database::resolution_named(std::string_view name) {
 const DeclarationTable& Database::declarations_of(std::span<const FileId> files) {
     if (!std::ranges::equal(page_, files)) {
         page_.clear();
+        edges_into_page_.reset();
         declarations_of_page_ = records([&](const Take<DeclarationRow>& take) {
             read_declarations_in({files.begin(), files.end()}, take);
         });
         page_.assign(files.begin(), files.end());
     }
     return declarations_of_page_;
+}
+
+const std::vector<EdgeRow>& Database::edges_into(std::span<const FileId> files) {
+    const DeclarationTable& declarations = declarations_of(files);
+    if (!edges_into_page_) {
+        std::vector<EdgeRow> edges = read_edges_into(declarations.ids());
+        std::ranges::sort(edges);
+        edges_into_page_ = std::move(edges);
+    }
+    return *edges_into_page_;
 }
 
 DeclarationTable Database::declarations(const std::vector<SymbolId>& ids) {

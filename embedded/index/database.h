@@ -84,9 +84,8 @@ class Database {
     virtual void read_resolved_languages(std::span<const models::Text> names,
                                          const embedded::Take<std::string_view>& take) = 0;
 
-    /// The edges into some declarations, of all resolutions or of one.
-    [[nodiscard]] virtual std::vector<embedded::EdgeRow>
-    read_edges_into(std::vector<SymbolId> declarations, std::optional<embedded::RowId> resolution = std::nullopt) = 0;
+    /// The edges into some declarations.
+    [[nodiscard]] virtual std::vector<embedded::EdgeRow> read_edges_into(std::vector<SymbolId> declarations) = 0;
     /// The edges out of some files.
     [[nodiscard]] virtual std::vector<embedded::EdgeRow> read_edges_out_of(std::vector<FileId> files) = 0;
 
@@ -112,6 +111,9 @@ class Database {
     /// of a page are about the same files; it is valid until the next question.
     const embedded::DeclarationTable& declarations_of(std::span<const FileId> files);
 
+    /// The edges into the declarations of these files, sorted. Remembered like those.
+    const std::vector<embedded::EdgeRow>& edges_into(std::span<const FileId> files);
+
     /// The declarations with these ids, as far as the index has them and their files.
     [[nodiscard]] embedded::DeclarationTable declarations(const std::vector<SymbolId>& ids);
 
@@ -127,6 +129,7 @@ class Database {
     models::OrderedMap<embedded::RowId, models::Text> resolutions_;
     std::vector<FileId> page_;  // the files of which these are the declarations
     embedded::DeclarationTable declarations_of_page_;
+    std::optional<std::vector<embedded::EdgeRow>> edges_into_page_;  // none when they are not read yet
 };
 
 }  // namespace storage

@@ -67,8 +67,7 @@ std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> fil
 // By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
 std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& declarations = db.declarations_of(file_ids);
-    std::vector<EdgeRow> edges = db.read_edges_into(declarations.ids());
-    std::ranges::sort(edges);
+    const std::vector<EdgeRow>& edges = db.edges_into(file_ids);
     db.read_paths(embedded::sources_of(edges));
     std::vector<InboundReference> references;
     references.reserve(edges.size());

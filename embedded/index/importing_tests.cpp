@@ -10,17 +10,7 @@
 
 namespace wiki {
 
-namespace {
-
 using models::Text;
-
-std::vector<embedded::EdgeRow> import_edges_into(const embedded::DeclarationTable& declarations,
-                                                 storage::Database& db) {
-    const std::optional<embedded::RowId> import = db.resolution_named(models::IMPORT);
-    return import ? db.read_edges_into(declarations.ids(), import) : std::vector<embedded::EdgeRow>();
-}
-
-}  // namespace
 
 // Path of a page file -> the tests with an `import` edge to one of its declarations. Files that no test imports are
 // absent; the others stand in the order of `files`, and the tests of each in path order, which is that of their ids.
@@ -32,10 +22,14 @@ TestImports importing_tests(storage::Database& db, std::span<const storage::Scop
         ids.push_back(file.id);
     }
     const embedded::DeclarationTable& declarations = db.declarations_of(ids);
-    const std::vector<embedded::EdgeRow> imports = import_edges_into(declarations, db);
-    db.read_paths(embedded::sources_of(imports));
+    const std::vector<embedded::EdgeRow>& edges = db.edges_into(ids);
+    db.read_paths(embedded::sources_of(edges));
+    const std::optional<embedded::RowId> import = db.resolution_named(models::IMPORT);
     models::OrderedMap<storage::FileId, bool> is_test;
-    for (const embedded::EdgeRow& edge : imports) {
+    for (const embedded::EdgeRow& edge : edges) {
+        if (edge.resolution != import) {
+            continue;
+        }
         const Text* const source = db.path(edge.source);
         const auto [known, is_new] = is_test.find_or_add(edge.source);
         if (is_new) {

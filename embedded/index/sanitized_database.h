@@ -43,9 +43,8 @@ class SanitizedDatabase : public storage::Database {
         stored_->read_resolved_languages(names, take);
     }
 
-    [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations,
-                                                       std::optional<RowId> resolution) override {
-        return stored_->read_edges_into(std::move(declarations), resolution);
+    [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations) override {
+        return stored_->read_edges_into(std::move(declarations));
     }
     [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override {
         return stored_->read_edges_out_of(std::move(files));

@@ -276,15 +276,8 @@ void PostgresqlDatabase::read_resolved_languages(std::span<const models::Text> n
     }
 }
 
-std::vector<EdgeRow> PostgresqlDatabase::read_edges_into(std::vector<RowId> declarations,
-                                                         std::optional<RowId> resolution) {
-    Parameters parameters = key_and_ranges(std::move(declarations));
-    if (resolution) {
-        parameters.integer(*resolution);
-    }
-    Rows rows(connection_,
-              EDGES + in_ranges("edges", "target_id") + (resolution ? "WHERE edges.resolution_id = $5" : ""),
-              parameters);
+std::vector<EdgeRow> PostgresqlDatabase::read_edges_into(std::vector<RowId> declarations) {
+    Rows rows(connection_, EDGES + in_ranges("edges", "target_id"), key_and_ranges(std::move(declarations)));
     return all_edges(rows);
 }
 

@@ -174,13 +174,9 @@ void SqliteDatabase::read_resolved_languages(std::span<const models::Text> names
     }
 }
 
-std::vector<EdgeRow> SqliteDatabase::read_edges_into(std::vector<RowId> declarations, std::optional<RowId> resolution) {
-    Statement rows(connection_, EDGES + in_ranges("edges AS edge INDEXED BY edges_by_target", "edge.target_id") +
-                                    (resolution ? " WHERE edge.resolution_id = ?2" : ""));
+std::vector<EdgeRow> SqliteDatabase::read_edges_into(std::vector<RowId> declarations) {
+    Statement rows(connection_, EDGES + in_ranges("edges AS edge INDEXED BY edges_by_target", "edge.target_id"));
     rows.bind(1, bound_ranges(std::move(declarations)));
-    if (resolution) {
-        rows.bind(2, *resolution);
-    }
     return all_edges(rows);
 }
 

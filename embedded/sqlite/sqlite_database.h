@@ -35,8 +35,7 @@ class SqliteDatabase : public storage::Database {
     void read_resolutions(const Take<ResolutionRow>& take) override;
     void read_resolved_languages(std::span<const models::Text> names, const Take<std::string_view>& take) override;
 
-    [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations,
-                                                       std::optional<RowId> resolution) override;
+    [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations) override;
     [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override;
 
   private:

@@ -81,7 +81,7 @@ TEST_F(SqliteQueries, NeedOneStatementForAPageOfAnySizeAndNoFullScan) {
     // "src" as a file, then as a folder; the content that was indexed; whether there are other files; which files are
     // damaged; the files, their declarations and paths; the edges into them; the names of resolutions; the languages; the edges out of them; the
     // edges into them from tests.
-    EXPECT_EQ(queries.size(), 13U) << testing::PrintToString(queries);
+    EXPECT_EQ(queries.size(), 12U) << testing::PrintToString(queries);
     std::erase_if(queries, [](const std::string& query) { return query.ends_with("LIMIT ?1)"); });  // ends early
     for (const std::string& query : queries) {
         Statement plan(connection, "EXPLAIN QUERY PLAN " + query);
