@@ -54,6 +54,16 @@ std::string first_line(std::string_view text) {
     return std::string(text.substr(0, text.find('\n')));
 }
 
+// Keeps the first warning of the server. Of other notices nothing is kept.
+void note_warning(void* first, const PGresult* notice) {
+    auto& kept = *static_cast<std::string*>(first);
+    const char* const severity = PQresultErrorField(notice, PG_DIAG_SEVERITY_NONLOCALIZED);
+    const char* const words = PQresultErrorField(notice, PG_DIAG_MESSAGE_PRIMARY);
+    if (kept.empty() && severity != nullptr && std::string_view(severity) == "WARNING" && words != nullptr) {
+        kept = first_line(words);
+    }
+}
+
 std::chrono::seconds patience(PGconn* connection) {
     constexpr std::chrono::seconds USUAL(10);
     for (const auto& [keyword, value] : taken_from(PQconninfo(connection))) {
@@ -104,8 +114,7 @@ void Connection::connect(const Address& address) {
     if (handle_ == nullptr) {
         throw std::bad_alloc();
     }
-    PQsetNoticeProcessor(
-        handle_.get(), [](void*, const char*) {}, nullptr);  // which else prints them
+    PQsetNoticeReceiver(handle_.get(), note_warning, &warning_);  // which else prints them
     PQsetErrorVerbosity(handle_.get(), PQERRORS_VERBOSE);
     const auto deadline = std::chrono::steady_clock::now() + patience(handle_.get());
     PostgresPollingStatusType status = PGRES_POLLING_WRITING;
@@ -162,6 +171,12 @@ void Connection::execute(const std::string& sql) {
 std::int64_t Connection::execute(const std::string& sql, const Parameters& parameters) {
     send(sql, parameters);
     return finish();
+}
+
+std::string Connection::warning_of(const std::string& sql) {
+    warning_.clear();
+    execute(sql);
+    return warning_;
 }
 
 void Connection::begin(const std::string& mode, const std::string& settings) {

@@ -39,6 +39,9 @@ class Connection {
     /// Waits for as long as "connect_timeout" says, by default 10 seconds.
     explicit Connection(
         const Address& address, Look look = [] {});
+    ~Connection() = default;
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
 
     void watch(Look look) { look_ = std::move(look); }
 
@@ -46,6 +49,8 @@ class Connection {
     void execute(const std::string& sql);
     /// Runs a statement with parameters. How many rows it has changed.
     std::int64_t execute(const std::string& sql, const Parameters& parameters);
+    /// Runs a statement without parameters. What the server warns of first; empty for nothing.
+    std::string warning_of(const std::string& sql);
 
     /// Begins a transaction of this mode, and runs `settings` in it. Every statement belongs in one: names are looked up
     /// in the system's own schema there, so that nothing that other users of the database have made is called, whatever
@@ -89,6 +94,7 @@ class Connection {
     std::string server_;
     Look look_;
     std::unique_ptr<pg_conn, Finisher> handle_;
+    std::string warning_;     // the first since this was emptied
     std::size_t unsent_ = 0;  // bytes of a copy that the server may not have taken yet
 };
 

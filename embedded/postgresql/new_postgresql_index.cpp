@@ -18,6 +18,9 @@ namespace {
 // All tables whose rows belong to a snapshot.
 constexpr std::array TABLES{"notes", "files", "languages", "symbols", "descriptions", "resolutions", "edges"};
 
+// What comes of tables that are not vacuumed.
+constexpr const char* SLOWER = "pages take longer until autovacuum has passed, or who owns the tables runs: VACUUM";
+
 // An import may read its input for a long time before it sends a row.
 constexpr const char* MODE = "ISOLATION LEVEL READ COMMITTED";  // else imports of others might be in its way
 constexpr const char* PATIENT = "SET LOCAL idle_in_transaction_session_timeout = 0";
@@ -112,10 +115,16 @@ void NewPostgresqlIndex::remove_superseded() {
     connection_.execute(statements + "COMMIT");
 }
 
-// Indexes alone answer for rows that a vacuum has seen. It may be left to autovacuum: who does not own the table is not
-// let do it, and another vacuum is not waited for.
-void NewPostgresqlIndex::make_visible() {
-    connection_.execute("VACUUM (SKIP_LOCKED, INDEX_CLEANUP OFF, TRUNCATE OFF) wiki_scope.edges");
+// Indexes alone answer for rows that a vacuum has seen. What is left to autovacuum slows pages down for minutes, twice:
+// before it comes, and while it works.
+void NewPostgresqlIndex::vacuum() {
+    std::string statement = "VACUUM (TRUNCATE OFF)";  // which would hold off readers
+    for (const std::string table : TABLES) {
+        statement.append(table == TABLES.front() ? " " : ", ").append("wiki_scope." + table);
+    }
+    if (const std::string warning = connection_.warning_of(statement); !warning.empty()) {
+        remark_ = connection_.server() + ": " + warning + "; " + SLOWER;
+    }
 }
 
 RowWriter& NewPostgresqlIndex::rows() {
@@ -159,13 +168,15 @@ void NewPostgresqlIndex::commit() {
     }
     ++current_;
     // The new index is there, whatever becomes of the old.
+    std::string left = "the snapshots before are still there, the next import may remove them";
     try {
         remove_superseded();
-        make_visible();
+        left = SLOWER;
+        vacuum();
     } catch (const PostgresqlError& error) {
-        remark_ = std::string(error.what()) + "; the snapshots before are still there, the next import may remove them";
+        remark_ = std::string(error.what()) + "; " + left;
     } catch (...) {  // what the watch throws
-        remark_ = name() + ": interrupted; the snapshots before are still there, the next import removes them";
+        remark_ = name() + ": interrupted; " + left;
     }
 }
 

@@ -41,7 +41,7 @@ class NewPostgresqlIndex : public NewIndex {
     void remove_leftovers();
     void remove_superseded();
     /// Has pages read the new rows at less cost, if the server allows that.
-    void make_visible();
+    void vacuum();
 
     Connection connection_;
     std::string repository_;
