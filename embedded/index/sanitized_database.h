@@ -26,6 +26,7 @@ class SanitizedDatabase : public storage::Database {
     [[nodiscard]] std::string name() const override { return stored_->name(); }
     [[nodiscard]] IndexOrigin origin() override { return stored_->origin(); }
     [[nodiscard]] std::string noted(std::string_view key) override;
+    void check() override { stored_->check(); }
 
     [[nodiscard]] std::int64_t count_files(std::int64_t most) override { return stored_->count_files(most); }
     void read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) override;
