@@ -50,7 +50,7 @@ void add_files_command(CLI::App& app) {
     add_format_option(files, arguments->format);
     add_test_options(files, arguments->tests);
     files.callback([arguments] {
-        read_index(*index_of(arguments->index), [&](storage::Database& index) { print_files(*arguments, index); });
+        read_index(arguments->index, [&](storage::Database& index) { print_files(*arguments, index); });
     });
 }
 

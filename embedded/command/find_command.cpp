@@ -54,8 +54,7 @@ void add_find_command(CLI::App& app) {
     add_format_option(find, arguments->format);
     add_number_option(find, "--limit", arguments->limit, "How many to list at most");
     find.callback([arguments] {
-        read_index(*index_of(arguments->index),
-                   [&](storage::Database& index) { print_declarations(*arguments, index); });
+        read_index(arguments->index, [&](storage::Database& index) { print_declarations(*arguments, index); });
     });
 }
 

@@ -63,11 +63,11 @@ std::string said_of_interruption(const Index& index) {
     return "interrupted; nothing was changed at " + index.name();
 }
 
-std::unique_ptr<NewIndex> begin_index(const Index& index) {
+std::unique_ptr<NewIndex> begin_index(const IndexOption& option, const Index& index) {
     try {
         return index.replace([&] { Interruption::throw_if_requested(said_of_interruption(index)); });
     } catch (const UnusableIndex& error) {
-        throw std::runtime_error(failure_of(index, error));
+        throw std::runtime_error(failure_of(option, index, error));
     }
 }
 
@@ -77,7 +77,7 @@ void run_import(const ImportArguments& arguments) {
     }
     const Interruption interruption;
     const std::unique_ptr<Index> index = index_at(arguments.index.place, arguments.index.repository);
-    const std::unique_ptr<NewIndex> made = begin_index(*index);
+    const std::unique_ptr<NewIndex> made = begin_index(arguments.index, *index);
     scip::ImportReport report;
     {
         ProgressLine progress;

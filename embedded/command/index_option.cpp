@@ -1,10 +1,12 @@
 #include "embedded/command/index_option.h"
 
 #include "embedded/command/file_option.h"
+#include "embedded/command/named_index.h"
 #include "embedded/index/index_at.h"
 #include "embedded/index/index_error.h"
 #include "embedded/paths/folder_name.h"
 
+#include <optional>
 #include <stdexcept>
 
 namespace embedded {
@@ -27,24 +29,42 @@ std::string advice(UnusableIndex::Fault fault, const Index& index) {
     return "";
 }
 
+void name_elsewhere(IndexOption& option) {
+    const std::optional<NamedIndex> named = index_named_elsewhere(option.checkout);
+    if (!named) {
+        throw CLI::RequiredError("--index");
+    }
+    option.place = named->place;
+    option.origin = named->origin;
+}
+
 }  // namespace
 
 void add_index_options(CLI::App& command, IndexOption& option, const std::string& help) {
-    add_file_option(command, "--index", option.place, help + "; a file, or the address of a PostgreSQL database")
-        ->type_name("PLACE");
+    const std::string elsewhere = "; else WIKI_SCOPE_INDEX or .wiki-scope.toml name it";
+    add_file_option(command, "--index", option.place,
+                    help + ", a file or the address of a PostgreSQL database" + elsewhere)
+        ->type_name("PLACE")
+        ->required(false);
     command
         .add_option("--repository", option.repository,
                     "Whose index it is, in a database; by default what the folder of the checkout is called")
         ->type_name("NAME")
         ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
-    command.parse_complete_callback([&option] {
+    command.parse_complete_callback([&command, &option] {
+        const CLI::Option* const checkout = command.get_option_no_throw("--checkout");
+        option.checkout = checkout != nullptr && *checkout ? checkout->as<std::string>() : "";
+        if (option.place.empty()) {
+            name_elsewhere(option);
+        }
         if (!option.repository.empty() && !is_server(option.place)) {
             throw CLI::ValidationError("--repository", "goes with the address of a database: a file holds one index");
         }
     });
 }
 
-std::unique_ptr<Index> index_of(const IndexOption& option, const std::string& checkout) {
+std::unique_ptr<Index> index_of(const IndexOption& option) {
+    const std::string& checkout = option.checkout;
     const std::string repository =
         option.repository.empty() ? folder_name(checkout.empty() ? "." : checkout) : option.repository;
     if (repository.empty() && is_server(option.place)) {
@@ -71,14 +91,19 @@ std::string failure_of(const Index& index, const std::exception& failure) {
                : what;
 }
 
-void read_index(const Index& index, const std::function<void(storage::Database&)>& read) {
+std::string failure_of(const IndexOption& option, const Index& index, const std::exception& failure) {
+    return failure_of(index, failure) + (option.origin.empty() ? "" : " (" + option.origin + " names this index)");
+}
+
+void read_index(const IndexOption& option, const std::function<void(storage::Database&)>& read) {
+    const std::unique_ptr<Index> index = index_of(option);
     try {
-        const std::unique_ptr<IndexConnection> connection = index.connect();
+        const std::unique_ptr<IndexConnection> connection = index->connect();
         read(*connection->read());
     } catch (const UnusableIndex& error) {
-        throw std::runtime_error(failure_of(index, error));
+        throw std::runtime_error(failure_of(option, *index, error));
     } catch (const IndexError& error) {
-        throw std::runtime_error(failure_of(index, error));
+        throw std::runtime_error(failure_of(option, *index, error));
     }
 }
 

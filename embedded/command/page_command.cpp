@@ -104,8 +104,7 @@ void add_page_command(CLI::App& app) {
 
     page.callback([arguments] {
         const PageRequest request = request_of(*arguments);
-        read_index(*index_of(arguments->index, request.checkout),
-                   [&](storage::Database& index) { print_page(request, index); });
+        read_index(arguments->index, [&](storage::Database& index) { print_page(request, index); });
     });
 }
 

@@ -32,7 +32,9 @@ void run_server(const ServeArguments& arguments, const std::shared_ptr<const Ind
     if (!arguments.checkout.empty()) {
         const Checkout must_be_there(arguments.checkout);
     }
-    const auto describe = [index](const std::exception& failure) { return failure_of(*index, failure); };
+    const auto describe = [index, option = arguments.index](const std::exception& failure) {
+        return failure_of(option, *index, failure);
+    };
     const auto out = std::make_shared<serve::MessageWriter>(STDOUT_FILENO, end_without_output);
     serve::MessageReader in(STDIN_FILENO);
     serve::Server server({index, arguments.checkout, WIKI_SCOPE_VERSION, describe}, out);
@@ -49,11 +51,11 @@ void add_serve_command(CLI::App& app) {
     add_index_options(serve, arguments->index, "The index");
     add_checkout_option(serve, arguments->checkout);
     serve.callback([arguments] {
-        const std::shared_ptr<const Index> index = index_of(arguments->index, arguments->checkout);
+        const std::shared_ptr<const Index> index = index_of(arguments->index);
         try {
             run_server(*arguments, index);
         } catch (const std::exception& failure) {
-            throw std::runtime_error(failure_of(*index, failure));
+            throw std::runtime_error(failure_of(arguments->index, *index, failure));
         }
     });
 }

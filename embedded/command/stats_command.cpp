@@ -32,7 +32,7 @@ void add_stats_command(CLI::App& app) {
     add_format_option(stats, arguments->format);
     stats.add_flag("--check", arguments->check, "Read all of the index, and fail when it is damaged");
     stats.callback([arguments] {
-        read_index(*index_of(arguments->index), [&](storage::Database& index) {
+        read_index(arguments->index, [&](storage::Database& index) {
             if (arguments->check) {
                 index.check();
             }

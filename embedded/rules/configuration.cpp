@@ -1,19 +1,23 @@
 #include "embedded/rules/configuration.h"
 
+#include "embedded/index/index_at.h"
+
 #include <toml++/toml.h>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace embedded {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> KEYS{"exclude", "include", "test", "not-test"};
+constexpr std::array<std::string_view, 5> KEYS{"exclude", "include", "test", "not-test", "index"};
 
 std::runtime_error failure(const std::string& file, const toml::source_region& where, const std::string& what) {
     return std::runtime_error(file + ":" + std::to_string(where.begin.line) + ": " + what);
@@ -45,11 +49,35 @@ std::vector<std::string> patterns(const toml::table& table, std::string_view key
     return list;
 }
 
+// Whether the path stays below the root, and no part of it is a link, which may lead anywhere.
+bool stays_below(const std::filesystem::path& root, const std::filesystem::path& path) {
+    std::filesystem::path whole = root;
+    return path.is_relative() && std::ranges::none_of(path, [&](const std::filesystem::path& part) {
+               std::error_code error;
+               return part == ".." || std::filesystem::is_symlink(whole /= part, error);
+           });
+}
+
+std::string index_path(const toml::table& table, const std::filesystem::path& root, const std::string& file) {
+    const toml::node* const value = table.get("index");
+    if (value == nullptr) {
+        return "";
+    }
+    const std::string path = value->value_exact<std::string>().value_or("");
+    if (path.empty() || is_server(path) || !stays_below(root, path)) {
+        throw failure(file, value->source(),
+                      "index is no file in the folder of this one; name servers and other places with --index or "
+                      "WIKI_SCOPE_INDEX");
+    }
+    return path;
+}
+
 void refuse_unknown_keys(const toml::table& table, const std::string& file) {
     for (const auto& [key, value] : table) {
         if (std::ranges::find(KEYS, key.str()) == KEYS.end()) {
             throw failure(file, key.source(),
-                          "no such key: " + std::string(key.str()) + "; there are exclude, include, test and not-test");
+                          "no such key: " + std::string(key.str()) +
+                              "; there are exclude, include, test, not-test and index");
         }
     }
 }
@@ -70,7 +98,8 @@ Configuration read_configuration(const Checkout& checkout) {
         const toml::table table = toml::parse(*file->text, name);
         refuse_unknown_keys(table, name);
         return {.tests = rules_of(patterns(table, "test", name), patterns(table, "not-test", name)),
-                .exclusions = rules_of(patterns(table, "exclude", name), patterns(table, "include", name))};
+                .exclusions = rules_of(patterns(table, "exclude", name), patterns(table, "include", name)),
+                .index = index_path(table, checkout.root(), name)};
     } catch (const toml::parse_error& error) {
         throw failure(name, error.source(), std::string(error.description()));
     }

@@ -127,6 +127,26 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     }
 }
 
+TEST_F(Command, TakesTheNameOfItsIndexFromTheOptionTheEnvironmentOrTheCheckout) {
+    const auto failure = [&](const std::string& command) { return shell(command).err; };
+    const std::string stats = "'" WIKI_SCOPE "' stats";
+    const std::string missing = ".db: no such index; make one with: wiki-scope import INDEX.scip --index ";
+    EXPECT_EQ(failure(stats), "wiki-scope: --index is required (see wiki-scope stats --help)\n");
+    folder.write(".wiki-scope.toml", "index = 'named.db'");
+    EXPECT_EQ(failure(stats), "wiki-scope: named" + missing + "named.db (.wiki-scope.toml names this index)\n");
+    EXPECT_EQ(failure("WIKI_SCOPE_INDEX=set.db " + stats),
+              "wiki-scope: set" + missing + "set.db (WIKI_SCOPE_INDEX names this index)\n");
+    EXPECT_EQ(failure("WIKI_SCOPE_INDEX=set.db " + stats + " --index given.db"),
+              "wiki-scope: given" + missing + "given.db\n");
+    EXPECT_EQ(failure("mkdir sub; cd sub; '" WIKI_SCOPE "' page a --checkout .."),
+              "wiki-scope: ../named" + missing + "../named.db (../.wiki-scope.toml names this index)\n");
+    EXPECT_EQ(shell("'" WIKI_SCOPE "' import good.scip && " + stats).exit_code, 0);
+    folder.write(".wiki-scope.toml", "index = 'postgresql://me:pw@db/wiki'");
+    EXPECT_NE(failure(stats).find("/.wiki-scope.toml:1: index is no file in the folder of this one; "),
+              std::string::npos);
+    EXPECT_EQ(failure(stats).find("pw"), std::string::npos);
+}
+
 TEST_F(Command, SaysWhatAnImportHasMadeAndPassedOver) {
     const std::string whole = scip_file(
         {ScipDocument("ok..ts").defines(F).refers(F).defines("no symbol").refers("no symbol").describes("nor this"),

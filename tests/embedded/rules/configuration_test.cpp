@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
@@ -20,10 +21,23 @@ TEST(Configuration, HoldsRulesForTestsAndForWhatIsLeftOut) {
     EXPECT_EQ(written(configuration.tests), written({{"z", false}, {"x", true}, {"y", true}}));
 }
 
+TEST(Configuration, NamesNoIndexThatItsWriterShouldNotChoose) {
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink(folder / "elsewhere.db", folder / "link");
+    for (const std::string index : {"'postgresql://db/wiki'", "'postgres:u:p@db'", "'/tmp/a.db'", "'../a.db'",
+                                    "'b/../../a.db'", "'link'", "'link/a.db'", "''", "7"}) {
+        folder.write(CONFIGURATION_FILE, "index = " + index);
+        EXPECT_THROW(read_configuration(Checkout(folder / "")), std::runtime_error) << index;
+    }
+    folder.write(CONFIGURATION_FILE, "index = 'build/a.db'");
+    EXPECT_EQ(read_configuration(Checkout(folder / "")).index, "build/a.db");
+}
+
 TEST(Configuration, SaysInOneLineWhatIsWrongAndWhere) {
     const TemporaryFolder folder;
     for (const auto& [text, says] : std::vector<std::pair<std::string, std::string>>{
-             {"test = ['a']\ntests = ['b']", ":2: no such key: tests; there are exclude, include, test and not-test"},
+             {"test = ['a']\ntests = ['b']",
+              ":2: no such key: tests; there are exclude, include, test, not-test and index"},
              {"test = 'a'", ":1: test is no list"},
              {"exclude = [\n 'a',\n 7]", ":3: exclude holds something else than texts"},
              {"test = ['{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}']", ":1: {a,b}{a,b}"},
