@@ -1,5 +1,6 @@
 // wiki-scope: import an index, look for things in it, ground a page.
 
+#include "embedded/command/completion.h"
 #include "embedded/command/files_command.h"
 #include "embedded/command/find_command.h"
 #include "embedded/command/import_command.h"
@@ -74,6 +75,7 @@ int run(int argc, char** argv) {
     embedded::add_find_command(app);
     embedded::add_stats_command(app);
     embedded::add_serve_command(app);
+    embedded::add_completion_command(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& answered) {  // --help, --version

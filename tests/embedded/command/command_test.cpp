@@ -329,6 +329,27 @@ TEST_F(Command, PrintsAPageWholeOrNotAtAll) {
     }
 }
 
+TEST_F(Command, HasBashCompleteItsCommandsOptionsAndFiles) {
+    folder.write("of two words.scip", "");
+    for (const auto& [words, reply] : std::vector<std::pair<std::string, std::string>>{
+             {"s", "stats\nserve\n"},
+             {"page --max", "--max-bytes\n--max-share\n"},
+             {"page --format m", "markdown\n"},
+             {"find --format = j", "json\n"},
+             {"import --checkout s", "src\n"},
+             {"import of", "of two words.scip\n"},
+             {"page a --total 1", ""},
+             {"find i", ""},
+         }) {
+        const std::string line = "COMP_WORDS=(wiki-scope " + words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); ";
+        EXPECT_EQ(shell("mkdir -p src; '" WIKI_SCOPE "' completion bash >completion; bash -c '. ./completion; " + line +
+                        R"(_wiki_scope; [ -z "$COMPREPLY" ] || printf "%s\n" "${COMPREPLY[@]}"')")
+                      .out,
+                  reply)
+            << words;
+    }
+}
+
 TEST_F(Command, EndsQuietlyWhenItsReaderHasSeenEnough) {
     folder.write("src/a.ts", "");
     // More than a pipe holds.
