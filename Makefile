@@ -65,6 +65,7 @@ install: release
 # What is installed, and nothing else.
 release:
 	tools/install-packages release
+	embedded/sources/grammars/fetch build/grammars
 	cmake --preset release
 	cmake --build --preset release
 
@@ -87,4 +88,5 @@ clean:
 
 build/dev/build.ninja: CMakePresets.json
 	tools/install-packages build
+	embedded/sources/grammars/fetch build/grammars
 	cmake --preset dev
