@@ -99,9 +99,12 @@ Gathered gather(Contents contents, const sources::Sources& sources, const Steps&
     std::vector<std::string> summaries;
     const Homes homes(gathered.contents);
     const CallableTypes callable_types(sources);
-    for (const auto& [path, file] : gathered.contents.files) {
+    for (auto& [path, file] : gathered.contents.files) {
         const auto found = sources.find(path);
         const sources::Source* const source = found == sources.end() ? nullptr : &found->second;
+        if (source != nullptr && source->outline && source->outline->is_cpp && stated_language(file.language).empty()) {
+            file.language = "cpp";  // as a header may be
+        }
         FileRows rows = rows_of(path, file, gathered.contents, homes, callable_types, source);
         if (source == nullptr) {
             report.unread.add(path);
@@ -162,7 +165,7 @@ Gathered read_all(ScipFiles& scip, const Repository& repository, const Rules& ru
         .wants = [&](const std::string& path,
                      bool is_generated) { return !exclusions.decide(path).value_or(is_generated); },
         .new_file = [&](const std::string& path,
-                        const std::string& language) { sources.request(path, language_of(language, path)); },
+                        const std::string& language) { sources.request(path, stated_language(language)); },
         .text_of = [&](const std::string& path) -> std::optional<std::string> {
             std::optional<FileContent> file =
                 sources.checkout() ? sources.checkout()->read(path, sources::LARGEST_SOURCE) : std::nullopt;

@@ -6,8 +6,11 @@
 
 namespace embedded::scip {
 
-/// The language of a file in lower case: what the document states, else by the path's extension; empty when neither
-/// says. A name with a NUL in it says nothing: no query could ask for it.
+/// What a document states of its language, in lower case; empty when it states nothing. A name with a NUL in it says
+/// nothing: no query could ask for it.
+std::string stated_language(std::string_view stated);
+
+/// The language of a file in lower case: what the document states, else by the path's extension; empty when neither says.
 std::string language_of(std::string_view stated, std::string_view path);
 
 }  // namespace embedded::scip

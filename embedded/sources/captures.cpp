@@ -292,6 +292,8 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
             captures.has_list = true;
         } else if (name == "module") {
             captures.is_module = true;
+        } else if (name == "cpp") {
+            captures.is_cpp = true;
         }
     });
 }
@@ -308,6 +310,7 @@ std::optional<Captures> captures_of(string_view text, const Language& language, 
     Captures captures;
     const TSNode root = ts_tree_root_node(tree.get());
     captures.is_damaged = ts_node_has_error(root);
+    captures.damage = damage(root);
     const std::unique_ptr<TSQueryCursor, CursorDeleter> cursor(ts_query_cursor_new());
     ts_query_cursor_exec(cursor.get(), query, root);
     for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {

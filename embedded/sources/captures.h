@@ -85,7 +85,9 @@ struct Captures {
     std::unordered_set<std::string> slots;
     bool has_list = false;
     bool is_module = false;
+    bool is_cpp = false;
     bool is_damaged = false;  ///< whether a part of the text does not parse
+    std::size_t damage = 0;   ///< how large that is, in bytes
 };
 
 /// Parses the text and runs the query of its language over it. Nothing is in order. None when `is_cancelled`, which is

@@ -62,36 +62,54 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
      CommentPlace::ABOVE, true, mended},
 }};
 
-struct Spelling {
+struct Extension {
     string_view text;
-    Place language;
+    string_view language;   // what the language is called
+    Place grammar = COUNT;  // none
 };
 
-// Where two dialects share a name, the extension decides; a header of C is read as C++, which it nearly always is too.
-constexpr auto EXTENSIONS = std::to_array<Spelling>({
-    {"c", C},
-    {"h", CPP},
-    {"cc", CPP},
-    {"cpp", CPP},
-    {"cxx", CPP},
-    {"hpp", CPP},
-    {"hh", CPP},
-    {"hxx", CPP},
-    {"go", GO},
-    {"java", JAVA},
-    {"py", PYTHON},
-    {"pyi", PYTHON},
-    {"rs", RUST},
-    {"js", JAVASCRIPT},
-    {"jsx", JAVASCRIPT},
-    {"mjs", JAVASCRIPT},
-    {"cjs", JAVASCRIPT},
-    {"ts", TYPESCRIPT},
-    {"mts", TYPESCRIPT},
-    {"cts", TYPESCRIPT},
-    {"tsx", TSX},
+// The grammar of C++ reads headers of C as well.
+constexpr auto EXTENSIONS = std::to_array<Extension>({
+    {"c", "c", C},
+    {"h", "c", CPP},
+    {"cc", "cpp", CPP},
+    {"cpp", "cpp", CPP},
+    {"cxx", "cpp", CPP},
+    {"hpp", "cpp", CPP},
+    {"hh", "cpp", CPP},
+    {"hxx", "cpp", CPP},
+    {"go", "go", GO},
+    {"java", "java", JAVA},
+    {"py", "python", PYTHON},
+    {"pyi", "python", PYTHON},
+    {"rs", "rust", RUST},
+    {"js", "javascript", JAVASCRIPT},
+    {"jsx", "javascript", JAVASCRIPT},
+    {"mjs", "javascript", JAVASCRIPT},
+    {"cjs", "javascript", JAVASCRIPT},
+    {"ts", "typescript", TYPESCRIPT},
+    {"mts", "typescript", TYPESCRIPT},
+    {"cts", "typescript", TYPESCRIPT},
+    {"tsx", "typescript", TSX},
+    {"kt", "kotlin"},
+    {"kts", "kotlin"},
+    {"scala", "scala"},
+    {"rb", "ruby"},
+    {"cs", "csharp"},
+    {"php", "php"},
+    {"swift", "swift"},
+    {"dart", "dart"},
+    {"m", "objective-c"},
+    {"mm", "objective-c"},
 });
-constexpr auto NAMES = std::to_array<Spelling>({
+
+struct Name {
+    string_view text;
+    Place grammar;
+};
+
+// What indexers call a language. Where dialects share a name, the extension decides.
+constexpr auto NAMES = std::to_array<Name>({
     {"c", C},
     {"cpp", CPP},
     {"c++", CPP},
@@ -105,10 +123,13 @@ constexpr auto NAMES = std::to_array<Spelling>({
     {"typescriptreact", TSX},
 });
 
-const Language* find(string_view text, const auto& spellings) {
-    const auto* const found =
-        std::ranges::find_if(spellings, [text](const Spelling& spelling) { return spelling.text == text; });
-    return found == spellings.end() ? nullptr : &LANGUAGES.at(found->language);
+const auto* find(string_view text, const auto& rows) {
+    const auto* const found = std::ranges::find_if(rows, [text](const auto& row) { return row.text == text; });
+    return found == rows.end() ? nullptr : found;
+}
+
+const Language* language_at(Place place) {
+    return place == COUNT ? nullptr : &LANGUAGES.at(place);
 }
 
 string_view extension_of(string_view path) {
@@ -141,9 +162,16 @@ Query compiled(const Language& language) {
 
 }  // namespace
 
+string_view usual_language(string_view path) {
+    const Extension* const extension = find(extension_of(path), EXTENSIONS);
+    return extension == nullptr ? string_view() : extension->language;
+}
+
 const Language* language_of(string_view stated, string_view path) {
-    const Language* const by_extension = find(extension_of(path), EXTENSIONS);
-    const Language* const by_name = find(stated, NAMES);
+    const Extension* const extension = find(extension_of(path), EXTENSIONS);
+    const Language* const by_extension = extension == nullptr ? nullptr : language_at(extension->grammar);
+    const Name* const name = find(stated, NAMES);
+    const Language* const by_name = name == nullptr ? nullptr : language_at(name->grammar);
     const bool is_a_dialect =
         by_extension != nullptr && by_name != nullptr && std::ranges::equal(by_extension->queries, by_name->queries);
     return by_name == nullptr || is_a_dialect ? by_extension : by_name;

@@ -33,6 +33,7 @@
 //                    itself; @from, in the same match, is how the file names the module
 //     @passed        the same, and the file exports it; without @from it is the @original of the file itself
 //     @all           how the file names a module all of whose names it passes on
+//     @cpp           what C++ has and C has not
 //     @slot          the name of an attribute that a class lists
 //     @mention       a name that is looked up in the scopes around it, unless it is @unmentioned, too
 //     @bound         a name that the scope around it binds, but not by a link
@@ -84,8 +85,12 @@ struct Language {
     std::string (*mend)(std::string_view text) = nullptr;
 };
 
-/// The language of a file by what the index says of it (in lower case, may be empty) and by its path; null for one that
-/// is not understood.
+/// What the language of a file is called by the extension of its path, in lower case, be it understood or not; empty
+/// when that says nothing. A header, `.h`, is "c" until its text is known to be C++.
+std::string_view usual_language(std::string_view path);
+
+/// The language of a file by what its document states (in lower case, may be empty), else by its path; null for one that
+/// is not understood. A header is read as C++ unless C is stated.
 const Language* language_of(std::string_view stated, std::string_view path);
 
 /// All languages, each once.

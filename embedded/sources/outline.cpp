@@ -50,7 +50,7 @@ class OutlineReader {
           exporting_(std::move(captures.exporting)), testing_(std::move(captures.testing)),
           visible_(std::move(captures.visible)), hidden_(std::move(captures.hidden)), local_(std::move(captures.local)),
           tests_(std::move(captures.tests)), slots_(std::move(captures.slots)), public_names_(text, language, captures),
-          is_damaged_(captures.is_damaged) {
+          is_cpp_(captures.is_cpp), is_damaged_(captures.is_damaged), damage_(captures.damage) {
         count_mentions(text, captures);
         for (CapturedLink& each : captures.links) {
             links_.push_back(std::move(each.link));
@@ -66,7 +66,9 @@ class OutlineReader {
                         .public_names = public_names_,
                         .links = std::move(links_),
                         .line_count = line_of(last_byte(text_.size())),
+                        .is_cpp = is_cpp_,
                         .is_damaged = is_damaged_,
+                        .damage = damage_,
                         .test_regions = test_regions(),
                         .slots = std::move(slots_)};
         const CapturedName* before = nullptr;
@@ -246,7 +248,9 @@ class OutlineReader {
     std::unordered_set<std::string> slots_;
     PublicNames public_names_;
     std::unordered_set<NodeId> public_namespaces_;  // of those that have been read
+    bool is_cpp_;
     bool is_damaged_;
+    std::size_t damage_;
     std::vector<std::uint32_t> line_ends_;
     // Of the last declaration that has been read.
     NodeId last_node_ = nullptr;
@@ -271,6 +275,21 @@ std::optional<Outline> outline_of(string_view text, const Language& language, co
         return std::nullopt;
     }
     return OutlineReader(text, language, std::move(*captures)).outline();
+}
+
+std::optional<Outline> outline_of(string_view text, string_view stated_language, string_view path,
+                                  const std::size_t& is_cancelled) {
+    const Language* const language = language_of(stated_language, path);
+    if (language == nullptr) {
+        return std::nullopt;
+    }
+    std::optional<Outline> outline = outline_of(text, *language, is_cancelled);
+    const Language* const usual = language_of(usual_language(path), path);
+    if (stated_language.empty() && usual != language && outline && outline->is_damaged && !outline->is_cpp) {
+        std::optional<Outline> in_c = outline_of(text, *usual, is_cancelled);
+        return in_c && in_c->damage <= outline->damage ? std::move(in_c) : std::move(outline);
+    }
+    return outline;
 }
 
 }  // namespace embedded::sources

@@ -57,7 +57,9 @@ struct Outline {
     PublicNames public_names;
     std::vector<Link> links;                ///< in no order
     std::int32_t line_count = 0;            ///< at least 1
+    bool is_cpp = false;                    ///< whether the text holds what C++ has and C has not
     bool is_damaged = false;                ///< whether a part of the text does not parse, and may hold more
+    std::size_t damage = 0;                 ///< how large that part is, in bytes
     std::vector<Lines> test_regions;        ///< what the language compiles for tests alone
     std::unordered_set<std::string> slots;  ///< the names of attributes that classes list
 
@@ -74,5 +76,10 @@ inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
 /// when it is larger than `LARGEST_SOURCE` or takes seconds to parse, as no source does, and when `is_cancelled`, which
 /// is read atomically all the while, becomes other than 0. May be called on several threads.
 std::optional<Outline> outline_of(std::string_view text, const Language& language, const std::size_t& is_cancelled);
+
+/// The same for the file at `path`, in the language that `language_of` gives; none where it gives none. A header without
+/// a stated language is read as C when it holds nothing that C has not, and as much of it is damaged in C++.
+std::optional<Outline> outline_of(std::string_view text, std::string_view stated_language, std::string_view path,
+                                  const std::size_t& is_cancelled);
 
 }  // namespace embedded::sources

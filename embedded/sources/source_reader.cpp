@@ -119,10 +119,7 @@ std::optional<Source> SourceReader::read(const Request& request) {
     Source source{.content_hash = content->hash, .summary = {}, .outline = std::nullopt, .texts = {}};
     if (content->text) {
         source.summary = wiki::file_summary(lines_of(*content->text));
-    }
-    const Language* const language = language_of(request.language, request.path);
-    if (language != nullptr && content->text) {
-        source.outline = outline_of(*content->text, *language, is_cancelled_);
+        source.outline = outline_of(*content->text, request.language, request.path, is_cancelled_);
     }
     if (source.outline) {
         source.texts.reserve(source.outline->declarations.size());

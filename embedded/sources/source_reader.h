@@ -52,7 +52,7 @@ class SourceReader {
     SourceReader(const SourceReader&) = delete;
     SourceReader& operator=(const SourceReader&) = delete;
 
-    /// Has the file at `path` read, once for each path. `language` is what the index says of it.
+    /// Has the file at `path` read, once for each path. `language` is what its document states, in lower case.
     void request(const std::string& path, const std::string& language);
 
     /// Waits for all that was requested, calling `look` every few milliseconds. The reader is done then. Throws what

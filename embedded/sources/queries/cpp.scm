@@ -65,3 +65,6 @@
 
 ; What is hidden.
 (namespace_definition !name body: (_) @hidden)
+
+; What C has not.
+[(class_specifier body: (_)) (namespace_definition) (template_declaration) (access_specifier) (using_declaration) (alias_declaration)] @cpp

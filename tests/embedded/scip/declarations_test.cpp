@@ -173,7 +173,6 @@ TEST(ScipLanguage, IsStatedElseByExtension) {
         {std::string("lua\0", 4), "a.py", "python"},
         {"", "a.d.mts", "typescript"},
         {"", "src.py/a.cjs", "javascript"},
-        {"", "a.h", "c"},
         {"", "a.txt", ""},
         {"", "a.", ""},
         {"", "src.ts/Makefile", ""},

@@ -66,6 +66,18 @@ TEST_F(ScipImport, ALanguageThatNobodyReadsIsPublicAsItsSignaturesSay) {
                               "k function 2-2");
 }
 
+TEST_F(ScipImport, AHeaderIsOfTheLanguageThatItsTextIsInUnlessItIsStated) {
+    folder.write("checkout/c.h", "/* Sorts. */\nstruct s {\n  int class;\n};\n");
+    const std::string text = "namespace n {\n/// Sorts.\nclass C {\n public:\n  int m();\n};\n}\n";
+    folder.write("checkout/cpp.h", text);
+    folder.write("checkout/stated.h", text);
+    import_with_sources({ScipDocument("c.h").defines(symbol("s#"), {1, 7, 8}),
+                         ScipDocument("cpp.h").defines(symbol("n/C#"), {2, 6, 7}), ScipDocument("stated.h", "C")});
+    EXPECT_EQ(declarations(), "s struct 2-4 public; C class 3-6 public");
+    EXPECT_EQ(rows(texts_of("s")) + rows(texts_of("C")), "struct s|Sorts.class C|Sorts.");
+    EXPECT_EQ(rows("SELECT path || ' ' || language AS row FROM files"), "c.h c; cpp.h cpp; stated.h c");
+}
+
 TEST_F(ScipImport, ASourceThatHasChangedSinceItWasIndexedIsKnownByWhatHasMoved) {
     folder.write("checkout/a.ts", "// a new line\nexport function f() {}\n");
     folder.write("checkout/b.ts", "export function g() {}\n");

@@ -168,6 +168,18 @@ TEST(Outline, CAndCppHideWhatIsStaticOrInAnUnnamedNamespace) {
               "h 2-2; C 3-8 public; C 5-5 public; m 6-6 public; x 7-7 public; n 9-9 public; k 10-10 public");
 }
 
+TEST(Outline, AHeaderIsReadAsTheOneOfCAndCppThatUnderstandsMoreOfIt) {
+    const auto header = [](const std::string& text, const std::string& stated = "") {
+        static const std::size_t never = 0;
+        return outline_of(text, stated, "a.h", never).value();
+    };
+    EXPECT_TRUE(header("class C { int a; };\n(").is_cpp);
+    EXPECT_FALSE(header("class C { int a; };", "c").is_cpp);
+    EXPECT_FALSE(header("struct s { int a; };").is_cpp);
+    EXPECT_EQ(header("struct s { int class; };").declarations.back().name, "class");
+    EXPECT_EQ(header("struct s { s(int& a) : a_(a) {} int a_; };\n(").declarations[1].kind, "constructor");
+}
+
 TEST(Outline, ASignatureEndsBeforeTheBodyAndBeforeALongValue) {
     const auto signature = [](const std::string& path, const std::string& text, const std::string& name) {
         return declaration(path, text, name).signature;
