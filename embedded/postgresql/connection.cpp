@@ -309,6 +309,10 @@ bool Rows::step() {
     return !is_at_end_;
 }
 
+int Rows::columns() const {
+    return PQnfields(row_.get());
+}
+
 bool Rows::is_null(int column) const {
     return PQgetisnull(row_.get(), 0, column) != 0;
 }

@@ -113,6 +113,8 @@ class Rows {
     /// Goes to the next row; false when there is none.
     bool step();
 
+    /// How many columns the current row has.
+    [[nodiscard]] int columns() const;
     /// The column of the current row. NULL reads as 0 or as no bytes. Bytes are valid until the next step.
     [[nodiscard]] bool is_null(int column) const;
     [[nodiscard]] std::int64_t integer(int column) const;

@@ -3,20 +3,18 @@
 #include "embedded/paths/folder_name.h"
 #include "embedded/postgresql/locks.h"
 #include "embedded/postgresql/schema.h"
+#include "embedded/postgresql/snapshot_tables.h"
 #include "embedded/text/control_characters.h"
 
 #include <unistd.h>
 
-#include <array>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace embedded::postgresql {
 
 namespace {
-
-// All tables whose rows belong to a snapshot.
-constexpr std::array TABLES{"notes", "files", "languages", "symbols", "descriptions", "resolutions", "edges"};
 
 // What comes of tables that are not vacuumed.
 constexpr const char* SLOWER = "pages take longer until autovacuum has passed, or who owns the tables runs: VACUUM";
@@ -26,9 +24,9 @@ constexpr const char* MODE = "ISOLATION LEVEL READ COMMITTED";  // else imports 
 constexpr const char* PATIENT = "SET LOCAL idle_in_transaction_session_timeout = 0";
 
 // Rows of one of the tables that belong to the repository, and to a snapshot of which the condition holds.
-std::string rows_where(const std::string& table, std::int64_t repository, const std::string& of_snapshot) {
-    return " FROM wiki_scope." + table + " WHERE repository = " + std::to_string(repository) + " AND snapshot " +
-           of_snapshot;
+std::string rows_where(std::string_view table, std::int64_t repository, const std::string& of_snapshot) {
+    return " FROM wiki_scope." + std::string(table) + " WHERE repository = " + std::to_string(repository) +
+           " AND snapshot " + of_snapshot;
 }
 
 }  // namespace
@@ -93,14 +91,14 @@ bool NewPostgresqlIndex::find_repository() {
 // What an import that was killed, or anybody else, has left under the number of a snapshot yet to come.
 void NewPostgresqlIndex::remove_leftovers() {
     const std::string is_to_come = "> " + std::to_string(current_);
-    for (const std::string table : TABLES) {
-        Rows left(connection_, "SELECT 1" + rows_where(table, repository_id_, is_to_come) + " LIMIT 1", {});
+    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
+        Rows left(connection_, "SELECT 1" + rows_where(table.name, repository_id_, is_to_come) + " LIMIT 1", {});
         bool is_left = false;
         while (left.step()) {
             is_left = true;
         }
         if (is_left) {
-            connection_.execute("DELETE" + rows_where(table, repository_id_, is_to_come));
+            connection_.execute("DELETE" + rows_where(table.name, repository_id_, is_to_come));
         }
     }
 }
@@ -109,8 +107,8 @@ void NewPostgresqlIndex::remove_superseded() {
     // What is not on the disk yet when power is lost goes with the next.
     connection_.begin(MODE, "SET LOCAL synchronous_commit = off");
     std::string statements;
-    for (const std::string table : TABLES) {
-        statements += "DELETE" + rows_where(table, repository_id_, "< " + std::to_string(current_)) + ";";
+    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
+        statements += "DELETE" + rows_where(table.name, repository_id_, "< " + std::to_string(current_)) + ";";
     }
     connection_.execute(statements + "COMMIT");
 }
@@ -119,8 +117,8 @@ void NewPostgresqlIndex::remove_superseded() {
 // before it comes, and while it works.
 void NewPostgresqlIndex::vacuum() {
     std::string statement = "VACUUM (TRUNCATE OFF)";  // which would hold off readers
-    for (const std::string table : TABLES) {
-        statement.append(table == TABLES.front() ? " " : ", ").append("wiki_scope." + table);
+    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
+        statement.append(&table == SNAPSHOT_TABLES.begin() ? " wiki_scope." : ", wiki_scope.").append(table.name);
     }
     if (const std::string warning = connection_.warning_of(statement); !warning.empty()) {
         remark_ = connection_.server() + ": " + warning + "; " + SLOWER;
@@ -142,8 +140,9 @@ void NewPostgresqlIndex::complete(const RowCounts& counts) {
         throw std::runtime_error(name() + ": the server has not taken every row; import again");
     }
     const std::int64_t changed = connection_.execute(
-        "UPDATE wiki_scope.repositories SET snapshot = $2, bytes = $3, made = pg_catalog.clock_timestamp() WHERE repository = $1",
-        Parameters().integer(repository_id_).integer(current_ + 1).integer(rows_->size()));
+        "UPDATE wiki_scope.repositories "
+        "SET snapshot = $2, bytes = $3, checksums = $4, made = pg_catalog.clock_timestamp() WHERE repository = $1",
+        Parameters().integer(repository_id_).integer(current_ + 1).integer(rows_->size()).integers(rows_->checksums()));
     if (changed != 1) {
         throw unchangeable();
     }

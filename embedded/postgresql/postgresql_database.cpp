@@ -2,6 +2,8 @@
 
 #include "embedded/index/ranges.h"
 #include "embedded/postgresql/schema.h"
+#include "embedded/postgresql/snapshot_tables.h"
+#include "embedded/postgresql/table_checksum.h"
 #include "embedded/text/control_characters.h"
 
 #include <unordered_set>
@@ -124,7 +126,7 @@ Parameters PostgresqlDatabase::key_and_ranges(std::vector<std::int64_t> integers
 void PostgresqlDatabase::find_snapshot() {
     Rows row(
         connection_,
-        "SELECT repository, snapshot, bytes, "
+        "SELECT repository, snapshot, bytes, checksums IS NOT NULL, "
         "pg_catalog.convert_to(pg_catalog.to_char(made AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), 'UTF8') "
         "FROM wiki_scope.repositories WHERE name = $1 AND snapshot > 0",
         Parameters().text(repository_));
@@ -132,7 +134,8 @@ void PostgresqlDatabase::find_snapshot() {
         repository_id_ = row.integer(0);
         snapshot_ = row.integer(1);
         origin_.bytes = row.integer(2);
-        origin_.made = row.bytes(3);
+        origin_.has_checksums = row.integer(3) != 0;
+        origin_.made = row.bytes(4);
         origin_.state = std::to_string(snapshot_) + " of " + origin_.made;
         row.step();
     }
@@ -165,6 +168,30 @@ std::string PostgresqlDatabase::noted(std::string_view key) {
         value = rows.bytes(0);
     }
     return value;
+}
+
+std::vector<std::int64_t> PostgresqlDatabase::stated_checksums() {
+    Rows rows(connection_, "SELECT pg_catalog.unnest(checksums) FROM wiki_scope.repositories WHERE repository = $1",
+              Parameters().integer(repository_id_));
+    std::vector<std::int64_t> checksums;
+    while (rows.step()) {
+        checksums.push_back(rows.integer(0));
+    }
+    return checksums;
+}
+
+void PostgresqlDatabase::check() {
+    constexpr const char* DATA_CORRUPTED = "XX001";
+    const std::vector<std::int64_t> stated = stated_checksums();
+    for (std::size_t place = 0; place < SNAPSHOT_TABLES.size(); ++place) {
+        const SnapshotTable& table = SNAPSHOT_TABLES.at(place);
+        const std::int64_t stored = stored_checksum(connection_, table, key());
+        if (origin_.has_checksums && (place >= stated.size() || stored != stated[place])) {
+            throw PostgresqlError(name(),
+                                  "the rows of wiki_scope." + std::string(table.name) + " are not those of the import",
+                                  DATA_CORRUPTED);
+        }
+    }
 }
 
 std::int64_t PostgresqlDatabase::count_files(std::int64_t most) {

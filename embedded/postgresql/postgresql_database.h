@@ -22,7 +22,7 @@ class PostgresqlDatabase : public storage::Database {
     [[nodiscard]] std::string name() const override { return connection_.server() + " (" + repository_ + ")"; }
     [[nodiscard]] IndexOrigin origin() override { return origin_; }
     [[nodiscard]] std::string noted(std::string_view key) override;
-    void check() override {}  // a server states no checksums
+    void check() override;
 
     [[nodiscard]] std::int64_t count_files(std::int64_t most) override;
     void read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) override;
@@ -53,6 +53,8 @@ class PostgresqlDatabase : public storage::Database {
     };
 
     void find_snapshot();
+    /// Those that the import has stated, in the order of `SNAPSHOT_TABLES`; empty when it has not.
+    [[nodiscard]] std::vector<std::int64_t> stated_checksums();
     [[nodiscard]] std::string known_repositories();
     /// The repository and the snapshot, which are $1 and $2 of every statement.
     [[nodiscard]] Parameters key() const { return Parameters().integer(repository_id_).integer(snapshot_); }

@@ -41,14 +41,7 @@ void append_value(std::string& row, const std::optional<Value>& value) {
 
 RowCopy::RowCopy(Connection& connection, std::int64_t repository, std::int64_t snapshot)
     : connection_(connection), repository_(static_cast<std::int32_t>(repository)),
-      snapshot_(static_cast<std::int32_t>(snapshot)),
-      tables_{{{"notes", "key, value"},
-               {"files", "id, path, language, content_hash, declarations, declared_lines"},
-               {"languages", "id, name, import_resolved"},
-               {"symbols", "id, file_id, name, fqn, kind, is_export, start_line, end_line, uses"},
-               {"descriptions", "symbol_id, signature, documentation"},
-               {"resolutions", "id, name"},
-               {"edges", "source_file_id, target_id, resolution_id, refs"}}} {}
+      snapshot_(static_cast<std::int32_t>(snapshot)) {}
 
 template <class... Values>
 void RowCopy::append(Table table, const Values&... values) {
@@ -57,32 +50,44 @@ void RowCopy::append(Table table, const Values&... values) {
     append_integer(collected.rows, static_cast<std::int16_t>(2 + sizeof...(values)));
     append_value(collected.rows, repository_);
     append_value(collected.rows, snapshot_);
+    const std::size_t begin = collected.rows.size();
     (append_value(collected.rows, values), ...);
+    collected.checksum.add(std::string_view(collected.rows).substr(begin));
     if (collected.rows.size() > WORTH_A_STATEMENT) {
-        copy(collected);
+        copy(table);
     }
 }
 
-void RowCopy::copy(Collected& table) {
+void RowCopy::copy(std::size_t table) {
     constexpr std::string_view HEAD("PGCOPY\n\xFF\r\n\0\0\0\0\0\0\0\0\0", 19);  // no flags, no extension
     constexpr std::string_view END("\xFF\xFF", 2);
-    if (table.rows.empty()) {
+    const auto& [name, columns] = SNAPSHOT_TABLES.at(table);
+    Collected& collected = tables_.at(table);
+    if (collected.rows.empty()) {
         return;
     }
-    connection_.begin_copy("COPY wiki_scope." + std::string(table.name) + "(repository, snapshot, " +
-                           std::string(table.columns) + ") FROM STDIN (FORMAT binary)");
+    connection_.begin_copy("COPY wiki_scope." + std::string(name) + "(repository, snapshot, " + std::string(columns) +
+                           ") FROM STDIN (FORMAT binary)");
     connection_.put(HEAD);
-    connection_.put(table.rows);
+    connection_.put(collected.rows);
     connection_.put(END);
-    table.copied += connection_.end_copy();
-    size_ += static_cast<std::int64_t>(table.rows.size());
-    table.rows.clear();
+    collected.copied += connection_.end_copy();
+    size_ += static_cast<std::int64_t>(collected.rows.size());
+    collected.rows.clear();
 }
 
 void RowCopy::finish() {
-    for (Collected& table : tables_) {
+    for (std::size_t table = 0; table < tables_.size(); ++table) {
         copy(table);
     }
+}
+
+std::vector<std::int64_t> RowCopy::checksums() const {
+    std::vector<std::int64_t> checksums;
+    for (const Collected& table : tables_) {
+        checksums.push_back(table.checksum.value());
+    }
+    return checksums;
 }
 
 void RowCopy::note(std::string_view key, std::string_view value) {

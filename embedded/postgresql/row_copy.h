@@ -3,6 +3,8 @@
 
 #include "embedded/index/row_writer.h"
 #include "embedded/postgresql/connection.h"
+#include "embedded/postgresql/snapshot_tables.h"
+#include "embedded/postgresql/table_checksum.h"
 
 #include <array>
 #include <cstddef>
@@ -10,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace embedded::postgresql {
 
@@ -35,25 +38,27 @@ class RowCopy : public RowWriter {
     [[nodiscard]] std::int64_t edges() const { return tables_[EDGES].copied; }
     /// In bytes, of all rows.
     [[nodiscard]] std::int64_t size() const { return size_; }
+    /// Of the tables, in the order of `SNAPSHOT_TABLES`.
+    [[nodiscard]] std::vector<std::int64_t> checksums() const;
 
   private:
+    // In the order of `SNAPSHOT_TABLES`.
     enum Table : std::size_t { NOTES, FILES, LANGUAGES, SYMBOLS, DESCRIPTIONS, RESOLUTIONS, EDGES };
     struct Collected {
-        std::string_view name;
-        std::string_view columns;  // behind the repository and the snapshot
-        std::string rows = {};
+        std::string rows;
         std::int64_t copied = 0;
+        TableChecksum checksum;
     };
 
     // Appends a row of a table; values are integers, booleans and bytes, or none.
     template <class... Values>
     void append(Table table, const Values&... values);
-    void copy(Collected& table);
+    void copy(std::size_t table);
 
     Connection& connection_;
     const std::int32_t repository_;
     const std::int32_t snapshot_;
-    std::array<Collected, 7> tables_;
+    std::array<Collected, SNAPSHOT_TABLES.size()> tables_;
     std::int64_t languages_ = 0;
     std::int64_t size_ = 0;
 };

@@ -83,6 +83,11 @@ constexpr std::array MIGRATIONS{
         ALTER TABLE wiki_scope.edges SET(
             autovacuum_vacuum_insert_threshold = 10000, autovacuum_vacuum_insert_scale_factor = 0);
     )sql",
+    // What damage shows by (table_checksum.h).
+    R"sql(
+        ALTER TABLE wiki_scope.repositories
+            ADD checksums bigint[];                 -- of the tables of the current snapshot; NULL when none were made
+    )sql",
 };
 
 // Who else owns the schema or something in it.

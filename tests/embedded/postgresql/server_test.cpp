@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <future>
@@ -242,6 +243,69 @@ TEST_F(Server, AnImportThatIsInterruptedAtItsEndDoesNotSayThatNothingWasChanged)
     });
     EXPECT_EQ(lines(), 0);
     kill_others();
+}
+
+// A row in each table, of which each column is changed, and which is removed.
+TEST_F(Server, NoticesEveryRowThatIsNotTheOneImported) {
+    constexpr std::array TABLES{"notes", "files", "languages", "symbols", "descriptions", "resolutions", "edges"};
+    {
+        const std::unique_ptr<NewIndex> made = repository()->replace();
+        made->claim("");
+        RowWriter& rows = made->rows();
+        rows.note("key", "value");
+        rows.add(FileRow{1, "a.ts", "typescript", 2, 3, 4});
+        rows.add(LanguageRow{"typescript", true});
+        rows.add(DeclarationRow{1, 1, "f", "m.f", "function", true, 1, 2, 3});
+        rows.add(DescriptionRow{1, "f()", ""});
+        rows.add(ResolutionRow{1, "import"});
+        rows.add(EdgeRow{1, 1, 1, 1});
+        made->complete({.files = 1, .declarations = 1, .edges = 1});
+        made->commit();
+    }
+    Connection connection(database);
+    std::vector<std::pair<std::string, std::string>> faults;  // tables, and what damages them
+    for (const std::string table : TABLES) {
+        faults.emplace_back(table, "DELETE FROM wiki_scope." + table);
+    }
+    Rows columns(
+        connection,
+        "SELECT table_name::text::bytea, ('UPDATE wiki_scope.' || table_name || ' SET ' || column_name || ' = ' || "
+        "CASE data_type WHEN 'bytea' THEN column_name || ' || ''x''' WHEN 'boolean' THEN 'NOT ' || column_name "
+        "ELSE '1 + ' || column_name END)::bytea FROM information_schema.columns WHERE table_schema = 'wiki_scope' "
+        "AND table_name NOT IN ('repositories', 'versions') AND column_name NOT IN ('repository', 'snapshot')",
+        {});
+    while (columns.step()) {
+        faults.emplace_back(columns.bytes(0), columns.bytes(1));
+    }
+    EXPECT_EQ(faults.size(), TABLES.size() + 29);
+    const std::unique_ptr<IndexConnection> reader = repository()->connect();
+    EXPECT_NO_THROW(reader->read()->check());
+    for (const auto& [table, fault] : faults) {
+        connection.execute("CREATE TABLE kept AS TABLE wiki_scope." + table);
+        connection.execute(fault);
+        EXPECT_EQ(run("stats --check --repository one --index postgresql:///tested").err,
+                  "wiki-scope: postgresql:///tested (one): the rows of wiki_scope." + table +
+                      " are not those of the import; it is not a whole wiki-scope index: import the SCIP file again\n")
+            << fault;
+        connection.execute("DELETE FROM wiki_scope." + table + "; INSERT INTO wiki_scope." + table +
+                           " TABLE kept; DROP TABLE kept");
+    }
+    EXPECT_NO_THROW(reader->read()->check());
+}
+
+TEST_F(Server, ReadsAnIndexFromBeforeThereWereChecksumsAndSaysSo) {
+    owner.execute("DROP DATABASE tested WITH (FORCE)");
+    owner.execute("CREATE DATABASE tested");
+    Connection connection(database);
+    migrate(connection, 2);
+    connection.execute("INSERT INTO wiki_scope.repositories(name, snapshot, made) VALUES('one', 1, now());"
+                       "INSERT INTO wiki_scope.files VALUES(1, 1, 1, 'a.ts', NULL, NULL, 0, 0)");
+    migrate(connection);
+    const std::unique_ptr<IndexConnection> reader = repository()->connect();
+    EXPECT_NO_THROW(reader->read()->check());
+    EXPECT_FALSE(reader->read()->origin().has_checksums);
+    import(3);
+    EXPECT_TRUE(reader->read()->origin().has_checksums);
 }
 
 // The planner knows the rows of one snapshot, and not those of the other.
