@@ -93,8 +93,8 @@ class Connection {
 
     std::string server_;
     Look look_;
+    std::string warning_;  // the first since this was emptied; the connection writes it as long as it lives
     std::unique_ptr<pg_conn, Finisher> handle_;
-    std::string warning_;     // the first since this was emptied
     std::size_t unsent_ = 0;  // bytes of a copy that the server may not have taken yet
 };
 
