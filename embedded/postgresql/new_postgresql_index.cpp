@@ -118,7 +118,7 @@ void NewPostgresqlIndex::remove_superseded() {
 void NewPostgresqlIndex::vacuum() {
     std::string statement = "VACUUM (TRUNCATE OFF)";  // which would hold off readers
     for (const SnapshotTable& table : SNAPSHOT_TABLES) {
-        statement.append(&table == SNAPSHOT_TABLES.begin() ? " wiki_scope." : ", wiki_scope.").append(table.name);
+        statement.append(&table == &SNAPSHOT_TABLES.front() ? " wiki_scope." : ", wiki_scope.").append(table.name);
     }
     if (const std::string warning = connection_.warning_of(statement); !warning.empty()) {
         remark_ = connection_.server() + ": " + warning + "; " + SLOWER;

@@ -1,9 +1,11 @@
 #include "embedded/postgresql/postgresql_database.h"
 
 #include "embedded/index/ranges.h"
+#include "embedded/postgresql/name_block.h"
 #include "embedded/postgresql/schema.h"
 #include "embedded/postgresql/snapshot_tables.h"
 #include "embedded/postgresql/table_checksum.h"
+#include "embedded/text/ascii.h"
 #include "embedded/text/control_characters.h"
 
 #include <unordered_set>
@@ -180,16 +182,18 @@ std::vector<std::int64_t> PostgresqlDatabase::stated_checksums() {
     return checksums;
 }
 
-void PostgresqlDatabase::check() {
+PostgresqlError PostgresqlDatabase::damaged(std::string_view table) const {
     constexpr const char* DATA_CORRUPTED = "XX001";
+    return {name(), "the rows of wiki_scope." + std::string(table) + " are not those of the import", DATA_CORRUPTED};
+}
+
+void PostgresqlDatabase::check() {
     const std::vector<std::int64_t> stated = stated_checksums();
     for (std::size_t place = 0; place < SNAPSHOT_TABLES.size(); ++place) {
         const SnapshotTable& table = SNAPSHOT_TABLES.at(place);
         const std::int64_t stored = stored_checksum(connection_, table, key());
         if (origin_.has_checksums && (place >= stated.size() || stored != stated[place])) {
-            throw PostgresqlError(name(),
-                                  "the rows of wiki_scope." + std::string(table.name) + " are not those of the import",
-                                  DATA_CORRUPTED);
+            throw damaged(table.name);
         }
     }
 }
@@ -263,16 +267,15 @@ void PostgresqlDatabase::read_declarations_named(std::string_view name, const Ta
     take_declarations(rows, take);
 }
 
-// Bytes have no small letters; as text that escapes what is no ASCII they have. A part of an escape may look like one
-// of the name, so that some are found too many.
 void PostgresqlDatabase::read_names(std::string_view part, const Take<NameRow>& take) {
-    Rows rows(connection_,
-              "SELECT id, name, uses FROM wiki_scope.symbols AS symbols WHERE " + of_snapshot("symbols") +
-                  " AND position(pg_catalog.lower(pg_catalog.encode($3, 'escape') COLLATE \"C\") "
-                  "IN pg_catalog.lower(pg_catalog.encode(name, 'escape') COLLATE \"C\")) > 0",
-              key().bytes(part));
-    while (rows.step()) {
-        take({.declaration = rows.integer(0), .name = rows.bytes(1), .uses = rows.integer(2)});
+    Rows blocks(connection_,
+                "SELECT rows FROM wiki_scope.names AS names WHERE " + of_snapshot("names") +
+                    " AND position($3 IN lowered) > 0",
+                key().bytes(lowered(part)));
+    while (blocks.step()) {
+        if (!postgresql::read_names(blocks.bytes(0), take)) {
+            throw damaged("names");
+        }
     }
 }
 

@@ -53,6 +53,7 @@ class PostgresqlDatabase : public storage::Database {
     };
 
     void find_snapshot();
+    [[nodiscard]] PostgresqlError damaged(std::string_view table) const;
     /// Those that the import has stated, in the order of `SNAPSHOT_TABLES`; empty when it has not.
     [[nodiscard]] std::vector<std::int64_t> stated_checksums();
     [[nodiscard]] std::string known_repositories();

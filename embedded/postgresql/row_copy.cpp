@@ -76,7 +76,15 @@ void RowCopy::copy(std::size_t table) {
     collected.rows.clear();
 }
 
+void RowCopy::append_names() {
+    if (!names_.is_empty()) {
+        append(NAMES, names_.declaration(), names_.lowered(), names_.rows());
+        names_ = {};
+    }
+}
+
 void RowCopy::finish() {
+    append_names();
     for (std::size_t table = 0; table < tables_.size(); ++table) {
         copy(table);
     }
@@ -107,6 +115,10 @@ void RowCopy::add(const LanguageRow& row) {
 void RowCopy::add(const DeclarationRow& row) {
     append(SYMBOLS, row.id, row.file, row.name, row.fqn, row.kind, row.is_export, row.first_line, row.last_line,
            row.uses);
+    names_.add({.declaration = row.id, .name = row.name, .uses = row.uses});
+    if (names_.is_full()) {
+        append_names();
+    }
 }
 
 void RowCopy::add(const DescriptionRow& row) {

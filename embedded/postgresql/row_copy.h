@@ -3,6 +3,7 @@
 
 #include "embedded/index/row_writer.h"
 #include "embedded/postgresql/connection.h"
+#include "embedded/postgresql/name_block.h"
 #include "embedded/postgresql/snapshot_tables.h"
 #include "embedded/postgresql/table_checksum.h"
 
@@ -43,7 +44,7 @@ class RowCopy : public RowWriter {
 
   private:
     // In the order of `SNAPSHOT_TABLES`.
-    enum Table : std::size_t { NOTES, FILES, LANGUAGES, SYMBOLS, DESCRIPTIONS, RESOLUTIONS, EDGES };
+    enum Table : std::size_t { NOTES, FILES, LANGUAGES, SYMBOLS, DESCRIPTIONS, RESOLUTIONS, EDGES, NAMES };
     struct Collected {
         std::string rows;
         std::int64_t copied = 0;
@@ -54,11 +55,13 @@ class RowCopy : public RowWriter {
     template <class... Values>
     void append(Table table, const Values&... values);
     void copy(std::size_t table);
+    void append_names();
 
     Connection& connection_;
     const std::int32_t repository_;
     const std::int32_t snapshot_;
     std::array<Collected, SNAPSHOT_TABLES.size()> tables_;
+    NameBlock names_;  // that are not appended yet
     std::int64_t languages_ = 0;
     std::int64_t size_ = 0;
 };

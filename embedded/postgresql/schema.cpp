@@ -88,6 +88,21 @@ constexpr std::array MIGRATIONS{
         ALTER TABLE wiki_scope.repositories
             ADD checksums bigint[];                 -- of the tables of the current snapshot; NULL when none were made
     )sql",
+    // What is looked through for parts of names (name_block.h).
+    R"sql(
+        CREATE TABLE wiki_scope.names(              -- of some declarations each
+            repository integer, snapshot integer, symbol_id bigint,
+            lowered bytea NOT NULL,                 -- the names in small letters, one behind the other
+            rows bytea NOT NULL,                    -- declaration, uses, length of the name, name; and so on
+            PRIMARY KEY(repository, snapshot, symbol_id)
+        );
+        INSERT INTO wiki_scope.names
+            SELECT repository, snapshot, min(id),
+                string_agg(decode(lower(encode(name, 'escape') COLLATE "C"), 'escape'), ''),
+                string_agg(int8send(id) || int8send(uses) || int4send(length(name)) || name, '')
+            FROM wiki_scope.symbols GROUP BY repository, snapshot, id / 30;
+        UPDATE wiki_scope.repositories SET checksums = NULL;
+    )sql",
 };
 
 // Who else owns the schema or something in it.

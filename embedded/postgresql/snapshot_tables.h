@@ -19,6 +19,7 @@ inline constexpr std::array SNAPSHOT_TABLES{
     SnapshotTable{"descriptions", "symbol_id, signature, documentation"},
     SnapshotTable{"resolutions", "id, name"},
     SnapshotTable{"edges", "source_file_id, target_id, resolution_id, refs"},
+    SnapshotTable{"names", "symbol_id, lowered, rows"},
 };
 
 }  // namespace embedded::postgresql

@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <future>
 #include <memory>
+#include <numeric>
 #include <random>
 #include <set>
 #include <sstream>
@@ -158,7 +159,7 @@ TEST_F(Server, AnImportWaitsUntilItsRowsAreVacuumed) {
     }
     other.execute("COMMIT");
     second.get();
-    EXPECT_EQ(number(other, "SELECT count(*) FROM pg_stat_user_tables WHERE vacuum_count = 2"), 7);
+    EXPECT_EQ(number(other, "SELECT count(*) FROM pg_stat_user_tables WHERE vacuum_count = 2"), 8);
 }
 
 TEST_F(Server, OfTwoImportsIntoOneRepositoryTheSecondFailsAndOfTwoRepositoriesNone) {
@@ -247,7 +248,8 @@ TEST_F(Server, AnImportThatIsInterruptedAtItsEndDoesNotSayThatNothingWasChanged)
 
 // A row in each table, of which each column is changed, and which is removed.
 TEST_F(Server, NoticesEveryRowThatIsNotTheOneImported) {
-    constexpr std::array TABLES{"notes", "files", "languages", "symbols", "descriptions", "resolutions", "edges"};
+    constexpr std::array TABLES{"notes",        "files",       "languages", "symbols",
+                                "descriptions", "resolutions", "edges",     "names"};
     {
         const std::unique_ptr<NewIndex> made = repository()->replace();
         made->claim("");
@@ -277,7 +279,7 @@ TEST_F(Server, NoticesEveryRowThatIsNotTheOneImported) {
     while (columns.step()) {
         faults.emplace_back(columns.bytes(0), columns.bytes(1));
     }
-    EXPECT_EQ(faults.size(), TABLES.size() + 29);
+    EXPECT_EQ(faults.size(), TABLES.size() + 32);
     const std::unique_ptr<IndexConnection> reader = repository()->connect();
     EXPECT_NO_THROW(reader->read()->check());
     for (const auto& [table, fault] : faults) {
@@ -291,6 +293,8 @@ TEST_F(Server, NoticesEveryRowThatIsNotTheOneImported) {
                            " TABLE kept; DROP TABLE kept");
     }
     EXPECT_NO_THROW(reader->read()->check());
+    connection.execute("UPDATE wiki_scope.names SET rows = rows || 'x'");
+    expect_failure("find f --repository one --index postgresql:///tested", "the rows of wiki_scope.names are not");
 }
 
 TEST_F(Server, ReadsAnIndexFromBeforeThereWereChecksumsAndSaysSo) {
@@ -299,9 +303,15 @@ TEST_F(Server, ReadsAnIndexFromBeforeThereWereChecksumsAndSaysSo) {
     Connection connection(database);
     migrate(connection, 2);
     connection.execute("INSERT INTO wiki_scope.repositories(name, snapshot, made) VALUES('one', 1, now());"
-                       "INSERT INTO wiki_scope.files VALUES(1, 1, 1, 'a.ts', NULL, NULL, 0, 0)");
+                       "INSERT INTO wiki_scope.symbols VALUES(1, 1, 7, 1, '\\\\Na\\303ME', '', '', true, 1, 1, 3)");
     migrate(connection);
     const std::unique_ptr<IndexConnection> reader = repository()->connect();
+    int found = 0;
+    reader->read()->read_names("\\nA\xC3me", [&](const NameRow& row) {
+        EXPECT_EQ(std::tuple(row.declaration, row.name, row.uses), std::tuple(7, "\\Na\xC3ME", 3));
+        ++found;
+    });
+    EXPECT_EQ(found, 1);
     EXPECT_NO_THROW(reader->read()->check());
     EXPECT_FALSE(reader->read()->origin().has_checksums);
     import(3);
@@ -471,6 +481,23 @@ TEST_F(Server, ShowsNoControlCharacterAndTakesNoRepositoryNamedWithOne) {
     EXPECT_EQ(run("page a\uFFFD\uFFFD.ts --only seeds --checkout ." + of + "one").out.substr(0, 8), "## Seeds");
     expect_failure("files" + of + "two", "(there are \uFFFD\uFFFDsay, one)");
     expect_failure("import in.scip" + of + "'\n'", "\\x0a: a name with control characters; give another with");
+}
+
+TEST_F(Server, FindsEachOfManyNamesOnce) {
+    constexpr RowId MANY = 300;
+    const std::unique_ptr<NewIndex> made = repository()->replace();
+    made->claim("");
+    for (RowId id = 1; id <= MANY; ++id) {
+        made->rows().add(DeclarationRow{id, 1, "name" + std::to_string(id), "", "", true, 1, 1, 1});
+    }
+    made->complete({.declarations = MANY});
+    made->commit();
+    std::multiset<RowId> found;
+    const std::unique_ptr<IndexConnection> connection = repository()->connect();
+    connection->read()->read_names("AME", [&](const NameRow& row) { found.insert(row.declaration); });
+    std::vector<RowId> all(MANY);
+    std::iota(all.begin(), all.end(), 1);
+    EXPECT_TRUE(std::ranges::equal(found, all));
 }
 
 TEST_F(Server, ItsTablesMayBePartitionedByRepository) {
