@@ -56,8 +56,8 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnIndexFromBeingRead) {
              {changed_index("half.db", "DROP TABLE languages"),
               ": its tables and indexes are not those that an import makes; it is not a whole wiki-scope index: import "
               "the SCIP file again\n"},
-             {changed_index("wild.db", "UPDATE meta SET value = char(10, 27, 127) || 'é~'"),
-              ": an index of schema version \\x0a\\x1b\\x7fé~,"},
+             {changed_index("wild.db", "UPDATE meta SET value = char(10, 27, 127, 155, 8238) || 'é~'"),
+              ": an index of schema version \\x0a\\x1b\\x7f\\xc2\\x9b\\xe2\\x80\\xaeé~,"},
              {"cut.db", ": database disk image is malformed; it is not a whole wiki-scope index: import"},
              {"locked.db", ": database is locked; another program is using it"},
              {"loop", ": cannot be found (Too many levels"},

@@ -100,8 +100,8 @@ TEST_F(Lookup, PrintsNoCharacterThatATerminalObeys) {
         .execute(
             "UPDATE meta SET value = replace(replace(value, 'indexer', '\\u001b\\u009b'), 'a.ts', '\\u202e\\u007f')");
     for (const std::string command :
-         {"files --index index.db", "files none src/.ts --index index.db", "find f --index index.db",
-          "page src --checkout . --index index.db", "stats --index new.db"}) {
+         {"files --index index.db", "files none src/.ts \u009B\u202E --index index.db", "find f --index index.db",
+          "page src --checkout . --index index.db", "stats --index new.db", "import in.scip --index \x1B.db"}) {
         const Outcome outcome = run(command);
         const std::string said = outcome.out + outcome.err;
         EXPECT_FALSE(said.empty());

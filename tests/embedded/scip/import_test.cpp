@@ -86,6 +86,8 @@ TEST_F(ScipImport, LeavesOutPathsAndNamesWithControlCharactersAndCountsThem) {
     EXPECT_EQ(declarations(), "f function 1-1 public");
     EXPECT_EQ(report.unparsed_symbols, 1);
     EXPECT_EQ(report.unusable_documents, 4);
+    const Projects projects{{"a%1B", {ScipDocument("a.ts")}}, {"b", {ScipDocument("b.ts")}}};
+    EXPECT_EQ(import_all(projects).unusable_documents, 1);
 }
 
 TEST_F(ScipImport, LeavesOutWhatARuleExcludesOrAllOfWhichIsGenerated) {
