@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize fuzz release install install-check demo truth serve-check server-check lint bench format clean
+.PHONY: all test sanitize fuzz release install package install-check demo truth serve-check server-check lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -69,10 +69,16 @@ release:
 	cmake --preset release
 	cmake --build --preset release
 
-# Installs into a temporary prefix, and uses what is there as a user of the package would.
-install-check: release
+# A Debian package and an archive of the command, in build/release/packages.
+package: release
+	tools/install-packages package
+	cmake --build --preset release --target package
+
+# Installs into a temporary prefix, and uses what is there as a user of it would; and the packages on a bare system.
+install-check: package
 	tools/install-packages install-check
 	tools/check-install build/release
+	tools/check-packages build/release
 
 # Formatting, static analyses, and the second compiler's warnings: no findings.
 lint:

@@ -1,0 +1,20 @@
+# What `make package` makes of the command, for those who only want to use it: a Debian package that names the libraries it
+# needs, and an archive that may be unpacked anywhere.
+set(CPACK_GENERATOR DEB TGZ)
+set(CPACK_PACKAGE_NAME wiki-scope)
+set(CPACK_PACKAGE_CONTACT "the developers of ${PROJECT_NAME}")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_COMPONENTS_ALL command)
+set(CPACK_THREADS 0)
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME wiki-scope)
+set(CPACK_DEBIAN_COMMAND_FILE_NAME DEB-DEFAULT)
+set(CPACK_COMPONENT_COMMAND_DESCRIPTION ${PROJECT_DESCRIPTION})
+set(CPACK_DEBIAN_PACKAGE_SECTION devel)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+
+set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_SOURCE_DIR}/one_package.cmake)
+set(CPACK_ARCHIVE_COMMAND_FILE_NAME wiki-scope-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
+include(CPack)
