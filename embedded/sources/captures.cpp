@@ -27,10 +27,18 @@ struct CursorDeleter {
 };
 using Tree = std::unique_ptr<TSTree, TreeDeleter>;
 
-Tree parse(string_view text, const Language& language, const std::size_t& is_cancelled) {
+// How much memory parsing may take, in bytes. What people write takes up to 30 times its size, or a few megabytes; what
+// is minified takes up to 140 times.
+constexpr std::ptrdiff_t most_memory(string_view text) {
+    constexpr std::ptrdiff_t ALWAYS = 67'108'864;
+    constexpr std::ptrdiff_t FOR_EACH_BYTE = 64;
+    return ALWAYS + FOR_EACH_BYTE * std::ssize(text);
+}
+
+Tree parse(string_view text, const Language& language, const std::size_t& must_stop) {
     const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
     ts_parser_set_language(parser.get(), language.grammar());
-    ts_parser_set_cancellation_flag(parser.get(), &is_cancelled);
+    ts_parser_set_cancellation_flag(parser.get(), &must_stop);
     constexpr std::chrono::microseconds LONGEST = std::chrono::seconds(5);
     ts_parser_set_timeout_micros(parser.get(), LONGEST.count());
     return Tree(ts_parser_parse_string(parser.get(), nullptr, text.data(), static_cast<std::uint32_t>(text.size())));
@@ -58,12 +66,12 @@ std::size_t damage(const TSNode& root) {
 }
 
 // The tree of the text, or of the text mended where less of that is damaged.
-Tree best_tree(string_view text, const Language& language, const std::size_t& is_cancelled) {
-    Tree tree = parse(text, language, is_cancelled);
+Tree best_tree(string_view text, const Language& language, const std::size_t& must_stop) {
+    Tree tree = parse(text, language, must_stop);
     if (tree == nullptr || language.mend == nullptr || !ts_node_has_error(ts_tree_root_node(tree.get()))) {
         return tree;
     }
-    Tree mended = parse(language.mend(text), language, is_cancelled);
+    Tree mended = parse(language.mend(text), language, must_stop);
     const bool is_better =
         mended != nullptr && damage(ts_tree_root_node(mended.get())) < damage(ts_tree_root_node(tree.get()));
     return is_better ? std::move(mended) : std::move(tree);
@@ -302,8 +310,8 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 
 std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
     const TSQuery* const query = query_of(language);
-    const ParserMemory memory;
-    const Tree tree = best_tree(text, language, is_cancelled);
+    const ParserMemory memory(most_memory(text), is_cancelled);
+    const Tree tree = best_tree(text, language, memory.must_stop());
     if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
         return std::nullopt;
     }

@@ -73,8 +73,8 @@ struct Outline {
 inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
 
 /// Parses the text of a source file. What stands in a damaged part of it is left out. None when the text is not UTF-8,
-/// when it is larger than `LARGEST_SOURCE` or takes seconds to parse, as no source does, and when `is_cancelled`, which
-/// is read atomically all the while, becomes other than 0. May be called on several threads.
+/// when it is larger than `LARGEST_SOURCE` or takes seconds or hundreds of megabytes to parse, as no source does, and when
+/// `is_cancelled`, which is read atomically all the while, becomes other than 0. May be called on several threads.
 std::optional<Outline> outline_of(std::string_view text, const Language& language, const std::size_t& is_cancelled);
 
 /// The same for the file at `path`, in the language that `language_of` gives; none where it gives none. A header without

@@ -2,6 +2,7 @@
 
 #include <tree_sitter/api.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -16,11 +17,15 @@ namespace {
 struct alignas(std::max_align_t) Header {
     Header* before;
     Header* behind;
-    std::uint64_t mark;  // while the block is in use, `mark_of` its address
+    std::uint64_t mark;   // while the block is in use, `mark_of` its address
+    std::ptrdiff_t size;  // with this header
 };
 
-// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the parser's functions take no context
+// The parser's functions take no context.
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
 thread_local Header* ring = nullptr;
+thread_local ParserMemory* current = nullptr;
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 // What the header of the block at an address says; by chance no other eight bytes do.
 std::uint64_t mark_of(const void* block) {
@@ -32,7 +37,14 @@ Header* header_of(void* block) {
     return static_cast<Header*>(block) - 1;
 }
 
+void count(std::ptrdiff_t bytes) {
+    if (current != nullptr) {
+        current->count(bytes);
+    }
+}
+
 void insert(Header* header) {
+    count(header->size);
     header->before = header->behind = header;
     if (ring != nullptr) {
         header->before = ring;
@@ -43,22 +55,26 @@ void insert(Header* header) {
 }
 
 void remove(const Header* header) {
+    count(-header->size);
     header->before->behind = header->behind;
     header->behind->before = header->before;
 }
 
-void* as_block(void* memory) {
+// The block in memory of so many bytes.
+void* as_block(void* memory, std::size_t size) {
     if (memory == nullptr) {
         std::abort();  // the parser could not go on either
     }
     auto* const header = static_cast<Header*>(memory);
+    header->size = static_cast<std::ptrdiff_t>(size);
     insert(header);
     header->mark = mark_of(header + 1);
     return header + 1;
 }
 
 void* allocate(std::size_t size) {
-    return as_block(std::malloc(sizeof(Header) + size));  // NOLINT(*-no-malloc)
+    size += sizeof(Header);
+    return as_block(std::malloc(size), size);  // NOLINT(*-no-malloc)
 }
 
 void* allocate_zeros(std::size_t count, std::size_t size) {
@@ -72,7 +88,8 @@ void* reallocate(void* block, std::size_t size) {
         return allocate(size);
     }
     remove(header_of(block));
-    return as_block(std::realloc(header_of(block), sizeof(Header) + size));  // NOLINT(*-no-malloc)
+    size += sizeof(Header);
+    return as_block(std::realloc(header_of(block), size), size);  // NOLINT(*-no-malloc)
 }
 
 void release(void* block) {
@@ -85,15 +102,27 @@ void release(void* block) {
 
 }  // namespace
 
-ParserMemory::ParserMemory() {
+ParserMemory::ParserMemory(std::ptrdiff_t most, const std::size_t& is_cancelled)
+    : most_(most), is_cancelled_(is_cancelled) {
+    current = this;
     ring = header_of(allocate(0));
 }
 
 ParserMemory::~ParserMemory() {
+    current = nullptr;
     for (Header* header = ring->behind; header != ring;) {
         std::free(std::exchange(header, header->behind));  // NOLINT(*-no-malloc)
     }
     std::free(std::exchange(ring, nullptr));  // NOLINT(*-no-malloc)
+}
+
+void ParserMemory::count(std::ptrdiff_t bytes) {
+    used_ += bytes;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): there is no atomic_ref to what is const
+    const std::atomic_ref<std::size_t> is_cancelled(const_cast<std::size_t&>(is_cancelled_));
+    if (used_ > most_ || is_cancelled.load(std::memory_order_relaxed) != 0) {
+        must_stop_ = 1;
+    }
 }
 
 void ParserMemory::set_up() {

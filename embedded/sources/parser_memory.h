@@ -16,7 +16,7 @@ namespace embedded::sources {
 class ParserMemory {
   public:
     /// `most` is in bytes; `is_cancelled` must outlive the object.
-    ParserMemory(std::size_t most, const std::size_t& is_cancelled);
+    ParserMemory(std::ptrdiff_t most, const std::size_t& is_cancelled);
     ~ParserMemory();
     ParserMemory(const ParserMemory&) = delete;
     ParserMemory& operator=(const ParserMemory&) = delete;
@@ -25,15 +25,16 @@ class ParserMemory {
     /// or `is_cancelled`, which it reads atomically, other than 0.
     [[nodiscard]] const std::size_t& must_stop() const { return must_stop_; }
 
+    /// Counts bytes that the parser has come to use or, below 0, has given back.
+    void count(std::ptrdiff_t bytes);
+
     /// Has the parser allocate so, from now on. To be called before anything else of it.
     static void set_up();
 
   private:
-    friend class ParserBlocks;
-
-    std::size_t most_;
+    const std::ptrdiff_t most_;
     const std::size_t& is_cancelled_;
-    std::size_t used_ = 0;
+    std::ptrdiff_t used_ = 0;
     std::size_t must_stop_ = 0;
 };
 

@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace embedded::sources {
 namespace {
 
@@ -294,6 +298,23 @@ TEST(Outline, DamageCostsNoMoreThanItsPart) {
     EXPECT_FALSE(outline_of(decorators, language, never));
     EXPECT_EQ(outline_of("\xEF\xBB\xBFlet a\r\nlet b\r\n", language, never)->line_count, 2);
     EXPECT_EQ(outline("a.py", "").line_count, 1);
+}
+
+TEST(Outline, ATextThatWasMadeToTakeMemoryTakesNoMoreThanASourceDoes) {
+    std::string text;
+    for (int count = 0; count < 500'000; ++count) {
+        text += "a<";
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        const std::size_t never = 0;
+        _exit(outline_of(text, *language_of("", "a.ts"), never) ? 1 : 0);
+    }
+    int status = 0;
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
+    EXPECT_EQ(status, 0);
+    EXPECT_LT(usage.ru_maxrss, 600'000);  // kilobytes; the parser alone would take 2 GB
 }
 
 }  // namespace
