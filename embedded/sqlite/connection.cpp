@@ -5,6 +5,8 @@
 #include <sqlite3.h>
 
 #include <filesystem>
+#include <limits>
+#include <system_error>
 #include <utility>
 
 namespace embedded {
@@ -33,6 +35,20 @@ std::string_view advice(int code) {
     }
 }
 
+// What a statement costs is counted in instructions of SQLite's machine, and as many for each byte that it gives. A row
+// has 6 bytes at least, and costs 30 instructions at most, as does an element of a list that is bound: 2 bytes.
+constexpr int PERIOD = 10'000;  // instructions, some milliseconds
+constexpr std::int64_t LEAST_LIMIT = 10'000'000;
+constexpr std::int64_t MOST_STEPS_PER_BYTE = 20;
+constexpr std::int64_t STEPS_PER_GIVEN_BYTE = 10;
+constexpr std::int64_t UNLIMITED = std::numeric_limits<std::int64_t>::max();
+
+std::int64_t most_steps(const std::string& path) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    return error || size == 0 ? UNLIMITED : LEAST_LIMIT + static_cast<std::int64_t>(size) * MOST_STEPS_PER_BYTE;
+}
+
 // SQLite gives some relative paths another meaning.
 std::string literal(const std::string& path) {
     return std::filesystem::path(path).is_absolute() ? path : "./" + path;
@@ -55,7 +71,7 @@ void Connection::Closer::operator()(sqlite3* handle) const {
     sqlite3_close(handle);
 }
 
-Connection::Connection(const std::string& path, Mode mode) : path_(path) {
+Connection::Connection(const std::string& path, Mode mode) : path_(path), most_steps_(most_steps(path)) {
     const int flags = mode == Mode::READ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     sqlite3* handle = nullptr;
     const char* const vfs = mode == Mode::READ ? checking_vfs() : nullptr;
@@ -66,6 +82,7 @@ Connection::Connection(const std::string& path, Mode mode) : path_(path) {
         fail(code);
     }
     distrust(mode);
+    follow_progress();
     constexpr int PATIENCE = 2000;  // milliseconds, while another process holds the file
     sqlite3_busy_timeout(handle, PATIENCE);
     execute("PRAGMA cell_size_check = ON");  // notices more of what is damaged, at hardly any cost
@@ -86,31 +103,55 @@ void Connection::distrust(Mode mode) const {
 }
 
 void Connection::execute(const std::string& sql) const {
+    begin_statement();
     if (const int code = sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr); code != SQLITE_OK) {
         fail(code);
     }
 }
 
 void Connection::watch(std::function<void()> look) {
-    watch_ = std::make_unique<Watch>(Watch{std::move(look), nullptr});
+    progress_->look = std::move(look);
+}
+
+void Connection::follow_progress() const {
     // No exception may pass through SQLite, which is C.
-    const auto goes_wrong = [](void* context) -> int {
-        Watch& watch = *static_cast<Watch*>(context);
+    const auto is_to_end = [](void* context) -> int {
+        Progress& progress = *static_cast<Progress*>(context);
+        progress.steps_left -= PERIOD;
         try {
-            watch.look();
-            return 0;
+            progress.look();
+            return progress.steps_left < 0 ? 1 : 0;
         } catch (...) {
-            watch.thrown = std::current_exception();
+            progress.thrown = std::current_exception();
             return 1;
         }
     };
-    constexpr int PERIOD = 10'000;  // instructions of SQLite's machine
-    sqlite3_progress_handler(handle(), PERIOD, goes_wrong, watch_.get());
+    sqlite3_progress_handler(handle(), PERIOD, is_to_end, progress_.get());
+}
+
+void Connection::begin_statement() const {
+    progress_->steps_left = most_steps_;
+}
+
+void Connection::allow_for(std::size_t bound_bytes) const {
+    if (most_steps_ != UNLIMITED) {
+        progress_->steps_left += static_cast<std::int64_t>(bound_bytes) * MOST_STEPS_PER_BYTE;
+    }
+}
+
+void Connection::count(std::size_t given_bytes) const {
+    progress_->steps_left -= static_cast<std::int64_t>(given_bytes) * STEPS_PER_GIVEN_BYTE;
+    if (progress_->steps_left < 0) {
+        fail(SQLITE_INTERRUPT);
+    }
 }
 
 void Connection::fail(int code) const {
-    if (watch_ != nullptr && watch_->thrown != nullptr) {
-        std::rethrow_exception(std::exchange(watch_->thrown, nullptr));
+    if (progress_->thrown != nullptr) {
+        std::rethrow_exception(std::exchange(progress_->thrown, nullptr));
+    }
+    if (progress_->steps_left < 0) {
+        throw SqliteError(path_, "damaged: what it holds does not end", SQLITE_CORRUPT);
     }
     if (code == SQLITE_IOERR_DATA) {
         throw SqliteError(path_, "damaged, or changed by another program", SQLITE_CORRUPT);
@@ -125,6 +166,7 @@ void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
 }
 
 Statement::Statement(const Connection& connection, std::string_view sql) : connection_(connection) {
+    connection.begin_statement();
     sqlite3_stmt* statement = nullptr;
     const int code =
         sqlite3_prepare_v2(connection.handle(), sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
@@ -135,6 +177,7 @@ Statement::Statement(const Connection& connection, std::string_view sql) : conne
 }
 
 void Statement::bind(int parameter, std::string_view text) {
+    connection_.allow_for(text.size());
     // An empty view may have no address, which SQLite would take for NULL.
     const char* characters = text.empty() ? "" : text.data();
     const int code =
@@ -191,6 +234,7 @@ std::string_view Statement::text(int column) const {
     // The address must be asked for first: it may convert the value, and so set the size.
     const void* address = sqlite3_column_text(statement_.get(), column);
     const int size = sqlite3_column_bytes(statement_.get(), column);
+    connection_.count(size);
     return {static_cast<const char*>(address), static_cast<std::size_t>(size)};
 }
 

@@ -3,6 +3,7 @@
 
 #include "embedded/index/index_error.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -34,6 +35,9 @@ class SqliteError : public IndexError {
 };
 
 /// A connection to one database file. Every function throws `SqliteError`.
+///
+/// No statement costs more than the size of the file explains: one that does reads a crafted file, as one whose pages lead
+/// back to themselves, and ends as of a damaged one. A file that is empty at first is being made, and has no such limit.
 class Connection {
   public:
     enum class Mode { READ, CREATE };
@@ -49,6 +53,13 @@ class Connection {
     /// out of the function that ran it.
     void watch(std::function<void()> look);
 
+    /// Begins to count what a statement costs.
+    void begin_statement() const;
+    /// Lets the statement cost more, for what is bound to it.
+    void allow_for(std::size_t bound_bytes) const;
+    /// Counts what the statement has given.
+    void count(std::size_t given_bytes) const;
+
     /// Throws what SQLite last said of this connection, for the result code `code`, or what a watch has thrown.
     [[noreturn]] void fail(int code) const;
 
@@ -59,14 +70,17 @@ class Connection {
     struct Closer {
         void operator()(sqlite3* handle) const;
     };
-    struct Watch {
-        std::function<void()> look;
-        std::exception_ptr thrown;
+    struct Progress {
+        std::function<void()> look = [] {};
+        std::exception_ptr thrown = nullptr;
+        std::int64_t steps_left = 0;
     };
     void distrust(Mode mode) const;
+    void follow_progress() const;
 
     std::string path_;
-    std::unique_ptr<Watch> watch_;
+    std::int64_t most_steps_;
+    std::unique_ptr<Progress> progress_ = std::make_unique<Progress>();
     std::unique_ptr<sqlite3, Closer> handle_;
 };
 

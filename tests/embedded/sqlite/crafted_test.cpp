@@ -77,5 +77,44 @@ TEST_F(CraftedIndex, HasNoValueThatFillsTheMemory) {
     EXPECT_THROW(connection.execute("SELECT hex(zeroblob(900000000))"), SqliteError);
 }
 
+// A page of a table's tree of which all children are one page.
+std::string page_above(std::size_t child) {
+    constexpr std::size_t SIZE = 4096;
+    constexpr int CHILDREN = 600;
+    const std::string number{static_cast<char>(child >> 24U), static_cast<char>(child >> 16U),
+                             static_cast<char>(child >> 8U), static_cast<char>(child)};
+    const std::string the_child = number + '\1';
+    const std::size_t place = SIZE - the_child.size();
+    const std::string short_place{static_cast<char>(place >> 8U), static_cast<char>(place)};
+    std::string page = std::string("\5\0\0", 3) + static_cast<char>(CHILDREN >> 8) + static_cast<char>(CHILDREN & 0xFF);
+    page += short_place + '\0' + number;
+    for (int pointer = 0; pointer < CHILDREN; ++pointer) {
+        page += short_place;
+    }
+    page.resize(place);
+    return page + the_child;
+}
+
+TEST_F(CraftedIndex, HasNoTreeWhosePagesAreReadOverAndOver) {
+    std::int64_t root = 0;
+    {
+        const Connection connection(index, Connection::Mode::CREATE);
+        Statement place(connection, "SELECT rootpage FROM sqlite_schema WHERE name = 'resolutions'");
+        place.step();
+        root = place.integer(0);
+    }
+    constexpr std::size_t SIZE = 4096;
+    std::string bytes = folder.read("index.db");
+    const std::size_t pages = bytes.size() / SIZE;
+    bytes += bytes.substr((root - 1) * SIZE, SIZE);
+    for (std::size_t level = 1; level < 6; ++level) {
+        bytes += page_above(pages + level);
+    }
+    bytes.replace((root - 1) * SIZE, SIZE, page_above(pages + 6));
+    bytes[31] = static_cast<char>(pages + 6);  // how many pages there are
+    folder.write("index.db", bytes);
+    expect_refusal("page a.ts --checkout . --index index.db", "damaged: what it holds does not end", "pages");
+}
+
 }  // namespace
 }  // namespace embedded

@@ -29,6 +29,26 @@ TEST(ConnectionWatch, EndsALongStatementWithWhatItThrows) {
     EXPECT_THROW(connection.execute("SELECT * FROM nothing"), SqliteError);
 }
 
+TEST(ConnectionLimit, EndsAStatementThatCostsMoreThanTheFileAndItsParametersExplain) {
+    const TemporaryFolder folder;
+    Connection(folder / "a.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
+    const Connection connection(folder / "a.db", Connection::Mode::READ);
+    const std::string endless = "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) ";
+    EXPECT_THROW(connection.execute(endless + "SELECT count(*) FROM n"), SqliteError);
+    Statement texts(connection, endless + "SELECT CAST(zeroblob(100000) AS TEXT) FROM n");
+    const auto read_texts = [&] {
+        for (int row = 0; row < 100; ++row) {
+            texts.step();
+            EXPECT_EQ(texts.text(0).size(), 100'000U);
+        }
+    };
+    EXPECT_THROW(read_texts(), SqliteError);
+    Statement list(connection, "SELECT count(*) FROM json_each(?1) WHERE value || key || value || key <> ''");
+    list.bind(1, bound_list(Paths(2'000'000, "a")));
+    list.step();
+    EXPECT_EQ(list.integer(0), 2'000'000);
+}
+
 TEST(BoundRanges, AreTheRunsOfTheIntegers) {
     EXPECT_EQ(bound_ranges({7, 3, 1, 2, 2, 9}), "[[1,3],[7,7],[9,9]]");
     EXPECT_EQ(bound_ranges({}), "[]");
