@@ -34,6 +34,7 @@ class Shown {
     }
     Shown(const Shown&) = delete;
     Shown& operator=(const Shown&) = delete;
+    ~Shown() = default;
 
     operator std::string_view() const { return text_; }
 
