@@ -1,5 +1,6 @@
 #include "embedded/scip/description.h"
 
+#include "embedded/scip/symbol.h"
 #include "embedded/text/control_characters.h"
 
 namespace embedded::scip {
@@ -29,7 +30,8 @@ void Description::add(const SymbolInformation& information, TextSpool& spool) {
     if (!may_declare(information.symbol)) {
         return;
     }
-    if (display_name.empty() && !has_control_character(information.display_name)) {
+    if (display_name.empty() && information.display_name.size() <= LONGEST_SYMBOL &&
+        !has_control_character(information.display_name)) {
         display_name = information.display_name;
     }
     const Explanation explanation = explanation_of(information);

@@ -42,9 +42,10 @@ struct ImportReport {
     std::map<std::string, std::int64_t> declarations_by_kind;
     std::map<std::string, EdgeCount> edges_by_resolution;
 
-    std::int64_t unparsed_symbols = 0;  ///< passed over: distinct ones that do not parse, or hold control characters
-    std::int64_t unusable_documents =
-        0;  ///< passed over for their path: empty, absolute, with ".." or control characters
+    /// Distinct symbols that are passed over: they do not parse, hold control characters, or are too long.
+    std::int64_t unparsed_symbols = 0;
+    /// Documents that are passed over for their path: empty, absolute, too long, with ".." or control characters.
+    std::int64_t unusable_documents = 0;
     std::int64_t unusable_definitions = 0;  ///< passed over for want of a range
 
     std::int64_t misnamed_references = 0;      ///< left out: the source has another name than the one that is stated

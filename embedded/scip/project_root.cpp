@@ -50,6 +50,10 @@ fs::path common_folder(const fs::path& one, const fs::path& other) {
 }
 
 bool is_usable(std::string_view path) {
+    constexpr std::size_t LONGEST = 4096;  // bytes of what a system opens
+    if (path.size() > LONGEST) {
+        return false;
+    }
     const std::string framed = "/" + std::string(path) + "/";
     return !path.empty() && path.front() != '/' && !has_control_character(path) &&
            framed.find("/../") == std::string::npos;

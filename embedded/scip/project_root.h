@@ -33,7 +33,8 @@ struct Repository {
 Repository repository_of(std::span<const std::string> project_roots, const std::optional<std::string>& checkout);
 
 /// The path in the repository of a file that has this path in the project in `folder`. None when it leads out of the
-/// repository, is empty or absolute, has a segment ".." other than in front, or holds control characters.
+/// repository, is empty or absolute, has a segment ".." other than in front, holds control characters, or has more than
+/// 4096 bytes.
 std::optional<std::string> path_in_repository(std::string_view folder, std::string_view path);
 
 }  // namespace embedded::scip

@@ -153,7 +153,7 @@ std::optional<Symbol> parse_symbol(std::string_view symbol) {
     const auto manager = scheme ? take_part(rest) : std::nullopt;
     const auto package = manager ? take_part(rest) : std::nullopt;
     const auto version = package ? take_part(rest) : std::nullopt;
-    if (!version) {
+    if (!version || symbol.size() > LONGEST_SYMBOL) {
         return std::nullopt;
     }
     const auto before_rest = [&] { return symbol.substr(0, symbol.size() - rest.size()); };

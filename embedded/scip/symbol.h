@@ -10,6 +10,7 @@
 // names: here two namespaces, a type and a method.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -49,7 +50,10 @@ struct Symbol {
 /// Whether the symbol is local to its document.
 bool is_local(std::string_view symbol);
 
-/// The parts of a global symbol; none when the string does not parse. A variable that scip-python names twice has one
+/// In bytes. No indexer writes longer symbols or names; every text that is made of one takes its size again.
+inline constexpr std::size_t LONGEST_SYMBOL = 65'536;
+
+/// The parts of a global symbol; none when the string does not parse or is longer than `LONGEST_SYMBOL`. A variable that scip-python names twice has one
 /// descriptor. Every byte of a character beyond ASCII is taken
 /// for a letter.
 std::optional<Symbol> parse_symbol(std::string_view symbol);

@@ -29,6 +29,7 @@ std::optional<SymbolNumber> SymbolTable::number(std::string_view symbol) {
     if (is_local(symbol)) {
         return LOCAL_SYMBOL;
     }
+    symbol = symbol.substr(0, LONGEST_SYMBOL + 1);  // enough to tell that it is too long
     if (const auto known = numbers_.find(symbol); known != numbers_.end()) {
         return known->second;
     }

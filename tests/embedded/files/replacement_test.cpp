@@ -56,7 +56,9 @@ TEST_F(ImportIntoFile, OneThatIsInterruptedOrKilledAtAnyPointLeavesTheOldIndex) 
 
 TEST_F(ImportIntoFile, AFullDiskLeavesTheOldIndexAndSaysSo) {
     const std::string old = import_old();
-    const std::string scip = folder.write("in.scip", scip_file({ScipDocument(std::string(100'000, 'a')).defines(F)}));
+    const std::string name(60'000, 'a');
+    const std::string scip = folder.write(
+        "in.scip", scip_file({ScipDocument("a.ts").defines(symbol(name + "#")).defines(symbol(name + "."))}));
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit small{150'000, before.rlim_max};

@@ -1,6 +1,7 @@
 // What an import makes of documents, and what it says of what is no SCIP file.
 
 #include "embedded/scip/report_json.h"
+#include "embedded/scip/symbol.h"
 #include "tests/embedded/scip/import_fixture.h"
 
 #include <algorithm>
@@ -122,6 +123,22 @@ TEST_F(ScipImport, WhatTheLibraryItselfImportsIsNoTestWhateverItsFolderUnlessARu
         .scip_paths = {folder.write("in.scip", scip_file(documents))}, .checkout = {}, .tests = {{"src/test/", true}}};
     EXPECT_EQ(import_as(request).misnamed_tests.count, 0);
     EXPECT_EQ(rows(uses), "g 0; f 1");
+}
+
+TEST_F(ScipImport, LeavesOutNamesAndPathsThatAreTooLong) {
+    const std::string longest = symbol(std::string(LONGEST_SYMBOL - symbol("#").size(), 'a') + "#");
+    const ImportReport report = import({ScipDocument("a.ts")
+                                            .defines(longest)
+                                            .defines(symbol(std::string(LONGEST_SYMBOL, 'a') + "#"))
+                                            .defines(symbol(std::string(LONGEST_SYMBOL, 'a') + "b#"))
+                                            .defines(F)
+                                            .describes(F, {.display_name = std::string(LONGEST_SYMBOL + 1, 'a')}),
+                                        ScipDocument(std::string(4096, 'b')), ScipDocument(std::string(4097, 'c'))});
+    EXPECT_EQ(rows("SELECT length(fqn) || ' ' || substr(name, 1, 1) AS row FROM symbols ORDER BY name"),
+              std::to_string(LONGEST_SYMBOL - symbol("#").size()) + " a; 1 f");
+    EXPECT_EQ(report.unparsed_symbols, 1);
+    EXPECT_EQ(report.files, 2);
+    EXPECT_EQ(report.unusable_documents, 1);
 }
 
 TEST_F(ScipImport, EachFailureSaysWhatIsWrongAndLeavesTheOldIndex) {
