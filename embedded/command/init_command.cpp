@@ -16,11 +16,19 @@ namespace embedded {
 
 namespace {
 
-void prepare(const std::string& place) {
+struct InitArguments {
+    std::string place;
+    Rights rights;
+};
+
+void require_server(const std::string& place) {
     if (!is_server(place)) {
         throw CLI::ValidationError("--index", "init prepares a database, as postgresql://host/database; a file needs "
                                               "no preparation");
     }
+}
+
+void prepare(const std::string& place) {
     const std::unique_ptr<Index> index = index_at(place);
     try {
         const Preparation made = prepare_server(place);
@@ -39,11 +47,31 @@ void prepare(const std::string& place) {
 }  // namespace
 
 void add_init_command(CLI::App& app) {
-    const auto place = std::make_shared<std::string>();
+    const auto arguments = std::make_shared<InitArguments>();
+    const auto problem_of = [](const std::string& name) { return name.empty() ? "an empty name" : ""; };
     CLI::App& init = *app.add_subcommand("init", "Prepare a PostgreSQL database for indexes, or bring it up to date");
-    add_file_option(init, "--index", *place, "The address of the database: postgresql://host/database")
+    add_file_option(init, "--index", arguments->place, "The address of the database: postgresql://host/database")
         ->type_name("ADDRESS");
-    init.callback([place] { prepare(*place); });
+    CLI::Option* const grants =
+        init.add_option("--grants", arguments->rights.role,
+                        "Prepares nothing, but prints the SQL that gives this role what it needs to read, and no more; "
+                        "public for every role")
+            ->type_name("ROLE")
+            ->check(problem_of);
+    init.add_flag("--may-import", arguments->rights.may_import, "With --grants: to import, too")->needs(grants);
+    init.add_option("--repository", arguments->rights.repository,
+                    "With --grants: of this repository alone, by row-level security")
+        ->type_name("NAME")
+        ->needs(grants)
+        ->check(problem_of);
+    init.callback([arguments] {
+        require_server(arguments->place);
+        if (arguments->rights.role.empty()) {
+            prepare(arguments->place);
+        } else {
+            print([&](std::ostream& out) { out << grants_for(arguments->rights); });
+        }
+    });
 }
 
 }  // namespace embedded

@@ -16,6 +16,10 @@ std::unique_ptr<Index> server_index(const std::string& /*address*/, const std::s
     throw knows_none();
 }
 
+std::string grants_for(const Rights& /*rights*/) {
+    throw knows_none();
+}
+
 Preparation prepare_server(const std::string& /*address*/) {
     throw knows_none();
 }

@@ -24,4 +24,14 @@ struct Preparation {
 /// `IndexError`, and `UnusableIndex` when they are newer.
 Preparation prepare_server(const std::string& address);
 
+/// What a role may do with the indexes of a server.
+struct Rights {
+    std::string role;  ///< "public" for every role
+    bool may_import = false;
+    std::string repository = {};  ///< the only one that it may read and import; empty for all
+};
+
+/// The statements by which who has prepared a database gives these rights. Throws when this program knows no servers.
+std::string grants_for(const Rights& rights);
+
 }  // namespace embedded

@@ -23,12 +23,6 @@ constexpr const char* SLOWER = "pages take longer until autovacuum has passed, o
 constexpr const char* MODE = "ISOLATION LEVEL READ COMMITTED";  // else imports of others might be in its way
 constexpr const char* PATIENT = "SET LOCAL idle_in_transaction_session_timeout = 0";
 
-// Rows of one of the tables that belong to the repository, and to a snapshot of which the condition holds.
-std::string rows_where(std::string_view table, std::int64_t repository, const std::string& of_snapshot) {
-    return " FROM wiki_scope." + std::string(table) + " WHERE repository = " + std::to_string(repository) +
-           " AND snapshot " + of_snapshot;
-}
-
 }  // namespace
 
 NewPostgresqlIndex::NewPostgresqlIndex(const Address& address, std::string repository, Look look)
@@ -90,27 +84,30 @@ bool NewPostgresqlIndex::find_repository() {
 
 // What an import that was killed, or anybody else, has left under the number of a snapshot yet to come.
 void NewPostgresqlIndex::remove_leftovers() {
-    const std::string is_to_come = "> " + std::to_string(current_);
+    std::string any = "SELECT 1 WHERE false";
     for (const SnapshotTable& table : SNAPSHOT_TABLES) {
-        Rows left(connection_, "SELECT 1" + rows_where(table.name, repository_id_, is_to_come) + " LIMIT 1", {});
-        bool is_left = false;
-        while (left.step()) {
-            is_left = true;
-        }
-        if (is_left) {
-            connection_.execute("DELETE" + rows_where(table.name, repository_id_, is_to_come));
-        }
+        any += " OR EXISTS(SELECT FROM wiki_scope." + std::string(table.name) +
+               " WHERE repository = $1 AND snapshot > $2)";
+    }
+    Rows left(connection_, any, Parameters().integer(repository_id_).integer(current_));
+    if (left.step()) {
+        left.step();
+        remove_other_snapshots();
     }
 }
 
 void NewPostgresqlIndex::remove_superseded() {
     // What is not on the disk yet when power is lost goes with the next.
     connection_.begin(MODE, "SET LOCAL synchronous_commit = off");
-    std::string statements;
-    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
-        statements += "DELETE" + rows_where(table.name, repository_id_, "< " + std::to_string(current_)) + ";";
+    if (!holder_unless_locked(connection_, repository_id_)) {  // else the next import has begun, and does it
+        remove_other_snapshots();
     }
-    connection_.execute(statements + "COMMIT");
+    connection_.execute("COMMIT");
+}
+
+void NewPostgresqlIndex::remove_other_snapshots() {
+    connection_.execute("SELECT wiki_scope.remove_other_snapshots($1::pg_catalog.int4)",
+                        Parameters().integer(repository_id_));
 }
 
 // Indexes alone answer for rows that a vacuum has seen. What is left to autovacuum slows pages down for minutes, twice:

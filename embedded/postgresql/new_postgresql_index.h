@@ -40,6 +40,8 @@ class NewPostgresqlIndex : public NewIndex {
     bool find_repository();
     void remove_leftovers();
     void remove_superseded();
+    /// The repository must be locked.
+    void remove_other_snapshots();
     /// Has pages read the new rows at less cost, if the server allows that.
     void vacuum();
 

@@ -3,6 +3,7 @@
 #include "embedded/index/sanitized_database.h"
 #include "embedded/index/server_index.h"
 #include "embedded/postgresql/connection.h"
+#include "embedded/postgresql/grants.h"
 #include "embedded/postgresql/new_postgresql_index.h"
 #include "embedded/postgresql/postgresql_database.h"
 #include "embedded/postgresql/schema.h"
@@ -49,6 +50,10 @@ std::unique_ptr<NewIndex> PostgresqlIndex::replace(Look look) const {
 
 std::unique_ptr<Index> server_index(const std::string& address, const std::string& repository) {
     return std::make_unique<postgresql::PostgresqlIndex>(postgresql::Address(address), repository);
+}
+
+std::string grants_for(const Rights& rights) {
+    return postgresql::grants(rights);
 }
 
 Preparation prepare_server(const std::string& address) {

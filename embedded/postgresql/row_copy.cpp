@@ -6,6 +6,9 @@ namespace embedded::postgresql {
 
 namespace {
 
+// What the names of staging tables begin with.
+const std::string STAGE = "pg_temp.wiki_scope_";
+
 // A value of a row behind its length in bytes.
 
 void append_value(std::string& row, std::int32_t integer) {
@@ -41,7 +44,25 @@ void append_value(std::string& row, const std::optional<Value>& value) {
 
 RowCopy::RowCopy(Connection& connection, std::int64_t repository, std::int64_t snapshot)
     : connection_(connection), repository_(static_cast<std::int32_t>(repository)),
-      snapshot_(static_cast<std::int32_t>(snapshot)) {}
+      snapshot_(static_cast<std::int32_t>(snapshot)) {
+    stage();
+}
+
+void RowCopy::stage() {
+    std::string any = "SELECT 1 WHERE false";
+    std::string make;
+    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
+        const std::string name(table.name);
+        any += " OR pg_catalog.row_security_active('wiki_scope." + name + "')";
+        make += "CREATE TEMPORARY TABLE " + STAGE + name + "(LIKE wiki_scope." + name + ") ON COMMIT DROP;";
+    }
+    Rows guarded(connection_, any, {});
+    is_staged_ = guarded.step();
+    if (is_staged_) {
+        guarded.step();
+        connection_.execute(make);
+    }
+}
 
 template <class... Values>
 void RowCopy::append(Table table, const Values&... values) {
@@ -66,8 +87,8 @@ void RowCopy::copy(std::size_t table) {
     if (collected.rows.empty()) {
         return;
     }
-    connection_.begin_copy("COPY wiki_scope." + std::string(name) + "(repository, snapshot, " + std::string(columns) +
-                           ") FROM STDIN (FORMAT binary)");
+    connection_.begin_copy("COPY " + (is_staged_ ? STAGE : "wiki_scope.") + std::string(name) +
+                           "(repository, snapshot, " + std::string(columns) + ") FROM STDIN (FORMAT binary)");
     connection_.put(HEAD);
     connection_.put(collected.rows);
     connection_.put(END);
@@ -87,6 +108,11 @@ void RowCopy::finish() {
     append_names();
     for (std::size_t table = 0; table < tables_.size(); ++table) {
         copy(table);
+        if (is_staged_) {
+            const std::string name(SNAPSHOT_TABLES.at(table).name);
+            tables_.at(table).copied =
+                connection_.execute("INSERT INTO wiki_scope." + name + " SELECT * FROM " + STAGE + name, Parameters());
+        }
     }
 }
 

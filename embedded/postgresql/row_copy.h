@@ -18,7 +18,8 @@
 namespace embedded::postgresql {
 
 /// Copies rows into a snapshot of a repository, in binary form. Rows of a table are collected until they are worth a
-/// statement of their own, since rows of several tables come in turns. The connection must outlive it.
+/// statement of their own, since rows of several tables come in turns. Where policies guard the tables, which the server
+/// does not copy into, rows go through staging tables of the transaction's own. The connection must outlive it.
 class RowCopy : public RowWriter {
   public:
     RowCopy(Connection& connection, std::int64_t repository, std::int64_t snapshot);
@@ -56,12 +57,15 @@ class RowCopy : public RowWriter {
     void append(Table table, const Values&... values);
     void copy(std::size_t table);
     void append_names();
+    /// Makes the staging tables if policies guard any of the tables.
+    void stage();
 
     Connection& connection_;
     const std::int32_t repository_;
     const std::int32_t snapshot_;
     std::array<Collected, SNAPSHOT_TABLES.size()> tables_;
     NameBlock names_;  // that are not appended yet
+    bool is_staged_ = false;
     std::int64_t languages_ = 0;
     std::int64_t size_ = 0;
 };

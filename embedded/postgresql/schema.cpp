@@ -103,6 +103,29 @@ constexpr std::array MIGRATIONS{
             FROM wiki_scope.symbols GROUP BY repository, snapshot, id / 30;
         UPDATE wiki_scope.repositories SET checksums = NULL;
     )sql",
+    // How an import removes rows without the right to, with which it could lock tables and so hold off their readers. Who
+    // has the row of a repository locked may change it.
+    R"sql(
+        CREATE FUNCTION wiki_scope.remove_other_snapshots(integer) RETURNS void
+        LANGUAGE plpgsql SECURITY DEFINER SET search_path = pg_catalog, pg_temp AS $$
+        DECLARE
+            current_one integer;
+            snapshot_table text;
+        BEGIN
+            SELECT snapshot INTO current_one FROM wiki_scope.repositories
+            WHERE repository = $1 AND xmax = pg_current_xact_id()::xid;
+            IF NOT FOUND THEN
+                RAISE 'the row of repository % is not locked', $1;
+            END IF;
+            FOREACH snapshot_table IN ARRAY
+                ARRAY['notes', 'files', 'languages', 'symbols', 'descriptions', 'resolutions', 'edges', 'names']
+            LOOP
+                EXECUTE format('DELETE FROM wiki_scope.%I WHERE repository = $1 AND snapshot <> $2', snapshot_table)
+                USING $1, current_one;
+            END LOOP;
+        END $$;
+        REVOKE EXECUTE ON FUNCTION wiki_scope.remove_other_snapshots FROM PUBLIC;
+    )sql",
 };
 
 // Who else owns the schema or something in it.

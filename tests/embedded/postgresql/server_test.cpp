@@ -57,35 +57,6 @@ TEST_F(Server, IsPreparedInVersionsAlsoByTwoAtOnceAndNeverTakenBack) {
     expect_failure("init --index postgresql:///tested", "version 99 of the schema");
 }
 
-TEST_F(Server, ReadsWithSelectAloneAndImportsWithRowsAlone) {
-    Connection connection(database);
-    connection.execute("DROP ROLE IF EXISTS reader; DROP ROLE IF EXISTS writer; DROP ROLE IF EXISTS stranger;"
-                       "CREATE ROLE reader LOGIN; CREATE ROLE writer LOGIN; CREATE ROLE stranger LOGIN;"
-                       "GRANT USAGE ON SCHEMA wiki_scope TO reader, writer;"
-                       "GRANT SELECT ON ALL TABLES IN SCHEMA wiki_scope TO reader;"
-                       "GRANT SELECT, INSERT, UPDATE, DELETE ON ALL TABLES IN SCHEMA wiki_scope TO writer");
-    folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F)}));
-    folder.write("a.ts", "function f() {}\n");
-    const std::string import = "import in.scip --repository one --index postgresql://";
-    expect_failure(import + "reader@/tested", "permission denied for table repositories; have its owner grant that");
-    EXPECT_EQ(run(import + "writer@/tested").exit_code, 0);
-    const std::string unvacuumed = run(import + "writer@/tested").err;
-    EXPECT_NE(unvacuumed.find("vacuum"), std::string::npos);
-    EXPECT_TRUE(
-        unvacuumed.ends_with("; pages take longer until autovacuum has passed, or who owns the tables runs: VACUUM\n"))
-        << unvacuumed;
-    connection.execute("REVOKE DELETE ON wiki_scope.edges FROM writer");
-    const Outcome untidy = run(import + "writer@/tested");
-    EXPECT_EQ(untidy.exit_code, 0);
-    EXPECT_EQ(untidy.err, "wiki-scope: postgresql://writer@/tested: permission denied for table edges; have its owner "
-                          "grant that; the snapshots before are still there, the next import may remove them\n");
-    expect_failure(import + "reader@/tested", "permission denied for table");
-    const std::string page = "page . --checkout . --repository one --index postgresql://";
-    EXPECT_EQ(run(page + "reader@/tested").exit_code, 0);
-    expect_failure(page + "stranger@/tested", "permission denied for schema wiki_scope");
-    connection.execute("DROP OWNED BY reader, writer; DROP ROLE reader, writer, stranger");
-}
-
 TEST_F(Server, SaysInOneLineWhatKeepsAPageFromBeingRead) {
     import(3);
     Connection connection(database);
