@@ -141,7 +141,8 @@ constexpr const char* OTHER_OWNER = R"sql(
 
 // The owner of the schema, where that is neither who asks, nor the owner of the database, nor a superuser, and where the
 // schema runs code: where its tables are views, have rules or triggers, or where their policies, constraints, defaults or
-// indexes call functions that are not the system's. Such code would run with the rights of whoever reads or imports.
+// indexes call functions that are not the system's, or where it has functions that run with the rights of who calls them.
+// Such code would run with the rights of whoever reads or imports.
 constexpr const char* OWNER_OF_CODE = R"sql(
     WITH RECURSIVE schema AS (
         SELECT schema.oid, owner.rolname FROM pg_catalog.pg_namespace AS schema
@@ -164,6 +165,8 @@ constexpr const char* OWNER_OF_CODE = R"sql(
     SELECT pg_catalog.convert_to(schema.rolname::pg_catalog.text, 'UTF8') FROM schema WHERE
         EXISTS(SELECT FROM ours JOIN pg_catalog.pg_class AS class ON class.oid = ours.oid
                WHERE class.relkind NOT IN ('r', 'p', 'i', 'I', 'S', 't') OR class.relhasrules)
+        OR EXISTS(SELECT FROM pg_catalog.pg_proc AS called
+                  WHERE called.pronamespace = schema.oid AND NOT called.prosecdef)
         OR EXISTS(SELECT FROM ours JOIN pg_catalog.pg_trigger AS fired ON fired.tgrelid = ours.oid
                   WHERE NOT fired.tgisinternal)
         OR EXISTS(SELECT FROM parts JOIN pg_catalog.pg_depend AS needs
