@@ -140,7 +140,7 @@ std::optional<Markup> markup_at(string_view text, std::size_t place) {
 }
 
 // Gathers what is printed before anything of it is escaped: without a tag between them, two characters may be markup.
-class Line {
+class MarkupLine {
   public:
     void read(string_view prose) {
         for (std::size_t place = 0; place < prose.size();) {
@@ -189,7 +189,7 @@ class Line {
 }  // namespace
 
 std::string inline_markdown(string_view prose) {
-    Line line;
+    MarkupLine line;
     line.read(prose);
     return line.markdown();
 }
