@@ -23,6 +23,8 @@ std::string advice(UnusableIndex::Fault fault, const Index& index) {
         return "; import the SCIP file again";
     case UnusableIndex::Fault::UNPREPARED:
         return "; prepare it with: wiki-scope init --index " + index.name();
+    case UnusableIndex::Fault::UNTRUSTED:
+        return "; have it removed, or name another database";
     case UnusableIndex::Fault::NEWER:
         return "; install a newer wiki-scope";
     }

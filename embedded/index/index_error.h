@@ -32,6 +32,7 @@ class UnusableIndex : public std::runtime_error {
         FOREIGN,     ///< what is there is no index
         OUTDATED,    ///< an index of an older schema version
         UNPREPARED,  ///< a database that was not prepared for indexes of this version
+        UNTRUSTED,   ///< a database in which somebody else has put code where an index should be
         NEWER,       ///< an index of a newer program, or a database that was prepared for those
     };
 

@@ -139,17 +139,13 @@ constexpr const char* OTHER_OWNER = R"sql(
     LIMIT 1
 )sql";
 
-// The owner of the schema, where that is neither who asks, nor the owner of the database, nor a superuser, and where the
-// schema runs code: where its tables are views, have rules or triggers, or where their policies, constraints, defaults or
-// indexes call functions that are not the system's, or where it has functions that run with the rights of who calls them.
-// Such code would run with the rights of whoever reads or imports.
+// Somebody else than who asks or a superuser, who has code run by whoever reads or imports, with the rights of these: who
+// owns something in the schema without owning the schema, or the function of a trigger; and the owner of the schema, where
+// its tables are views or have rules or triggers, where their policies, constraints, defaults or indexes call functions
+// that are not the system's, or where a function runs with the rights of who calls it.
 constexpr const char* OWNER_OF_CODE = R"sql(
     WITH RECURSIVE schema AS (
-        SELECT schema.oid, owner.rolname FROM pg_catalog.pg_namespace AS schema
-        JOIN pg_catalog.pg_roles AS owner ON owner.oid = schema.nspowner
-        JOIN pg_catalog.pg_database AS database ON database.datname = pg_catalog.current_database()
-        WHERE schema.nspname = 'wiki_scope' AND NOT owner.rolsuper AND owner.oid <> database.datdba
-            AND owner.rolname <> CURRENT_USER
+        SELECT oid, nspowner AS owner FROM pg_catalog.pg_namespace WHERE nspname = 'wiki_scope'
     ), ours(oid) AS (
         SELECT class.oid FROM schema JOIN pg_catalog.pg_class AS class ON class.relnamespace = schema.oid
         UNION SELECT inhrelid FROM ours JOIN pg_catalog.pg_inherits ON inhparent = ours.oid
@@ -161,19 +157,30 @@ constexpr const char* OWNER_OF_CODE = R"sql(
             FROM ours JOIN pg_catalog.pg_constraint AS part ON part.conrelid = ours.oid
         UNION ALL SELECT 'pg_catalog.pg_policy'::pg_catalog.regclass, part.oid
             FROM ours JOIN pg_catalog.pg_policy AS part ON part.polrelid = ours.oid
+    ), fired AS (
+        SELECT called.proowner FROM ours JOIN pg_catalog.pg_trigger AS trigger ON trigger.tgrelid = ours.oid
+        JOIN pg_catalog.pg_proc AS called ON called.oid = trigger.tgfoid WHERE NOT trigger.tgisinternal
+    ), callable AS (
+        SELECT proowner, prosecdef FROM schema JOIN pg_catalog.pg_proc ON pronamespace = schema.oid
+    ), culprits(oid) AS (
+        SELECT class.relowner FROM schema, ours JOIN pg_catalog.pg_class AS class ON class.oid = ours.oid
+            WHERE class.relowner <> schema.owner
+        UNION ALL SELECT proowner FROM schema, fired WHERE proowner <> schema.owner
+        UNION ALL SELECT proowner FROM schema, callable WHERE proowner <> schema.owner
+        UNION ALL SELECT schema.owner FROM schema WHERE
+            EXISTS(SELECT FROM ours JOIN pg_catalog.pg_class AS class ON class.oid = ours.oid
+                   WHERE class.relkind NOT IN ('r', 'p', 'i', 'I', 'S', 't'))
+            OR EXISTS(SELECT FROM ours JOIN pg_catalog.pg_rewrite AS rule ON rule.ev_class = ours.oid)
+            OR EXISTS(SELECT FROM fired)
+            OR EXISTS(SELECT FROM callable WHERE NOT prosecdef)
+            OR EXISTS(SELECT FROM parts JOIN pg_catalog.pg_depend AS needs
+                          ON needs.classid = parts.class AND needs.objid = parts.oid
+                      WHERE needs.refclassid IN ('pg_catalog.pg_proc'::pg_catalog.regclass,
+                                                 'pg_catalog.pg_operator'::pg_catalog.regclass,
+                                                 'pg_catalog.pg_type'::pg_catalog.regclass))
     )
-    SELECT pg_catalog.convert_to(schema.rolname::pg_catalog.text, 'UTF8') FROM schema WHERE
-        EXISTS(SELECT FROM ours JOIN pg_catalog.pg_class AS class ON class.oid = ours.oid
-               WHERE class.relkind NOT IN ('r', 'p', 'i', 'I', 'S', 't') OR class.relhasrules)
-        OR EXISTS(SELECT FROM pg_catalog.pg_proc AS called
-                  WHERE called.pronamespace = schema.oid AND NOT called.prosecdef)
-        OR EXISTS(SELECT FROM ours JOIN pg_catalog.pg_trigger AS fired ON fired.tgrelid = ours.oid
-                  WHERE NOT fired.tgisinternal)
-        OR EXISTS(SELECT FROM parts JOIN pg_catalog.pg_depend AS needs
-                      ON needs.classid = parts.class AND needs.objid = parts.oid
-                  WHERE needs.refclassid IN ('pg_catalog.pg_proc'::pg_catalog.regclass,
-                                             'pg_catalog.pg_operator'::pg_catalog.regclass,
-                                             'pg_catalog.pg_type'::pg_catalog.regclass))
+    SELECT pg_catalog.convert_to(rolname::pg_catalog.text, 'UTF8') FROM culprits JOIN pg_catalog.pg_roles USING(oid)
+    WHERE NOT rolsuper AND rolname <> CURRENT_USER LIMIT 1
 )sql";
 
 UnusableIndex newer(const std::string& server, std::int64_t version) {
@@ -262,9 +269,9 @@ std::int64_t migrate(Connection& connection, std::int64_t version) {
 void require_schema(Connection& connection) {
     using Fault = UnusableIndex::Fault;
     if (const std::optional<std::string> owner = text_from(connection, OWNER_OF_CODE)) {
-        throw UnusableIndex(Fault::FOREIGN, connection.server(),
-                            "the schema wiki_scope belongs to " + *owner +
-                                " and runs code of its own (a view, a rule, a trigger or a function)");
+        throw UnusableIndex(Fault::UNTRUSTED, connection.server(),
+                            "the schema wiki_scope would run code of " + *owner +
+                                " with your rights (a view, a rule, a trigger or a function)");
     }
     std::int64_t version = 0;
     try {

@@ -100,5 +100,70 @@ TEST_F(AttackedServer, WhoMayOnlyConnectCanHoldUpNoImportAndIsNamedWhereInitWait
                    "the lock for preparing the database is held by user attacker, application evil, process ");
 }
 
+// What its owner may have a schema run, with the rights of whoever reads or imports, and how it is taken back.
+TEST_F(AttackedServer, TheSchemaOfAnotherIsNotPreparedAndReadOnlyWhereItRunsNoCode) {
+    struct Code {
+        std::string put;
+        std::string taken;
+    };
+    const std::array codes{
+        Code{"ALTER TABLE wiki_scope.versions RENAME TO hidden;"
+             "CREATE VIEW wiki_scope.versions AS SELECT *, public.run() FROM wiki_scope.hidden",
+             "DROP VIEW wiki_scope.versions; ALTER TABLE wiki_scope.hidden RENAME TO versions"},
+        Code{"CREATE RULE rule AS ON INSERT TO wiki_scope.notes DO ALSO SELECT public.run()",
+             "DROP RULE rule ON wiki_scope.notes"},
+        Code{"CREATE TRIGGER fired BEFORE UPDATE ON wiki_scope.repositories EXECUTE FUNCTION public.fire()",
+             "DROP TRIGGER fired ON wiki_scope.repositories"},
+        Code{"CREATE POLICY policy ON wiki_scope.files USING (public.run())", "DROP POLICY policy ON wiki_scope.files"},
+        Code{"ALTER TABLE wiki_scope.files ADD CHECK (public.run())",
+             "ALTER TABLE wiki_scope.files DROP CONSTRAINT files_check"},
+        Code{"ALTER TABLE wiki_scope.repositories ADD more boolean DEFAULT public.run()",
+             "ALTER TABLE wiki_scope.repositories DROP more"},
+        Code{"CREATE INDEX more ON wiki_scope.notes(public.run())", "DROP INDEX wiki_scope.more"},
+        Code{"ALTER FUNCTION wiki_scope.remove_other_snapshots SECURITY INVOKER",
+             "ALTER FUNCTION wiki_scope.remove_other_snapshots SECURITY DEFINER"},
+    };
+    owner.execute("DROP DATABASE tested WITH (FORCE)");
+    owner.execute("CREATE DATABASE tested");
+    owner.execute("GRANT CREATE ON DATABASE tested TO attacker");
+    Connection(database).execute("GRANT CREATE ON SCHEMA public TO attacker");
+    Connection attacker(Address("postgresql://attacker@/tested"));
+    migrate(attacker);
+    attacker.execute("CREATE FUNCTION public.run() RETURNS boolean IMMUTABLE LANGUAGE sql AS 'SELECT true';"
+                     "CREATE FUNCTION public.fire() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN RETURN NULL; END'");
+    expect_failure("init --index postgresql:///tested",
+                   "the schema wiki_scope, or something in it, belongs to attacker; if you trust attacker");
+    for (const auto& [put, taken] : codes) {
+        SCOPED_TRACE(put);
+        import(3);
+        EXPECT_EQ(lines(), 3);
+        attacker.execute(put);
+        expect_failure("stats --repository one --index postgresql:///tested",
+                       "the schema wiki_scope would run code of attacker with your rights");
+        expect_failure("import in.scip --repository one --index postgresql:///tested", "would run code of attacker");
+        attacker.execute(taken);
+    }
+}
+
+TEST_F(AttackedServer, NothingIsReadWhereOthersHavePutCodeIntoTheOwnersSchema) {
+    Connection(database).execute(
+        "CREATE SCHEMA attackers AUTHORIZATION attacker; GRANT CREATE ON SCHEMA wiki_scope TO attacker;"
+        "GRANT USAGE ON SCHEMA wiki_scope TO attacker; GRANT ALL ON ALL TABLES IN SCHEMA wiki_scope TO attacker");
+    Connection attacker(Address("postgresql://attacker@/tested"));
+    for (const std::string put :
+         {"CREATE FUNCTION attackers.fire() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN RETURN NULL; END';"
+          "CREATE TRIGGER fired BEFORE DELETE ON wiki_scope.notes EXECUTE FUNCTION attackers.fire()",
+          "CREATE FUNCTION wiki_scope.remove_other_snapshots(bigint) RETURNS void LANGUAGE sql AS ''",
+          "CREATE VIEW wiki_scope.more AS SELECT 1"}) {
+        import(3);
+        attacker.execute(put);
+        expect_failure("stats --repository one --index postgresql:///tested", "would run code of attacker");
+        expect_failure("import in.scip --repository one --index postgresql:///tested", "would run code of attacker");
+        Connection(database).execute("DROP TRIGGER IF EXISTS fired ON wiki_scope.notes;"
+                                     "DROP FUNCTION IF EXISTS wiki_scope.remove_other_snapshots(bigint);"
+                                     "DROP VIEW IF EXISTS wiki_scope.more");
+    }
+}
+
 }  // namespace
 }  // namespace embedded::postgresql
