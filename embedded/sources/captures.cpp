@@ -310,7 +310,7 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 
 std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
     const TSQuery* const query = query_of(language);
-    const ParserMemory memory(most_memory(text), is_cancelled);
+    ParserMemory memory(most_memory(text), is_cancelled);
     const Tree tree = best_tree(text, language, memory.must_stop());
     if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
         return std::nullopt;
