@@ -1,5 +1,6 @@
 #include "embedded/scip/language.h"
 
+#include "embedded/scip/symbol.h"
 #include "embedded/sources/language.h"
 #include "embedded/text/ascii.h"
 #include "embedded/text/control_characters.h"
@@ -7,7 +8,8 @@
 namespace embedded::scip {
 
 std::string stated_language(std::string_view stated) {
-    return has_control_character(stated) ? std::string() : lowered(stated);
+    const bool says_something = stated.size() <= LONGEST_SYMBOL && !has_control_character(stated);
+    return says_something ? lowered(stated) : std::string();
 }
 
 std::string language_of(std::string_view stated, std::string_view path) {

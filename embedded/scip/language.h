@@ -7,7 +7,7 @@
 namespace embedded::scip {
 
 /// What a document states of its language, in lower case; empty when it states nothing. A name with a NUL in it says
-/// nothing: no query could ask for it.
+/// nothing, for no query could ask for it, and neither does one that is longer than a symbol.
 std::string stated_language(std::string_view stated);
 
 /// The language of a file in lower case: what the document states, else by the path's extension; empty when neither says.

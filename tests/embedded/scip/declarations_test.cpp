@@ -171,6 +171,7 @@ TEST(ScipLanguage, IsStatedElseByExtension) {
     const std::vector<std::tuple<std::string, std::string, std::string>> cases{
         {"TypeScript", "a.py", "typescript"},
         {std::string("lua\0", 4), "a.py", "python"},
+        {std::string(65'537, 'x'), "a.py", "python"},
         {"", "a.d.mts", "typescript"},
         {"", "src.py/a.cjs", "javascript"},
         {"", "a.txt", ""},
