@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace embedded {
@@ -51,6 +52,11 @@ class Database {
     virtual ~Database() = default;
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
+
+    /// Has `check_interrupt` call `check`, which throws when what is asked for is no longer wanted.
+    void watch(std::function<void()> check) { check_ = std::move(check); }
+    /// For loops over what was read, which the watch of the connection does not see.
+    void check_interrupt() const { check_(); }
 
     /// What messages call the index.
     [[nodiscard]] virtual std::string name() const = 0;
@@ -124,6 +130,7 @@ class Database {
 
     void know_resolutions();
 
+    std::function<void()> check_ = [] {};
     std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
     models::OrderedMap<FileId, models::Text> paths_;
     models::OrderedMap<embedded::RowId, models::Text> resolutions_;

@@ -44,7 +44,7 @@ std::vector<ListedFile> files_at(storage::Database& db, std::span<const std::str
 
 ListedFiles list_files(storage::Database& db, std::span<const std::string> named, const std::vector<PathRule>& tests) {
     const PathRules rules = with_noted_rules(tests, db);
-    const TestRulesInForce in_force(rules);
+    const TestRulesInForce in_force(rules, [&db] { db.check_interrupt(); });
     const std::optional<Checkout> checkout = checkout_of(db);
     const std::vector<std::string> all{"."};
     const FoundPaths found = find_paths(db, checkout ? &*checkout : nullptr, named.empty() ? all : named);

@@ -62,10 +62,11 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
 }
 
 WatchfulReader::WatchfulReader(storage::Database& db, const PageSources& sources, std::span<const std::string> paths)
-    : sources_(sources), has_no_outside_(are_all(db, paths)), noted_damage_(noted_damage(db)) {}
+    : db_(db), sources_(sources), has_no_outside_(are_all(db, paths)), noted_damage_(noted_damage(db)) {}
 
 std::optional<std::vector<std::string>> WatchfulReader::read(const models::Text& path) {
     using State = PageSource::State;
+    db_.check_interrupt();
     PageSource source = sources_.read(path);
     is_any_there_ = is_any_there_ || source.state != State::MISSING;
     is_any_asked_ = true;

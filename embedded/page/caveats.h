@@ -31,16 +31,17 @@ std::vector<std::string> remarks_on(const Caveats& caveats, const std::string& c
 /// Reads the files of a page, and watches for what its reader should know.
 class WatchfulReader {
   public:
-    /// `paths` are files of the index, each once. `sources` must outlive this object. Throws `IndexError`.
+    /// `paths` are files of the index, each once. `db` and `sources` must outlive this object. Throws `IndexError`.
     WatchfulReader(storage::Database& db, const PageSources& sources, std::span<const std::string> paths);
 
-    /// The lines of one of the files; none when the page may not show it.
+    /// The lines of one of the files; none when the page may not show it. Throws what `db.check_interrupt` throws.
     std::optional<std::vector<std::string>> read(const models::Text& path);
 
     /// What is to be said of the page, when each of its files was read once.
     [[nodiscard]] Caveats caveats() const;
 
   private:
+    storage::Database& db_;
     const PageSources& sources_;
     bool has_no_outside_;
     std::set<std::string, std::less<>> noted_damage_;  // paths, as the index notes them

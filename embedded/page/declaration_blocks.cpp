@@ -48,7 +48,7 @@ std::string block_of(std::span<const std::string> lines, std::string_view langua
 }  // namespace
 
 DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names)
-    : names_(names) {
+    : db_(db), names_(names) {
     models::OrderedMap<Text, std::string> languages;
     for (const storage::ScopeFile& file : page.facts.files) {
         languages[file.path] = std::string(file.language.value_or(Text()));
@@ -56,6 +56,7 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, co
     std::vector<storage::SymbolId> ids(page.selection.size());
     std::ranges::transform(page.selection, ids.begin(), &ScopeSymbol::id);
     read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
+        db.check_interrupt();
         const ScopeSymbol& symbol = *page.selection[place];
         const std::string lead = lead_of(description.documentation);
         const std::string language = languages.get(symbol.path, "");
@@ -74,6 +75,7 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, co
 void DeclarationBlocks::read_sources(const PageSources& sources) {
     models::OrderedMap<Text, std::optional<std::vector<std::string>>> files;
     for (std::size_t place = 0; place < declarations_.size(); ++place) {
+        db_.check_interrupt();
         Declaration& declaration = declarations_[place];
         std::optional<std::vector<std::string>>& file = files[declaration.symbol->path];
         if (!file) {
@@ -114,6 +116,7 @@ std::vector<PassageItem> DeclarationBlocks::blocks(std::size_t steps) const {
     const std::vector<const Declaration*> around = printed_around(sources);
     std::vector<PassageItem> blocks;
     for (std::size_t at = 0; at < declarations_.size(); ++at) {
+        db_.check_interrupt();
         const Declaration& declaration = declarations_[at];
         PassageItem& block = blocks.emplace_back();
         block.text = declaration.introduction;

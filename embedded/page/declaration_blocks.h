@@ -16,7 +16,8 @@ namespace embedded {
 /// Writes the selected declarations of a page, each as a block of its own. The page and its index must outlive it.
 class DeclarationBlocks {
   public:
-    /// Asks the index what it says of the declarations in words. Throws `IndexError`.
+    /// Asks the index what it says of the declarations in words. Throws `IndexError`; as the functions that follow, what
+    /// `db.check_interrupt` throws.
     DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names);
 
     /// Reads the source of the declarations, once; what the page may not show is left out.
@@ -44,6 +45,7 @@ class DeclarationBlocks {
     // theirs; null for the others.
     [[nodiscard]] std::vector<const Declaration*> printed_around(std::size_t sources) const;
 
+    const storage::Database& db_;
     const ScopedNames& names_;
     std::vector<Declaration> declarations_;                               // in the order of the selection
     models::OrderedMap<models::Text, std::vector<std::size_t>> by_file_;  // the places of those that have a source

@@ -168,9 +168,10 @@ Passage outline(const Page& page, storage::Database& db) {
     for (const FileOutline& file : *files) {
         passage.steps = std::max(passage.steps, file.declarations.size());
     }
-    passage.shortened = [files, most = passage.steps, &page](std::size_t steps) {
+    passage.shortened = [files, most = passage.steps, &page, &db](std::size_t steps) {
         std::vector<PassageItem> items;
         for (const FileOutline& file : *files) {
+            db.check_interrupt();
             items.push_back({outline_block(file, most - steps)});
         }
         for (const std::string& path : page.missing) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <unordered_set>
@@ -43,8 +44,19 @@ class IndexedFiles {
         return paths;
     }
 
+    // All files, in path order; read once.
+    [[nodiscard]] const std::vector<std::string>& all() {
+        if (!all_) {
+            all_ = below(".");
+        }
+        return *all_;
+    }
+
+    void check_interrupt() const { db_.check_interrupt(); }
+
   private:
     storage::Database& db_;
+    std::optional<std::vector<std::string>> all_;
     std::unordered_set<std::string> expected_;
     std::unordered_set<std::string> held_;
 };
@@ -87,7 +99,9 @@ class Finder {
         return !path ? plain_path(name) : path->empty() ? "." : *path;
     }
 
-    std::vector<std::string> all_files() { return files_.below("."); }
+    const std::vector<std::string>& all_files() { return files_.all(); }
+
+    void check_interrupt() const { files_.check_interrupt(); }
 
   private:
     std::vector<std::string> at(const std::string& path) {
@@ -98,8 +112,10 @@ class Finder {
         std::vector<std::string> files;
         if (is_glob(pattern)) {
             const Glob glob(pattern);
-            files = all_files();
-            std::erase_if(files, [&](const std::string& file) { return !glob.matches(file); });
+            std::ranges::copy_if(all_files(), std::back_inserter(files), [&](const std::string& file) {
+                check_interrupt();
+                return glob.matches(file);
+            });
         }
         return files;
     }
@@ -133,6 +149,7 @@ std::vector<Suggestion> suggestions_for(std::span<const std::string> missing, Fi
     }
     const std::vector<std::string> places = with_folders(finder.all_files());
     for (const std::string& name : missing.first(std::min(MOST, missing.size()))) {
+        finder.check_interrupt();
         if (std::optional<std::string> nearest = nearest_path(finder.path_meant(name), places)) {
             suggestions.push_back({name, std::move(*nearest)});
         }
@@ -147,6 +164,7 @@ FoundPaths find_paths(storage::Database& db, const Checkout* checkout, std::span
     models::OrderedSet<std::string> indexed;
     models::OrderedSet<std::string> missing;
     for (const std::string& name : named) {
+        finder.check_interrupt();
         const std::vector<std::string> files = finder.find(name);
         for (const std::string& file : files) {
             indexed.insert(file);

@@ -28,7 +28,7 @@ struct FoundPaths {
 /// stands for the files that it matches; and then a path or a `Glob` of this machine, absolute or relative to the
 /// current folder, which is looked up by where it lies in the checkout, unless that is null. The empty path is no
 /// folder. A row of `files` whose path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws
-/// `IndexError`.
+/// `IndexError`, and what `db.check_interrupt` throws.
 FoundPaths find_paths(storage::Database& db, const Checkout* checkout, std::span<const std::string> named);
 
 }  // namespace embedded

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace embedded {
 
@@ -13,7 +14,7 @@ namespace {
 using std::string_view;
 
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): what the component calls has no other argument
-thread_local const PathRules* in_force = nullptr;
+thread_local const TestRulesInForce* in_force = nullptr;
 
 constexpr std::array<string_view, 9> TEST_FOLDERS{"test", "tests",   "__tests__",   "spec",           "specs",
                                                   "e2e",  "cypress", "androidTest", "integrationTest"};
@@ -67,8 +68,14 @@ std::optional<bool> ruled(string_view path) {
 
 }  // namespace
 
-TestRulesInForce::TestRulesInForce(const PathRules& rules) : before_(in_force) {
-    in_force = &rules;
+TestRulesInForce::TestRulesInForce(const PathRules& rules, std::function<void()> check)
+    : rules_(rules), check_(std::move(check)), before_(in_force) {
+    in_force = this;
+}
+
+std::optional<bool> TestRulesInForce::decide(std::string_view path) const {
+    check_();
+    return rules_.decide(path);
 }
 
 TestRulesInForce::~TestRulesInForce() {

@@ -3,6 +3,8 @@
 
 #include "embedded/rules/path_rules.h"
 
+#include <functional>
+#include <optional>
 #include <string_view>
 
 namespace embedded {
@@ -11,14 +13,21 @@ namespace embedded {
 /// Several live one within the other; the innermost is asked alone.
 class TestRulesInForce {
   public:
-    /// `rules` say whether a path is a test. They must outlive this object.
-    explicit TestRulesInForce(const PathRules& rules);
+    /// `rules` say whether a path is a test. They must outlive this object. `check` is called for every path that is asked
+    /// for; what it throws comes out of whoever asks.
+    explicit TestRulesInForce(
+        const PathRules& rules, std::function<void()> check = [] {});
     ~TestRulesInForce();
     TestRulesInForce(const TestRulesInForce&) = delete;
     TestRulesInForce& operator=(const TestRulesInForce&) = delete;
 
+    /// Whether the rules say that a path is a test; none when they say nothing of it.
+    [[nodiscard]] std::optional<bool> decide(std::string_view path) const;
+
   private:
-    const PathRules* before_;
+    const PathRules& rules_;
+    const std::function<void()> check_;
+    const TestRulesInForce* before_;
 };
 
 /// The folder that alone makes a file a test, by its name: "src/test" of "src/test/a.ts". Empty when there is none, and

@@ -15,6 +15,7 @@ void IndexConnections::borrow(const std::function<void()>& watch, const std::fun
     connection->watch(watch);
     try {
         const std::unique_ptr<storage::Database> db = connection->read();
+        db->watch(watch);
         note(db->origin().state);
         use(*db);
     } catch (...) {

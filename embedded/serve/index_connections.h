@@ -20,7 +20,7 @@ class IndexConnections {
     IndexConnections(std::shared_ptr<const Index> index, std::function<void()> on_replacement);
 
     /// Calls `use` with the index that is there now, in one state of it; `watch` is called every few milliseconds while it
-    /// is read. Throws what `Index::connect`, `IndexConnection::read`, `use` and `watch` throw.
+    /// is read, and by `check_interrupt` of it. Throws what `Index::connect`, `IndexConnection::read`, `use` and `watch` throw.
     void borrow(const std::function<void()>& watch, const std::function<void(storage::Database&)>& use);
 
   private:

@@ -65,10 +65,14 @@ ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const
 }
 
 ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const Call& call) {
+    const std::vector<std::string> paths = arguments["paths"];
+    const std::vector<PathRule> tests = test_rules(arguments);
+    if (asks_for_many_patterns(paths, tests)) {
+        call.take_long();
+    }
     ToolAnswer answer;
     ask(workplace, call, [&](storage::Database& index) {
-        const ListedFiles listed =
-            list_files(index, arguments["paths"].get<std::vector<std::string>>(), test_rules(arguments));
+        const ListedFiles listed = list_files(index, paths, tests);
         if (listed.is_failure) {
             throw ToolFailure(lines_of(listed.remarks));
         }

@@ -2,6 +2,7 @@
 
 #include "embedded/text/glob.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <stdexcept>
@@ -39,6 +40,11 @@ std::vector<PathRule> test_rules(const Received& arguments) {
     }
     return rules_of(arguments["test"].get<std::vector<std::string>>(),
                     arguments["not_test"].get<std::vector<std::string>>());
+}
+
+bool asks_for_many_patterns(std::span<const std::string> paths, std::span<const PathRule> tests) {
+    constexpr std::ptrdiff_t MANY = 10;
+    return std::ranges::count_if(paths, is_glob) + std::ssize(tests) > MANY;
 }
 
 Sent path_list(const std::string& description) {

@@ -29,7 +29,7 @@ inline constexpr std::size_t LONGEST_PATH = 4096;
 
 struct ToolAnswer {
     std::string text;                       ///< what the command of the same purpose prints
-    std::string structured;                 ///< the same as JSON on one line, by the tool's output schema
+    std::string structured;                 ///< JSON on one line, by the tool's output schema
     std::vector<std::string> remarks = {};  ///< what the command says beside it, a line each
 };
 
@@ -39,7 +39,7 @@ class ToolFailure : public std::runtime_error {
     using runtime_error::runtime_error;
 };
 
-/// Throws `RpcError` for arguments that the schema cannot tell to be wrong, `ToolFailure`, `Cancelled`, and what the
+/// `arguments` are as the schema asks for. Throws `RpcError` for those that it cannot tell to be wrong, `ToolFailure`, `Cancelled`, and what the
 /// index throws.
 using RunTool = ToolAnswer (*)(const Received& arguments, const Workplace& workplace, const Call& call);
 
@@ -60,6 +60,9 @@ std::string lines_of(std::span<const std::string> remarks);
 
 /// The rules that the parameters `test` and `not_test` give. Throws `RpcError` for what is no pattern.
 std::vector<PathRule> test_rules(const Received& arguments);
+
+/// Whether so many patterns are held against the files of the index that short calls are not to wait for it.
+bool asks_for_many_patterns(std::span<const std::string> paths, std::span<const PathRule> tests);
 
 /// The schema of a list of paths or patterns, which may be left out.
 Sent path_list(const std::string& description);

@@ -1,6 +1,6 @@
 // Whole pages as `wiki-scope page` prints them.
 
-#include "embedded/page/page.h"
+#include "embedded/page/requested_page.h"
 #include "tests/embedded/indexed_folder.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +8,9 @@
 
 #include <fstream>
 #include <iterator>
+#include <memory>
+#include <optional>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -229,6 +232,36 @@ TEST_F(PrintedPage, OutlinesEachFileByItsLinesAndKeepsWhatMattersMost) {
               "## Outline\n\n### `src/a.ts:L1-L4`\n\n- L2-L4 class `One`: `class One< T>`\n"
               "- _...2 more declarations left out to fit_\n" +
                   others);
+}
+
+TEST_F(PrintedPage, EndsWhereverItIsOnceNobodyWantsIt) {
+    struct Unwanted {};
+    const std::unique_ptr<IndexConnection> connection = served_index()->connect();
+    const std::unique_ptr<storage::Database> db = connection->read();
+    const auto checks_before_end = [&](int most, const auto& work) {
+        int left = most;
+        db->watch([&left] { left-- > 0 ? void() : throw Unwanted{}; });
+        EXPECT_THROW(work(), Unwanted) << most;
+        db->watch([] {});
+    };
+    const std::vector<std::string> patterns{"src/*", "*/c.ts"};
+    for (int most = 0; most < 8; ++most) {  // for each name, and for each file that a pattern is held against
+        checks_before_end(most, [&] { find_paths(*db, nullptr, patterns); });
+    }
+    PageRequest request{.paths = {"src"}, .checkout = folder / ""};
+    checks_before_end(3, [&] { const RequestedPage page(request, *db); });
+    using Bytes = std::optional<std::size_t>;
+    for (const auto& [has_outline, max_bytes, most] :
+         {std::tuple(false, Bytes(), 8), std::tuple(true, Bytes(), 4), std::tuple(false, Bytes(700), 11)}) {
+        request.only = {};
+        if (has_outline) {
+            request.only.add(Section::OUTLINE);
+        }
+        request.max_bytes = max_bytes;
+        const RequestedPage page(request, *db);
+        std::ostringstream out;
+        checks_before_end(most, [&] { page.write(out); });
+    }
 }
 
 TEST_F(PrintedPage, SaysInOneLineWhatThereIsNothingOf) {

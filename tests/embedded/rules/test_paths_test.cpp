@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace embedded {
 namespace {
 
@@ -35,6 +37,12 @@ TEST(TestPaths, WhatRulesSayComesBeforeNamesWhileTheyAreInForce) {
         EXPECT_TRUE(utils::is_test_path("django/test/client.py"));
     }
     EXPECT_FALSE(utils::is_test_path("django/test/client.py"));
+}
+
+TEST(TestPaths, WhoIsAskedManyTimesCanEndTheAsking) {
+    const PathRules rules;
+    const TestRulesInForce in_force(rules, [] { throw std::runtime_error("no longer wanted"); });
+    EXPECT_THROW(utils::is_test_path("a.py"), std::runtime_error);
 }
 
 }  // namespace
