@@ -89,9 +89,7 @@ Sent input_schema() {
 
 Sent output_schema() {
     return object_schema(
-        {{"markdown", {{"type", "string"}, {"description", "The page, where Markdown was asked for."}}},
-         {"page", {{"type", "object"}, {"description", "The page, where JSON was asked for."}}},
-         {"missing",
+        {{"missing",
           {{"type", "array"},
            {"items", {{"type", "string"}}},
            {"description", "The given paths that the index does not hold."}}},
@@ -105,12 +103,20 @@ Sent output_schema() {
 // Whether a page reads so much that short calls are not to wait for it.
 bool is_long(storage::Database& db, std::span<const std::string> files) {
     constexpr std::size_t MANY_FILES = 100;
+    constexpr std::int64_t MANY_DECLARATIONS = 5'000;
     constexpr std::int64_t MANY_USES = 20'000;
     if (files.size() > MANY_FILES) {
         return true;
     }
     std::vector<RowId> ids;
-    db.read_files_at(files, [&](const FileRow& file) { ids.push_back(file.id); });
+    std::int64_t declarations = 0;
+    db.read_files_at(files, [&](const FileRow& file) {
+        ids.push_back(file.id);
+        declarations = utils::saturating_sum(declarations, file.declarations);
+    });
+    if (declarations > MANY_DECLARATIONS) {
+        return true;
+    }
     std::int64_t uses = 0;
     db.read_declarations_in(std::move(ids),
                             [&](const DeclarationRow& row) { uses = utils::saturating_sum(uses, row.uses); });
@@ -168,6 +174,9 @@ PageRequest page_request(const Received& arguments) {
 
 ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, const Call& call) {
     constexpr std::int64_t STEPS = 3;
+    if (asks_for_many_patterns(request.paths, request.tests)) {
+        call.take_long();
+    }
     PageRequest here = request;
     here.checkout = workplace.checkout;
     ToolAnswer answer;
@@ -190,10 +199,7 @@ ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, cons
             answer.text = written(page, call);
             call.report(3, STEPS, "written");
 
-            const Sent rest = {{"missing", page.page().missing}, {"remarks", answer.remarks}};
-            answer.structured = request.format == PageRequest::Format::JSON ? R"({"page":)" + one_line(answer.text)
-                                                                            : R"({"markdown":)" + text_of(answer.text);
-            answer.structured.append(",").append(text_of(rest).substr(1));
+            answer.structured = text_of({{"missing", page.page().missing}, {"remarks", answer.remarks}});
         });
     return answer;
 }

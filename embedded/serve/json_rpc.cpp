@@ -8,8 +8,7 @@ namespace {
 
 constexpr int DEEPEST = 64;
 constexpr std::size_t MOST_VALUES = 100'000;
-constexpr std::size_t LONGEST_ID = 256;         // bytes
-constexpr std::size_t LONGEST_REASON = 16'384;  // bytes
+constexpr std::size_t LONGEST_ID = 256;  // bytes
 
 bool is_id(const Received& value) {
     return value.is_number() || (value.is_string() && value.get_ref<const std::string&>().size() <= LONGEST_ID);
@@ -23,6 +22,25 @@ RpcError invalid(const std::string& problem) {
 
 RpcError bad_parameter(const std::string& field, const std::string& problem) {
     return {ErrorCode::INVALID_PARAMS, field + ": " + problem, {{"field", field}}};
+}
+
+const std::string& text_parameter(const Received& params, const std::string& key) {
+    const auto value = params.find(key);
+    if (value == params.end()) {
+        throw bad_parameter(key, "is missing");
+    }
+    if (!value->is_string()) {
+        throw bad_parameter(key, "must be a text");
+    }
+    return value->get_ref<const std::string&>();
+}
+
+Received object_parameter(const Received& params, const std::string& key) {
+    Received value = params.value(key, Received::object());
+    if (!value.is_object()) {
+        throw bad_parameter(key, "must be an object");
+    }
+    return value;
 }
 
 Received parse(std::string_view line) {

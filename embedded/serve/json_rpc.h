@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -24,6 +25,9 @@ enum class ErrorCode : std::int16_t {
     RESOURCE_NOT_FOUND = -32002,  // of the Model Context Protocol
 };
 
+/// How many bytes are said of what is wrong, however much a client has sent.
+inline constexpr std::size_t LONGEST_REASON = 16'384;
+
 /// Why a request is answered with an error. `what()` is one line for whoever wrote the client.
 class RpcError : public std::runtime_error {
   public:
@@ -41,6 +45,10 @@ class RpcError : public std::runtime_error {
 
 /// What a parameter is refused with; the field is named as "paths[2]" or "_meta.progressToken".
 RpcError bad_parameter(const std::string& field, const std::string& problem);
+
+/// A member of the parameters, which must be a text, or an object that may be missing. Throws `RpcError` that names it.
+const std::string& text_parameter(const Received& params, const std::string& key);
+Received object_parameter(const Received& params, const std::string& key);
 
 struct Message {
     enum class Kind : std::uint8_t { REQUEST, NOTIFICATION, RESPONSE };

@@ -27,6 +27,14 @@ bool has_type(const Received& value, const std::string& type) {
                                : value.is_number() && std::trunc(value.get<double>()) == value.get<double>();
 }
 
+std::string keys_of(const Sent& members) {
+    std::string keys;
+    for (const auto& [key, member] : members.items()) {
+        keys.append(keys.empty() ? "" : ", ").append(key);
+    }
+    return keys;
+}
+
 // Throws unless the measure of a value lies between the limits that the schema has under two keys.
 void check_limits(double measure, const Sent& schema, const char* least, const char* most, const std::string& field,
                   const std::string& of) {
@@ -45,7 +53,7 @@ void check_members(Received& object, const Sent& schema, const std::string& fiel
     const std::string prefix = field.empty() ? "" : field + ".";
     for (const auto& [key, value] : object.items()) {
         if (!members.contains(key)) {
-            throw bad_parameter(prefix + key, "no such parameter");
+            throw bad_parameter(prefix + key, "no such parameter; there are " + keys_of(members));
         }
         value = checked_at(std::move(value), members[key], prefix + key);
     }

@@ -1,6 +1,7 @@
 #include "embedded/serve/server.h"
 
 #include "embedded/serve/bounded_text.h"
+#include "embedded/serve/completion.h"
 #include "embedded/serve/page_prompt.h"
 #include "embedded/serve/page_resource.h"
 #include "embedded/serve/schema.h"
@@ -24,25 +25,6 @@ constexpr std::array<std::string_view, 8> LEVELS{"debug", "info",     "notice", 
 constexpr const char* INSTRUCTIONS =
     "States what source files really are, for whoever writes about them. Call find_declarations or list_files to decide "
     "which files a page is about, then ground_page for these, and write nothing that it does not state.";
-
-const std::string& text_parameter(const Received& params, const std::string& key) {
-    const auto value = params.find(key);
-    if (value == params.end()) {
-        throw bad_parameter(key, "is missing");
-    }
-    if (!value->is_string()) {
-        throw bad_parameter(key, "must be a text");
-    }
-    return value->get_ref<const std::string&>();
-}
-
-Received object_parameter(const Received& params, const std::string& key) {
-    Received value = params.value(key, Received::object());
-    if (!value.is_object()) {
-        throw bad_parameter(key, "must be an object");
-    }
-    return value;
-}
 
 Received progress_token(const Received& params) {
     const Received meta = object_parameter(params, "_meta");
@@ -82,7 +64,7 @@ std::string tool_result(const ToolAnswer& answer) {
 }
 
 std::string failed_tool(const std::string& reason) {
-    return tool_result(Sent::array({text_content(reason)}), "", true);
+    return tool_result(Sent::array({text_content(reason.substr(0, LONGEST_REASON))}), "", true);
 }
 
 // The result, if it fits into a message.
@@ -227,6 +209,7 @@ std::string Server::initialize(const Received& params) {
           {{"tools", Sent::object()},
            {"resources", Sent::object()},
            {"prompts", Sent::object()},
+           {"completions", Sent::object()},
            {"logging", Sent::object()}}},
          {"serverInfo", {{"name", "wiki-scope"}, {"title", "Grounding of wiki pages"}, {"version", options_.version}}},
          {"instructions", INSTRUCTIONS}});
@@ -258,6 +241,10 @@ Server::Work Server::work_of(const Message& message) {
         const PageRequest page = page_to_write(object_parameter(params, "arguments"));
         return [this, page](Call& call) { return write_wiki_page(page, workplace_, call); };
     }
+    if (message.method == "completion/complete") {
+        const Completion completion = completion_of(params);
+        return [this, completion](Call& call) { return completed(completion, workplace_, call); };
+    }
     return {};
 }
 
@@ -267,16 +254,16 @@ Server::Work Server::tool_call(const Received& params) {
     if (tool == tools().end()) {
         throw bad_parameter("name", "no such tool: " + name);
     }
-    const Received arguments = checked(object_parameter(params, "arguments"), tool->definition["inputSchema"]);
-    return [this, run = tool->run, arguments](Call& call) {
+    const Received arguments = object_parameter(params, "arguments");
+    return [this, tool, arguments](Call& call) {
         try {
-            const ToolAnswer answer = run(arguments, workplace_, call);
+            const ToolAnswer answer = tool->run(checked(arguments, tool->definition["inputSchema"]), workplace_, call);
             workplace_.warn(answer.remarks);
             return fitting(tool_result(answer));
         } catch (const TooLarge&) {
             return failed_tool(TOO_LARGE);
-        } catch (const RpcError&) {
-            throw;
+        } catch (const RpcError& wrong) {
+            return failed_tool(std::string(wrong.what()) + "; correct the arguments, and call again");
         } catch (const std::exception& failure) {
             return failed_tool(options_.describe(failure));
         }

@@ -113,6 +113,12 @@ class Serve : public IndexedFolder {
         return params;
     }
 
+    static Received completion(const std::string& type, const std::string& of, const std::string& argument,
+                               const std::string& value) {
+        return {{"ref", {{"type", type}, {type == "ref/prompt" ? "name" : "uri", of}}},
+                {"argument", {{"name", argument}, {"value", value}}}};
+    }
+
     std::shared_ptr<Client> client = std::make_shared<Client>();
     std::unique_ptr<Server> server;
     int last_id = 0;
@@ -147,12 +153,11 @@ TEST_F(Serve, AnswersWithTheBytesOfTheCommand) {
         }
         EXPECT_EQ(said, expected.err);
         const Received& structured = answer["result"]["structuredContent"];
-        if (params["name"] != "ground_page") {
-            EXPECT_EQ(structured, Received::parse(run(command + " --format json --index '" + index + "'").out));
-        } else if (structured.contains("page")) {
-            EXPECT_EQ(structured["page"], Received::parse(expected.out));
+        if (params["name"] == "ground_page") {
+            EXPECT_EQ(structured.size(), 2U) << structured;  // nothing of the text again
+            EXPECT_EQ(structured["missing"].size(), command.find("none") == std::string::npos ? 0U : 1U);
         } else {
-            EXPECT_EQ(structured["markdown"], expected.out);
+            EXPECT_EQ(structured, Received::parse(run(command + " --format json --index '" + index + "'").out));
         }
     }
     const Received resource = ask("resources/read", {{"uri", "scope://page/%61.ts"}});
@@ -202,28 +207,13 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
         {"logging/setLevel", {{"level", "loud"}}, -32602, "level: must be one of"},
         {"tools/call", Received::object(), -32602, "name: is missing"},
         {"tools/call", call("none", Received::object()), -32602, "name: no such tool: none"},
-        {"tools/call", call("ground_page", Received::object()), -32602, "paths: is missing"},
-        {"tools/call", call("ground_page", {{"paths", Received::array()}}), -32602,
-         "paths: must have a length of at l"},
-        {"tools/call", call("ground_page", {{"paths", {"a.ts", 5}}}), -32602, "paths[1]: must be a text"},
-        {"tools/call", call("ground_page", {{"paths", {"a.ts"}}, {"pahts", 1}}), -32602, "pahts: no such parameter"},
-        {"tools/call", call("ground_page", {{"paths", {"a.ts"}}, {"total", -1}}), -32602, "total: must be at least 0"},
-        {"tools/call", call("ground_page", {{"paths", {"a.ts"}}, {"total", 1.5}}), -32602, "total: must be a whole"},
-        {"tools/call", call("ground_page", {{"paths", {"a.ts"}}, {"total", 1e300}}), -32602, "total: must be at most"},
-        {"tools/call", call("ground_page", {{"paths", {"a.ts"}}, {"sections", {"x"}}}), -32602, "sections[0]: must be"},
-        {"tools/call",
-         call("ground_page", {{"paths", {"a.ts"}}, {"test", {"{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}"}}}),
-         -32602, "test[0]: "},
-        {"tools/call", call("ground_page", {{"paths", {"a.ts"}}, {"format", "json"}, {"max_bytes", 9}}), -32602,
-         "max_bytes: shortens Markdown alone"},
+        {"tools/call", call("ground_page", 7), -32602, "arguments: must be an object"},
         {"tools/call", call("index_stats", Received::object(), 1.5), -32602, "_meta.progressToken: must"},
         {"resources/read", {{"uri", "file:///etc/passwd"}}, -32002, "no such resource"},
         {"resources/read", {{"uri", "scope://page/../a.ts"}}, -32002, "../a.ts: not in the index"},
         {"resources/read", {{"uri", "scope://page/%4"}}, -32002, "a % is written as %25"},
         {"resources/read", {{"uri", "scope://page/a.ts%00"}}, -32002, "a path has at most 4096 bytes"},
         {"resources/read", {{"uri", "scope://page/" + std::string(1'000'000, 'x')}}, -32002, "a path has at most"},
-        {"tools/call", call("find_declarations", {{"name", std::string("a\0", 2)}}), -32602, "name: must not hold"},
-        {"tools/call", call("index_stats", {{std::string(1'000'000, 'x'), 1}}), -32602, "xxx"},
         {"prompts/get", {{"name", "write_wiki_page"}}, -32602, "paths: is missing"},
         {"prompts/get",
          {{"name", "write_wiki_page"}, {"arguments", {{"paths", "c.ts"}}}},
@@ -233,6 +223,11 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
          {{"name", "write_wiki_page"}, {"arguments", {{"paths", "a"}, {"max_bytes", "1k"}}}},
          -32602,
          "max_bytes: must be a whole number"},
+        {"completion/complete", Received::object(), -32602, "type: is missing"},
+        {"completion/complete", completion("ref/tool", "", "", ""), -32602, "ref.type: must be one of"},
+        {"completion/complete", completion("ref/resource", "a://{b}", "path", ""), -32602, "ref.uri: no such template"},
+        {"completion/complete", completion("ref/prompt", "none", "paths", ""), -32602, "ref.name: no such prompt"},
+        {"completion/complete", completion("ref/prompt", "write_wiki_page", "path", ""), -32602, "argument.name: no"},
     };
     for (const auto& [method, params, code, message] : requests) {
         const Received error = ask(method, params).value("error", Received::object());
@@ -242,9 +237,23 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
     }
 }
 
-TEST_F(Serve, GivesAToolsOwnFailureAsItsResult) {
+TEST_F(Serve, GivesAToolsOwnFailureAndWrongArgumentsAsItsResult) {
     begin();
     const std::vector<std::pair<Received, std::string>> cases{
+        {call("ground_page", Received::object()), "paths: is missing; correct the arguments, and call again"},
+        {call("ground_page", {{"paths", Received::array()}}), "paths: must have a length of at least 1;"},
+        {call("ground_page", {{"paths", {"a.ts", 5}}}), "paths[1]: must be a text"},
+        {call("find_declarations", {{"nmae", "a"}}), "nmae: no such parameter; there are name, limit;"},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"total", -1}}), "total: must be at least 0"},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"total", 1.5}}), "total: must be a whole"},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"total", 1e300}}), "total: must be at most"},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"sections", {"x"}}}), "sections[0]: must be"},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"test", {"{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}"}}}),
+         "test[0]: "},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"format", "json"}, {"max_bytes", 9}}),
+         "max_bytes: shortens Markdown alone"},
+        {call("find_declarations", {{"name", std::string("a\0", 2)}}), "name: must not hold"},
+        {call("index_stats", {{std::string(1'000'000, 'x'), 1}}), "xxx"},
         {call("ground_page", {{"paths", {"c.ts"}}}), "c.ts: not in the index; did you mean a.ts?"},
         {call("ground_page", {{"paths", {"a.ts", "zzz"}}, {"strict", true}}), "zzz: not in the index"},
         {call("ground_page", {{"paths", {"a.ts"}}, {"max_bytes", 10}}), "too few bytes: "},
@@ -254,6 +263,7 @@ TEST_F(Serve, GivesAToolsOwnFailureAsItsResult) {
         const Received result = ask("tools/call", params)["result"];
         EXPECT_EQ(result["isError"], true) << params;
         EXPECT_TRUE(result["content"][0]["text"].get<std::string>().starts_with(text)) << result;
+        EXPECT_LT(result.dump().size(), 20'000U) << text;
     }
     const Received none = ask("tools/call", call("find_declarations", {{"name", "zzz"}}))["result"];
     EXPECT_EQ(none["structuredContent"]["count"], 0);
@@ -269,6 +279,30 @@ TEST_F(Serve, RefusesOfAPageWhatTheCommandRefuses) {
         const Received asked = {{"paths", {"a.ts"}}, {"format", "json"}, {name, value}};
         EXPECT_NE(ask("tools/call", call("ground_page", asked)).dump().find(says), std::string::npos) << name;
     }
+}
+
+TEST_F(Serve, CompletesPathsUpToTheNextFolderAndArgumentsOfThePrompt) {
+    add<FileRow>({{3, "src/app.ts"}, {4, "src/api/one.ts"}, {5, "src/api/two.ts"}, {6, "src/b.ts"}});
+    change("WITH RECURSIVE new(id) AS (VALUES(100) UNION ALL SELECT id + 1 FROM new WHERE id < 219) "
+           "INSERT INTO files(id, path) SELECT id, 'many/' || id FROM new");
+    begin();
+    const auto values = [&](const Received& params) {
+        return ask("completion/complete", params)["result"]["completion"];
+    };
+    const auto of_page = [&](const std::string& begun) {
+        return values(completion("ref/resource", "scope://page/{+path}", "path", begun));
+    };
+    EXPECT_EQ(of_page(""),
+              Received::parse(R"({"values": ["a.ts", "b.ts", "many/", "src/"], "total": 4, "hasMore": false})"));
+    EXPECT_EQ(of_page("src/a")["values"], Received({"src/api/", "src/app.ts"}));
+    EXPECT_EQ(of_page("src/api/")["values"], Received({"src/api/one.ts", "src/api/two.ts"}));
+    EXPECT_EQ(of_page(std::string("src/\0", 5))["total"], 0);
+    EXPECT_EQ(of_page("many/")["values"].size(), 100U);
+    EXPECT_EQ(of_page("many/")["total"], 120);
+    EXPECT_EQ(of_page("many/")["hasMore"], true);
+    EXPECT_EQ(values(completion("ref/prompt", "write_wiki_page", "paths", "a.ts\nsrc/ap"))["values"],
+              Received({"a.ts\nsrc/api/", "a.ts\nsrc/app.ts"}));
+    EXPECT_EQ(values(completion("ref/prompt", "write_wiki_page", "max_bytes", "16"))["values"], Received({"16000"}));
 }
 
 TEST_F(Serve, RecommendsNoLimitThatItRefuses) {
@@ -343,8 +377,11 @@ TEST_F(Serve, AnswersASmallCallWhileLargeOnesGoOn) {
     const unsigned cores = std::max(std::thread::hardware_concurrency(), 1U);
     std::vector<Received> large;
     constexpr unsigned MANY = 1000;
+    const std::vector<std::string> patterns(11, "b*");
+    const std::vector<Received> pages{
+        {{"paths", {"a.ts"}}}, {{"paths", patterns}}, {{"paths", {"b.ts"}}, {"test", patterns}}};
     for (unsigned i = 0; i < MANY; ++i) {
-        large.push_back(start("tools/call", call("ground_page", {{"paths", {"a.ts"}}}, i)));
+        large.push_back(start("tools/call", call("ground_page", pages[i % pages.size()], i)));
     }
     EXPECT_EQ(ask("tools/call", call("ground_page", {{"paths", {"b.ts"}}}))["result"]["isError"], false);
     EXPECT_LE(waiting, cores);
