@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <span>
 
@@ -18,15 +18,14 @@ namespace {
 // its table of methods.
 struct CheckedFile {
     PageLayout layout;
-    const sqlite3_io_methods* default_methods;
-    sqlite3_io_methods methods;
+    const sqlite3_io_methods* default_methods = nullptr;
+    sqlite3_io_methods methods = {};
 };
 
-constexpr std::int64_t LARGEST_PAGE = 65'536;
+constexpr std::size_t LARGEST_PAGE = 65'536;
 
 sqlite3_vfs& default_vfs() {
-    static sqlite3_vfs& vfs = *sqlite3_vfs_find(nullptr);
-    return vfs;
+    return *sqlite3_vfs_find(nullptr);
 }
 
 // Where it begins, as a multiple of what its members have to be aligned to.
@@ -36,14 +35,15 @@ int checked_file_offset() {
 }
 
 CheckedFile& checked_file(sqlite3_file* file) {
+    static const int OFFSET = checked_file_offset();
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
-    return *reinterpret_cast<CheckedFile*>(reinterpret_cast<char*>(file) + checked_file_offset());
+    return *reinterpret_cast<CheckedFile*>(reinterpret_cast<char*>(file) + OFFSET);
 }
 
 // Reads a page whole.
-int read_page(sqlite3_file* file, std::int64_t number, std::span<unsigned char> page) {
-    const int code = checked_file(file).default_methods->xRead(file, page.data(), static_cast<int>(page.size()),
-                                                               (number - 1) * std::ssize(page));
+int read_page(sqlite3_file* file, std::size_t number, std::span<unsigned char> page) {
+    const sqlite3_int64 place = static_cast<sqlite3_int64>(number - 1) * std::ssize(page);
+    const int code = checked_file(file).default_methods->xRead(file, page.data(), static_cast<int>(page.size()), place);
     if (code == SQLITE_IOERR_SHORT_READ || (code == SQLITE_OK && !has_its_checksum(page, number))) {
         return SQLITE_IOERR_DATA;
     }
@@ -52,20 +52,20 @@ int read_page(sqlite3_file* file, std::int64_t number, std::span<unsigned char> 
 
 // SQLite reads whole pages, and parts of the header, which is on the first.
 int read_checked(sqlite3_file* file, void* to, int bytes, sqlite3_int64 offset) {
-    const std::int64_t page_size = checked_file(file).layout.page_size;
-    const std::span<unsigned char> wanted(static_cast<unsigned char*>(to), bytes);
-    const std::int64_t number = offset / page_size + 1;
-    const std::int64_t begin = offset % page_size;
-    if (begin == 0 && bytes == page_size) {
+    const std::size_t page_size = checked_file(file).layout.page_size;
+    const std::size_t number = static_cast<std::size_t>(offset) / page_size + 1;
+    const std::size_t begin = static_cast<std::size_t>(offset) % page_size;
+    const std::span wanted(static_cast<unsigned char*>(to), static_cast<std::size_t>(bytes));
+    if (begin == 0 && wanted.size() == page_size) {
         return read_page(file, number, wanted);
     }
-    if (begin + bytes > page_size) {
+    if (begin + wanted.size() > page_size) {
         return SQLITE_IOERR_READ;
     }
     std::array<unsigned char, LARGEST_PAGE> page;  // NOLINT(cppcoreguidelines-pro-type-member-init): it is read into
     const int code = read_page(file, number, std::span(page).first(page_size));
     if (code == SQLITE_OK) {
-        std::ranges::copy(std::span(page).subspan(begin, bytes), wanted.begin());
+        std::ranges::copy(std::span(page).subspan(begin, wanted.size()), wanted.begin());
     }
     return code;
 }
@@ -84,7 +84,7 @@ int check_from_now_on(sqlite3_file* file) {
     if (const int code = file->pMethods->xFileSize(file, &size); code != SQLITE_OK) {
         return code;
     }
-    if (!is_possible(*layout, size)) {
+    if (!is_possible(*layout, static_cast<std::size_t>(size))) {
         return SQLITE_IOERR_DATA;
     }
     CheckedFile& checked = checked_file(file);

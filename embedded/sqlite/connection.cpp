@@ -233,9 +233,9 @@ std::int64_t Statement::integer(int column) const {
 std::string_view Statement::text(int column) const {
     // The address must be asked for first: it may convert the value, and so set the size.
     const void* address = sqlite3_column_text(statement_.get(), column);
-    const int size = sqlite3_column_bytes(statement_.get(), column);
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column));
     connection_.count(size);
-    return {static_cast<const char*>(address), static_cast<std::size_t>(size)};
+    return {static_cast<const char*>(address), size};
 }
 
 Transaction::Transaction(const Connection& connection) : connection_(connection) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstdint>
 #include <fstream>
 #include <ios>
 #include <vector>
@@ -14,17 +15,16 @@ namespace embedded {
 
 namespace {
 
-constexpr int CHECKSUM_BYTES = 8;
+constexpr std::size_t CHECKSUM_BYTES = 8;
 
 constexpr std::uint32_t CHECKSUMS_APPLICATION_ID = 0x57534331;  // "WSC1"
 
 using Checksum = std::array<unsigned char, CHECKSUM_BYTES>;
 
-Checksum checksum_of(std::span<const unsigned char> page, std::int64_t number) {
+Checksum checksum_of(std::span<const unsigned char> page, std::size_t number) {
     const std::span<const unsigned char> content = page.first(page.size() - CHECKSUM_BYTES);
     XXH64_canonical_t canonical{};
-    XXH64_canonicalFromHash(&canonical,
-                            XXH3_64bits_withSeed(content.data(), content.size(), static_cast<XXH64_hash_t>(number)));
+    XXH64_canonicalFromHash(&canonical, XXH3_64bits_withSeed(content.data(), content.size(), number));
     return std::to_array(canonical.digest);
 }
 
@@ -53,17 +53,17 @@ std::optional<PageLayout> layout_with_checksums(std::span<const unsigned char, D
     if (big_endian(header.subspan(68, 4)) != CHECKSUMS_APPLICATION_ID) {
         return std::nullopt;
     }
-    const std::int64_t page_size = big_endian(header.subspan(16, 2));
+    const std::size_t page_size = big_endian(header.subspan(16, 2));
     return PageLayout{.page_size = page_size == 1 ? 65'536 : page_size, .pages = big_endian(header.subspan(28, 4))};
 }
 
-bool is_possible(const PageLayout& layout, std::int64_t file_size) {
-    constexpr std::int64_t SMALLEST_PAGE = 512;
-    return layout.page_size >= SMALLEST_PAGE && std::has_single_bit(static_cast<std::uint64_t>(layout.page_size)) &&
+bool is_possible(const PageLayout& layout, std::size_t file_size) {
+    constexpr std::size_t SMALLEST_PAGE = 512;
+    return layout.page_size >= SMALLEST_PAGE && std::has_single_bit(layout.page_size) &&
            layout.page_size * layout.pages == file_size;
 }
 
-bool has_its_checksum(std::span<const unsigned char> page, std::int64_t number) {
+bool has_its_checksum(std::span<const unsigned char> page, std::size_t number) {
     return std::ranges::equal(page.last(CHECKSUM_BYTES), checksum_of(page, number));
 }
 
@@ -74,18 +74,21 @@ bool write_checksums(const std::string& path) {
         return false;
     }
     const PageLayout layout = layout_with_checksums(header).value();
-    constexpr std::int64_t PAGES_AT_ONCE = 256;
-    std::vector<unsigned char> block;
-    for (std::int64_t done = 0; done < layout.pages && file; done += PAGES_AT_ONCE) {
-        block.resize(std::min(PAGES_AT_ONCE, layout.pages - done) * layout.page_size);
-        file.seekg(done * layout.page_size);
-        file.read(characters(block), std::ssize(block));
-        for (std::int64_t at = 0; at < std::ssize(block); at += layout.page_size) {
-            const std::span<unsigned char> page(&block[at], layout.page_size);
-            std::ranges::copy(checksum_of(page, done + at / layout.page_size + 1), page.last(CHECKSUM_BYTES).begin());
+    constexpr std::size_t PAGES_AT_ONCE = 256;
+    std::vector<unsigned char> block(PAGES_AT_ONCE * layout.page_size);
+    for (std::size_t number = 1; number <= layout.pages && file;) {
+        const std::size_t pages = std::min(PAGES_AT_ONCE, layout.pages - (number - 1));
+        const std::span<unsigned char> read = std::span(block).first(pages * layout.page_size);
+        const auto place = static_cast<std::streamoff>((number - 1) * layout.page_size);
+        file.seekg(place);
+        file.read(characters(read), std::ssize(read));
+        for (std::span<unsigned char> rest = read; !rest.empty(); rest = rest.subspan(layout.page_size)) {
+            const std::span<unsigned char> page = rest.first(layout.page_size);
+            std::ranges::copy(checksum_of(page, number), page.last(CHECKSUM_BYTES).begin());
+            ++number;
         }
-        file.seekp(done * layout.page_size);
-        file.write(characters(block), std::ssize(block));
+        file.seekp(place);
+        file.write(characters(read), std::ssize(read));
     }
     return static_cast<bool>(file.flush());
 }

@@ -8,7 +8,6 @@
 #include "embedded/sqlite/connection.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -20,18 +19,18 @@ inline constexpr std::size_t DATABASE_HEADER_BYTES = 100;
 
 /// How a file is divided into pages.
 struct PageLayout {
-    std::int64_t page_size = 0;
-    std::int64_t pages = 0;
+    std::size_t page_size = 0;
+    std::size_t pages = 0;
 };
 
 /// The layout that the header of a file states, when it states checksums too. It may be an impossible one.
 std::optional<PageLayout> layout_with_checksums(std::span<const unsigned char, DATABASE_HEADER_BYTES> header);
 
 /// Whether a file of `file_size` bytes can have such a layout.
-bool is_possible(const PageLayout& layout, std::int64_t file_size);
+bool is_possible(const PageLayout& layout, std::size_t file_size);
 
 /// Whether a page, the `number`th of its file from 1 on, has the checksum of what stands on it.
-bool has_its_checksum(std::span<const unsigned char> page, std::int64_t number);
+bool has_its_checksum(std::span<const unsigned char> page, std::size_t number);
 
 /// Has an empty database leave room for checksums, and state them. Throws `SqliteError`.
 void leave_room_for_checksums(const Connection& connection);

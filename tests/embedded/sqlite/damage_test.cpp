@@ -72,6 +72,10 @@ class DamagedIndex : public scip::ScipImport {
     const std::string FAILURE = "failure";
 };
 
+void flip(std::string& bytes, std::size_t bit) {
+    bytes[bit / 8] = static_cast<char>(static_cast<unsigned char>(bytes[bit / 8]) ^ (1U << bit % 8));
+}
+
 // Bytes in which one thing is amiss: a byte, a bit, a sector, the order of pages, or the length.
 std::string damaged(std::string bytes, std::mt19937& random) {
     constexpr std::size_t SECTOR = 512;
@@ -82,11 +86,11 @@ std::string damaged(std::string bytes, std::mt19937& random) {
     const std::size_t other_page = random() % (bytes.size() / PAGE) * PAGE;
     switch (random() % 8) {
     case 0:
-        bytes[at] = static_cast<char>(bytes[at] + 1 + random() % 255);
+        bytes[at] = static_cast<char>(static_cast<unsigned char>(bytes[at]) + 1 + random() % 255);
         break;
     case 1:
     case 2:
-        bytes[at] = static_cast<char>(bytes[at] ^ (1U << random() % 8));
+        flip(bytes, at * 8 + random() % 8);
         break;
     case 3:
         bytes.replace(sector, SECTOR, SECTOR, '\0');
@@ -131,7 +135,7 @@ TEST_F(DamagedIndex, NoticesEveryBitOfItsHeader) {
     const std::string sound = folder.read("index.db");
     for (std::size_t bit = 0; bit < DATABASE_HEADER_BYTES * 8; ++bit) {
         std::string bytes = sound;
-        bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1U << bit % 8));
+        flip(bytes, bit);
         put(bytes);
         EXPECT_EQ(outcome([](storage::Database&, std::ostream&) {}), FAILURE) << bit;
     }
