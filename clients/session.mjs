@@ -56,14 +56,29 @@ const right = [
     const answer = await ask("ground_page", { paths, sections: [only, "files"], total });
     const expected = await command("page", ...paths, "--only", `${only},files`, "--total", String(total));
     assert.equal(answer.content[0].text, expected);
-    assert.equal(answer.structuredContent.markdown, expected);
+    assert.deepEqual(Object.keys(answer.structuredContent), ["missing", "remarks"]);
   },
   async () => {
     const path = one(files);
     const answer = await ask("ground_page", { paths: [path], format: "json" });
     const expected = await command("page", path, "--format", "json");
     assert.equal(answer.content[0].text, expected);
-    assert.deepEqual(answer.structuredContent.page, JSON.parse(expected));
+  },
+  async () => {
+    const path = one(folders);
+    const tokens = 500 + below(2000);
+    const answer = await ask("ground_page", { paths: [path], sections: ["outline"], max_tokens: tokens });
+    const options = ["--only", "outline", "--max-tokens", String(tokens)];
+    assert.equal(answer.content[0].text, await command("page", path, ...options));
+    assert.ok(Buffer.byteLength(answer.content[0].text) <= 4 * tokens);
+  },
+  async () => {
+    const path = one(files);
+    const value = path.slice(0, path.lastIndexOf("/") + 2);
+    const ref = { type: "ref/resource", uri: "scope://page/{+path}" };
+    const { completion } = await client.complete({ ref, argument: { name: "path", value } });
+    assert.ok(completion.values.every((each) => each.startsWith(value)));
+    assert.ok(completion.hasMore || completion.values.includes(path), path);
   },
   async () => {
     const name = one(names);
@@ -87,12 +102,15 @@ const right = [
     assert.ok(messages[0].content.text.endsWith(await command("page", ...paths)));
   },
 ];
-const refused = (field) => (error) => error.code === -32602 && error.message.includes(field);
+async function corrected(tool, args, reason) {
+  const answer = await ask(tool, args);
+  assert.ok(answer.isError && answer.content[0].text.startsWith(reason), answer.content[0].text);
+}
 const wrong = [
-  () => assert.rejects(ask("ground_page", { paths: "src" }), refused("paths")),
-  () => assert.rejects(ask("ground_page", { paths: ["src"], total: -1 }), refused("total")),
-  () => assert.rejects(ask("find_declarations", {}), refused("name")),
-  () => assert.rejects(ask("no_such_tool", {}), refused("name")),
+  () => corrected("ground_page", { paths: "src" }, "paths: must be a list"),
+  () => corrected("ground_page", { paths: ["src"], total: -1 }, "total: must be at least 0"),
+  () => corrected("find_declarations", {}, "name: is missing"),
+  () => assert.rejects(ask("no_such_tool", {}), { code: -32602 }),
   () => assert.rejects(client.readResource({ uri: "scope://page/../../etc/passwd" }), { code: -32002 }),
   async () => assert.equal((await ask("ground_page", { paths: ["src/none.ts"] })).isError, true),
 ];
