@@ -88,6 +88,40 @@ TEST_F(Server, SaysInOneLineWhatKeepsAPageFromBeingRead) {
     expect_failure(page, "\"wiki_scope.languages\" does not exist; it is not a whole wiki-scope index");
 }
 
+TEST_F(Server, GivesAPoolCleanSessionsBack) {
+    const char* const pool = std::getenv("POOL");
+    if (pool == nullptr) {
+        GTEST_SKIP() << "no pool is installed";
+    }
+    const std::string pooled = "postgresql:///tested?port=6432&host=" + std::string(pool);
+    folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F)}));
+    Connection client{Address(pooled)};
+    const std::int64_t session = number(client, "SELECT pg_backend_pid()");
+    for (const std::string command :
+         {"init", "import in.scip --repository one", "import in.scip --repository one", "stats --repository one"}) {
+        EXPECT_EQ(run(command + " --index '" + pooled + "'").exit_code, 0) << command;
+    }
+    EXPECT_EQ(number(client, "SELECT pg_backend_pid()"), session);
+    EXPECT_EQ(number(client, "SELECT count(*) FROM pg_settings WHERE source = 'session' AND name IN ('search_path', "
+                             "'synchronous_commit', 'idle_in_transaction_session_timeout', 'enable_sort', 'jit')"),
+              0);
+    EXPECT_EQ(number(client, "SELECT count(*) FROM pg_locks WHERE locktype = 'advisory'"), 0);
+}
+
+TEST_F(Server, ARepositoryIsCalledAsItsFolderReallyIsWhicheverWayLeadsThere) {
+    folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F)}));
+    for (const std::string checkout : {".", "link", "link/", "\"$PWD\""}) {
+        EXPECT_EQ(shell("ln -sfn . link && '" WIKI_SCOPE "' import in.scip --index postgresql:///tested --checkout " +
+                        checkout)
+                      .exit_code,
+                  0)
+            << checkout;
+    }
+    EXPECT_EQ(run("stats --index postgresql:///tested").exit_code, 0);
+    Connection connection(database);
+    EXPECT_EQ(number(connection, "SELECT count(*) FROM wiki_scope.repositories"), 1);
+}
+
 TEST_F(Server, AFullDiskLeavesTheOldIndexAndSaysSo) {
     const char* const disk = std::getenv("SMALL_DISK");
     if (disk == nullptr) {
