@@ -333,7 +333,7 @@ TEST_F(Command, HasBashCompleteItsCommandsOptionsAndFiles) {
     folder.write("of two words.scip", "");
     for (const auto& [words, reply] : std::vector<std::pair<std::string, std::string>>{
              {"s", "stats\nserve\n"},
-             {"page --max", "--max-bytes\n--max-share\n"},
+             {"page --max", "--max-bytes\n--max-tokens\n--max-share\n"},
              {"page --format m", "markdown\n"},
              {"find --format = j", "json\n"},
              {"import --checkout s", "src\n"},

@@ -80,8 +80,7 @@ TEST_F(ImportIntoFile, WhatCannotTakeThePlaceOfTheOldIndexSaysSo) {
         }
     };
     EXPECT_EQ(failure(folder / "in.scip", block),
-              index +
-                  ": cannot be written (Is a directory), and is as it was before; make room or choose another place");
+              index + ": cannot be written (Is a directory), and is as it was before; choose another place");
 }
 
 TEST_F(ImportIntoFile, RemovesWhatIsItsOwnAndNothingElse) {
