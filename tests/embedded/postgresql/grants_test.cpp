@@ -111,7 +111,7 @@ TEST_F(GrantingServer, QuotesWhatTheyAreCalled) {
     folder.write("role", role);
     grant("\"$(cat role)\" --may-import --repository \"$(cat role)\"");
     Connection connection(database);
-    EXPECT_EQ(number(connection, "SELECT count(*) FROM pg_policies WHERE policyname = roles[1]"), 8);
+    EXPECT_EQ(number(connection, "SELECT count(*) FROM pg_policies WHERE policyname = roles[1]"), 9);
     connection.execute("DROP OWNED BY \"a\"\"b'c\\d\n;e\"; DROP ROLE \"a\"\"b'c\\d\n;e\"");
     import(3);
     grant("public");
