@@ -361,6 +361,12 @@ TEST_F(Serve, TellsProgressAndLeavesACancelledCallUnanswered) {
     EXPECT_FALSE(client->is_answered(cancelled));
 }
 
+TEST_F(Serve, LetsLoopsOverWhatWasReadLookForCancellation) {
+    IndexConnections connections(std::make_shared<SqliteIndex>(index), [] {});
+    EXPECT_THROW(connections.borrow([] { throw Cancelled{}; }, [](storage::Database& db) { db.check_interrupt(); }),
+                 Cancelled);
+}
+
 TEST_F(Serve, AnswersASmallCallWhileLargeOnesGoOn) {
     change("UPDATE symbols SET uses = 1000000");
     begin();
