@@ -132,8 +132,8 @@ void write_bash(std::ostream& out, const CLI::App& app) {
             for (const std::string& option : argument.names) {
                 options.append(options.empty() ? "" : " ").append(option);
                 if (argument.value != Value::NONE) {
-                    out << "    " << single_quoted(name + " " + option + " ") << "*) " << reply_in_bash(argument)
-                        << " ;;\n";
+                    const std::string begun = std::string(name).append(" ").append(option).append(" ");
+                    out << "    " << single_quoted(begun) << "*) " << reply_in_bash(argument) << " ;;\n";
                 }
             }
             rest = argument.names.empty() ? reply_in_bash(argument) : rest;

@@ -5,7 +5,7 @@
 namespace embedded {
 
 std::string remedy_for(const std::error_code& failure) {
-    const std::string elsewhere = "choose another place";
+    std::string elsewhere = "choose another place";
     switch (failure.value()) {
     case ENOSPC:
     case EDQUOT:

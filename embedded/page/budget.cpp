@@ -94,8 +94,11 @@ class ShortenedPassage {
 
 class ShortenedPage {
   public:
-    explicit ShortenedPage(std::vector<Passage> passages)
-        : passages_(std::make_move_iterator(passages.begin()), std::make_move_iterator(passages.end())) {}
+    explicit ShortenedPage(std::vector<Passage> passages) {
+        for (Passage& passage : passages) {
+            passages_.emplace_back(std::move(passage));
+        }
+    }
 
     [[nodiscard]] std::size_t size() const {
         std::size_t size = 0;

@@ -53,8 +53,9 @@ void RowCopy::stage() {
     std::string make;
     for (const SnapshotTable& table : SNAPSHOT_TABLES) {
         const std::string name(table.name);
-        any += " OR pg_catalog.row_security_active('wiki_scope." + name + "')";
-        make += "CREATE TEMPORARY TABLE " + STAGE + name + "(LIKE wiki_scope." + name + ") ON COMMIT DROP;";
+        any.append(" OR pg_catalog.row_security_active('wiki_scope.").append(name).append("')");
+        make.append("CREATE TEMPORARY TABLE " + STAGE).append(name);
+        make.append("(LIKE wiki_scope.").append(name).append(") ON COMMIT DROP;");
     }
     Rows guarded(connection_, any, {});
     is_staged_ = guarded.step();
@@ -109,9 +110,10 @@ void RowCopy::finish() {
     for (std::size_t table = 0; table < tables_.size(); ++table) {
         copy(table);
         if (is_staged_) {
-            const std::string name(SNAPSHOT_TABLES.at(table).name);
-            tables_.at(table).copied =
-                connection_.execute("INSERT INTO wiki_scope." + name + " SELECT * FROM " + STAGE + name, Parameters());
+            std::string statement = "INSERT INTO wiki_scope.";
+            statement.append(SNAPSHOT_TABLES.at(table).name).append(" SELECT * FROM " + STAGE);
+            statement.append(SNAPSHOT_TABLES.at(table).name);
+            tables_.at(table).copied = connection_.execute(statement, Parameters());
         }
     }
 }

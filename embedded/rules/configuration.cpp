@@ -63,7 +63,7 @@ std::string index_path(const toml::table& table, const std::filesystem::path& ro
     if (value == nullptr) {
         return "";
     }
-    const std::string path = value->value_exact<std::string>().value_or("");
+    std::string path = value->value_exact<std::string>().value_or("");
     if (path.empty() || is_server(path) || !stays_below(root, path)) {
         throw failure(file, value->source(),
                       "index is no file in the folder of this one; name servers and other places with --index or "

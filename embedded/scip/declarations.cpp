@@ -1,6 +1,7 @@
 #include "embedded/scip/declarations.h"
 
 #include "embedded/text/ascii.h"
+#include "embedded/text/control_characters.h"
 
 #include <algorithm>
 #include <array>
@@ -189,7 +190,9 @@ std::string fqn_of(std::span<const Descriptor> descriptors) {
             fqn.append(fqn.empty() ? "" : ".").append(written(descriptors[at].name));
         }
     }
-    return fqn;
+    // A parameter that is a pattern is called as it is written, over several lines.
+    std::ranges::replace(fqn, '\n', ' ');
+    return without_control_characters(fqn);
 }
 
 bool stands_outside(std::span<const Descriptor> descriptors) {

@@ -44,7 +44,7 @@ int rank_of_kind(std::string_view kind);
 std::string name_of(std::span<const Descriptor> descriptors, const Description& description);
 
 /// The names of all descriptors as people write them, joined by ".". A parameter that is a property of its class has
-/// the name of one: C.x for C#`<constructor>`().(x).
+/// the name of one: C.x for C#`<constructor>`().(x). Line feeds become blanks, other control characters U+FFFD.
 std::string fqn_of(std::span<const Descriptor> descriptors);
 
 /// Whether a file could make the declaration public by itself: one inside of a body cannot be reached, and a member is

@@ -42,7 +42,7 @@ struct ImportReport {
     std::map<std::string, std::int64_t> declarations_by_kind;
     std::map<std::string, EdgeCount> edges_by_resolution;
 
-    /// Distinct symbols that are passed over: they do not parse, hold control characters, or are too long.
+    /// Distinct symbols that are passed over: they do not parse, are too long, or have control characters in their name.
     std::int64_t unparsed_symbols = 0;
     /// Documents that are passed over for their path: empty, absolute, too long, with ".." or control characters.
     std::int64_t unusable_documents = 0;

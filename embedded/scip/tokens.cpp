@@ -34,7 +34,8 @@ std::optional<SymbolNumber> SymbolTable::number(std::string_view symbol) {
         return known->second;
     }
     const auto added = numbers_.emplace(symbol, std::nullopt).first;
-    if (const auto parts = has_control_character(symbol) ? std::nullopt : parse_symbol(symbol)) {
+    const auto parts = parse_symbol(symbol);
+    if (parts && !has_control_character(parts->descriptors.back().name)) {
         added->second = static_cast<SymbolNumber>(symbols_.size());
         symbols_.push_back(added->first);
         augmentations_.push_back(scip::is_augmentation(parts->descriptors));

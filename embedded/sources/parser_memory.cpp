@@ -22,10 +22,8 @@ struct alignas(std::max_align_t) Header {
 };
 
 // The parser's functions take no context.
-// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
-thread_local Header* ring = nullptr;
-thread_local ParserMemory* current = nullptr;
-// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
+thread_local Header* ring = nullptr;           // NOLINT(*-avoid-non-const-global-variables)
+thread_local ParserMemory* current = nullptr;  // NOLINT(*-avoid-non-const-global-variables)
 
 // What the header of the block at an address says; by chance no other eight bytes do.
 std::uint64_t mark_of(const void* block) {

@@ -96,10 +96,9 @@ void Connection::distrust(Mode mode) const {
     sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, LONGEST_VALUE);
     sqlite3_limit(handle(), SQLITE_LIMIT_SQL_LENGTH, LONGEST_STATEMENT);
     sqlite3_hard_heap_limit64(MOST_MEMORY);
-    // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): so are they declared
-    sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, mode == Mode::READ ? 1 : 0, nullptr);
-    sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    // NOLINTEND(cppcoreguidelines-pro-type-vararg)
+    const int is_defensive = mode == Mode::READ ? 1 : 0;
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, is_defensive, nullptr);  // NOLINT(*-vararg): so declared
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);        // NOLINT(*-vararg): so declared
 }
 
 void Connection::execute(const std::string& sql) const {

@@ -98,7 +98,7 @@ TEST_F(Lookup, PrintsNoCharacterThatATerminalObeys) {
     ASSERT_EQ(run("import in.scip --index new.db").exit_code, 0);
     Connection(folder / "new.db", Connection::Mode::CREATE)
         .execute(
-            "UPDATE meta SET value = replace(replace(value, 'indexer', '\\u001b\\u009b'), 'a.ts', '\\u202e\\u007f')");
+            R"(UPDATE meta SET value = replace(replace(value, 'indexer', '\u001b\u009b'), 'a.ts', '\u202e\u007f'))");
     for (const std::string command :
          {"files --index index.db", "files none src/.ts \u009B\u202E --index index.db", "find f --index index.db",
           "page src --checkout . --index index.db", "stats --index new.db", "import in.scip --index \x1B.db"}) {
@@ -147,7 +147,7 @@ TEST_F(Lookup, ChecksAllOfAnIndexWhenItIsAsked) {
     EXPECT_EQ(run("stats --index whole.db").out.find("hecke"), std::string::npos);
 
     change("INSERT INTO meta VALUES('report', '" + written(scip::ImportReport()) + "')");
-    EXPECT_NE(run("stats --index index.db").out.find("\nWithout checksums, "), std::string::npos);
+    EXPECT_NE(run("stats --index ./index.db").out.find("\nWithout checksums, "), std::string::npos);
     declare({{"needle", 1, ""}});
     std::string stale = folder.read("index.db");
     stale[stale.find("needle")] = 'N';  // in the table, or in what names are found by

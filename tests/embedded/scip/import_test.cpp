@@ -80,11 +80,12 @@ TEST_F(ScipImport, LeavesOutPathsAndNamesWithControlCharactersAndCountsThem) {
     const ImportReport report = import({ScipDocument("a.ts", "\x1B")
                                             .describes(F, {.display_name = "\u202E"})
                                             .defines(F)
-                                            .defines(symbol("`f\n\n## G`#")),
+                                            .defines(symbol("`f\n\n## G`#"))
+                                            .defines(symbol("f().(`{\n  body }`)typeLiteral1:body.")),
                                         ScipDocument("b\n|.ts"), ScipDocument("\u0085.ts"), ScipDocument("\u2028.ts"),
                                         ScipDocument("\x7F.ts")});
     EXPECT_EQ(rows("SELECT path || ' ' || language AS row FROM files"), "a.ts typescript");
-    EXPECT_EQ(declarations(), "f function 1-1 public");
+    EXPECT_EQ(rows("SELECT fqn AS row FROM symbols"), "f; f.{   body }.typeLiteral1.body");
     EXPECT_EQ(report.unparsed_symbols, 1);
     EXPECT_EQ(report.unusable_documents, 4);
     const Projects projects{{"a%1B", {ScipDocument("a.ts")}}, {"b", {ScipDocument("b.ts")}}};

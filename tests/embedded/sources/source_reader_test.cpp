@@ -44,7 +44,7 @@ TEST_F(Reader, HasAThreadForEachCore) {
 }
 
 TEST_F(Reader, ReadsOnFewerThreadsThanThereAreCoresAndOnNone) {
-    for (const rlim_t most : {0, 2}) {
+    for (const rlim_t most : {0U, 2U}) {
         EXPECT_EQ(with_most_threads(most, [&] { return declarations(); }), "2") << most;
     }
 }
