@@ -96,7 +96,7 @@ void add_page_command(CLI::App& app) {
     add_number("--max-share", numbers.max_share, "Share of the total that one file may take from others")
         ->check([](const std::string& text) {
             double share = 0;
-            return parse_number(text, share) && share > PageOptions::LARGEST_SHARE ? text + " is more than all" : "";
+            return parse_number(text, share) && share > PageOptions::LARGEST_SHARE ? text + " is more than 1" : "";
         });
     add_number("--deep", numbers.deep, "Names for a deeper treatment");
     add_number("--deep-per-file", numbers.deep_per_file, "Names for a deeper treatment from any one file");

@@ -117,7 +117,7 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
              {"--total 0x10", "--total: \"0x10\" is not a number"},
              {"--deep 9223372036854775808", "--deep: \"9223372036854775808\" is"},
              {"--no-source --format json", "--no-source: is for Markdown alone"},
-             {"--max-share 1.01", "--max-share: 1.01 is more than all"},
+             {"--max-share 1.01", "--max-share: 1.01 is more than 1"},
              {"--max-share nan", "--max-share: \"nan\" is not a number"},
              {"--max-share 1e999", "--max-share: \"1e999\" is not a number"},
              {"--format xml", "--format: xml not in"},
