@@ -13,6 +13,15 @@
 
 namespace embedded {
 
+/// How many threads the thread sanitizer has of its own in such a process.
+inline constexpr rlim_t SANITIZER_THREADS =
+#ifdef __has_feature
+#if __has_feature(thread_sanitizer)
+    2 +
+#endif
+#endif
+    0;
+
 /// Runs `work` in a process of its own whose user may have so many processes and threads, itself among them. Gives what
 /// `work` returns or throws; "terminated" when the process did not come to its end. Whoever is root becomes a user who
 /// has no other process; for others, 0 is the only number that is certain to be reached.
