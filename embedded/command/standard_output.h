@@ -16,7 +16,7 @@ namespace embedded {
 
 /// What `write` writes to a stream. Throws what `write` throws.
 template <class Write>
-std::string written(Write write) {
+std::string rendered(Write write) {
     std::ostringstream out;
     write(out);
     return std::move(out).str();
@@ -38,7 +38,7 @@ inline void print_text(std::string_view text) {
 /// Prints what `write` writes once it is whole: nothing when `write` throws. Throws what it throws, and as `print_text`.
 template <class Write>
 void print(Write write) {
-    print_text(written(std::move(write)));
+    print_text(rendered(std::move(write)));
 }
 
 }  // namespace embedded

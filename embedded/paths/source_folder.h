@@ -9,12 +9,15 @@ namespace embedded {
 
 struct SourceFolder {
     std::string path;                  ///< empty when none is known
-    bool is_the_users_choice = false;  ///< whether the user has named it, or works in it
+    bool is_the_users_choice = false;  ///< whether the user has named it, or works in it; else files may be withheld
 };
 
-/// The folder that the user has named, else the one that the index notes as the folder it was made in. That note is
-/// taken as it is only from a file of this user, which nobody else could write, and where the user works in that very
-/// folder; of another index it is the repository that the user works in, or the current folder. Throws `IndexError`.
+/// The first of these that there is. Throws `IndexError`.
+/// 1. The folder that the user has named.
+/// 2. The folder that the index notes, where it is the current folder or the root of the repository around that.
+/// 3. The folder that the index notes, where the index is a file of this user that others may not write to.
+/// 4. For any other index, the root of the repository around the current folder, or that folder.
+/// The user has chosen the first two.
 SourceFolder source_folder(const std::string& named, storage::Database& db);
 
 }  // namespace embedded

@@ -21,6 +21,15 @@ class AttackedServer : public Server {
         owner.execute("DROP DATABASE IF EXISTS tested WITH (FORCE)");
         owner.execute("DROP ROLE attacker");
     }
+
+    // The attacker's connection to a database made anew, in which he may create what he likes.
+    [[nodiscard]] Connection into_new_database() {
+        owner.execute("DROP DATABASE tested WITH (FORCE)");
+        owner.execute("CREATE DATABASE tested");
+        owner.execute("GRANT CREATE ON DATABASE tested TO attacker");
+        Connection(database).execute("GRANT CREATE ON SCHEMA public TO attacker");
+        return Connection(Address("postgresql://attacker@/tested"));
+    }
 };
 
 // Functions, aggregates and operators that suit the arguments of our statements better than the server's own, or as well.
@@ -69,11 +78,7 @@ TEST_F(AttackedServer, NeverCallsWhatOthersHavePutIntoAFormerSchemaOfThePath) {
     ASSERT_EQ(run("import in.scip --checkout . --index new.db").exit_code, 0);
     const std::string expected = shell("'" WIKI_SCOPE "' page a.ts --checkout . --index new.db").out;
     for (const std::string options : {"", "?options=-csearch_path%3Dpublic,pg_catalog"}) {
-        owner.execute("DROP DATABASE tested WITH (FORCE)");
-        owner.execute("CREATE DATABASE tested");
-        owner.execute("GRANT CREATE ON DATABASE tested TO attacker");
-        Connection(database).execute("GRANT CREATE ON SCHEMA public TO attacker");
-        Connection attacker(Address("postgresql://attacker@/tested"));
+        Connection attacker = into_new_database();
         shadow_builtins(attacker);
         if (options.empty()) {
             owner.execute("ALTER DATABASE tested SET search_path = public, pg_catalog");
@@ -123,11 +128,7 @@ TEST_F(AttackedServer, TheSchemaOfAnotherIsNotPreparedAndReadOnlyWhereItRunsNoCo
         Code{"ALTER FUNCTION wiki_scope.remove_other_snapshots SECURITY INVOKER",
              "ALTER FUNCTION wiki_scope.remove_other_snapshots SECURITY DEFINER"},
     };
-    owner.execute("DROP DATABASE tested WITH (FORCE)");
-    owner.execute("CREATE DATABASE tested");
-    owner.execute("GRANT CREATE ON DATABASE tested TO attacker");
-    Connection(database).execute("GRANT CREATE ON SCHEMA public TO attacker");
-    Connection attacker(Address("postgresql://attacker@/tested"));
+    Connection attacker = into_new_database();
     migrate(attacker);
     attacker.execute("CREATE FUNCTION public.run() RETURNS boolean IMMUTABLE LANGUAGE sql AS 'SELECT true';"
                      "CREATE FUNCTION public.fire() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN RETURN NULL; END'");
