@@ -27,26 +27,26 @@ fuzz:
 demo: build/dev/build.ninja
 	tools/install-packages demo
 	cmake --build --preset dev --target wiki-scope
-	demo/run build/dev/embedded/wiki-scope
+	demo/run build/dev/host/wiki-scope
 
 # Compares pages of real repositories with what the compilers of their languages know; needs minutes and the network.
 truth: build/dev/build.ninja
 	tools/install-packages truth
 	cmake --build --preset dev --target wiki-scope
-	truth/run build/dev/embedded/wiki-scope
+	truth/run build/dev/host/wiki-scope
 
 # Has clients that others have written talk to the server; needs the network.
 serve-check: build/dev/build.ninja
 	tools/install-packages demo
 	cmake --build --preset dev --target wiki-scope
-	clients/run build/dev/embedded/wiki-scope
+	clients/run build/dev/host/wiki-scope
 
 # Has pages and imports work with a PostgreSQL server of its own, then for LOAD_SECONDS under load while it fails.
 LOAD_SECONDS = 60
 server-check: all
 	tools/install-packages server
 	cmake --build --preset dev --target server_tests server_load
-	tools/with-postgresql tests/embedded/postgresql/run build/dev $(LOAD_SECONDS)
+	tools/with-postgresql tests/host/postgresql/run build/dev $(LOAD_SECONDS)
 
 # What the component and whole commands cost, as ratios.
 bench:
@@ -54,7 +54,7 @@ bench:
 	cmake --preset bench
 	cmake --build --preset bench
 	build/bench/bench/page_bench
-	tools/with-postgresql build/bench/bench/command_bench build/bench/embedded/wiki-scope postgresql:///postgres
+	tools/with-postgresql build/bench/bench/command_bench build/bench/host/wiki-scope postgresql:///postgres
 	build/bench/bench/memory_bench
 
 # Puts the library, its headers and the command below PREFIX, or below DESTDIR/PREFIX for a package.
@@ -65,7 +65,7 @@ install: release
 # What is installed, and nothing else.
 release:
 	tools/install-packages release
-	embedded/sources/grammars/fetch build/grammars
+	host/sources/grammars/fetch build/grammars
 	cmake --preset release
 	cmake --build --preset release
 
@@ -94,5 +94,5 @@ clean:
 
 build/dev/build.ninja: CMakePresets.json
 	tools/install-packages build
-	embedded/sources/grammars/fetch build/grammars
+	host/sources/grammars/fetch build/grammars
 	cmake --preset dev

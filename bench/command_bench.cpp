@@ -5,9 +5,9 @@
 // integers, and sorts them.
 
 #include "bench/child.h"
-#include "bench/generated_repository.h"
-#include "embedded/sqlite/connection.h"
-#include "tests/embedded/temporary_folder.h"
+#include "fixtures/generated_repository.h"
+#include "fixtures/temporary_folder.h"
+#include "host/sqlite/connection.h"
 
 #include <algorithm>
 #include <array>
@@ -24,9 +24,9 @@
 namespace {
 
 using bench::Cost;
-using embedded::Connection;
-using embedded::Statement;
-using embedded::TemporaryFolder;
+using host::Connection;
+using host::Statement;
+using host::TemporaryFolder;
 
 constexpr bench::Repository REPOSITORY = bench::LARGE_REPOSITORY;
 

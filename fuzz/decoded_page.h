@@ -1,7 +1,7 @@
 // A page made of arbitrary bytes.
 #pragma once
 
-#include "tests/scope/collaborators.h"
+#include "fixtures/collaborators.h"
 #include "workers/wiki/scope/facts.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Arbitrary files: what one says it is for fits on one short line.
 
-#include "embedded/text/blanks.h"
-#include "embedded/text/split_lines.h"
 #include "fuzz/promise.h"
+#include "host/text/blanks.h"
+#include "host/text/split_lines.h"
 #include "workers/wiki/file_summary.h"
 
 #include <nlohmann/json.hpp>
@@ -37,7 +37,7 @@ std::ptrdiff_t shown_code_points(std::string_view text) {
 
 // Whether words are all that there is, with one space between them.
 bool is_plain_line(std::string_view text) {
-    return text == embedded::trimmed(text) && text.find("  ") == std::string_view::npos &&
+    return text == host::trimmed(text) && text.find("  ") == std::string_view::npos &&
            text.find_first_of("\t\r\n\v\f") == std::string_view::npos;
 }
 
@@ -46,7 +46,7 @@ bool is_plain_line(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::ptrdiff_t LIMIT = 160;
     const std::string content(data, data + size);
-    const std::vector<std::string_view> views = embedded::split_lines(content);
+    const std::vector<std::string_view> views = host::split_lines(content);
     std::vector<std::string> lines(views.begin(), views.end());
     const std::string summary = wiki::file_summary(lines);
     promise(is_plain_line(summary), "a summary is one line of words");

@@ -1,7 +1,7 @@
 // Arbitrary bytes as a source file of every language.
 
-#include "embedded/sources/outline.h"
 #include "fuzz/promise.h"
+#include "host/sources/outline.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace embedded::sources;
+using namespace host::sources;
 using fuzz::promise;
 
 void check_outline(const Outline& outline, std::string_view text) {

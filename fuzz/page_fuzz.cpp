@@ -1,9 +1,9 @@
 // Arbitrary pages: the functions of the component keep their promises, and give the same results again.
 
+#include "fixtures/grounding.h"
 #include "fuzz/decoded_page.h"
 #include "fuzz/page_promises.h"
 #include "fuzz/promise.h"
-#include "tests/scope/grounding.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::DecodedPage page = fuzz::decode_page(data, size);

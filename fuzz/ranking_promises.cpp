@@ -1,6 +1,6 @@
+#include "fixtures/plain_selection.h"
 #include "fuzz/page_promises.h"
 #include "fuzz/promise.h"
-#include "tests/scope/plain_selection.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/ranking.h"
 

@@ -1,6 +1,6 @@
-#include "embedded/text/split_lines.h"
 #include "fuzz/page_promises.h"
 #include "fuzz/promise.h"
+#include "host/text/split_lines.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/render.h"
 
@@ -55,7 +55,7 @@ void check_rendering(const ScopeFacts& facts, std::span<const std::string> missi
         return;  // a path stands in its row as it is
     }
     constexpr std::size_t LINES_BEFORE_ROWS = 6;
-    const std::vector<std::string_view> lines = embedded::split_lines(cards);
+    const std::vector<std::string_view> lines = host::split_lines(cards);
     promise(lines.size() == LINES_BEFORE_ROWS + paths.size(), "every file has one row");
     for (std::size_t file = 0; file < paths.size(); ++file) {
         check_row(lines[LINES_BEFORE_ROWS + file], paths[file]);

@@ -1,12 +1,12 @@
 // Arbitrary bytes as a SCIP file and as a symbol, without an index: many more of them in the same time.
 
-#include "embedded/scip/contents.h"
-#include "embedded/scip/declarations.h"
-#include "embedded/scip/references.h"
-#include "embedded/scip/rows.h"
-#include "embedded/scip/symbol.h"
+#include "fixtures/temporary_folder.h"
 #include "fuzz/promise.h"
-#include "tests/embedded/temporary_folder.h"
+#include "host/scip/contents.h"
+#include "host/scip/declarations.h"
+#include "host/scip/references.h"
+#include "host/scip/rows.h"
+#include "host/scip/symbol.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -22,9 +22,9 @@
 
 namespace {
 
-using namespace embedded::scip;
-using embedded::TextSpool;
+using namespace host::scip;
 using fuzz::promise;
+using host::TextSpool;
 
 constexpr int KINDS = 11;
 
@@ -110,9 +110,9 @@ void check_references(const Contents& contents, const std::vector<FileRows>& row
 
 void check_scip(const std::string& path) {
     try {
-        static const embedded::TemporaryFolder folder;
+        static const host::TemporaryFolder folder;
         TextSpool spool(folder / "texts");
-        ScipFile scip(embedded::InputFile(path, folder / "copy", [] {}), [] {});
+        ScipFile scip(host::InputFile(path, folder / "copy", [] {}), [] {});
         std::int64_t read = 0;
         std::size_t begun = 0;
         const ContentsListener listener{.new_file = [&](auto&, auto&) { ++begun; }, .after_document = [&] { ++read; }};

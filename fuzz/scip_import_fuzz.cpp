@@ -1,17 +1,17 @@
 // Arbitrary bytes as a SCIP file: they are refused in one line and nothing is left of them, or they become an index
 // that keeps its promises and gives a page.
 
-#include "embedded/files/checkout.h"
-#include "embedded/page/page.h"
-#include "embedded/page/page_json.h"
-#include "embedded/page/page_markdown.h"
-#include "embedded/scip/import.h"
-#include "embedded/sqlite/schema.h"
-#include "embedded/sqlite/sqlite_database.h"
-#include "embedded/sqlite/sqlite_index.h"
+#include "fixtures/scip_builder.h"
+#include "fixtures/temporary_folder.h"
 #include "fuzz/promise.h"
-#include "tests/embedded/scip/scip_builder.h"
-#include "tests/embedded/temporary_folder.h"
+#include "host/files/checkout.h"
+#include "host/page/page.h"
+#include "host/page/page_json.h"
+#include "host/page/page_markdown.h"
+#include "host/scip/import.h"
+#include "host/sqlite/schema.h"
+#include "host/sqlite/sqlite_database.h"
+#include "host/sqlite/sqlite_index.h"
 
 #include <nlohmann/json.hpp>
 
@@ -28,7 +28,7 @@
 
 namespace {
 
-using namespace embedded;
+using namespace host;
 using fuzz::promise;
 using scip::ImportReport;
 

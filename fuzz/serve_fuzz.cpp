@@ -1,12 +1,12 @@
 // Arbitrary bytes as what a client sends: whatever is answered is a message, and the server still answers when they have
 // ended.
 
-#include "embedded/serve/server.h"
-#include "embedded/sqlite/row_writer.h"
-#include "embedded/sqlite/schema.h"
-#include "embedded/sqlite/sqlite_index.h"
+#include "fixtures/temporary_folder.h"
 #include "fuzz/promise.h"
-#include "tests/embedded/temporary_folder.h"
+#include "host/serve/server.h"
+#include "host/sqlite/row_writer.h"
+#include "host/sqlite/schema.h"
+#include "host/sqlite/sqlite_index.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -22,8 +22,8 @@
 
 namespace {
 
-using namespace embedded;
-using namespace embedded::serve;
+using namespace host;
+using namespace host::serve;
 using fuzz::promise;
 
 constexpr std::size_t LONGEST = 2'000;

@@ -1,4 +1,4 @@
-#include "tests/scope/collaborators.h"
+#include "fixtures/collaborators.h"
 #include "tests/scope/page_builder.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
+#include "fixtures/plain_selection.h"
 #include "tests/scope/page_builder.h"
-#include "tests/scope/plain_selection.h"
 #include "workers/wiki/scope/ranking.h"
 
 #include <gtest/gtest.h>

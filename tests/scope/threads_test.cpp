@@ -1,6 +1,6 @@
 // One page in many threads. A race shows under the sanitizer of threads (`make sanitize`).
 
-#include "tests/scope/grounding.h"
+#include "fixtures/grounding.h"
 #include "tests/scope/page_builder.h"
 
 #include <gtest/gtest.h>

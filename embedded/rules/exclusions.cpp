@@ -1,9 +1,0 @@
-#include "embedded/rules/exclusions.h"
-
-namespace embedded {
-
-std::vector<PathRule> usual_exclusions() {
-    return rules_of({"node_modules", "bower_components", "site-packages", "*.min.js", "*.min.mjs", "*.min.css"}, {});
-}
-
-}  // namespace embedded

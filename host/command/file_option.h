@@ -1,0 +1,17 @@
+// An option that names files or a folder.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+namespace host {
+
+/// Adds a required option or argument to a text, or to a list of texts. An empty name is wrong usage: it is what a
+/// script gives whose variable is unset.
+CLI::Option* add_file_option(CLI::App& command, const std::string& name, auto& paths, const std::string& help) {
+    const auto problem_of = [](const std::string& given) { return given.empty() ? "an empty name" : ""; };
+    return command.add_option(name, paths, help)->required()->check(problem_of);
+}
+
+}  // namespace host

@@ -1,0 +1,112 @@
+#include "host/command/index_option.h"
+
+#include "host/command/file_option.h"
+#include "host/command/named_index.h"
+#include "host/index/index_at.h"
+#include "host/index/index_error.h"
+#include "host/paths/folder_name.h"
+
+#include <optional>
+#include <stdexcept>
+
+namespace host {
+
+namespace {
+
+std::string advice(UnusableIndex::Fault fault, const Index& index) {
+    switch (fault) {
+    case UnusableIndex::Fault::MISSING:
+        return "; make one with: wiki-scope import INDEX.scip " + index.options();
+    case UnusableIndex::Fault::FOREIGN:
+        return "; name another file";
+    case UnusableIndex::Fault::OUTDATED:
+        return "; import the SCIP file again";
+    case UnusableIndex::Fault::UNPREPARED:
+        return "; prepare it with: wiki-scope init --index " + index.name();
+    case UnusableIndex::Fault::UNTRUSTED:
+        return "; have it removed, or name another database";
+    case UnusableIndex::Fault::NEWER:
+        return "; install a newer wiki-scope";
+    }
+    return "";
+}
+
+void name_elsewhere(IndexOption& option) {
+    const std::optional<NamedIndex> named = index_named_elsewhere(option.checkout);
+    if (!named) {
+        throw CLI::RequiredError("--index");
+    }
+    option.place = named->place;
+    option.origin = named->origin;
+}
+
+}  // namespace
+
+void add_index_options(CLI::App& command, IndexOption& option, const std::string& help) {
+    const std::string elsewhere = "; else WIKI_SCOPE_INDEX or .wiki-scope.toml name it";
+    add_file_option(command, "--index", option.place,
+                    help + ", a file or the address of a PostgreSQL database" + elsewhere)
+        ->type_name("PLACE")
+        ->required(false);
+    command
+        .add_option("--repository", option.repository,
+                    "Whose index it is, in a database; by default what the folder of the checkout is called")
+        ->type_name("NAME")
+        ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
+    command.parse_complete_callback([&command, &option] {
+        const CLI::Option* const checkout = command.get_option_no_throw("--checkout");
+        option.checkout = checkout != nullptr && *checkout ? checkout->as<std::string>() : "";
+        if (option.place.empty()) {
+            name_elsewhere(option);
+        }
+        if (!option.repository.empty() && !is_server(option.place)) {
+            throw CLI::ValidationError("--repository", "goes with the address of a database: a file holds one index");
+        }
+    });
+}
+
+std::unique_ptr<Index> index_of(const IndexOption& option) {
+    const std::string& checkout = option.checkout;
+    const std::string repository =
+        option.repository.empty() ? folder_name(checkout.empty() ? "." : checkout) : option.repository;
+    if (repository.empty() && is_server(option.place)) {
+        throw CLI::ValidationError("--repository", "is required: the current folder has no name");
+    }
+    return index_at(option.place, repository);
+}
+
+void add_checkout_option(CLI::App& command, std::string& path) {
+    add_file_option(command, "--checkout", path,
+                    "The folder that the paths are relative to; by default the one that the import read")
+        ->type_name("DIR")
+        ->required(false);
+}
+
+std::string failure_of(const Index& index, const std::exception& failure) {
+    const std::string what = failure.what();
+    if (const auto* const unusable = dynamic_cast<const UnusableIndex*>(&failure)) {
+        return what + advice(unusable->fault(), index);
+    }
+    const auto* const error = dynamic_cast<const IndexError*>(&failure);
+    return error != nullptr && error->is_about_content()
+               ? what + "; it is not a whole wiki-scope index: import the SCIP file again"
+               : what;
+}
+
+std::string failure_of(const IndexOption& option, const Index& index, const std::exception& failure) {
+    return failure_of(index, failure) + (option.origin.empty() ? "" : " (" + option.origin + " names this index)");
+}
+
+void read_index(const IndexOption& option, const std::function<void(storage::Database&)>& read) {
+    const std::unique_ptr<Index> index = index_of(option);
+    try {
+        const std::unique_ptr<IndexConnection> connection = index->connect();
+        read(*connection->read());
+    } catch (const UnusableIndex& error) {
+        throw std::runtime_error(failure_of(option, *index, error));
+    } catch (const IndexError& error) {
+        throw std::runtime_error(failure_of(option, *index, error));
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,40 @@
+#include "host/command/interruption.h"
+
+#include <cstddef>
+#include <stdexcept>
+
+namespace host {
+
+namespace {
+
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): all that a signal handler can write to
+volatile std::sig_atomic_t requested = 0;
+
+}  // namespace
+
+Interruption::Interruption() {
+    requested = 0;
+    struct sigaction noting {};
+    noting.sa_handler = [](int) { requested = 1; };
+    noting.sa_flags = SA_RESTART;
+    for (std::size_t at = 0; at < SIGNALS.size(); ++at) {
+        sigaction(SIGNALS[at], nullptr, &before_[at]);
+        if (before_[at].sa_handler != SIG_IGN) {
+            sigaction(SIGNALS[at], &noting, nullptr);
+        }
+    }
+}
+
+Interruption::~Interruption() {
+    for (std::size_t at = 0; at < SIGNALS.size(); ++at) {
+        sigaction(SIGNALS[at], &before_[at], nullptr);
+    }
+}
+
+void Interruption::throw_if_requested(const std::string& message) {
+    if (requested != 0) {
+        throw std::runtime_error(message);
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,176 @@
+#include "host/files/checkout.h"
+
+#include "host/files/content_hash.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool is_plain(std::string_view path) {
+    return !path.empty() && path.find('\0') == std::string_view::npos;
+}
+
+bool stays_below(const fs::path& path) {
+    return path.is_relative() && std::ranges::find(path, fs::path("..")) == path.end();
+}
+
+// Compares whole segments, so that `/a/b` does not contain `/a/bc`.
+bool contains(const fs::path& folder, const fs::path& path) {
+    return std::ranges::mismatch(folder, path).in1 == folder.end();
+}
+
+// Takes a text piece by piece, and gives its lines.
+class LineSplitter {
+  public:
+    void add(std::string_view piece) {
+        constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+        const bool has_mark = std::exchange(is_start_, false) && piece.starts_with(BYTE_ORDER_MARK);
+        piece.remove_prefix(has_mark ? BYTE_ORDER_MARK.size() : 0);
+        for (std::size_t end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
+            line_ += piece.substr(0, end);
+            if (line_.ends_with('\r')) {
+                line_.pop_back();
+            }
+            lines_.push_back(std::exchange(line_, {}));
+            piece.remove_prefix(end + 1);
+        }
+        line_ += piece;
+    }
+
+    std::vector<std::string> finish() {
+        if (!line_.empty()) {
+            lines_.push_back(std::exchange(line_, {}));
+        }
+        return std::exchange(lines_, {});
+    }
+
+  private:
+    std::vector<std::string> lines_;
+    std::string line_;
+    bool is_start_ = true;
+};
+
+// Reads the file to its end, piece by piece; returns whether that succeeds. A first piece that is shorter than a
+// byte-order mark is the whole file.
+template <class Take>
+bool read_pieces(const fs::path& path, Take take) {
+    constexpr std::size_t PIECE = 65'536;
+    std::ifstream file(path, std::ios::binary);
+    std::string piece(PIECE, '\0');
+    while (file.read(piece.data(), PIECE) || file.gcount() > 0) {
+        take(std::string_view(piece.data(), static_cast<std::size_t>(file.gcount())));
+    }
+    return file.eof() && !file.bad();
+}
+
+std::string fault(const std::error_code& error) {
+    if (error == std::errc::no_such_file_or_directory) {
+        return "no such folder";
+    }
+    return error == std::errc::not_a_directory ? "not a folder" : "cannot be read (" + error.message() + ")";
+}
+
+// The folder without symbolic links; throws when it cannot be entered.
+fs::path folder_at(const std::string& root) {
+    std::error_code error;
+    fs::path folder = fs::canonical(root, error);
+    if (!error && access((folder / ".").c_str(), X_OK) != 0) {
+        error.assign(errno, std::generic_category());
+    }
+    if (error) {
+        throw std::runtime_error(root + ": " + fault(error) +
+                                 "; name the folder that holds the checked-out repository");
+    }
+    return folder;
+}
+
+}  // namespace
+
+std::vector<std::string> lines_of(std::string_view text) {
+    LineSplitter splitter;
+    splitter.add(text);
+    return splitter.finish();
+}
+
+Checkout::Checkout(const std::string& root) : root_(folder_at(root)) {}
+
+std::optional<std::string> Checkout::path_below(const std::string& path) const {
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error).lexically_normal();
+    // Links in the checkout are paths of it; a link that leads to the checkout is none.
+    for (const fs::path& spelling : {absolute, fs::weakly_canonical(absolute, error)}) {
+        if (!spelling.empty() && contains(root_, spelling)) {
+            std::string below = spelling.lexically_relative(root_).generic_string();
+            below.resize(below.find_last_not_of('/') + 1);
+            return below == "." ? "" : below;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<fs::path> Checkout::find(std::string_view path) const {
+    if (!is_plain(path) || !stays_below(path)) {
+        return std::nullopt;
+    }
+    std::error_code error;
+    fs::path file = fs::canonical(root_ / path, error);
+    // Only a regular file is opened at all: opening a pipe waits for its writer.
+    if (error || !contains(root_, file) || !fs::is_regular_file(file, error)) {
+        return std::nullopt;
+    }
+    return file;
+}
+
+bool Checkout::leads_out(std::string_view path) const {
+    if (!is_plain(path) || !stays_below(path)) {
+        return false;
+    }
+    std::error_code error;
+    const fs::path end = fs::canonical(root_ / path, error);
+    return !error && !contains(root_, end);
+}
+
+std::optional<FileLines> Checkout::read_lines(std::string_view path) const {
+    const std::optional<fs::path> file = find(path);
+    ContentHash hash;
+    LineSplitter splitter;
+    const auto take = [&](std::string_view piece) {
+        hash.add(piece);
+        splitter.add(piece);
+    };
+    if (!file || !read_pieces(*file, take)) {
+        return std::nullopt;
+    }
+    return FileLines{splitter.finish(), hash.value()};
+}
+
+std::optional<FileContent> Checkout::read(std::string_view path, std::size_t most) const {
+    const std::optional<fs::path> file = find(path);
+    ContentHash hash;
+    std::string text;
+    bool fits = true;
+    const auto take = [&](std::string_view piece) {
+        hash.add(piece);
+        fits = fits && piece.size() <= most - text.size();
+        if (fits) {
+            text += piece;
+        }
+    };
+    if (!file || !read_pieces(*file, take)) {
+        return std::nullopt;
+    }
+    return FileContent{hash.value(), fits ? std::optional(std::move(text)) : std::nullopt};
+}
+
+}  // namespace host

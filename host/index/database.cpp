@@ -1,0 +1,113 @@
+#include "host/index/database.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace storage {
+
+namespace {
+
+using host::DeclarationRow;
+using host::DeclarationTable;
+using host::EdgeRow;
+using host::FileRow;
+using host::ResolutionRow;
+using host::RowId;
+using host::Take;
+
+// An index may hold any integer as a line; the nearest line that a record can hold stands for it.
+std::int32_t line(std::int64_t stored) {
+    using Line = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(stored, Line::min(), Line::max()));
+}
+
+}  // namespace
+
+models::Text Database::text(std::string_view characters) {
+    const auto known = texts_.find(characters);
+    return known != texts_.end() ? *known : *texts_.insert(models::Text(characters)).first;
+}
+
+void Database::read_paths(std::vector<FileId> files) {
+    std::erase_if(files, [&](FileId file) { return paths_.contains(file); });
+    if (!files.empty()) {
+        read_files(std::move(files), [&](const FileRow& file) { paths_[file.id] = text(file.path); });
+    }
+}
+
+void Database::know_resolutions() {
+    if (resolutions_.empty()) {
+        read_resolutions([&](const ResolutionRow& row) { resolutions_[row.id] = text(row.name); });
+    }
+}
+
+models::Text Database::resolution(RowId id) {
+    know_resolutions();
+    return resolutions_.get(id, models::Text());
+}
+
+std::optional<RowId> Database::resolution_named(std::string_view name) {
+    know_resolutions();
+    for (const auto& [id, known] : resolutions_) {
+        if (known == name) {
+            return id;
+        }
+    }
+    return std::nullopt;
+}
+
+const DeclarationTable& Database::declarations_of(std::span<const FileId> files) {
+    if (!std::ranges::equal(page_, files)) {
+        page_.clear();
+        edges_into_page_.reset();
+        declarations_of_page_ = records([&](const Take<DeclarationRow>& take) {
+            read_declarations_in({files.begin(), files.end()}, take);
+        });
+        page_.assign(files.begin(), files.end());
+    }
+    return declarations_of_page_;
+}
+
+const std::vector<EdgeRow>& Database::edges_into(std::span<const FileId> files) {
+    const DeclarationTable& declarations = declarations_of(files);
+    if (!edges_into_page_) {
+        std::vector<EdgeRow> edges = read_edges_into(declarations.ids());
+        std::ranges::sort(edges);
+        edges_into_page_ = std::move(edges);
+    }
+    return *edges_into_page_;
+}
+
+DeclarationTable Database::declarations(const std::vector<SymbolId>& ids) {
+    return ids.empty() ? DeclarationTable()
+                       : records([&](const Take<DeclarationRow>& take) { read_declarations(ids, take); });
+}
+
+DeclarationTable Database::records(const std::function<void(const Take<DeclarationRow>&)>& read) {
+    std::vector<ScopeSymbol> declarations;
+    std::vector<FileId> files;
+    read([&](const DeclarationRow& row) {
+        files.push_back(row.file);
+        declarations.push_back({.id = row.id,
+                                .path = {},
+                                .name = text(row.name),
+                                .kind = text(row.kind),
+                                .is_export = row.is_export,
+                                .start_line = line(row.first_line),
+                                .end_line = line(row.last_line),
+                                .fqn = text(row.fqn)});
+    });
+    read_paths(files);
+    std::size_t kept = 0;
+    for (std::size_t place = 0; place < files.size(); ++place) {
+        if (const models::Text* const path = this->path(files[place])) {
+            declarations[place].path = *path;
+            std::swap(declarations[kept++], declarations[place]);
+        }
+    }
+    declarations.resize(kept);
+    declarations.shrink_to_fit();
+    return DeclarationTable(std::move(declarations));
+}
+
+}  // namespace storage

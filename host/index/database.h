@@ -1,0 +1,139 @@
+// The index as everything that reads it sees it, wherever it lies.
+#pragma once
+
+#include "host/index/declaration_table.h"
+#include "host/index/rows.h"
+#include "models/ordered_map.h"
+#include "models/text.h"
+#include "storage/database.h"
+#include "storage/grounding_queries.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace host {
+
+/// Is given rows one by one; their texts are valid for as long as it is called. It asks nothing of the database that
+/// gives them: the next question waits until the last row of this one is read.
+template <class Row>
+using Take = std::function<void(const Row&)>;
+
+/// Where an index comes from.
+struct IndexOrigin {
+    std::string state;       ///< what tells this state of the index from all others
+    std::int64_t bytes = 0;  ///< how large it is
+    std::string made;        ///< when it was written, in UTC: "2026-11-24T10:53:02Z"
+    /// Whether it is a file of the user who runs this program, and others may not write to it.
+    bool is_users_own = false;
+    /// Whether all of it has checksums, so that no damage stays unnoticed.
+    bool has_checksums = false;
+};
+
+}  // namespace host
+
+namespace storage {
+
+/// An index in one state: whatever is written meanwhile, all answers are from the state in which it was opened. The
+/// component's queries, the tests that import, and all look-ups are made of the rows that it reads. For one thread at a
+/// time; its records are for any number.
+///
+/// Every function that reads throws `host::IndexError`, and what a watch of the connection throws. Where it does not
+/// say so, rows come in any order, and what the index does not hold is passed over. Lists may be of any length.
+class Database {
+  public:
+    Database() = default;
+    virtual ~Database() = default;
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /// Has `check_interrupt` call `check`, which throws when what is asked for is no longer wanted.
+    void watch(std::function<void()> check) { check_ = std::move(check); }
+    /// For loops over what was read, which the watch of the connection does not see.
+    void check_interrupt() const { check_(); }
+
+    /// What messages call the index.
+    [[nodiscard]] virtual std::string name() const = 0;
+    [[nodiscard]] virtual host::IndexOrigin origin() = 0;
+    /// What the index notes of itself under this key; empty when it notes nothing.
+    [[nodiscard]] virtual std::string noted(std::string_view key) = 0;
+
+    /// Reads all of the index. Throws `IndexError` when it is damaged; without checksums only some damage shows.
+    virtual void check() = 0;
+
+    /// How many files there are; `most` where there are more.
+    [[nodiscard]] virtual std::int64_t count_files(std::int64_t most) = 0;
+    /// The files with these paths, in that order, each once.
+    virtual void read_files_at(std::span<const std::string> paths, const host::Take<host::FileRow>& take) = 0;
+    /// The files below a folder, or below none ("") all, in path order.
+    virtual void read_files_below(std::string_view folder, const host::Take<host::FileRow>& take) = 0;
+    virtual void read_files(std::vector<FileId> ids, const host::Take<host::FileRow>& take) = 0;
+
+    virtual void read_declarations_in(std::vector<FileId> files, const host::Take<host::DeclarationRow>& take) = 0;
+    virtual void read_declarations(std::vector<SymbolId> ids, const host::Take<host::DeclarationRow>& take) = 0;
+    virtual void read_declarations_named(std::string_view name, const host::Take<host::DeclarationRow>& take) = 0;
+    /// The names of all declarations that hold `part`, be it with other capitals A to Z; maybe others too.
+    virtual void read_names(std::string_view part, const host::Take<host::NameRow>& take) = 0;
+    virtual void read_descriptions(std::vector<SymbolId> declarations,
+                                   const host::Take<host::DescriptionRow>& take) = 0;
+
+    virtual void read_resolutions(const host::Take<host::ResolutionRow>& take) = 0;
+    /// Those of the languages whose imports the indexer resolves.
+    virtual void read_resolved_languages(std::span<const models::Text> names,
+                                         const host::Take<std::string_view>& take) = 0;
+
+    /// The edges into some declarations.
+    [[nodiscard]] virtual std::vector<host::EdgeRow> read_edges_into(std::vector<SymbolId> declarations) = 0;
+    /// The edges out of some files.
+    [[nodiscard]] virtual std::vector<host::EdgeRow> read_edges_out_of(std::vector<FileId> files) = 0;
+
+    // What records have in common. Rows refer to files, declarations and resolutions by number; each of these is read
+    // once, and its texts are shared.
+
+    /// The one shared text with these characters. It never holds more texts than the index does.
+    [[nodiscard]] models::Text text(std::string_view characters);
+
+    /// Reads the paths of files, for `path`.
+    void read_paths(std::vector<FileId> files);
+
+    /// The path of a file, if the index has it and `read_paths` has read it; else null. Valid until the next reading.
+    [[nodiscard]] const models::Text* path(FileId file) const { return paths_.find(file); }
+
+    /// The name of a resolution; the empty text when the index has none.
+    [[nodiscard]] models::Text resolution(host::RowId id);
+
+    /// The number of a resolution; none when the index has none of that name.
+    [[nodiscard]] std::optional<host::RowId> resolution_named(std::string_view name);
+
+    /// The declarations of these files, as far as the index has both. The last answer is remembered, as all questions
+    /// of a page are about the same files; it is valid until the next question.
+    const host::DeclarationTable& declarations_of(std::span<const FileId> files);
+
+    /// The edges into the declarations of these files, sorted. Remembered like those.
+    const std::vector<host::EdgeRow>& edges_into(std::span<const FileId> files);
+
+    /// The declarations with these ids, as far as the index has them and their files.
+    [[nodiscard]] host::DeclarationTable declarations(const std::vector<SymbolId>& ids);
+
+  private:
+    /// Has `read` read declarations, and makes records of those whose files the index has.
+    host::DeclarationTable records(const std::function<void(const host::Take<host::DeclarationRow>&)>& read);
+
+    void know_resolutions();
+
+    std::function<void()> check_ = [] {};
+    std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
+    models::OrderedMap<FileId, models::Text> paths_;
+    models::OrderedMap<host::RowId, models::Text> resolutions_;
+    std::vector<FileId> page_;  // the files of which these are the declarations
+    host::DeclarationTable declarations_of_page_;
+    std::optional<std::vector<host::EdgeRow>> edges_into_page_;  // none when they are not read yet
+};
+
+}  // namespace storage

@@ -1,0 +1,125 @@
+#include "storage/grounding_queries.h"
+
+#include "host/index/database.h"
+#include "host/index/edge_sources.h"
+#include "models/ordered_map.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace storage {
+
+namespace {
+
+using host::DeclarationTable;
+using host::EdgeRow;
+using models::Text;
+
+// The targets of some edges that are not among these declarations, each once.
+std::vector<SymbolId> targets_beyond(const std::vector<EdgeRow>& edges, const DeclarationTable& declarations) {
+    std::vector<SymbolId> targets;
+    for (const EdgeRow& edge : edges) {
+        if (declarations.find(edge.target) == nullptr) {
+            targets.push_back(edge.target);
+        }
+    }
+    std::ranges::sort(targets);
+    targets.erase(std::unique(targets.begin(), targets.end()), targets.end());
+    return targets;
+}
+
+}  // namespace
+
+std::vector<ScopeFile> scope_files(Database& db, std::span<const std::string> paths) {
+    std::vector<ScopeFile> files;
+    db.read_files_at(paths, [&](const host::FileRow& row) {
+        files.push_back({.id = row.id, .path = db.text(row.path), .language = std::nullopt});
+        if (row.language) {
+            files.back().language = db.text(*row.language);
+        }
+    });
+    return files;
+}
+
+// By file, then by first line, then by id.
+std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> file_ids) {
+    const DeclarationTable& declarations = db.declarations_of(file_ids);
+    models::OrderedMap<Text, std::vector<const ScopeSymbol*>> by_file;
+    for (const FileId file : file_ids) {
+        if (const Text* const path = db.path(file)) {
+            by_file[*path];
+        }
+    }
+    for (const ScopeSymbol& declaration : declarations.all()) {
+        by_file[declaration.path].push_back(&declaration);
+    }
+    std::vector<ScopeSymbol> symbols;
+    symbols.reserve(declarations.all().size());
+    by_file.update_each([&](std::vector<const ScopeSymbol*>& of_file) {
+        std::ranges::stable_sort(of_file, {}, &ScopeSymbol::start_line);
+        for (const ScopeSymbol* const symbol : of_file) {
+            symbols.push_back(*symbol);
+        }
+    });
+    return symbols;
+}
+
+// By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
+std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
+    const DeclarationTable& declarations = db.declarations_of(file_ids);
+    const std::vector<EdgeRow>& edges = db.edges_into(file_ids);
+    db.read_paths(host::sources_of(edges));
+    std::vector<InboundReference> references;
+    references.reserve(edges.size());
+    for (const EdgeRow& edge : edges) {
+        const Text* const source = db.path(edge.source);
+        const ScopeSymbol* const target = declarations.find(edge.target);
+        if (source != nullptr && target != nullptr) {
+            references.push_back({.source_path = *source,
+                                  .target_id = edge.target,
+                                  .target_path = target->path,
+                                  .target_name = target->name,
+                                  .target_kind = target->kind,
+                                  .resolution = db.resolution(edge.resolution),
+                                  .refs = edge.references});
+        }
+    }
+    return references;
+}
+
+// By source, declaration and resolution.
+std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids) {
+    const DeclarationTable& of_page = db.declarations_of(file_ids);
+    db.read_paths({file_ids.begin(), file_ids.end()});
+    std::vector<EdgeRow> edges = db.read_edges_out_of({file_ids.begin(), file_ids.end()});
+    if (!std::ranges::is_sorted(edges)) {
+        std::ranges::sort(edges);
+    }
+    const DeclarationTable others = db.declarations(targets_beyond(edges, of_page));
+    const auto target_of = [&](const EdgeRow& edge) {
+        const ScopeSymbol* const own = of_page.find(edge.target);
+        return own != nullptr ? own : others.find(edge.target);
+    };
+    std::erase_if(edges, [&](const EdgeRow& edge) {
+        const Text* const source = db.path(edge.source);
+        const ScopeSymbol* const target = target_of(edge);
+        return source == nullptr || target == nullptr || target->path == *source;
+    });
+    std::vector<OutboundReference> references;
+    references.reserve(edges.size());
+    for (const EdgeRow& edge : edges) {
+        references.push_back({.source_path = *db.path(edge.source),
+                              .target = *target_of(edge),
+                              .resolution = db.resolution(edge.resolution),
+                              .refs = edge.references});
+    }
+    return references;
+}
+
+std::vector<Text> import_resolved_languages(Database& db, std::span<const Text> languages) {
+    std::vector<Text> resolved;
+    db.read_resolved_languages(languages, [&](std::string_view name) { resolved.push_back(db.text(name)); });
+    return resolved;
+}
+
+}  // namespace storage

@@ -1,0 +1,62 @@
+// An index as nobody has to be afraid of: whoever made it, its texts stay texts wherever they are printed.
+#pragma once
+
+#include "host/index/database.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace host {
+
+/// Another index with U+FFFD in the place of what would take over a page or a terminal: control characters, and in
+/// paths and names backticks, since pages print these between backticks. Signatures, documentation and notes keep their
+/// lines. A language that is no word is unknown.
+///
+/// A file is asked for by the path that its row shows; of several that show one path it is the first. Files below a
+/// folder come in the order of the paths that are stored.
+class SanitizedDatabase : public storage::Database {
+  public:
+    explicit SanitizedDatabase(std::unique_ptr<storage::Database> stored) : stored_(std::move(stored)) {}
+
+    [[nodiscard]] std::string name() const override { return stored_->name(); }
+    [[nodiscard]] IndexOrigin origin() override { return stored_->origin(); }
+    [[nodiscard]] std::string noted(std::string_view key) override;
+    void check() override { stored_->check(); }
+
+    [[nodiscard]] std::int64_t count_files(std::int64_t most) override { return stored_->count_files(most); }
+    void read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) override;
+    void read_files_below(std::string_view folder, const Take<FileRow>& take) override;
+    void read_files(std::vector<RowId> ids, const Take<FileRow>& take) override;
+
+    void read_declarations_in(std::vector<RowId> files, const Take<DeclarationRow>& take) override;
+    void read_declarations(std::vector<RowId> ids, const Take<DeclarationRow>& take) override;
+    void read_declarations_named(std::string_view name, const Take<DeclarationRow>& take) override;
+    void read_names(std::string_view part, const Take<NameRow>& take) override;
+    void read_descriptions(std::vector<RowId> declarations, const Take<DescriptionRow>& take) override;
+
+    void read_resolutions(const Take<ResolutionRow>& take) override;
+    void read_resolved_languages(std::span<const models::Text> names, const Take<std::string_view>& take) override {
+        stored_->read_resolved_languages(names, take);
+    }
+
+    [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations) override {
+        return stored_->read_edges_into(std::move(declarations));
+    }
+    [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override {
+        return stored_->read_edges_out_of(std::move(files));
+    }
+
+  private:
+    [[nodiscard]] std::string stored_path(const std::string& shown);
+
+    std::unique_ptr<storage::Database> stored_;
+    std::optional<std::map<std::string, std::string>> stored_paths_;  // of files that show another path, by that
+};
+
+}  // namespace host

@@ -1,0 +1,18 @@
+// What somebody has looked for, as JSON for programs.
+#pragma once
+
+#include "host/lookup/declarations.h"
+#include "host/lookup/files.h"
+#include "host/lookup/index_stats.h"
+
+#include <iosfwd>
+#include <span>
+
+namespace host {
+
+/// Each writes one JSON object; README.md lists the keys. Bytes that are not UTF-8 become U+FFFD.
+void write_json(std::ostream& out, std::span<const ListedFile> files);
+void write_json(std::ostream& out, const FoundDeclarations& found);
+void write_json(std::ostream& out, const IndexStats& stats);
+
+}  // namespace host

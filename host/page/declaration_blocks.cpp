@@ -1,0 +1,135 @@
+#include "host/page/declaration_blocks.h"
+
+#include "host/page/citation.h"
+#include "host/page/descriptions.h"
+#include "host/page/doc_comment.h"
+#include "host/text/counted.h"
+#include "host/text/markdown_text.h"
+#include "host/text/split_lines.h"
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <tuple>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+using models::Text;
+using storage::ScopeSymbol;
+using wiki::scope::LineRange;
+
+// What a block says above the doc comment.
+std::string introduction(const ScopeSymbol& symbol, const std::string& name, const wiki::scope::FanIn& fan_in) {
+    return "\n### " + code_span(name) + "\n\n" + plain_text(symbol.kind) + ", " +
+           code_span(citation(symbol.path, cited_lines(symbol))) + ", " +
+           counted(fan_in.outside.get(symbol.id, 0), "use") + " outside, " +
+           std::to_string(fan_in.inside.get(symbol.id, 0)) + " inside\n";
+}
+
+// The declaration's lines, as far as the file has them.
+std::vector<std::string> lines_of_declaration(const ScopeSymbol& symbol, const std::vector<std::string>& file) {
+    const std::optional<LineRange> range = cited_lines(symbol);
+    if (!range || std::cmp_greater(range->first, file.size())) {
+        return {};
+    }
+    const auto first = static_cast<std::ptrdiff_t>(range->first - 1);
+    const auto last = std::min(static_cast<std::ptrdiff_t>(range->last), std::ssize(file));
+    return {file.begin() + first, file.begin() + last};
+}
+
+// The lines as a block of their own; empty where there are none.
+std::string block_of(std::span<const std::string> lines, std::string_view language) {
+    return lines.empty() ? "" : "\n" + fenced_block(lines, language);
+}
+
+}  // namespace
+
+DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names)
+    : db_(db), names_(names) {
+    models::OrderedMap<Text, std::string> languages;
+    for (const storage::ScopeFile& file : page.facts.files) {
+        languages[file.path] = std::string(file.language.value_or(Text()));
+    }
+    std::vector<storage::SymbolId> ids(page.selection.size());
+    std::ranges::transform(page.selection, ids.begin(), &ScopeSymbol::id);
+    read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
+        db.check_interrupt();
+        const ScopeSymbol& symbol = *page.selection[place];
+        const std::string lead = lead_of(description.documentation);
+        const std::string language = languages.get(symbol.path, "");
+        const std::vector<std::string_view> lines = split_lines(description.signature);
+        declarations_.push_back({.symbol = &symbol,
+                                 .introduction = introduction(symbol, names.of(symbol), page.fan_in),
+                                 .comment = lead.empty() ? "" : "\n" + lead + "\n",
+                                 .language = language,
+                                 .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), language),
+                                 .source = {}});
+    });
+}
+
+// A selection goes back and forth between the files, so each is read once and kept until the last declaration has its
+// lines.
+void DeclarationBlocks::read_sources(const PageSources& sources) {
+    models::OrderedMap<Text, std::optional<std::vector<std::string>>> files;
+    for (std::size_t place = 0; place < declarations_.size(); ++place) {
+        db_.check_interrupt();
+        Declaration& declaration = declarations_[place];
+        std::optional<std::vector<std::string>>& file = files[declaration.symbol->path];
+        if (!file) {
+            file = sources.read(declaration.symbol->path).lines;
+        }
+        declaration.source = block_of(lines_of_declaration(*declaration.symbol, *file), declaration.language);
+        if (!declaration.source.empty()) {
+            by_file_[declaration.symbol->path].push_back(place);
+        }
+    }
+    sources_ = declarations_.size();
+}
+
+std::vector<const DeclarationBlocks::Declaration*> DeclarationBlocks::printed_around(std::size_t sources) const {
+    std::vector<const Declaration*> around(declarations_.size());
+    const auto lines = [this](std::size_t place) { return cited_lines(*declarations_[place].symbol).value(); };
+    const auto last = [&lines](std::size_t place) { return lines(place).last; };
+    for (const auto& [path, places] : by_file_) {
+        std::vector<std::size_t> outer_first(places);
+        std::ranges::sort(outer_first, {},
+                          [&](std::size_t place) { return std::tuple(lines(place).first, -last(place), place); });
+        std::vector<std::size_t> printed;  // each ends behind the one before it
+        for (const std::size_t place : outer_first) {
+            const auto outermost = std::ranges::lower_bound(printed, last(place), {}, last);
+            if (outermost != printed.end()) {
+                around[place] = &declarations_[*outermost];
+            } else if (place < sources) {
+                printed.push_back(place);
+            }
+        }
+    }
+    return around;
+}
+
+std::vector<PassageItem> DeclarationBlocks::blocks(std::size_t steps) const {
+    const std::size_t sources = sources_ - std::min(steps, sources_);
+    const std::size_t comments = declarations_.size() - (steps - std::min(steps, sources_));
+    const std::vector<const Declaration*> around = printed_around(sources);
+    std::vector<PassageItem> blocks;
+    for (std::size_t at = 0; at < declarations_.size(); ++at) {
+        db_.check_interrupt();
+        const Declaration& declaration = declarations_[at];
+        PassageItem& block = blocks.emplace_back();
+        block.text = declaration.introduction;
+        block.lacks_comment = at >= comments && !declaration.comment.empty();
+        block.text += block.lacks_comment ? "" : declaration.comment;
+        if (around[at] != nullptr) {
+            block.text += "\nIts source is part of that of " + code_span(names_.of(*around[at]->symbol)) + ".\n";
+            continue;
+        }
+        block.lacks_source = at >= sources && !declaration.source.empty();
+        block.text += block.lacks_source || sources_ == 0 ? declaration.signature : declaration.source;
+    }
+    return blocks;
+}
+
+}  // namespace host

@@ -1,0 +1,14 @@
+#include "host/rules/noted_rules.h"
+
+#include <utility>
+
+namespace host {
+
+PathRules with_noted_rules(std::vector<PathRule> rules, storage::Database& db) {
+    for (PathRule& rule : read_rules(db.noted("test_rules"))) {
+        rules.push_back(std::move(rule));
+    }
+    return PathRules(rules);
+}
+
+}  // namespace host

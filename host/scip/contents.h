@@ -1,0 +1,114 @@
+// What SCIP files say of a repository, put together by source file.
+//
+// A SCIP file is a list of documents, each a list of occurrences; documents of one or of several SCIP files may speak of
+// one source file, and a symbol is the same wherever it stands. Every
+// document is read once: its definitions are kept, and its references counted by what their tokens name. So what is
+// kept grows with symbols, and with pairs of a file and what it mentions, not with occurrences. Signatures and
+// documentation go to a spool.
+#pragma once
+
+#include "host/files/text_spool.h"
+#include "host/scip/description.h"
+#include "host/scip/line_range.h"
+#include "host/scip/scip_file.h"
+#include "host/scip/tokens.h"
+#include "host/sources/outline.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace host::scip {
+
+/// A place where a global symbol is defined.
+struct Definition {
+    SymbolNumber symbol = 0;
+    LineRange lines;                        ///< of the whole declaration, if the document says where that is
+    bool is_whole = false;                  ///< whether it does; else these are the lines of the name
+    bool is_forward = false;                ///< whether it only announces what is defined elsewhere
+    std::optional<sources::Position> name;  ///< where the name stands
+};
+
+/// What stands before a token, with a dot between them for all that its document knows.
+struct Receiver {
+    std::optional<SymbolNumber> module;  ///< that it names; none where it is the open token before this one
+    Range range;
+};
+
+/// A token of which the source has the last word (open_tokens.h): what it names is left open, or may be wrong.
+struct OpenToken {
+    TokenNames names = LOCAL_SYMBOL;  ///< as its document says
+    Range range;
+    std::optional<Receiver> receiver;
+};
+
+/// How many tokens of a file have a text. Of one behind a dot the name before it belongs to its text: "a.b".
+class TextCounts {
+  public:
+    void add(std::string_view text) { ++counts_[std::hash<std::string_view>()(text)]; }
+    [[nodiscard]] std::int64_t of(std::string_view text) const {
+        const auto found = counts_.find(std::hash<std::string_view>()(text));
+        return found == counts_.end() ? 0 : found->second;
+    }
+
+  private:
+    std::unordered_map<std::size_t, std::int32_t> counts_;  // by a hash, which no two texts of a file have by chance
+};
+
+/// What the documents of one source file say, in the order in which they came.
+struct FileContents {
+    std::size_t documents = 0;
+    std::string language;  ///< the first that is stated; empty when none is
+    std::vector<Definition> definitions;
+    std::unordered_map<SymbolNumber, Description> descriptions;
+    std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing
+    std::vector<OpenToken> open_tokens;                       ///< others, in the order of the text
+    std::optional<TextCounts> tokens_seen;                    ///< where the source tells what tokens lack
+    std::int32_t last_line = 1;                               ///< the last on which anything stands
+};
+
+struct Contents {
+    SymbolTable symbols;
+    TokenTable tokens;
+    std::map<std::string, FileContents> files;  ///< by path
+    std::int64_t unusable_documents = 0;        ///< left out for their path, as `path_in_repository` judges it
+    std::int64_t unwanted_documents = 0;
+    std::set<std::string> unwanted;         ///< the paths of these
+    std::int64_t unusable_definitions = 0;  ///< left out for want of a usable range
+    /// By a symbol as documents state it, where projects whose packages have no name share it: what it may stand for.
+    std::unordered_map<SymbolNumber, std::vector<SymbolNumber>> namesakes;
+
+    /// Adds references of a file to what all of these symbols, at least one, stand for; none for a count below 1.
+    void add_references(FileContents& file, std::vector<SymbolNumber> meant, std::int64_t count);
+};
+
+struct ContentsListener {
+    /// Asked of each document whether it shall be read, by its path and whether all that it defines is generated.
+    std::function<bool(const std::string& path, bool is_generated)> wants = [](auto&, bool) { return true; };
+    /// Called with the path and the stated language of each source file, when its first document begins.
+    std::function<void(const std::string& path, const std::string& language)> new_file = [](auto&, auto&) {};
+    /// Asked for the text of a source file whose language decides by texts what tokens name; none where it is not there.
+    std::function<std::optional<std::string>(const std::string& path)> text_of = [](auto&) { return std::nullopt; };
+    /// Called after each document. What it throws ends the reading.
+    std::function<void()> after_document = [] {};
+};
+
+/// A SCIP file, and the folder of the repository that its paths are relative to; "" for the root.
+struct PlacedScipFile {
+    ScipFile* file = nullptr;
+    std::string folder;
+};
+
+/// Reads every document of the SCIP files, one file after the other, keeping texts in `spool`. Throws what `ScipFile`,
+/// the spool and the listener throw.
+Contents read_contents(std::span<const PlacedScipFile> files, TextSpool& spool, const ContentsListener& listener);
+
+}  // namespace host::scip

@@ -1,0 +1,54 @@
+// The import of SCIP files: from what indexers have found in a repository, and what its sources say, to an index that can
+// be queried.
+//
+// Every path of the SCIP files becomes a file, every global symbol that they define a declaration, and what their other
+// tokens name become edges (rows.h, references.h). A file that others import without naming a declaration of it is a
+// declaration itself: a module.
+#pragma once
+
+#include "host/index/index.h"
+#include "host/rules/path_rules.h"
+#include "host/scip/import_report.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host::scip {
+
+/// Told again and again, from the beginning until the new index takes its place, how many steps of how many are done;
+/// `total` is never 0. A document is two steps: being read, and being written. May throw, which ends the import.
+using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)>;
+
+struct ImportRequest {
+    std::vector<std::string> scip_paths;  ///< at least one; "-" is standard input
+    /// The folder that the sources are read from; by default the root of the repository that the SCIP files state
+    /// (project_root.h), where that is a folder of this machine. Without either the import does without sources.
+    std::optional<std::string> checkout;
+    /// Whether a path is left out, and whether it is a test; before what the repository says of itself
+    /// (rules/configuration.h), which comes before what is usual. A file whose definitions all say that they are
+    /// generated is left out unless a rule keeps it. The index notes the rules for tests.
+    std::vector<PathRule> exclusions = {};
+    std::vector<PathRule> tests = {};
+};
+
+/// Makes one new index of SCIP files, from its beginning to its end. Their paths become relative to the
+/// root of the repository (project_root.h). The order in which they are named changes nothing, and a content that is
+/// named twice counts once. `progress` may be empty.
+///
+/// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes: not
+/// when the import fails, is killed, or is interrupted by an exception from `progress`, which comes out as it went
+/// in. Two imports into one index do not run at once: the second fails. SCIP files without any usable document make
+/// an empty index where there is none, but replace none: they were hardly meant to.
+///
+/// Equal SCIP files at equal paths give, with equal sources, equal bytes. Ids start at 1: files by path, declarations
+/// by file, first line and order of first definition; edges stand by source file, target and resolution. A source that
+/// is damaged, too large, no UTF-8 or not there costs what it would have said and nothing else. Memory grows with
+/// symbols and declarations, and with pairs of a file and what it mentions, neither with occurrences nor with sources.
+///
+/// Throws `std::runtime_error` with one line that names the file at fault and says what to do.
+ImportReport import_scip(const ImportRequest& request, NewIndex& index, const ImportProgress& progress);
+
+}  // namespace host::scip

@@ -1,0 +1,66 @@
+// The kinds of symbol that SCIP distinguishes and that mean something to an index.
+#pragma once
+
+#include <cstdint>
+
+namespace host::scip {
+
+/// Any other number may occur too, and says nothing.
+enum class SymbolKind : std::int32_t {
+    UNSPECIFIED = 0,
+    CLASS = 7,
+    CONSTANT = 8,
+    CONSTRUCTOR = 9,
+    ENUM = 11,
+    ENUM_MEMBER = 12,
+    FIELD = 15,
+    FUNCTION = 17,
+    GETTER = 18,
+    INTERFACE = 21,
+    MACRO = 25,
+    METHOD = 26,
+    MESSAGE = 28,
+    MODULE = 29,
+    NAMESPACE = 30,
+    OBJECT = 33,
+    OPERATOR = 34,
+    PACKAGE = 35,
+    PACKAGE_OBJECT = 36,
+    PARAMETER = 37,
+    PROPERTY = 41,
+    PROTOCOL = 42,
+    SELF_PARAMETER = 44,
+    SETTER = 45,
+    STRUCT = 49,
+    TRAIT = 53,
+    TYPE = 54,
+    TYPE_ALIAS = 55,
+    TYPE_CLASS = 56,
+    TYPE_PARAMETER = 58,
+    UNION = 59,
+    VALUE = 60,
+    VARIABLE = 61,
+    CONTRACT = 62,
+    LIBRARY = 64,
+    ABSTRACT_METHOD = 66,
+    METHOD_SPEC = 67,
+    PROTOCOL_METHOD = 68,
+    PURE_VIRTUAL_METHOD = 69,
+    TRAIT_METHOD = 70,
+    TYPE_CLASS_METHOD = 71,
+    ACCESSOR = 72,
+    DELEGATE = 73,
+    METHOD_ALIAS = 74,
+    SINGLETON_CLASS = 75,
+    SINGLETON_METHOD = 76,
+    STATIC_DATA_MEMBER = 77,
+    STATIC_FIELD = 79,
+    STATIC_METHOD = 80,
+    STATIC_PROPERTY = 81,
+    STATIC_VARIABLE = 82,
+    EXTENSION = 84,
+    MIXIN = 85,
+    CONCEPT = 86,
+};
+
+}  // namespace host::scip

@@ -1,0 +1,16 @@
+// Which of the declarations that share a symbol is meant.
+//
+// The symbols of a package without a name begin at the folder of its project, and a SCIP file may hold several such
+// projects: `index.ts`/main(). is then the symbol of each one's.
+#pragma once
+
+#include "host/scip/contents.h"
+#include "host/scip/modules.h"
+
+namespace host::scip {
+
+/// Lets each reference to a symbol that several projects share lead to the file's own declaration, else to that of a
+/// file that it has names from; where neither tells, to every one, which makes it ambiguous.
+void choose_namesakes(Contents& contents, Modules& modules);
+
+}  // namespace host::scip

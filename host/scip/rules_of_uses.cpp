@@ -1,0 +1,72 @@
+#include "host/scip/rules_of_uses.h"
+
+#include "host/rules/misnamed_tests.h"
+#include "host/rules/package_exports.h"
+#include "host/rules/test_paths.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace host::scip {
+
+namespace {
+
+std::vector<FileImport> imports_into(const std::vector<bool>& targets, const Gathered& gathered,
+                                     const References& references, const std::function<void()>& look) {
+    std::vector<FileImport> imports;
+    std::uint32_t place = 0;
+    for (const auto& [path, file] : gathered.contents.files) {
+        for (const Edge& edge : references.of(place, file).edges) {
+            if (edge.resolution == Resolution::IMPORT && targets[edge.target.file]) {
+                imports.push_back({place, edge.target.file});
+            }
+        }
+        ++place;
+        look();
+    }
+    return imports;
+}
+
+// What the packages export in which these folders lie.
+std::vector<std::string> exports_around(const std::set<std::string_view>& folders, const Checkout& checkout) {
+    std::set<std::string_view> packages{""};
+    for (const std::string_view folder : folders) {
+        for (std::size_t end = folder.find('/'); end != std::string_view::npos; end = folder.find('/', end + 1)) {
+            packages.insert(folder.substr(0, end));
+        }
+    }
+    std::vector<std::string> exported;
+    for (const std::string_view package : packages) {
+        std::ranges::move(package_exports(checkout, package), std::back_inserter(exported));
+    }
+    return exported;
+}
+
+}  // namespace
+
+std::vector<PathRule> rules_of_uses(const Gathered& gathered, const References& references,
+                                    const std::optional<Checkout>& checkout, const std::function<void()>& look) {
+    std::vector<std::string_view> paths;
+    std::vector<bool> may_be_none;  // tests by a folder's name
+    std::set<std::string_view> folders;
+    for (const auto& [path, file] : gathered.contents.files) {
+        const std::string_view folder = sole_test_folder(path);
+        paths.push_back(path);
+        may_be_none.push_back(!folder.empty());
+        if (!folder.empty()) {
+            folders.insert(folder);
+        }
+    }
+    if (folders.empty()) {
+        return {};
+    }
+    return rules_for_misnamed_tests(paths, imports_into(may_be_none, gathered, references, look),
+                                    checkout ? exports_around(folders, *checkout) : std::vector<std::string>());
+}
+
+}  // namespace host::scip

@@ -1,0 +1,20 @@
+// What the uses of files say of whether they are tests.
+#pragma once
+
+#include "host/files/checkout.h"
+#include "host/rules/path_rules.h"
+#include "host/scip/gathered.h"
+#include "host/scip/references.h"
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace host::scip {
+
+/// The rules that `rules_for_misnamed_tests` gives for the files of an index, from references that are no ambiguous ones
+/// and the packages of the checkout. Calls `look` again and again; throws what that throws.
+std::vector<PathRule> rules_of_uses(const Gathered& gathered, const References& references,
+                                    const std::optional<Checkout>& checkout, const std::function<void()>& look);
+
+}  // namespace host::scip

@@ -1,0 +1,174 @@
+#include "host/lookup/declarations.h"
+#include "host/lookup/files.h"
+#include "host/lookup/index_stats.h"
+#include "host/lookup/listings.h"
+#include "host/lookup/listings_json.h"
+#include "host/serve/tools.h"
+
+#include <functional>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+namespace host::serve {
+
+namespace {
+
+const Sent TEXT = {{"type", "string"}};
+const Sent BOOLEAN = {{"type", "boolean"}};
+const Sent COUNT = {{"type", "integer"}, {"minimum", 0}};
+
+constexpr std::int64_t MOST_LISTED = 10'000;
+
+Sent described(Sent schema, const std::string& description) {
+    schema["description"] = description;
+    return schema;
+}
+
+Sent list_of(const Sent& items, const std::string& description) {
+    return {{"type", "array"}, {"items", items}, {"description", description}};
+}
+
+template <class Result>
+std::string json_of(const Result& result) {
+    std::ostringstream out;
+    write_json(out, result);
+    return one_line(out.str());
+}
+
+template <class Result>
+std::string text_for_people(const Result& result) {
+    std::ostringstream out;
+    write_text(out, result);
+    return out.str();
+}
+
+void ask(const Workplace& workplace, const Call& call, const std::function<void(storage::Database&)>& question) {
+    workplace.index.borrow([&call] { call.check(); }, question);
+}
+
+ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const Call& call) {
+    const std::string name = arguments["name"];
+    ToolAnswer answer;
+    ask(workplace, call, [&](storage::Database& index) {
+        const FoundDeclarations found = find_declarations(index, name, arguments["limit"]);
+        answer.structured = json_of(found);
+        answer.text = found.count == 0 ? said_of_none(name) + "\n" : text_for_people(found);
+        if (const std::int64_t more = found.count - std::ssize(found.best); more > 0) {
+            answer.remarks.push_back("... and " + std::to_string(more) + " more; " +
+                                     (found.count > MOST_LISTED
+                                          ? "a longer name finds fewer"
+                                          : "a limit of " + std::to_string(found.count) + " lists all"));
+        }
+    });
+    return answer;
+}
+
+ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const Call& call) {
+    const std::vector<std::string> paths = arguments["paths"];
+    const std::vector<PathRule> tests = test_rules(arguments);
+    if (asks_for_many_patterns(paths, tests)) {
+        call.take_long();
+    }
+    ToolAnswer answer;
+    ask(workplace, call, [&](storage::Database& index) {
+        const ListedFiles listed = list_files(index, paths, tests);
+        if (listed.is_failure) {
+            throw ToolFailure(lines_of(listed.remarks));
+        }
+        answer = {.text = text_for_people(std::span(listed.files)),
+                  .structured = json_of(std::span(listed.files)),
+                  .remarks = listed.remarks};
+    });
+    return answer;
+}
+
+ToolAnswer run_stats(const Received& /*arguments*/, const Workplace& workplace, const Call& call) {
+    ToolAnswer answer;
+    ask(workplace, call, [&](storage::Database& index) {
+        const IndexStats stats = index_stats(index);
+        answer = {.text = text_for_people(stats), .structured = json_of(stats)};
+    });
+    return answer;
+}
+
+}  // namespace
+
+Tool find_declarations_tool() {
+    const std::string name = "find_declarations";
+    const Sent declaration = object_schema({{"match", {{"type", "string"}, {"enum", {"exact", "prefix", "part"}}}},
+                                            {"name", TEXT},
+                                            {"fqn", described(TEXT, "With the names of what it stands in.")},
+                                            {"kind", TEXT},
+                                            {"path", TEXT},
+                                            {"start_line", {{"type", "integer"}}},
+                                            {"end_line", {{"type", "integer"}}},
+                                            {"uses", described(COUNT, "References by production code of any file.")}},
+                                           {"match", "name", "kind", "path", "start_line", "end_line", "uses"});
+    return {.name = name,
+            .definition = tool_definition(
+                name, "Find declarations by name",
+                "Finds classes, functions and other declarations by name: first those that are called so, then those "
+                "whose name begins so, then those whose name holds it; of these what production code uses most. Tells "
+                "kind, path, lines and uses. Call it to learn in which file something is declared, before you ask "
+                "for a page of that file.",
+                object_schema({{"name",
+                                {{"type", "string"},
+                                 {"minLength", 1},
+                                 {"maxLength", LONGEST_PATH},
+                                 {"description", "A name, its beginning or a part of it; Subject.next finds the next "
+                                                 "of Subject."}}},
+                               {"limit",
+                                {{"type", "integer"},
+                                 {"minimum", 1},
+                                 {"maximum", MOST_LISTED},
+                                 {"default", 50},
+                                 {"description", "How many to list at most."}}}},
+                              {"name"}),
+                object_schema({{"declarations", list_of(declaration, "Best first; lines are 1-based and inclusive.")},
+                               {"count", described(COUNT, "Of all that were found.")}},
+                              {"declarations", "count"})),
+            .run = run_find};
+}
+
+Tool list_files_tool() {
+    const std::string name = "list_files";
+    const Sent file =
+        object_schema({{"path", TEXT},
+                       {"language", {{"type", {"string", "null"}}}},
+                       {"declarations", COUNT},
+                       {"declared_lines", described(COUNT, "Those that the declarations take up together.")},
+                       {"is_test", BOOLEAN}},
+                      {"path", "language", "declarations", "declared_lines", "is_test"});
+    return {.name = name,
+            .definition = tool_definition(
+                name, "List the files of the index",
+                "Lists files of the index with their language, how many declarations they have, how many lines these "
+                "take up, and which files are tests. Call it to decide which files a page is to be about.",
+                object_schema({{"paths", path_list("Files, folders and patterns as src/**/*.ts; none stands for all.")},
+                               {"test", path_list("Patterns for paths that are tests, whatever their names.")},
+                               {"not_test", path_list("Patterns for paths that are no tests.")}}),
+                object_schema({{"files", list_of(file, "In path order.")}}, {"files"})),
+            .run = run_list};
+}
+
+Tool index_stats_tool() {
+    const std::string name = "index_stats";
+    return {.name = name,
+            .definition = tool_definition(
+                name, "Tell what is in the index",
+                "Tells what the index holds: files by language, declarations by kind, references by how they were "
+                "resolved, when and from what it was made, and what its import could not use. Call it to judge how "
+                "much of a repository the other tools know.",
+                object_schema(Sent::object()),
+                object_schema({{"index", TEXT},
+                               {"bytes", described(COUNT, "The size of the index.")},
+                               {"made", described(TEXT, "In UTC.")},
+                               {"checksums", described(BOOLEAN, "Whether all damage to it shows.")},
+                               {"checked", described(BOOLEAN, "Whether all of it was read, and no damage found.")},
+                               {"report", {{"type", "object"}, {"description", "What the import counted."}}}},
+                              {"index", "bytes", "made", "checksums", "checked", "report"})),
+            .run = run_stats};
+}
+
+}  // namespace host::serve

@@ -1,0 +1,337 @@
+#include "host/sources/captures.h"
+
+#include "host/sources/parser_memory.h"
+#include "host/text/blanks.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <memory>
+#include <span>
+#include <utility>
+
+namespace host::sources {
+
+namespace {
+
+using std::string_view;
+
+struct ParserDeleter {
+    void operator()(TSParser* parser) const { ts_parser_delete(parser); }
+};
+struct TreeDeleter {
+    void operator()(TSTree* tree) const { ts_tree_delete(tree); }
+};
+struct CursorDeleter {
+    void operator()(TSQueryCursor* cursor) const { ts_query_cursor_delete(cursor); }
+};
+using Tree = std::unique_ptr<TSTree, TreeDeleter>;
+
+// How much memory parsing may take, in bytes. What people write takes up to 30 times its size, or a few megabytes; what
+// is minified takes up to 140 times.
+constexpr std::ptrdiff_t most_memory(string_view text) {
+    constexpr std::ptrdiff_t ALWAYS = 67'108'864;
+    constexpr std::ptrdiff_t FOR_EACH_BYTE = 64;
+    return ALWAYS + FOR_EACH_BYTE * std::ssize(text);
+}
+
+Tree parse(string_view text, const Language& language, const std::size_t& must_stop) {
+    const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
+    ts_parser_set_language(parser.get(), language.grammar());
+    ts_parser_set_cancellation_flag(parser.get(), &must_stop);
+    constexpr std::chrono::microseconds LONGEST = std::chrono::seconds(5);
+    ts_parser_set_timeout_micros(parser.get(), LONGEST.count());
+    return Tree(ts_parser_parse_string(parser.get(), nullptr, text.data(), static_cast<std::uint32_t>(text.size())));
+}
+
+// How many bytes of the text do not parse, what is missing counted as one.
+std::size_t damage(const TSNode& root) {
+    constexpr TSSymbol ERROR = 0xFFFF;
+    TSTreeCursor cursor = ts_tree_cursor_new(root);
+    const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
+    std::size_t bytes = 0;
+    while (true) {
+        const TSNode node = ts_tree_cursor_current_node(&cursor);
+        const bool is_error = ts_node_symbol(node) == ERROR;
+        bytes += is_error ? ts_node_end_byte(node) - ts_node_start_byte(node) : ts_node_is_missing(node) ? 1 : 0;
+        if (!is_error && ts_node_has_error(node) && ts_tree_cursor_goto_first_child(&cursor)) {
+            continue;
+        }
+        while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
+            if (!ts_tree_cursor_goto_parent(&cursor)) {
+                return bytes;
+            }
+        }
+    }
+}
+
+// The tree of the text, or of the text mended where less of that is damaged.
+Tree best_tree(string_view text, const Language& language, const std::size_t& must_stop) {
+    Tree tree = parse(text, language, must_stop);
+    if (tree == nullptr || language.mend == nullptr || !ts_node_has_error(ts_tree_root_node(tree.get()))) {
+        return tree;
+    }
+    Tree mended = parse(language.mend(text), language, must_stop);
+    const bool is_better =
+        mended != nullptr && damage(ts_tree_root_node(mended.get())) < damage(ts_tree_root_node(tree.get()));
+    return is_better ? std::move(mended) : std::move(tree);
+}
+
+// Whether a tree may be that of a source: nothing nests as deep, and no damaged node is as wide, as what keeps a query
+// busy for minutes. Its time grows with the square of either.
+bool is_of_a_source(const TSNode& root) {
+    constexpr std::size_t DEEPEST = 2'000;
+    constexpr std::size_t WIDEST = 10'000;
+    TSTreeCursor cursor = ts_tree_cursor_new(root);
+    const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
+    std::vector<std::size_t> places{0};  // of the nodes from the root to here, among their siblings
+    std::vector<bool> damage{false};     // of their parents
+    while (places.size() <= DEEPEST && !(damage.back() && places.back() > WIDEST)) {
+        const bool is_damaged = ts_node_has_error(ts_tree_cursor_current_node(&cursor));
+        if (ts_tree_cursor_goto_first_child(&cursor)) {
+            places.push_back(0);
+            damage.push_back(is_damaged);
+            continue;
+        }
+        while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
+            if (!ts_tree_cursor_goto_parent(&cursor)) {
+                return true;
+            }
+            places.pop_back();
+            damage.pop_back();
+        }
+        ++places.back();
+    }
+    return false;
+}
+
+Bytes bytes_of(const TSNode& node) {
+    return {ts_node_start_byte(node), ts_node_end_byte(node)};
+}
+
+string_view text_of(string_view text, const TSNode& node) {
+    const auto [begin, end] = bytes_of(node);
+    return text.substr(begin, end - begin);
+}
+
+// One match of one pattern.
+class Match {
+  public:
+    Match(string_view text, const TSQuery* query, const TSQueryMatch& match)
+        : text_(text), query_(query), pattern_(match.pattern_index), captures_(match.captures, match.capture_count) {}
+
+    [[nodiscard]] std::uint32_t pattern() const { return pattern_; }
+
+    // Whether every predicate of the pattern holds: (#eq? @capture "text"), (#eq? @capture @other).
+    [[nodiscard]] bool holds() const {
+        std::uint32_t count = 0;
+        const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query_, pattern_, &count);
+        constexpr std::uint32_t STEPS = 4;  // of each: the name, the two arguments, the end
+        for (std::uint32_t at = 0; at + STEPS <= count; at += STEPS) {
+            const std::span predicate(steps + at, STEPS);
+            if (argument(predicate[1]) != argument(predicate[2])) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Whether the pattern has a capture of this name.
+    [[nodiscard]] bool has(string_view capture) const {
+        bool is_there = false;
+        for_each_capture([&](string_view name, const TSNode&) { is_there = is_there || name == capture; });
+        return is_there;
+    }
+
+    // Calls `visit` with the name of each capture and its node.
+    void for_each_capture(const auto& visit) const {
+        for (const TSQueryCapture& capture : captures_) {
+            std::uint32_t size = 0;
+            const char* const name = ts_query_capture_name_for_id(query_, capture.index, &size);
+            visit(string_view(name, size), capture.node);
+        }
+    }
+
+  private:
+    // The text that an argument of a predicate stands for; none for a capture that is not in the match.
+    [[nodiscard]] std::optional<string_view> argument(const TSQueryPredicateStep& step) const {
+        if (step.type == TSQueryPredicateStepTypeString) {
+            std::uint32_t size = 0;
+            const char* const literal = ts_query_string_value_for_id(query_, step.value_id, &size);
+            return string_view(literal, size);
+        }
+        const auto found = std::ranges::find(captures_, step.value_id, &TSQueryCapture::index);
+        return found == captures_.end() ? std::nullopt : std::optional(text_of(text_, found->node));
+    }
+
+    string_view text_;
+    const TSQuery* query_;
+    std::uint32_t pattern_;
+    std::span<const TSQueryCapture> captures_;
+};
+
+constexpr std::array<string_view, 11> KINDS{"class",  "struct",      "interface", "enum",     "type",    "function",
+                                            "method", "constructor", "attribute", "constant", "variable"};
+constexpr std::array<string_view, 8> SUBJECTS{"declaration", "binding",  "namespace", "wrapper",
+                                              "of",          "callable", "const",     "exported"};
+
+// Adds what a match says of the node that it is about; returns that node, if it is about one.
+std::optional<NodeId> add_subject(const Match& match, Captures& captures) {
+    std::optional<NodeId> subject;
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const auto* const kind = std::ranges::find(KINDS, name);
+        if (kind == KINDS.end() && std::ranges::find(SUBJECTS, name) == SUBJECTS.end()) {
+            return;
+        }
+        subject = node.id;
+        CapturedNode& captured = captures.nodes[node.id];
+        captured.bytes = bytes_of(node);
+        if (kind != KINDS.end() && match.pattern() >= captured.kind_at) {
+            captured.kind = *kind;
+            captured.kind_at = match.pattern();
+        }
+        captured.is_binding = captured.is_binding || name == "binding";
+        captured.is_namespace = captured.is_namespace || name == "namespace";
+        captured.is_wrapper = captured.is_wrapper || name == "wrapper";
+        captured.is_callable = captured.is_callable || name == "callable";
+        captured.is_const = captured.is_const || name == "const";
+        captured.is_exported = captured.is_exported || name == "exported";
+    });
+    return subject;
+}
+
+// Adds the parts that a match names of its subject.
+void add_parts(const Match& match, string_view text, NodeId id, Captures& captures) {
+    CapturedNode& subject = captures.nodes[id];
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const Bytes bytes = bytes_of(node);
+        if (name == "name") {
+            const auto [row, column] = ts_node_start_point(node);
+            captures.names.push_back({bytes, row, column, id, match.has("binding")});
+            subject.is_declaration = true;
+        } else if (name == "body") {
+            subject.body = std::min(bytes.begin, subject.body.value_or(bytes.begin));
+        } else if (name == "value") {
+            subject.value = bytes;
+        } else if (name == "docstring") {
+            subject.docstring = bytes;
+        } else if (name == "part") {
+            subject.parts.push_back(node.id);
+        } else if (name == "named") {
+            subject.type_names.push_back(text_of(text, node));
+        }
+    });
+}
+
+// Adds the link that a match is about, if it is about one.
+void add_link(const Match& match, string_view text, Captures& captures) {
+    Link link;
+    std::optional<Bytes> bytes;
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const bool is_all = name == "all";
+        const bool is_name = name == "link" || name == "passed";
+        link.is_exported = link.is_exported || is_all || name == "passed";
+        if (is_name || is_all) {
+            bytes = bytes_of(node);
+        }
+        if (is_name) {
+            link.name = text_of(text, node);
+        }
+        if (name == "original") {
+            link.original = text_of(text, node);
+        } else if (name == "from" || is_all) {
+            link.module = text_of(text, node);
+        }
+    });
+    if (bytes) {
+        captures.links.push_back({std::move(link), *bytes});
+    }
+}
+
+// Adds what a match says of names and of where they mean what.
+void add_names(const Match& match, Captures& captures) {
+    std::optional<Bytes> scope;
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const Bytes bytes = bytes_of(node);
+        if (name == "mention") {
+            captures.mentions.push_back(bytes);
+        } else if (name == "unmentioned") {
+            captures.unmentioned.insert(bytes.begin);
+        } else if (name == "bound") {
+            captures.bound.push_back(bytes);
+        } else if (name == "members") {
+            captures.scopes.push_back({bytes, true});
+        } else if (name == "scope") {
+            scope = {std::min(scope.value_or(bytes).begin, bytes.begin),
+                     std::max(scope.value_or(bytes).end, bytes.end)};
+        }
+    });
+    if (scope) {
+        captures.scopes.push_back({*scope});
+    }
+}
+
+// Adds what a match says of the text as a whole.
+void add_surroundings(const Match& match, string_view text, Captures& captures) {
+    match.for_each_capture([&](string_view name, const TSNode& node) {
+        const Bytes bytes = bytes_of(node);
+        if (name == "decorator") {
+            captures.decorators.push_back(bytes);
+        } else if (name == "exporting") {
+            captures.exporting.push_back(bytes);
+        } else if (name == "testing") {
+            captures.testing.push_back(bytes);
+        } else if (name == "test") {
+            captures.tests.push_back(bytes);
+        } else if (name == "comment") {  // one of Rust may have the line end behind it
+            const auto size = static_cast<std::uint32_t>(trimmed_end(text_of(text, node)).size());
+            captures.comments.push_back({bytes.begin, bytes.begin + size});
+        } else if (name == "visible") {
+            captures.visible.push_back(bytes);
+        } else if (name == "hidden") {
+            captures.hidden.push_back(bytes);
+        } else if (name == "local") {
+            captures.local.push_back(bytes);
+        } else if (name == "export") {
+            captures.exports.emplace(text_of(text, node));
+        } else if (name == "slot") {
+            captures.slots.emplace(text_of(text, node));
+        } else if (name == "list") {
+            captures.has_list = true;
+        } else if (name == "module") {
+            captures.is_module = true;
+        } else if (name == "cpp") {
+            captures.is_cpp = true;
+        }
+    });
+}
+
+}  // namespace
+
+std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
+    const TSQuery* const query = query_of(language);
+    ParserMemory memory(most_memory(text), is_cancelled);
+    const Tree tree = best_tree(text, language, memory.must_stop());
+    if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
+        return std::nullopt;
+    }
+    Captures captures;
+    const TSNode root = ts_tree_root_node(tree.get());
+    captures.is_damaged = ts_node_has_error(root);
+    captures.damage = damage(root);
+    const std::unique_ptr<TSQueryCursor, CursorDeleter> cursor(ts_query_cursor_new());
+    ts_query_cursor_exec(cursor.get(), query, root);
+    for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {
+        if (const Match match(text, query, found); match.holds()) {
+            if (const std::optional<NodeId> subject = add_subject(match, captures)) {
+                add_parts(match, text, *subject, captures);
+            }
+            add_link(match, text, captures);
+            add_names(match, captures);
+            add_surroundings(match, text, captures);
+        }
+    }
+    return captures;
+}
+
+}  // namespace host::sources

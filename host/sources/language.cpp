@@ -1,0 +1,195 @@
+#include "host/sources/language.h"
+
+#include "host/sources/mending.h"
+#include "host/sources/parser_memory.h"
+#include "host/sources/queries.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+
+extern "C" {
+const TSLanguage* tree_sitter_c();
+const TSLanguage* tree_sitter_cpp();
+const TSLanguage* tree_sitter_go();
+const TSLanguage* tree_sitter_java();
+const TSLanguage* tree_sitter_javascript();
+const TSLanguage* tree_sitter_python();
+const TSLanguage* tree_sitter_rust();
+const TSLanguage* tree_sitter_tsx();
+const TSLanguage* tree_sitter_typescript();
+}
+
+namespace host::sources {
+
+namespace {
+
+using std::string_view;
+
+constexpr std::array C_QUERIES{queries::C};
+constexpr std::array CPP_QUERIES{queries::C, queries::CPP};
+constexpr std::array GO_QUERIES{queries::GO};
+constexpr std::array JAVA_QUERIES{queries::JAVA};
+constexpr std::array JAVASCRIPT_QUERIES{queries::ECMASCRIPT, queries::JAVASCRIPT};
+constexpr std::array PYTHON_QUERIES{queries::PYTHON};
+constexpr std::array RUST_QUERIES{queries::RUST};
+constexpr std::array TYPESCRIPT_QUERIES{queries::ECMASCRIPT, queries::TYPESCRIPT};
+
+constexpr std::array<string_view, 1> BLOCKS{"/**"};
+constexpr std::array<string_view, 2> BLOCKS_AND_LINES{"/**", "///"};
+constexpr std::array<string_view, 1> ANY_COMMENT{"/"};
+
+enum Place : std::size_t { C, CPP, GO, JAVA, JAVASCRIPT, PYTHON, RUST, TYPESCRIPT, TSX, COUNT };
+
+constexpr std::array<Language, COUNT> LANGUAGES{{
+    {"c", tree_sitter_c, C_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
+    {"cpp", tree_sitter_cpp, CPP_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
+    {"go", tree_sitter_go, GO_QUERIES, Unmarked::PUBLIC_IF_CAPITALIZED, "", ANY_COMMENT, CommentPlace::RIGHT_ABOVE,
+     false},
+    {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, "public", BLOCKS, CommentPlace::ABOVE, false},
+    {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
+     CommentPlace::ABOVE, true},
+    {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, "", {}, CommentPlace::RIGHT_ABOVE, true},
+    {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, "pub", BLOCKS_AND_LINES,
+     CommentPlace::ABOVE_OR_BELOW_DECORATORS, false},
+    {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
+     CommentPlace::ABOVE, true, mended},
+    {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
+     CommentPlace::ABOVE, true, mended},
+}};
+
+struct Extension {
+    string_view text;
+    string_view language;   // what the language is called
+    Place grammar = COUNT;  // none
+};
+
+// The grammar of C++ reads headers of C as well.
+constexpr auto EXTENSIONS = std::to_array<Extension>({
+    {"c", "c", C},
+    {"h", "c", CPP},
+    {"cc", "cpp", CPP},
+    {"cpp", "cpp", CPP},
+    {"cxx", "cpp", CPP},
+    {"hpp", "cpp", CPP},
+    {"hh", "cpp", CPP},
+    {"hxx", "cpp", CPP},
+    {"go", "go", GO},
+    {"java", "java", JAVA},
+    {"py", "python", PYTHON},
+    {"pyi", "python", PYTHON},
+    {"rs", "rust", RUST},
+    {"js", "javascript", JAVASCRIPT},
+    {"jsx", "javascript", JAVASCRIPT},
+    {"mjs", "javascript", JAVASCRIPT},
+    {"cjs", "javascript", JAVASCRIPT},
+    {"ts", "typescript", TYPESCRIPT},
+    {"mts", "typescript", TYPESCRIPT},
+    {"cts", "typescript", TYPESCRIPT},
+    {"tsx", "typescript", TSX},
+    {"kt", "kotlin"},
+    {"kts", "kotlin"},
+    {"scala", "scala"},
+    {"rb", "ruby"},
+    {"cs", "csharp"},
+    {"php", "php"},
+    {"swift", "swift"},
+    {"dart", "dart"},
+    {"m", "objective-c"},
+    {"mm", "objective-c"},
+});
+
+struct Name {
+    string_view text;
+    Place grammar;
+};
+
+// What indexers call a language. Where dialects share a name, the extension decides.
+constexpr auto NAMES = std::to_array<Name>({
+    {"c", C},
+    {"cpp", CPP},
+    {"c++", CPP},
+    {"go", GO},
+    {"java", JAVA},
+    {"javascript", JAVASCRIPT},
+    {"javascriptreact", JAVASCRIPT},
+    {"python", PYTHON},
+    {"rust", RUST},
+    {"typescript", TSX},
+    {"typescriptreact", TSX},
+});
+
+const auto* find(string_view text, const auto& rows) {
+    const auto* const found = std::ranges::find_if(rows, [text](const auto& row) { return row.text == text; });
+    return found == rows.end() ? nullptr : found;
+}
+
+const Language* language_at(Place place) {
+    return place == COUNT ? nullptr : &LANGUAGES.at(place);
+}
+
+string_view extension_of(string_view path) {
+    const string_view file = path.substr(path.rfind('/') + 1);
+    const std::size_t dot = file.rfind('.');
+    return dot == string_view::npos ? string_view() : file.substr(dot + 1);
+}
+
+struct QueryDeleter {
+    void operator()(TSQuery* query) const { ts_query_delete(query); }
+};
+using Query = std::unique_ptr<TSQuery, QueryDeleter>;
+
+Query compiled(const Language& language) {
+    ParserMemory::set_up();  // nobody parses without a query
+    std::string text;
+    for (const string_view query : language.queries) {
+        text += query;
+    }
+    std::uint32_t offset = 0;
+    TSQueryError error = TSQueryErrorNone;
+    Query query(
+        ts_query_new(language.grammar(), text.data(), static_cast<std::uint32_t>(text.size()), &offset, &error));
+    if (query == nullptr) {
+        throw std::logic_error("the query of " + std::string(language.name) +
+                               " does not fit its grammar: " + text.substr(offset, text.find('\n', offset) - offset));
+    }
+    return query;
+}
+
+}  // namespace
+
+string_view usual_language(string_view path) {
+    const Extension* const extension = find(extension_of(path), EXTENSIONS);
+    return extension == nullptr ? string_view() : extension->language;
+}
+
+const Language* language_of(string_view stated, string_view path) {
+    const Extension* const extension = find(extension_of(path), EXTENSIONS);
+    const Language* const by_extension = extension == nullptr ? nullptr : language_at(extension->grammar);
+    const Name* const name = find(stated, NAMES);
+    const Language* const by_name = name == nullptr ? nullptr : language_at(name->grammar);
+    const bool is_a_dialect =
+        by_extension != nullptr && by_name != nullptr && std::ranges::equal(by_extension->queries, by_name->queries);
+    return by_name == nullptr || is_a_dialect ? by_extension : by_name;
+}
+
+std::span<const Language> languages() {
+    return LANGUAGES;
+}
+
+const TSQuery* query_of(const Language& language) {
+    struct Slot {
+        std::once_flag once;
+        Query query;
+    };
+    static std::array<Slot, COUNT> slots;  // each is filled when it is first asked for: compiling takes its time
+    Slot& slot = slots.at(static_cast<std::size_t>(&language - LANGUAGES.data()));
+    std::call_once(slot.once, [&] { slot.query = compiled(language); });
+    return slot.query.get();
+}
+
+}  // namespace host::sources

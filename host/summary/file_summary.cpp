@@ -1,0 +1,103 @@
+#include "workers/wiki/file_summary.h"
+
+#include "host/summary/comment_line.h"
+#include "host/summary/generator_mark.h"
+#include "host/summary/leading_comments.h"
+#include "host/summary/shared_summaries.h"
+#include "host/text/blanks.h"
+#include "host/text/control_characters.h"
+#include "host/text/markdown_text.h"
+#include "host/text/utf8.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace host {
+namespace {
+
+constexpr std::size_t LIMIT = 160;  // code points
+constexpr std::string_view ELLIPSIS = "...";
+
+// Enough of a paragraph to fill the limit, and to recognise a licence by.
+constexpr std::size_t PARAGRAPH_BYTES = 1024;
+
+void append_words(std::string& paragraph, std::string_view text) {
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, text.find_first_of(BLANKS));
+        paragraph += paragraph.empty() ? "" : " ";
+        paragraph += word;
+        text = trimmed(text.substr(word.size()));
+    }
+}
+
+// The first paragraph of a block that says what the file is for; empty when there is none.
+std::string description(LeadingComments& block) {
+    std::string paragraph;
+    bool in_aside = false;
+    bool in_licence = false;
+    bool in_mark = false;  // of a generator: what follows in its block says how to generate the file anew
+    // A licence that opens with its terms instead of a notice is known only by the whole of its paragraph.
+    const auto describes = [&in_licence, &in_mark](const std::string& text) {
+        in_licence = in_licence || speaks_of_licence(text, false);
+        in_mark = in_mark || is_generator_mark(text);
+        return !text.empty() && !in_mark && !is_banner(text) && !speaks_of_licence(text, in_licence);
+    };
+    while (const std::optional<std::string_view> line = block.next_line()) {
+        const auto [role, text] = read_comment_line(*line, block.delimited());
+        const bool is_full = paragraph.size() >= PARAGRAPH_BYTES;
+        if (role != Role::PROSE || is_full) {
+            if (describes(paragraph)) {
+                return paragraph;
+            }
+            paragraph.clear();
+            in_licence = in_licence || role == Role::NOTICE;
+            // Prose gets here only behind a full paragraph of a licence, which then goes on.
+            in_aside = role != Role::BREAK && role != Role::INTRODUCTION;
+        }
+        const bool says_nothing = paragraph.empty() && is_only_a_name(text);
+        if (!in_aside && !says_nothing) {
+            append_words(paragraph, text);
+        }
+    }
+    return describes(paragraph) ? paragraph : std::string();
+}
+
+// The first `count` code points of `text`, or all that there are.
+std::string_view first_code_points(std::string_view text, std::size_t count) {
+    std::size_t end = 0;
+    for (; count > 0 && end < text.size(); --count) {
+        end += std::max<std::size_t>(code_point_bytes(text.substr(end)), 1);  // a byte that begins none counts as one
+    }
+    return text.substr(0, end);
+}
+
+std::string shortened(const std::string& text) {
+    if (first_code_points(text, LIMIT).size() == text.size()) {
+        return text;
+    }
+    const std::size_t room = first_code_points(text, LIMIT - ELLIPSIS.size()).size();
+    // A word may end just where the room does.
+    const std::size_t word_end = text.rfind(' ', room);
+    return text.substr(0, word_end == std::string_view::npos ? room : word_end).append(ELLIPSIS);
+}
+
+}  // namespace
+}  // namespace host
+
+namespace wiki {
+
+std::string file_summary(std::span<const std::string> lines) {
+    host::LeadingComments comments(lines);
+    while (comments.next_block()) {
+        if (const std::string text = host::description(comments); !text.empty()) {
+            std::string summary = host::plain_text(host::without_control_characters(host::shortened(text)));
+            return host::is_shared_summary(summary) ? std::string() : summary;
+        }
+    }
+    return {};
+}
+
+}  // namespace wiki

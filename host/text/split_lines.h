@@ -1,0 +1,20 @@
+// Texts by line.
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+/// The lines of a text without their ends; a last line needs none. They are parts of the text.
+inline std::vector<std::string_view> split_lines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        lines.push_back(text.substr(0, text.find('\n')));
+        text.remove_prefix(std::min(lines.back().size() + 1, text.size()));
+    }
+    return lines;
+}
+
+}  // namespace host

@@ -1,0 +1,56 @@
+#include "host/text/utf8.h"
+
+#include <algorithm>
+
+namespace host {
+
+std::size_t code_point_bytes(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    const std::size_t bytes = lead < 0x80   ? 1
+                              : lead < 0xC2 ? 0
+                              : lead < 0xE0 ? 2
+                              : lead < 0xF0 ? 3
+                              : lead < 0xF5 ? 4
+                                            : 0;
+    if (bytes < 2) {
+        return bytes;
+    }
+    const std::string_view continuation = text.substr(1, bytes - 1);
+    const bool is_whole = continuation.size() == bytes - 1 && std::ranges::all_of(continuation, [](char byte) {
+                              return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+                          });
+    return is_whole ? bytes : 0;
+}
+
+bool is_utf8(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t bytes = code_point_bytes(text);
+        if (bytes == 0) {
+            return false;
+        }
+        text.remove_prefix(bytes);
+    }
+    return true;
+}
+
+std::size_t utf16_units(std::string_view text) {
+    std::size_t units = 0;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        const bool begins = (byte & 0xC0U) != 0x80U;
+        units += (begins ? 1 : 0) + (byte >= 0xF0 ? 1 : 0);
+    }
+    return units;
+}
+
+std::string_view from_column(std::string_view text, std::size_t column) {
+    constexpr std::size_t BEYOND_ONE_UNIT = 4;  // bytes
+    for (std::size_t units = 0; units < column && !text.empty();) {
+        const std::size_t bytes = code_point_bytes(text);
+        units += bytes == BEYOND_ONE_UNIT ? 2 : 1;
+        text.remove_prefix(std::max<std::size_t>(bytes, 1));
+    }
+    return text;
+}
+
+}  // namespace host

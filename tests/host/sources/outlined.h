@@ -1,0 +1,22 @@
+// The outline of a text, for tests.
+#pragma once
+
+#include "host/sources/outline.h"
+
+#include <algorithm>
+#include <string>
+
+namespace host::sources {
+
+inline Outline outline(const std::string& path, const std::string& text) {
+    static const std::size_t never = 0;
+    return outline_of(text, *language_of("", path), never).value();
+}
+
+inline SourceDeclaration declaration(const std::string& path, const std::string& text, const std::string& name) {
+    const Outline all = outline(path, text);
+    const auto found = std::ranges::find(all.declarations, name, &SourceDeclaration::name);
+    return found == all.declarations.end() ? SourceDeclaration{} : *found;
+}
+
+}  // namespace host::sources
