@@ -6,7 +6,7 @@
 #include "host/command/path_rule_options.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
-#include "host/index/index_at.h"
+#include "host/location/index_at.h"
 #include "host/scip/import.h"
 #include "host/scip/report_text.h"
 

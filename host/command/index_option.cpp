@@ -2,9 +2,10 @@
 
 #include "host/command/file_option.h"
 #include "host/command/named_index.h"
-#include "host/index/index_at.h"
+#include "host/files/folder_name.h"
 #include "host/index/index_error.h"
-#include "host/paths/folder_name.h"
+#include "host/index/place.h"
+#include "host/location/index_at.h"
 
 #include <optional>
 #include <stdexcept>

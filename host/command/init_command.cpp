@@ -3,8 +3,9 @@
 #include "host/command/file_option.h"
 #include "host/command/index_option.h"
 #include "host/command/standard_output.h"
-#include "host/index/index_at.h"
+#include "host/index/place.h"
 #include "host/index/server_index.h"
+#include "host/location/index_at.h"
 
 #include <CLI/CLI.hpp>
 

@@ -9,7 +9,6 @@ namespace {
 
 using host::DeclarationRow;
 using host::DeclarationTable;
-using host::EdgeRow;
 using host::FileRow;
 using host::ResolutionRow;
 using host::RowId;
@@ -35,47 +34,22 @@ void Database::read_paths(std::vector<FileId> files) {
     }
 }
 
-void Database::know_resolutions() {
+models::Text Database::resolution(RowId id) {
     if (resolutions_.empty()) {
         read_resolutions([&](const ResolutionRow& row) { resolutions_[row.id] = text(row.name); });
     }
-}
-
-models::Text Database::resolution(RowId id) {
-    know_resolutions();
     return resolutions_.get(id, models::Text());
-}
-
-std::optional<RowId> Database::resolution_named(std::string_view name) {
-    know_resolutions();
-    for (const auto& [id, known] : resolutions_) {
-        if (known == name) {
-            return id;
-        }
-    }
-    return std::nullopt;
 }
 
 const DeclarationTable& Database::declarations_of(std::span<const FileId> files) {
     if (!std::ranges::equal(page_, files)) {
         page_.clear();
-        edges_into_page_.reset();
         declarations_of_page_ = records([&](const Take<DeclarationRow>& take) {
             read_declarations_in({files.begin(), files.end()}, take);
         });
         page_.assign(files.begin(), files.end());
     }
     return declarations_of_page_;
-}
-
-const std::vector<EdgeRow>& Database::edges_into(std::span<const FileId> files) {
-    const DeclarationTable& declarations = declarations_of(files);
-    if (!edges_into_page_) {
-        std::vector<EdgeRow> edges = read_edges_into(declarations.ids());
-        std::ranges::sort(edges);
-        edges_into_page_ = std::move(edges);
-    }
-    return *edges_into_page_;
 }
 
 DeclarationTable Database::declarations(const std::vector<SymbolId>& ids) {

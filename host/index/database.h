@@ -108,15 +108,9 @@ class Database {
     /// The name of a resolution; the empty text when the index has none.
     [[nodiscard]] models::Text resolution(host::RowId id);
 
-    /// The number of a resolution; none when the index has none of that name.
-    [[nodiscard]] std::optional<host::RowId> resolution_named(std::string_view name);
-
     /// The declarations of these files, as far as the index has both. The last answer is remembered, as all questions
     /// of a page are about the same files; it is valid until the next question.
     const host::DeclarationTable& declarations_of(std::span<const FileId> files);
-
-    /// The edges into the declarations of these files, sorted. Remembered like those.
-    const std::vector<host::EdgeRow>& edges_into(std::span<const FileId> files);
 
     /// The declarations with these ids, as far as the index has them and their files.
     [[nodiscard]] host::DeclarationTable declarations(const std::vector<SymbolId>& ids);
@@ -125,15 +119,12 @@ class Database {
     /// Has `read` read declarations, and makes records of those whose files the index has.
     host::DeclarationTable records(const std::function<void(const host::Take<host::DeclarationRow>&)>& read);
 
-    void know_resolutions();
-
     std::function<void()> check_ = [] {};
     std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;
     models::OrderedMap<FileId, models::Text> paths_;
     models::OrderedMap<host::RowId, models::Text> resolutions_;
     std::vector<FileId> page_;  // the files of which these are the declarations
     host::DeclarationTable declarations_of_page_;
-    std::optional<std::vector<host::EdgeRow>> edges_into_page_;  // none when they are not read yet
 };
 
 }  // namespace storage

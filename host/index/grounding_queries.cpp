@@ -1,7 +1,6 @@
 #include "storage/grounding_queries.h"
 
 #include "host/index/database.h"
-#include "host/index/edge_sources.h"
 #include "models/ordered_map.h"
 
 #include <algorithm>
@@ -14,6 +13,14 @@ namespace {
 using host::DeclarationTable;
 using host::EdgeRow;
 using models::Text;
+
+// The sources of some edges; of equal ones that stand together one.
+std::vector<FileId> sources_of(const std::vector<EdgeRow>& edges) {
+    std::vector<FileId> sources(edges.size());
+    std::ranges::transform(edges, sources.begin(), &EdgeRow::source);
+    sources.erase(std::unique(sources.begin(), sources.end()), sources.end());
+    return sources;
+}
 
 // The targets of some edges that are not among these declarations, each once.
 std::vector<SymbolId> targets_beyond(const std::vector<EdgeRow>& edges, const DeclarationTable& declarations) {
@@ -67,8 +74,9 @@ std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> fil
 // By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
 std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& declarations = db.declarations_of(file_ids);
-    const std::vector<EdgeRow>& edges = db.edges_into(file_ids);
-    db.read_paths(host::sources_of(edges));
+    std::vector<EdgeRow> edges = db.read_edges_into(declarations.ids());
+    std::ranges::sort(edges);
+    db.read_paths(sources_of(edges));
     std::vector<InboundReference> references;
     references.reserve(edges.size());
     for (const EdgeRow& edge : edges) {

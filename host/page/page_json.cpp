@@ -148,7 +148,6 @@ void write_facts(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
     json.member("test_sources", to_json(facts.test_sources));
     write_mapping(json, "line_counts", facts.line_counts);
     write_mapping(json, "summaries", facts.summaries);
-    write_mapping(json, "test_imports", facts.test_imports);
 }
 
 void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {

@@ -10,7 +10,7 @@ namespace {
 
 using models::Text;
 
-// Test -> the files of the page, other than itself, that it refers to or imports.
+// Test -> the files of the page, other than itself, that it refers to.
 models::OrderedMap<Text, models::TextSet> files_reached(const scope::ScopeFacts& facts) {
     models::OrderedMap<Text, models::TextSet> files;
     for (const scope::InboundReference& reference : facts.inbound) {
@@ -18,17 +18,17 @@ models::OrderedMap<Text, models::TextSet> files_reached(const scope::ScopeFacts&
             files[reference.source_path].insert(reference.target_path);
         }
     }
-    for (const auto& [file, tests] : facts.test_imports) {
-        for (const Text& test : tests) {
-            files[test].insert(file);
-        }
-    }
     return files;
 }
 
 }  // namespace
 
-// The tests that refer to or import each file of the page, in path order, each once.
+// None: an import by a test is a reference into the page like any other, and `tests_reaching` reads those.
+TestImports importing_tests(storage::Database& /*db*/, std::span<const storage::ScopeFile> /*files*/) {
+    return {};
+}
+
+// The tests that refer to each file of the page, in path order, each once.
 TestsReaching tests_reaching(const scope::ScopeFacts& facts) {
     const models::OrderedMap<Text, models::TextSet> files_by_test = files_reached(facts);
     TestsReaching reaching;

@@ -1,6 +1,6 @@
 #include "host/postgresql/new_postgresql_index.h"
 
-#include "host/paths/folder_name.h"
+#include "host/files/folder_name.h"
 #include "host/postgresql/locks.h"
 #include "host/postgresql/schema.h"
 #include "host/postgresql/snapshot_tables.h"

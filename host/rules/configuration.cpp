@@ -1,6 +1,6 @@
 #include "host/rules/configuration.h"
 
-#include "host/index/index_at.h"
+#include "host/index/place.h"
 
 #include <toml++/toml.h>
 

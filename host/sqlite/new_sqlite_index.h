@@ -1,9 +1,9 @@
 // A new index in a file of its own.
 #pragma once
 
-#include "host/files/replacement.h"
 #include "host/index/index.h"
 #include "host/sqlite/connection.h"
+#include "host/sqlite/replacement.h"
 #include "host/sqlite/row_writer.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 // The server in which tests keep their indexes when they are told to, instead of in files.
 #pragma once
 
-#include "host/index/index_at.h"
+#include "host/location/index_at.h"
 
 #include <cstdlib>
 #include <memory>

@@ -2,7 +2,6 @@
 
 #include "storage/grounding_queries.h"
 #include "tests/host/indexed_folder.h"
-#include "workers/wiki/scope_tests.h"
 
 #include <algorithm>
 #include <limits>
@@ -107,8 +106,6 @@ TEST_F(Queries, GivesReferencesBySourceThenTargetThenResolution) {
     EXPECT_EQ(outbound[0].refs, 6);
     EXPECT_EQ(outbound[0].target.path, "z.ts");
     EXPECT_EQ(outbound[0].target.fqn, "z.far");
-    const auto tests = wiki::importing_tests(db, scope_files(db, Paths{"page.ts", "z.ts"}));
-    EXPECT_EQ(tests, (wiki::TestImports{{"page.ts", {"test/a.ts"}}}));
 }
 
 TEST_F(Queries, ReadsFilesAndDeclarationsThatDoNotStandTogether) {

@@ -2,7 +2,7 @@
 
 #include "host/postgresql/address.h"
 
-#include "host/index/index_at.h"
+#include "host/location/index_at.h"
 #include "tests/host/indexed_folder.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "fixtures/scip_builder.h"
-#include "host/index/index_at.h"
+#include "host/location/index_at.h"
 #include "host/postgresql/connection.h"
 #include "host/postgresql/schema.h"
 #include "host/scip/import.h"

@@ -1,6 +1,6 @@
 // Indexes in a server, beside what pages and imports promise everywhere: tools/with-postgresql server_tests
 
-#include "host/index/index_at.h"
+#include "host/location/index_at.h"
 #include "host/page/page.h"
 #include "host/page/page_json.h"
 #include "host/page/page_markdown.h"

@@ -96,6 +96,7 @@ std::string page_above(std::size_t child) {
 }
 
 TEST_F(CraftedIndex, HasNoTreeWhosePagesAreReadOverAndOver) {
+    add<EdgeRow>({{1, 1, LOCAL, 1}});  // so that resolutions are read
     std::size_t root = 0;
     {
         const Connection connection(index, Connection::Mode::CREATE);

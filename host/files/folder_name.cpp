@@ -1,4 +1,4 @@
-#include "host/paths/folder_name.h"
+#include "host/files/folder_name.h"
 
 #include <filesystem>
 #include <system_error>

@@ -1,7 +1,5 @@
-#include "host/index/index_at.h"
+#include "host/index/place.h"
 
-#include "host/index/server_index.h"
-#include "host/sqlite/sqlite_index.h"
 #include "host/text/ascii.h"
 
 #include <algorithm>
@@ -23,13 +21,6 @@ bool is_server(const std::string& place) {
     return text.find("://") != std::string::npos || text.find("password=") != std::string::npos ||
            starts_with_any(first, std::array<std::string_view, 2>{"postgresql:", "postgres:"}) ||
            (at != std::string::npos && first.find(':') < at);
-}
-
-std::unique_ptr<Index> index_at(const std::string& place, const std::string& repository) {
-    if (is_server(place)) {
-        return server_index(place, repository);
-    }
-    return std::make_unique<SqliteIndex>(place);
 }
 
 }  // namespace host

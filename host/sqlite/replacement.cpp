@@ -1,4 +1,4 @@
-#include "host/files/replacement.h"
+#include "host/sqlite/replacement.h"
 
 #include "host/files/remedy.h"
 #include "host/sqlite/connection.h"
