@@ -2,10 +2,10 @@
 
 #include "fixtures/temporary_folder.h"
 #include "fuzz/promise.h"
+#include "host/indexing/references.h"
 #include "host/scip/contents.h"
 #include "host/scip/declarations.h"
-#include "host/scip/references.h"
-#include "host/scip/rows.h"
+#include "host/scip/extract.h"
 #include "host/scip/symbol.h"
 
 #include <sys/mman.h>
@@ -23,6 +23,7 @@
 namespace {
 
 using namespace host::scip;
+namespace indexing = host::indexing;
 using fuzz::promise;
 using host::TextSpool;
 
@@ -66,13 +67,15 @@ void check_declaration(std::string_view symbol, const Description& description) 
     }
 }
 
-void check_rows(const FileRows& rows, TextSpool& spool) {
-    for (const Row& row : rows.rows) {
-        promise(1 <= row.lines.first && row.lines.first <= row.lines.last, "a declaration has lines of a file");
-        promise(spool.read(row.signature).size() == row.signature.size, "a text comes back from the spool");
+void check_declarations(const indexing::FileDeclarations& declared, TextSpool& spool) {
+    for (const indexing::Declaration& declaration : declared.declarations) {
+        promise(1 <= declaration.lines.first && declaration.lines.first <= declaration.lines.last,
+                "a declaration has lines of a file");
+        promise(spool.read(declaration.signature).size() == declaration.signature.size,
+                "a text comes back from the spool");
     }
-    for (const DeclaredSymbol& declared : rows.declared) {
-        promise(declared.row < rows.rows.size(), "a symbol that is declared leads to a row");
+    for (const indexing::DeclaredSymbol& symbol : declared.symbols) {
+        promise(symbol.declaration < declared.declarations.size(), "a symbol that is declared leads to a declaration");
     }
 }
 
@@ -91,17 +94,19 @@ void check_file(const FileContents& file, const Contents& contents) {
     }
 }
 
-void check_references(const Contents& contents, const std::vector<FileRows>& rows) {
-    const References references(contents, rows);
-    std::uint32_t place = 0;
-    for (const auto& [path, file] : contents.files) {
+void check_extraction(const indexing::Extraction& extraction, TextSpool& spool) {
+    const indexing::References references(extraction);
+    for (std::uint32_t place = 0; place < extraction.files.size(); ++place) {
+        const indexing::ExtractedFile& file = extraction.files[place];
+        check_declarations(file.declared, spool);
         std::int64_t counted = 0;
         for (const auto& [names, count] : file.references) {
-            counted += count * static_cast<std::int64_t>(contents.tokens.symbols(names).size());
+            counted += count * static_cast<std::int64_t>(extraction.tokens.symbols(names).size());
         }
-        for (const Edge& edge : references.of(place++, file).edges) {
-            promise(edge.target.file < rows.size() && edge.target.row < rows[edge.target.file].rows.size(),
-                    "an edge leads to a row");
+        for (const indexing::Edge& edge : references.from(place).edges) {
+            promise(edge.target.file < extraction.files.size() &&
+                        edge.target.declaration < extraction.files[edge.target.file].declared.declarations.size(),
+                    "an edge leads to a declaration");
             counted -= edge.references;
         }
         promise(counted >= 0, "no token is counted more than once for each of its symbols");
@@ -116,20 +121,19 @@ void check_scip(const std::string& path) {
         std::int64_t read = 0;
         std::size_t begun = 0;
         const ContentsListener listener{.new_file = [&](auto&, auto&) { ++begun; }, .after_document = [&] { ++read; }};
-        const Contents contents = read_contents({{{&scip, ""}}}, spool, listener);
+        Contents contents = read_contents({{{&scip, ""}}}, spool, listener);
         promise(std::cmp_equal(read, scip.document_count()), "every document is read once");
         promise(begun == contents.files.size(), "every file begins once");
         std::int64_t documents = contents.unusable_documents;
-        const Homes homes(contents);
-        std::vector<FileRows> rows;
         for (const auto& [name, file] : contents.files) {
             documents += static_cast<std::int64_t>(file.documents);
             check_file(file, contents);
-            rows.push_back(rows_of(name, file, contents, homes, {}, nullptr));
-            check_rows(rows.back(), spool);
         }
         promise(documents == read, "a document belongs to a file or is unusable");
-        check_references(contents, rows);
+        indexing::ImportReport report;
+        check_extraction(extract(
+                             std::move(contents), {}, [] {}, report),
+                         spool);
     } catch (const std::runtime_error& error) {
         const std::string_view said = error.what();
         promise(said.starts_with(path + ": "), "a failure names the file");

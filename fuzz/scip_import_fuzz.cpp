@@ -30,7 +30,7 @@ namespace {
 
 using namespace host;
 using fuzz::promise;
-using scip::ImportReport;
+using indexing::ImportReport;
 
 struct RowPromise {
     std::string_view text;

@@ -6,9 +6,9 @@
 #include "host/command/path_rule_options.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
+#include "host/indexing/report_text.h"
 #include "host/location/index_at.h"
 #include "host/scip/import.h"
-#include "host/scip/report_text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -78,7 +78,7 @@ void run_import(const ImportArguments& arguments) {
     const Interruption interruption;
     const std::unique_ptr<Index> index = index_at(arguments.index.place, arguments.index.repository);
     const std::unique_ptr<NewIndex> made = begin_index(arguments.index, *index);
-    scip::ImportReport report;
+    indexing::ImportReport report;
     {
         ProgressLine progress;
         const scip::ImportRequest request{.scip_paths = arguments.scip,

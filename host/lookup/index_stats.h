@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/index/database.h"
-#include "host/scip/import_report.h"
+#include "host/indexing/import_report.h"
 
 #include <cstdint>
 #include <string>
@@ -13,7 +13,7 @@ struct IndexStats {
     std::string index;  ///< what it is called
     IndexOrigin origin;
     bool is_checked = false;  ///< whether all of it was read, and found whole
-    scip::ImportReport report;
+    indexing::ImportReport report;
 };
 
 /// Reads what the import of the index has noted. Throws `IndexError`, and `std::runtime_error` with one line that says

@@ -1,6 +1,6 @@
 #include "host/lookup/listings.h"
 
-#include "host/scip/report_text.h"
+#include "host/indexing/report_text.h"
 #include "host/text/printable.h"
 #include "host/text/table.h"
 
@@ -57,7 +57,7 @@ void write_text(std::ostream& out, const FoundDeclarations& found) {
 }
 
 void write_text(std::ostream& out, const IndexStats& stats) {
-    const scip::ImportReport& report = stats.report;
+    const indexing::ImportReport& report = stats.report;
     write_made(out, stats.index, report);
     out << "Made " << stats.origin.made << " from " << printable(report.source)
         << (report.checkout.empty() ? "" : ", sources in " + printable(report.checkout)) << "; " << stats.origin.bytes

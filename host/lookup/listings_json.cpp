@@ -1,6 +1,6 @@
 #include "host/lookup/listings_json.h"
 
-#include "host/scip/report_json.h"
+#include "host/indexing/report_json.h"
 #include "host/text/json_writer.h"
 
 #include <ostream>

@@ -1,5 +1,6 @@
 #include "host/page/caveats.h"
 
+#include "host/index/notes.h"
 #include "host/text/counted.h"
 #include "host/text/split_lines.h"
 
@@ -29,7 +30,7 @@ void add_remarks_on_files(std::span<const models::Text> paths, const std::string
 
 // The paths that the index notes as those of files with damage.
 std::set<std::string, std::less<>> noted_damage(storage::Database& db) {
-    const std::string note = db.noted("damaged");
+    const std::string note = db.noted(notes::DAMAGED);
     std::set<std::string, std::less<>> paths;
     for (const std::string_view path : split_lines(note)) {
         paths.emplace(path);

@@ -1,5 +1,6 @@
 #include "host/page/requested_page.h"
 
+#include "host/index/notes.h"
 #include "host/page/budget.h"
 #include "host/page/page_json.h"
 #include "host/page/page_markdown.h"
@@ -45,7 +46,7 @@ std::optional<std::size_t> most_bytes(const PageRequest& request) {
 
 RequestedPage::RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading)
     : request_(request), folder_(existing_folder(request, db)), tests_(with_noted_rules(request.tests, db)),
-      in_force_(tests_, [&db] { db.check_interrupt(); }), shared_summaries_(db.noted("shared_summaries")), db_(db),
+      in_force_(tests_, [&db] { db.check_interrupt(); }), shared_summaries_(db.noted(notes::SHARED_SUMMARIES)), db_(db),
       page_(load_page(db_, Checkout(folder_.path), request.paths, request.numbers,
                       folder_.is_the_users_choice ? SourceAccess::ALL : SourceAccess::AS_INDEXED, before_reading)) {}
 

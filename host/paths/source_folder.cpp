@@ -1,5 +1,6 @@
 #include "host/paths/source_folder.h"
 
+#include "host/index/notes.h"
 #include <filesystem>
 #include <system_error>
 
@@ -29,7 +30,7 @@ SourceFolder source_folder(const std::string& named, storage::Database& db) {
     if (!named.empty()) {
         return {.path = named, .is_the_users_choice = true};
     }
-    const std::string noted = db.noted("checkout");
+    const std::string noted = db.noted(notes::CHECKOUT);
     std::error_code error;
     const fs::path current = fs::current_path(error);
     const fs::path repository = repository_around(current);

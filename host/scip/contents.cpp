@@ -1,6 +1,7 @@
 #include "host/scip/contents.h"
 
 #include "host/scip/language.h"
+#include "host/scip/lines_of_range.h"
 #include "host/scip/project_root.h"
 #include "host/scip/symbol.h"
 #include "host/scip/token_text.h"

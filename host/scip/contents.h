@@ -8,8 +8,8 @@
 #pragma once
 
 #include "host/files/text_spool.h"
+#include "host/indexing/line_span.h"
 #include "host/scip/description.h"
-#include "host/scip/line_range.h"
 #include "host/scip/scip_file.h"
 #include "host/scip/tokens.h"
 #include "host/sources/outline.h"
@@ -31,7 +31,7 @@ namespace host::scip {
 /// A place where a global symbol is defined.
 struct Definition {
     SymbolNumber symbol = 0;
-    LineRange lines;                        ///< of the whole declaration, if the document says where that is
+    indexing::LineSpan lines;               ///< of the whole declaration, if the document says where that is
     bool is_whole = false;                  ///< whether it does; else these are the lines of the name
     bool is_forward = false;                ///< whether it only announces what is defined elsewhere
     std::optional<sources::Position> name;  ///< where the name stands
@@ -77,7 +77,7 @@ struct FileContents {
 
 struct Contents {
     SymbolTable symbols;
-    TokenTable tokens;
+    TokenReader tokens;
     std::map<std::string, FileContents> files;  ///< by path
     std::int64_t unusable_documents = 0;        ///< left out for their path, as `path_in_repository` judges it
     std::int64_t unwanted_documents = 0;

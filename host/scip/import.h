@@ -1,14 +1,14 @@
 // The import of SCIP files: from what indexers have found in a repository, and what its sources say, to an index that can
 // be queried.
 //
-// Every path of the SCIP files becomes a file, every global symbol that they define a declaration, and what their other
-// tokens name become edges (rows.h, references.h). A file that others import without naming a declaration of it is a
-// declaration itself: a module.
+// Every path of the SCIP files becomes a file, every global symbol that they define a declaration (file_declarations.h),
+// and what their other tokens name become edges (indexing/references.h).
 #pragma once
 
 #include "host/index/index.h"
+#include "host/indexing/import_report.h"
+#include "host/indexing/progress.h"
 #include "host/rules/path_rules.h"
-#include "host/scip/import_report.h"
 
 #include <cstdint>
 #include <functional>
@@ -17,10 +17,6 @@
 #include <vector>
 
 namespace host::scip {
-
-/// Told again and again, from the beginning until the new index takes its place, how many steps of how many are done;
-/// `total` is never 0. A document is two steps: being read, and being written. May throw, which ends the import.
-using ImportProgress = std::function<void(std::int64_t done, std::int64_t total)>;
 
 struct ImportRequest {
     std::vector<std::string> scip_paths;  ///< at least one; "-" is standard input
@@ -36,10 +32,10 @@ struct ImportRequest {
 
 /// Makes one new index of SCIP files, from its beginning to its end. Their paths become relative to the
 /// root of the repository (project_root.h). The order in which they are named changes nothing, and a content that is
-/// named twice counts once. `progress` may be empty.
+/// named twice counts once. `on_progress` may be empty; a document is two steps: being read, and being written.
 ///
 /// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes: not
-/// when the import fails, is killed, or is interrupted by an exception from `progress`, which comes out as it went
+/// when the import fails, is killed, or is interrupted by an exception from `on_progress`, which comes out as it went
 /// in. Two imports into one index do not run at once: the second fails. SCIP files without any usable document make
 /// an empty index where there is none, but replace none: they were hardly meant to.
 ///
@@ -49,6 +45,7 @@ struct ImportRequest {
 /// symbols and declarations, and with pairs of a file and what it mentions, neither with occurrences nor with sources.
 ///
 /// Throws `std::runtime_error` with one line that names the file at fault and says what to do.
-ImportReport import_scip(const ImportRequest& request, NewIndex& index, const ImportProgress& progress);
+indexing::ImportReport import_scip(const ImportRequest& request, NewIndex& index,
+                                   const indexing::OnProgress& on_progress);
 
 }  // namespace host::scip

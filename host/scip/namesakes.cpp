@@ -13,9 +13,10 @@ namespace host::scip {
 
 namespace {
 
+using indexing::Meaning;
 class NamesakeChoice {
   public:
-    NamesakeChoice(Contents& contents, Modules& modules) : contents_(contents), modules_(modules) {
+    NamesakeChoice(Contents& contents, indexing::Modules& modules) : contents_(contents), modules_(modules) {
         for (const auto& [path, file] : contents.files) {
             for (const Definition& definition : file.definitions) {
                 files_[definition.symbol].insert(path);
@@ -65,13 +66,13 @@ class NamesakeChoice {
     }
 
     Contents& contents_;
-    Modules& modules_;
+    indexing::Modules& modules_;
     std::unordered_map<SymbolNumber, std::set<std::string_view>> files_;  // that declare a symbol
 };
 
 }  // namespace
 
-void choose_namesakes(Contents& contents, Modules& modules) {
+void choose_namesakes(Contents& contents, indexing::Modules& modules) {
     if (contents.namesakes.empty()) {
         return;
     }

@@ -12,6 +12,7 @@ namespace host::scip {
 
 namespace {
 
+using indexing::Meaning;
 using sources::Link;
 
 // "'./m'" -> "./m"; empty for a text without quotes
@@ -23,8 +24,8 @@ std::string_view without_quotes(std::string_view text) {
 
 class TokenSettler {
   public:
-    TokenSettler(Contents& contents, const sources::Sources& sources, Modules& modules,
-                 const std::optional<Checkout>& checkout, ImportReport& report)
+    TokenSettler(Contents& contents, const sources::Sources& sources, indexing::Modules& modules,
+                 const std::optional<Checkout>& checkout, indexing::ImportReport& report)
         : contents_(contents), sources_(sources), modules_(modules), checkout_(checkout), report_(report) {}
 
     void settle() {
@@ -86,7 +87,8 @@ class TokenSettler {
             return file ? Meaning{modules_.module_at(*file).value()} : Meaning();
         }
         if (!is_behind_dot(token, text)) {
-            const bool is_counted_by_scope = token.names == LOCAL_SYMBOL && is_python(path);  // unseen_names.h
+            const bool is_counted_by_scope =
+                token.names == LOCAL_SYMBOL && indexing::is_python(path);  // unseen_names.h
             return is_counted_by_scope || is_key(token, text) ? Meaning() : modules_.imported(path, name);
         }
         if (!token.receiver || trimmed(text.at(between(*token.receiver, token))) != ".") {
@@ -129,15 +131,15 @@ class TokenSettler {
 
     Contents& contents_;
     const sources::Sources& sources_;
-    Modules& modules_;
+    indexing::Modules& modules_;
     const std::optional<Checkout>& checkout_;
-    ImportReport& report_;
+    indexing::ImportReport& report_;
 };
 
 }  // namespace
 
-void settle_open_tokens(Contents& contents, const sources::Sources& sources, Modules& modules,
-                        const std::optional<Checkout>& checkout, ImportReport& report) {
+void settle_open_tokens(Contents& contents, const sources::Sources& sources, indexing::Modules& modules,
+                        const std::optional<Checkout>& checkout, indexing::ImportReport& report) {
     TokenSettler(contents, sources, modules, checkout, report).settle();
 }
 

@@ -8,9 +8,9 @@
 #pragma once
 
 #include "host/files/checkout.h"
+#include "host/indexing/import_report.h"
+#include "host/indexing/modules.h"
 #include "host/scip/contents.h"
-#include "host/scip/import_report.h"
-#include "host/scip/modules.h"
 #include "host/sources/source_reader.h"
 
 #include <optional>
@@ -19,7 +19,7 @@ namespace host::scip {
 
 /// Counts the open tokens among the references of their files, by what they turn out to name, and reports those that
 /// are dropped. `checkout` is where the sources are; none without them.
-void settle_open_tokens(Contents& contents, const sources::Sources& sources, Modules& modules,
-                        const std::optional<Checkout>& checkout, ImportReport& report);
+void settle_open_tokens(Contents& contents, const sources::Sources& sources, indexing::Modules& modules,
+                        const std::optional<Checkout>& checkout, indexing::ImportReport& report);
 
 }  // namespace host::scip

@@ -11,8 +11,6 @@ namespace host::scip {
 
 namespace {
 
-constexpr TokenNames COMBINATION = 0x8000'0000;  // the bit that tells a combination from a symbol
-
 std::vector<SymbolNumber> without_augmentations(const std::vector<SymbolNumber>& symbols, const SymbolTable& table) {
     std::vector<SymbolNumber> meant;
     std::ranges::copy_if(symbols, std::back_inserter(meant),
@@ -51,7 +49,7 @@ std::optional<SymbolNumber> SymbolTable::find(std::string_view symbol) const {
     return known == numbers_.end() ? std::nullopt : known->second;
 }
 
-TokenNames TokenTable::number(const std::vector<SymbolNumber>& symbols, const SymbolTable& table) {
+TokenNames TokenReader::number(const std::vector<SymbolNumber>& symbols, const SymbolTable& table) {
     if (symbols.size() == 1) {
         return symbols.front();
     }
@@ -59,19 +57,12 @@ TokenNames TokenTable::number(const std::vector<SymbolNumber>& symbols, const Sy
     if (is_new) {
         add_groups(symbols, table);
         std::vector<SymbolNumber> meant = without_augmentations(symbols, table);
-        if (meant.size() == 1) {
-            known->second = meant.front();
-        } else if (meant.size() < symbols.size()) {
-            known->second = number(meant, table);
-        } else {
-            known->second = COMBINATION | static_cast<TokenNames>(combinations_.size());
-            combinations_.push_back(std::move(meant));
-        }
+        known->second = meant.size() < symbols.size() ? number(meant, table) : combinations_.number(std::move(meant));
     }
     return known->second;
 }
 
-void TokenTable::add_groups(std::span<const SymbolNumber> symbols, const SymbolTable& table) {
+void TokenReader::add_groups(std::span<const SymbolNumber> symbols, const SymbolTable& table) {
     std::map<std::pair<std::string_view, std::string>, std::vector<SymbolNumber>> by_name;
     for (const SymbolNumber symbol : symbols) {
         if (symbol != LOCAL_SYMBOL) {
@@ -88,12 +79,7 @@ void TokenTable::add_groups(std::span<const SymbolNumber> symbols, const SymbolT
     }
 }
 
-std::span<const SymbolNumber> TokenTable::symbols(const TokenNames& names) const {
-    const bool is_combination = (names & COMBINATION) != 0;
-    return is_combination ? std::span(combinations_[names & ~COMBINATION]) : std::span(&names, 1);
-}
-
-std::span<const std::uint32_t> TokenTable::groups(SymbolNumber symbol) const {
+std::span<const std::uint32_t> TokenReader::groups(SymbolNumber symbol) const {
     const auto found = groups_.find(symbol);
     return found == groups_.end() ? std::span<const std::uint32_t>() : found->second;
 }

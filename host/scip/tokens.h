@@ -1,6 +1,8 @@
 // The tokens of a SCIP file: a token is one range of a document, and names every symbol that occurs there.
 #pragma once
 
+#include "host/indexing/symbols.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -11,17 +13,16 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace host::scip {
 
-/// A global symbol that parses, counted from 0 in the order of first mention.
-using SymbolNumber = std::uint32_t;
+using indexing::LOCAL_SYMBOL;
+using indexing::SymbolNumber;
+using indexing::TokenNames;
 
-/// Stands, among the symbols that a token names, for those that are local to the document.
-inline constexpr SymbolNumber LOCAL_SYMBOL = 0xFFFF'FFFF;
-
-/// The global symbols of a SCIP file.
+/// The global symbols of a SCIP file that parse, numbered in the order of first mention.
 class SymbolTable {
   public:
     SymbolTable() = default;
@@ -64,28 +65,30 @@ class SymbolTable {
     std::vector<bool> modules_;
 };
 
-/// What a token names: a symbol's number, or that of a combination of symbols.
-using TokenNames = std::uint32_t;
-
-/// The combinations of symbols that tokens name, each looked into and kept once.
-class TokenTable {
+/// The combinations of symbols that tokens name, each looked into once.
+class TokenReader {
   public:
     /// The number for what a token names: at least one symbol of this table, in ascending order, `LOCAL_SYMBOL` maybe
     /// among them. Augmentations are left out beside anything else: whoever names a declaration does not mean what
     /// extends it.
     TokenNames number(const std::vector<SymbolNumber>& symbols, const SymbolTable& table);
 
-    /// The symbols behind a number, ascending; valid as long as the table and the number.
-    [[nodiscard]] std::span<const SymbolNumber> symbols(const TokenNames& names) const;
+    /// The symbols behind a number, ascending; valid as long as this object and the number.
+    [[nodiscard]] std::span<const SymbolNumber> symbols(const TokenNames& names) const {
+        return combinations_.symbols(names);
+    }
 
     /// The groups that a symbol is in. A group has one scope and one name, and there is a token that names all of it.
     [[nodiscard]] std::span<const std::uint32_t> groups(SymbolNumber symbol) const;
 
+    /// Gives the combinations away; only `groups` may be asked for then.
+    [[nodiscard]] indexing::TokenTable take() { return std::move(combinations_); }
+
   private:
     void add_groups(std::span<const SymbolNumber> symbols, const SymbolTable& table);
 
-    std::map<std::vector<SymbolNumber>, TokenNames> numbers_;  // with what is left out
-    std::vector<std::vector<SymbolNumber>> combinations_;      // without it
+    std::map<std::vector<SymbolNumber>, TokenNames> numbers_;  // of combinations as they stand in documents
+    indexing::TokenTable combinations_;                        // without what is left out
     std::set<std::vector<SymbolNumber>> known_groups_;
     std::unordered_map<SymbolNumber, std::vector<std::uint32_t>> groups_;
 };

@@ -1,6 +1,7 @@
 #include "host/scip/undeclared.h"
 
-#include "host/scip/modules.h"
+#include "host/scip/lines_of_range.h"
+#include "host/scip/modules_of.h"
 #include "host/scip/project_root.h"
 #include "host/scip/symbol.h"
 #include "host/scip/token_text.h"
@@ -166,7 +167,7 @@ class LocalReferences {
 }  // namespace
 
 UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sources) {
-    const Modules modules(contents, sources);
+    const indexing::Modules modules = modules_of(contents, sources);
     const std::set<std::string, std::less<>> built_in = built_in_names(contents.symbols);
     UndeclaredByFile undeclared;
     for (auto& [path, file] : contents.files) {

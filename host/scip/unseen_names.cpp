@@ -1,5 +1,6 @@
 #include "host/scip/unseen_names.h"
 
+#include "host/scip/symbol.h"
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -13,6 +14,7 @@ namespace host::scip {
 
 namespace {
 
+using indexing::Meaning;
 using sources::Link;
 
 // What a text means, and how many names of the source have it.
@@ -23,7 +25,7 @@ struct Mentioned {
 
 class UnseenNames {
   public:
-    UnseenNames(Contents& contents, Modules& modules, const UndeclaredByFile& undeclared)
+    UnseenNames(Contents& contents, indexing::Modules& modules, const UndeclaredByFile& undeclared)
         : contents_(contents), modules_(modules), undeclared_(undeclared) {
         for (SymbolNumber symbol = 0; symbol < contents.symbols.size(); ++symbol) {
             if (const std::string_view text = contents.symbols.symbol(symbol); is_built_in(text)) {
@@ -119,14 +121,14 @@ class UnseenNames {
     }
 
     Contents& contents_;
-    Modules& modules_;
+    indexing::Modules& modules_;
     const UndeclaredByFile& undeclared_;
     std::unordered_map<SymbolNumber, std::string> built_in_;  // the names of what Python itself declares
 };
 
 }  // namespace
 
-void add_unseen_names(Contents& contents, Modules& modules, const UndeclaredByFile& undeclared) {
+void add_unseen_names(Contents& contents, indexing::Modules& modules, const UndeclaredByFile& undeclared) {
     UnseenNames(contents, modules, undeclared).add();
 }
 

@@ -5,14 +5,14 @@
 // scopes and imports of the source tell what is meant how often.
 #pragma once
 
+#include "host/indexing/modules.h"
 #include "host/scip/contents.h"
-#include "host/scip/modules.h"
 #include "host/scip/undeclared.h"
 
 namespace host::scip {
 
 /// Adds to the references of each file with counted texts what these lack. `undeclared` is what its documents do not
 /// define (undeclared.h). Drops the counts.
-void add_unseen_names(Contents& contents, Modules& modules, const UndeclaredByFile& undeclared);
+void add_unseen_names(Contents& contents, indexing::Modules& modules, const UndeclaredByFile& undeclared);
 
 }  // namespace host::scip

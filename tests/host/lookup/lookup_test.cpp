@@ -1,7 +1,7 @@
 // What `wiki-scope files`, `find` and `stats` tell of an index.
 
 #include "fixtures/scip_builder.h"
-#include "host/scip/report_json.h"
+#include "host/indexing/report_json.h"
 #include "tests/host/indexed_folder.h"
 
 #include <gtest/gtest.h>
@@ -146,7 +146,7 @@ TEST_F(Lookup, ChecksAllOfAnIndexWhenItIsAsked) {
     EXPECT_NE(run("stats --check --index whole.db").out.find("\nChecked: "), std::string::npos);
     EXPECT_EQ(run("stats --index whole.db").out.find("hecke"), std::string::npos);
 
-    change("INSERT INTO meta VALUES('report', '" + written(scip::ImportReport()) + "')");
+    change("INSERT INTO meta VALUES('report', '" + written(indexing::ImportReport()) + "')");
     EXPECT_NE(run("stats --index ./index.db").out.find("\nWithout checksums, "), std::string::npos);
     declare({{"needle", 1, ""}});
     std::string stale = folder.read("index.db");

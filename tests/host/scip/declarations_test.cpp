@@ -4,7 +4,7 @@
 #include "fixtures/temporary_folder.h"
 #include "host/scip/declarations.h"
 #include "host/scip/language.h"
-#include "host/scip/line_range.h"
+#include "host/scip/lines_of_range.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ Occurrence occurrence_with(const std::vector<std::pair<protozero::pbf_tag_type, 
 }
 
 TEST(ScipRange, BecomesInclusiveLinesWithinBounds) {
-    const std::vector<std::pair<Numbers, LineRange>> cases{
+    const std::vector<std::pair<Numbers, indexing::LineSpan>> cases{
         {{4, 0, 7}, {5, 5}},        {{4, 2, 6, 1}, {5, 7}},       {{4, 2, 6, 0}, {5, 6}},
         {{4, 2, 5, 0}, {5, 5}},     {{4, 2, 1, 3}, {5, 5}},       {{-3, 0, 2, 1}, {1, 3}},
         {{MIN, 0, MIN, 0}, {1, 1}}, {{MIN, 0, MAX, 0}, {1, MAX}}, {{MAX, 0, 1}, {MAX, MAX}},

@@ -16,10 +16,13 @@
 
 namespace host::scip {
 
+using indexing::Examples;
+using indexing::ImportReport;
+
 class ScipImport : public testing::Test {
   protected:
     /// Imports into the file; or into the server that tests use, of which the file then holds a copy.
-    ImportReport import_as(const ImportRequest& request, const ImportProgress& progress = {}) const {
+    ImportReport import_as(const ImportRequest& request, const indexing::OnProgress& progress = {}) const {
         const SqliteIndex file(index);
         if (test_server().empty()) {
             return import_scip(request, *file.replace(), progress);
@@ -37,7 +40,7 @@ class ScipImport : public testing::Test {
         }
     }
 
-    ImportReport import(const std::vector<ScipDocument>& documents, const ImportProgress& progress = {}) const {
+    ImportReport import(const std::vector<ScipDocument>& documents, const indexing::OnProgress& progress = {}) const {
         return import_as({{folder.write("in.scip", scip_file(documents))}, std::nullopt}, progress);
     }
 
@@ -64,7 +67,7 @@ class ScipImport : public testing::Test {
     }
 
     /// The message of the failure to import a file.
-    [[nodiscard]] std::string failure(const std::string& scip, const ImportProgress& progress = {}) const {
+    [[nodiscard]] std::string failure(const std::string& scip, const indexing::OnProgress& progress = {}) const {
         try {
             import_as({{scip}, std::nullopt}, progress);
         } catch (const std::runtime_error& error) {

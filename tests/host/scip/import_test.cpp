@@ -1,6 +1,6 @@
 // What an import makes of documents, and what it says of what is no SCIP file.
 
-#include "host/scip/report_json.h"
+#include "host/indexing/report_json.h"
 #include "host/scip/symbol.h"
 #include "tests/host/scip/import_fixture.h"
 
@@ -28,14 +28,14 @@ TEST_F(ScipImport, NotesWhatItHasFoundForThoseWhoLookForThings) {
               "a.ts 2 19; b.test.ts 0 0; b.ts 1 1");
     EXPECT_EQ(rows("SELECT name || ' ' || uses AS row FROM symbols ORDER BY id"), "f 3; g 0; b 0");
     EXPECT_EQ(rows("SELECT value AS row FROM meta WHERE key = 'report'"), written(report));
-    EXPECT_EQ(written(read_report(written(report))), written(report));
+    EXPECT_EQ(written(indexing::read_report(written(report))), written(report));
     EXPECT_EQ(report.source, folder / "in.scip");
     EXPECT_EQ(report.tool, "indexer 1.2");
     EXPECT_EQ(report.files_by_language.at("typescript"), 3);
     EXPECT_EQ(report.declarations_by_kind.at("function"), 2);
     EXPECT_EQ(report.edges_by_resolution.at("import").references, 3);
     EXPECT_EQ(report.edges_by_resolution.at("ambiguous").edges, 0);
-    EXPECT_THROW(read_report("{}"), std::invalid_argument);
+    EXPECT_THROW(indexing::read_report("{}"), std::invalid_argument);
 }
 
 TEST_F(ScipImport, AnOccurrenceInItsOwnDocumentIsLocalAndElsewhereAnImport) {

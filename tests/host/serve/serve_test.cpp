@@ -1,6 +1,6 @@
 // A session with the server: in this process, where time stands still, and as the command.
 
-#include "host/scip/report_json.h"
+#include "host/indexing/report_json.h"
 #include "host/serve/server.h"
 #include "host/sqlite/sqlite_index.h"
 #include "tests/host/indexed_folder.h"
@@ -87,7 +87,7 @@ class Serve : public IndexedFolder {
         folder.write("a.ts", "// Adds.\nexport function add() {}\n");
         folder.write("b.ts", "import { add } from './a'\nadd()\n");
         change("INSERT INTO meta VALUES('checkout', '" + folder / "" + "'), ('report', '" +
-               written(scip::ImportReport()) + "')");
+               written(indexing::ImportReport()) + "')");
         add<FileRow>({{1, "a.ts", "typescript"}, {2, "b.ts", "typescript"}});
         add<DeclarationRow>({{1, 1, "add", "add", "function", true, 2, 2, 1}});
         add<EdgeRow>({{2, 1, IMPORT, 1}});

@@ -17,7 +17,7 @@ TEST_F(ImportIntoFile, OneThatIsInterruptedOrKilledAtAnyPointLeavesTheOldIndex) 
     const std::string old = import_old();
     const std::string partial = ".index.db.wiki-scope-partial";
     const auto import_until = [&](int call, const std::function<void()>& end) {
-        const ImportProgress count_down = [&](std::int64_t done, std::int64_t total) {
+        const indexing::OnProgress count_down = [&](std::int64_t done, std::int64_t total) {
             EXPECT_LE(done, total);
             if (--call == 0) {
                 end();

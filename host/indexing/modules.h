@@ -1,11 +1,11 @@
 // What the modules of a repository pass on to one another, followed through their sources.
 #pragma once
 
-#include "host/scip/contents.h"
-#include "host/scip/symbol.h"
+#include "host/indexing/symbols.h"
 #include "host/sources/source_reader.h"
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -17,10 +17,22 @@
 #include <utility>
 #include <vector>
 
-namespace host::scip {
+namespace host::indexing {
 
 /// Whether the file at `path` is a source of Python.
 bool is_python(std::string_view path);
+
+/// A file that others can import.
+struct Module {
+    std::string_view path;
+    SymbolNumber symbol = 0;  ///< stands for the file
+    /// What may import it by its name: the release of a package; only asked of Python.
+    std::string_view release;
+    std::string name;  ///< as Python has it: "a.b"; empty for other languages
+};
+
+/// The symbols that a module declares at its top, by their names, in the order of their definition.
+using NamesAtTop = std::function<std::vector<std::pair<std::string, SymbolNumber>>(const Module& module)>;
 
 /// What a name stands for: all symbols of one declaration, or that of a module; ascending, empty when nobody knows.
 using Meaning = std::vector<SymbolNumber>;
@@ -29,8 +41,9 @@ using Meaning = std::vector<SymbolNumber>;
 /// pass on. A name that a file may have from several places stands for nothing.
 class Modules {
   public:
-    /// Both must outlive this object.
-    Modules(const Contents& contents, const sources::Sources& sources);
+    /// Of several modules with one path, the first is the file's. What `modules` and `names_at_top` refer to, and
+    /// `sources`, must outlive this object.
+    Modules(std::vector<Module> modules, NamesAtTop names_at_top, const sources::Sources& sources);
 
     /// What a name stands for that the module exports.
     Meaning exported(SymbolNumber module, const std::string& name);
@@ -73,9 +86,10 @@ class Modules {
     Meaning follow_all(std::string_view path, const std::string& name, View view, std::size_t steps);
     Meaning follow_stars(std::string_view path, const std::string& name, std::size_t steps);
 
-    const Contents& contents_;
+    const std::vector<Module> all_;
+    const NamesAtTop names_at_top_;
     const sources::Sources& sources_;
-    std::map<std::string_view, SymbolNumber> modules_;  // by path
+    std::map<std::string_view, const Module*> modules_;  // by path
     std::unordered_map<SymbolNumber, std::string_view> files_;
     std::map<std::pair<std::string_view, std::string>, std::string_view> python_modules_;  // by release and name
     std::map<std::pair<std::string_view, std::string>, std::optional<std::string_view>> files_of_modules_;
@@ -84,4 +98,4 @@ class Modules {
     std::map<std::string_view, std::set<std::string_view>> reached_;                 // by path
 };
 
-}  // namespace host::scip
+}  // namespace host::indexing

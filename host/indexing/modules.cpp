@@ -1,8 +1,9 @@
-#include "host/scip/modules.h"
+#include "host/indexing/modules.h"
 
 #include <algorithm>
+#include <utility>
 
-namespace host::scip {
+namespace host::indexing {
 
 namespace {
 
@@ -27,20 +28,13 @@ bool is_python(std::string_view path) {
     return path.ends_with(".py") || path.ends_with(".pyi");
 }
 
-Modules::Modules(const Contents& contents, const sources::Sources& sources) : contents_(contents), sources_(sources) {
-    for (const auto& [path, file] : contents.files) {
-        for (const Definition& definition : file.definitions) {
-            if (!contents.symbols.is_module(definition.symbol)) {
-                continue;
-            }
-            const Symbol symbol = parse_symbol(contents.symbols.symbol(definition.symbol)).value();
-            if (is_module_of(symbol.descriptors, path)) {
-                modules_.try_emplace(path, definition.symbol);
-                files_.try_emplace(definition.symbol, path);
-                if (is_python(path)) {
-                    python_modules_.try_emplace({symbol.head, module_name(symbol.descriptors).value_or("")}, path);
-                }
-            }
+Modules::Modules(std::vector<Module> modules, NamesAtTop names_at_top, const sources::Sources& sources)
+    : all_(std::move(modules)), names_at_top_(std::move(names_at_top)), sources_(sources) {
+    for (const Module& module : all_) {
+        modules_.try_emplace(module.path, &module);
+        files_.try_emplace(module.symbol, module.path);
+        if (is_python(module.path)) {
+            python_modules_.try_emplace({module.release, module.name}, module.path);
         }
     }
 }
@@ -66,7 +60,7 @@ Meaning Modules::followed(std::string_view path, const Link& link) {
 
 std::optional<SymbolNumber> Modules::module_at(std::string_view path) const {
     const auto found = modules_.find(path);
-    return found == modules_.end() ? std::nullopt : std::optional(found->second);
+    return found == modules_.end() ? std::nullopt : std::optional(found->second->symbol);
 }
 
 const std::set<std::string_view>& Modules::reached_from(std::string_view path) {
@@ -140,8 +134,7 @@ std::optional<std::string_view> Modules::file_of_python_module(std::string_view 
     if (own == modules_.end()) {
         return std::nullopt;
     }
-    const Symbol symbol = parse_symbol(contents_.symbols.symbol(own->second)).value();
-    const std::string own_name = module_name(symbol.descriptors).value_or("");
+    const std::string& own_name = own->second->name;
     const std::size_t dots = std::min(module.find_first_not_of('.'), module.size());
     std::string name(module.substr(dots));
     if (dots > 0) {
@@ -151,7 +144,7 @@ std::optional<std::string_view> Modules::file_of_python_module(std::string_view 
         }
         name = std::string(package).append(package.empty() || name.empty() ? "" : ".").append(name);
     }
-    const auto found = python_modules_.find({symbol.head, name});
+    const auto found = python_modules_.find({own->second->release, name});
     return found == python_modules_.end() ? std::nullopt : std::optional(found->second);
 }
 
@@ -160,13 +153,10 @@ const Meaning& Modules::declared(std::string_view path, const std::string& name)
     const auto [file, is_new] = declared_.try_emplace(path);
     const auto module = modules_.find(path);
     if (is_new && module != modules_.end()) {
-        const std::string_view scope = scope_of_module(contents_.symbols.symbol(module->second));
-        for (const Definition& definition : contents_.files.find(std::string(path))->second.definitions) {
-            const Symbol symbol = parse_symbol(contents_.symbols.symbol(definition.symbol)).value();
-            Meaning& meaning = file->second[symbol.descriptors.back().name];
-            if (symbol.scope == scope && std::ranges::find(meaning, definition.symbol) == meaning.end() &&
-                definition.symbol != module->second) {
-                meaning.push_back(definition.symbol);
+        for (auto& [declared, symbol] : names_at_top_(*module->second)) {
+            Meaning& meaning = file->second[std::move(declared)];
+            if (std::ranges::find(meaning, symbol) == meaning.end()) {
+                meaning.push_back(symbol);
             }
         }
         for (auto& [_, meaning] : file->second) {
@@ -204,7 +194,7 @@ Meaning Modules::follow_all(std::string_view path, const std::string& name, View
     }
     if (meaning.empty() && view == View::OUTSIDE && is_package(path)) {
         const auto inner = file_of(path, "." + name);
-        return inner ? Meaning{modules_.at(*inner)} : Meaning();
+        return inner ? Meaning{modules_.at(*inner)->symbol} : Meaning();
     }
     return meaning;
 }
@@ -233,13 +223,13 @@ Meaning Modules::follow(std::string_view path, const Link& link, std::size_t ste
     }
     const std::optional<std::string_view> module = file_of(path, link.module);
     if (link.original.empty()) {
-        return module ? Meaning{modules_.at(*module)} : Meaning();
+        return module ? Meaning{modules_.at(*module)->symbol} : Meaning();
     }
     if (!module && is_python(path)) {  // a folder without an `__init__.py`
         const auto inner = file_of(path, link.module + (link.module.ends_with('.') ? "" : ".") + link.original);
-        return inner ? Meaning{modules_.at(*inner)} : Meaning();
+        return inner ? Meaning{modules_.at(*inner)->symbol} : Meaning();
     }
     return module ? follow(*module, link.original, View::OUTSIDE, steps) : Meaning();
 }
 
-}  // namespace host::scip
+}  // namespace host::indexing

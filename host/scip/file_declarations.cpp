@@ -1,7 +1,6 @@
-#include "host/scip/rows.h"
+#include "host/scip/file_declarations.h"
 
 #include "host/scip/declarations.h"
-#include "host/scip/language.h"
 #include "host/scip/symbol.h"
 
 #include <algorithm>
@@ -12,23 +11,24 @@ namespace host::scip {
 
 namespace {
 
+using indexing::Declaration;
 using sources::Source;
 using sources::SourceDeclaration;
 
 // The definition of a symbol that gives the lines, and what the source says there.
 struct Best {
-    LineRange lines;
+    indexing::LineSpan lines;
     std::optional<sources::Position> name;
     std::optional<std::size_t> in_source;  // the place in the outline
 };
 
-// A symbol that a file defines, on its way to a row.
+// A symbol that a file defines, on its way to a declaration.
 struct Candidate {
     SymbolNumber symbol;
     Symbol parts;
     Best best;
     SpooledText documentation;  // of the first definition that has one in the source
-    Row row;                    // the kind is empty for what declares nothing, but may be one with a declaration
+    Declaration declaration;    // the kind is empty for what declares nothing, but may be one with a declaration
     std::size_t group = 0;      // the place of the first candidate that it is one with
 };
 
@@ -43,16 +43,16 @@ bool is_public_by_signature(std::string_view language, const Description& descri
 // Reads the definitions of one file.
 class FileReader {
   public:
-    FileReader(const std::string& path, const FileContents& file, const Contents& contents, const Homes& homes,
-               const CallableTypes& callable_types, const Source* source)
-        : path_(path), file_(file), contents_(contents), homes_(homes), callable_types_(callable_types),
-          source_(source) {}
+    FileReader(const std::string& path, const FileContents& file, const std::string& language, const Contents& contents,
+               const DefinitionSites& sites, const CallableTypes& callable_types, const Source* source)
+        : path_(path), file_(file), language_(language), contents_(contents), sites_(sites),
+          callable_types_(callable_types), source_(source) {}
 
-    FileRows rows() {
+    ReadDeclarations read() {
         add_candidates();
         merge();
-        add_rows();
-        result_.line_count = outline() != nullptr ? outline()->line_count : file_.last_line;
+        add_declarations();
+        result_.declared.line_count = outline() != nullptr ? outline()->line_count : file_.last_line;
         return std::move(result_);
     }
 
@@ -70,7 +70,7 @@ class FileReader {
     void add_candidates() {
         std::unordered_map<SymbolNumber, std::size_t> places;
         for (const Definition& definition : file_.definitions) {
-            if (!homes_.counts(definition, file_)) {
+            if (!sites_.counts(definition, file_)) {
                 continue;
             }
             const auto [place, is_new] = places.try_emplace(definition.symbol, candidates_.size());
@@ -92,9 +92,9 @@ class FileReader {
         }
         for (Candidate& candidate : candidates_) {
             if (is_module_of(candidate.parts.descriptors, path_)) {
-                result_.modules.push_back(candidate.symbol);
+                result_.declared.modules.push_back(candidate.symbol);
             } else {
-                candidate.row = row_of(candidate);
+                candidate.declaration = declaration_of(candidate);
             }
         }
     }
@@ -130,35 +130,37 @@ class FileReader {
                                                                      outline()->declarations.end());
     }
 
-    [[nodiscard]] Row row_of(const Candidate& candidate) const {
+    [[nodiscard]] Declaration declaration_of(const Candidate& candidate) const {
         const std::span<const Descriptor> descriptors = candidate.parts.descriptors;
         const Description& described = description(candidate.symbol);
-        Row row;
-        row.symbol = candidate.symbol;
-        row.lines = candidate.best.lines;
+        Declaration declaration;
+        declaration.symbol = candidate.symbol;
+        declaration.lines = candidate.best.lines;
         const SourceDeclaration* const found =
             candidate.best.in_source ? &outline()->declarations[*candidate.best.in_source] : nullptr;
         // The source declares a parameter only where it is a property of its class, too.
         const bool is_property = descriptors.back().suffix == Suffix::PARAMETER && found != nullptr &&
                                  found->position == *candidate.best.name;
-        const bool is_in_test = outline() != nullptr && outline()->is_in_test(row.lines.first);
+        const bool is_in_test = outline() != nullptr && outline()->is_in_test(declaration.lines.first);
         if (is_in_test || (!is_property && !is_declaration(descriptors.back(), described.kind))) {
-            return row;
+            return declaration;
         }
-        row.signature = described.signature;
-        row.documentation = described.documentation;
+        declaration.signature = described.signature;
+        declaration.documentation = described.documentation;
         SourceHints hints;
         hints.is_callable = callable_types_.hold_one_of(described.callable.if_one_can);
         if (found != nullptr) {
             const bool is_callable = found->is_callable || callable_types_.hold_one_of(found->type_names);
             hints = {found->kind, hints.is_callable || is_callable, found->is_constant};
-            row.signature = source_->texts[*candidate.best.in_source].signature;
-            row.documentation = source_->texts[*candidate.best.in_source].documentation;
-            row.documentation = row.documentation.empty() ? candidate.documentation : row.documentation;
+            declaration.signature = source_->texts[*candidate.best.in_source].signature;
+            declaration.documentation = source_->texts[*candidate.best.in_source].documentation;
+            declaration.documentation =
+                declaration.documentation.empty() ? candidate.documentation : declaration.documentation;
         }
-        row.kind = is_nested_function(descriptors, described, hints) ? "" : kind_of(descriptors, described, hints);
-        row.is_public = stands_outside(descriptors) && is_public(candidate);
-        return row;
+        declaration.kind =
+            is_nested_function(descriptors, described, hints) ? "" : kind_of(descriptors, described, hints);
+        declaration.is_public = stands_outside(descriptors) && is_public(candidate);
+        return declaration;
     }
 
     // Whether scip-python calls a method of the class what is a function in a method.
@@ -177,7 +179,7 @@ class FileReader {
                                                                               : candidate.best.lines.first);
         }
         const bool is_there = source_ != nullptr;
-        return !is_there || is_public_by_signature(language_of(file_.language, path_), description(candidate.symbol));
+        return !is_there || is_public_by_signature(language_, description(candidate.symbol));
     }
 
     // Puts candidates of one scope and one name into one group: accessors of a property, and what a token names
@@ -210,7 +212,7 @@ class FileReader {
             const bool is_method = candidate.parts.descriptors.back().suffix == Suffix::METHOD;
             const auto type = is_method ? places.find(candidate.parts.scope) : places.end();
             if (type != places.end() && candidates_[type->second].best.name == candidate.best.name) {
-                candidate.row.kind = {};
+                candidate.declaration.kind = {};
                 unite(place, type->second);
             }
         }
@@ -229,97 +231,99 @@ class FileReader {
         candidates_[std::max(first, second)].group = std::min(first, second);
     }
 
-    // Whether the first of two that are one row is the row: a class or struct, else the one with more lines, for an
+    // Whether the first of two that are one declaration gives its kind and lines: a class or struct, else the one with more lines, for an
     // interface of three lines does not hide the function of its name.
-    static bool is_better(const Row& left, const Row& right) {
-        const auto key = [](const Row& row) {
-            const bool is_class = row.kind == "class" || row.kind == "struct";
-            return std::tuple(!is_class, -row.lines.count(), rank_of_kind(row.kind));
+    static bool is_better(const Declaration& left, const Declaration& right) {
+        const auto key = [](const Declaration& declaration) {
+            const bool is_class = declaration.kind == "class" || declaration.kind == "struct";
+            return std::tuple(!is_class, -declaration.lines.count(), rank_of_kind(declaration.kind));
         };
         return key(left) < key(right);
     }
 
-    // What else is one with a row belongs to it: it is public if one of them is, and its texts are those of all.
-    static void add_to(Row& row, const Row& other) {
-        row.is_public = row.is_public || other.is_public;
-        if (row.documentation.empty()) {
-            row.documentation = other.documentation;
+    // What else is one with a declaration belongs to it: it is public if one of them is, and its texts are those of all.
+    static void add_to(Declaration& declaration, const Declaration& other) {
+        declaration.is_public = declaration.is_public || other.is_public;
+        if (declaration.documentation.empty()) {
+            declaration.documentation = other.documentation;
         }
         if (!other.signature.empty()) {
-            row.further_signatures.push_back(other.signature);
+            declaration.further_signatures.push_back(other.signature);
         }
     }
 
-    void add_rows() {
-        std::vector<std::size_t> places;  // of the candidate that is the row of its group
+    void add_declarations() {
+        std::vector<std::size_t> places;  // of the candidate that is the declaration of its group
         std::unordered_map<std::size_t, std::size_t> best_of_group;
         for (std::size_t place = 0; place < candidates_.size(); ++place) {
-            if (candidates_[place].row.kind.empty()) {
+            if (candidates_[place].declaration.kind.empty()) {
                 continue;
             }
             const auto [best, is_new] = best_of_group.try_emplace(root(place), place);
-            if (!is_new && is_better(candidates_[place].row, candidates_[best->second].row)) {
+            if (!is_new && is_better(candidates_[place].declaration, candidates_[best->second].declaration)) {
                 best->second = place;
             }
         }
         for (std::size_t place = 0; place < candidates_.size(); ++place) {
             const auto best = best_of_group.find(root(place));
-            if (best == best_of_group.end() || candidates_[place].row.kind.empty()) {
+            if (best == best_of_group.end() || candidates_[place].declaration.kind.empty()) {
                 continue;
             }
             if (best->second == place) {
                 places.push_back(place);
             } else {
-                add_to(candidates_[best->second].row, candidates_[place].row);
+                add_to(candidates_[best->second].declaration, candidates_[place].declaration);
             }
         }
-        std::ranges::stable_sort(places, {}, [&](std::size_t place) { return candidates_[place].row.lines.first; });
-        std::unordered_map<std::size_t, std::uint32_t> rows;  // by group
+        std::ranges::stable_sort(places, {},
+                                 [&](std::size_t place) { return candidates_[place].declaration.lines.first; });
+        std::unordered_map<std::size_t, std::uint32_t> declarations;  // by group
         for (const std::size_t place : places) {
-            rows.emplace(root(place), static_cast<std::uint32_t>(result_.rows.size()));
+            declarations.emplace(root(place), static_cast<std::uint32_t>(result_.declared.declarations.size()));
             const bool is_damaged = outline() != nullptr && outline()->is_damaged;
             result_.out_of_damage += is_damaged && !candidates_[place].best.in_source ? 1 : 0;
-            result_.rows.push_back(candidates_[place].row);
+            result_.declared.declarations.push_back(candidates_[place].declaration);
         }
-        add_declared(rows);
+        add_declared(declarations);
     }
 
-    void add_declared(const std::unordered_map<std::size_t, std::uint32_t>& rows) {
-        std::unordered_map<SymbolNumber, std::uint32_t> row_of_symbol;
+    void add_declared(const std::unordered_map<std::size_t, std::uint32_t>& declarations) {
+        std::unordered_map<SymbolNumber, std::uint32_t> declaration_of_symbol;
         for (std::size_t place = 0; place < candidates_.size(); ++place) {
-            if (const auto row = rows.find(root(place)); row != rows.end()) {
-                row_of_symbol.emplace(candidates_[place].symbol, row->second);
+            if (const auto declaration = declarations.find(root(place)); declaration != declarations.end()) {
+                declaration_of_symbol.emplace(candidates_[place].symbol, declaration->second);
             }
         }
         for (const Candidate& candidate : candidates_) {
-            const auto own = row_of_symbol.find(candidate.symbol);
-            if (own == row_of_symbol.end()) {
+            const auto own = declaration_of_symbol.find(candidate.symbol);
+            if (own == declaration_of_symbol.end()) {
                 continue;
             }
-            std::uint32_t row = own->second;
-            if (candidate.row.kind == "constructor") {
+            std::uint32_t declaration = own->second;
+            if (candidate.declaration.kind == "constructor") {
                 const std::optional<SymbolNumber> type = contents_.symbols.find(candidate.parts.scope);
-                const auto found = type ? row_of_symbol.find(*type) : row_of_symbol.end();
-                row = found == row_of_symbol.end() ? row : found->second;
+                const auto found = type ? declaration_of_symbol.find(*type) : declaration_of_symbol.end();
+                declaration = found == declaration_of_symbol.end() ? declaration : found->second;
             }
-            result_.declared.push_back(
-                {candidate.symbol, row, candidate.best.lines.count(), file_.descriptions.contains(candidate.symbol)});
+            result_.declared.symbols.push_back({candidate.symbol, declaration, candidate.best.lines.count(),
+                                                file_.descriptions.contains(candidate.symbol)});
         }
     }
 
     const std::string& path_;
     const FileContents& file_;
+    const std::string& language_;
     const Contents& contents_;
-    const Homes& homes_;
+    const DefinitionSites& sites_;
     const CallableTypes& callable_types_;
     const Source* source_;
     std::vector<Candidate> candidates_;
-    FileRows result_;
+    ReadDeclarations result_;
 };
 
 }  // namespace
 
-Homes::Homes(const Contents& contents) : is_defined_(contents.symbols.size()) {
+DefinitionSites::DefinitionSites(const Contents& contents) : is_defined_(contents.symbols.size()) {
     for (const auto& [path, file] : contents.files) {
         for (const Definition& definition : file.definitions) {
             if (definition.is_forward) {
@@ -331,13 +335,14 @@ Homes::Homes(const Contents& contents) : is_defined_(contents.symbols.size()) {
     }
 }
 
-bool Homes::counts(const Definition& definition, const FileContents& file) const {
+bool DefinitionSites::counts(const Definition& definition, const FileContents& file) const {
     return !definition.is_forward || (!is_defined_[definition.symbol] && forward_.at(definition.symbol) == &file);
 }
 
-FileRows rows_of(const std::string& path, const FileContents& file, const Contents& contents, const Homes& homes,
-                 const CallableTypes& callable_types, const sources::Source* source) {
-    return FileReader(path, file, contents, homes, callable_types, source).rows();
+ReadDeclarations read_declarations(const std::string& path, const FileContents& file, const std::string& language,
+                                   const Contents& contents, const DefinitionSites& sites,
+                                   const CallableTypes& callable_types, const sources::Source* source) {
+    return FileReader(path, file, language, contents, sites, callable_types, source).read();
 }
 
 }  // namespace host::scip

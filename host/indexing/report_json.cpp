@@ -1,10 +1,10 @@
-#include "host/scip/report_json.h"
+#include "host/indexing/report_json.h"
 
 #include <nlohmann/json.hpp>
 
 #include <stdexcept>
 
-namespace host::scip {
+namespace host::indexing {
 
 // Both directions, found by the library through the names of these functions.
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Examples, count, first)
@@ -27,4 +27,4 @@ ImportReport read_report(std::string_view text) {
     }
 }
 
-}  // namespace host::scip
+}  // namespace host::indexing

@@ -1,4 +1,4 @@
-#include "host/scip/rules_of_uses.h"
+#include "host/indexing/rules_of_uses.h"
 
 #include "host/rules/misnamed_tests.h"
 #include "host/rules/package_exports.h"
@@ -12,22 +12,20 @@
 #include <string>
 #include <string_view>
 
-namespace host::scip {
+namespace host::indexing {
 
 namespace {
 
-std::vector<FileImport> imports_into(const std::vector<bool>& targets, const Gathered& gathered,
-                                     const References& references, const std::function<void()>& look) {
+std::vector<FileImport> imports_into(const std::vector<bool>& targets, const Extraction& extraction,
+                                     const References& references, const std::function<void()>& check_interrupt) {
     std::vector<FileImport> imports;
-    std::uint32_t place = 0;
-    for (const auto& [path, file] : gathered.contents.files) {
-        for (const Edge& edge : references.of(place, file).edges) {
+    for (std::uint32_t file = 0; file < extraction.files.size(); ++file) {
+        for (const Edge& edge : references.from(file).edges) {
             if (edge.resolution == Resolution::IMPORT && targets[edge.target.file]) {
-                imports.push_back({place, edge.target.file});
+                imports.push_back({file, edge.target.file});
             }
         }
-        ++place;
-        look();
+        check_interrupt();
     }
     return imports;
 }
@@ -49,14 +47,15 @@ std::vector<std::string> exports_around(const std::set<std::string_view>& folder
 
 }  // namespace
 
-std::vector<PathRule> rules_of_uses(const Gathered& gathered, const References& references,
-                                    const std::optional<Checkout>& checkout, const std::function<void()>& look) {
+std::vector<PathRule> rules_of_uses(const Extraction& extraction, const References& references,
+                                    const std::optional<Checkout>& checkout,
+                                    const std::function<void()>& check_interrupt) {
     std::vector<std::string_view> paths;
     std::vector<bool> may_be_none;  // tests by a folder's name
     std::set<std::string_view> folders;
-    for (const auto& [path, file] : gathered.contents.files) {
-        const std::string_view folder = sole_test_folder(path);
-        paths.push_back(path);
+    for (const ExtractedFile& file : extraction.files) {
+        const std::string_view folder = sole_test_folder(file.path);
+        paths.emplace_back(file.path);
         may_be_none.push_back(!folder.empty());
         if (!folder.empty()) {
             folders.insert(folder);
@@ -65,8 +64,8 @@ std::vector<PathRule> rules_of_uses(const Gathered& gathered, const References& 
     if (folders.empty()) {
         return {};
     }
-    return rules_for_misnamed_tests(paths, imports_into(may_be_none, gathered, references, look),
+    return rules_for_misnamed_tests(paths, imports_into(may_be_none, extraction, references, check_interrupt),
                                     checkout ? exports_around(folders, *checkout) : std::vector<std::string>());
 }
 
-}  // namespace host::scip
+}  // namespace host::indexing

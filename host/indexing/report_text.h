@@ -1,12 +1,12 @@
 // The report of an import in words.
 #pragma once
 
-#include "host/scip/import_report.h"
+#include "host/indexing/import_report.h"
 
 #include <iosfwd>
 #include <string>
 
-namespace host::scip {
+namespace host::indexing {
 
 // Control characters are written out.
 
@@ -17,4 +17,4 @@ void write_made(std::ostream& out, const std::string& index, const ImportReport&
 /// of how the SCIP file was made, and what to do about it.
 void write_findings(std::ostream& out, const ImportReport& report);
 
-}  // namespace host::scip
+}  // namespace host::indexing

@@ -1,4 +1,4 @@
-#include "host/scip/report_text.h"
+#include "host/indexing/report_text.h"
 
 #include "host/text/counted.h"
 #include "host/text/printable.h"
@@ -6,7 +6,7 @@
 #include <array>
 #include <ostream>
 
-namespace host::scip {
+namespace host::indexing {
 
 namespace {
 
@@ -86,4 +86,4 @@ void write_findings(std::ostream& out, const ImportReport& report) {
     }
 }
 
-}  // namespace host::scip
+}  // namespace host::indexing

@@ -1,11 +1,11 @@
-#include "host/scip/line_range.h"
+#include "host/scip/lines_of_range.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace host::scip {
 
-LineRange lines_of(const Range& range) {
+indexing::LineSpan lines_of(const Range& range) {
     constexpr std::int32_t LAST_LINE = std::numeric_limits<std::int32_t>::max() - 1;
     const bool ends_before_its_last_line = range.end_line > range.start_line && range.end_column == 0;
     const std::int32_t end = ends_before_its_last_line ? range.end_line - 1 : range.end_line;

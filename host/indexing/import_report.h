@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace host::scip {
+namespace host::indexing {
 
 /// Some of many: how many there are, and the first of them.
 struct Examples {
@@ -64,4 +64,4 @@ struct ImportReport {
     Examples moved;                  ///< files whose source is another one than that which was indexed
 };
 
-}  // namespace host::scip
+}  // namespace host::indexing

@@ -1,0 +1,16 @@
+// What an index notes of itself: texts by key, of the index as a whole.
+#pragma once
+
+#include <string_view>
+
+namespace host::notes {
+
+inline constexpr std::string_view CHECKOUT = "checkout";      ///< the folder that sources were read from; may be empty
+inline constexpr std::string_view TEST_RULES = "test_rules";  ///< what is a test (rules/path_rules.h)
+/// What several files say that they are for, which is of none of them (summary/shared_summaries.h).
+inline constexpr std::string_view SHARED_SUMMARIES = "shared_summaries";
+/// Paths of files that do not parse as a whole, each ended by "\n".
+inline constexpr std::string_view DAMAGED = "damaged";
+inline constexpr std::string_view REPORT = "report";  ///< what the import made (indexing/report_json.h)
+
+}  // namespace host::notes
