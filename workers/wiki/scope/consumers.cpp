@@ -1,11 +1,11 @@
+#include "workers/wiki/scope/consumers.h"
+
 #include "utils/first_in_order.h"
 #include "workers/wiki/scope/internal/evidence.h"
 #include "workers/wiki/scope/internal/members.h"
 #include "workers/wiki/scope/internal/privacy.h"
-#include "workers/wiki/scope/internal/table_text.h"
 #include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/ranking.h"
-#include "workers/wiki/scope/render.h"
 
 #include <algorithm>
 #include <compare>
@@ -16,19 +16,16 @@ namespace wiki::scope {
 
 namespace {
 
-constexpr std::size_t CONSUMER_ROWS = 12;  // consumer files listed
-constexpr std::size_t CONSUMER_NAMES = 4;  // names shown for each consumer file
-constexpr std::size_t UNUSED_NAMES = 8;    // declarations named as unused from outside
-
-using Consumers = Counter<Text>;  // path -> references that count
-using Consumer = Consumers::Entry;
+constexpr std::size_t FILES_SHOWN = 12;
+constexpr std::size_t NAMES_SHOWN = 4;  // of each consumer
+constexpr std::size_t UNUSED_SHOWN = 8;
 
 // What the references from production files outside the page amount to.
 struct OutsideUse {
-    Consumers consumers;
-    OrderedSet<SymbolId> used;    // the targets of the references that count
-    Counter<Text> left_out;       // resolution -> references that do not count
-    OrderedSet<Text> left_files;  // the sources of those references
+    Counter<Text> consumers;             // path -> references that count
+    OrderedSet<SymbolId> used;           // the targets of the references that count
+    Counter<Text> uncounted;             // resolution -> references that do not count
+    OrderedSet<Text> uncounted_sources;  // the files that make those
 };
 
 OutsideUse use_from_outside(const ScopeFacts& facts) {
@@ -44,27 +41,30 @@ OutsideUse use_from_outside(const ScopeFacts& facts) {
             use.consumers.add(reference.source_path, reference.refs);
             use.used.insert(reference.target_id);
         } else {
-            use.left_out.add(reference.resolution, reference.refs);
-            use.left_files.insert(reference.source_path);
+            use.uncounted.add(reference.resolution, reference.refs);
+            use.uncounted_sources.insert(reference.source_path);
         }
     }
     return use;
 }
 
-std::vector<const Consumer*> first_consumers(const Consumers& consumers) {
-    return utils::first_in_order(consumers, CONSUMER_ROWS, [](const Consumer& left, const Consumer& right) {
-        const auto by_count = right.value <=> left.value;
-        return std::is_neq(by_count) ? by_count : left.key <=> right.key;
-    });
+models::Excerpt<Consumer> first_consumers(const Counter<Text>& consumers) {
+    models::Excerpt<Consumer> excerpt{.shown = {}, .total = consumers.size()};
+    const auto by_references_then_path = [](const auto& left, const auto& right) {
+        const auto by_references = right.value <=> left.value;
+        return std::is_neq(by_references) ? by_references : left.key <=> right.key;
+    };
+    for (const auto* consumer : utils::first_in_order(consumers, FILES_SHOWN, by_references_then_path)) {
+        excerpt.shown.push_back({.path = consumer->key, .references = consumer->value, .names = {}});
+    }
+    return excerpt;
 }
 
-// Consumer -> name of a declaration -> references that the consumer makes to it.
-using NamesUsed = OrderedMap<Text, Counter<Text>>;
-
-NamesUsed names_used_by(const std::vector<const Consumer*>& consumers, const ScopeFacts& facts) {
-    NamesUsed names;
-    for (const Consumer* consumer : consumers) {
-        names[consumer->key];
+// Adds to each consumer the names that it uses.
+void add_names(std::vector<Consumer>& consumers, const ScopeFacts& facts) {
+    OrderedMap<Text, Counter<Text>> names;  // consumer -> name -> references
+    for (const Consumer& consumer : consumers) {
+        names[consumer.path];
     }
     Remembered is_wanted([&](const Text& path) { return names.contains(path); });
     auto is_use_of = _use_rule(facts);
@@ -73,84 +73,38 @@ NamesUsed names_used_by(const std::vector<const Consumer*>& consumers, const Sco
             names[reference.source_path].add(reference.target_name, reference.refs);
         }
     }
-    return names;
-}
-
-std::string joined(const std::vector<std::string>& texts) {
-    return _shown(texts, texts.size());
-}
-
-// The languages of the page without resolved imports, in order, each once.
-std::vector<std::string> unresolved_languages(const ScopeFacts& facts) {
-    std::set<Text> languages;
-    for (const ScopeFile& file : facts.files) {
-        if (!facts.import_resolved(file.path)) {
-            languages.insert(file.language.value_or(Text()));
+    for (Consumer& consumer : consumers) {
+        const Counter<Text>& used = names[consumer.path];
+        consumer.names.total = used.size();
+        for (const auto& [name, references] : used.most_common(NAMES_SHOWN)) {
+            consumer.names.shown.push_back({name, references});
         }
     }
-    std::vector<std::string> names;
-    names.reserve(languages.size());
-    for (const Text& language : languages) {
-        names.emplace_back(language.empty() ? "files of unknown language" : language.view());
+}
+
+std::vector<UncountedReferences> by_resolution(const Counter<Text>& uncounted) {
+    std::vector<UncountedReferences> sorted;
+    sorted.reserve(uncounted.size());
+    for (const auto& [resolution, references] : uncounted) {
+        sorted.push_back({resolution, references});
     }
-    return names;
+    std::sort(sorted.begin(), sorted.end(), [](const UncountedReferences& left, const UncountedReferences& right) {
+        return left.resolution < right.resolution;
+    });
+    return sorted;
 }
 
-std::string intro_line(const std::vector<std::string>& unresolved) {
-    if (unresolved.empty()) {
-        return "Production files outside this page that use its code, counted from `import` and `local` edges only "
-               "(evidence); `unique` and `ambiguous` edges match a name and are not counted.";
-    }
-    return _concatenated(
-        {"The index does not resolve imports for ", joined(unresolved),
-         ", so the files below reference this page's code by a `unique` name (the only production declaration of that "
-         "name): likely uses, not proven ones. Attribute and constant names are not counted."});
-}
-
-std::string consumer_line(const Consumer& consumer, const Counter<Text>& names) {
-    std::vector<std::string> shown;
-    for (const auto& [name, references] : names.most_common(CONSUMER_NAMES)) {
-        shown.push_back(_concatenated({"`", name, "`"}));
-    }
-    return _concatenated(
-        {"- `", consumer.key, "` uses ", _shown(shown, names.size()), " (", std::to_string(consumer.value), " refs)"});
-}
-
-std::string overflow_line(std::size_t more) {
-    return _concatenated({"- _...and ", std::to_string(more), " more files_"});
-}
-
-std::string no_consumers_line(bool by_name) {
-    return _concatenated({"0 production consumers: no production file outside this page reaches its code ",
-                          by_name ? "by a unique name." : "through an `import` or `local` edge."});
-}
-
-std::string not_counted_line(const Counter<Text>& left_out, std::size_t files) {
-    std::vector<Counter<Text>::Entry> by_resolution(left_out.begin(), left_out.end());
-    std::sort(by_resolution.begin(), by_resolution.end(),
-              [](const auto& left, const auto& right) { return left.key < right.key; });
-    std::vector<std::string> mix;
-    mix.reserve(by_resolution.size());
-    for (const auto& [resolution, references] : by_resolution) {
-        mix.push_back(_concatenated({std::to_string(references), " `", resolution, "`"}));
-    }
-    return _concatenated(
-        {"Not counted: ", joined(mix), " references from ", std::to_string(files), " other file", files > 1 ? "s" : "",
-         " that match a name only (an attribute or a call that shares a name with a declaration here)."});
-}
-
-// An exported, public, top-level type or callable that no production file outside the page uses.
 struct Unused {
     bool is_no_type;
     RankKey key;
     const ScopeSymbol* symbol;
 
-    // Types first, then by rank, then by path.
     [[nodiscard]] auto order() const { return std::tie(is_no_type, key, symbol->path); }
 };
 
-// In the order of `facts.symbols`. `used` are the ids of the declarations that production files outside the page use.
-std::vector<Unused> _unused_outside(const ScopeFacts& facts, const OrderedSet<SymbolId>& used, const FanIn& fan_in) {
+// `used` are the ids of the declarations that the consumers use.
+models::Excerpt<const ScopeSymbol*> first_unused(const ScopeFacts& facts, const OrderedSet<SymbolId>& used,
+                                                 const FanIn& fan_in) {
     const OrderedSet<SymbolId> members = _members(facts);
     std::vector<Unused> unused;
     for (const ScopeSymbol& symbol : facts.symbols) {
@@ -159,54 +113,35 @@ std::vector<Unused> _unused_outside(const ScopeFacts& facts, const OrderedSet<Sy
             unused.push_back({!TYPE_KINDS.contains(symbol.kind), rank_key(symbol, fan_in), &symbol});
         }
     }
-    return unused;
+    models::Excerpt<const ScopeSymbol*> excerpt{.shown = {}, .total = unused.size()};
+    const auto in_order = [](const Unused& left, const Unused& right) { return left.order() <=> right.order(); };
+    for (const Unused* declaration : utils::first_in_order(unused, UNUSED_SHOWN, in_order)) {
+        excerpt.shown.push_back(declaration->symbol);
+    }
+    return excerpt;
 }
 
-std::string unused_line(const std::vector<Unused>& unused) {
-    std::vector<std::string> shown;
-    const auto in_order = [](const Unused& left, const Unused& right) { return left.order() <=> right.order(); };
-    for (const Unused* declaration : utils::first_in_order(unused, UNUSED_NAMES, in_order)) {
-        const ScopeSymbol& symbol = *declaration->symbol;
-        shown.push_back(_concatenated(
-            {"`", symbol.name, "` (", symbol.kind, ", `", symbol.path, ":L", std::to_string(symbol.start_line), "`)"}));
+std::vector<Text> unresolved_languages(const ScopeFacts& facts) {
+    std::set<Text> languages;
+    for (const ScopeFile& file : facts.files) {
+        if (!facts.import_resolved(file.path)) {
+            languages.insert(file.language.value_or(Text()));
+        }
     }
-    const std::size_t more = unused.size() - shown.size();
-    return _concatenated(
-        {"Used by no production file outside this page: ", joined(shown),
-         more > 0 ? _concatenated({" and ", std::to_string(more), " more"}) : "",
-         " (code used inside the page, entry points, and code reached dynamically or by name can still be live)."});
+    return {languages.begin(), languages.end()};
 }
 
 }  // namespace
 
-std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading) {
+Consumers consumers(const ScopeFacts& facts, const FanIn& fan_in) {
     const OutsideUse use = use_from_outside(facts);
-    const std::vector<std::string> unresolved = unresolved_languages(facts);
-
-    std::vector<std::string> lines{std::string(heading), "", intro_line(unresolved)};
-    const std::vector<const Consumer*> shown = first_consumers(use.consumers);
-    const NamesUsed names = names_used_by(shown, facts);
-    for (const Consumer* consumer : shown) {
-        lines.push_back(consumer_line(*consumer, *names.find(consumer->key)));
-    }
-    if (use.consumers.size() > CONSUMER_ROWS) {
-        lines.push_back(overflow_line(use.consumers.size() - CONSUMER_ROWS));
-    }
-    if (use.consumers.empty()) {
-        lines.push_back(no_consumers_line(!unresolved.empty()));
-    }
-    if (!use.left_out.empty()) {
-        lines.push_back(not_counted_line(use.left_out, use.left_files.size()));
-    }
-    if (const auto unused = _unused_outside(facts, use.used, fan_in); !unused.empty()) {
-        lines.push_back(unused_line(unused));
-    }
-
-    std::string block;
-    for (const std::string& line : lines) {
-        block.append(line).append("\n");
-    }
-    return block;
+    Consumers found{.files = first_consumers(use.consumers),
+                    .uncounted = by_resolution(use.uncounted),
+                    .uncounted_files = use.uncounted_sources.size(),
+                    .unused = first_unused(facts, use.used, fan_in),
+                    .unresolved_languages = unresolved_languages(facts)};
+    add_names(found.files.shown, facts);
+    return found;
 }
 
 }  // namespace wiki::scope

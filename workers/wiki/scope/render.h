@@ -5,7 +5,9 @@
 // beside the path of a row is made safe for its cell.
 #pragma once
 
+#include "workers/wiki/scope/consumers.h"
 #include "workers/wiki/scope/facts.h"
+#include "workers/wiki/scope/file_cards.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,20 +19,21 @@
 
 namespace wiki::scope {
 
-/// The file-card table: a row for every file of the page with its lines ("?" when it could not be read), its number
-/// of declarations, what it says it is for, its most used declarations, the other production files that use it and
-/// the tests that reach it. Rows in the order of `facts.files`, then one for each path of `missing`, the files of the
-/// page that the index does not hold. `fan_in` is the page's. Calls `tests_reaching`, whose failures pass unchanged
-/// to the caller.
+/// The file-card table: a row for each of `cards`, in their order, with its lines ("?" when it could not be read), its
+/// number of declarations, its summary, its most used declarations, its users and its tests; of those that are not
+/// shown the number.
+std::string render_file_cards(std::span<const FileCard> cards, std::string_view heading);
+
+/// The table of `file_cards(facts, fan_in, missing)`, which says what is called and what makes it throw.
 std::string render_file_cards(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading,
                               std::span<const std::string> missing = {});
 
-/// The consumers block: who uses the page's code from outside, counted by `is_use` from files that are neither of the
-/// page nor tests. The twelve files with the most references (equal totals in path order) with the names they use
-/// most; how many references match a name only and are not counted; and the exported, public, top-level types and
-/// callables that no production file outside the page uses, types first, then by rank. The languages of the page whose
-/// imports are not resolved are named in order, that of files without one as "files of unknown language". Counts that
-/// would go beyond 64 bits stop at their ends. `fan_in` is the page's.
+/// The consumers block: what the counts are evidence of; a line for each consumer shown, with the names that it uses
+/// most; how many references are not counted; and the public code that no consumer uses. Files without a language are
+/// called "files of unknown language".
+std::string render_consumers(const Consumers& consumers, std::string_view heading);
+
+/// The block of `consumers(facts, fan_in)`.
 std::string render_consumers(const ScopeFacts& facts, const FanIn& fan_in, std::string_view heading);
 
 /// A declaration in another file that the page uses.

@@ -32,15 +32,4 @@ std::string _cell(std::string_view text) {
     return cell;
 }
 
-std::string _shown(std::span<const std::string> shown, std::size_t total) {
-    std::string text;
-    for (std::size_t i = 0; i < shown.size(); ++i) {
-        text.append(i == 0 ? "" : ", ").append(shown[i]);
-    }
-    if (total > shown.size()) {
-        text += " +" + std::to_string(total - shown.size());
-    }
-    return text;
-}
-
 }  // namespace wiki::scope

@@ -1,16 +1,13 @@
 // Texts for the cells and the lists of a block.
 #pragma once
 
-#include <cstddef>
+#include "models/excerpt.h"
+
 #include <initializer_list>
-#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace wiki::scope {
-
-inline constexpr std::size_t CARD_NAMES = 3;  // names in one cell of a file card
 
 /// The parts, one after the other.
 std::string _concatenated(std::initializer_list<std::string_view> parts);
@@ -21,18 +18,23 @@ std::string _short_path(std::string_view path);
 /// A text made safe to stand in one cell of a Markdown table: bars escaped, line feeds turned into blanks.
 std::string _cell(std::string_view text);
 
-/// The shown names joined by ", ", then " +" and the number of the `total` names that are not shown, if any.
-std::string _shown(std::span<const std::string> shown, std::size_t total);
-
-/// The first `limit` names joined by ", ", then " +" and the number of names left out, if any. `names` is any list that
-/// knows its size and gives what can be made a string.
-template <class Names>
-std::string _named(const Names& names, std::size_t limit = CARD_NAMES) {
-    std::vector<std::string> shown;
-    for (std::size_t i = 0; i < names.size() && i < limit; ++i) {
-        shown.emplace_back(names[i]);
+/// What `text_of` makes of each element, joined by ", ".
+template <class Elements, class TextOf>
+std::string _joined(const Elements& elements, TextOf text_of) {
+    std::string text;
+    std::string_view separator;
+    for (const auto& element : elements) {
+        text.append(separator).append(text_of(element));
+        separator = ", ";
     }
-    return _shown(shown, names.size());
+    return text;
+}
+
+/// The shown elements joined by ", ", then " +" and the number of those left out, if any.
+template <class Element, class TextOf>
+std::string _listed(const models::Excerpt<Element>& excerpt, TextOf text_of) {
+    const std::string shown = _joined(excerpt.shown, text_of);
+    return excerpt.left_out() > 0 ? shown + " +" + std::to_string(excerpt.left_out()) : shown;
 }
 
 }  // namespace wiki::scope
