@@ -2,10 +2,10 @@
 
 #include "fuzz/page_promises.h"
 #include "fuzz/promise.h"
+#include "models/edge.h"
 #include "utils/path_filter.h"
 #include "utils/saturating.h"
 #include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/internal/evidence.h"
 #include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/render.h"
 
@@ -70,7 +70,8 @@ void check_fan_in(const ScopeFacts& facts) {
             not_entry.insert(reference.target_id);
         }
         if (EVIDENCE_RESOLUTIONS.contains(reference.resolution) ||
-            (TRUSTED.contains(reference.resolution) && !NAME_MATCH_KINDS.contains(reference.target_kind))) {
+            (models::TRUSTED_RESOLUTIONS.contains(reference.resolution) &&
+             !NAME_MATCH_KINDS.contains(reference.target_kind))) {
             (is_of_page(reference.source_path, facts) ? inside : outside).add(reference.target_id, reference.refs);
         }
     }

@@ -9,19 +9,6 @@ namespace {
 
 using Counts = OrderedMap<SymbolId, std::int64_t>;
 
-TEST(IsUse, FollowsItsTable) {
-    for (const char* any_kind : {"constant", "attribute", "function", "class", ""}) {
-        EXPECT_TRUE(is_use("import", any_kind, true)) << any_kind;
-        EXPECT_TRUE(is_use("local", any_kind, true)) << any_kind;
-        EXPECT_FALSE(is_use("ambiguous", any_kind, false)) << any_kind;
-        EXPECT_FALSE(is_use("Import", any_kind, false)) << any_kind;
-        EXPECT_FALSE(is_use("unique", any_kind, true)) << any_kind;
-    }
-    EXPECT_TRUE(is_use("unique", "function", false));
-    EXPECT_FALSE(is_use("unique", "attribute", false));
-    EXPECT_FALSE(is_use("unique", "constant", false));
-}
-
 TEST(ProductionFanIn, CountsWhatIsEvidenceOrATrustedNameFromOutsideAndInsideApart) {
     PageBuilder page;
     page.files = {{1, "a.ts", "typescript"}, {2, "b.ts", "typescript"}};

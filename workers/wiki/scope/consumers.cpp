@@ -1,9 +1,9 @@
 #include "workers/wiki/scope/consumers.h"
 
 #include "utils/first_in_order.h"
-#include "workers/wiki/scope/internal/evidence.h"
 #include "workers/wiki/scope/internal/members.h"
 #include "workers/wiki/scope/internal/privacy.h"
+#include "workers/wiki/scope/internal/remembered_rules.h"
 #include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/ranking.h"
 

@@ -1,13 +1,11 @@
 #include "workers/wiki/scope/fan_in.h"
 
 #include "utils/path_filter.h"
-#include "utils/saturating.h"
-#include "workers/wiki/scope/internal/evidence.h"
 #include "workers/wiki/scope/internal/members.h"
 #include "workers/wiki/scope/internal/privacy.h"
+#include "workers/wiki/scope/internal/remembered_rules.h"
 #include "workers/wiki/scope/kinds.h"
 
-#include <limits>
 #include <utility>
 #include <vector>
 
@@ -23,31 +21,26 @@ struct Use {
     std::int64_t references;
 };
 
-// Adds a use to those of a file. It is added to the use before it if that has the same source and the counts come out
-// the same: both must be positive or 0, and their sum must not reach the end of the integers, where it would stop.
+// Adds a use to those of a file. Uses from one source in a row become one, unless a count is negative or so large that
+// the sum could go beyond 64 bits, where counting stops.
 void add(std::vector<Use>& uses, const Use& use) {
-    if (!uses.empty() && uses.back().source == use.source && uses.back().references >= 0 && use.references >= 0) {
-        const std::int64_t sum = utils::saturating_sum(uses.back().references, use.references);
-        if (sum < std::numeric_limits<std::int64_t>::max()) {
-            uses.back().references = sum;
-            return;
-        }
+    constexpr std::int64_t HALF = std::int64_t{1} << 62U;
+    const auto is_small = [](const Use& each) { return each.references >= 0 && each.references < HALF; };
+    if (!uses.empty() && uses.back().source == use.source && is_small(uses.back()) && is_small(use)) {
+        uses.back().references += use.references;
+    } else {
+        uses.push_back(use);
     }
-    uses.push_back(use);
 }
-
-// Where every reference that counts also marks its target, the marks of those that do not are all that is left to be
-// noted.
-constexpr bool COUNTS_MARK = !EVIDENCE_RESOLUTIONS.contains(models::LEGACY) && !TRUSTED.contains(models::LEGACY);
 
 // The declarations that production references reach.
 struct Reached {
-    Counter<SymbolId> outside;    // references that count, from outside the page
-    Counter<SymbolId> inside;     // and from its own files
-    OrderedSet<SymbolId> marked;  // the targets of those that only mark them
+    Counter<SymbolId> outside;       // references that count, from outside the page
+    Counter<SymbolId> inside;        // and from its own files
+    OrderedSet<SymbolId> uncounted;  // the targets of references that reach them without being counted
 
     [[nodiscard]] bool contains(SymbolId id) const {
-        return marked.contains(id) || (COUNTS_MARK && (outside.contains(id) || inside.contains(id)));
+        return uncounted.contains(id) || outside.contains(id) || inside.contains(id);
     }
 };
 
@@ -56,8 +49,7 @@ Reached reached_by_production(const ScopeFacts& facts) {
     Remembered source_of([&](const Text& path) {
         return facts.test_sources.contains(path) ? Source::TEST : page.contains(path) ? Source::PAGE : Source::OUTSIDE;
     });
-    auto resolution_of = _resolution_rule();
-    auto is_name_match_kind = _name_match_kind_rule();
+    RememberedRules rules;
 
     Reached reached;
     reached.outside.reserve(facts.symbols.size());
@@ -66,14 +58,11 @@ Reached reached_by_production(const ScopeFacts& facts) {
         if (source == Source::TEST) {
             continue;
         }
-        const Resolution resolution = resolution_of(reference.resolution);
-        const bool counts =
-            resolution.is_evidence || (resolution.is_trusted && !is_name_match_kind(reference.target_kind));
-        if (counts) {
+        const UseRules of_resolution = rules.of(reference.resolution);
+        if (rules.includes(of_resolution.likely_use, reference.target_kind)) {
             (source == Source::PAGE ? reached.inside : reached.outside).add(reference.target_id, reference.refs);
-        }
-        if (resolution.marks_target && !(counts && COUNTS_MARK)) {
-            reached.marked.insert(reference.target_id);
+        } else if (of_resolution.reaches_target) {
+            reached.uncounted.insert(reference.target_id);
         }
     }
     return reached;
@@ -95,11 +84,6 @@ OrderedSet<SymbolId> entry_points(const ScopeFacts& facts, const Reached& reache
 
 }  // namespace
 
-bool is_use(std::string_view resolution, std::string_view target_kind, bool import_resolved) {
-    const Resolution judged = _judged(resolution);
-    return judged.is_evidence || (judged.is_unique && !import_resolved && !NAME_MATCH_KINDS.contains(target_kind));
-}
-
 FanIn production_fan_in(const ScopeFacts& facts) {
     Reached reached = reached_by_production(facts);
     OrderedSet<SymbolId> entry = entry_points(facts, reached);
@@ -110,8 +94,7 @@ FileUsers file_users(const ScopeFacts& facts) {
     Remembered is_test([&](const Text& path) { return facts.test_sources.contains(path); });
     auto is_use_of = _use_rule(facts);
 
-    // The uses are put side by side first, and counted file by file then: so what is looked up lies together. An index
-    // gives the references from one file one after the other, which makes them few.
+    // Uses are gathered by file first: reading one counter after the other is faster than reading all by turns.
     std::vector<Text> sources;
     OrderedMap<Text, std::vector<Use>> uses_by_file;
     for (const InboundReference& reference : facts.inbound) {

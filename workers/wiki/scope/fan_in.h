@@ -1,35 +1,11 @@
-// Who uses a page: which references are evidence of a use, how many production references reach each declaration, and
-// which files use each file of the page.
-//
-// Three questions, three rules, over the same references:
-//
-//   rule               counts a reference when its resolution is                          from
-//   is_use             local or import; or unique, to a file whose language has no        (as the caller asks)
-//                      resolved imports, unless the target is an attribute or a constant
-//   production_fan_in  local or import; or any trusted one, unless the target is an       all but tests
-//                      attribute or a constant
-//   file_users         as is_use                                                          other files but tests
+// Who uses a page: how many production references reach each declaration, and which files use each file of the page.
+// Which references count is said in uses.h.
 #pragma once
 
 #include "workers/wiki/scope/facts.h"
-
-#include <cstdint>
-#include <string_view>
+#include "workers/wiki/scope/uses.h"
 
 namespace wiki::scope {
-
-/// Whether a reference is evidence that its source uses its target. `import_resolved` tells whether the indexer
-/// resolves imports for the language of the target's file. Where it does not, every reference across files is a match
-/// of names, and a "unique" one (to the only production declaration of the name) is the best there is; but not for
-/// attributes and constants, whose short names collide with unrelated accesses.
-///
-///   resolution           import_resolved   target_kind             result
-///   "local", "import"    any               any                     true
-///   "unique"             false             attribute or constant   false
-///   "unique"             false             any other               true
-///   "unique"             true              any                     false
-///   any other            any               any                     false
-bool is_use(std::string_view resolution, std::string_view target_kind, bool import_resolved);
 
 /// Counts the production references that reach each declaration, from outside the page and from its own files, and
 /// finds the entry points. Tests neither count nor keep a declaration from being an entry point.

@@ -1,6 +1,6 @@
 #include "utils/first_in_order.h"
 #include "utils/path_filter.h"
-#include "workers/wiki/scope/internal/evidence.h"
+#include "workers/wiki/scope/internal/remembered_rules.h"
 #include "workers/wiki/scope/render.h"
 
 #include <algorithm>
@@ -18,18 +18,16 @@ std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit) {
         }
         return verdict;
     });
-    auto resolution_of = _resolution_rule();
-    auto is_name_match_kind = _name_match_kind_rule();
+    RememberedRules rules;
 
     OrderedMap<SymbolId, Neighbour> counted;
     for (const OutboundReference& reference : facts.outbound) {
         const ScopeSymbol& target = reference.target;
-        if (!is_production_elsewhere(target.path) ||
-            (!resolution_of(reference.resolution).is_evidence && is_name_match_kind(target.kind))) {
-            continue;
+        if (is_production_elsewhere(target.path) &&
+            rules.includes(rules.of(reference.resolution).neighbour, target.kind)) {
+            Neighbour& neighbour = counted[target.id];
+            neighbour = {&target, utils::saturating_sum(neighbour.refs, reference.refs)};
         }
-        Neighbour& neighbour = counted[target.id];
-        neighbour = {&target, utils::saturating_sum(neighbour.refs, reference.refs)};
     }
 
     const auto by_use = [](const auto& left, const auto& right) {
@@ -45,17 +43,16 @@ std::vector<Neighbour> neighbours(const ScopeFacts& facts, std::int64_t limit) {
 }
 
 OrderedMap<FilePair, std::int64_t> name_match_counts(const ScopeFacts& facts) {
-    auto resolution_of = _resolution_rule();
-    auto is_name_match_kind = _name_match_kind_rule();
+    RememberedRules rules;
 
     Counter<FilePair> counts;
     for (const InboundReference& reference : facts.inbound) {
-        if (resolution_of(reference.resolution).is_unique && is_name_match_kind(reference.target_kind)) {
+        if (rules.includes(rules.of(reference.resolution).name_match, reference.target_kind)) {
             counts.add({reference.source_path, reference.target_path}, reference.refs);
         }
     }
     for (const OutboundReference& reference : facts.outbound) {
-        if (resolution_of(reference.resolution).is_unique && is_name_match_kind(reference.target.kind)) {
+        if (rules.includes(rules.of(reference.resolution).name_match, reference.target.kind)) {
             counts.add({reference.source_path, reference.target.path}, reference.refs);
         }
     }

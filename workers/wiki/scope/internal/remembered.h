@@ -23,16 +23,17 @@ class Remembered {
 
     Verdict operator()(const models::Text& text) {
         Memory& memory = memories_[place_of(text.identity())];
-        if (!memory.is_set || memory.identity != text.identity()) {
-            memory = {true, text.identity(), rule_(text)};
+        if (memory.identity != text.identity()) {
+            memory = {text.identity(), rule_(text)};
         }
         return memory.verdict;
     }
 
   private:
+    static constexpr char NO_TEXT = 0;  // its address is the identity of no text; that of an empty one is null
+
     struct Memory {
-        bool is_set = false;
-        const void* identity = nullptr;
+        const void* identity = &NO_TEXT;
         Verdict verdict{};
     };
 
