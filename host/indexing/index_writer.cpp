@@ -2,6 +2,7 @@
 
 #include "host/indexing/findings.h"
 #include "utils/path_filter.h"
+#include "workers/wiki/scope/uses.h"
 
 #include <algorithm>
 #include <array>
@@ -185,6 +186,8 @@ class IndexWriter {
     void insert_resolutions() {
         for (const Resolution resolution : RESOLUTIONS) {
             out_.add(ResolutionRow{id_of(resolution), name_of(resolution)});
+            is_evidence_.at(static_cast<std::size_t>(id_of(resolution))) =
+                wiki::scope::use_rules(name_of(resolution)).is_evidence;
         }
     }
 
@@ -226,7 +229,7 @@ class IndexWriter {
         EdgeCount& count = edges_by_resolution_.at(static_cast<std::size_t>(edge.resolution));
         ++count.edges;
         count.references += edge.references;
-        if (!is_from_test && edge.resolution != id_of(Resolution::AMBIGUOUS)) {
+        if (!is_from_test && is_evidence_.at(static_cast<std::size_t>(edge.resolution))) {
             uses_[static_cast<std::size_t>(edge.target)] += edge.references;
         }
     }
@@ -243,6 +246,7 @@ class IndexWriter {
     std::vector<RowId> first_ids_;    // by file, and behind the last one the id that comes next
     std::vector<std::int64_t> uses_;  // by the id of a declaration
     std::array<EdgeCount, RESOLUTIONS.size() + 1> edges_by_resolution_{};  // by the id of a resolution
+    std::array<bool, RESOLUTIONS.size() + 1> is_evidence_{};               // likewise
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "host/text/markdown_text.h"
 #include "host/text/printable.h"
 #include "host/text/utf8.h"
+#include "workers/wiki/scope/uses.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -131,9 +132,8 @@ class Drawing {
     void draw_dependencies() {
         OrderedMap<Text, Counter<SymbolId>> by_source;
         for (const storage::OutboundReference& reference : page_.facts.outbound) {
-            if (files_.contains(reference.source_path) &&
-                (wiki::scope::EVIDENCE_RESOLUTIONS.contains(reference.resolution) ||
-                 !storage::NAME_MATCH_KINDS.contains(reference.target.kind))) {
+            const wiki::scope::TargetKinds counted = wiki::scope::use_rules(reference.resolution).neighbour;
+            if (files_.contains(reference.source_path) && includes(counted, reference.target.kind)) {
                 by_source[reference.source_path].add(reference.target.id, reference.refs);
             }
         }
