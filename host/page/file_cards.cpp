@@ -3,85 +3,76 @@
 #include "host/text/blanks.h"
 #include "host/text/control_characters.h"
 #include "host/text/markdown_text.h"
-#include "host/text/split_lines.h"
 #include "workers/wiki/scope/render.h"
 
-#include <cstddef>
 #include <string_view>
-#include <vector>
 
 namespace host {
 
 namespace {
 
-using std::string_view;
+using models::Text;
+using wiki::scope::FileCard;
+using wiki::scope::FileUser;
+using wiki::scope::UsedDeclaration;
 
-// The cells behind that of the row's own path.
-constexpr std::size_t USED_BY = 4;
-constexpr std::size_t TESTS = 5;
-
-// What the component begins the row of a file with.
-std::string beginning_of_row(string_view path) {
-    return "| `" + std::string(path) + "` |";
+// What is shown of a list, separated by commas, and how many others there are.
+template <class Element, class TextOf>
+std::string listed(const models::Excerpt<Element>& excerpt, TextOf text_of) {
+    std::string text;
+    for (const Element& element : excerpt.shown) {
+        text.append(text.empty() ? "" : ", ").append(text_of(element));
+    }
+    return excerpt.left_out() > 0 ? text + " +" + std::to_string(excerpt.left_out()) : text;
 }
 
-// Each cell is ended by a bar that no backslash precedes.
-std::vector<string_view> cells_of(string_view row) {
-    std::vector<string_view> cells;
-    std::size_t begin = 0;
-    for (std::size_t bar = row.find('|'); bar != string_view::npos; bar = row.find('|', bar + 1)) {
-        if (bar == 0 || row[bar - 1] != '\\') {
-            cells.push_back(row.substr(begin, bar - begin));
-            begin = bar + 1;
-        }
+// The last two segments of a path: enough to tell two files of one name apart.
+std::string_view short_path(std::string_view path) {
+    const std::size_t last = path.rfind('/');
+    if (last == std::string_view::npos || last == 0) {
+        return path;
     }
-    return cells;
+    const std::size_t previous = path.rfind('/', last - 1);
+    return previous == std::string_view::npos ? path : path.substr(previous + 1);
 }
 
-// A list of paths that stand in a cell as they are, but for a backslash before each bar.
-std::string cell_of_paths(string_view cell) {
-    std::string paths;
-    for (const char character : trimmed(cell)) {
-        if (character == '|') {
-            paths.pop_back();
-        }
-        paths += character;
-    }
-    return paths.empty() ? std::string(cell) : " " + plain_cell(paths) + " ";
+std::string most_used(const FileCard& card) {
+    const std::string label = card.is_used_inside_only ? "in-page " : "";
+    return listed(card.most_used, [&](const UsedDeclaration& used) {
+        return code_cell(used.declaration->name) + " L" + std::to_string(used.declaration->start_line) + " (" + label +
+               std::to_string(used.references) + ")";
+    });
 }
 
-std::string safe_row(string_view row, string_view path) {
-    row.remove_prefix(beginning_of_row(path).size());
-    std::string safe = "| " + code_cell(path) + " |";
-    const std::vector<string_view> cells = cells_of(row);
-    for (std::size_t at = 0; at < cells.size(); ++at) {
-        safe += at == USED_BY || at == TESTS ? cell_of_paths(cells[at]) : std::string(cells[at]);
-        safe += "|";
-    }
-    return safe;
+std::string users(const FileCard& card) {
+    return plain_cell(trimmed(listed(card.users, [](const FileUser& user) { return short_path(user.path); })));
+}
+
+std::string tests(const FileCard& card) {
+    return plain_cell(trimmed(listed(card.tests, [](const Text& test) { return test.view(); })));
 }
 
 }  // namespace
 
-std::string file_cards(const Page& page, const std::string& heading) {
-    std::vector<std::string> missing;
-    for (const std::string& path : page.missing) {
-        missing.push_back(without_control_characters(path));
+std::string file_row(const FileCard& card) {
+    if (!card.is_indexed) {
+        return "| " + code_cell(without_control_characters(card.path)) + " | ? | 0 | not in the index | | | |\n";
     }
-    std::vector<string_view> paths;  // of the rows
-    for (const storage::ScopeFile& file : page.facts.files) {
-        paths.emplace_back(file.path);
+    std::string row = "|";
+    for (const std::string& cell :
+         {code_cell(card.path), card.lines ? std::to_string(*card.lines) : "?", std::to_string(card.declarations),
+          markdown_cell(card.summary), most_used(card), users(card), tests(card)}) {
+        row.append(" ").append(cell).append(" |");
     }
-    paths.insert(paths.end(), missing.begin(), missing.end());
+    return row + "\n";
+}
 
-    const std::string rendered = render_file_cards(page.facts, page.fan_in, heading, missing);
-    std::string cards;
-    auto path = paths.begin();
-    for (const string_view line : split_lines(rendered)) {
-        const bool is_row = path != paths.end() && line.starts_with(beginning_of_row(*path));
-        cards.append(is_row ? safe_row(line, *path++) : std::string(line)).append("\n");
+std::string file_table(std::span<const FileCard> cards) {
+    std::string table = wiki::scope::render_file_cards(std::span<const FileCard>(), "## Files");
+    for (const FileCard& card : cards) {
+        table += file_row(card);
     }
-    return cards;
+    return table;
 }
 
 }  // namespace host

@@ -1,14 +1,18 @@
 // The table of a page's files.
 #pragma once
 
-#include "host/page/page.h"
+#include "workers/wiki/scope/file_cards.h"
 
+#include <span>
 #include <string>
 
 namespace host {
 
-/// The component's file cards under a heading, in which no path is more than its text: one that holds a bar
-/// stays in its cell, and of those that stand beside the row's own what Markdown would interpret is escaped.
-std::string file_cards(const Page& page, const std::string& heading = "## Files");
+/// The row of a file, in which no path, name or summary is more than its text: what Markdown would interpret is escaped,
+/// so that one that holds a bar stays in its cell. The summary is Markdown already.
+std::string file_row(const wiki::scope::FileCard& card);
+
+/// The whole table, as the component lays it out, under the heading "## Files".
+std::string file_table(std::span<const wiki::scope::FileCard> cards);
 
 }  // namespace host

@@ -222,7 +222,7 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
     switch (section) {
     case Section::FILES:
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
-        json.member("file_cards", file_cards(page));
+        json.member("file_cards", file_table(wiki::scope::file_cards(page.facts, page.fan_in, page.missing)));
         break;
     case Section::CONSUMERS:
         write_file_users(json, page.facts);

@@ -17,7 +17,6 @@
 #include <limits>
 #include <memory>
 #include <ostream>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -35,31 +34,32 @@ std::string heading(std::string_view name) {
 constexpr const char* NOTHING = "\nNone listed.\n";
 
 Passage files(const Page& page) {
-    Passage passage{.heading = heading("Files"), .item_name = "file", .rank = Passage::Rank::FILE_BY_FILE};
-    const std::string block = file_cards(page, "");
-    for (const std::string_view line : split_lines(std::string_view(block).substr(1))) {
-        const bool is_row = line.starts_with("| `");
-        std::string& other = line.starts_with("|") ? passage.table_head : passage.sentence;
-        (is_row ? passage.items.emplace_back().text : other).append(line).append("\n");
+    Passage passage{.heading = heading("Files"),
+                    .sentence = "\n" + std::string(wiki::scope::FILE_CARDS_EXPLANATION) + "\n",
+                    .table_head = std::string(wiki::scope::FILE_CARDS_HEAD),
+                    .item_name = "file",
+                    .rank = Passage::Rank::FILE_BY_FILE};
+    for (const wiki::scope::FileCard& card : wiki::scope::file_cards(page.facts, page.fan_in, page.missing)) {
+        passage.items.push_back({file_row(card)});
     }
     return passage;
 }
 
 // Who uses the page, and what is known of who does not.
 std::vector<Passage> consumers(const Page& page) {
-    Passage users{.heading = heading("Consumers"), .item_name = "consumer", .is_bulleted = true};
-    Passage notes{.item_name = "note"};
-    const std::string block = render_consumers(page.facts, page.fan_in, "");
-    const std::vector<std::string_view> lines = split_lines(block);
-    users.sentence = "\n" + std::string(lines.at(2)) + "\n";
-    for (const std::string_view line : std::span(lines).subspan(3)) {
-        const bool is_user = line.starts_with("- `");
-        std::string& other = line.starts_with("- ") ? users.after : notes.items.emplace_back().text;
-        (is_user ? users.items.emplace_back().text : other).append(line).append("\n");
+    const wiki::scope::Consumers found = wiki::scope::consumers(page.facts, page.fan_in);
+    const wiki::scope::ConsumersText text = wiki::scope::consumers_text(found);
+    Passage users{
+        .heading = heading("Consumers"), .after = text.more_consumers, .item_name = "consumer", .is_bulleted = true};
+    for (const std::string& line : text.consumers) {
+        users.items.push_back({line});
     }
-    const auto is_resolved = [&](const wiki::scope::ScopeFile& file) { return page.facts.import_resolved(file.path); };
-    if (!users.items.empty() && !std::ranges::all_of(page.facts.files, is_resolved)) {
-        users.table_head = std::exchange(users.sentence, "");  // which says that these uses are likely alone
+    // That the uses are likely alone is never left out.
+    const bool is_certain = users.items.empty() || found.unresolved_languages.empty();
+    (is_certain ? users.sentence : users.table_head) = "\n" + text.explanation;
+    Passage notes{.item_name = "note"};
+    for (const std::string& line : text.notes) {
+        notes.items.push_back({line});
     }
     return {users, notes};
 }

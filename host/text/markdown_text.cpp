@@ -110,6 +110,10 @@ std::string plain_cell(std::string_view text) {
     return with_escaped_bars(plain_text(text));
 }
 
+std::string markdown_cell(std::string_view markdown) {
+    return with_escaped_bars(on_one_line(markdown));
+}
+
 std::string code_span(std::string_view text) {
     const std::string span = on_one_line(text);
     const std::string fence(longest_run_of_backticks(span) + 1, '`');

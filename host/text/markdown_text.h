@@ -18,6 +18,9 @@ std::string plain_text(std::string_view text);
 /// As `plain_text`, for a cell of a table: bars are escaped.
 std::string plain_cell(std::string_view text);
 
+/// Markdown for a cell of a table: line breaks become blanks, and bars are escaped.
+std::string markdown_cell(std::string_view markdown);
+
 /// The text as one inline code span: line breaks become blanks, and its fence is longer than any run of backticks in
 /// it.
 std::string code_span(std::string_view text);

@@ -7,15 +7,6 @@ namespace wiki::scope {
 
 namespace {
 
-constexpr std::string_view OPENING =
-    "\n\n"
-    "Every file of this page, from the index. Lines and the summary come from the file; the most used declarations "
-    "are ranked by the references production code outside the page makes to them (line, references; `in-page` when "
-    "only the page's own files use them); users are the other production files that reference the file through "
-    "evidence-backed edges.\n\n"
-    "| File | Lines | Declarations | Summary | Most used | Used by | Tests |\n"
-    "|---|---|---|---|---|---|---|\n";
-
 std::string most_used_cell(const FileCard& card) {
     const std::string_view label = card.is_used_inside_only ? "in-page " : "";
     return _cell(_listed(card.most_used, [&](const UsedDeclaration& used) {
@@ -48,7 +39,7 @@ std::string row_of(const FileCard& card) {
 
 std::string render_file_cards(std::span<const FileCard> cards, std::string_view heading) {
     std::string block(heading);
-    block += OPENING;
+    block.append("\n\n").append(FILE_CARDS_EXPLANATION).append("\n").append(FILE_CARDS_HEAD);
     for (const FileCard& card : cards) {
         block += row_of(card);
     }
