@@ -1,3 +1,4 @@
+#include "models/edge.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope_tests.h"
 
@@ -10,11 +11,16 @@ namespace {
 
 using models::Text;
 
-// Test -> the files of the page, other than itself, that it refers to.
+// Whether a reference from a test leads to a file that it tests: another one, or itself where it imports itself.
+bool reaches_target(const scope::InboundReference& reference) {
+    return reference.source_path != reference.target_path || reference.resolution == models::IMPORT;
+}
+
+// Test -> the files of the page that it refers to.
 models::OrderedMap<Text, models::TextSet> files_reached(const scope::ScopeFacts& facts) {
     models::OrderedMap<Text, models::TextSet> files;
     for (const scope::InboundReference& reference : facts.inbound) {
-        if (facts.test_sources.contains(reference.source_path) && reference.source_path != reference.target_path) {
+        if (facts.test_sources.contains(reference.source_path) && reaches_target(reference)) {
             files[reference.source_path].insert(reference.target_path);
         }
     }
