@@ -4,8 +4,8 @@
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/kinds.h"
-#include "workers/wiki/scope/ranking.h"
 #include "workers/wiki/scope/render.h"
+#include "workers/wiki/scope/selection.h"
 
 #include <functional>
 #include <string>

@@ -7,7 +7,7 @@
 #include "utils/saturating.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/kinds.h"
-#include "workers/wiki/scope/render.h"
+#include "workers/wiki/scope/neighbours.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -2,7 +2,7 @@
 #include "fuzz/page_promises.h"
 #include "fuzz/promise.h"
 #include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/selection.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,5 +1,6 @@
+#include "workers/wiki/scope/neighbours.h"
+
 #include "tests/scope/page_builder.h"
-#include "workers/wiki/scope/render.h"
 
 #include <gtest/gtest.h>
 

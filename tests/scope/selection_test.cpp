@@ -1,6 +1,7 @@
+#include "workers/wiki/scope/selection.h"
+
 #include "fixtures/plain_selection.h"
 #include "tests/scope/page_builder.h"
-#include "workers/wiki/scope/ranking.h"
 
 #include <gtest/gtest.h>
 

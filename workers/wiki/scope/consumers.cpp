@@ -5,7 +5,7 @@
 #include "workers/wiki/scope/internal/privacy.h"
 #include "workers/wiki/scope/internal/remembered_rules.h"
 #include "workers/wiki/scope/kinds.h"
-#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/ranked_files.h"
 
 #include <algorithm>
 #include <compare>

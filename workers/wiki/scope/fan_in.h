@@ -1,5 +1,5 @@
 // Who uses a page: how many production references reach each declaration, and which files use each file of the page.
-// Which references count is said in uses.h.
+// uses.h says which references count.
 #pragma once
 
 #include "workers/wiki/scope/facts.h"

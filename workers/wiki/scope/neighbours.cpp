@@ -1,7 +1,8 @@
+#include "workers/wiki/scope/neighbours.h"
+
 #include "utils/first_in_order.h"
 #include "utils/path_filter.h"
 #include "workers/wiki/scope/internal/remembered_rules.h"
-#include "workers/wiki/scope/render.h"
 
 #include <algorithm>
 #include <compare>

@@ -1,4 +1,4 @@
-#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/selection.h"
 
 #include <algorithm>
 #include <cmath>

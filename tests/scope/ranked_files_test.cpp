@@ -1,4 +1,4 @@
-#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/ranked_files.h"
 
 #include "tests/scope/page_builder.h"
 

@@ -1,4 +1,4 @@
-#include "workers/wiki/scope/ranking.h"
+#include "workers/wiki/scope/ranked_files.h"
 
 #include "utils/saturating.h"
 #include "workers/wiki/scope/internal/privacy.h"
