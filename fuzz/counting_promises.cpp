@@ -1,20 +1,18 @@
 // The rules of counting once more, as plainly as they can be written.
 
 #include "fuzz/page_promises.h"
+#include "fuzz/plain_rules.h"
 #include "fuzz/promise.h"
 #include "models/edge.h"
 #include "utils/path_filter.h"
-#include "utils/saturating.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/kinds.h"
 #include "workers/wiki/scope/neighbours.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <set>
-#include <utility>
 #include <vector>
 
 namespace fuzz {
@@ -22,41 +20,6 @@ namespace fuzz {
 namespace {
 
 using namespace wiki::scope;
-
-// A list of keys with their counts, searched from the front.
-template <class Key>
-class PlainCounter {
-  public:
-    void add(const Key& key, std::int64_t amount) {
-        auto known = std::ranges::find(counts_, key, &std::pair<Key, std::int64_t>::first);
-        if (known == counts_.end()) {
-            known = counts_.insert(known, {key, 0});
-        }
-        known->second = utils::saturating_sum(known->second, amount);
-    }
-
-    [[nodiscard]] bool equals(const OrderedMap<Key, std::int64_t>& counter) const {
-        return std::ranges::equal(counts_, counter, [](const auto& plain, const auto& entry) {
-            return plain.first == entry.key && plain.second == entry.value;
-        });
-    }
-
-    [[nodiscard]] const auto& counts() const { return counts_; }
-
-  private:
-    std::vector<std::pair<Key, std::int64_t>> counts_;
-};
-
-bool is_of_page(const Text& path, const ScopeFacts& facts) {
-    return std::ranges::find(facts.files, path, &ScopeFile::path) != facts.files.end();
-}
-
-bool is_in_type(const ScopeSymbol& symbol, const ScopeFacts& facts) {
-    return std::ranges::any_of(facts.symbols, [&](const ScopeSymbol& type) {
-        return TYPE_KINDS.contains(type.kind) && type.path == symbol.path && type.id != symbol.id &&
-               type.start_line <= symbol.start_line && type.end_line >= symbol.end_line;
-    });
-}
 
 void check_fan_in(const ScopeFacts& facts) {
     PlainCounter<SymbolId> outside;

@@ -10,6 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const wiki::scope::ScopeFacts facts = fuzz::load(page);
     fuzz::check_counting(facts, page.numbers);
     fuzz::check_ranking(facts, page.numbers);
+    fuzz::check_values(facts, page.missing);
     fuzz::check_rendering(facts, page.missing);
     fuzz::promise(grounding_of(facts) == grounding_of(facts), "two calls give the same");
     return 0;

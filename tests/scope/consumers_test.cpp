@@ -1,6 +1,7 @@
+#include "workers/wiki/scope/consumers.h"
+
 #include "tests/scope/page_builder.h"
 #include "workers/wiki/scope/fan_in.h"
-#include "workers/wiki/scope/render.h"
 
 #include <gtest/gtest.h>
 
@@ -9,17 +10,8 @@
 namespace wiki::scope {
 namespace {
 
-// The lines below the introduction.
-std::string consumers_of(const PageBuilder& page) {
-    const ScopeFacts facts = page.facts();
-    const std::string block = render_consumers(facts, production_fan_in(facts), "# Users");
-    return block.substr(block.find('\n', std::string("# Users\n\n").size()) + 1);
-}
-
-TEST(Consumers, OfAPageThatNothingUsesAreNone) {
-    EXPECT_EQ(consumers_of(PageBuilder()),
-              "0 production consumers: no production file outside this page reaches its code "
-              "through an `import` or `local` edge.\n");
+Consumers consumers_of(const ScopeFacts& facts) {
+    return consumers(facts, production_fan_in(facts));
 }
 
 TEST(Consumers, AreListedByTheirReferencesThenByPath) {
@@ -43,38 +35,40 @@ TEST(Consumers, AreListedByTheirReferencesThenByPath) {
         from("b.ts").to(3, "a.ts", "three").by("ambiguous"),
         from("n.ts").to(2, "a.ts", "two").by("ambiguous"),
     };
-    EXPECT_EQ(consumers_of(page),
-              "- `b.ts` uses `three`, `one`, `two`, `four` +1 (9 refs)\n"
-              "- `c.ts` uses `one` (9 refs)\n"
-              "- `z.ts` uses `one` (9 refs)\n"
-              "Not counted: 2 `ambiguous`, 3 `unique` references from 2 other files that match a name "
-              "only (an attribute or a call that shares a name with a declaration here).\n");
+    const Consumers found = consumers_of(page.facts());
+    EXPECT_EQ(found.files,
+              (models::Excerpt<Consumer>{{{"b.ts", 9, {{{"three", 3}, {"one", 2}, {"two", 2}, {"four", 1}}, 5}},
+                                          {"c.ts", 9, {{{"one", 9}}, 1}},
+                                          {"z.ts", 9, {{{"one", 9}}, 1}}},
+                                         3}));
+    EXPECT_EQ(found.uncounted, (std::vector<UncountedReferences>{{"ambiguous", 2}, {"unique", 3}}));
+    EXPECT_EQ(found.uncounted_files, 2);
 }
 
 TEST(Consumers, BeyondTwelveAreCounted) {
     PageBuilder page;
-    for (char source = 'a'; source < 'a' + 12; ++source) {
-        page.inbound.push_back(from(std::string(1, source)).to(1, "page.ts", "one"));
+    for (char source = 'm'; source >= 'a'; --source) {
+        page.inbound.push_back(from(std::string(1, source)));
     }
-    EXPECT_EQ(consumers_of(page).find("more files"), std::string::npos);
-    page.inbound.push_back(from("zz").to(1, "page.ts", "one"));
-    EXPECT_TRUE(consumers_of(page).ends_with("- `l` uses `one` (1 refs)\n- _...and 1 more files_\n"));
+    const models::Excerpt<Consumer> files = consumers_of(page.facts()).files;
+    ASSERT_EQ(files.shown.size(), 12);
+    EXPECT_EQ(files.shown.back().path, "l");
+    EXPECT_EQ(files.left_out(), 1);
 }
 
-TEST(Consumers, AreLikelyUsesWhereImportsAreNotResolved) {
+TEST(Consumers, AreLikelyOnesForTheLanguagesWhoseImportsAreNotResolved) {
     PageBuilder page;
     page.files = {
         {1, "a.lua", "lua"}, {2, "b.ts", "typescript"}, {3, "c", ""}, {4, "d", std::nullopt}, {5, "e.lua", "lua"}};
     page.import_resolved_paths = {"b.ts"};
-    page.inbound = {from("x.lua").to(1, "a.lua", "one").by("unique").kind("constant")};
-    const ScopeFacts facts = page.facts();
-    const std::string block = render_consumers(facts, FanIn{{}}, "# Users");
-    EXPECT_NE(block.find(" resolve imports for files of unknown language, lua, so the files"), std::string::npos)
-        << block;
-    EXPECT_NE(block.find(" reaches its code by a unique name.\n"), std::string::npos) << block;
+    page.inbound = {from("x.lua").to(1, "a.lua", "one").by("unique"), from("x.ts").to(2, "b.ts", "two").by("unique"),
+                    from("y.lua").to(3, "a.lua", "C").by("unique").kind("constant")};
+    const Consumers found = consumers_of(page.facts());
+    EXPECT_EQ(found.unresolved_languages, (std::vector<Text>{"", "lua"}));
+    EXPECT_EQ(found.files, (models::Excerpt<Consumer>{{{"x.lua", 1, {{{"one", 1}}, 1}}}, 1}));
 }
 
-TEST(Consumers, AreFollowedByThePublicCodeThatNothingOutsideUses) {
+TEST(Consumers, LeavePublicTopLevelCodeUnusedTypesFirstThenByRank) {
     PageBuilder page;
     page.symbols = {symbol(1, "small").lines(20, 21),
                     symbol(2, "large").in("b.ts").lines(20, 40),
@@ -85,18 +79,17 @@ TEST(Consumers, AreFollowedByThePublicCodeThatNothingOutsideUses) {
                     symbol(7, "Type").kind("class").lines(50, 60),
                     symbol(8, "VARIABLE").kind("constant"),
                     symbol(9, "small").in("Z.ts").lines(20, 21)};
-    page.inbound = {from("x.ts").to(3, "a.ts", "used")};
-    const std::string ending = " (code used inside the page, entry points, and code reached dynamically or "
-                               "by name can still be live).\n";
-    EXPECT_EQ(consumers_of(page), "- `x.ts` uses `used` (1 refs)\n"
-                                  "Used by no production file outside this page: `Type` (class, `a.ts:L50`), `large` "
-                                  "(function, `b.ts:L20`), `small` (function, `Z.ts:L20`), `small` (function, "
-                                  "`a.ts:L20`)" +
-                                      ending);
+    page.inbound = {from("x.ts").to(3), from("x.ts").to(1).by("ambiguous"), from("a.ts").to(7).by("legacy")};
     for (int id = 10; id < 15; ++id) {
-        page.symbols.push_back(symbol(id, "f").lines(70, 71));
+        page.symbols.push_back(symbol(id, "f").lines(70, 70));
     }
-    EXPECT_TRUE(consumers_of(page).ends_with("`f` (function, `a.ts:L70`) and 1 more" + ending));
+    page.files = {{1, "a.ts", {}}, {2, "b.ts", {}}, {3, "Z.ts", {}}};
+    const ScopeFacts facts = page.facts();
+    const models::Excerpt<const ScopeSymbol*> unused = consumers_of(facts).unused;
+    const std::vector<ScopeSymbol>& s = facts.symbols;
+    EXPECT_EQ(unused.shown,
+              (std::vector<const ScopeSymbol*>{&s[6], &s[1], &s[8], &s[9], &s[10], &s[11], &s[12], &s[13]}));
+    EXPECT_EQ(unused.left_out(), 1);  // the one that a reference reaches: it is no entry point
 }
 
 }  // namespace

@@ -77,11 +77,13 @@ TEST(FileUsers, AddReferencesOneAfterTheOther) {
     const Text x = "x.ts";
     const Text y = "y.ts";
     const Text z = "z.ts";
+    const Text w = "w.ts";
     for (const auto& [source, times] : std::vector<std::pair<Text, std::int64_t>>{
-             {x, MOST}, {y, -9}, {z, 2}, {z, 3}, {x, 5}, {x, -5}, {y, MOST}, {y, 5}}) {
+             {x, MOST}, {y, -9}, {z, 2}, {z, 3}, {x, 5}, {x, -5}, {y, MOST}, {y, 5}, {w, MOST - 2}, {w, 5}, {w, -1}}) {
         page.inbound.push_back(from(source).times(times));
     }
-    EXPECT_EQ(file_users(page.facts()), (FileUsers{{"a.ts", {{"x.ts", MOST - 5}, {"y.ts", MOST - 4}, {"z.ts", 5}}}}));
+    EXPECT_EQ(file_users(page.facts()),
+              (FileUsers{{"a.ts", {{"x.ts", MOST - 5}, {"y.ts", MOST - 4}, {"z.ts", 5}, {"w.ts", MOST - 1}}}}));
 }
 
 }  // namespace

@@ -49,13 +49,13 @@ OutsideUse use_from_outside(const ScopeFacts& facts) {
 }
 
 models::Excerpt<Consumer> first_consumers(const Counter<Text>& consumers) {
-    models::Excerpt<Consumer> excerpt{.shown = {}, .total = consumers.size()};
+    models::Excerpt<Consumer> excerpt{.total = consumers.size()};
     const auto by_references_then_path = [](const auto& left, const auto& right) {
         const auto by_references = right.value <=> left.value;
         return std::is_neq(by_references) ? by_references : left.key <=> right.key;
     };
     for (const auto* consumer : utils::first_in_order(consumers, FILES_SHOWN, by_references_then_path)) {
-        excerpt.shown.push_back({.path = consumer->key, .references = consumer->value, .names = {}});
+        excerpt.shown.push_back({.path = consumer->key, .references = consumer->value});
     }
     return excerpt;
 }
@@ -113,7 +113,7 @@ models::Excerpt<const ScopeSymbol*> first_unused(const ScopeFacts& facts, const 
             unused.push_back({!TYPE_KINDS.contains(symbol.kind), rank_key(symbol, fan_in), &symbol});
         }
     }
-    models::Excerpt<const ScopeSymbol*> excerpt{.shown = {}, .total = unused.size()};
+    models::Excerpt<const ScopeSymbol*> excerpt{.total = unused.size()};
     const auto in_order = [](const Unused& left, const Unused& right) { return left.order() <=> right.order(); };
     for (const Unused* declaration : utils::first_in_order(unused, UNUSED_SHOWN, in_order)) {
         excerpt.shown.push_back(declaration->symbol);

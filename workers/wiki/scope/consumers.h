@@ -23,8 +23,9 @@ struct UsedName {
 /// A consumer of the page.
 struct Consumer {
     Text path;
-    std::int64_t references = 0;      ///< to all its names
-    models::Excerpt<UsedName> names;  ///< four at most; most references first, equal counts in the order of first use
+    std::int64_t references = 0;  ///< to all its names
+    models::Excerpt<UsedName> names =
+        {};  ///< four at most; most references first, equal counts in the order of first use
     friend bool operator==(const Consumer&, const Consumer&) = default;
 };
 
@@ -38,20 +39,20 @@ struct UncountedReferences {
 /// How production code outside a page uses the page. Counts that would go beyond 64 bits stop at their ends.
 struct Consumers {
     /// Twelve at most; most references first, equal counts in path order.
-    models::Excerpt<Consumer> files;
+    models::Excerpt<Consumer> files = {};
 
     /// The references from production files outside the page that `is_use` does not count, by resolution, in its order.
-    std::vector<UncountedReferences> uncounted;
+    std::vector<UncountedReferences> uncounted = {};
     std::size_t uncounted_files = 0;  ///< the files that make them
 
     /// The exported, public, top-level types and callables that no consumer uses, eight at most; types first, then by
     /// `rank_key`, then by path, then in the order of `facts.symbols`. They are records of the `ScopeFacts`, and live
     /// as long.
-    models::Excerpt<const ScopeSymbol*> unused;
+    models::Excerpt<const ScopeSymbol*> unused = {};
 
     /// The languages of the page whose imports are not resolved, in order; an empty one for the files without a
     /// language.
-    std::vector<Text> unresolved_languages;
+    std::vector<Text> unresolved_languages = {};
 
     friend bool operator==(const Consumers&, const Consumers&) = default;
 };

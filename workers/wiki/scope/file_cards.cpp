@@ -30,7 +30,7 @@ models::Excerpt<UsedDeclaration> most_used(const Declarations& declarations,
             used.push_back({declaration, references});
         }
     }
-    models::Excerpt<UsedDeclaration> excerpt{.shown = {}, .total = used.size()};
+    models::Excerpt<UsedDeclaration> excerpt{.total = used.size()};
     const auto by_references = [](const UsedDeclaration& left, const UsedDeclaration& right) {
         return right.references <=> left.references;
     };
@@ -41,7 +41,7 @@ models::Excerpt<UsedDeclaration> most_used(const Declarations& declarations,
 }
 
 models::Excerpt<FileUser> most_frequent(const Counter<Text>& users) {
-    models::Excerpt<FileUser> excerpt{.shown = {}, .total = users.size()};
+    models::Excerpt<FileUser> excerpt{.total = users.size()};
     for (const auto& [path, references] : users.most_common(SHOWN)) {
         excerpt.shown.push_back({path, references});
     }

@@ -32,21 +32,21 @@ struct FileUser {
 struct FileCard {
     Text path;
     bool is_indexed = false;
-    std::optional<std::int64_t> lines;  ///< none when the file could not be read
-    std::size_t declarations = 0;       ///< how many the file has
-    Text summary;                       ///< what the file says it is for; empty when it says nothing or was not read
+    std::optional<std::int64_t> lines = {};  ///< none when the file could not be read
+    std::size_t declarations = 0;            ///< how many the file has
+    Text summary = {};  ///< what the file says it is for; empty when it says nothing or was not read
 
     /// The declarations used from outside the page; if there are none, those that the page's own files use. Most
     /// references first, equal counts in the order of `facts.symbols`.
-    models::Excerpt<UsedDeclaration> most_used;
+    models::Excerpt<UsedDeclaration> most_used = {};
     bool is_used_inside_only = false;  ///< whether `most_used` counts the references of the page's own files
 
     /// The other production files that use the file, those of the page too (`file_users`). Most references first,
     /// equal counts in the order of their first use.
-    models::Excerpt<FileUser> users;
+    models::Excerpt<FileUser> users = {};
 
     /// The tests that reach the file, in the order of `tests_reaching`.
-    models::Excerpt<Text> tests;
+    models::Excerpt<Text> tests = {};
 
     friend bool operator==(const FileCard&, const FileCard&) = default;
 };
