@@ -47,8 +47,7 @@ std::string block_of(std::span<const std::string> lines, std::string_view langua
 
 }  // namespace
 
-DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names)
-    : db_(db), names_(names) {
+DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db) : db_(db), names_(page.names) {
     models::OrderedMap<Text, std::string> languages;
     for (const storage::ScopeFile& file : page.facts.files) {
         languages[file.path] = std::string(file.language.value_or(Text()));
@@ -62,7 +61,7 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, co
         const std::string language = languages.get(symbol.path, "");
         const std::vector<std::string_view> lines = split_lines(description.signature);
         declarations_.push_back({.symbol = &symbol,
-                                 .introduction = introduction(symbol, names.of(symbol), page.fan_in),
+                                 .introduction = introduction(symbol, page.names.of(symbol), page.fan_in),
                                  .comment = lead.empty() ? "" : "\n" + lead + "\n",
                                  .language = language,
                                  .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), language),

@@ -18,7 +18,7 @@ class DeclarationBlocks {
   public:
     /// Asks the index what it says of the declarations in words. Throws `IndexError`; as the functions that follow, what
     /// `db.check_interrupt` throws.
-    DeclarationBlocks(const Page& page, storage::Database& db, const ScopedNames& names);
+    DeclarationBlocks(const Page& page, storage::Database& db);
 
     /// Reads the source of the declarations, once; what the page may not show is left out.
     void read_sources(const PageSources& sources);

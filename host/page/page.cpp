@@ -7,11 +7,11 @@
 namespace host {
 
 std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
-                                                    const NameOf& name_of) {
+                                                    const ScopedNames& names) {
     std::vector<wiki::scope::NamedPath> candidates;
     for (const storage::ScopeSymbol* symbol : selection) {
         if (wiki::scope::is_callable_or_type(symbol->kind)) {
-            candidates.push_back({name_of(*symbol), symbol->path});
+            candidates.push_back({models::Text(names.of(*symbol)), symbol->path});
         }
     }
     return candidates;

@@ -5,6 +5,7 @@
 #include "host/index/database.h"
 #include "host/page/caveats.h"
 #include "host/page/page_sources.h"
+#include "host/page/scoped_names.h"
 #include "host/paths/find_paths.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
@@ -34,13 +35,9 @@ struct PageOptions {
 /// What is done with the files of a page before their facts are read.
 using BeforeReading = std::function<void(std::span<const std::string> files)>;
 
-/// The name under which a declaration is known.
-using NameOf = std::function<models::Text(const storage::ScopeSymbol& symbol)>;
-
 /// Name and file of the selected callables and types, in the order of the selection.
-std::vector<wiki::scope::NamedPath> deep_candidates(
-    std::span<const storage::ScopeSymbol* const> selection,
-    const NameOf& name_of = [](const storage::ScopeSymbol& symbol) { return symbol.name; });
+std::vector<wiki::scope::NamedPath> deep_candidates(std::span<const storage::ScopeSymbol* const> selection,
+                                                    const ScopedNames& names);
 
 /// The grounding of a page. Each field is derived from the ones before it, and points at the facts of this page, which
 /// is therefore neither copied nor moved.
@@ -56,7 +53,8 @@ struct Page {
     const wiki::scope::RankedFiles ranked = wiki::scope::ranked_by_file(facts, fan_in);
     const std::vector<const storage::ScopeSymbol*> selection =
         wiki::scope::select_with_quota(ranked, fan_in, options.total, options.floor, options.max_share);
-    const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection);
+    const ScopedNames names{facts, selection};  ///< of the selected declarations
+    const std::vector<wiki::scope::NamedPath> scored = deep_candidates(selection, names);
     const std::vector<models::Text> deep = wiki::scope::pick_spread(scored, options.deep, options.deep_per_file);
     const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
 };

@@ -7,7 +7,6 @@
 #include "host/page/flowchart.h"
 #include "host/page/outline.h"
 #include "host/page/passage.h"
-#include "host/page/scoped_names.h"
 #include "host/text/markdown_text.h"
 #include "host/text/split_lines.h"
 #include "workers/wiki/scope/render.h"
@@ -77,13 +76,10 @@ Passage declarations(const DeclarationBlocks& blocks) {
     return passage;
 }
 
-Passage in_depth(const Page& page, const ScopedNames& names) {
+Passage in_depth(const Page& page) {
     Passage passage{.heading = heading("In depth"), .item_name = "name", .is_bulleted = true};
-    const PageOptions& options = page.options;
-    const auto name = [&](const storage::ScopeSymbol& symbol) { return Text(names.of(symbol)); };
-    const std::vector<wiki::scope::NamedPath> candidates = deep_candidates(page.selection, name);
-    for (const Text& picked : wiki::scope::pick_spread(candidates, options.deep, options.deep_per_file)) {
-        passage.items.push_back({"- " + code_span(picked) + "\n"});
+    for (const Text& name : page.deep) {
+        passage.items.push_back({"- " + code_span(name) + "\n"});
     }
     (passage.items.empty() ? passage.heading : passage.sentence) +=
         passage.items.empty() ? NOTHING
@@ -183,8 +179,8 @@ Passage outline(const Page& page, storage::Database& db) {
     return passage;
 }
 
-std::vector<Passage> passages_of(Section section, const Page& page, const ScopedNames& names,
-                                 const DeclarationBlocks& blocks, storage::Database& db) {
+std::vector<Passage> passages_of(Section section, const Page& page, const DeclarationBlocks& blocks,
+                                 storage::Database& db) {
     switch (section) {
     case Section::FILES:
         return {files(page)};
@@ -193,7 +189,7 @@ std::vector<Passage> passages_of(Section section, const Page& page, const Scoped
     case Section::DECLARATIONS:
         return {declarations(blocks)};
     case Section::IN_DEPTH:
-        return {in_depth(page, names)};
+        return {in_depth(page)};
     case Section::DEPENDENCIES: {
         std::vector<Passage> both = name_matches(page);
         both.insert(both.begin(), dependencies(page));
@@ -212,15 +208,14 @@ std::vector<Passage> passages_of(Section section, const Page& page, const Scoped
 }  // namespace
 
 void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const MarkdownOptions& options) {
-    const ScopedNames names(page.facts, page.selection);
-    DeclarationBlocks blocks(page, db, names);
+    DeclarationBlocks blocks(page, db);
     if (options.with_source && options.only.contains(Section::DECLARATIONS)) {
         blocks.read_sources(page.sources);
     }
     std::vector<Passage> passages;
     for (const Section section : SECTIONS) {
         if (options.only.contains(section)) {
-            std::vector<Passage> of_section = passages_of(section, page, names, blocks, db);
+            std::vector<Passage> of_section = passages_of(section, page, blocks, db);
             of_section.front().heading.insert(0, passages.empty() ? "" : "\n");
             std::ranges::move(of_section, std::back_inserter(passages));
         }

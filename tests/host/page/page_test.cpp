@@ -138,7 +138,9 @@ TEST_F(PrintedPage, PrintsNoSourceTwiceAndTellsNamesApart) {
         EXPECT_EQ(count(declarations, block), 1) << block;
     }
     EXPECT_EQ(count(declarations, "Its source is part of that of `One`.\n"), 5);
-    EXPECT_EQ(count(print("src --only in-depth --deep 9 --deep-per-file 9"), "\n- `One.run`\n"), 1);
+    const std::string in_depth = "src --only in-depth --deep 9 --deep-per-file 9";
+    EXPECT_EQ(count(print(in_depth), "\n- `One.run`\n"), 1);
+    EXPECT_EQ(json(in_depth)["deep"], Json({"One", "Two", "inner", "One.run", "only", "run"}));
     EXPECT_EQ(count(print("src --only declarations --no-source"), "Its source"), 0);
     folder.write("src/a.ts", "\nclass One {\n");  // so that nothing is left of what it held
     EXPECT_EQ(count(print("src --only declarations"), "Its source"), 1);
