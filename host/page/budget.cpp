@@ -25,21 +25,21 @@ std::size_t largest(std::size_t least, std::size_t most, Fits fits) {
     return least;
 }
 
-// A passage of which the first items are kept.
+// A passage of which the first items are kept, all of them shortened. It knows how long it is; its text is printed once.
 class ShortenedPassage {
   public:
     explicit ShortenedPassage(Passage passage) : passage_(std::move(passage)) { measure(); }
 
-    [[nodiscard]] std::size_t steps() const { return passage_.steps; }
-    [[nodiscard]] std::size_t count() const { return passage_.items.size(); }
+    [[nodiscard]] std::size_t steps() const { return passage_.items->steps(); }
+    [[nodiscard]] std::size_t count() const { return sums_.size() - 1; }
     [[nodiscard]] std::size_t kept() const { return kept_; }
     [[nodiscard]] std::size_t size() const { return size_with(kept_); }
 
     void leave_out_sentence() { passage_.sentence.clear(); }
 
     void shorten(std::size_t steps) {
-        if (passage_.steps > 0) {
-            passage_.items = passage_.shortened(std::min(steps, passage_.steps));
+        if (this->steps() > 0) {
+            steps_ = std::min(steps, this->steps());
             measure();
         }
     }
@@ -54,9 +54,7 @@ class ShortenedPassage {
 
     void add_to(std::string& text) const {
         text.append(passage_.heading).append(passage_.sentence).append(kept_ > 0 ? passage_.table_head : "");
-        for (std::size_t at = 0; at < kept_; ++at) {
-            text.append(passage_.items[at].text);
-        }
+        passage_.items->print(text, kept_, steps_);
         text.append(left_out(kept_)).append(passage_.after);
     }
 
@@ -70,16 +68,18 @@ class ShortenedPassage {
 
     void measure() {
         sums_.assign(1, {});
-        for (const PassageItem& item : passage_.items) {
+        for (const ItemSize& item : passage_.items->sizes(steps_)) {
             const Sum& before = sums_.back();
-            sums_.push_back({before.bytes + item.text.size(), before.sources + (item.lacks_source ? 1U : 0U),
+            sums_.push_back({before.bytes + item.bytes, before.sources + (item.lacks_source ? 1U : 0U),
                              before.comments + (item.lacks_comment ? 1U : 0U)});
         }
         kept_ = count();
     }
 
     [[nodiscard]] std::string left_out(std::size_t kept) const {
-        return what_is_left_out(passage_, kept, sums_[kept].sources, sums_[kept].comments);
+        const LeftOut left_out{
+            .items = count() - kept, .sources = sums_[kept].sources, .comments = sums_[kept].comments};
+        return what_is_left_out(passage_, left_out, kept > 0);
     }
 
     [[nodiscard]] std::size_t size_with(std::size_t kept) const {
@@ -88,6 +88,7 @@ class ShortenedPassage {
     }
 
     Passage passage_;
+    std::size_t steps_ = 0;  // by which the items are shortened
     std::vector<Sum> sums_;  // of the first items, by their number
     std::size_t kept_ = 0;
 };

@@ -47,7 +47,7 @@ std::string block_of(std::span<const std::string> lines, std::string_view langua
 
 }  // namespace
 
-DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db) : db_(db), names_(page.names) {
+DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bool with_source) : db_(db) {
     models::OrderedMap<Text, std::string> languages;
     for (const storage::ScopeFile& file : page.facts.files) {
         languages[file.path] = std::string(file.language.value_or(Text()));
@@ -57,22 +57,28 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db) : 
     read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
         db.check_interrupt();
         const ScopeSymbol& symbol = *page.selection[place];
+        const std::string name = page.names.of(symbol);
         const std::string lead = lead_of(description.documentation);
         const std::string language = languages.get(symbol.path, "");
         const std::vector<std::string_view> lines = split_lines(description.signature);
         declarations_.push_back({.symbol = &symbol,
-                                 .introduction = introduction(symbol, page.names.of(symbol), page.fan_in),
+                                 .introduction = introduction(symbol, name, page.fan_in),
                                  .comment = lead.empty() ? "" : "\n" + lead + "\n",
                                  .language = language,
                                  .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), language),
-                                 .source = {}});
+                                 .source = {},
+                                 .reference = "\nIts source is part of that of " + code_span(name) + ".\n"});
     });
+    if (with_source) {
+        read_sources(page.sources);
+    }
 }
 
 // A selection goes back and forth between the files, so each is read once and kept until the last declaration has its
 // lines.
 void DeclarationBlocks::read_sources(const PageSources& sources) {
     models::OrderedMap<Text, std::optional<std::vector<std::string>>> files;
+    models::OrderedMap<Text, std::vector<std::size_t>> by_file;
     for (std::size_t place = 0; place < declarations_.size(); ++place) {
         db_.check_interrupt();
         Declaration& declaration = declarations_[place];
@@ -82,22 +88,24 @@ void DeclarationBlocks::read_sources(const PageSources& sources) {
         }
         declaration.source = block_of(lines_of_declaration(*declaration.symbol, *file), declaration.language);
         if (!declaration.source.empty()) {
-            by_file_[declaration.symbol->path].push_back(place);
+            by_file[declaration.symbol->path].push_back(place);
         }
     }
     sources_ = declarations_.size();
+    for (const auto& [path, places] : by_file) {
+        std::ranges::sort(by_file_.emplace_back(places), {}, [this](std::size_t place) {
+            const LineRange lines = cited_lines(*declarations_[place].symbol).value();
+            return std::tuple(lines.first, -lines.last, place);
+        });
+    }
 }
 
 std::vector<const DeclarationBlocks::Declaration*> DeclarationBlocks::printed_around(std::size_t sources) const {
     std::vector<const Declaration*> around(declarations_.size());
-    const auto lines = [this](std::size_t place) { return cited_lines(*declarations_[place].symbol).value(); };
-    const auto last = [&lines](std::size_t place) { return lines(place).last; };
-    for (const auto& [path, places] : by_file_) {
-        std::vector<std::size_t> outer_first(places);
-        std::ranges::sort(outer_first, {},
-                          [&](std::size_t place) { return std::tuple(lines(place).first, -last(place), place); });
+    const auto last = [this](std::size_t place) { return cited_lines(*declarations_[place].symbol).value().last; };
+    for (const std::vector<std::size_t>& places : by_file_) {
         std::vector<std::size_t> printed;  // each ends behind the one before it
-        for (const std::size_t place : outer_first) {
+        for (const std::size_t place : places) {
             const auto outermost = std::ranges::lower_bound(printed, last(place), {}, last);
             if (outermost != printed.end()) {
                 around[place] = &declarations_[*outermost];
@@ -109,26 +117,45 @@ std::vector<const DeclarationBlocks::Declaration*> DeclarationBlocks::printed_ar
     return around;
 }
 
-std::vector<PassageItem> DeclarationBlocks::blocks(std::size_t steps) const {
+std::vector<DeclarationBlocks::Block> DeclarationBlocks::blocks(std::size_t steps) const {
     const std::size_t sources = sources_ - std::min(steps, sources_);
     const std::size_t comments = declarations_.size() - (steps - std::min(steps, sources_));
     const std::vector<const Declaration*> around = printed_around(sources);
-    std::vector<PassageItem> blocks;
+    std::vector<Block> blocks;
+    blocks.reserve(declarations_.size());
     for (std::size_t at = 0; at < declarations_.size(); ++at) {
         db_.check_interrupt();
         const Declaration& declaration = declarations_[at];
-        PassageItem& block = blocks.emplace_back();
-        block.text = declaration.introduction;
+        Block& block = blocks.emplace_back();
+        block.introduction = declaration.introduction;
         block.lacks_comment = at >= comments && !declaration.comment.empty();
-        block.text += block.lacks_comment ? "" : declaration.comment;
+        block.comment = block.lacks_comment ? std::string_view() : declaration.comment;
         if (around[at] != nullptr) {
-            block.text += "\nIts source is part of that of " + code_span(names_.of(*around[at]->symbol)) + ".\n";
-            continue;
+            block.source = around[at]->reference;
+        } else {
+            block.lacks_source = at >= sources && !declaration.source.empty();
+            block.source = block.lacks_source || sources_ == 0 ? declaration.signature : declaration.source;
         }
-        block.lacks_source = at >= sources && !declaration.source.empty();
-        block.text += block.lacks_source || sources_ == 0 ? declaration.signature : declaration.source;
     }
     return blocks;
+}
+
+std::vector<ItemSize> DeclarationBlocks::sizes(std::size_t steps) const {
+    std::vector<ItemSize> sizes;
+    sizes.reserve(declarations_.size());
+    for (const Block& block : blocks(steps)) {
+        sizes.push_back({.bytes = block.introduction.size() + block.comment.size() + block.source.size(),
+                         .lacks_source = block.lacks_source,
+                         .lacks_comment = block.lacks_comment});
+    }
+    return sizes;
+}
+
+void DeclarationBlocks::print(std::string& text, std::size_t count, std::size_t steps) const {
+    const std::vector<Block> all = blocks(steps);
+    for (const Block& block : std::span(all).first(count)) {
+        text.append(block.introduction).append(block.comment).append(block.source);
+    }
 }
 
 }  // namespace host

@@ -4,32 +4,27 @@
 #include "host/index/database.h"
 #include "host/page/page.h"
 #include "host/page/passage.h"
-#include "host/page/scoped_names.h"
-#include "models/ordered_map.h"
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
 
-/// Writes the selected declarations of a page, each as a block of its own. The page and its index must outlive it.
-class DeclarationBlocks {
+/// The selected declarations of a page, each as a block of its own, in the order of the selection. Each step of shortening
+/// takes from one block, from the last one on, first the source and then the doc comment. A block without a source has
+/// the signature. A source that is part of one that another block prints is not printed; the block says so.
+class DeclarationBlocks : public Items {
   public:
-    /// Asks the index what it says of the declarations in words. Throws `IndexError`; as the functions that follow, what
-    /// `db.check_interrupt` throws.
-    DeclarationBlocks(const Page& page, storage::Database& db);
+    /// Asks the index what it says of the declarations in words and, when they are to have their source, reads each of
+    /// their files once; what the page may not show is left out. Both arguments must outlive this object. Throws
+    /// `IndexError`; as the functions that follow, what `db.check_interrupt` throws.
+    DeclarationBlocks(const Page& page, storage::Database& db, bool with_source);
 
-    /// Reads the source of the declarations, once; what the page may not show is left out.
-    void read_sources(const PageSources& sources);
-
-    /// In how many steps the blocks can be shortened.
-    [[nodiscard]] std::size_t steps() const { return sources_ + declarations_.size(); }
-
-    /// The blocks in the order of the selection, shortened by so many steps: each takes from one block, from the last one
-    /// on, first the source and then the doc comment. A block without a source has the signature. A source that is part of
-    /// one that another block prints is not printed; the block says so.
-    [[nodiscard]] std::vector<PassageItem> blocks(std::size_t steps) const;
+    [[nodiscard]] std::size_t steps() const override { return sources_ + declarations_.size(); }
+    [[nodiscard]] std::vector<ItemSize> sizes(std::size_t steps) const override;
+    void print(std::string& text, std::size_t count, std::size_t steps) const override;
 
   private:
     struct Declaration {
@@ -39,17 +34,31 @@ class DeclarationBlocks {
         std::string language;      // of its file; empty when unknown
         std::string signature;     // as a fenced block, as the source is
         std::string source;
+        std::string reference;  // what stands for a source that is part of this one
     };
+
+    // What a block consists of.
+    struct Block {
+        std::string_view introduction;
+        std::string_view comment;
+        std::string_view source;  // or what stands for it
+        bool lacks_source = false;
+        bool lacks_comment = false;
+    };
+
+    void read_sources(const PageSources& sources);
 
     // For each declaration the one that is printed whole with the source of it in it, when the first `sources` have
     // theirs; null for the others.
     [[nodiscard]] std::vector<const Declaration*> printed_around(std::size_t sources) const;
 
+    [[nodiscard]] std::vector<Block> blocks(std::size_t steps) const;
+
     const storage::Database& db_;
-    const ScopedNames& names_;
-    std::vector<Declaration> declarations_;                               // in the order of the selection
-    models::OrderedMap<models::Text, std::vector<std::size_t>> by_file_;  // the places of those that have a source
-    std::size_t sources_ = 0;                                             // how many were to be read
+    std::vector<Declaration> declarations_;  // in the order of the selection
+    // The places of those that have a source, file by file: what begins first, and of that what ends last, comes first.
+    std::vector<std::vector<std::size_t>> by_file_;
+    std::size_t sources_ = 0;  // how many were to be read
 };
 
 }  // namespace host

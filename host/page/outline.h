@@ -1,4 +1,4 @@
-// What each file of a page declares, in lines.
+// What each file of a page declares.
 #pragma once
 
 #include "host/index/database.h"
@@ -28,9 +28,5 @@ std::vector<FileOutline> file_outlines(const Page& page, storage::Database& db);
 
 /// The `most` declarations of a file that matter most, in the order of their lines. The outline must outlive them.
 std::vector<const OutlinedDeclaration*> by_lines(const FileOutline& file, std::size_t most);
-
-/// The outline as Markdown under a heading of its own, with a line for each of the `most` declarations that matter most,
-/// and for how many others there are.
-std::string outline_block(const FileOutline& file, std::size_t most);
 
 }  // namespace host

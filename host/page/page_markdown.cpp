@@ -5,7 +5,7 @@
 #include "host/page/declaration_blocks.h"
 #include "host/page/file_cards.h"
 #include "host/page/flowchart.h"
-#include "host/page/outline.h"
+#include "host/page/outline_blocks.h"
 #include "host/page/passage.h"
 #include "host/text/markdown_text.h"
 #include "host/text/split_lines.h"
@@ -29,172 +29,156 @@ std::string heading(std::string_view name) {
     return "## " + std::string(name) + "\n";
 }
 
-// What stands below a heading where there is nothing to list.
-constexpr const char* NOTHING = "\nNone listed.\n";
+// A section without anything to list.
+Passage nothing(std::string_view name) {
+    return {.heading = heading(name) + "\nNone listed.\n"};
+}
+
+std::shared_ptr<const Items> fixed(std::vector<std::string> texts) {
+    return std::make_shared<FixedItems>(std::move(texts));
+}
 
 Passage files(const Page& page) {
-    Passage passage{.heading = heading("Files"),
-                    .sentence = "\n" + std::string(wiki::scope::FILE_CARDS_EXPLANATION) + "\n",
-                    .table_head = std::string(wiki::scope::FILE_CARDS_HEAD),
-                    .item_name = "file",
-                    .rank = Passage::Rank::FILE_BY_FILE};
+    std::vector<std::string> rows;
     for (const wiki::scope::FileCard& card : wiki::scope::file_cards(page.facts, page.fan_in, page.missing)) {
-        passage.items.push_back({file_row(card)});
+        rows.push_back(file_row(card));
     }
-    return passage;
+    return {.heading = heading("Files"),
+            .sentence = "\n" + std::string(wiki::scope::FILE_CARDS_EXPLANATION) + "\n",
+            .table_head = std::string(wiki::scope::FILE_CARDS_HEAD),
+            .items = fixed(std::move(rows)),
+            .item_name = "file",
+            .rank = Passage::Rank::FILE_BY_FILE};
 }
 
 // Who uses the page, and what is known of who does not.
 std::vector<Passage> consumers(const Page& page) {
     const wiki::scope::Consumers found = wiki::scope::consumers(page.facts, page.fan_in);
     const wiki::scope::ConsumersText text = wiki::scope::consumers_text(found);
-    Passage users{
-        .heading = heading("Consumers"), .after = text.more_consumers, .item_name = "consumer", .is_bulleted = true};
-    for (const std::string& line : text.consumers) {
-        users.items.push_back({line});
-    }
+    Passage users{.heading = heading("Consumers"),
+                  .items = fixed(text.consumers),
+                  .after = text.more_consumers,
+                  .item_name = "consumer",
+                  .is_bulleted = true};
     // That the uses are likely alone is never left out.
-    const bool is_certain = users.items.empty() || found.unresolved_languages.empty();
+    const bool is_certain = text.consumers.empty() || found.unresolved_languages.empty();
     (is_certain ? users.sentence : users.table_head) = "\n" + text.explanation;
-    Passage notes{.item_name = "note"};
-    for (const std::string& line : text.notes) {
-        notes.items.push_back({line});
-    }
-    return {users, notes};
+    return {users, {.items = fixed(text.notes), .item_name = "note"}};
 }
 
-Passage declarations(const DeclarationBlocks& blocks) {
-    Passage passage{.heading = heading("Declarations"), .items = blocks.blocks(0), .item_name = "declaration"};
-    if (passage.items.empty()) {
-        passage.heading += NOTHING;
-        return passage;
+Passage declarations(const Page& page, storage::Database& db, bool with_source) {
+    if (page.selection.empty()) {
+        return nothing("Declarations");
     }
-    passage.sentence = "\nThe declarations of this page that matter most, every file represented: what production code "
-                       "outside the page uses and its entry points first.\n";
-    passage.steps = blocks.steps();
-    passage.shortened = [&blocks](std::size_t steps) { return blocks.blocks(steps); };
-    return passage;
+    return {.heading = heading("Declarations"),
+            .sentence =
+                "\nThe declarations of this page that matter most, every file represented: what production code "
+                "outside the page uses and its entry points first.\n",
+            .items = std::make_shared<DeclarationBlocks>(page, db, with_source),
+            .item_name = "declaration"};
 }
 
 Passage in_depth(const Page& page) {
-    Passage passage{.heading = heading("In depth"), .item_name = "name", .is_bulleted = true};
+    if (page.deep.empty()) {
+        return nothing("In depth");
+    }
+    std::vector<std::string> points;
     for (const Text& name : page.deep) {
-        passage.items.push_back({"- " + code_span(name) + "\n"});
+        points.push_back("- " + code_span(name) + "\n");
     }
-    (passage.items.empty() ? passage.heading : passage.sentence) +=
-        passage.items.empty() ? NOTHING
-                              : "\nThe callables and types that deserve a deeper treatment, spread over the files.\n\n";
-    return passage;
+    return {.heading = heading("In depth"),
+            .sentence = "\nThe callables and types that deserve a deeper treatment, spread over the files.\n\n",
+            .items = fixed(std::move(points)),
+            .item_name = "name",
+            .is_bulleted = true};
 }
 
-Passage dependencies(const Page& page) {
-    Passage passage{.heading = heading("Dependencies"), .item_name = "declaration"};
+Passage neighbours(const Page& page) {
     if (page.neighbours.empty()) {
-        passage.heading += NOTHING;
-        return passage;
+        return nothing("Dependencies");
     }
-    passage.sentence =
-        "\nThe declarations of other production files that this page uses most, by the references it makes "
-        "to them.\n";
-    passage.table_head = "\n| Declaration | Kind | File | References |\n"
-                         "|---|---|---|---|\n";
+    std::vector<std::string> rows;
     for (const auto& [target, references] : page.neighbours) {
-        passage.items.push_back({"| " + code_cell(target->name) + " | " + plain_cell(target->kind) + " | " +
-                                 code_cell(citation(target->path, cited_lines(*target))) + " | " +
-                                 std::to_string(references) + " |\n"});
+        rows.push_back("| " + code_cell(target->name) + " | " + plain_cell(target->kind) + " | " +
+                       code_cell(citation(target->path, cited_lines(*target))) + " | " + std::to_string(references) +
+                       " |\n");
     }
-    return passage;
+    return {.heading = heading("Dependencies"),
+            .sentence = "\nThe declarations of other production files that this page uses most, by the references it "
+                        "makes to them.\n",
+            .table_head = "\n| Declaration | Kind | File | References |\n"
+                          "|---|---|---|---|\n",
+            .items = fixed(std::move(rows)),
+            .item_name = "declaration"};
 }
 
-// None where there are no such references.
-std::vector<Passage> name_matches(const Page& page) {
+// What the page leans on and, where there are such references, what only looks so.
+std::vector<Passage> dependencies(const Page& page) {
     const auto matches = name_match_counts(page.facts);
     if (matches.empty()) {
-        return {};
+        return {neighbours(page)};
     }
-    Passage passage{.heading =
-                        "\nReferences that only match the name of an attribute or a constant, and prove no use.\n",
-                    .table_head = "\n| Source | Target | References |\n"
-                                  "|---|---|---|\n",
-                    .item_name = "such pair"};
+    std::vector<std::string> rows;
     for (const auto& [files, references] : matches) {
-        passage.items.push_back({"| " + code_cell(files.source_path) + " | " + code_cell(files.target_path) + " | " +
-                                 std::to_string(references) + " |\n"});
+        rows.push_back("| " + code_cell(files.source_path) + " | " + code_cell(files.target_path) + " | " +
+                       std::to_string(references) + " |\n");
     }
-    return {passage};
+    return {neighbours(page),
+            {.heading = "\nReferences that only match the name of an attribute or a constant, and prove no use.\n",
+             .table_head = "\n| Source | Target | References |\n"
+                           "|---|---|---|\n",
+             .items = fixed(std::move(rows)),
+             .item_name = "such pair"}};
 }
 
 Passage graph(const Page& page) {
-    Passage passage{.heading = heading("Graph"), .item_name = "flowchart"};
     const Flowchart chart = flowchart(page);
     if (chart.source.empty()) {
-        passage.heading += NOTHING;
-        return passage;
+        return nothing("Graph");
     }
     const std::string files = chart.has_every_file ? "its own" : "those of its own that others use most";
-    passage.sentence = "\nThe files that use this page most, " + files +
-                       ", and the declarations that it leans on most; an arrow bears the number of references.\n";
     const std::vector<std::string_view> lines = split_lines(chart.source);
-    passage.items.push_back({"\n" + fenced_block(std::vector<std::string>(lines.begin(), lines.end()), "mermaid")});
-    return passage;
+    return {.heading = heading("Graph"),
+            .sentence = "\nThe files that use this page most, " + files +
+                        ", and the declarations that it leans on most; an arrow bears the number of references.\n",
+            .items = fixed({"\n" + fenced_block(std::vector<std::string>(lines.begin(), lines.end()), "mermaid")}),
+            .item_name = "flowchart"};
 }
 
 Passage seeds(const Page& page) {
-    Passage passage{.heading = heading("Seeds"),
-                    .sentence =
-                        "\nOne citable range for each file: its most important declaration, or the whole file when "
-                        "it has none.\n\n",
-                    .item_name = "file",
-                    .is_bulleted = true,
-                    .rank = Passage::Rank::FILE_BY_FILE};
+    std::vector<std::string> points;
     for (const auto& [path, range] : file_seeds(page.facts, page.fan_in)) {
-        passage.items.push_back({"- " + code_span(citation(path, range)) + "\n"});
+        points.push_back("- " + code_span(citation(path, range)) + "\n");
     }
-    return passage;
+    return {.heading = heading("Seeds"),
+            .sentence = "\nOne citable range for each file: its most important declaration, or the whole file when "
+                        "it has none.\n\n",
+            .items = fixed(std::move(points)),
+            .item_name = "file",
+            .is_bulleted = true,
+            .rank = Passage::Rank::FILE_BY_FILE};
 }
 
-// An item for each file, in which fewer declarations stand with each step.
 Passage outline(const Page& page, storage::Database& db) {
-    Passage passage{.heading = heading("Outline"),
-                    .sentence =
-                        "\nThe declarations of each file, in the order of their lines, with their signatures.\n",
-                    .item_name = "file",
-                    .rank = Passage::Rank::FILE_BY_FILE};
-    const auto files = std::make_shared<const std::vector<FileOutline>>(file_outlines(page, db));
-    for (const FileOutline& file : *files) {
-        passage.steps = std::max(passage.steps, file.declarations.size());
-    }
-    passage.shortened = [files, most = passage.steps, &page, &db](std::size_t steps) {
-        std::vector<PassageItem> items;
-        for (const FileOutline& file : *files) {
-            db.check_interrupt();
-            items.push_back({outline_block(file, most - steps)});
-        }
-        for (const std::string& path : page.missing) {
-            items.push_back({"\n### " + code_span(path) + "\n\nNot in the index.\n"});
-        }
-        return items;
-    };
-    passage.items = passage.shortened(0);
-    return passage;
+    return {.heading = heading("Outline"),
+            .sentence = "\nThe declarations of each file, in the order of their lines, with their signatures.\n",
+            .items = std::make_shared<OutlineBlocks>(page, db),
+            .item_name = "file",
+            .rank = Passage::Rank::FILE_BY_FILE};
 }
 
-std::vector<Passage> passages_of(Section section, const Page& page, const DeclarationBlocks& blocks,
-                                 storage::Database& db) {
+std::vector<Passage> passages_of(Section section, const Page& page, storage::Database& db, bool with_source) {
     switch (section) {
     case Section::FILES:
         return {files(page)};
     case Section::CONSUMERS:
         return consumers(page);
     case Section::DECLARATIONS:
-        return {declarations(blocks)};
+        return {declarations(page, db, with_source)};
     case Section::IN_DEPTH:
         return {in_depth(page)};
-    case Section::DEPENDENCIES: {
-        std::vector<Passage> both = name_matches(page);
-        both.insert(both.begin(), dependencies(page));
-        return both;
-    }
+    case Section::DEPENDENCIES:
+        return dependencies(page);
     case Section::GRAPH:
         return {graph(page)};
     case Section::SEEDS:
@@ -208,14 +192,10 @@ std::vector<Passage> passages_of(Section section, const Page& page, const Declar
 }  // namespace
 
 void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const MarkdownOptions& options) {
-    DeclarationBlocks blocks(page, db);
-    if (options.with_source && options.only.contains(Section::DECLARATIONS)) {
-        blocks.read_sources(page.sources);
-    }
     std::vector<Passage> passages;
     for (const Section section : SECTIONS) {
         if (options.only.contains(section)) {
-            std::vector<Passage> of_section = passages_of(section, page, blocks, db);
+            std::vector<Passage> of_section = passages_of(section, page, db, options.with_source);
             of_section.front().heading.insert(0, passages.empty() ? "" : "\n");
             std::ranges::move(of_section, std::back_inserter(passages));
         }

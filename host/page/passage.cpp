@@ -6,17 +6,31 @@
 
 namespace host {
 
-std::string what_is_left_out(const Passage& passage, std::size_t kept, std::size_t sources, std::size_t comments) {
-    const std::string items = (kept > 0 ? "more " : "") + std::string(passage.item_name);
+std::vector<ItemSize> FixedItems::sizes(std::size_t /*steps*/) const {
+    std::vector<ItemSize> sizes;
+    sizes.reserve(texts_.size());
+    for (const std::string& text : texts_) {
+        sizes.push_back({.bytes = text.size()});
+    }
+    return sizes;
+}
+
+void FixedItems::print(std::string& text, std::size_t count, std::size_t /*steps*/) const {
+    for (std::size_t at = 0; at < count; ++at) {
+        text += texts_[at];
+    }
+}
+
+std::string what_is_left_out(const Passage& passage, const LeftOut& left_out, bool has_items) {
     std::string list;
     const auto add = [&list](std::size_t count, const std::string& thing) {
         if (count > 0) {
             list.append(list.empty() ? "" : ", ").append(counted(static_cast<std::int64_t>(count), thing));
         }
     };
-    add(passage.items.size() - kept, items);
-    add(sources, "source");
-    add(comments, "doc comment");
+    add(left_out.items, (has_items ? "more " : "") + std::string(passage.item_name));
+    add(left_out.sources, "source");
+    add(left_out.comments, "doc comment");
     return list.empty() ? "" : (passage.is_bulleted ? "- _..." : "\n_...") + list + " left out to fit_\n";
 }
 
