@@ -3,6 +3,7 @@
 #include "host/indexing/report_json.h"
 #include "host/text/json_writer.h"
 
+#include <optional>
 #include <ostream>
 
 namespace host {
@@ -12,15 +13,18 @@ void write_json(std::ostream& out, std::span<const ListedFile> files) {
     json.document([&] {
         json.array("files", [&] {
             for (const ListedFile& file : files) {
-                json.element({{"path", file.path},
-                              {"language", file.language.empty() ? Json() : Json(file.language)},
-                              {"declarations", file.declarations},
-                              {"declared_lines", file.declared_lines},
-                              {"is_test", file.is_test}});
+                JsonValue& listed = json.element();
+                listed.object([&] {
+                    listed.member("path").value(file.path);
+                    listed.member("language")
+                        .value(file.language.empty() ? std::nullopt : std::optional(file.language));
+                    listed.member("declarations").value(file.declarations);
+                    listed.member("declared_lines").value(file.declared_lines);
+                    listed.member("is_test").value(file.is_test);
+                });
             }
         });
     });
-    out << '\n';
 }
 
 void write_json(std::ostream& out, const FoundDeclarations& found) {
@@ -28,32 +32,33 @@ void write_json(std::ostream& out, const FoundDeclarations& found) {
     json.document([&] {
         json.array("declarations", [&] {
             for (const FoundDeclaration& declaration : found.best) {
-                json.element({{"match", name_of(declaration.match)},
-                              {"name", declaration.name},
-                              {"fqn", declaration.fqn},
-                              {"kind", declaration.kind},
-                              {"path", declaration.path},
-                              {"start_line", declaration.first_line},
-                              {"end_line", declaration.last_line},
-                              {"uses", declaration.uses}});
+                JsonValue& listed = json.element();
+                listed.object([&] {
+                    listed.member("match").value(name_of(declaration.match));
+                    listed.member("name").value(declaration.name);
+                    listed.member("fqn").value(declaration.fqn);
+                    listed.member("kind").value(declaration.kind);
+                    listed.member("path").value(declaration.path);
+                    listed.member("start_line").value(declaration.first_line);
+                    listed.member("end_line").value(declaration.last_line);
+                    listed.member("uses").value(declaration.uses);
+                });
             }
         });
-        json.member("count", found.count);
+        json.member("count").value(found.count);
     });
-    out << '\n';
 }
 
 void write_json(std::ostream& out, const IndexStats& stats) {
     JsonWriter json(out);
     json.document([&] {
-        json.member("index", stats.index);
-        json.member("bytes", stats.origin.bytes);
-        json.member("made", stats.origin.made);
-        json.member("checksums", stats.origin.has_checksums);
-        json.member("checked", stats.is_checked);
-        json.member("report", Json::parse(written(stats.report)));
+        json.member("index").value(stats.index);
+        json.member("bytes").value(stats.origin.bytes);
+        json.member("made").value(stats.origin.made);
+        json.member("checksums").value(stats.origin.has_checksums);
+        json.member("checked").value(stats.is_checked);
+        json.member("report").raw(written(stats.report));
     });
-    out << '\n';
 }
 
 }  // namespace host

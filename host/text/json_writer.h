@@ -1,25 +1,85 @@
-// JSON written piece by piece: containers as they are walked, what stands in them by nlohmann-json.
+// JSON written piece by piece, so that no document has to fit into memory as a tree.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
 
+#include <concepts>
+#include <cstdint>
+#include <optional>
 #include <ostream>
 #include <string_view>
+#include <type_traits>
 
 namespace host {
 
-using Json = nlohmann::ordered_json;
+/// Writes one JSON value on one line, without blanks. Bytes that are not UTF-8 become U+FFFD.
+class JsonValue {
+  public:
+    JsonValue(const JsonValue&) = delete;
+    JsonValue& operator=(const JsonValue&) = delete;
+    ~JsonValue() = default;
 
-/// Writes JSON to a stream: containers are opened and closed, members and elements written in between. Each element
-/// of an outer container stands on a line of its own. Bytes that are not UTF-8 become U+FFFD.
+    void null() { writer_.Null(); }
+    void value(std::string_view text);
+    void value(double number);
+    template <std::integral Number>
+    void value(Number number) {
+        if constexpr (std::is_same_v<Number, bool>) {
+            writer_.Bool(number);
+        } else if constexpr (std::is_signed_v<Number>) {
+            writer_.Int64(number);
+        } else {
+            writer_.Uint64(number);
+        }
+    }
+    /// None is null.
+    template <class Value>
+    void value(const std::optional<Value>& given) {
+        given ? value(*given) : null();
+    }
+    /// What is JSON already, without blanks.
+    void raw(std::string_view json);
+
+    /// `fill` writes the members.
+    template <class Fill>
+    void object(Fill fill) {
+        writer_.StartObject();
+        fill();
+        writer_.EndObject();
+    }
+    /// `fill` writes the elements.
+    template <class Fill>
+    void array(Fill fill) {
+        writer_.StartArray();
+        fill();
+        writer_.EndArray();
+    }
+    /// Begins a member, whose value is written next. The key is ASCII.
+    JsonValue& member(std::string_view key) {
+        writer_.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
+        return *this;
+    }
+
+  private:
+    friend class JsonWriter;
+    explicit JsonValue(rapidjson::StringBuffer& buffer) : writer_(buffer) {}
+
+    rapidjson::Writer<rapidjson::StringBuffer> writer_;
+};
+
+/// Writes a JSON document to a stream: containers are opened and closed, members and elements written in between. Each
+/// element of these containers stands on a line of its own.
 class JsonWriter {
   public:
-    explicit JsonWriter(std::ostream& out) : out_(out) {}
+    explicit JsonWriter(std::ostream& out) : out_(out), value_(buffer_) {}
 
-    /// `fill` writes the members of the whole document. First of all, and once.
+    /// `fill` writes the members of the whole document, which ends its line. Called once.
     template <class Fill>
     void document(Fill fill) {
         enclose('{', '}', fill);
+        buffer_.Put('\n');
+        flush();
     }
 
     /// `fill` writes the members of the object that is the member `key`.
@@ -36,39 +96,41 @@ class JsonWriter {
         enclose('[', ']', fill);
     }
 
-    void member(std::string_view key, const Json& value) {
+    /// Begins a member or an element, whose value is written next.
+    JsonValue& member(std::string_view key) {
         name(key);
-        out_ << text(value);
+        return next_value();
     }
-
-    void element(const Json& value) {
+    JsonValue& element() {
         next();
-        out_ << text(value);
+        return next_value();
     }
 
   private:
-    static std::string text(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
-
-    void next() {
-        out_ << (is_first_ ? "\n" : ",\n");
-        is_first_ = false;
+    JsonValue& next_value() {
+        value_.writer_.Reset(buffer_);
+        return value_;
     }
 
-    void name(std::string_view key) {
-        next();
-        out_ << text(key) << ": ";
-    }
+    void next();
+    void name(std::string_view key);
+    void flush();
 
     template <class Fill>
     void enclose(char open, char close, Fill fill) {
-        out_ << open;
+        buffer_.Put(open);
         is_first_ = true;
         fill();
-        out_ << (is_first_ ? "" : "\n") << close;
+        if (!is_first_) {
+            buffer_.Put('\n');
+        }
+        buffer_.Put(close);
         is_first_ = false;
     }
 
     std::ostream& out_;
+    rapidjson::StringBuffer buffer_;  // what is not in the stream yet
+    JsonValue value_;
     bool is_first_ = true;
 };
 
