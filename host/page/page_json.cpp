@@ -124,15 +124,27 @@ void write_name_matches(JsonWriter& json, const wiki::scope::ScopeFacts& facts) 
     });
 }
 
+void write_file_cards(JsonWriter& json, const Page& page) {
+    const std::vector<wiki::scope::FileCard> cards = wiki::scope::file_cards(page.facts, page.fan_in, page.missing);
+    write_array(json, "file_cards", cards);
+    json.member("file_cards_text").value(file_table(cards));
+}
+
+void write_consumers(JsonWriter& json, const Page& page) {
+    const wiki::scope::Consumers consumers = wiki::scope::consumers(page.facts, page.fan_in);
+    write(json.member("consumers"), consumers);
+    json.member("consumers_text").value(render_consumers(consumers, "## Consumers"));
+}
+
 void write_section(JsonWriter& json, Section section, const Page& page, storage::Database& db) {
     switch (section) {
     case Section::FILES:
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
-        json.member("file_cards").value(file_table(wiki::scope::file_cards(page.facts, page.fan_in, page.missing)));
+        write_file_cards(json, page);
         break;
     case Section::CONSUMERS:
         write_file_users(json, page.facts);
-        json.member("consumers").value(render_consumers(page.facts, page.fan_in, "## Consumers"));
+        write_consumers(json, page);
         break;
     case Section::DECLARATIONS:  // and what their ids stand for
         json.object("facts", [&] { write_facts(json, page.facts); });

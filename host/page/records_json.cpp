@@ -4,6 +4,71 @@
 
 namespace host {
 
+namespace {
+
+using wiki::scope::Consumer;
+using wiki::scope::FileUser;
+using wiki::scope::UncountedReferences;
+using wiki::scope::UsedDeclaration;
+using wiki::scope::UsedName;
+
+void write(JsonValue& json, const UsedDeclaration& used) {
+    json.object([&] {
+        write(json.member("declaration"), *used.declaration);
+        json.member("references").value(used.references);
+    });
+}
+
+void write(JsonValue& json, const FileUser& user) {
+    json.object([&] {
+        json.member("path").value(user.path);
+        json.member("references").value(user.references);
+    });
+}
+
+void write(JsonValue& json, const UsedName& used) {
+    json.object([&] {
+        json.member("name").value(used.name);
+        json.member("references").value(used.references);
+    });
+}
+
+void write(JsonValue& json, const UncountedReferences& uncounted) {
+    json.object([&] {
+        json.member("resolution").value(uncounted.resolution);
+        json.member("references").value(uncounted.references);
+    });
+}
+
+// A declaration that stands in a list for itself.
+void write(JsonValue& json, const storage::ScopeSymbol* declaration) {
+    write(json, *declaration);
+}
+
+void write(JsonValue& json, const Consumer& consumer);
+
+template <class Element>
+void write(JsonValue& json, const models::Excerpt<Element>& excerpt) {
+    json.object([&] {
+        json.member("shown").array([&] {
+            for (const Element& element : excerpt.shown) {
+                write(json, element);
+            }
+        });
+        json.member("total").value(excerpt.total);
+    });
+}
+
+void write(JsonValue& json, const Consumer& consumer) {
+    json.object([&] {
+        json.member("path").value(consumer.path);
+        json.member("references").value(consumer.references);
+        write(json.member("names"), consumer.names);
+    });
+}
+
+}  // namespace
+
 using storage::InboundReference;
 using storage::OutboundReference;
 using storage::ScopeFile;
@@ -56,6 +121,34 @@ void write(JsonValue& json, const OutboundReference& reference) {
         write(json.member("target"), reference.target);
         json.member("resolution").value(reference.resolution);
         json.member("refs").value(reference.refs);
+    });
+}
+
+void write(JsonValue& json, const wiki::scope::FileCard& card) {
+    json.object([&] {
+        json.member("path").value(card.path);
+        json.member("is_indexed").value(card.is_indexed);
+        json.member("lines").value(card.lines);
+        json.member("declarations").value(card.declarations);
+        json.member("summary").value(card.summary);
+        write(json.member("most_used"), card.most_used);
+        json.member("is_used_inside_only").value(card.is_used_inside_only);
+        write(json.member("users"), card.users);
+        write(json.member("tests"), card.tests);
+    });
+}
+
+void write(JsonValue& json, const wiki::scope::Consumers& consumers) {
+    json.object([&] {
+        write(json.member("files"), consumers.files);
+        json.member("uncounted").array([&] {
+            for (const UncountedReferences& uncounted : consumers.uncounted) {
+                write(json, uncounted);
+            }
+        });
+        json.member("uncounted_files").value(consumers.uncounted_files);
+        write(json.member("unused"), consumers.unused);
+        write(json.member("unresolved_languages"), consumers.unresolved_languages);
     });
 }
 

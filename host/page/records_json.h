@@ -4,6 +4,8 @@
 #include "host/page/outline.h"
 #include "host/page/page.h"
 #include "host/text/json_writer.h"
+#include "workers/wiki/scope/consumers.h"
+#include "workers/wiki/scope/file_cards.h"
 
 #include <cstdint>
 #include <string_view>
@@ -22,6 +24,9 @@ void write(JsonValue& json, const PageOptions& options);
 void write(JsonValue& json, const OutlinedDeclaration& declaration);
 /// The declarations stand in the order of their lines.
 void write(JsonValue& json, const FileOutline& file);
+
+void write(JsonValue& json, const wiki::scope::FileCard& card);
+void write(JsonValue& json, const wiki::scope::Consumers& consumers);
 
 /// As an array: first line and last.
 void write(JsonValue& json, const wiki::scope::LineRange& range);

@@ -85,8 +85,8 @@ TEST_F(PrintedPage, StatesEverySectionOfTheNamedFilesAndFolders) {
 
 TEST_F(PrintedPage, StatesTheSameAsJson) {
     Json expected = Json::parse(expected_page("page.json"));
-    expected["file_cards"] = print("src none.ts --only files");
-    expected["consumers"] = print("src none.ts --only consumers");
+    expected["file_cards_text"] = print("src none.ts --only files");
+    expected["consumers_text"] = print("src none.ts --only consumers");
     expected["graph"] = drawn(print("src none.ts --only graph"));
     EXPECT_EQ(json("src none.ts"), expected);
     Json part;
