@@ -8,10 +8,6 @@ namespace {
 
 using protozero::pbf_reader;
 
-constexpr protozero::pbf_tag_type DOCUMENT_OCCURRENCES = 2;
-constexpr protozero::pbf_tag_type DOCUMENT_SYMBOLS = 3;
-constexpr protozero::pbf_tag_type INFORMATION_DOCUMENTATION = 3;
-
 // A field's number together with its wire type, as `pbf_reader::tag_and_type` gives it.
 
 constexpr std::uint32_t number(protozero::pbf_tag_type field) {
@@ -67,13 +63,13 @@ Range read_single_line_range(pbf_reader fields) {
     Range range;
     while (fields.next()) {
         switch (fields.tag_and_type()) {
-        case number(1):
+        case number(field::SINGLE_LINE_RANGE_LINE):
             range.start_line = range.end_line = fields.get_int32();
             break;
-        case number(2):
+        case number(field::SINGLE_LINE_RANGE_START_COLUMN):
             range.start_column = fields.get_int32();
             break;
-        case number(3):
+        case number(field::SINGLE_LINE_RANGE_END_COLUMN):
             range.end_column = fields.get_int32();
             break;
         default:
@@ -87,16 +83,16 @@ Range read_multi_line_range(pbf_reader fields) {
     Range range;
     while (fields.next()) {
         switch (fields.tag_and_type()) {
-        case number(1):
+        case number(field::MULTI_LINE_RANGE_START_LINE):
             range.start_line = fields.get_int32();
             break;
-        case number(2):
+        case number(field::MULTI_LINE_RANGE_START_COLUMN):
             range.start_column = fields.get_int32();
             break;
-        case number(3):
+        case number(field::MULTI_LINE_RANGE_END_LINE):
             range.end_line = fields.get_int32();
             break;
-        case number(4):
+        case number(field::MULTI_LINE_RANGE_END_COLUMN):
             range.end_column = fields.get_int32();
             break;
         default:
@@ -109,10 +105,10 @@ Range read_multi_line_range(pbf_reader fields) {
 void read_tool_info(pbf_reader fields, Metadata& metadata) {
     while (fields.next()) {
         switch (fields.tag_and_type()) {
-        case bytes_of(1):
+        case bytes_of(field::TOOL_NAME):
             metadata.tool_name = take_text(fields);
             break;
-        case bytes_of(2):
+        case bytes_of(field::TOOL_VERSION):
             metadata.tool_version = take_text(fields);
             break;
         default:
@@ -123,7 +119,7 @@ void read_tool_info(pbf_reader fields, Metadata& metadata) {
 
 std::string_view read_signature(pbf_reader fields) {
     std::string_view text;
-    while (fields.next(5, protozero::pbf_wire_type::length_delimited)) {
+    while (fields.next(field::DOCUMENT_TEXT, protozero::pbf_wire_type::length_delimited)) {
         text = take_text(fields);
     }
     return text;
@@ -135,10 +131,10 @@ Metadata Metadata::read(std::string_view message) {
     Metadata metadata;
     for (pbf_reader fields = fields_of(message); fields.next();) {
         switch (fields.tag_and_type()) {
-        case bytes_of(2):
+        case bytes_of(field::METADATA_TOOL):
             read_tool_info(fields.get_message(), metadata);
             break;
-        case bytes_of(3):
+        case bytes_of(field::METADATA_PROJECT_ROOT):
             metadata.project_root = take_text(fields);
             break;
         default:
@@ -154,34 +150,34 @@ Occurrence Occurrence::read(std::string_view message) {
     RangeNumbers enclosing;
     for (pbf_reader fields = fields_of(message); fields.next();) {
         switch (fields.tag_and_type()) {
-        case number(1):
+        case number(field::OCCURRENCE_RANGE):
             own.add(fields.get_int32());
             break;
-        case bytes_of(1):
+        case bytes_of(field::OCCURRENCE_RANGE):
             own.add_packed(fields);
             break;
-        case bytes_of(2):
+        case bytes_of(field::OCCURRENCE_SYMBOL):
             occurrence.symbol = take_text(fields);
             break;
-        case number(3):
+        case number(field::OCCURRENCE_ROLES):
             occurrence.roles = fields.get_int32();
             break;
-        case number(7):
+        case number(field::OCCURRENCE_ENCLOSING_RANGE):
             enclosing.add(fields.get_int32());
             break;
-        case bytes_of(7):
+        case bytes_of(field::OCCURRENCE_ENCLOSING_RANGE):
             enclosing.add_packed(fields);
             break;
-        case bytes_of(8):
+        case bytes_of(field::OCCURRENCE_SINGLE_LINE_RANGE):
             occurrence.range = read_single_line_range(fields.get_message());
             break;
-        case bytes_of(9):
+        case bytes_of(field::OCCURRENCE_MULTI_LINE_RANGE):
             occurrence.range = read_multi_line_range(fields.get_message());
             break;
-        case bytes_of(10):
+        case bytes_of(field::OCCURRENCE_SINGLE_LINE_ENCLOSING_RANGE):
             occurrence.enclosing_range = read_single_line_range(fields.get_message());
             break;
-        case bytes_of(11):
+        case bytes_of(field::OCCURRENCE_MULTI_LINE_ENCLOSING_RANGE):
             occurrence.enclosing_range = read_multi_line_range(fields.get_message());
             break;
         default:
@@ -202,16 +198,16 @@ SymbolInformation SymbolInformation::read(std::string_view message) {
     information.message = message;
     for (pbf_reader fields = fields_of(message); fields.next();) {
         switch (fields.tag_and_type()) {
-        case bytes_of(1):
+        case bytes_of(field::SYMBOL_NAME):
             information.symbol = take_text(fields);
             break;
-        case number(5):
+        case number(field::SYMBOL_KIND):
             information.kind = static_cast<SymbolKind>(fields.get_enum());
             break;
-        case bytes_of(6):
+        case bytes_of(field::SYMBOL_DISPLAY_NAME):
             information.display_name = take_text(fields);
             break;
-        case bytes_of(7):
+        case bytes_of(field::SYMBOL_SIGNATURE):
             information.signature = read_signature(fields.get_message());
             break;
         default:
@@ -222,17 +218,17 @@ SymbolInformation SymbolInformation::read(std::string_view message) {
 }
 
 Repeated<TextElement> SymbolInformation::documentation() const {
-    return {message, INFORMATION_DOCUMENTATION};
+    return {message, field::SYMBOL_DOCUMENTATION};
 }
 
 Heading Document::heading() const {
     Heading heading;
     for (pbf_reader fields = fields_of(message); fields.next();) {
         switch (fields.tag_and_type()) {
-        case bytes_of(1):
+        case bytes_of(field::DOCUMENT_PATH):
             heading.path = take_text(fields);
             break;
-        case bytes_of(4):
+        case bytes_of(field::DOCUMENT_LANGUAGE):
             heading.language = take_text(fields);
             break;
         default:
@@ -243,11 +239,11 @@ Heading Document::heading() const {
 }
 
 Repeated<Occurrence> Document::occurrences() const {
-    return {message, DOCUMENT_OCCURRENCES};
+    return {message, field::DOCUMENT_OCCURRENCES};
 }
 
 Repeated<SymbolInformation> Document::symbols() const {
-    return {message, DOCUMENT_SYMBOLS};
+    return {message, field::DOCUMENT_SYMBOLS};
 }
 
 }  // namespace host::scip

@@ -6,6 +6,7 @@
 // known ones of an unexpected wire type. Every function throws `protozero::exception` where the bytes do not parse.
 #pragma once
 
+#include "host/scip/fields.h"
 #include "host/scip/kind.h"
 
 #include <protozero/pbf_reader.hpp>
@@ -59,12 +60,11 @@ struct Occurrence {
     std::optional<Range> range;
     std::optional<Range> enclosing_range;  ///< of the whole declaration with its body, if this is a definition
 
-    [[nodiscard]] bool is_definition() const { return (static_cast<std::uint32_t>(roles) & 1U) != 0; }
-    [[nodiscard]] bool is_generated() const { return (static_cast<std::uint32_t>(roles) & 16U) != 0; }
+    [[nodiscard]] bool has(field::Role role) const { return (static_cast<std::uint32_t>(roles) & role) != 0; }
+    [[nodiscard]] bool is_definition() const { return has(field::ROLE_DEFINITION); }
+    [[nodiscard]] bool is_generated() const { return has(field::ROLE_GENERATED); }
     /// Whether it only announces what is defined elsewhere, as a declaration in a header does.
-    [[nodiscard]] bool is_forward_definition() const {
-        return !is_definition() && (static_cast<std::uint32_t>(roles) & 64U) != 0;
-    }
+    [[nodiscard]] bool is_forward_definition() const { return !is_definition() && has(field::ROLE_FORWARD_DEFINITION); }
 
     static Occurrence read(std::string_view message);
 };

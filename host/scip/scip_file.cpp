@@ -10,8 +10,10 @@ namespace host::scip {
 
 namespace {
 
-constexpr std::uint32_t METADATA = protozero::tag_and_type(1, protozero::pbf_wire_type::length_delimited);
-constexpr std::uint32_t DOCUMENT = protozero::tag_and_type(2, protozero::pbf_wire_type::length_delimited);
+constexpr std::uint32_t METADATA =
+    protozero::tag_and_type(field::INDEX_METADATA, protozero::pbf_wire_type::length_delimited);
+constexpr std::uint32_t DOCUMENT =
+    protozero::tag_and_type(field::INDEX_DOCUMENTS, protozero::pbf_wire_type::length_delimited);
 
 std::runtime_error not_scip(const std::string& file) {
     return std::runtime_error(
