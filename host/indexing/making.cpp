@@ -16,7 +16,7 @@ namespace {
 void write_notes(RowWriter& out, const Extraction& extraction, const std::vector<PathRule>& tests,
                  const ImportReport& report) {
     out.note(notes::CHECKOUT, report.checkout);
-    out.note(notes::TEST_RULES, written(tests));
+    out.note(notes::TEST_RULES, to_json(tests));
     out.note(notes::SHARED_SUMMARIES, extraction.shared_summaries);
     out.note(notes::DAMAGED, extraction.damaged);
     out.note(notes::REPORT, written(report));

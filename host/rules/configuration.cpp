@@ -32,12 +32,12 @@ std::vector<std::string> patterns(const toml::table& table, std::string_view key
     }
     const toml::array* const elements = value->as_array();
     if (elements == nullptr) {
-        throw failure(file, value->source(), std::string(key) + " is no list; write it as [\"src/gen/\"]");
+        throw failure(file, value->source(), "`" + std::string(key) + "` must be a list of strings");
     }
     for (const toml::node& element : *elements) {
         const auto* const pattern = element.as_string();
         if (pattern == nullptr) {
-            throw failure(file, element.source(), std::string(key) + " holds something else than texts");
+            throw failure(file, element.source(), "`" + std::string(key) + "` must be a list of strings");
         }
         try {
             Glob(pattern->get());
@@ -49,7 +49,7 @@ std::vector<std::string> patterns(const toml::table& table, std::string_view key
     return list;
 }
 
-// Whether the path stays below the root, and no part of it is a link, which may lead anywhere.
+// Whether the path stays below the root. No part of it may be a symbolic link, which may lead anywhere.
 bool stays_below(const std::filesystem::path& root, const std::filesystem::path& path) {
     std::filesystem::path whole = root;
     return path.is_relative() && std::ranges::none_of(path, [&](const std::filesystem::path& part) {
@@ -66,7 +66,7 @@ std::string index_path(const toml::table& table, const std::filesystem::path& ro
     std::string path = value->value_exact<std::string>().value_or("");
     if (path.empty() || is_server(path) || !stays_below(root, path)) {
         throw failure(file, value->source(),
-                      "index is no file in the folder of this one; name servers and other places with --index or "
+                      "`index` must be a file below this folder; name a server or another place with --index or "
                       "WIKI_SCOPE_INDEX");
     }
     return path;
@@ -76,8 +76,8 @@ void refuse_unknown_keys(const toml::table& table, const std::string& file) {
     for (const auto& [key, value] : table) {
         if (std::ranges::find(KEYS, key.str()) == KEYS.end()) {
             throw failure(file, key.source(),
-                          "no such key: " + std::string(key.str()) +
-                              "; there are exclude, include, test, not-test and index");
+                          "unknown key `" + std::string(key.str()) +
+                              "`; the keys are exclude, include, test, not-test and index");
         }
     }
 }
@@ -92,7 +92,7 @@ Configuration read_configuration(const Checkout& checkout) {
         return {};
     }
     if (!file->text) {
-        throw std::runtime_error(name + ": too large to be meant");
+        throw std::runtime_error(name + ": larger than any configuration (limit 1 MiB)");
     }
     try {
         const toml::table table = toml::parse(*file->text, name);

@@ -1,4 +1,4 @@
-// What a repository says of itself for everybody who indexes it.
+// The configuration that a repository holds for everybody who indexes it.
 #pragma once
 
 #include "host/files/checkout.h"
@@ -9,25 +9,28 @@
 
 namespace host {
 
-/// The name of the file at the root of a checkout, in the language TOML:
+/// The configuration file, at the root of a checkout. It is TOML:
 ///
-///     exclude  = ["gen/", "*.pb.ts"]         # as the options of the import of these names
+///     exclude  = ["gen/", "*.pb.ts"]         # lists of patterns, as `wiki-scope import` takes them
 ///     include  = ["gen/kept.ts"]
 ///     test     = ["*.check.ts"]
 ///     not-test = ["django/test/"]
-///     index    = "build/index.db"            # what commands take for --index
+///     index    = "build/index.db"            # the default of --index
 inline constexpr const char* CONFIGURATION_FILE = ".wiki-scope.toml";
 
 struct Configuration {
-    std::vector<PathRule> tests;       ///< whether a path is a test
-    std::vector<PathRule> exclusions;  ///< whether a path is left out of an index
-    std::string index;                 ///< the path of an index, relative to the root; empty for none
+    std::vector<PathRule> tests;       ///< which files are tests
+    std::vector<PathRule> exclusions;  ///< which files an index leaves out
+    std::string index;                 ///< the path of the index, relative to the root; empty for none
 };
 
-/// Reads the configuration of a checkout, which is empty when there is no such file. Throws `std::runtime_error` with
-/// one line that names the file, the line in it and what is wrong: TOML, a key that nobody knows, a value that is no
-/// list of patterns, or an index that is no file below the root. Whoever writes the file of a repository chooses neither
-/// a server, which a password would be sent to, nor a file elsewhere, which an import would write.
+/// Reads the configuration of a checkout. Returns an empty one when the checkout has no such file.
+///
+/// `index` must name a file below the root. Otherwise whoever writes the configuration could have a password sent to a
+/// server, or a file elsewhere overwritten by an import.
+///
+/// Throws `std::runtime_error` with one line that names the file, the line in it and the fault: invalid TOML, an
+/// unknown key, a value that is not a list of patterns, or an `index` that is not a file below the root.
 Configuration read_configuration(const Checkout& checkout);
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// Which files an index leaves out unless somebody says otherwise.
+// The files that an index leaves out by default.
 #pragma once
 
 #include "host/rules/path_rules.h"
@@ -7,7 +7,7 @@
 
 namespace host {
 
-/// Leaves out what is installed beside the sources, and what is made smaller of them.
+/// Returns the rules that exclude vendored packages and minified files.
 std::vector<PathRule> usual_exclusions();
 
 }  // namespace host

@@ -34,7 +34,7 @@ bool lies_below(string_view path, string_view folder) {
     return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
 }
 
-// Whether code is not the library's own, but serves those who work on it: "benchmarks/a.ts", "setupTests.ts",
+// Whether a file serves those who develop the library instead of its users: "benchmarks/a.ts", "setupTests.ts",
 // "a.stories.tsx", "tests.py".
 bool serves_developers(string_view path) {
     constexpr auto WORDS =
@@ -69,8 +69,8 @@ class MisnamedTests {
     }
 
     void find_exported(std::span<const std::string> exported) {
-        std::set<string_view> whole;       // without their extensions: what is built is exported by another one
-        std::set<string_view> beginnings;  // of patterns, up to their stars
+        std::set<string_view> whole;       // without extensions: packages export built files, whose extensions differ
+        std::set<string_view> beginnings;  // of patterns, up to the star
         for (const string_view each : exported) {
             const std::size_t star = each.find('*');
             star == string_view::npos ? whole.insert(without_extension(each)) : beginnings.insert(each.substr(0, star));
@@ -133,7 +133,7 @@ class MisnamedTests {
     }
 
   private:
-    // Whether production code is what imports, and the folder of tests lies among the sources that it is one of.
+    // Whether the importing file is production code below the test folder's parent, and that parent holds such code.
     [[nodiscard]] bool proves(const FileImport& import) const {
         const string_view source = paths_[import.source];
         const string_view sources = folder_of(folders_[import.target]);
@@ -142,7 +142,7 @@ class MisnamedTests {
     }
 
     void follow_imports() {
-        std::multimap<std::uint32_t, std::uint32_t> targets;  // in the same folder of tests
+        std::multimap<std::uint32_t, std::uint32_t> targets;  // by source; both in the same test folder
         for (const auto& [source, target] : imports_) {
             if (!folders_[source].empty() && folders_[source] == folders_[target]) {
                 targets.emplace(source, target);
@@ -166,7 +166,7 @@ class MisnamedTests {
         }
     }
 
-    // The folders below which tests are left, whatever tells that they are.
+    // The folders that still hold tests, by whatever rule.
     [[nodiscard]] std::set<string_view> folders_with_tests() const {
         std::set<string_view> mixed;
         for (std::size_t place = 0; place < paths_.size(); ++place) {
@@ -181,13 +181,13 @@ class MisnamedTests {
 
     std::span<const string_view> paths_;
     std::span<const FileImport> imports_;
-    // Of each file, by place.
-    std::vector<string_view> folders_;  // that alone make them tests; empty for others
+    // One element for each file of `paths_`.
+    std::vector<string_view> folders_;  // `sole_test_folder`
     std::vector<bool> is_test_;
-    std::vector<bool> is_product_;  // whether it is known to be no test although a folder says so
+    std::vector<bool> is_product_;  // proven to be production code in spite of the folder's name
 
-    std::map<string_view, std::vector<std::uint32_t>> files_;  // by folder that alone makes them tests
-    std::set<string_view> source_folders_;                     // that hold production code
+    std::map<string_view, std::vector<std::uint32_t>> files_;  // by their `sole_test_folder`
+    std::set<string_view> source_folders_;                     // those that hold production code
 };
 
 }  // namespace

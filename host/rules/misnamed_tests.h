@@ -1,5 +1,6 @@
-// Files that a folder's name takes for tests, and that are part of what a library offers: viem's actions/test/, Django's
-// django/test/. Uses tell them apart: nothing imports a test, and the library's own code imports these.
+// Production files that lie in a folder named like one of tests: viem's actions/test/, Django's django/test/.
+//
+// Their uses distinguish them: nothing imports a test, but a library's own code imports these files.
 #pragma once
 
 #include "host/rules/path_rules.h"
@@ -12,24 +13,26 @@
 
 namespace host {
 
-/// That one file uses a declaration of another one; both by place.
+/// A file that uses a declaration of another file.
 struct FileImport {
-    std::uint32_t source = 0;
-    std::uint32_t target = 0;
+    std::uint32_t source = 0;  ///< index of the file that uses it, in the list of paths
+    std::uint32_t target = 0;  ///< index of the file that declares it
 };
 
-/// Rules which say of the files that a folder alone takes for tests (`sole_test_folder`) that they are none: one for the
-/// folder where it holds no tests, else one for each file. A file is no test when
+/// Returns rules that exempt files from being tests: one for a folder that holds no tests, else one for each file.
+///
+/// Only files that are tests by the name of a folder alone (`sole_test_folder`) are examined. Such a file is not a test
+/// when
 ///
 ///   - a package exports it;
-///   - production code imports it from below the folder that holds its folder of tests, and that is one of sources:
-///     production code lies in it itself. What serves those who work on the library does not count, as benchmarks, nor
-///     does Rust, where the code itself says what a test is;
-///   - one that is no test imports it, in the same folder of tests;
-///   - or most files of its folder of tests are none.
+///   - production code imports it. That code must lie below the parent of the test folder, and the parent must itself
+///     hold production code. Code for those who develop the library, such as benchmarks, does not count. Nor does Rust,
+///     which marks tests in the code;
+///   - a file of the same test folder imports it, and that file is not a test;
+///   - or most files of its test folder are not tests.
 ///
-/// `paths` are all files, `imports` all into those that a folder alone takes for tests, and `exported` the paths that
-/// packages export, in which "*" stands for anything. There are at most 100 rules; files beyond these stay tests.
+/// `paths` holds all files, `imports` all imports of the examined files, and `exported` the paths that packages export,
+/// in which "*" matches anything. Returns at most 100 rules; files beyond these stay tests.
 std::vector<PathRule> rules_for_misnamed_tests(std::span<const std::string_view> paths,
                                                std::span<const FileImport> imports,
                                                std::span<const std::string> exported);

@@ -1,4 +1,4 @@
-// Rules for tests that an index notes.
+// The rules for tests that an index stores.
 #pragma once
 
 #include "host/index/database.h"
@@ -8,8 +8,8 @@
 
 namespace host {
 
-/// The given rules for tests, and behind them those that the index notes. Throws `IndexError`, and
-/// `std::runtime_error` with one line when these cannot be read.
+/// Returns the given rules for tests, followed by those that the index stores. Throws `IndexError`, and
+/// `std::runtime_error` with one line when the stored rules cannot be read.
 PathRules with_noted_rules(std::vector<PathRule> rules, storage::Database& db);
 
 }  // namespace host

@@ -21,7 +21,7 @@ std::vector<std::string> package_exports(const Checkout& checkout, std::string_v
         }
     }
     std::vector<std::string> paths;
-    while (!values.empty()) {  // conditions may lie in one another, however deep
+    while (!values.empty()) {  // conditions may be nested to any depth
         const nlohmann::json& value = *values.back();
         values.pop_back();
         if (value.is_string()) {

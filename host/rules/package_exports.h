@@ -1,4 +1,4 @@
-// What packages for npm offer to those who install them.
+// The files that an npm package exports.
 #pragma once
 
 #include "host/files/checkout.h"
@@ -9,8 +9,9 @@
 
 namespace host {
 
-/// The paths that the `package.json` in a folder of a checkout ("" for its root) exports, relative to the root; "*" in
-/// them stands for anything. None where there is no such file, or none that can be read.
+/// Returns the paths that the `package.json` of a folder exports, relative to the root of the checkout. `folder` is
+/// relative to the root, too; "" is the root. A "*" in a path matches anything. Returns none when the file does not
+/// exist or cannot be read.
 std::vector<std::string> package_exports(const Checkout& checkout, std::string_view folder);
 
 }  // namespace host

@@ -10,7 +10,7 @@ namespace host {
 
 namespace {
 
-// Whether the glob matches the path, or a folder above it; one that is not anchored is held against their names.
+// Whether the glob matches the path or a folder above it. A glob that is not anchored is matched against their names.
 bool covers(const Glob& glob, bool is_anchored, std::string_view path) {
     std::size_t name = 0;
     while (true) {
@@ -39,7 +39,7 @@ std::vector<PathRule> rules_of(const std::vector<std::string>& holds, const std:
     return rules;
 }
 
-std::string written(const std::vector<PathRule>& rules) {
+std::string to_json(const std::vector<PathRule>& rules) {
     nlohmann::json list = nlohmann::json::array();
     for (const auto& [pattern, holds] : rules) {
         list.push_back({{"pattern", pattern}, {"holds", holds}});
@@ -47,17 +47,17 @@ std::string written(const std::vector<PathRule>& rules) {
     return rules.empty() ? "" : list.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-std::vector<PathRule> read_rules(std::string_view text) {
+std::vector<PathRule> read_rules(std::string_view json) {
     std::vector<PathRule> rules;
-    if (text.empty()) {
+    if (json.empty()) {
         return rules;
     }
     try {
-        for (const nlohmann::json& rule : nlohmann::json::parse(text)) {
+        for (const nlohmann::json& rule : nlohmann::json::parse(json)) {
             rules.push_back({rule.at("pattern").get<std::string>(), rule.at("holds").get<bool>()});
         }
     } catch (const nlohmann::json::exception&) {
-        throw std::runtime_error("its rules for paths cannot be read");
+        throw std::runtime_error("the path rules in the index cannot be read; import the SCIP file again");
     }
     return rules;
 }

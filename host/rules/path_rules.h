@@ -1,4 +1,4 @@
-// What somebody says of paths by patterns.
+// Rules that decide about paths by patterns, such as which files are tests.
 #pragma once
 
 #include "host/text/glob.h"
@@ -10,30 +10,31 @@
 
 namespace host {
 
-/// Says of the paths that a pattern covers whether something holds. As in the files that tell a version control what to
-/// ignore, a pattern with a slash in it is one for a path from the root, "src/gen" as "/src/gen/"; one without is a
-/// pattern for a name in any folder. A pattern that matches a folder covers everything below it.
+/// Decides for the paths that a pattern covers. Patterns work as in a .gitignore file: a pattern with a slash matches a
+/// path from the root ("src/gen", "/src/gen/"), a pattern without one matches a name in any folder ("*.pb.ts"). A
+/// pattern that matches a folder covers everything below it.
 struct PathRule {
     std::string pattern;
-    bool holds = false;
+    bool holds = false;  ///< the decision: true for "is a test" or "is left out", false for the opposite
 };
 
-/// Rules from patterns for paths of which it holds and of which it does not: the latter come first.
+/// Returns the rules for two lists of patterns. Those that decide false come first, so they win.
 std::vector<PathRule> rules_of(const std::vector<std::string>& holds, const std::vector<std::string>& does_not);
 
-/// Rules as one text, and back; the empty text stands for none. Throws `std::runtime_error` with one line for any other
-/// text.
-std::string written(const std::vector<PathRule>& rules);
-std::vector<PathRule> read_rules(std::string_view text);
+/// Returns the rules as JSON; the empty string for no rules.
+std::string to_json(const std::vector<PathRule>& rules);
 
-/// Rules for paths, of which the first that covers a path decides.
+/// Reads the rules that `to_json` wrote. Throws `std::runtime_error` with one line for any other text.
+std::vector<PathRule> read_rules(std::string_view json);
+
+/// A list of rules. The first one that covers a path decides.
 class PathRules {
   public:
     PathRules() = default;
     /// Throws what `Glob` throws.
     explicit PathRules(const std::vector<PathRule>& rules);
 
-    /// Whether it holds for the path; none where no rule says so.
+    /// Returns the decision for a path; none when no rule covers it.
     [[nodiscard]] std::optional<bool> decide(std::string_view path) const;
 
   private:

@@ -13,12 +13,12 @@ void append(std::vector<PathRule>& rules, const std::vector<PathRule>& more) {
 
 }  // namespace
 
-RepositoryRules with_repository_rules(RepositoryRules asked_for, const std::optional<Checkout>& checkout) {
+RepositoryRules with_repository_rules(RepositoryRules requested, const std::optional<Checkout>& checkout) {
     const Configuration configuration = checkout ? read_configuration(*checkout) : Configuration();
-    append(asked_for.exclusions, configuration.exclusions);
-    append(asked_for.exclusions, usual_exclusions());
-    append(asked_for.tests, configuration.tests);
-    return asked_for;
+    append(requested.exclusions, configuration.exclusions);
+    append(requested.exclusions, usual_exclusions());
+    append(requested.tests, configuration.tests);
+    return requested;
 }
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// The rules for the files of a repository that is imported.
+// The rules for the files of an imported repository.
 #pragma once
 
 #include "host/files/checkout.h"
@@ -10,12 +10,13 @@
 namespace host {
 
 struct RepositoryRules {
-    std::vector<PathRule> exclusions;  ///< what is left out
-    std::vector<PathRule> tests;       ///< what is a test
+    std::vector<PathRule> exclusions;  ///< which files are left out
+    std::vector<PathRule> tests;       ///< which files are tests
 };
 
-/// What is asked for, then what the repository says of itself (configuration.h), then, of exclusions, what is usual
-/// (exclusions.h). `checkout` is where the repository is, if it is at hand. Throws as `read_configuration` does.
-RepositoryRules with_repository_rules(RepositoryRules asked_for, const std::optional<Checkout>& checkout);
+/// Returns the requested rules, followed by those of the repository's configuration (configuration.h) and by the
+/// default exclusions (exclusions.h). `checkout` is the repository, if it is available. Throws what
+/// `read_configuration` throws.
+RepositoryRules with_repository_rules(RepositoryRules requested, const std::optional<Checkout>& checkout);
 
 }  // namespace host

@@ -13,7 +13,7 @@ namespace {
 
 using std::string_view;
 
-// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): what the component calls has no other argument
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): `utils::is_test_path` takes nothing but a path
 thread_local const TestRulesInForce* in_force = nullptr;
 
 constexpr std::array<string_view, 9> TEST_FOLDERS{"test", "tests",   "__tests__",   "spec",           "specs",
@@ -21,7 +21,7 @@ constexpr std::array<string_view, 9> TEST_FOLDERS{"test", "tests",   "__tests__"
 constexpr std::array<string_view, 8> TEST_INFIXES{"_test.", ".test.", ".spec.", "-test.",
                                                   "_spec.", "-spec.", ".cy.",   ".e2e."};
 
-// Languages whose files are named as the class in them.
+// The extensions of languages that name a file after its class.
 constexpr std::array<string_view, 11> CLASS_FILES{".java", ".kt",  ".scala", ".groovy", ".cs", ".fs",
                                                   ".vb",   ".php", ".swift", ".m",      ".mm"};
 constexpr std::array<string_view, 4> TEST_CLASSES{"Test", "Tests", "TestCase", "Spec"};
@@ -45,7 +45,7 @@ bool is_test_file(string_view name) {
            is_test_class(name);
 }
 
-// The outermost folder of a path that is named as one of tests; empty when there is none.
+// The outermost folder of a path that is named like one of tests; empty when there is none.
 string_view test_folder_of(string_view path) {
     std::size_t start = 0;
     for (std::size_t slash = path.find('/'); slash != string_view::npos; slash = path.find('/', start)) {
@@ -61,25 +61,25 @@ bool is_named_as_test(string_view path) {
     return !test_folder_of(path).empty() || is_test_file(path.substr(path.rfind('/') + 1));
 }
 
-// What rules in force say of a path.
+// The decision of the rules in force; none without one.
 std::optional<bool> ruled(string_view path) {
     return in_force == nullptr ? std::nullopt : in_force->decide(path);
 }
 
 }  // namespace
 
-TestRulesInForce::TestRulesInForce(const PathRules& rules, std::function<void()> check)
-    : rules_(rules), check_(std::move(check)), before_(in_force) {
+TestRulesInForce::TestRulesInForce(const PathRules& rules, std::function<void()> check_interrupt)
+    : rules_(rules), check_interrupt_(std::move(check_interrupt)), outer_(in_force) {
     in_force = this;
 }
 
 std::optional<bool> TestRulesInForce::decide(std::string_view path) const {
-    check_();
+    check_interrupt_();
     return rules_.decide(path);
 }
 
 TestRulesInForce::~TestRulesInForce() {
-    in_force = before_;
+    in_force = outer_;
 }
 
 std::string_view sole_test_folder(std::string_view path) {

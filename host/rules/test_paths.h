@@ -1,4 +1,4 @@
-// Which files are tests, told by their paths unless somebody says otherwise.
+// Which files are tests, by rules or else by their paths.
 #pragma once
 
 #include "host/rules/path_rules.h"
@@ -9,29 +9,29 @@
 
 namespace host {
 
-/// While one lives, `utils::is_test_path` asks its rules first on this thread, and then the names of folders and files.
-/// Several live one within the other; the innermost is asked alone.
+/// While an object of this class lives, `utils::is_test_path` on this thread applies its rules first, and then the
+/// names of folders and files. Objects nest; only the innermost one applies.
 class TestRulesInForce {
   public:
-    /// `rules` say whether a path is a test. They must outlive this object. `check` is called for every path that is asked
-    /// for; what it throws comes out of whoever asks.
+    /// `rules` decide whether a path is a test; they must outlive this object. Calls `check_interrupt` for each path
+    /// that is examined; `decide` and `is_test_path` throw what it throws.
     explicit TestRulesInForce(
-        const PathRules& rules, std::function<void()> check = [] {});
+        const PathRules& rules, std::function<void()> check_interrupt = [] {});
     ~TestRulesInForce();
     TestRulesInForce(const TestRulesInForce&) = delete;
     TestRulesInForce& operator=(const TestRulesInForce&) = delete;
 
-    /// Whether the rules say that a path is a test; none when they say nothing of it.
+    /// Returns whether the rules make a path a test; none when no rule covers it.
     [[nodiscard]] std::optional<bool> decide(std::string_view path) const;
 
   private:
     const PathRules& rules_;
-    const std::function<void()> check_;
-    const TestRulesInForce* before_;
+    const std::function<void()> check_interrupt_;
+    const TestRulesInForce* outer_;
 };
 
-/// The folder that alone makes a file a test, by its name: "src/test" of "src/test/a.ts". Empty when there is none, and
-/// when a folder below that one, the name of the file or a rule in force says what it is.
+/// Returns the folder whose name alone makes a file a test: "src/test" for "src/test/a.ts". Empty when no folder does,
+/// when another folder or the file's name does so as well, and when a rule in force covers the file.
 std::string_view sole_test_folder(std::string_view path);
 
 }  // namespace host

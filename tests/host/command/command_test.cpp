@@ -142,7 +142,7 @@ TEST_F(Command, TakesTheNameOfItsIndexFromTheOptionTheEnvironmentOrTheCheckout) 
               "wiki-scope: ../named" + missing + "../named.db (../.wiki-scope.toml names this index)\n");
     EXPECT_EQ(shell("'" WIKI_SCOPE "' import good.scip && " + stats).exit_code, 0);
     folder.write(".wiki-scope.toml", "index = 'postgresql://me:pw@db/wiki'");
-    EXPECT_NE(failure(stats).find("/.wiki-scope.toml:1: index is no file in the folder of this one; "),
+    EXPECT_NE(failure(stats).find("/.wiki-scope.toml:1: `index` must be a file below this folder; "),
               std::string::npos);
     EXPECT_EQ(failure(stats).find("pw"), std::string::npos);
 }
@@ -265,7 +265,7 @@ TEST_F(Command, TakesForTestsWhatItIsToldAndWhatTheIndexNotes) {
     expect_failure("page a.ts --index new.db --test ''", "--test: an empty pattern", 2);
     folder.write("src/.wiki-scope.toml", "tests = []");
     expect_failure("import in.scip --index new.db --checkout src",
-                   folder / "src/.wiki-scope.toml:1: no such key: tests");
+                   folder / "src/.wiki-scope.toml:1: unknown key `tests`");
 }
 
 TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {

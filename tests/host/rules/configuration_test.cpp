@@ -11,17 +11,17 @@
 namespace host {
 namespace {
 
-TEST(Configuration, HoldsRulesForTestsAndForWhatIsLeftOut) {
+TEST(Configuration, ReadsRulesForTestsAndExclusions) {
     const TemporaryFolder folder;
     EXPECT_TRUE(read_configuration(Checkout(folder / "")).tests.empty());
     folder.write(CONFIGURATION_FILE,
                  "exclude = ['gen/'] # made\ninclude = []\ntest = [\n  'x', 'y',\n]\nnot-test = ['z']");
     const Configuration configuration = read_configuration(Checkout(folder / ""));
-    EXPECT_EQ(written(configuration.exclusions), written({{"gen/", true}}));
-    EXPECT_EQ(written(configuration.tests), written({{"z", false}, {"x", true}, {"y", true}}));
+    EXPECT_EQ(to_json(configuration.exclusions), to_json({{"gen/", true}}));
+    EXPECT_EQ(to_json(configuration.tests), to_json({{"z", false}, {"x", true}, {"y", true}}));
 }
 
-TEST(Configuration, NamesNoIndexThatItsWriterShouldNotChoose) {
+TEST(Configuration, RejectsAnIndexThatIsNoFileBelowTheRoot) {
     const TemporaryFolder folder;
     std::filesystem::create_symlink(folder / "elsewhere.db", folder / "link");
     for (const std::string index : {"'postgresql://db/wiki'", "'postgres:u:p@db'", "'/tmp/a.db'", "'../a.db'",
@@ -33,16 +33,16 @@ TEST(Configuration, NamesNoIndexThatItsWriterShouldNotChoose) {
     EXPECT_EQ(read_configuration(Checkout(folder / "")).index, "build/a.db");
 }
 
-TEST(Configuration, SaysInOneLineWhatIsWrongAndWhere) {
+TEST(Configuration, ReportsEachFaultWithItsFileAndLine) {
     const TemporaryFolder folder;
     for (const auto& [text, says] : std::vector<std::pair<std::string, std::string>>{
              {"test = ['a']\ntests = ['b']",
-              ":2: no such key: tests; there are exclude, include, test, not-test and index"},
-             {"test = 'a'", ":1: test is no list"},
-             {"exclude = [\n 'a',\n 7]", ":3: exclude holds something else than texts"},
+              ":2: unknown key `tests`; the keys are exclude, include, test, not-test and index"},
+             {"test = 'a'", ":1: `test` must be a list of strings"},
+             {"exclude = [\n 'a',\n 7]", ":3: `exclude` must be a list of strings"},
              {"test = ['{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}']", ":1: {a,b}{a,b}"},
              {"test = [", ":1: "},
-             {std::string(1'048'577, '#'), ": too large"},
+             {std::string(1'048'577, '#'), ": larger than any configuration (limit 1 MiB)"},
          }) {
         folder.write(CONFIGURATION_FILE, text);
         try {

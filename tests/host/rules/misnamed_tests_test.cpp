@@ -31,27 +31,27 @@ std::string rules(const Paths& paths, const Imports& imports, const Paths& expor
     return patterns;
 }
 
-TEST(MisnamedTests, AreWhatTheSourcesAroundTheirFolderImport) {
+TEST(MisnamedTests, AreFilesThatTheCodeAroundTheirFolderImports) {
     EXPECT_EQ(rules({"a/index.ts", "a/test/x.ts"}, {{"a/index.ts", "a/test/x.ts"}}), "/a/test/");
     EXPECT_EQ(rules({"a/b/testing.py", "a/m.py", "a/tests/x.py"}, {{"a/b/testing.py", "a/tests/x.py"}}), "/a/tests/");
     const Paths imports_of_tests{"a/test/x.ts", "a/index.ts", "a/test/y.ts", "a/b.test.ts"};
     EXPECT_EQ(rules(imports_of_tests, {{"a/b.test.ts", "a/test/x.ts"}, {"a/test/y.ts", "a/test/x.ts"}}), "");
 }
 
-TEST(MisnamedTests, AreWithThemWhatTheyImportAndTheRestWhereMostOfAFolderIsSo) {
+TEST(MisnamedTests, IncludeWhatTheyImportAndTheRestOfAFolderThatIsMostlyThem) {
     const Paths paths{"a/m.py", "a/test/f.py", "a/test/g.py", "a/test/h.py", "a/test/i.py", "a/test/j.py"};
     const Imports chain{{"a/m.py", "a/test/f.py"}, {"a/test/f.py", "a/test/g.py"}};
     EXPECT_EQ(rules(paths, chain), "/a/test/f.py /a/test/g.py");
     EXPECT_EQ(rules(paths, {chain[0], chain[1], {"a/test/g.py", "a/test/h.py"}}), "/a/test/");
 }
 
-TEST(MisnamedTests, AreNamedOneByOneWhereTestsLieAmongThem) {
+TEST(MisnamedTests, GetARuleEachWhereTheirFolderAlsoHoldsTests) {
     for (const char* const test : {"a/test/x.test.ts", "a/test/__tests__/x.ts"}) {
         EXPECT_EQ(rules({"a/index.ts", "a/test/[x].ts", test}, {{"a/index.ts", "a/test/[x].ts"}}), "/a/test/\\[x].ts");
     }
 }
 
-TEST(MisnamedTests, AreNotWhatOthersThanTheSourcesAroundThemImport) {
+TEST(MisnamedTests, ExcludeFilesThatOnlyOtherCodeImports) {
     for (const auto& [source, target] : Imports{{"a/m.ts", "test/x.ts"},
                                                 {"b/m.ts", "a/test/x.ts"},
                                                 {"a/b/m.ts", "a/test/x.ts"},
@@ -63,19 +63,19 @@ TEST(MisnamedTests, AreNotWhatOthersThanTheSourcesAroundThemImport) {
     }
 }
 
-TEST(MisnamedTests, AreWhatAPackageExports) {
+TEST(MisnamedTests, IncludeWhatAPackageExports) {
     const Paths paths{"test/a.ts", "test/b/c.ts", "test/d.ts", "test/e.ts", "test/f.ts"};
     EXPECT_EQ(rules(paths, {}, {"test/a.js", "test/b/*", "src/d.js"}), "/test/a.ts /test/b/c.ts");
     EXPECT_EQ(rules(paths, {}, {"*", "test*", "package.json"}), "");
 }
 
-TEST(MisnamedTests, AreNotWhatARuleSaysAlready) {
+TEST(MisnamedTests, ExcludeFilesThatARuleCovers) {
     const PathRules said({{"a/test/", true}});
     const TestRulesInForce in_force(said);
     EXPECT_EQ(rules({"a/index.ts", "a/test/x.ts"}, {{"a/index.ts", "a/test/x.ts"}}), "");
 }
 
-TEST(MisnamedTests, HaveAtMostAHundredRulesThatPatternsCanHold) {
+TEST(MisnamedTests, GetAtMostAHundredRulesOfValidPatterns) {
     Paths paths{"m/index.ts"};
     Imports imports;
     for (int file = 100; file < 300; ++file) {

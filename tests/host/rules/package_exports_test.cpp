@@ -11,7 +11,7 @@ namespace {
 
 using Paths = std::vector<std::string>;
 
-TEST(PackageExports, AreThePathsThatAManifestNamesWhateverTheirConditions) {
+TEST(PackageExports, AreAllPathsOfAManifestUnderAnyCondition) {
     const TemporaryFolder folder;
     folder.write("package.json", R"({"name": "a", "main": "./index.js", "files": ["no"]})");
     folder.write("p/b/package.json", R"({"exports": {"./test": {"import": ["./src/test/*.js", null]}}, "types": "t"})");
@@ -23,7 +23,7 @@ TEST(PackageExports, AreThePathsThatAManifestNamesWhateverTheirConditions) {
     EXPECT_TRUE(package_exports(checkout, "p").empty());
 }
 
-TEST(PackageExports, AreNoneOfAManifestThatCannotBeRead) {
+TEST(PackageExports, AreEmptyWhenTheManifestCannotBeRead) {
     const TemporaryFolder folder;
     const Checkout checkout(folder / "");
     const std::string deep(200'000, '[');

@@ -8,7 +8,7 @@
 namespace host {
 namespace {
 
-TEST(PathRules, CoverAPathFromTheRootOrANameInAnyFolderAndWhatIsBelow) {
+TEST(PathRules, MatchAPathFromTheRootOrANameAnywhereAndAllBelow) {
     const std::vector<std::pair<std::string, std::vector<std::string>>> cases{
         {"*.min.js", {"a.min.js", "src/b.min.js"}},
         {"gen", {"gen", "gen/a.ts", "src/gen/b/c.ts"}},
@@ -28,18 +28,18 @@ TEST(PathRules, CoverAPathFromTheRootOrANameInAnyFolderAndWhatIsBelow) {
     }
 }
 
-TEST(PathRules, TheFirstThatCoversAPathDecidesAndWhatDoesNotHoldComesFirst) {
+TEST(PathRules, TheFirstMatchDecidesAndNegativeRulesComeFirst) {
     const PathRules rules(rules_of({"src"}, {"src/a.ts"}));
     EXPECT_EQ(rules.decide("src/a.ts"), false);
     EXPECT_EQ(rules.decide("src/b.ts"), true);
 }
 
-TEST(PathRules, AreReadAsTheyAreWritten) {
-    const std::vector<PathRule> rules = read_rules(written({{"a \"b\"\n", true}, {"\xC3\xA9", false}}));
+TEST(PathRules, SurviveTheRoundTripThroughJson) {
+    const std::vector<PathRule> rules = read_rules(to_json({{"a \"b\"\n", true}, {"\xC3\xA9", false}}));
     ASSERT_EQ(rules.size(), 2U);
     EXPECT_EQ(rules.front().pattern, "a \"b\"\n");
     EXPECT_FALSE(rules.back().holds);
-    EXPECT_TRUE(read_rules(written({})).empty());
+    EXPECT_TRUE(read_rules(to_json({})).empty());
     for (const char* const damaged : {"[", "[1]", "{}{}", R"([{"pattern": "a"}])"}) {
         EXPECT_THROW(read_rules(damaged), std::runtime_error) << damaged;
     }

@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-TEST(TestPaths, ATestIsToldByItsFolderOrItsName) {
+TEST(TestPaths, AFolderOrAFileNameMakesATest) {
     for (const char* path : {"test/a.c",        "src/tests/a.c",  "a/__tests__/b.js",   "spec/x.rb",
                              "a/specs/b/c.rb",  "e2e/a.ts",       "App.Tests/A.cs",     "src/androidTest/A.kt",
                              "conftest.py",     "src/test_a.py",  "a/b_test.go",        "a.test.ts",
@@ -25,7 +25,7 @@ TEST(TestPaths, ATestIsToldByItsFolderOrItsName) {
     }
 }
 
-TEST(TestPaths, WhatRulesSayComesBeforeNamesWhileTheyAreInForce) {
+TEST(TestPaths, RulesInForceComeBeforeNames) {
     const PathRules outer({{"django/test/", false}, {"check", true}});
     const PathRules inner;
     const TestRulesInForce in_force(outer);
@@ -39,7 +39,7 @@ TEST(TestPaths, WhatRulesSayComesBeforeNamesWhileTheyAreInForce) {
     EXPECT_FALSE(utils::is_test_path("django/test/client.py"));
 }
 
-TEST(TestPaths, WhoIsAskedManyTimesCanEndTheAsking) {
+TEST(TestPaths, TheInterruptCheckMayThrow) {
     const PathRules rules;
     const TestRulesInForce in_force(rules, [] { throw std::runtime_error("no longer wanted"); });
     EXPECT_THROW(utils::is_test_path("a.py"), std::runtime_error);

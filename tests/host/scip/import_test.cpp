@@ -119,7 +119,7 @@ TEST_F(ScipImport, WhatTheLibraryItselfImportsIsNoTestWhateverItsFolderUnlessARu
     const std::string noted = "SELECT value AS row FROM meta WHERE key = 'test_rules'";
     EXPECT_EQ(import(documents).misnamed_tests.first, std::vector<std::string>{"src/test/"});
     EXPECT_EQ(rows(uses), "g 1; f 1");
-    EXPECT_EQ(rows(noted), written(std::vector<PathRule>{{"/src/test/", false}}));
+    EXPECT_EQ(rows(noted), to_json(std::vector<PathRule>{{"/src/test/", false}}));
     const ImportRequest request{
         .scip_paths = {folder.write("in.scip", scip_file(documents))}, .checkout = {}, .tests = {{"src/test/", true}}};
     EXPECT_EQ(import_as(request).misnamed_tests.count, 0);
