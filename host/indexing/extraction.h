@@ -1,7 +1,7 @@
 // What a front end extracts from a repository: its files, what they declare, and what their tokens name.
 //
-// A front end reads whatever it understands, and fills an `Extraction`. The rest of this room makes an index of that:
-// references lead to declarations (references.h), rows get their ids and are written (index_writer.h).
+// A front end reads the format that it understands, and fills an `Extraction`. The rest of this room makes an index
+// from it: references are resolved to declarations (references.h), rows get their ids and are written (index_writer.h).
 #pragma once
 
 #include "host/files/text_spool.h"
@@ -20,29 +20,30 @@ namespace host::indexing {
 
 /// A declaration of a file.
 struct Declaration {
-    SymbolNumber symbol = 0;  ///< of several that are one declaration, the one whose kind and lines these are
+    SymbolNumber symbol = 0;  ///< of merged symbols, the one that gave kind and lines
     std::string_view kind;    ///< class, struct, interface, enum, type, function, method, ...; of static storage
     LineSpan lines;
     bool is_public = false;
     SpooledText signature;
-    std::vector<SpooledText> further_signatures;  ///< of the others that are one with it, as they were defined
-    SpooledText documentation;                    ///< its own, else that of the first of the others that has one
+    std::vector<SpooledText> further_signatures;  ///< of the symbols merged into it, in order of definition
+    SpooledText documentation;                    ///< its own, else that of the first merged symbol that has one
 };
 
 /// A symbol that a file declares.
 struct DeclaredSymbol {
     SymbolNumber symbol = 0;
-    /// The place of the declaration to which references lead; of a constructor that of its type, if the file has it.
+    /// Index of the declaration that references resolve to. For a constructor, that of its type, if the file declares
+    /// it.
     std::uint32_t declaration = 0;
-    std::int32_t line_count = 0;  ///< of its own declaration here
-    bool is_described = false;    ///< whether the front end knows more of it here than its name
+    std::int32_t line_count = 0;  ///< of its own declaration in this file
+    bool is_described = false;    ///< whether the front end knows more than its name
 };
 
 /// What a file declares.
 struct FileDeclarations {
     std::vector<Declaration> declarations;  ///< by first line, then in the order of first definition
-    std::vector<DeclaredSymbol> symbols;    ///< every symbol that leads to a declaration, once
-    std::vector<SymbolNumber> modules;      ///< the symbols that stand for the file itself; the first names it
+    std::vector<DeclaredSymbol> symbols;    ///< every symbol with a declaration, once
+    std::vector<SymbolNumber> modules;      ///< the symbols of the file as a module; the first names it
     std::int32_t line_count = 1;            ///< of the file
 };
 
@@ -50,10 +51,11 @@ struct ExtractedFile {
     std::string path;
     std::string language;  ///< in lower case; empty when unknown
     FileDeclarations declared;
-    std::int64_t content_hash = 0;                            ///< of the source that was read; 0 when there was none
-    bool has_moved = false;                                   ///< whether that source is not the one which was indexed
-    std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing, by what they name
-    std::size_t steps = 0;                                    ///< how much of the progress of an import its writing is
+    std::int64_t content_hash = 0;  ///< of the source; 0 when none was read
+    bool has_moved = false;         ///< whether the source has changed since it was indexed
+    /// The number of tokens that define nothing, by what they name.
+    std::unordered_map<TokenNames, std::int64_t> references;
+    std::size_t steps = 0;  ///< progress of the import for writing this file
 };
 
 struct Extraction {
@@ -61,8 +63,8 @@ struct Extraction {
     TokenTable tokens;
     std::unique_ptr<const Symbols> symbols;
 
-    std::string damaged;           ///< the files with declarations in parts that do not parse, each ended by "\n"
-    std::string shared_summaries;  ///< as `host::shared_summaries` gives them
+    std::string damaged;           ///< paths of files with declarations in parts that do not parse, each ended by "\n"
+    std::string shared_summaries;  ///< as `host::shared_summaries` returns them
 };
 
 }  // namespace host::indexing

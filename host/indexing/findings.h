@@ -1,4 +1,4 @@
-// What the references of an index say of how well it was made.
+// Findings about an index that its references reveal: symbols of no file, missing modules, tests that reach nothing.
 #pragma once
 
 #include "host/indexing/extraction.h"
@@ -12,15 +12,16 @@
 
 namespace host::indexing {
 
-/// Gathers what `ImportReport` holds about references, file by file in path order.
+/// Collects the part of an `ImportReport` that is about references, file by file in path order.
 class Findings {
   public:
     /// `extraction` must outlive this object.
     explicit Findings(const Extraction& extraction) : extraction_(extraction) {}
 
-    /// Adds the references of the file at a place.
+    /// Adds the references of the file at this index of `extraction.files`.
     void add(std::uint32_t file, const FileReferences& references);
 
+    /// Writes what was found into `report`.
     void report(ImportReport& report) const;
 
   private:

@@ -31,7 +31,7 @@ std::string name_of_module(std::string_view path) {
     return std::string(stem.empty() ? file : stem);
 }
 
-// How many lines some declarations, which stand by first line, take up together.
+// The number of lines that declarations, ordered by first line, cover together.
 std::int64_t declared_lines(const std::vector<Declaration>& declarations) {
     std::int64_t lines = 0;
     std::int64_t last = 0;
@@ -43,7 +43,7 @@ std::int64_t declared_lines(const std::vector<Declaration>& declarations) {
     return lines;
 }
 
-// What the index says of the source of a file: none where it was not read, 0 where it is not the one indexed.
+// The content hash as the index stores it: none when no source was read, 0 when it has changed since it was indexed.
 std::optional<std::int64_t> content_hash_of(const ExtractedFile& file) {
     if (file.content_hash == 0) {
         return std::nullopt;
@@ -62,7 +62,7 @@ class IndexWriter {
         number_declarations();
         insert_files();
         insert_resolutions();
-        insert_edges();  // which counts the uses of declarations
+        insert_edges();  // counts the uses of declarations
         insert_declarations();
     }
 
@@ -89,7 +89,7 @@ class IndexWriter {
         }
     }
 
-    // Finds the files that are declarations themselves, and with it the ids of all declarations.
+    // Finds the files that get a declaration as modules, and assigns the ids of all declarations.
     void number_declarations() {
         is_module_.resize(files_.size());
         for (std::uint32_t file = 0; file < files_.size(); ++file) {
@@ -167,7 +167,7 @@ class IndexWriter {
         ++report_.declarations_by_kind[std::string(row.kind)];
     }
 
-    // The heads of all that are one declaration, each once and below the one before.
+    // The signatures of a declaration and of those merged into it, one a line, each once.
     [[nodiscard]] std::string signatures_of(const Declaration& declaration) const {
         std::vector<std::string> signatures{spool_.read(declaration.signature)};
         for (const SpooledText& further : declaration.further_signatures) {
@@ -243,7 +243,7 @@ class IndexWriter {
     ImportReport& report_;
     const References& references_;
     std::vector<bool> is_module_;     // by file
-    std::vector<RowId> first_ids_;    // by file, and behind the last one the id that comes next
+    std::vector<RowId> first_ids_;    // by file; one more element holds the id after the last
     std::vector<std::int64_t> uses_;  // by the id of a declaration
     std::array<EdgeCount, RESOLUTIONS.size() + 1> edges_by_resolution_{};  // by the id of a resolution
     std::array<bool, RESOLUTIONS.size() + 1> is_evidence_{};               // likewise

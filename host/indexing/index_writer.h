@@ -12,16 +12,17 @@
 
 namespace host::indexing {
 
-/// Called after each file, with what its `ExtractedFile::steps` adds to the progress. What it throws ends the writing.
+/// Called after each file with the steps that it adds to the progress (`ExtractedFile::steps`). May throw, which ends
+/// `write_rows`.
 using AfterFile = std::function<void(std::size_t steps)>;
 
-/// Writes every row of an extraction, and puts into `report` how many there are and what the references say of the
-/// index as a whole (references to nowhere, missing modules, lost tests). `references` are those of `extraction`, whose
-/// texts are in `spool`. A file that others name as a module, without naming a declaration of it, is a declaration of
-/// kind "module" itself. Throws `IndexError`, and what the spool and `after_file` throw.
+/// Writes every row of an extraction. Adds to `report` the numbers of rows and the findings about references
+/// (findings.h). `references` are those of `extraction`; the texts of `extraction` are in `spool`.
 ///
-/// Ids start at 1: files in the order of the extraction, declarations by file, its module first; edges stand by source
-/// file, target and resolution.
+/// A file gets a declaration of kind "module" when another file names it as a module and none of its declarations.
+///
+/// Ids start at 1. Files have the order of the extraction; declarations follow their files, the module first. Edges are
+/// ordered by source file, target and resolution. Throws `IndexError`, and what `spool` and `after_file` throw.
 void write_rows(RowWriter& out, const Extraction& extraction, const References& references, TextSpool& spool,
                 const AfterFile& after_file, ImportReport& report);
 

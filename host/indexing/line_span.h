@@ -1,4 +1,4 @@
-// The lines of a source file that something takes up.
+// A range of lines in a source file.
 #pragma once
 
 #include <cstdint>

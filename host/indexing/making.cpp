@@ -19,7 +19,7 @@ void write_notes(RowWriter& out, const Extraction& extraction, const std::vector
     out.note(notes::TEST_RULES, to_json(tests));
     out.note(notes::SHARED_SUMMARIES, extraction.shared_summaries);
     out.note(notes::DAMAGED, extraction.damaged);
-    out.note(notes::REPORT, written(report));
+    out.note(notes::REPORT, to_json(report));
 }
 
 void write_index(NewIndex& index, const Extraction& extraction, const References& references,

@@ -1,4 +1,4 @@
-// Makes an index of what a front end has extracted from a repository.
+// Makes an index from what a front end extracts from a repository.
 #pragma once
 
 #include "host/files/checkout.h"
@@ -14,12 +14,13 @@
 
 namespace host::indexing {
 
-/// Writes `extraction`, whose texts are in `spool`, into the new index, with what the index notes of itself, and puts it
-/// into its place. `tests` tell which files are tests; the uses of files add to them (rules_of_uses.h), and the index
-/// notes all. `checkout` is where the sources are, if they are. Adds to `report` what was made and found out, and
-/// advances `progress` by the steps of each file.
+/// Writes `extraction` and its notes into the new index, and commits that. The texts of `extraction` are in `spool`.
 ///
-/// Throws `std::runtime_error` with one line that says what has become of the old index, and what `progress` throws.
+/// `tests` decide which files are tests. Rules that follow from the uses of files (rules_of_uses.h) are added to them,
+/// and the index stores all. `checkout` holds the sources, if they are available. Adds to `report` what was written and
+/// found, and advances `progress` by the steps of each file.
+///
+/// Throws `std::runtime_error` with one line that says what became of the old index, and what `progress` throws.
 void make_index(const Extraction& extraction, std::vector<PathRule> tests, const std::optional<Checkout>& checkout,
                 TextSpool& spool, NewIndex& index, Progress& progress, ImportReport& report);
 

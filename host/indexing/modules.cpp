@@ -9,14 +9,14 @@ namespace {
 
 using sources::Link;
 
-constexpr std::size_t MOST_STEPS = 100;  // from module to module; nobody's names come that far
+constexpr std::size_t MOST_STEPS = 100;  // from module to module; more than any real chain of re-exports
 
 bool is_package(std::string_view path) {
     const std::string_view file = path.substr(path.rfind('/') + 1);
     return file.starts_with("__init__.");
 }
 
-// "a.b.c" -> "a.b"; empty for a module at the top
+// "a.b.c" -> "a.b"; empty for a top-level module
 std::string_view package_of(std::string_view module) {
     const std::size_t dot = module.rfind('.');
     return module.substr(0, dot == std::string_view::npos ? 0 : dot);
@@ -51,7 +51,7 @@ Meaning Modules::imported(std::string_view path, const std::string& name) {
         return {};
     }
     Meaning meaning = meant(path, name);
-    return meaning.empty() ? followed(path, *link) : meaning;  // it passes on what it has no name for itself
+    return meaning.empty() ? followed(path, *link) : meaning;  // it re-exports a name that it does not import itself
 }
 
 Meaning Modules::followed(std::string_view path, const Link& link) {
@@ -90,14 +90,14 @@ std::span<const Link> Modules::links_of(std::string_view path) const {
     return outline != nullptr ? std::span<const Link>(outline->links) : std::span<const Link>();
 }
 
-// Null for a file without one.
+// Returns null for a file without an outline.
 const sources::Outline* Modules::outline_of(std::string_view path) const {
     const auto source = sources_.find(std::string(path));
     const bool is_understood = source != sources_.end() && source->second.outline;
     return is_understood ? &*source->second.outline : nullptr;
 }
 
-// Whether others may have what a file declares by this name: all of it in Python, else what is marked as exported.
+// Whether other files can import the declaration of this name: any in Python, else those marked as exported.
 bool Modules::exports(std::string_view path, const std::string& name) const {
     const sources::Outline* const outline = outline_of(path);
     return is_python(path) ||
@@ -106,7 +106,7 @@ bool Modules::exports(std::string_view path, const std::string& name) const {
             }));
 }
 
-// Whether who has all names of a file from it has this one.
+// Whether a star import of the file includes this name.
 bool Modules::passes_on_through_star(std::string_view path, const std::string& name) const {
     const sources::Outline* const outline = outline_of(path);
     const bool is_listed = outline != nullptr && outline->public_names.list(name);
@@ -128,7 +128,7 @@ std::optional<std::string_view> Modules::file_of(std::string_view path, const st
     return known->second;
 }
 
-// One dot in front of a module's name stands for the package of the file, each further one for the package above.
+// One leading dot means the file's package; each further dot means the package above.
 std::optional<std::string_view> Modules::file_of_python_module(std::string_view path, std::string_view module) const {
     const auto own = modules_.find(path);
     if (own == modules_.end()) {
@@ -148,7 +148,7 @@ std::optional<std::string_view> Modules::file_of_python_module(std::string_view 
     return found == python_modules_.end() ? std::nullopt : std::optional(found->second);
 }
 
-// What a file declares under a name at its top.
+// What a file declares under a name at its top level.
 const Meaning& Modules::declared(std::string_view path, const std::string& name) {
     const auto [file, is_new] = declared_.try_emplace(path);
     const auto module = modules_.find(path);
@@ -167,7 +167,7 @@ const Meaning& Modules::declared(std::string_view path, const std::string& name)
 }
 
 Meaning Modules::follow(std::string_view path, const std::string& name, View view, std::size_t steps) {
-    const auto [known, is_new] = known_.try_emplace({path, name, view});  // nothing, for who comes here in a circle
+    const auto [known, is_new] = known_.try_emplace({path, name, view});  // empty, which ends a cycle of imports
     if (is_new && steps <= MOST_STEPS) {
         known->second = follow_all(path, name, view, steps);
     }
@@ -225,7 +225,7 @@ Meaning Modules::follow(std::string_view path, const Link& link, std::size_t ste
     if (link.original.empty()) {
         return module ? Meaning{modules_.at(*module)->symbol} : Meaning();
     }
-    if (!module && is_python(path)) {  // a folder without an `__init__.py`
+    if (!module && is_python(path)) {  // a namespace package: a folder without an `__init__.py`
         const auto inner = file_of(path, link.module + (link.module.ends_with('.') ? "" : ".") + link.original);
         return inner ? Meaning{modules_.at(*inner)->symbol} : Meaning();
     }

@@ -1,4 +1,4 @@
-// What the modules of a repository pass on to one another, followed through their sources.
+// Resolves names across modules: follows imports and re-exports through the sources of a repository.
 #pragma once
 
 #include "host/indexing/symbols.h"
@@ -19,61 +19,62 @@
 
 namespace host::indexing {
 
-/// Whether the file at `path` is a source of Python.
+/// Returns whether the file at `path` is a Python source.
 bool is_python(std::string_view path);
 
 /// A file that others can import.
 struct Module {
     std::string_view path;
-    SymbolNumber symbol = 0;  ///< stands for the file
-    /// What may import it by its name: the release of a package; only asked of Python.
+    SymbolNumber symbol = 0;  ///< the symbol of the file as a module
+    /// The package release whose modules can import it by its name. For Python only.
     std::string_view release;
-    std::string name;  ///< as Python has it: "a.b"; empty for other languages
+    std::string name;  ///< the name in Python: "a.b"; empty for other languages
 };
 
-/// The symbols that a module declares at its top, by their names, in the order of their definition.
+/// Returns the symbols that a module declares at its top level, with their names, in order of definition.
 using NamesAtTop = std::function<std::vector<std::pair<std::string, SymbolNumber>>(const Module& module)>;
 
-/// What a name stands for: all symbols of one declaration, or that of a module; ascending, empty when nobody knows.
+/// What a name means: all symbols of one declaration, or the symbol of a module. Ascending; empty when unknown.
 using Meaning = std::vector<SymbolNumber>;
 
-/// Knows what the names of modules stand for: those that they declare, those that they have from others, and what these
-/// pass on. A name that a file may have from several places stands for nothing.
+/// Resolves the names of modules: those that a module declares, imports and re-exports. A name that a file may have
+/// from several places is unknown. Each answer is computed once and kept.
 class Modules {
   public:
-    /// Of several modules with one path, the first is the file's. What `modules` and `names_at_top` refer to, and
-    /// `sources`, must outlive this object.
+    /// Of several modules with one path, the first counts. `sources`, and what `modules` and `names_at_top` refer to,
+    /// must outlive this object.
     Modules(std::vector<Module> modules, NamesAtTop names_at_top, const sources::Sources& sources);
 
-    /// What a name stands for that the module exports.
+    /// Returns what a name means that the module exports.
     Meaning exported(SymbolNumber module, const std::string& name);
 
-    /// What a name stands for that the file at `path` has from another module, or passes on from one.
+    /// Returns what a name means that the file at `path` imports or re-exports.
     Meaning imported(std::string_view path, const std::string& name);
 
-    /// What a name stands for in the file at `path`: what it declares at its top, or has from another module.
+    /// Returns what a name means inside the file at `path`: what it declares at its top level, or imports.
     Meaning meant(std::string_view path, const std::string& name) { return follow(path, name, View::INSIDE, 0); }
 
-    /// What a link of the file at `path` leads to.
+    /// Returns what a link of the file at `path` leads to.
     Meaning followed(std::string_view path, const sources::Link& link);
 
-    /// The file of the module that the file at `path` calls `module`; none when it is not in the index.
+    /// Returns the file of the module that the file at `path` imports as `module`; none when it is not in the index.
     std::optional<std::string_view> file_of(std::string_view path, const std::string& module);
 
-    /// The symbol of the module that a file is; none for a file that is none.
+    /// Returns the symbol of a file as a module; none for a file that is not a module.
     [[nodiscard]] std::optional<SymbolNumber> module_at(std::string_view path) const;
 
-    /// Whether the symbol is that of a module of the index.
+    /// Returns whether the symbol is that of a module of the index.
     [[nodiscard]] bool is_module(SymbolNumber symbol) const { return files_.contains(symbol); }
 
-    /// The files that the file at `path` has names from, and those from which these pass them on.
+    /// Returns the files that the file at `path` imports from, and those from which these re-export. Valid as long as
+    /// this object.
     const std::set<std::string_view>& reached_from(std::string_view path);
 
-    /// The links of a file; none for a file without an outline.
+    /// Returns the links of a file; none for a file without an outline.
     [[nodiscard]] std::span<const sources::Link> links_of(std::string_view path) const;
 
   private:
-    enum class View { INSIDE, OUTSIDE };  // which names are meant: all of the file, or those that it exports
+    enum class View { INSIDE, OUTSIDE };  // all names of a file, or only those that it exports
 
     [[nodiscard]] const sources::Outline* outline_of(std::string_view path) const;
     [[nodiscard]] bool exports(std::string_view path, const std::string& name) const;

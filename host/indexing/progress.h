@@ -1,4 +1,4 @@
-// How far an import has come.
+// The progress of an import.
 #pragma once
 
 #include <algorithm>
@@ -9,11 +9,11 @@
 
 namespace host::indexing {
 
-/// Called again and again, from the beginning until the new index takes its place, with how many steps of how many are
-/// done; `total` is never 0. May throw, which ends the import.
+/// Called repeatedly during an import with the number of steps that are done; `total` is never 0. May throw, which ends
+/// the import. It is called for the last time before the new index replaces the old one.
 using OnProgress = std::function<void(std::int64_t done, std::int64_t total)>;
 
-/// Counts the steps of an import, and reports them.
+/// Counts the steps of an import and reports them.
 class Progress {
   public:
     /// `on_progress` may be empty.

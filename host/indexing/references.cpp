@@ -76,7 +76,7 @@ References::ResolvedTargets References::resolve(std::span<const SymbolNumber> sy
     return targets;
 }
 
-// The file that a token names as a module, if it names nothing else.
+// The file that a token names as a module, if it names that alone.
 std::optional<std::uint32_t> References::module_of(std::span<const SymbolNumber> symbols) const {
     const bool is_one = symbols.size() == 1 && symbols.front() != LOCAL_SYMBOL;
     const Target* const module = is_one ? modules_.find(symbols.front()) : nullptr;

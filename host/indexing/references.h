@@ -1,4 +1,4 @@
-// Where the references of an extraction lead: from what the tokens of a file name to declarations.
+// Resolves references: from the symbols that the tokens of a file name to declarations.
 #pragma once
 
 #include "host/indexing/extraction.h"
@@ -16,59 +16,62 @@
 
 namespace host::indexing {
 
-/// A declaration of a file, by their places in the extraction.
+/// The position of a declaration in an extraction.
 struct DeclarationPlace {
-    std::uint32_t file = 0;
-    std::uint32_t declaration = 0;
+    std::uint32_t file = 0;         ///< index in `Extraction::files`
+    std::uint32_t declaration = 0;  ///< index in the file's declarations
 
     // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
     friend auto operator<=>(const DeclarationPlace&, const DeclarationPlace&) = default;
 };
 
-/// How a reference leads to its target, in the order of the names.
+/// How a reference is resolved, in alphabetical order.
 enum class Resolution : std::uint8_t {
-    AMBIGUOUS,  ///< it names several declarations
-    IMPORT,     ///< of another file
-    LOCAL,      ///< of the file itself
+    AMBIGUOUS,  ///< it may mean any of several declarations
+    IMPORT,     ///< its declaration is in another file
+    LOCAL,      ///< its declaration is in the same file
 };
 
 /// "ambiguous", "import", "local"
 std::string_view name_of(Resolution resolution);
 
-/// All references from one file to one declaration by one resolution.
+/// All references from one file to one declaration with one resolution.
 struct Edge {
     DeclarationPlace target;
     Resolution resolution = Resolution::AMBIGUOUS;
     std::int64_t references = 0;
 };
 
-/// What the tokens of one file lead to.
+/// The references of one file.
 struct FileReferences {
     std::vector<Edge> edges;  ///< by target, then resolution
-    /// The files that it names as modules and has no edge into, by place, with the number of tokens; ascending.
+    /// The files that it names as modules and has no edge into, with the number of tokens. By index, ascending.
     std::vector<std::pair<std::uint32_t, std::int64_t>> modules;
-    std::vector<std::pair<SymbolNumber, std::int64_t>> nowhere;  ///< the symbols of tokens that lead nowhere
+    /// The symbols that no file declares, with the number of tokens.
+    std::vector<std::pair<SymbolNumber, std::int64_t>> nowhere;
 };
 
-/// Knows where every symbol is declared.
+/// Resolves the symbols of an extraction to their declarations.
 ///
-/// From the file that declares it, too, a symbol leads to that file's declaration. From elsewhere it leads to its
-/// largest declaration; of equals to one that its front end describes, then to the first by path. A token that leads to
-/// one declaration is one reference; one that leads to several, or names something else besides that no file declares,
-/// is an ambiguous one to each.
+/// When several files declare a symbol, a reference from one of these files resolves to that file's own declaration. A
+/// reference from any other file resolves to the declaration with the most lines; of equals, to one that the front end
+/// describes, then to the first by path.
+///
+/// A token that resolves to one declaration is one reference. A token is an ambiguous reference to each of its targets
+/// when it resolves to several, or when it also names a symbol that no file declares.
 class References {
   public:
     /// `extraction` must outlive this object.
     explicit References(const Extraction& extraction);
 
-    /// Whether references from other files lead to this declaration. They do not where another file's declaration of
-    /// the same symbol is larger: what others use under that name is then the other one, as that of a stub.
+    /// Returns whether references from other files resolve to this declaration. They do not where it is shadowed:
+    /// another file has a larger declaration of the same symbol, such as the implementation of a stub.
     [[nodiscard]] bool lead_to(const DeclarationPlace& place) const { return !shadowed_.contains(place); }
 
-    /// Whether a token of the file may name another file as a module; at a small part of the cost of `from`.
+    /// Returns whether a token of the file may name another file as a module. Much cheaper than `from`.
     [[nodiscard]] bool may_name_modules(std::uint32_t file) const;
 
-    /// The references of the file at this place.
+    /// Returns the references of the file at this index of `Extraction::files`.
     [[nodiscard]] FileReferences from(std::uint32_t file) const;
 
   private:
@@ -76,33 +79,33 @@ class References {
         DeclarationPlace place;
         std::int32_t line_count = 0;
         bool is_described = false;
-        bool is_one_of_several = false;  ///< whether other files declare the symbol, too
+        bool is_one_of_several = false;  ///< whether several files declare the symbol
     };
 
-    /// What symbols lead to, from files that do not declare them.
+    /// The target of each symbol for files that do not declare it.
     class Targets {
       public:
         explicit Targets(std::size_t symbols) : places_(symbols, NONE) {}
 
-        /// Null for a symbol that leads nowhere.
+        /// Returns null for a symbol without a target.
         [[nodiscard]] const Target* find(SymbolNumber symbol) const {
             return places_[symbol] == NONE ? nullptr : &targets_[places_[symbol]];
         }
         [[nodiscard]] const std::vector<Target>& all() const { return targets_; }
 
-        /// Adds one of the declarations of a symbol, which leads to the best of them.
+        /// Adds a declaration of a symbol. The best one becomes the target.
         void add(SymbolNumber symbol, const Target& target);
 
       private:
         static constexpr std::uint32_t NONE = 0xFFFF'FFFF;
-        std::vector<std::uint32_t> places_;  // by symbol: where its target is
+        std::vector<std::uint32_t> places_;  // by symbol: the index of its target
         std::vector<Target> targets_;
     };
 
-    /// The declarations that one token leads to.
+    /// The declarations that one token resolves to.
     struct ResolvedTargets {
         std::vector<DeclarationPlace> places;  ///< each once, ascending
-        bool is_clear = false;  ///< whether the token names one declaration, and nothing that is not declared
+        bool is_clear = false;  ///< whether there is one target, and every symbol of the token is declared
     };
 
     [[nodiscard]] std::optional<DeclarationPlace> target_of(SymbolNumber symbol, std::uint32_t from) const;
@@ -113,9 +116,9 @@ class References {
     const Extraction& extraction_;
     Targets declarations_;
     Targets modules_;
-    // The declarations of the symbols that several files declare, in those files.
+    // For symbols that several files declare: the declaration in each of these files.
     std::map<std::pair<SymbolNumber, std::uint32_t>, DeclarationPlace> own_;
-    std::set<DeclarationPlace> shadowed_;  // those to which no reference from elsewhere leads
+    std::set<DeclarationPlace> shadowed_;  // those that no reference from another file resolves to
 };
 
 }  // namespace host::indexing

@@ -6,7 +6,7 @@
 
 namespace host::indexing {
 
-// Both directions, found by the library through the names of these functions.
+// Defines the conversions that the library looks for, in both directions.
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Examples, count, first)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(EdgeCount, edges, references)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ImportReport, source, tool, checkout, files, declarations, edges, sources,
@@ -15,13 +15,13 @@ NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ImportReport, source, tool, checkout, files, 
                                    references_in_test_code, nowhere, missing_modules, excluded, misnamed_tests,
                                    lost_tests, unread, unparsed, damaged, out_of_damage, moved)
 
-std::string written(const ImportReport& report) {
+std::string to_json(const ImportReport& report) {
     return nlohmann::json(report).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-ImportReport read_report(std::string_view text) {
+ImportReport read_report(std::string_view json) {
     try {
-        return nlohmann::json::parse(text).get<ImportReport>();
+        return nlohmann::json::parse(json).get<ImportReport>();
     } catch (const nlohmann::json::exception& error) {
         throw std::invalid_argument(error.what());
     }

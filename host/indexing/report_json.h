@@ -1,4 +1,4 @@
-// The report of an import as text, as the index keeps it.
+// The report of an import as JSON, the form in which an index stores it.
 #pragma once
 
 #include "host/indexing/import_report.h"
@@ -8,10 +8,11 @@
 
 namespace host::indexing {
 
-/// A report as one JSON object whose members are named as its fields. Bytes that are not UTF-8 become U+FFFD.
-std::string written(const ImportReport& report);
+/// Returns the report as one JSON object whose members are named like its fields. Bytes that are not UTF-8 become
+/// U+FFFD.
+std::string to_json(const ImportReport& report);
 
-/// The report that such a text stands for. Throws `std::invalid_argument` for any other text.
-ImportReport read_report(std::string_view text);
+/// Reads the report that `to_json` wrote. Throws `std::invalid_argument` for any other text.
+ImportReport read_report(std::string_view json);
 
 }  // namespace host::indexing

@@ -24,14 +24,14 @@ std::string passed_over(const ImportReport& report) {
     std::string line;
     const auto add = [&](std::int64_t count, const std::string& thing, const std::string& fault) {
         if (count > 0) {
-            line += (line.empty() ? "Passed over: " : ", ") + counted(count, thing) + " " + fault;
+            line += (line.empty() ? "Skipped: " : ", ") + counted(count, thing) + " " + fault;
         }
     };
-    add(report.unparsed_symbols, "symbol", "that cannot be read or printed");
+    add(report.unparsed_symbols, "symbol", "that cannot be parsed or printed");
     add(report.unusable_documents, "document", "without a usable path");
     add(report.unusable_definitions, "definition", "without a range");
-    add(report.misnamed_references, "reference", "that the source does not have under that name");
-    add(report.references_in_test_code, "reference", "from tests within other sources");
+    add(report.misnamed_references, "reference", "whose name differs in the source");
+    add(report.references_in_test_code, "reference", "in test code of source files");
     return line;
 }
 
@@ -62,21 +62,20 @@ void write_findings(std::ostream& out, const ImportReport& report) {
     const std::array lines{
         passed_over(report),
         leading_nowhere(report),
-        about(report.excluded, "Left out as excluded, installed beside the sources, made smaller or generated",
-              "; --include takes them in"),
-        about(report.missing_modules, "Modules of this repository that are named, but not in the index", ""),
-        about(report.misnamed_tests, "Named as tests, but part of the library by what uses them",
-              "; --test takes them for tests"),
+        about(report.excluded, "Left out as excluded, vendored, minified or generated",
+              "; use --include to index them"),
+        about(report.missing_modules, "Modules of this repository that are referenced but not in the index", ""),
+        about(report.misnamed_tests, "Named like tests, but used as part of the library",
+              "; use --test to mark them as tests"),
         about(report.lost_tests, "Test files that reach no other file",
               "; for Python, name the folder of the package (such as src) to the indexer as an extra path of its type "
               "checker, for TypeScript as a path mapping, and index again"),
         report.sources > 0
-            ? about(report.unread, "Files that the checkout does not hold, or behind links that lead out of it", "")
-            : about(report.unread, "No source could be read", "; name the folder that was indexed with --checkout"),
-        about(report.unparsed, "Sources that are too large, too hard to parse or no UTF-8, and were not looked into",
-              ""),
-        about(report.damaged, "Sources of which a part does not parse",
-              "; " + counted(report.out_of_damage, "declaration") + " there took lines and signature from the indexer"),
+            ? about(report.unread, "Files that are missing from the checkout, or behind links that lead out of it", "")
+            : about(report.unread, "No source could be read", "; name the indexed folder with --checkout"),
+        about(report.unparsed, "Sources that are too large, too complex or not UTF-8, and were not parsed", ""),
+        about(report.damaged, "Sources that parse only in part",
+              "; " + counted(report.out_of_damage, "declaration") + " there have lines and signature from the indexer"),
         about(report.moved, "Sources that have changed since they were indexed", "; index them again"),
     };
     for (const std::string& line : lines) {

@@ -1,4 +1,4 @@
-// The report of an import in words.
+// The report of an import as text for people.
 #pragma once
 
 #include "host/indexing/import_report.h"
@@ -8,13 +8,13 @@
 
 namespace host::indexing {
 
-// Control characters are written out.
+// Both functions escape control characters.
 
-/// Writes what was made at `index`, on one line.
+/// Writes one line about what was written to the index called `index`.
 void write_made(std::ostream& out, const std::string& index, const ImportReport& report);
 
-/// Writes on a line each, only where there is something to say, what the import could not use, what its references say
-/// of how the SCIP file was made, and what to do about it.
+/// Writes one line for each finding: what the import could not use, what the references reveal about the SCIP file, and
+/// what to do about it. Writes nothing when there is no finding.
 void write_findings(std::ostream& out, const ImportReport& report);
 
 }  // namespace host::indexing

@@ -30,7 +30,7 @@ std::vector<FileImport> imports_into(const std::vector<bool>& targets, const Ext
     return imports;
 }
 
-// What the packages export in which these folders lie.
+// The paths that the packages around these folders export.
 std::vector<std::string> exports_around(const std::set<std::string_view>& folders, const Checkout& checkout) {
     std::set<std::string_view> packages{""};
     for (const std::string_view folder : folders) {
@@ -51,12 +51,12 @@ std::vector<PathRule> rules_of_uses(const Extraction& extraction, const Referenc
                                     const std::optional<Checkout>& checkout,
                                     const std::function<void()>& check_interrupt) {
     std::vector<std::string_view> paths;
-    std::vector<bool> may_be_none;  // tests by a folder's name
+    std::vector<bool> may_be_misnamed;  // tests by a folder's name alone
     std::set<std::string_view> folders;
     for (const ExtractedFile& file : extraction.files) {
         const std::string_view folder = sole_test_folder(file.path);
         paths.emplace_back(file.path);
-        may_be_none.push_back(!folder.empty());
+        may_be_misnamed.push_back(!folder.empty());
         if (!folder.empty()) {
             folders.insert(folder);
         }
@@ -64,7 +64,7 @@ std::vector<PathRule> rules_of_uses(const Extraction& extraction, const Referenc
     if (folders.empty()) {
         return {};
     }
-    return rules_for_misnamed_tests(paths, imports_into(may_be_none, extraction, references, check_interrupt),
+    return rules_for_misnamed_tests(paths, imports_into(may_be_misnamed, extraction, references, check_interrupt),
                                     checkout ? exports_around(folders, *checkout) : std::vector<std::string>());
 }
 

@@ -1,4 +1,4 @@
-// What the uses of files say of whether they are tests.
+// The rules for tests that follow from how files are used.
 #pragma once
 
 #include "host/files/checkout.h"
@@ -12,8 +12,9 @@
 
 namespace host::indexing {
 
-/// The rules that `rules_for_misnamed_tests` gives for the files of an index, from references that are no ambiguous ones
-/// and the packages of the checkout. Calls `check_interrupt` again and again; throws what that throws.
+/// Returns the result of `rules_for_misnamed_tests` for the files of an extraction. Imports are the references that
+/// resolve to one declaration; exports come from the packages of the checkout. Calls `check_interrupt` after each file,
+/// and throws what it throws.
 std::vector<PathRule> rules_of_uses(const Extraction& extraction, const References& references,
                                     const std::optional<Checkout>& checkout,
                                     const std::function<void()>& check_interrupt);

@@ -6,7 +6,7 @@ namespace host::indexing {
 
 namespace {
 
-// Marks the number of a combination. No symbol has it, but for `LOCAL_SYMBOL`, which is no combination.
+// The bit that marks a combination. Of symbols, only `LOCAL_SYMBOL` has it.
 constexpr TokenNames COMBINATION = 0x8000'0000;
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Symbols: what declarations are known by from one file to another.
+// Symbols: the names by which files refer to each other's declarations, as numbers.
 #pragma once
 
 #include <cstddef>
@@ -15,13 +15,13 @@ namespace host::indexing {
 /// A symbol, numbered by the front end from 0.
 using SymbolNumber = std::uint32_t;
 
-/// Stands, among the symbols that a token names, for those that only their own file knows.
+/// Stands for every symbol that only its own file can refer to.
 inline constexpr SymbolNumber LOCAL_SYMBOL = 0xFFFF'FFFF;
 
-/// What a token names: a symbol's number, or that of a combination of symbols.
+/// What a token names: the number of a symbol, or of a combination of symbols.
 using TokenNames = std::uint32_t;
 
-/// The combinations of symbols that tokens name, each kept once.
+/// The combinations of symbols that tokens name, each stored once.
 class TokenTable {
   public:
     TokenTable() = default;
@@ -31,10 +31,10 @@ class TokenTable {
     TokenTable(const TokenTable&) = delete;
     TokenTable& operator=(const TokenTable&) = delete;
 
-    /// The number for what a token names: at least one symbol, in ascending order, `LOCAL_SYMBOL` maybe among them.
+    /// Returns the number for the symbols that a token names: one or more, ascending, possibly with `LOCAL_SYMBOL`.
     TokenNames number(std::vector<SymbolNumber> symbols);
 
-    /// The symbols behind a number, ascending; valid as long as the table and the number.
+    /// Returns the symbols for a number, ascending. Valid as long as both the table and `names`.
     [[nodiscard]] std::span<const SymbolNumber> symbols(const TokenNames& names) const;
 
   private:
@@ -42,19 +42,19 @@ class TokenTable {
     std::vector<const std::vector<SymbolNumber>*> combinations_;  // the keys of `numbers_`
 };
 
-/// What a declaration is called.
+/// The name of a declaration, and its fully qualified name.
 struct DeclarationName {
     std::string name;
     std::string fqn;
 };
 
-/// Where a symbol is declared that no file of the extraction declares.
+/// Where a symbol is declared when no extracted file declares it.
 struct Elsewhere {
-    std::string name;            ///< of the package; where the repository itself lacks it, of the module
-    bool is_repository = false;  ///< whether it is a module of the repository, which was not extracted
+    std::string name;            ///< of the package; of the module if `is_repository`
+    bool is_repository = false;  ///< whether it is a module of this repository that was not extracted
 };
 
-/// What a front end knows of the symbols that it has numbered. For any number of threads.
+/// What a front end knows about the symbols that it numbered. Safe to use from several threads.
 class Symbols {
   public:
     Symbols() = default;
@@ -64,12 +64,12 @@ class Symbols {
 
     [[nodiscard]] virtual std::size_t size() const = 0;
 
-    /// The name of a declaration or a module of the file at a place. Names are made when they are written: kept, they
-    /// would be the largest part of what an import holds in memory.
+    /// Returns the name of a declaration or module of the file at this index. Names are made on demand, because stored
+    /// names would take most of an import's memory.
     [[nodiscard]] virtual DeclarationName name_of(SymbolNumber symbol, std::uint32_t file) const = 0;
 
-    /// Where a symbol is declared that leads to no declaration of an extracted file; none when that is not worth a
-    /// word, as of a parameter.
+    /// Returns where a symbol is declared that no extracted file declares. None when that is not worth reporting, as
+    /// for a parameter.
     [[nodiscard]] virtual std::optional<Elsewhere> declared_elsewhere(SymbolNumber symbol) const = 0;
 };
 

@@ -57,7 +57,7 @@ void write_json(std::ostream& out, const IndexStats& stats) {
         json.member("made").value(stats.origin.made);
         json.member("checksums").value(stats.origin.has_checksums);
         json.member("checked").value(stats.is_checked);
-        json.member("report").raw(written(stats.report));
+        json.member("report").raw(to_json(stats.report));
     });
 }
 

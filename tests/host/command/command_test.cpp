@@ -156,8 +156,8 @@ TEST_F(Command, SaysWhatAnImportHasMadeAndPassedOver) {
     folder.write("in.scip", std::string(whole).insert(scip_file({}).size(), external_symbol));
     EXPECT_EQ(run("import in.scip --index new.db").out,
               "new.db: 1 file, 1 declaration, 1 edge, without sources; indexed by indexer 1.2\n"
-              "Passed over: 2 symbols that cannot be read or printed, 5 documents without a usable path\n"
-              "No source could be read: ok..ts; name the folder that was indexed with --checkout\n");
+              "Skipped: 2 symbols that cannot be parsed or printed, 5 documents without a usable path\n"
+              "No source could be read: ok..ts; name the indexed folder with --checkout\n");
 }
 
 TEST_F(Command, ReadsAnImportThatComesThroughAPipe) {

@@ -118,8 +118,8 @@ TEST_F(Lookup, TellsWhatAnIndexIsMadeOf) {
     const std::string stats = run("stats --index new.db").out;
     EXPECT_TRUE(
         stats.starts_with("new.db: 2 files, 1 declaration, 1 edge, without sources; indexed by indexer 1.2\nMade 2"));
-    EXPECT_TRUE(stats.ends_with("Passed over: 1 document without a usable path\n"
-                                "No source could be read: a.ts, c; name the folder that was indexed with --checkout\n\n"
+    EXPECT_TRUE(stats.ends_with("Skipped: 1 document without a usable path\n"
+                                "No source could be read: a.ts, c; name the indexed folder with --checkout\n\n"
                                 "Language    Files\n"
                                 "klingon         1\n"
                                 "typescript      1\n\n"
@@ -146,7 +146,7 @@ TEST_F(Lookup, ChecksAllOfAnIndexWhenItIsAsked) {
     EXPECT_NE(run("stats --check --index whole.db").out.find("\nChecked: "), std::string::npos);
     EXPECT_EQ(run("stats --index whole.db").out.find("hecke"), std::string::npos);
 
-    change("INSERT INTO meta VALUES('report', '" + written(indexing::ImportReport()) + "')");
+    change("INSERT INTO meta VALUES('report', '" + to_json(indexing::ImportReport()) + "')");
     EXPECT_NE(run("stats --index ./index.db").out.find("\nWithout checksums, "), std::string::npos);
     declare({{"needle", 1, ""}});
     std::string stale = folder.read("index.db");

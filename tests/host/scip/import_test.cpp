@@ -27,8 +27,8 @@ TEST_F(ScipImport, NotesWhatItHasFoundForThoseWhoLookForThings) {
     EXPECT_EQ(rows("SELECT path || ' ' || declarations || ' ' || declared_lines AS row FROM files ORDER BY id"),
               "a.ts 2 19; b.test.ts 0 0; b.ts 1 1");
     EXPECT_EQ(rows("SELECT name || ' ' || uses AS row FROM symbols ORDER BY id"), "f 3; g 0; b 0");
-    EXPECT_EQ(rows("SELECT value AS row FROM meta WHERE key = 'report'"), written(report));
-    EXPECT_EQ(written(indexing::read_report(written(report))), written(report));
+    EXPECT_EQ(rows("SELECT value AS row FROM meta WHERE key = 'report'"), to_json(report));
+    EXPECT_EQ(to_json(indexing::read_report(to_json(report))), to_json(report));
     EXPECT_EQ(report.source, folder / "in.scip");
     EXPECT_EQ(report.tool, "indexer 1.2");
     EXPECT_EQ(report.files_by_language.at("typescript"), 3);

@@ -87,7 +87,7 @@ class Serve : public IndexedFolder {
         folder.write("a.ts", "// Adds.\nexport function add() {}\n");
         folder.write("b.ts", "import { add } from './a'\nadd()\n");
         change("INSERT INTO meta VALUES('checkout', '" + folder / "" + "'), ('report', '" +
-               written(indexing::ImportReport()) + "')");
+               to_json(indexing::ImportReport()) + "')");
         add<FileRow>({{1, "a.ts", "typescript"}, {2, "b.ts", "typescript"}});
         add<DeclarationRow>({{1, 1, "add", "add", "function", true, 2, 2, 1}});
         add<EdgeRow>({{2, 1, IMPORT, 1}});
