@@ -25,12 +25,12 @@ bool stays_below(const fs::path& path) {
     return path.is_relative() && std::ranges::find(path, fs::path("..")) == path.end();
 }
 
-// Compares whole segments, so that `/a/b` does not contain `/a/bc`.
+// Compares whole segments: `/a/b` does not contain `/a/bc`.
 bool contains(const fs::path& folder, const fs::path& path) {
     return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
-// Takes a text piece by piece, and gives its lines.
+// Splits a text that comes piece by piece into lines.
 class LineSplitter {
   public:
     void add(std::string_view piece) {
@@ -61,8 +61,8 @@ class LineSplitter {
     bool is_start_ = true;
 };
 
-// Reads the file to its end, piece by piece; returns whether that succeeds. A first piece that is shorter than a
-// byte-order mark is the whole file.
+// Reads the file to its end, piece by piece. Returns whether that succeeds. A first piece shorter than a byte-order
+// mark is the whole file.
 template <class Take>
 bool read_pieces(const fs::path& path, Take take) {
     constexpr std::size_t PIECE = 65'536;
@@ -81,7 +81,7 @@ std::string fault(const std::error_code& error) {
     return error == std::errc::not_a_directory ? "not a folder" : "cannot be read (" + error.message() + ")";
 }
 
-// The folder without symbolic links; throws when it cannot be entered.
+// Resolves the symbolic links of the folder's path; throws when it cannot be entered.
 fs::path folder_at(const std::string& root) {
     std::error_code error;
     fs::path folder = fs::canonical(root, error);
@@ -108,7 +108,7 @@ Checkout::Checkout(const std::string& root) : root_(folder_at(root)) {}
 std::optional<std::string> Checkout::path_below(const std::string& path) const {
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error).lexically_normal();
-    // Links in the checkout are paths of it; a link that leads to the checkout is none.
+    // The path as given covers links inside the checkout; the resolved path covers links that lead to the checkout.
     for (const fs::path& spelling : {absolute, fs::weakly_canonical(absolute, error)}) {
         if (!spelling.empty() && contains(root_, spelling)) {
             std::string below = spelling.lexically_relative(root_).generic_string();
@@ -125,7 +125,7 @@ std::optional<fs::path> Checkout::find(std::string_view path) const {
     }
     std::error_code error;
     fs::path file = fs::canonical(root_ / path, error);
-    // Only a regular file is opened at all: opening a pipe waits for its writer.
+    // Only regular files are opened, because opening a pipe waits for its writer.
     if (error || !contains(root_, file) || !fs::is_regular_file(file, error)) {
         return std::nullopt;
     }

@@ -1,4 +1,4 @@
-// A number by which one content of a file is told from another.
+// A hash of the content of a file.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,15 @@ struct XXH3_state_s;
 
 namespace host {
 
-/// Hashes bytes that come piece by piece: XXH3, 64 bits, as a signed integer. The value is never 0, which is free to
-/// stand for a content that nobody knows.
+/// Computes the 64-bit XXH3 of bytes that come piece by piece, as a signed integer. The value is never 0, so that 0 can
+/// stand for an unknown content.
 class ContentHash {
   public:
     ContentHash();
 
     void add(std::string_view bytes);
 
-    /// Of all bytes that were added until now.
+    /// Returns the hash of all bytes added so far.
     [[nodiscard]] std::int64_t value() const;
 
   private:

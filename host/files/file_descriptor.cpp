@@ -10,11 +10,11 @@
 namespace host {
 
 FileDescriptor::FileDescriptor(const std::string& path, int flags, mode_t mode)
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is it declared
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system declares it so
     : number_(open(path.c_str(), flags | O_CLOEXEC, mode)) {}
 
 FileDescriptor::FileDescriptor(int number)
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is it declared
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system declares it so
     : number_(fcntl(number, F_DUPFD_CLOEXEC, 0)) {}
 
 FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}

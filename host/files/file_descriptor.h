@@ -1,4 +1,4 @@
-// An open file of the operating system.
+// A file descriptor of the operating system that closes itself.
 #pragma once
 
 #include <sys/types.h>
@@ -8,13 +8,13 @@
 
 namespace host {
 
-/// An open file, closed at the end of its life.
+/// Owns a file descriptor and closes it.
 class FileDescriptor {
   public:
-    /// Opens the file as open(2) does: `mode` is that of a new file, before the umask. What `open` says of a failure
-    /// stands in errno.
+    /// Opens a file as open(2) does; `mode` is the mode of a new file, before the umask. On failure, `is_open` is false
+    /// and errno holds the reason.
     FileDescriptor(const std::string& path, int flags, mode_t mode = 0666);
-    /// Another number for the open file that has this one, as dup(2) gives it.
+    /// Duplicates a descriptor as dup(2) does. `number` stays open.
     explicit FileDescriptor(int number);
     ~FileDescriptor();
     FileDescriptor(FileDescriptor&& other) noexcept;
@@ -29,7 +29,7 @@ class FileDescriptor {
     int number_;
 };
 
-/// The failure that errno holds.
+/// Returns errno as an error code.
 std::error_code last_system_error();
 
 }  // namespace host

@@ -1,12 +1,12 @@
-// What a repository is called by its folder.
+// The name of a folder, by which its repository is known.
 #pragma once
 
 #include <string>
 
 namespace host {
 
-/// The name of a folder, as "rxjs" of "/home/me/rxjs/": of the one that the path leads to, where it is ".", ends in ".."
-/// or is a symbolic link. The folder need not be there. Empty for a root.
+/// Returns the name of a folder: "rxjs" for "/home/me/rxjs/". Resolves ".", ".." and symbolic links first. The folder
+/// need not exist. Returns the empty string for the root of the file system.
 std::string folder_name(const std::string& path);
 
 }  // namespace host

@@ -20,7 +20,7 @@ namespace {
 constexpr const char* STANDARD_INPUT = "-";
 
 FileDescriptor opened(const std::string& path) {
-    // A pipe without a writer is waited for later, where the waiting can be interrupted.
+    // Does not block on a pipe without a writer: `copy_of` waits for it, and can be interrupted.
     return path == STANDARD_INPUT ? FileDescriptor(STDIN_FILENO) : FileDescriptor(path, O_RDONLY | O_NONBLOCK);
 }
 
@@ -29,14 +29,14 @@ std::runtime_error unreadable(const std::string& name) {
                               "); check where it comes from");
 }
 
-// The file at `path`, filled with all that comes out of a pipe.
+// Copies all that a pipe writes into the file at `path`.
 FileDescriptor copy_of(const FileDescriptor& pipe, const std::string& name, const std::string& path,
-                       const std::function<void()>& look) {
+                       const std::function<void()>& check_interrupt) {
     constexpr int PATIENCE = 100;  // milliseconds
     NamelessFile copy(path);
     std::array<char, 65'536> piece{};
     while (true) {
-        look();
+        check_interrupt();
         pollfd waiting{.fd = pipe.number(), .events = POLLIN, .revents = 0};
         if (poll(&waiting, 1, PATIENCE) == 0) {
             continue;
@@ -52,11 +52,11 @@ FileDescriptor copy_of(const FileDescriptor& pipe, const std::string& name, cons
     }
 }
 
-// The file itself, or a copy of what it gives: something that can be read at any place.
+// Returns the file itself, or a copy of what it writes where it cannot be read at any offset.
 FileDescriptor seekable(FileDescriptor file, const std::string& name, const std::string& copy_path,
-                        const std::function<void()>& look) {
+                        const std::function<void()>& check_interrupt) {
     if (!file.is_open() && errno == ENOENT) {
-        throw std::runtime_error(name + ": no such file; give the file that a SCIP indexer has written");
+        throw std::runtime_error(name + ": no such file; name a file that a SCIP indexer has written");
     }
     struct stat status {};
     if (!file.is_open() || fstat(file.number(), &status) != 0) {
@@ -67,9 +67,9 @@ FileDescriptor seekable(FileDescriptor file, const std::string& name, const std:
         return file;
     }
     if (S_ISDIR(status.st_mode) || S_ISBLK(status.st_mode)) {
-        throw std::runtime_error(name + ": a folder or a disk; give the file that a SCIP indexer has written");
+        throw std::runtime_error(name + ": a folder or a disk; name a file that a SCIP indexer has written");
     }
-    return copy_of(file, name, copy_path, look);
+    return copy_of(file, name, copy_path, check_interrupt);
 }
 
 std::size_t size_of(const FileDescriptor& file) {
@@ -79,9 +79,10 @@ std::size_t size_of(const FileDescriptor& file) {
 
 }  // namespace
 
-InputFile::InputFile(const std::string& path, const std::string& copy_path, const std::function<void()>& look)
-    : name_(path == STANDARD_INPUT ? "standard input" : path), file_(seekable(opened(path), name_, copy_path, look)),
-      size_(size_of(file_)) {}
+InputFile::InputFile(const std::string& path, const std::string& copy_path,
+                     const std::function<void()>& check_interrupt)
+    : name_(path == STANDARD_INPUT ? "standard input" : path),
+      file_(seekable(opened(path), name_, copy_path, check_interrupt)), size_(size_of(file_)) {}
 
 std::string_view InputFile::read(std::size_t offset, std::size_t size) {
     const std::size_t there = std::min(size, size_ - offset);
@@ -92,7 +93,7 @@ std::string_view InputFile::read(std::size_t offset, std::size_t size) {
 }
 
 void InputFile::move_window(std::size_t offset, std::size_t size) {
-    constexpr std::size_t AT_LEAST = 262'144;  // bytes, so that small pieces that lie together take one call
+    constexpr std::size_t AT_LEAST = 262'144;  // bytes, so that neighbouring small pieces take one call of the system
     window_.resize(std::min(std::max(size, AT_LEAST), size_ - offset));
     window_offset_ = offset;
     std::size_t filled = 0;

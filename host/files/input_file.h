@@ -1,4 +1,4 @@
-// A file that is read piece by piece.
+// An input file or pipe that is read piece by piece.
 #pragma once
 
 #include "host/files/file_descriptor.h"
@@ -10,23 +10,24 @@
 
 namespace host {
 
-/// A file, open for reading, or everything that came out of a pipe. Takes as much memory as the largest piece that is
-/// asked for.
+/// A file that is open for reading, or a copy of all that a pipe wrote. Memory is bounded by the largest piece that is
+/// requested.
 class InputFile {
   public:
-    /// Opens the file at `path`; "-" is standard input. What a pipe, a socket or a terminal gives is first copied to
-    /// its end into a file without a name, made at `copy_path`; in the meantime `look` is called about ten times a
-    /// second or more, and what it throws passes through. Throws `std::runtime_error` with one line that names the file
-    /// and says why it cannot be read.
-    InputFile(const std::string& path, const std::string& copy_path, const std::function<void()>& look);
+    /// Opens the file at `path`; "-" is standard input. The output of a pipe, a socket or a terminal is first copied to
+    /// its end, into a `NamelessFile` at `copy_path`. Calls `check_interrupt` at least ten times a second meanwhile,
+    /// and throws what it throws. Throws `std::runtime_error` with one line that names the file and says why it cannot
+    /// be read.
+    InputFile(const std::string& path, const std::string& copy_path, const std::function<void()>& check_interrupt);
 
-    /// As given; "standard input" for "-".
+    /// The path as given; "standard input" for "-".
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// In bytes, when it was opened or copied.
+    /// The size in bytes when the file was opened or copied.
     [[nodiscard]] std::size_t size() const { return size_; }
 
-    /// The `size` bytes from `offset` (at most `size()`) on, or fewer where the file ends before: what has been added
-    /// since it was opened does not count. Valid until the next call. Throws as the constructor does.
+    /// Returns `size` bytes from `offset` on, or fewer at the end of the file. `offset` is at most `size()`. Bytes that
+    /// were appended after the file was opened do not count. Valid until the next call. Throws what the constructor
+    /// throws.
     std::string_view read(std::size_t offset, std::size_t size);
 
   private:

@@ -18,7 +18,7 @@ std::runtime_error failure(const std::string& path, const std::string& what) {
     return std::runtime_error(path + ": " + what + " (" + error.message() + "); " + remedy_for(error));
 }
 
-// Has `call(done)` transfer bytes until all of them are; false when it fails or gets no further.
+// Calls `call(done)` until it has transferred all bytes. Returns false when it fails or makes no progress.
 template <class Call>
 bool transfer(std::uint64_t size, Call call) {
     for (std::uint64_t done = 0; done < size;) {
@@ -31,7 +31,7 @@ bool transfer(std::uint64_t size, Call call) {
     return true;
 }
 
-// Never one that others have put there: the folder may be everybody's.
+// Creates the file itself and opens no existing one, since anybody may have put that into a shared folder.
 FileDescriptor new_file(const std::string& path) {
     unlink(path.c_str());
     return {path, O_RDWR | O_CREAT | O_EXCL, 0600};
@@ -41,7 +41,7 @@ FileDescriptor new_file(const std::string& path) {
 
 NamelessFile::NamelessFile(const std::string& path) : path_(path), file_(new_file(path)) {
     if (!file_.is_open()) {
-        throw failure(path_, "cannot be made");
+        throw failure(path_, "cannot be created");
     }
     unlink(path_.c_str());
 }

@@ -1,4 +1,4 @@
-// A file that nothing is left of, whatever happens to the program.
+// A temporary file that is gone when the program ends, even if it crashes.
 #pragma once
 
 #include "host/files/file_descriptor.h"
@@ -11,22 +11,22 @@
 
 namespace host {
 
-/// A file that has a name for a moment only, and goes with this object. Throws `std::runtime_error` with one line that
-/// names the path when it cannot be made, written or read.
+/// A temporary file. Its name is removed at once, so the system frees it together with this object. Every function
+/// throws `std::runtime_error` with one line that names the path when the file cannot be created, written or read.
 class NamelessFile {
   public:
-    /// Makes the file at `path`, in place of any that is there, and takes its name away at once.
+    /// Creates the file at `path`, in place of an existing one, and removes its name at once.
     explicit NamelessFile(const std::string& path);
 
-    /// In bytes.
+    /// The size in bytes.
     [[nodiscard]] std::uint64_t size() const { return size_; }
 
     void append(std::string_view bytes);
 
-    /// Fills `bytes` with those from `offset` on; it is a failure when the file has fewer.
+    /// Fills `bytes` from `offset` on. It is a failure when the file has fewer bytes.
     void read(std::uint64_t offset, std::span<char> bytes) const;
 
-    /// The open file, which this object then has no longer.
+    /// Returns the open file and gives up its ownership.
     FileDescriptor release() && { return std::move(file_); }
 
   private:

@@ -15,7 +15,7 @@ std::string remedy_for(const std::error_code& failure) {
     case EROFS:
         return "get the permission to write there or " + elsewhere;
     case ENOENT:
-        return "make its folder or " + elsewhere;
+        return "create its folder or " + elsewhere;
     default:
         return elsewhere;
     }

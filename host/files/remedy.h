@@ -1,4 +1,4 @@
-// What to do when nothing can be written at a place.
+// Advice for a failure to write.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace host {
 
-/// What helps against a failure of the system to write, as the end of a sentence: "make room on its disk or choose
-/// another place".
+/// Returns advice for a system error on writing, as the end of a sentence: "make room on its disk or choose another
+/// place".
 std::string remedy_for(const std::error_code& failure);
 
 }  // namespace host

@@ -3,7 +3,7 @@
 namespace host {
 
 SpooledText TextSpool::add(std::string_view text) {
-    constexpr std::size_t ENOUGH = 1'048'576;  // bytes that are worth a call of the system
+    constexpr std::size_t ENOUGH = 1'048'576;  // bytes to collect for one call of the system
     const std::lock_guard lock(mutex_);
     const SpooledText added{file_.size() + end_.size(), text.size()};
     end_ += text;

@@ -1,4 +1,4 @@
-// Texts that are kept on disk until they are wanted, so that memory does not grow with them.
+// Stores texts on disk until they are needed, so that memory does not grow with them.
 #pragma once
 
 #include "host/files/nameless_file.h"
@@ -10,22 +10,24 @@
 
 namespace host {
 
-/// A text in a spool.
+/// The position of a text in a spool.
 struct SpooledText {
     std::uint64_t offset = 0;
-    std::uint64_t size = 0;  ///< in bytes; 0 for the empty text, which every spool holds
+    std::uint64_t size = 0;  ///< in bytes; 0 for the empty text, which needs no spool
 
     [[nodiscard]] bool empty() const { return size == 0; }
 };
 
-/// Texts in a file that has no name. They may be added on several threads at once. Throws what `NamelessFile` throws.
+/// Texts in a `NamelessFile`. Safe to use from several threads. Every function throws what `NamelessFile` throws.
 class TextSpool {
   public:
-    /// The file is made at `path`, as `NamelessFile` does.
+    /// Creates the file at `path`.
     explicit TextSpool(const std::string& path) : file_(path) {}
 
+    /// Appends a text and returns its position.
     SpooledText add(std::string_view text);
 
+    /// Returns a text that was added to this spool.
     [[nodiscard]] std::string read(const SpooledText& text);
 
   private:
@@ -33,7 +35,7 @@ class TextSpool {
 
     NamelessFile file_;
     std::mutex mutex_;
-    std::string end_;  // what has not been written yet
+    std::string end_;  // texts that are not written yet
 };
 
 }  // namespace host

@@ -6,22 +6,22 @@ namespace host {
 
 namespace {
 
-std::runtime_error knows_none() {
+std::runtime_error no_server() {
     return std::runtime_error("--index: this wiki-scope was built without PostgreSQL; name a file");
 }
 
 }  // namespace
 
 std::unique_ptr<Index> server_index(const std::string& /*address*/, const std::string& /*repository*/) {
-    throw knows_none();
+    throw no_server();
 }
 
 std::string grants_for(const Rights& /*rights*/) {
-    throw knows_none();
+    throw no_server();
 }
 
 Preparation prepare_server(const std::string& /*address*/) {
-    throw knows_none();
+    throw no_server();
 }
 
 }  // namespace host

@@ -82,7 +82,7 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnImportFromBeingMade) {
     expect_failure("import good.scip --index foreign.db", "foreign.db: not a wiki-scope index");
     expect_failure("import good.scip --index locked.db", "locked.db: database is locked");
     expect_failure("import good.scip --index none/new.db",
-                   "none/new.db: cannot be written (No such file or directory); make its folder or");
+                   "none/new.db: cannot be written (No such file or directory); create its folder or");
     expect_failure("import good.scip --index new.db --checkout none", "none: no such folder");
     EXPECT_TRUE(folder.read("text.db").starts_with("this is"));
     EXPECT_FALSE(std::filesystem::exists(folder / "new.db"));

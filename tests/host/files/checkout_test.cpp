@@ -31,7 +31,7 @@ class CheckoutOfRepo : public testing::Test {
     TemporaryFolder folder;
 };
 
-TEST_F(CheckoutOfRepo, LfAndCrlfEndALineAndNothingElseDoes) {
+TEST_F(CheckoutOfRepo, OnlyLfAndCrlfEndALine) {
     const std::vector<std::pair<std::string, Lines>> cases{
         {"", {}},
         {"\n", {""}},
@@ -50,7 +50,7 @@ TEST_F(CheckoutOfRepo, LfAndCrlfEndALineAndNothingElseDoes) {
     }
 }
 
-TEST_F(CheckoutOfRepo, APathThatLeavesTheCheckoutGivesNone) {
+TEST_F(CheckoutOfRepo, ReturnsNoneForAPathThatLeavesTheRoot) {
     fs::create_symlink("../repo-private/key", folder / "repo/link");
     fs::create_directory_symlink(folder / "repo-private", folder / "repo/folder");
     for (const std::string& path : std::vector<std::string>{folder / "repo/src/a.c", "../repo-private/key",
@@ -59,7 +59,7 @@ TEST_F(CheckoutOfRepo, APathThatLeavesTheCheckoutGivesNone) {
     }
 }
 
-TEST_F(CheckoutOfRepo, WhatIsNoReadableFileGivesNoneWithoutWaiting) {
+TEST_F(CheckoutOfRepo, ReturnsNoneAtOnceForWhatIsNotAReadableFile) {
     ASSERT_EQ(mkfifo((folder / "repo/pipe").c_str(), 0600), 0);
     fs::create_symlink("loop", folder / "repo/loop");
     for (const std::string& path :
@@ -69,7 +69,7 @@ TEST_F(CheckoutOfRepo, WhatIsNoReadableFileGivesNoneWithoutWaiting) {
     }
 }
 
-TEST_F(CheckoutOfRepo, LinksThatStayInsideAreFollowed) {
+TEST_F(CheckoutOfRepo, FollowsLinksThatStayBelowTheRoot) {
     fs::create_symlink("src/a.c", folder / "repo/link");
     fs::create_directory_symlink("repo", folder / "root");
     EXPECT_EQ(read("link"), Lines{"int a;"});

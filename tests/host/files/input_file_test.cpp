@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-TEST(InputFile, IsNoLongerThanItWasWhenItWasOpened) {
+TEST(InputFile, IgnoresBytesThatAreAppendedLater) {
     const TemporaryFolder folder;
     InputFile file(folder.write("in.scip", "abc"), folder / "copy", [] {});
     folder.write("in.scip", "abcdef");
