@@ -1,4 +1,4 @@
-// Characters that whoever prints a text obeys instead of showing them.
+// Control characters: a terminal or a browser obeys them instead of showing them.
 #pragma once
 
 #include <cstddef>
@@ -7,20 +7,21 @@
 
 namespace host {
 
-/// What stands where a character cannot be shown: U+FFFD.
+/// U+FFFD, which replaces a character that cannot be shown.
 inline constexpr std::string_view REPLACEMENT_CHARACTER = "\uFFFD";
 
-/// How many bytes the control character at the beginning of `text`, which is not empty, takes; 0 when none stands there.
-/// These are C0, DEL and C1, the separators of lines and paragraphs (U+2028, U+2029), and what turns the direction of
-/// writing (U+202A to U+202E, U+2066 to U+2069).
+/// Returns the number of bytes of the control character at the beginning of `text`; 0 when there is none. `text` is not
+/// empty. Control characters are C0, DEL and C1, the line and paragraph separators (U+2028, U+2029), and those that
+/// change the direction of writing (U+202A to U+202E, U+2066 to U+2069).
 std::size_t control_character_bytes(std::string_view text);
 
+/// Returns whether `text` contains a control character.
 bool has_control_character(std::string_view text);
 
-/// The text with U+FFFD in the place of each control character.
+/// Returns `text` with U+FFFD for each control character.
 std::string without_control_characters(std::string_view text);
 
-/// The same of a text of several lines: tabs and the ends of lines stay, "\r\n" as "\n".
+/// The same for a text of several lines: tabs and line ends stay, and "\r\n" becomes "\n".
 std::string lines_without_control_characters(std::string_view text);
 
 }  // namespace host

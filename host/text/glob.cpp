@@ -15,15 +15,15 @@ namespace {
 
 using std::string_view;
 
-// Places in a pattern and in what it is held against.
+// Positions in a pattern and in the text that it is matched against.
 struct Places {
     std::size_t pattern = 0;
     std::size_t text = 0;
 };
 
-// Whether a pattern is one for a whole text: stars stand for any number of elements, and `take_one` gives the places
-// behind any other element of the pattern and what it stands for, if it stands for what is there. Only the last star
-// ever needs to take more: what stands before it has found its place.
+// Returns whether a pattern matches a whole text. A star matches any number of elements. `take_one` matches any other
+// element of the pattern and returns the positions behind it, or none. On a mismatch only the last star takes one
+// element more: what precedes it has matched already, and matching it later cannot help.
 template <class IsStar, class TakeOne>
 bool matches_all(const Places& size, IsStar is_star, TakeOne take_one) {
     Places at;
@@ -49,7 +49,7 @@ bool matches_all(const Places& size, IsStar is_star, TakeOne take_one) {
     return at.pattern == size.pattern;
 }
 
-// The character at a place of a text.
+// The character at a position of a text.
 string_view character_at(string_view text, std::size_t place) {
     const string_view rest = text.substr(place);
     return rest.substr(0, std::max<std::size_t>(code_point_bytes(rest), 1));
@@ -78,7 +78,7 @@ struct CharacterClass {
     }
 };
 
-// The class that begins at a place of a pattern; none when no bracket closes it. One right behind the first does not.
+// The class at a position of a pattern; none when it is not closed. A "]" right behind the opening bracket is a member.
 std::optional<CharacterClass> class_at(string_view pattern, std::size_t place) {
     const bool is_inverted = pattern.substr(place + 1, 1).find_first_of("!^") == 0;
     const std::size_t begin = place + (is_inverted ? 2 : 1);
@@ -119,10 +119,10 @@ std::vector<string_view> segments_of(string_view path) {
     return segments;
 }
 
-// The alternatives of the first innermost braces that hold a comma, each in its place in the pattern; none when there
+// Expands the first innermost braces that contain a comma: returns one pattern for each alternative. None when there
 // are no such braces.
 std::vector<std::string> alternatives_in(const std::string& pattern) {
-    std::vector<std::vector<std::size_t>> open;  // for each open brace: its place, and those of its commas
+    std::vector<std::vector<std::size_t>> open;  // for each open brace: its position, then those of its commas
     for (std::size_t place = 0; place < pattern.size(); ++place) {
         const char character = pattern[place];
         if (character == '\\') {
@@ -155,7 +155,7 @@ std::vector<std::string> alternatives_in(const std::string& pattern) {
 std::invalid_argument unusable(string_view pattern, const std::string& reason) {
     constexpr std::size_t SHOWN = 60;  // bytes
     const std::string beginning(pattern.substr(0, SHOWN));
-    return std::invalid_argument(beginning + (pattern.size() > SHOWN ? "..." : "") + ": a pattern " + reason);
+    return std::invalid_argument(beginning + (pattern.size() > SHOWN ? "..." : "") + ": the pattern " + reason);
 }
 
 }  // namespace
@@ -163,7 +163,7 @@ std::invalid_argument unusable(string_view pattern, const std::string& reason) {
 Glob::Glob(std::string_view pattern) {
     constexpr std::size_t MOST = 1'000;
     if (pattern.size() > LONGEST) {
-        throw unusable(pattern, "longer than any path");
+        throw unusable(pattern, "is longer than any path");
     }
     std::vector<std::string> patterns{std::string(pattern)};
     while (!patterns.empty()) {
@@ -176,7 +176,7 @@ Glob::Glob(std::string_view pattern) {
             alternatives_.emplace_back(segments.begin(), segments.end());
         }
         if (patterns.size() + alternatives_.size() > MOST) {
-            throw unusable(pattern, "with too many alternatives");
+            throw unusable(pattern, "has too many alternatives");
         }
     }
 }

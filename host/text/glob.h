@@ -1,4 +1,4 @@
-// Patterns for paths, as a shell has them.
+// Patterns for paths (globs), as in a shell.
 #pragma once
 
 #include <cstddef>
@@ -10,22 +10,23 @@ namespace host {
 
 /// A pattern for paths whose segments are separated by "/":
 ///
-///     *  ?  [a-z]  [!a-z]    any characters of a segment, one of them, one of these, one but these
-///     **                     as a whole segment: any number of segments, none too
-///     {a,b}                  either; these may hold patterns and one another
+///     *                      any characters of a segment, or none
+///     ?                      one character
+///     [a-z]  [!a-z]          one character of a set, or one that is not in the set
+///     **                     as a whole segment: any number of segments, or none
+///     {a,b}                  one of several alternatives, which may be patterns and may be nested
 ///     \*                     the character itself
 ///
-/// Characters are code points of UTF-8; a byte that is part of none counts as one. A bracket or a brace that nothing
-/// closes is a character. The time that a match takes grows with the product of both lengths at most.
+/// A character is a code point of UTF-8; a byte that belongs to none counts as one. A bracket or brace that is not
+/// closed is an ordinary character. The time of a match is at most proportional to the product of both lengths.
 class Glob {
   public:
-    static constexpr std::size_t LONGEST = 4'096;  ///< bytes of a pattern: no path is longer
+    static constexpr std::size_t LONGEST = 4'096;  ///< bytes of the longest pattern; no path is longer
 
-    /// Throws `std::invalid_argument` with one line for a pattern longer than that, or with more than 1,000
-    /// alternatives.
+    /// Throws `std::invalid_argument` with one line for a longer pattern, and for more than 1,000 alternatives.
     explicit Glob(std::string_view pattern);
 
-    /// Whether the pattern is one for the whole path.
+    /// Returns whether the pattern matches the whole path.
     [[nodiscard]] bool matches(std::string_view path) const;
 
   private:
@@ -34,10 +35,10 @@ class Glob {
     std::vector<Segments> alternatives_;
 };
 
-/// Whether a text holds what means something in a pattern, other than itself.
+/// Returns whether a text contains a character that is special in a pattern.
 bool is_glob(std::string_view text);
 
-/// The pattern for one text alone.
+/// Returns the pattern that matches this text only.
 std::string escaped(std::string_view text);
 
 }  // namespace host

@@ -39,9 +39,9 @@ bool is_word_character(char character) {
     return is_letter(character) || ('0' <= character && character <= '9');
 }
 
-constexpr std::size_t LONGEST_RUN = 4;  // on either side of a character; it does not take long to see the end of it
+constexpr std::size_t LONGEST_RUN = 4;  // on either side of a character; bounds the time for a long run
 
-// The character beside a run of equal ones: a blank beyond the ends of the line, one of them where the run is longer.
+// The character beside a run of equal ones: a blank beyond the ends of the line, one of the run if that is longer.
 char before_run(std::string_view line, std::size_t place) {
     const std::size_t begin = place - std::min(place, LONGEST_RUN);
     const std::string_view beside = line.substr(begin, place - begin);
@@ -117,7 +117,7 @@ std::string markdown_cell(std::string_view markdown) {
 std::string code_span(std::string_view text) {
     const std::string span = on_one_line(text);
     const std::string fence(longest_run_of_backticks(span) + 1, '`');
-    // A blank on either side keeps backticks at the ends apart from the fence; readers take it away again.
+    // A blank separates the fence from a backtick at either end; Markdown removes it again.
     const bool touches = span.empty() || span.front() == '`' || span.back() == '`';
     const std::string gap = touches ? " " : "";
     return fence + gap + span + gap + fence;

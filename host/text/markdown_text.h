@@ -1,4 +1,4 @@
-// Text of a repository made safe to stand in Markdown, and what Markdown makes of it.
+// Writes text of a repository safely into Markdown, and recognizes Markdown in it.
 #pragma once
 
 #include <cstddef>
@@ -8,35 +8,36 @@
 
 namespace host {
 
-/// Whether Markdown would take the character at `place` of a line for markup: what opens or closes emphasis, or opens a
-/// code span, a link, a tag, an escape, a character reference or, at the beginning, a block. "_" inside of a word does not.
+/// Returns whether Markdown treats the character at `place` of a line as markup: it opens or closes emphasis, or opens
+/// a code span, a link, a tag, an escape, a character reference or, at the beginning, a block. "_" inside a word is
+/// not.
 bool is_markup(std::string_view line, std::size_t place);
 
-/// The text as it is, on one line: line breaks become blanks, and markup is escaped.
+/// Returns the text on one line, shown literally: line breaks become blanks, and markup is escaped.
 std::string plain_text(std::string_view text);
 
-/// As `plain_text`, for a cell of a table: bars are escaped.
+/// Returns the `plain_text` for a cell of a table: bars are escaped, too.
 std::string plain_cell(std::string_view text);
 
-/// Markdown for a cell of a table: line breaks become blanks, and bars are escaped.
+/// Returns the Markdown for a cell of a table: line breaks become blanks, and bars are escaped.
 std::string markdown_cell(std::string_view markdown);
 
-/// The text as one inline code span: line breaks become blanks, and its fence is longer than any run of backticks in
-/// it.
+/// Returns the text as one inline code span: line breaks become blanks, and the fence is longer than any run of
+/// backticks in the text.
 std::string code_span(std::string_view text);
 
-/// As `code_span`, for a cell of a table: bars are escaped.
+/// Returns the `code_span` for a cell of a table: bars are escaped, too.
 std::string code_cell(std::string_view text);
 
-/// The lines as a fenced block whose fence is longer than any run of backticks in them. `language` is its tag, unless
-/// it holds anything but letters, digits and "+-#_.". Control characters other than tabs become U+FFFD.
+/// Returns the lines as a fenced block whose fence is longer than any run of backticks in them. `language` becomes its
+/// tag if it consists of letters, digits and "+-#_.". Control characters other than tabs become U+FFFD.
 std::string fenced_block(std::span<const std::string> lines, std::string_view language);
 
-/// What opens or closes a block of code on a line without blanks before it, "```" or more of these or of "~"; empty for any
-/// other line.
+/// Returns the fence that opens or closes a code block at the beginning of a line: three or more "`" or "~". Empty for
+/// any other line.
 std::string_view fence_of(std::string_view line);
 
-/// Whether a line, without the blanks around it, is a heading: "# HashSet".
+/// Returns whether a line, without blanks at its ends, is a heading: "# HashSet".
 bool is_heading(std::string_view line);
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// Text that a terminal shows as it is.
+// Text that is safe to print on a terminal.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace host {
 
-/// The text with its control characters (control_characters.h) written out byte by byte, a line feed as "\x0a".
+/// Returns the text with its control characters (control_characters.h) escaped byte by byte: a line feed as "\x0a".
 std::string printable(std::string_view text);
 
 }  // namespace host

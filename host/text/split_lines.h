@@ -1,4 +1,4 @@
-// Texts by line.
+// Splits text into lines.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 
 namespace host {
 
-/// The lines of a text without their ends; a last line needs none. They are parts of the text.
+/// Returns the lines of a text without their ends; the last line may lack one. They refer to `text`.
 inline std::vector<std::string_view> split_lines(std::string_view text) {
     std::vector<std::string_view> lines;
     while (!text.empty()) {

@@ -11,7 +11,7 @@ namespace host {
 
 namespace {
 
-// Every byte of UTF-8 begins a code point but those that continue one.
+// Counts code points: every byte of UTF-8 except those that continue one.
 std::size_t width_of(const std::string& cell) {
     return static_cast<std::size_t>(
         std::ranges::count_if(cell, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));

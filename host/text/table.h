@@ -1,4 +1,4 @@
-// Rows in columns, for people.
+// A table as text for people.
 #pragma once
 
 #include <iosfwd>
@@ -7,19 +7,19 @@
 
 namespace host {
 
-/// A table whose columns are as wide as what stands in them, two blanks apart. Widths count code points; control
-/// characters are written out.
+/// A table whose columns are as wide as their widest cell and two blanks apart. Widths count code points. Control
+/// characters are escaped (printable.h).
 class Table {
   public:
-    /// Numbers stand at the right of their column.
+    /// Text is aligned to the left, numbers to the right.
     enum class Column { TEXT, NUMBER };
 
     explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
-    /// Adds a row with a cell for each column, the first of all being the heading.
+    /// Adds a row with one cell for each column. The first row is the heading.
     void add(const std::vector<std::string>& cells);
 
-    /// Writes the rows; nothing when there is none behind the heading. No line ends with a blank.
+    /// Writes the rows, or nothing when there is only a heading. No line ends with a blank.
     void write(std::ostream& out) const;
 
   private:

@@ -1,4 +1,4 @@
-// Points in time as text.
+// Time as text.
 #pragma once
 
 #include <array>
@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// "2026-11-24T10:53:02Z"
+/// Returns a time in UTC: "2026-11-24T10:53:02Z".
 inline std::string in_utc(std::time_t seconds) {
     std::tm parts{};
     gmtime_r(&seconds, &parts);
