@@ -16,7 +16,7 @@ namespace {
 
 using std::string_view;
 
-// Addressed to a tool, in its own spelling.
+// How a directive to a tool begins, in the tool's spelling.
 constexpr auto DIRECTIVES = std::to_array<string_view>(
     {// JavaScript, TypeScript
      "eslint ", "eslint-", "tslint:", "prettier-", "oxlint-", "biome-ignore", "deno-lint-ignore", "deno-fmt-ignore",
@@ -33,27 +33,27 @@ constexpr auto DIRECTIVES = std::to_array<string_view>(
      "noinspection ", "CHECKSTYLE", "checkstyle:", "ktlint-", "NOSONAR",
      "swiftlint:", "rubocop:", "frozen_string_literal:", "phpcs:"});
 
-// Known of the file, but not what it is for. Lower case, like all lists below.
+// Facts about the file that do not say what it is for. Lower case, like all lists below.
 constexpr auto FIELDS =
     std::to_array<string_view>({"author:", "authors:", "author(s):", "created:", "created by ", "written by ",
                                 "contact:", "date:", "version:", "@(#)", "$", "file:", "spdx-"});
 
-// Tags whose argument says what the file is for.
+// Tags whose argument describes the file.
 constexpr std::array<string_view, 8> DESCRIBING_TAGS{"file",    "fileoverview", "overview", "brief",
                                                      "summary", "description",  "desc",     "details"};
 
-// How the first line of a licence begins, even right below a description.
+// How the first line of a licence begins, even directly below a description.
 constexpr std::array<string_view, 9> NOTICES{
     "copyright",       "begin license",        "(c) ", "©", "licensed ", "license:", "license ",
     "released under ", "this file is part of "};
 
 constexpr auto LICENCE_PHRASES = std::to_array<string_view>(
-    {// whose
+    {// the owner
      "copyright (c)", "copyright 19", "copyright 20", "(c) 19", "(c) 20", "all rights reserved", "disclaims copyright",
      "trademarks",
-     // which
+     // the name
      "mit license", "apache license", "bsd license", "public license", "public domain", "free software", "/license",
-     // on which terms
+     // the terms
      "licensed under", "distributed under", "under the terms of", "permission is hereby", "permission to use",
      "redistribution and use", "warranty"});
 
@@ -61,7 +61,7 @@ constexpr std::array<string_view, 12> LICENCE_HINTS{"licen",   "warrant",   "red
                                                     "liab",    "software",  "copyright",   "gnu",
                                                     "endorse", "permitted", "notice",      "contributor"};
 
-// What is still to be done with the file.
+// Notes about work that is still to be done.
 constexpr std::array<string_view, 4> NOTES{"TODO", "FIXME", "XXX", "HACK"};
 
 struct Tag {
@@ -73,7 +73,7 @@ bool contains_any(string_view text, const auto& parts) {
     return std::ranges::any_of(parts, [text](string_view part) { return text.find(part) != string_view::npos; });
 }
 
-// Dashes, signs and box drawings (U+2000 to U+2FFF, which begin with the byte E2) are no words.
+// Dashes, signs and box drawings (U+2000 to U+2FFF, which begin with the byte E2) are not words.
 bool has_words(string_view text) {
     return std::ranges::any_of(text, [](char character) {
         const auto byte = static_cast<unsigned char>(character);
@@ -137,8 +137,8 @@ bool is_expression(string_view word) {
     });
 }
 
-// Whether a line would be code if it were no comment: a statement that imports, declares, assigns or calls, whatever
-// the language, or one that ends or opens as only code does.
+// Whether a line is code that is commented out: a statement of some language that imports, declares, assigns or calls,
+// or a line that begins or ends as only code does.
 bool is_code(string_view text) {
     constexpr std::array<string_view, 3> DECLARING{"const ", "let ", "var "};
     constexpr std::array<string_view, 6> ASSIGNING{"=", ":=", "+=", "-=", "|=", "&="};

@@ -21,7 +21,7 @@ namespace {
 constexpr std::size_t LIMIT = 160;  // code points
 constexpr std::string_view ELLIPSIS = "...";
 
-// Enough of a paragraph to fill the limit, and to recognise a licence by.
+// Enough of a paragraph to fill the limit and to recognize a licence.
 constexpr std::size_t PARAGRAPH_BYTES = 1024;
 
 void append_words(std::string& paragraph, std::string_view text) {
@@ -33,13 +33,13 @@ void append_words(std::string& paragraph, std::string_view text) {
     }
 }
 
-// The first paragraph of a block that says what the file is for; empty when there is none.
+// Returns the first paragraph of a block that describes the file; empty when there is none.
 std::string description(LeadingComments& block) {
     std::string paragraph;
     bool in_aside = false;
     bool in_licence = false;
-    bool in_mark = false;  // of a generator: what follows in its block says how to generate the file anew
-    // A licence that opens with its terms instead of a notice is known only by the whole of its paragraph.
+    bool in_mark = false;  // of a generator: the rest of its block says how to generate the file
+    // A licence that begins with its terms instead of a notice is recognized by its whole paragraph only.
     const auto describes = [&in_licence, &in_mark](const std::string& text) {
         in_licence = in_licence || speaks_of_licence(text, false);
         in_mark = in_mark || is_generator_mark(text);
@@ -54,7 +54,7 @@ std::string description(LeadingComments& block) {
             }
             paragraph.clear();
             in_licence = in_licence || role == Role::NOTICE;
-            // Prose gets here only behind a full paragraph of a licence, which then goes on.
+            // Prose reaches this line only in a licence whose paragraph is full; the licence continues.
             in_aside = role != Role::BREAK && role != Role::INTRODUCTION;
         }
         const bool says_nothing = paragraph.empty() && is_only_a_name(text);
@@ -65,11 +65,12 @@ std::string description(LeadingComments& block) {
     return describes(paragraph) ? paragraph : std::string();
 }
 
-// The first `count` code points of `text`, or all that there are.
+// Returns the first `count` code points of `text`, or all if there are fewer.
 std::string_view first_code_points(std::string_view text, std::size_t count) {
     std::size_t end = 0;
     for (; count > 0 && end < text.size(); --count) {
-        end += std::max<std::size_t>(code_point_bytes(text.substr(end)), 1);  // a byte that begins none counts as one
+        end += std::max<std::size_t>(code_point_bytes(text.substr(end)),
+                                     1);  // a byte that begins no code point counts as one
     }
     return text.substr(0, end);
 }
@@ -79,7 +80,7 @@ std::string shortened(const std::string& text) {
         return text;
     }
     const std::size_t room = first_code_points(text, LIMIT - ELLIPSIS.size()).size();
-    // A word may end just where the room does.
+    // A word may end exactly at the limit.
     const std::size_t word_end = text.rfind(' ', room);
     return text.substr(0, word_end == std::string_view::npos ? room : word_end).append(ELLIPSIS);
 }

@@ -11,10 +11,10 @@ namespace host {
 
 namespace {
 
-// No comment is written in longer lines; minified code is, and its lines are not read to their ends.
+// No comment has longer lines. Minified code has, and only their beginnings are read.
 constexpr std::size_t LINE_BYTES = 4096;
 
-// Of two marks that begin alike the longer one stands first.
+// A mark comes before every mark that is a prefix of it.
 constexpr std::array STYLES{
     CommentStyle{"/*", "*/", "*!"}, CommentStyle{"<!--", "-->", "-"},     CommentStyle{"--[[", "]]", ""},
     CommentStyle{"{-", "-}", ""},   CommentStyle{R"(""")", R"(""")", ""}, CommentStyle{"'''", "'''", ""},
@@ -29,13 +29,13 @@ constexpr std::array<std::string_view, 15> PREPROCESSOR_WORDS{"define",       "e
                                                               "if",           "ifdef",  "ifndef", "import", "include",
                                                               "include_next", "pragma", "region", "undef",  "using"};
 
-// Code that tells nothing and that people write above the comment that does.
+// Code that may precede the comment about the file.
 constexpr auto FORMALITIES =
-    std::to_array<std::string_view>({// for the tools that read the file
+    std::to_array<std::string_view>({// for tools that read the file
                                      "#!", "<?php", "<?xml", "<!DOCTYPE", "{-#",
-                                     // how the language is to be taken
+                                     // modes of the language
                                      "\"use ", "'use ", "declare(strict_types", "from __future__ ",
-                                     // where the names belong
+                                     // the package or namespace
                                      "package ", "namespace "});
 
 struct Directive {
@@ -93,7 +93,7 @@ const CommentStyle* style_of(std::string_view text) {
     return style == STYLES.end() ? nullptr : style;
 }
 
-// A docstring may say what kind of literal it is: r"""...""".
+// Removes the prefix of a docstring literal: r"""...""".
 std::string_view without_literal_prefix(std::string_view text) {
     const std::size_t quote = text.find_first_not_of("rRuUbB");
     const bool is_docstring =

@@ -12,20 +12,20 @@ namespace host {
 
 namespace {
 
-// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): what the component calls has no other argument
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): `wiki::file_summary` takes nothing but lines
 thread_local const SharedSummariesInForce* shared_in_force = nullptr;
 
 }  // namespace
 
 std::string shared_summaries(std::span<const std::string> summaries) {
-    constexpr std::ptrdiff_t FEW = 3;  // files that may well have one text
+    constexpr std::ptrdiff_t FEW = 3;  // files that may have the same text by chance
     constexpr std::size_t MOST = 500;  // texts
     std::map<std::string_view, std::ptrdiff_t> counts;
     for (const std::string& summary : summaries) {
         ++counts[summary];
     }
     counts.erase("");
-    std::vector<std::pair<std::ptrdiff_t, std::string_view>> shared;  // by falling number of files, then by text
+    std::vector<std::pair<std::ptrdiff_t, std::string_view>> shared;  // by descending number of files, then by text
     for (const auto& [text, count] : counts) {
         if (count > FEW) {
             shared.emplace_back(-count, text);
@@ -41,7 +41,7 @@ std::string shared_summaries(std::span<const std::string> summaries) {
     return lines;
 }
 
-SharedSummariesInForce::SharedSummariesInForce(std::string_view texts) : before_(shared_in_force) {
+SharedSummariesInForce::SharedSummariesInForce(std::string_view texts) : outer_(shared_in_force) {
     for (const std::string_view text : split_lines(texts)) {
         texts_.emplace(text);
     }
@@ -49,7 +49,7 @@ SharedSummariesInForce::SharedSummariesInForce(std::string_view texts) : before_
 }
 
 SharedSummariesInForce::~SharedSummariesInForce() {
-    shared_in_force = before_;
+    shared_in_force = outer_;
 }
 
 bool is_shared_summary(std::string_view summary) {

@@ -1,4 +1,4 @@
-// Summaries that say nothing of any one file, because many files of an index have them.
+// Summaries that many files share, and that therefore describe none of them.
 #pragma once
 
 #include <functional>
@@ -9,28 +9,29 @@
 
 namespace host {
 
-/// The texts that more than three of the summaries are, in order, each ended by "\n"; empty texts are none. Of more than
-/// 500 those that most files have; the others stay what their files say of themselves.
+/// Returns the summaries that more than three files have, in alphabetical order, each ended by "\n". `summaries` holds
+/// one for each file; empty ones do not count. Returns at most 500, those of the most files.
 std::string shared_summaries(std::span<const std::string> summaries);
 
-/// While one lives, `wiki::file_summary` leaves out its texts on this thread. Several live one within the other; the
-/// innermost is asked alone.
+/// While an object of this class lives, `wiki::file_summary` on this thread returns no summary that is among its texts.
+/// Objects nest; only the innermost one applies.
 class SharedSummariesInForce {
   public:
-    /// `texts` are as `shared_summaries` gives them.
+    /// `texts` is a result of `shared_summaries`.
     explicit SharedSummariesInForce(std::string_view texts);
     ~SharedSummariesInForce();
     SharedSummariesInForce(const SharedSummariesInForce&) = delete;
     SharedSummariesInForce& operator=(const SharedSummariesInForce&) = delete;
 
+    /// Returns whether a summary is among the texts.
     [[nodiscard]] bool contain(std::string_view summary) const { return texts_.contains(summary); }
 
   private:
     std::set<std::string, std::less<>> texts_;
-    const SharedSummariesInForce* before_;
+    const SharedSummariesInForce* outer_;
 };
 
-/// Whether a summary is among those in force on this thread.
+/// Returns whether a summary is among the texts in force on this thread.
 bool is_shared_summary(std::string_view summary);
 
 }  // namespace host

@@ -16,7 +16,7 @@ TEST(SharedSummaries, AreTheTextsOfMoreThanThreeFiles) {
               "a\nb\n");
 }
 
-TEST(SharedSummaries, AreNeverMoreThanFiveHundredThoseOfMostFilesFirst) {
+TEST(SharedSummaries, AreAtMostTheFiveHundredOfTheMostFiles) {
     Summaries summaries(5, "z");
     for (int text = 1'000; text < 1'600; ++text) {
         summaries.insert(summaries.end(), 4, std::to_string(text));
@@ -26,7 +26,7 @@ TEST(SharedSummaries, AreNeverMoreThanFiveHundredThoseOfMostFilesFirst) {
     EXPECT_TRUE(shared.ends_with("1498\nz\n"));
 }
 
-TEST(SharedSummaries, LeaveAFileWithoutASummaryWhileTheyAreInForce) {
+TEST(SharedSummaries, AreLeftOutWhileTheyAreInForce) {
     const Summaries lines{"// Sorts rows.", "f();"};
     {
         const SharedSummariesInForce in_force("Adds.\nSorts rows.\n");
