@@ -1,4 +1,4 @@
-// Text that must not grow beyond a message.
+// A stream buffer with a limit, for text that must fit into a message.
 #pragma once
 
 #include "host/serve/call.h"
@@ -11,15 +11,16 @@
 
 namespace host::serve {
 
-/// More was written than there is room for.
+/// Thrown when a text exceeds its limit.
 struct TooLarge {};
 
-/// Takes what is written to a stream, whose exceptions must be on: throws `TooLarge` beyond `most` bytes, and `Cancelled`
-/// once the call is cancelled.
+/// Collects what is written to a stream. Throws `TooLarge` beyond `most` bytes, and `Cancelled` once the call is
+/// cancelled. The stream must have its exceptions enabled.
 class BoundedText : public std::streambuf {
   public:
     BoundedText(const Call& call, std::size_t most) : call_(call), most_(most) {}
 
+    /// Returns the text and leaves this object empty.
     [[nodiscard]] std::string take() { return std::move(text_); }
 
   protected:

@@ -1,4 +1,4 @@
-// One request that takes its time.
+// A request that runs on a thread of its own, with cancellation and progress.
 #pragma once
 
 #include "host/serve/json_rpc.h"
@@ -11,16 +11,17 @@
 
 namespace host::serve {
 
-/// Out of a call that its client has cancelled.
+/// Thrown in a call that its client has cancelled.
 struct Cancelled {};
 
-/// Out of a call that turns out to be long while it is not among those that are.
+/// Thrown in a call that turns out to be long while it runs among the short ones.
 struct TakesLong {};
 
-/// What the thread that a call runs on and the one that reads messages share.
+/// A call, shared by the thread that runs it and the thread that reads messages.
 class Call {
   public:
-    /// `progress_token` is null when the client does not want to hear of progress, which goes to `notifications`.
+    /// `progress_token` is null when the client does not ask for progress. The result goes to `answers`, progress to
+    /// `notifications`.
     Call(Received id, Received progress_token, std::shared_ptr<MessageSink> answers,
          std::shared_ptr<MessageSink> notifications)
         : id_(std::move(id)), progress_token_(std::move(progress_token)), answers_(std::move(answers)),
@@ -28,24 +29,26 @@ class Call {
 
     [[nodiscard]] const Received& id() const { return id_; }
 
+    /// Makes every later interrupt check of the call throw `Cancelled`. Safe to call from any thread.
     void cancel() { is_cancelled_ = true; }
 
-    /// Throws `Cancelled` once the client has cancelled the call.
+    /// The interrupt check of the call: throws `Cancelled` once the client has cancelled it.
     void check() const {
         if (is_cancelled_) {
             throw Cancelled{};
         }
     }
 
-    /// Throws `TakesLong` unless the call is among the long ones already.
+    /// Declares that the call will take long. Throws `TakesLong` unless it already runs among the long calls.
     void take_long() const {
         if (!is_long_) {
             throw TakesLong{};
         }
     }
+    /// Notes that the call runs among the long calls from now on.
     void join_long_ones() { is_long_ = true; }
 
-    /// Says that `done` of `total` steps are done, and checks.
+    /// Reports progress: `done` of `total` steps are done. Throws `Cancelled` as `check` does.
     void report(std::int64_t done, std::int64_t total, const std::string& what) const {
         check();
         if (!progress_token_.is_null()) {
@@ -55,6 +58,7 @@ class Call {
         }
     }
 
+    /// Sends the answer to the call.
     void send(std::string_view message) const { answers_->send(message); }
 
   private:

@@ -13,7 +13,7 @@ namespace {
 
 Completion path_at_end(const std::string& before, const std::string& beginning) {
     if (beginning.size() > LONGEST_PATH || beginning.find('\0') != std::string::npos) {
-        return {};  // which begins no path
+        return {};  // not the beginning of a path
     }
     return {.is_path = true, .before = before, .beginning = beginning};
 }
@@ -33,7 +33,7 @@ Completion of_prompt(const Received& reference, const std::string& name, const s
         throw bad_parameter("ref.name", "no such prompt: " + prompt);
     }
     if (name == "paths") {
-        const std::size_t line = value.rfind('\n') + 1;  // 0 where there is one line alone
+        const std::size_t line = value.rfind('\n') + 1;  // 0 when there is only one line
         return path_at_end(value.substr(0, line), value.substr(line));
     }
     if (name == "max_bytes") {
@@ -59,8 +59,8 @@ Completion completion_of(const Received& params) {
     throw bad_parameter("ref.type", "must be one of ref/prompt, ref/resource");
 }
 
-std::string completed(const Completion& completion, const Workplace& workplace, const Call& call) {
-    constexpr std::size_t MOST = 100;  // of the protocol
+std::string completed(const Completion& completion, const ToolContext& context, const Call& call) {
+    constexpr std::size_t MOST = 100;  // the limit of the protocol
     std::vector<std::string> values;
     for (const std::string& value : completion.values) {
         if (value.starts_with(completion.beginning)) {
@@ -68,8 +68,8 @@ std::string completed(const Completion& completion, const Workplace& workplace, 
         }
     }
     if (completion.is_path) {
-        workplace.index.borrow([&call] { call.check(); },
-                               [&](storage::Database& db) { values = completed_paths(db, completion.beginning); });
+        context.index.borrow([&call] { call.check(); },
+                             [&](storage::Database& db) { values = completed_paths(db, completion.beginning); });
     }
     Sent first = Sent::array();
     for (std::size_t at = 0; at < std::min(values.size(), MOST); ++at) {

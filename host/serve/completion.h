@@ -1,4 +1,4 @@
-// What may stand in the place of an argument of which the beginning is typed.
+// Completes the arguments of the prompt and of page addresses.
 #pragma once
 
 #include "host/serve/tools.h"
@@ -8,19 +8,20 @@
 
 namespace host::serve {
 
-/// What is to be completed, once it is checked.
+/// A valid request for a completion.
 struct Completion {
-    std::vector<std::string> values = {};  ///< all that the argument is likely to be, unless it is a path
+    std::vector<std::string> values = {};  ///< likely values of the argument, unless it is a path
     bool is_path = false;
-    std::string before = {};     ///< what stands before the path: lines with others
-    std::string beginning = {};  ///< of the path or the value
+    std::string before = {};     ///< the lines before the path, which hold other paths
+    std::string beginning = {};  ///< the beginning of the path or the value
 };
 
-/// The completion that these parameters of `completion/complete` ask for: of the path of a page, or of an argument of the
-/// prompt. Throws `RpcError` that names the field.
+/// Reads the parameters of `completion/complete`, which ask for the path of a page or for an argument of the prompt.
+/// Throws `RpcError` that names the field.
 Completion completion_of(const Received& params);
 
-/// What `completion/complete` gives: the first hundred values, and how many there are. Throws as `RunTool` does.
-std::string completed(const Completion& completion, const Workplace& workplace, const Call& call);
+/// Returns the result of `completion/complete`: the first hundred values, and how many there are. Throws what `RunTool`
+/// throws.
+std::string completed(const Completion& completion, const ToolContext& context, const Call& call);
 
 }  // namespace host::serve

@@ -36,54 +36,55 @@ Sent input_schema() {
            {"items", {{"type", "string"}, {"minLength", 1}, {"maxLength", LONGEST_PATH}}},
            {"minItems", 1},
            {"maxItems", 1000},
-           {"description", "Files of the index; a folder stands for the files below it, \".\" for all, and a pattern "
-                           "as src/**/*.ts for the files that it matches."}}},
+           {"description", "Files of the index. A folder selects the files below it, \".\" selects all files, and a "
+                           "pattern such as src/**/*.ts selects the files that it matches."}}},
          {"sections",
           {{"type", "array"},
            {"items", {{"type", "string"}, {"enum", section_enum()}}},
            {"maxItems", SECTIONS.size()},
            {"default", Sent::array()},
            {"description",
-            "Which sections to write, or which parts of the JSON; an empty list stands for all but the outline: what "
-            "each file declares, a line each with lines, kind, name and signature."}}},
+            "The sections to write, or the parts of the JSON. An empty list selects all but the outline, which lists "
+            "the declarations of each file, one a line with lines, kind, name and signature."}}},
          {"format",
           {{"type", "string"},
            {"enum", {"markdown", "json"}},
            {"default", "markdown"},
-           {"description", "markdown to be read, json to be computed with."}}},
+           {"description", "markdown for reading, json for programs."}}},
          {"max_bytes",
           {{"type", "integer"},
            {"minimum", 0},
            {"maximum", LONGEST_MESSAGE},
            {"description",
-            "How long the Markdown may be; not for json. What matters least is left out, and each cut says so."}}},
+            "The most bytes of Markdown; not for json. The least important parts are cut, and each cut is marked."}}},
          {"max_tokens",
           {{"type", "integer"},
            {"minimum", 0},
            {"maximum", LONGEST_MESSAGE / BYTES_OF_A_TOKEN},
-           {"description", "As max_bytes, four bytes a token."}}},
+           {"description", "Like max_bytes, at four bytes a token."}}},
          {"with_source",
           {{"type", "boolean"},
            {"default", true},
-           {"description", "Whether declarations stand with their source, or with their signatures alone."}}},
+           {"description", "Whether declarations are shown with their source or with their signatures only."}}},
          {"strict",
           {{"type", "boolean"},
            {"default", false},
            {"description", "Whether the call fails when the index does not hold one of the paths."}}},
-         {"total", whole_number(presets.total, "How many declarations get a block.")},
-         {"floor", whole_number(presets.floor, "How many of its best declarations each file gets first.")},
+         {"total", whole_number(presets.total, "The number of declarations with a block.")},
+         {"floor", whole_number(presets.floor, "The number of declarations that each file gets first, its best ones.")},
          {"max_share",
           {{"type", "number"},
            {"minimum", 0},
            {"maximum", PageOptions::LARGEST_SHARE},
            {"default", presets.max_share},
-           {"description", "The share of the total that one file may take while others have declarations left."}}},
-         {"deep", whole_number(presets.deep, "How many names get a deeper treatment.")},
-         {"deep_per_file", whole_number(presets.deep_per_file, "How many of these from any one file.")},
+           {"description",
+            "The largest share of the total that one file may take while others have declarations left."}}},
+         {"deep", whole_number(presets.deep, "The number of names for a deeper treatment.")},
+         {"deep_per_file", whole_number(presets.deep_per_file, "The most of these names from one file.")},
          {"neighbours",
-          whole_number(presets.neighbours, "How many declarations of other files are listed as dependencies.")},
+          whole_number(presets.neighbours, "The number of declarations of other files to list as dependencies.")},
          {"test", path_list("Patterns for paths that are tests, whatever their names.")},
-         {"not_test", path_list("Patterns for paths that are no tests.")}},
+         {"not_test", path_list("Patterns for paths that are not tests.")}},
         {"paths"});
 }
 
@@ -92,15 +93,15 @@ Sent output_schema() {
         {{"missing",
           {{"type", "array"},
            {"items", {{"type", "string"}}},
-           {"description", "The given paths that the index does not hold."}}},
+           {"description", "The requested paths that the index does not hold."}}},
          {"remarks",
           {{"type", "array"},
            {"items", {{"type", "string"}}},
-           {"description", "What leaves the page in doubt, as files that changed since they were indexed."}}}},
+           {"description", "What makes the page less certain, such as files that changed since they were indexed."}}}},
         {"missing", "remarks"});
 }
 
-// Whether a page reads so much that short calls are not to wait for it.
+// Whether a page reads so much that its call is a long one.
 bool is_long(storage::Database& db, std::span<const std::string> files) {
     constexpr std::size_t MANY_FILES = 100;
     constexpr std::int64_t MANY_DECLARATIONS = 5'000;
@@ -136,7 +137,7 @@ PageRequest request_of(const Received& arguments) {
                         .with_source = arguments["with_source"]};
     request.format = arguments["format"] == "json" ? PageRequest::Format::JSON : PageRequest::Format::MARKDOWN;
     if (request.format == PageRequest::Format::JSON && !request.with_source) {
-        throw bad_parameter("with_source", "is for Markdown alone: JSON holds signatures and no source");
+        throw bad_parameter("with_source", "applies to Markdown only: JSON has signatures but no source");
     }
     for (const auto& [name, most] :
          {std::pair("max_bytes", &PageRequest::max_bytes), std::pair("max_tokens", &PageRequest::max_tokens)}) {
@@ -144,7 +145,7 @@ PageRequest request_of(const Received& arguments) {
             continue;
         }
         if (request.format == PageRequest::Format::JSON) {
-            throw bad_parameter(name, "shortens Markdown alone");
+            throw bad_parameter(name, "applies to Markdown only");
         }
         request.*most = arguments[name].get<std::size_t>();
     }
@@ -154,7 +155,7 @@ PageRequest request_of(const Received& arguments) {
     return request;
 }
 
-std::string written(const RequestedPage& page, const Call& call) {
+std::string rendered(const RequestedPage& page, const Call& call) {
     BoundedText text(call, LONGEST_MESSAGE);
     std::ostream out(&text);
     out.exceptions(std::ios::badbit);
@@ -162,8 +163,8 @@ std::string written(const RequestedPage& page, const Call& call) {
     return text.take();
 }
 
-ToolAnswer run(const Received& arguments, const Workplace& workplace, const Call& call) {
-    return grounded(request_of(arguments), workplace, call);
+ToolAnswer run(const Received& arguments, const ToolContext& context, const Call& call) {
+    return grounded(request_of(arguments), context, call);
 }
 
 }  // namespace
@@ -172,15 +173,15 @@ PageRequest page_request(const Received& arguments) {
     return request_of(checked(arguments, input_schema()));
 }
 
-ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, const Call& call) {
+ToolAnswer grounded(const PageRequest& request, const ToolContext& context, const Call& call) {
     constexpr std::int64_t STEPS = 3;
     if (asks_for_many_patterns(request.paths, request.tests)) {
         call.take_long();
     }
     PageRequest here = request;
-    here.checkout = workplace.checkout;
+    here.checkout = context.checkout;
     ToolAnswer answer;
-    workplace.index.borrow(
+    context.index.borrow(
         [&call] { call.check(); },
         [&](storage::Database& db) {
             const RequestedPage page(here, db, [&](std::span<const std::string> files) {
@@ -196,7 +197,7 @@ ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, cons
             const wiki::scope::ScopeFacts& facts = page.page().facts;
             call.report(2, STEPS,
                         "read " + counted(std::ssize(facts.inbound) + std::ssize(facts.outbound), "reference"));
-            answer.text = written(page, call);
+            answer.text = rendered(page, call);
             call.report(3, STEPS, "written");
 
             answer.structured = text_of({{"missing", page.page().missing}, {"remarks", answer.remarks}});
@@ -209,12 +210,12 @@ Tool ground_page_tool() {
     return {.name = name,
             .definition = tool_definition(
                 name, "Ground a wiki page",
-                "States what a set of source files really is, from an index of the repository and its checkout: how "
-                "large each file is and what for, which declarations matter, with their source, who uses them from "
+                "States facts about a set of source files, from an index of the repository and its checkout: the size "
+                "and purpose of each file, the most important declarations with their source, who uses them from "
                 "outside, which tests reach them, which public code nothing uses, and what they depend on. Call it "
                 "before you write about files, and write nothing of these kinds that it does not state. Ask for the "
-                "outline alone to learn what files hold before you ask for a page. Give "
-                "max_tokens to fit a page into what you can read.",
+                "outline only to learn what files declare before you ask for a page. Set max_tokens to fit a page "
+                "into your context.",
                 input_schema(), output_schema()),
             .run = run};
 }

@@ -1,4 +1,4 @@
-// Connections to an index that may be replaced at any time.
+// A pool of connections to an index that may be replaced at any time.
 #pragma once
 
 #include "host/index/index.h"
@@ -12,21 +12,22 @@
 
 namespace host::serve {
 
-/// Connections to an index, kept open from one call to the next. For any number of threads.
+/// Keeps connections to an index open from one call to the next. Safe to use from several threads.
 class IndexConnections {
   public:
-    /// Throws what `Index::connect` throws. `on_replacement` is called, on the thread that borrows, when another index
-    /// has taken the place of the one that was there.
+    /// Opens the index. Calls `on_replacement`, on the thread that calls `borrow`, when another index has replaced it.
+    /// Throws what `Index::connect` throws.
     IndexConnections(std::shared_ptr<const Index> index, std::function<void()> on_replacement);
 
-    /// Calls `use` with the index that is there now, in one state of it; `watch` is called every few milliseconds while it
-    /// is read, and by `check_interrupt` of it. Throws what `Index::connect`, `IndexConnection::read`, `use` and `watch` throw.
+    /// Calls `use` with one consistent state of the current index. Calls the interrupt check `watch` every few
+    /// milliseconds while the index is read, and from `Database::check_interrupt`. Throws what `Index::connect`,
+    /// `IndexConnection::read`, `use` and `watch` throw.
     void borrow(const std::function<void()>& watch, const std::function<void(storage::Database&)>& use);
 
   private:
     std::unique_ptr<IndexConnection> take();
     void give_back(std::unique_ptr<IndexConnection> connection);
-    // Notes which state an answer is from.
+    // Notes the state of the index that an answer is from, and reports a replacement.
     void note(const std::string& state);
 
     static constexpr std::size_t MOST_KEPT = 16;

@@ -30,7 +30,7 @@ const std::string& text_parameter(const Received& params, const std::string& key
         throw bad_parameter(key, "is missing");
     }
     if (!value->is_string()) {
-        throw bad_parameter(key, "must be a text");
+        throw bad_parameter(key, "must be a string");
     }
     return value->get_ref<const std::string&>();
 }
@@ -48,24 +48,24 @@ Received parse(std::string_view line) {
     const auto check = [&values](int depth, Received::parse_event_t event, const Received&) {
         using Event = Received::parse_event_t;
         if (depth > DEEPEST) {
-            throw invalid("a message is nested at most " + std::to_string(DEEPEST) + " deep");
+            throw invalid("a message may be nested at most " + std::to_string(DEEPEST) + " levels deep");
         }
         values += event == Event::value || event == Event::object_start || event == Event::array_start ? 1 : 0;
         if (values > MOST_VALUES) {
-            throw invalid("a message holds at most " + std::to_string(MOST_VALUES) + " values");
+            throw invalid("a message may hold at most " + std::to_string(MOST_VALUES) + " values");
         }
         return true;
     };
     try {
         return Received::parse(line, check);
     } catch (const Received::exception&) {
-        throw RpcError(ErrorCode::PARSE_ERROR, "not JSON; a message is one line of it, in UTF-8");
+        throw RpcError(ErrorCode::PARSE_ERROR, "not JSON; a message is one line of JSON in UTF-8");
     }
 }
 
 Message read_message(const Received& value) {
     if (!value.is_object()) {
-        throw invalid("a message is an object");
+        throw invalid("a message must be an object");
     }
     if (const auto version = value.find("jsonrpc"); version == value.end() || *version != "2.0") {
         throw invalid("jsonrpc: must be \"2.0\"");
@@ -79,12 +79,12 @@ Message read_message(const Received& value) {
         throw invalid("method: is missing");
     }
     if (!method->is_string()) {
-        throw invalid("method: must be a text");
+        throw invalid("method: must be a string");
     }
     Message message{.kind = Message::Kind::NOTIFICATION, .id = {}, .method = *method};
     if (id != value.end()) {
         if (!is_id(*id)) {
-            throw invalid("id: must be a number or a text of at most " + std::to_string(LONGEST_ID) + " bytes");
+            throw invalid("id: must be a number or a string of at most " + std::to_string(LONGEST_ID) + " bytes");
         }
         message.kind = Message::Kind::REQUEST;
         message.id = *id;

@@ -43,14 +43,14 @@ std::string text_for_people(const Result& result) {
     return out.str();
 }
 
-void ask(const Workplace& workplace, const Call& call, const std::function<void(storage::Database&)>& question) {
-    workplace.index.borrow([&call] { call.check(); }, question);
+void ask(const ToolContext& context, const Call& call, const std::function<void(storage::Database&)>& question) {
+    context.index.borrow([&call] { call.check(); }, question);
 }
 
-ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const Call& call) {
+ToolAnswer run_find(const Received& arguments, const ToolContext& context, const Call& call) {
     const std::string name = arguments["name"];
     ToolAnswer answer;
-    ask(workplace, call, [&](storage::Database& index) {
+    ask(context, call, [&](storage::Database& index) {
         const FoundDeclarations found = find_declarations(index, name, arguments["limit"]);
         answer.structured = json_of(found);
         answer.text = found.count == 0 ? said_of_none(name) + "\n" : text_for_people(found);
@@ -64,14 +64,14 @@ ToolAnswer run_find(const Received& arguments, const Workplace& workplace, const
     return answer;
 }
 
-ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const Call& call) {
+ToolAnswer run_list(const Received& arguments, const ToolContext& context, const Call& call) {
     const std::vector<std::string> paths = arguments["paths"];
     const std::vector<PathRule> tests = test_rules(arguments);
     if (asks_for_many_patterns(paths, tests)) {
         call.take_long();
     }
     ToolAnswer answer;
-    ask(workplace, call, [&](storage::Database& index) {
+    ask(context, call, [&](storage::Database& index) {
         const ListedFiles listed = list_files(index, paths, tests);
         if (listed.is_failure) {
             throw ToolFailure(lines_of(listed.remarks));
@@ -83,9 +83,9 @@ ToolAnswer run_list(const Received& arguments, const Workplace& workplace, const
     return answer;
 }
 
-ToolAnswer run_stats(const Received& /*arguments*/, const Workplace& workplace, const Call& call) {
+ToolAnswer run_stats(const Received& /*arguments*/, const ToolContext& context, const Call& call) {
     ToolAnswer answer;
-    ask(workplace, call, [&](storage::Database& index) {
+    ask(context, call, [&](storage::Database& index) {
         const IndexStats stats = index_stats(index);
         answer = {.text = text_for_people(stats), .structured = json_of(stats)};
     });
@@ -98,7 +98,7 @@ Tool find_declarations_tool() {
     const std::string name = "find_declarations";
     const Sent declaration = object_schema({{"match", {{"type", "string"}, {"enum", {"exact", "prefix", "part"}}}},
                                             {"name", TEXT},
-                                            {"fqn", described(TEXT, "With the names of what it stands in.")},
+                                            {"fqn", described(TEXT, "Qualified by the enclosing declarations.")},
                                             {"kind", TEXT},
                                             {"path", TEXT},
                                             {"start_line", {{"type", "integer"}}},
@@ -108,10 +108,10 @@ Tool find_declarations_tool() {
     return {.name = name,
             .definition = tool_definition(
                 name, "Find declarations by name",
-                "Finds classes, functions and other declarations by name: first those that are called so, then those "
-                "whose name begins so, then those whose name holds it; of these what production code uses most. Tells "
-                "kind, path, lines and uses. Call it to learn in which file something is declared, before you ask "
-                "for a page of that file.",
+                "Finds classes, functions and other declarations by name: first exact matches, then names that begin "
+                "with it, then names that contain it, each ordered by uses in production code. Returns kind, path, "
+                "lines and uses. Call it to learn which file declares something, before you ask for a page of that "
+                "file.",
                 object_schema({{"name",
                                 {{"type", "string"},
                                  {"minLength", 1},
@@ -123,10 +123,10 @@ Tool find_declarations_tool() {
                                  {"minimum", 1},
                                  {"maximum", MOST_LISTED},
                                  {"default", 50},
-                                 {"description", "How many to list at most."}}}},
+                                 {"description", "The most declarations to list."}}}},
                               {"name"}),
                 object_schema({{"declarations", list_of(declaration, "Best first; lines are 1-based and inclusive.")},
-                               {"count", described(COUNT, "Of all that were found.")}},
+                               {"count", described(COUNT, "The number of all that were found.")}},
                               {"declarations", "count"})),
             .run = run_find};
 }
@@ -137,17 +137,17 @@ Tool list_files_tool() {
         object_schema({{"path", TEXT},
                        {"language", {{"type", {"string", "null"}}}},
                        {"declarations", COUNT},
-                       {"declared_lines", described(COUNT, "Those that the declarations take up together.")},
+                       {"declared_lines", described(COUNT, "The lines that the declarations cover together.")},
                        {"is_test", BOOLEAN}},
                       {"path", "language", "declarations", "declared_lines", "is_test"});
     return {.name = name,
             .definition = tool_definition(
                 name, "List the files of the index",
-                "Lists files of the index with their language, how many declarations they have, how many lines these "
-                "take up, and which files are tests. Call it to decide which files a page is to be about.",
-                object_schema({{"paths", path_list("Files, folders and patterns as src/**/*.ts; none stands for all.")},
+                "Lists files of the index with their language, the number of their declarations, the lines that these "
+                "cover, and which files are tests. Call it to decide which files a page is about.",
+                object_schema({{"paths", path_list("Files, folders and patterns such as src/**/*.ts; by default all.")},
                                {"test", path_list("Patterns for paths that are tests, whatever their names.")},
-                               {"not_test", path_list("Patterns for paths that are no tests.")}}),
+                               {"not_test", path_list("Patterns for paths that are not tests.")}}),
                 object_schema({{"files", list_of(file, "In path order.")}}, {"files"})),
             .run = run_list};
 }
@@ -156,16 +156,16 @@ Tool index_stats_tool() {
     const std::string name = "index_stats";
     return {.name = name,
             .definition = tool_definition(
-                name, "Tell what is in the index",
-                "Tells what the index holds: files by language, declarations by kind, references by how they were "
-                "resolved, when and from what it was made, and what its import could not use. Call it to judge how "
-                "much of a repository the other tools know.",
+                name, "Describe the index",
+                "Describes the index: files by language, declarations by kind, references by resolution, when and from "
+                "what it was made, and what its import could not use. Call it to judge how much of a repository the "
+                "other tools know.",
                 object_schema(Sent::object()),
                 object_schema({{"index", TEXT},
                                {"bytes", described(COUNT, "The size of the index.")},
                                {"made", described(TEXT, "In UTC.")},
-                               {"checksums", described(BOOLEAN, "Whether all damage to it shows.")},
-                               {"checked", described(BOOLEAN, "Whether all of it was read, and no damage found.")},
+                               {"checksums", described(BOOLEAN, "Whether checksums reveal any damage.")},
+                               {"checked", described(BOOLEAN, "Whether all of it was read and no damage was found.")},
                                {"report", {{"type", "object"}, {"description", "What the import counted."}}}},
                               {"index", "bytes", "made", "checksums", "checked", "report"})),
             .run = run_stats};

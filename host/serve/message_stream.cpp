@@ -12,7 +12,7 @@ namespace host::serve {
 
 namespace {
 
-// Whether a call that failed is worth another try, perhaps after waiting for a descriptor that does not block.
+// Whether a failed call may be tried again. Waits first when the descriptor is not ready.
 bool can_go_on(int descriptor, short event) {
     if (errno == EAGAIN || errno == EWOULDBLOCK) {
         pollfd ready{descriptor, event, 0};
@@ -34,7 +34,7 @@ MessageReader::Outcome MessageReader::next(std::string& line) {
         if (end != std::string::npos) {
             const std::string_view found = std::string_view(buffer_).substr(begin_, end - begin_);
             begin_ = searched_ = end + 1;
-            if (std::exchange(is_passing_over_, false)) {
+            if (std::exchange(is_skipping_, false)) {
                 continue;
             }
             if (found.size() > longest_) {
@@ -48,10 +48,10 @@ MessageReader::Outcome MessageReader::next(std::string& line) {
         }
         buffer_.erase(0, begin_);
         begin_ = 0;
-        if (is_passing_over_ || buffer_.size() > longest_) {
+        if (is_skipping_ || buffer_.size() > longest_) {
             buffer_ = {};
             searched_ = 0;
-            if (!std::exchange(is_passing_over_, true)) {
+            if (!std::exchange(is_skipping_, true)) {
                 return Outcome::TOO_LONG;
             }
         }
@@ -65,7 +65,7 @@ MessageReader::Outcome MessageReader::next(std::string& line) {
 }
 
 bool MessageReader::read_more() {
-    constexpr std::size_t USUAL = 1'048'576;  // bytes; a long line leaves no more behind
+    constexpr std::size_t USUAL = 1'048'576;  // bytes; a larger buffer is freed after a long line
     if (buffer_.empty() && buffer_.capacity() > USUAL) {
         buffer_.shrink_to_fit();
     }

@@ -1,4 +1,4 @@
-// Messages as lines: how they come in, and how they go out.
+// Reads and writes messages, one a line.
 #pragma once
 
 #include <cstddef>
@@ -12,37 +12,38 @@
 
 namespace host::serve {
 
-/// How many bytes a message has at most, in either direction, without its end.
+/// The most bytes of a message in either direction, without the line end.
 inline constexpr std::size_t LONGEST_MESSAGE = 16'777'216;
 
-/// Reads lines from a file descriptor, each of at most `longest` bytes. For one thread.
+/// Reads lines of at most `longest` bytes from a file descriptor. For one thread only.
 class MessageReader {
   public:
     enum class Outcome : std::uint8_t {
         LINE,
-        TOO_LONG,  ///< said as soon as it is known; the rest of that line is passed over
-        END,       ///< of the input, or of its being readable
+        TOO_LONG,  ///< reported as soon as it is known; the rest of the line is skipped
+        END,       ///< the end of the input, or a failure to read it
     };
 
     explicit MessageReader(int descriptor, std::size_t longest = LONGEST_MESSAGE)
         : descriptor_(descriptor), longest_(longest) {}
 
-    /// Waits for the next line that is not blank. It has no end of its own; that of the input ends the last one.
+    /// Waits for the next line that is not blank, and stores it in `line` without its end. The last line may lack an
+    /// end.
     Outcome next(std::string& line);
 
   private:
-    /// Takes in what there is; false at the end.
+    /// Appends the available input to the buffer. Returns false at the end.
     bool read_more();
 
     int descriptor_;
     std::size_t longest_;
     std::string buffer_;
-    std::size_t begin_ = 0;     // of the next line in the buffer
-    std::size_t searched_ = 0;  // up to where the buffer holds no end of that line
-    bool is_passing_over_ = false;
+    std::size_t begin_ = 0;     // where the next line begins in the buffer
+    std::size_t searched_ = 0;  // up to here the buffer has no end of that line
+    bool is_skipping_ = false;  // the rest of a line that is too long
 };
 
-/// Where messages go. For any number of threads.
+/// A destination of messages. Safe to use from several threads.
 class MessageSink {
   public:
     MessageSink() = default;
@@ -53,14 +54,14 @@ class MessageSink {
     virtual void send(std::string_view message) = 0;
 };
 
-/// Writes messages to a file descriptor, a line each.
+/// Writes messages to a file descriptor, one a line.
 class MessageWriter : public MessageSink {
   public:
-    /// `on_failure` is called, on the thread that sends, when the descriptor takes no more; it says why.
+    /// Calls `on_failure` with the reason, on the thread that sends, when writing fails.
     MessageWriter(int descriptor, std::function<void(const std::string& reason)> on_failure)
         : descriptor_(descriptor), on_failure_(std::move(on_failure)) {}
 
-    /// Waits until the message is written.
+    /// Returns when the message is written.
     void send(std::string_view message) override;
 
   private:
@@ -69,8 +70,8 @@ class MessageWriter : public MessageSink {
     std::mutex mutex_;
 };
 
-/// Collects the answers to the requests of a batch, and sends them as one array at its end, if there are any; as more than
-/// one where they do not fit into a message.
+/// Collects the answers to the requests of a batch, and sends them as one array when it is destroyed. Sends several
+/// arrays when they do not fit into one message, and none when there are no answers.
 class Batch : public MessageSink {
   public:
     explicit Batch(std::shared_ptr<MessageSink> out) : out_(std::move(out)) {}

@@ -1,4 +1,4 @@
-// What a writer of a page is told.
+// The prompt that has a model write a wiki page.
 #pragma once
 
 #include "host/serve/tools.h"
@@ -7,14 +7,15 @@
 
 namespace host::serve {
 
-/// The prompt as `prompts/list` gives it: it has somebody write a wiki page about files, and keeps them to what is
-/// stated of these.
+/// Returns the prompt as an entry of `prompts/list`. It asks for a wiki page about files, restricted to what is stated
+/// about them.
 Sent write_wiki_page_prompt();
 
-/// The page that the arguments of the prompt, which are texts, ask for. Throws `RpcError` that names the field.
+/// Reads the arguments of the prompt, which are strings. Throws `RpcError` that names the field.
 PageRequest page_to_write(const Received& arguments);
 
-/// What `prompts/get` gives. Throws `RpcError` where the index does not hold the paths, else as `RunTool` does.
-std::string write_wiki_page(const PageRequest& request, const Workplace& workplace, const Call& call);
+/// Returns the result of `prompts/get`. Throws `RpcError` when the index holds none of the paths, and what `RunTool`
+/// throws.
+std::string write_wiki_page(const PageRequest& request, const ToolContext& context, const Call& call);
 
 }  // namespace host::serve

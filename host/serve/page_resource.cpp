@@ -15,7 +15,7 @@ RpcError no_such_page(const std::string& uri, const std::string& reason) {
     return {ErrorCode::RESOURCE_NOT_FOUND, reason, {{"uri", uri}}};
 }
 
-// The byte that stands for itself as "%2F"; none where there is no such text.
+// Decodes the percent-encoded byte at the beginning of a text ("%2F"); none when there is no such byte.
 std::optional<char> escaped_byte(std::string_view text) {
     unsigned value = 0;
     if (text.size() < 3 || text.front() != '%') {
@@ -31,8 +31,8 @@ Sent page_template() {
     return {{"uriTemplate", std::string(PREFIX) + "{+path}"},
             {"name", "page"},
             {"title", "Grounding of a wiki page"},
-            {"description", "What the files at a path really are: of one file, of those below a folder, or of those "
-                            "that a pattern matches."},
+            {"description", "Facts about the files at a path: one file, the files below a folder, or those that a "
+                            "pattern matches."},
             {"mimeType", "text/markdown"}};
 }
 
@@ -46,25 +46,25 @@ PageRequest page_at(const std::string& uri) {
     while (!rest.empty()) {
         const std::optional<char> byte = escaped_byte(rest);
         if (!byte && rest.front() == '%') {
-            throw no_such_page(uri, "a % is written as %25");
+            throw no_such_page(uri, "% must be written as %25");
         }
         path += byte.value_or(rest.front());
         rest.remove_prefix(byte ? 3 : 1);
     }
     if (path.empty()) {
-        throw no_such_page(uri, "no path is named; " + std::string(PREFIX) + ". is the page of all files");
+        throw no_such_page(uri, "no path given; " + std::string(PREFIX) + ". is the page of all files");
     }
     if (path.size() > LONGEST_PATH || path.find('\0') != std::string::npos) {
-        throw no_such_page(uri, "a path has at most " + std::to_string(LONGEST_PATH) + " bytes, and no NUL");
+        throw no_such_page(uri, "a path may have at most " + std::to_string(LONGEST_PATH) + " bytes and no NUL");
     }
     return {.paths = {path}};
 }
 
-std::string read_page(const std::string& uri, const PageRequest& request, const Workplace& workplace,
+std::string read_page(const std::string& uri, const PageRequest& request, const ToolContext& context,
                       const Call& call) {
     try {
-        const ToolAnswer page = grounded(request, workplace, call);
-        workplace.warn(page.remarks);
+        const ToolAnswer page = grounded(request, context, call);
+        context.warn(page.remarks);
         return text_of(
             {{"contents", Sent::array({{{"uri", uri}, {"mimeType", "text/markdown"}, {"text", page.text}}})}});
     } catch (const ToolFailure& failure) {

@@ -1,4 +1,4 @@
-// Pages as resources.
+// Pages as resources: `scope://page/{+path}`.
 #pragma once
 
 #include "host/serve/tools.h"
@@ -7,14 +7,15 @@
 
 namespace host::serve {
 
-/// The template of the resources, as `resources/templates/list` gives it: "scope://page/{+path}" is the page of a file,
-/// a folder or a pattern, as Markdown.
+/// Returns the template as an entry of `resources/templates/list`: "scope://page/{+path}" is the page of a file, a
+/// folder or a pattern, as Markdown.
 Sent page_template();
 
-/// The page at an address. Throws `RpcError` when it is no such address.
+/// Reads the address of a page. Throws `RpcError` when it is not one.
 PageRequest page_at(const std::string& uri);
 
-/// What `resources/read` gives, for the page at `uri`; what leaves the page in doubt is told beside it. Throws as `RunTool` does.
-std::string read_page(const std::string& uri, const PageRequest& request, const Workplace& workplace, const Call& call);
+/// Returns the result of `resources/read` for the page at `uri`. Reports the remarks of the page as warnings. Throws
+/// `RpcError` when the index holds no such path, and what `RunTool` throws.
+std::string read_page(const std::string& uri, const PageRequest& request, const ToolContext& context, const Call& call);
 
 }  // namespace host::serve

@@ -18,8 +18,8 @@ RunningCalls::RunningCalls() {
             threads_.emplace_back([this, &lane](const std::stop_token& stop) { run_calls(lane, stop); });
         }
     } catch (const std::system_error& error) {
-        if (threads_.size() < 2) {  // a lane without one would wait forever
-            throw std::runtime_error("no thread can be started (" + error.code().message() +
+        if (threads_.size() < 2) {  // a lane without a thread would wait forever
+            throw std::runtime_error("cannot start a thread (" + error.code().message() +
                                      "); end other programs, or allow more of them with ulimit -u");
         }
     }

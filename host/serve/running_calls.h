@@ -1,4 +1,4 @@
-// Calls side by side.
+// Runs calls concurrently.
 #pragma once
 
 #include "host/serve/call.h"
@@ -17,28 +17,28 @@
 
 namespace host::serve {
 
-/// Runs as many long calls at once as there are cores, and as many others beside them: no short call waits for a long one,
-/// and memory is taken for so many alone. Its functions are for one thread.
+/// Runs calls on two groups of threads, one for long calls and one for short calls, with as many threads each as there
+/// are cores. So no short call waits for a long one, and memory is bounded. Its functions are for one thread only.
 class RunningCalls {
   public:
-    /// So many calls go on or wait; who starts one more waits as well.
+    /// The most calls that run or wait. `start` waits while there are so many.
     static constexpr std::size_t MOST = 4096;
 
-    /// Has fewer threads where the system gives no more. Throws std::runtime_error when it does not give two.
+    /// Starts fewer threads when the system refuses more. Throws `std::runtime_error` when it allows less than two.
     RunningCalls();
-    /// Cancels what there is, and waits for its end.
+    /// Cancels all calls and waits for their ends.
     ~RunningCalls();
     RunningCalls(const RunningCalls&) = delete;
     RunningCalls& operator=(const RunningCalls&) = delete;
 
-    /// `work` throws nothing but `TakesLong`; then it is run once more, among the long ones. False, and nothing is
-    /// started, when a call of this id has not ended.
+    /// Starts a call among the short ones. `work` may throw `TakesLong` only; it is then run again, among the long
+    /// calls. Returns false, and starts nothing, when a call with the same id is still running.
     bool start(const std::shared_ptr<Call>& call, std::function<void(Call&)> work);
 
-    /// Cancels the call of this id if there is one that has not ended.
+    /// Cancels the call with this id if it is still running.
     void cancel(const Received& id);
 
-    /// Waits until no call is left, as long as one ends every now and then: false once none has for `patience`.
+    /// Waits until all calls have ended. Returns false when no call ends within `patience`.
     bool finish(std::chrono::milliseconds patience);
 
   private:
@@ -46,24 +46,24 @@ class RunningCalls {
         std::shared_ptr<Call> call;
         std::function<void(Call&)> run;
     };
-    // Calls that wait for one of the threads that take them.
+    // The calls that wait for one group of threads.
     struct Lane {
         std::deque<Work> waiting;
         std::condition_variable_any arrived;
     };
 
     void put(Lane& lane, Work work);
-    /// Waits for work; without a call once the thread is to stop.
+    /// Waits for work. Returns work without a call when the thread has to stop.
     Work take(Lane& lane, const std::stop_token& stop);
     void run_calls(Lane& lane, const std::stop_token& stop);
     void end(const Call& call);
 
     std::mutex mutex_;
     std::condition_variable ended_;
-    std::map<Received, std::shared_ptr<Call>> calls_;  // that have not ended
-    Lane short_;                                       // and what is not known to be long
+    std::map<Received, std::shared_ptr<Call>> calls_;  // those that are still running, by id
+    Lane short_;                                       // also for calls that are not known to be long
     Lane long_;
-    std::vector<std::jthread> threads_;  // which stop before the rest is gone
+    std::vector<std::jthread> threads_;  // declared last, so they stop before the other members are destroyed
 };
 
 }  // namespace host::serve

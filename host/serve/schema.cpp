@@ -10,11 +10,11 @@ namespace host::serve {
 namespace {
 
 std::string name_of(const std::string& type) {
-    return type == "string"    ? "a text"
-           : type == "integer" ? "a whole number"
+    return type == "string"    ? "a string"
+           : type == "integer" ? "an integer"
            : type == "number"  ? "a number"
            : type == "boolean" ? "true or false"
-           : type == "array"   ? "a list"
+           : type == "array"   ? "an array"
                                : "an object";
 }
 
@@ -35,7 +35,7 @@ std::string keys_of(const Sent& members) {
     return keys;
 }
 
-// Throws unless the measure of a value lies between the limits that the schema has under two keys.
+// Throws unless the measure of a value lies within the limits that the schema states under two keys.
 void check_limits(double measure, const Sent& schema, const char* least, const char* most, const std::string& field,
                   const std::string& of) {
     if (schema.contains(least) && measure < schema[least].get<double>()) {
@@ -53,7 +53,7 @@ void check_members(Received& object, const Sent& schema, const std::string& fiel
     const std::string prefix = field.empty() ? "" : field + ".";
     for (const auto& [key, value] : object.items()) {
         if (!members.contains(key)) {
-            throw bad_parameter(prefix + key, "no such parameter; there are " + keys_of(members));
+            throw bad_parameter(prefix + key, "unknown parameter; the parameters are " + keys_of(members));
         }
         value = checked_at(std::move(value), members[key], prefix + key);
     }
@@ -85,7 +85,7 @@ Received checked_at(Received value, const Sent& schema, const std::string& field
         const auto& text = value.get_ref<const std::string&>();
         check_limits(static_cast<double>(text.size()), schema, "minLength", "maxLength", field, "have a length of");
         if (text.find('\0') != std::string::npos) {
-            throw bad_parameter(field, "must not hold a NUL");
+            throw bad_parameter(field, "must not contain a NUL");
         }
     } else if (type == "array") {
         check_limits(static_cast<double>(value.size()), schema, "minItems", "maxItems", field, "have a length of");

@@ -16,15 +16,15 @@ namespace host::serve {
 
 namespace {
 
-// The versions of the protocol that this program speaks, the newest first.
+// The supported versions of the protocol, newest first.
 constexpr std::array<std::string_view, 4> VERSIONS{"2025-11-25", "2025-06-18", "2025-03-26", "2024-11-05"};
 
 constexpr std::array<std::string_view, 8> LEVELS{"debug", "info",     "notice", "warning",
                                                  "error", "critical", "alert",  "emergency"};
 
 constexpr const char* INSTRUCTIONS =
-    "States what source files really are, for whoever writes about them. Call find_declarations or list_files to decide "
-    "which files a page is about, then ground_page for these, and write nothing that it does not state.";
+    "States facts about source files for authors of wiki pages. Call find_declarations or list_files to decide which "
+    "files a page is about, then ground_page for these files, and write nothing that it does not state.";
 
 Received progress_token(const Received& params) {
     const Received meta = object_parameter(params, "_meta");
@@ -33,12 +33,12 @@ Received progress_token(const Received& params) {
         return nullptr;
     }
     if (!token->is_string() && !token->is_number_integer()) {
-        throw bad_parameter("_meta.progressToken", "must be a text or a whole number");
+        throw bad_parameter("_meta.progressToken", "must be a string or an integer");
     }
     return *token;
 }
 
-// Everything is on the first page of a list, so there is no cursor to go on from.
+// A list has only one page, so no cursor is valid.
 std::string listed(const Received& params, const char* key, const Sent& list) {
     if (params.contains("cursor")) {
         throw bad_parameter("cursor", "there are no more pages");
@@ -67,7 +67,7 @@ std::string failed_tool(const std::string& reason) {
     return tool_result(Sent::array({text_content(reason.substr(0, LONGEST_REASON))}), "", true);
 }
 
-// The result, if it fits into a message.
+// Returns the result. Throws `TooLarge` when it does not fit into a message.
 std::string fitting(std::string result) {
     constexpr std::size_t ROOM_FOR_ID = 2048;
     if (result.size() > LONGEST_MESSAGE - ROOM_FOR_ID) {
@@ -76,20 +76,20 @@ std::string fitting(std::string result) {
     return result;
 }
 
-constexpr const char* TOO_LARGE = "the answer is longer than the 16 MiB of a message; ask for fewer paths or sections, "
-                                  "or for a number of bytes";
+constexpr const char* TOO_LARGE =
+    "the answer is larger than a message may be (16 MiB); ask for fewer paths or sections, or set max_bytes";
 
 }  // namespace
 
 Server::Server(ServerOptions options, std::shared_ptr<MessageSink> out)
     : options_(std::move(options)), out_(std::move(out)),
       index_(options_.index,
-             [this] { log(Level::INFO, options_.index->name() + ": replaced; the new index is served now"); }),
-      workplace_{index_, options_.checkout, [this](std::span<const std::string> remarks) {
-                     for (const std::string& remark : remarks) {
-                         log(Level::WARNING, remark);
-                     }
-                 }} {}
+             [this] { log(Level::INFO, options_.index->name() + ": replaced; serving the new index now"); }),
+      context_{index_, options_.checkout, [this](std::span<const std::string> remarks) {
+                   for (const std::string& remark : remarks) {
+                       log(Level::WARNING, remark);
+                   }
+               }} {}
 
 bool Server::run(MessageReader& in) {
     constexpr std::chrono::seconds PATIENCE(1);
@@ -100,7 +100,7 @@ bool Server::run(MessageReader& in) {
             take(line);
             break;
         case MessageReader::Outcome::TOO_LONG:
-            out_->send(answer(nullptr, RpcError(ErrorCode::INVALID_REQUEST, "a message is at most 16 MiB long")));
+            out_->send(answer(nullptr, RpcError(ErrorCode::INVALID_REQUEST, "a message may have at most 16 MiB")));
             break;
         case MessageReader::Outcome::END:
             return calls_.finish(PATIENCE);
@@ -116,7 +116,7 @@ void Server::take(std::string_view line) {
             return;
         }
         if (received.empty()) {
-            throw RpcError(ErrorCode::INVALID_REQUEST, "a batch is not empty");
+            throw RpcError(ErrorCode::INVALID_REQUEST, "a batch must not be empty");
         }
         const auto batch = std::make_shared<Batch>(out_);
         for (const Received& value : received) {
@@ -137,7 +137,7 @@ void Server::take_message(const Received& value, const std::shared_ptr<MessageSi
         case Message::Kind::NOTIFICATION:
             notice(message);
             break;
-        case Message::Kind::RESPONSE:  // to nothing: a client is never asked
+        case Message::Kind::RESPONSE:  // ignored: the server sends no requests
             break;
         }
     } catch (const RpcError& error) {
@@ -155,7 +155,7 @@ void Server::request(const Message& message, const std::shared_ptr<MessageSink>&
     if (!is_initialized_ && message.method != "initialize" && message.method != "ping") {
         throw RpcError(ErrorCode::INVALID_REQUEST, "not initialized; a session begins with initialize");
     }
-    if (const std::string result = told(message); !result.empty()) {
+    if (const std::string result = immediate_result(message); !result.empty()) {
         answers->send(answer(message.id, result));
         return;
     }
@@ -165,11 +165,11 @@ void Server::request(const Message& message, const std::shared_ptr<MessageSink>&
     }
     const auto call = std::make_shared<Call>(message.id, progress_token(message.params), answers, out_);
     if (!calls_.start(call, [this, work = std::move(work)](Call& running) { answer_with(work, running); })) {
-        throw RpcError(ErrorCode::INVALID_REQUEST, "id: a request of this id has not been answered yet");
+        throw RpcError(ErrorCode::INVALID_REQUEST, "id: a request with this id has not been answered yet");
     }
 }
 
-std::string Server::told(const Message& message) {
+std::string Server::immediate_result(const Message& message) {
     const auto& [kind, id, method, params] = message;
     if (method == "ping") {
         return "{}";
@@ -187,7 +187,7 @@ std::string Server::told(const Message& message) {
         }
         return listed(params, "tools", list);
     }
-    if (method == "resources/list") {  // all are made from the template
+    if (method == "resources/list") {  // all resources come from the template
         return listed(params, "resources", Sent::array());
     }
     if (method == "resources/templates/list") {
@@ -198,7 +198,7 @@ std::string Server::told(const Message& message) {
 
 std::string Server::initialize(const Received& params) {
     if (is_initialized_) {
-        throw RpcError(ErrorCode::INVALID_REQUEST, "initialized already");
+        throw RpcError(ErrorCode::INVALID_REQUEST, "already initialized");
     }
     const std::string& asked = text_parameter(params, "protocolVersion");
     const bool is_known = std::ranges::find(VERSIONS, asked) != VERSIONS.end();
@@ -232,18 +232,18 @@ Server::Work Server::work_of(const Message& message) {
     if (message.method == "resources/read") {
         const std::string& uri = text_parameter(params, "uri");
         const PageRequest page = page_at(uri);
-        return [this, uri, page](Call& call) { return read_page(uri, page, workplace_, call); };
+        return [this, uri, page](Call& call) { return read_page(uri, page, context_, call); };
     }
     if (message.method == "prompts/get") {
         if (const std::string& name = text_parameter(params, "name"); name != "write_wiki_page") {
             throw bad_parameter("name", "no such prompt: " + name);
         }
         const PageRequest page = page_to_write(object_parameter(params, "arguments"));
-        return [this, page](Call& call) { return write_wiki_page(page, workplace_, call); };
+        return [this, page](Call& call) { return write_wiki_page(page, context_, call); };
     }
     if (message.method == "completion/complete") {
         const Completion completion = completion_of(params);
-        return [this, completion](Call& call) { return completed(completion, workplace_, call); };
+        return [this, completion](Call& call) { return completed(completion, context_, call); };
     }
     return {};
 }
@@ -257,8 +257,8 @@ Server::Work Server::tool_call(const Received& params) {
     const Received arguments = object_parameter(params, "arguments");
     return [this, tool, arguments](Call& call) {
         try {
-            const ToolAnswer answer = tool->run(checked(arguments, tool->definition["inputSchema"]), workplace_, call);
-            workplace_.warn(answer.remarks);
+            const ToolAnswer answer = tool->run(checked(arguments, tool->definition["inputSchema"]), context_, call);
+            context_.warn(answer.remarks);
             return fitting(tool_result(answer));
         } catch (const TooLarge&) {
             return failed_tool(TOO_LARGE);
@@ -276,7 +276,7 @@ void Server::answer_with(const Work& work, Call& call) {
         const std::string result = fitting(work(call));
         call.check();
         call.send(answer(call.id(), result));
-    } catch (const Cancelled&) {  // whose client waits for no answer
+    } catch (const Cancelled&) {  // the client expects no answer
     } catch (const RpcError& error) {
         call.send(answer(call.id(), error));
     } catch (const TooLarge&) {

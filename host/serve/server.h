@@ -1,7 +1,7 @@
-// The Model Context Protocol: pages and look-ups for programs that write, one message a line.
+// A server for the Model Context Protocol: pages and look-ups for programs that write, one message a line.
 //
-// A client says `initialize`, then asks for tools, resources and prompts. What only tells what there is is answered at
-// once; what reads the index is a call on another thread, so that answers come in the order in which they are ready.
+// A client sends `initialize`, then asks for tools, resources and prompts. Requests that do not read the index are
+// answered at once. Requests that do are calls on other threads, so their answers may come in another order.
 #pragma once
 
 #include "host/serve/index_connections.h"
@@ -21,9 +21,9 @@ namespace host::serve {
 
 struct ServerOptions {
     std::shared_ptr<const Index> index;
-    std::string checkout;  ///< empty for what `source_folder` finds
+    std::string checkout;  ///< empty for the result of `source_folder`
     std::string version;   ///< of this program
-    /// What is said of a failure to read the index, in one line; it is called by any thread.
+    /// Returns one line about a failure to read the index. Called on any thread.
     std::function<std::string(const std::exception&)> describe;
 };
 
@@ -33,12 +33,11 @@ class Server {
     /// Opens the index. Throws what `Index::connect` throws.
     Server(ServerOptions options, std::shared_ptr<MessageSink> out);
 
-    /// Answers what comes in until the input ends; what was asked before is still answered then, as long as the next
-    /// answer is ready within a second. False when calls go on that nobody waits for any more: this object's
-    /// destructor would wait for them.
+    /// Answers messages until the input ends, then waits for running calls as long as one ends within each second.
+    /// Returns false when calls are still running; the destructor would wait for these.
     bool run(MessageReader& in);
 
-    /// Takes one line. Throws nothing that has to do with what it says.
+    /// Handles one line. Invalid messages are answered with an error and throw nothing.
     void take(std::string_view line);
 
   private:
@@ -48,17 +47,17 @@ class Server {
     void notice(const Message& message);
     void request(const Message& message, const std::shared_ptr<MessageSink>& answers);
 
-    /// The result of a request that only tells what there is; the empty text for others.
-    std::string told(const Message& message);
+    /// Returns the result of a request that is answered at once; the empty string for any other request.
+    std::string immediate_result(const Message& message);
     std::string initialize(const Received& params);
     std::string set_level(const Received& params);
 
-    /// What a call does, which gives its result.
+    /// The work of a call. Returns its result.
     using Work = std::function<std::string(Call&)>;
-    /// None for methods that nobody knows.
+    /// Returns the work of a request; none for an unknown method.
     Work work_of(const Message& message);
     Work tool_call(const Received& params);
-    /// Sends what the work gives, or why it fails. Throws `TakesLong` alone.
+    /// Runs the work and sends its result or its error. Throws `TakesLong` only.
     void answer_with(const Work& work, Call& call);
 
     void log(Level level, const std::string& text);
@@ -68,7 +67,7 @@ class Server {
     std::atomic<Level> level_ = Level::WARNING;
     bool is_initialized_ = false;
     IndexConnections index_;
-    const Workplace workplace_;
+    const ToolContext context_;
     RunningCalls calls_;
 };
 

@@ -1,4 +1,4 @@
-// What clients may have done: the tools of the server.
+// The tools of the server.
 #pragma once
 
 #include "host/page/requested_page.h"
@@ -16,62 +16,62 @@
 
 namespace host::serve {
 
-/// What a tool works with, for all of its calls.
-struct Workplace {
+/// What every tool works with: the index, the checkout and a channel for warnings.
+struct ToolContext {
     IndexConnections& index;
-    const std::string& checkout;  ///< empty for what `source_folder` finds
-    /// Tells the client what leaves an answer in doubt.
+    const std::string& checkout;  ///< empty for the result of `source_folder`
+    /// Sends remarks about an answer to the client as warnings.
     std::function<void(std::span<const std::string> remarks)> warn;
 };
 
-/// How many bytes a path or a name has at most.
+/// The most bytes of a path or a name.
 inline constexpr std::size_t LONGEST_PATH = 4096;
 
 struct ToolAnswer {
-    std::string text;                       ///< what the command of the same purpose prints
-    std::string structured;                 ///< JSON on one line, by the tool's output schema
-    std::vector<std::string> remarks = {};  ///< what the command says beside it, a line each
+    std::string text;                       ///< the output of the corresponding command
+    std::string structured;                 ///< one line of JSON that conforms to the tool's output schema
+    std::vector<std::string> remarks = {};  ///< what the command reports on standard error, one line each
 };
 
-/// A tool's own failure, for the model that called it: one line or more.
+/// A failure of a tool, with a message of one or more lines for the model that called it.
 class ToolFailure : public std::runtime_error {
   public:
     using runtime_error::runtime_error;
 };
 
-/// `arguments` are as the schema asks for. Throws `RpcError` for those that it cannot tell to be wrong, `ToolFailure`, `Cancelled`, and what the
-/// index throws.
-using RunTool = ToolAnswer (*)(const Received& arguments, const Workplace& workplace, const Call& call);
+/// Runs a tool. `arguments` conform to its input schema. Throws `RpcError` for arguments that a schema cannot exclude,
+/// `ToolFailure`, `Cancelled`, `TakesLong`, `TooLarge`, and what the index throws.
+using RunTool = ToolAnswer (*)(const Received& arguments, const ToolContext& context, const Call& call);
 
 struct Tool {
     std::string name;
-    Sent definition;  ///< as `tools/list` gives it
+    Sent definition;  ///< the entry of `tools/list`
     RunTool run;
 };
 
-/// All tools, in the order in which they are listed.
+/// Returns all tools in the order in which they are listed.
 std::span<const Tool> tools();
 
-/// The text without its line ends: JSON in which these only stand between values is the same as before.
+/// Returns JSON on one line: removes the line ends, which must stand between values only.
 std::string one_line(std::string json);
 
-/// The remarks as one text, without an end of the last line.
+/// Joins remarks to one text, one a line. The last line has no end.
 std::string lines_of(std::span<const std::string> remarks);
 
-/// The rules that the parameters `test` and `not_test` give. Throws `RpcError` for what is no pattern.
+/// Returns the rules that the parameters `test` and `not_test` state. Throws `RpcError` for an invalid pattern.
 std::vector<PathRule> test_rules(const Received& arguments);
 
-/// Whether so many patterns are held against the files of the index that short calls are not to wait for it.
+/// Returns whether there are so many patterns to match against the files of the index that the call is a long one.
 bool asks_for_many_patterns(std::span<const std::string> paths, std::span<const PathRule> tests);
 
-/// The schema of a list of paths or patterns, which may be left out.
+/// Returns the schema of an optional list of paths or patterns.
 Sent path_list(const std::string& description);
 
-/// The definition of a tool that only reads what the server has.
+/// Returns the definition of a tool that only reads.
 Sent tool_definition(const std::string& name, const std::string& title, const std::string& description,
                      const Sent& input, const Sent& output);
 
-/// The schema of an object with these members.
+/// Returns the schema of an object with these members and no others.
 Sent object_schema(const Sent& members, const std::vector<std::string>& required = {});
 
 Tool ground_page_tool();
@@ -79,10 +79,11 @@ Tool find_declarations_tool();
 Tool list_files_tool();
 Tool index_stats_tool();
 
-/// The page that these arguments of `ground_page` ask for, once they are checked. Throws `RpcError` that names the field.
+/// Checks the arguments of `ground_page` and returns the page that they request. Throws `RpcError` that names the
+/// field.
 PageRequest page_request(const Received& arguments);
 
-/// The page that is asked for. Throws as `RunTool` does.
-ToolAnswer grounded(const PageRequest& request, const Workplace& workplace, const Call& call);
+/// Returns the requested page. Throws what `RunTool` throws.
+ToolAnswer grounded(const PageRequest& request, const ToolContext& context, const Call& call);
 
 }  // namespace host::serve

@@ -5,7 +5,7 @@
 namespace host::serve {
 namespace {
 
-TEST(Schema, ATextIsAsLongAsItMustBe) {
+TEST(Schema, ChecksTheLengthOfStrings) {
     const Sent schema{{"type", "string"}, {"minLength", 2}};
     EXPECT_EQ(checked("ab", schema), "ab");
     EXPECT_ANY_THROW(checked("a", schema));

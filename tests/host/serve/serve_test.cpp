@@ -168,14 +168,14 @@ TEST_F(Serve, AnswersWithTheBytesOfTheCommand) {
     EXPECT_TRUE(text.ends_with("\n---\n\n" + run("page a.ts b.ts --max-bytes 3000 --index '" + index + "'").out));
 }
 
-TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
+TEST_F(Serve, RejectsInvalidRequestsAndParameters) {
     begin();
     const std::string deep(100, '[');
     const std::vector<std::pair<std::string, std::string>> lines{
         {"{", "-32700 null not JSON"},
         {"\"\xFF\"", "-32700 null not JSON"},
-        {"7", "-32600 null a message is an object"},
-        {deep, "-32600 null a message is nested"},
+        {"7", "-32600 null a message must be an object"},
+        {deep, "-32600 null a message may be nested"},
         {"[]", "-32600 null a batch"},
         {R"({"id":1,"method":"ping"})", "-32600 1 jsonrpc"},
         {R"({"jsonrpc":"2.0","id":"x"})", "-32600 \"x\" method: is missing"},
@@ -202,7 +202,7 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
     }
     const std::vector<std::tuple<std::string, Received, int, std::string>> requests{
         {"none", Received::object(), -32601, "none: no such method"},
-        {"initialize", {{"protocolVersion", "1"}}, -32600, "initialized already"},
+        {"initialize", {{"protocolVersion", "1"}}, -32600, "already initialized"},
         {"tools/list", {{"cursor", "x"}}, -32602, "cursor: there are no more pages"},
         {"logging/setLevel", {{"level", "loud"}}, -32602, "level: must be one of"},
         {"tools/call", Received::object(), -32602, "name: is missing"},
@@ -211,9 +211,9 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
         {"tools/call", call("index_stats", Received::object(), 1.5), -32602, "_meta.progressToken: must"},
         {"resources/read", {{"uri", "file:///etc/passwd"}}, -32002, "no such resource"},
         {"resources/read", {{"uri", "scope://page/../a.ts"}}, -32002, "../a.ts: not in the index"},
-        {"resources/read", {{"uri", "scope://page/%4"}}, -32002, "a % is written as %25"},
-        {"resources/read", {{"uri", "scope://page/a.ts%00"}}, -32002, "a path has at most 4096 bytes"},
-        {"resources/read", {{"uri", "scope://page/" + std::string(1'000'000, 'x')}}, -32002, "a path has at most"},
+        {"resources/read", {{"uri", "scope://page/%4"}}, -32002, "% must be written as %25"},
+        {"resources/read", {{"uri", "scope://page/a.ts%00"}}, -32002, "a path may have at most 4096 bytes and no NUL"},
+        {"resources/read", {{"uri", "scope://page/" + std::string(1'000'000, 'x')}}, -32002, "a path may have at most"},
         {"prompts/get", {{"name", "write_wiki_page"}}, -32602, "paths: is missing"},
         {"prompts/get",
          {{"name", "write_wiki_page"}, {"arguments", {{"paths", "c.ts"}}}},
@@ -222,7 +222,7 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
         {"prompts/get",
          {{"name", "write_wiki_page"}, {"arguments", {{"paths", "a"}, {"max_bytes", "1k"}}}},
          -32602,
-         "max_bytes: must be a whole number"},
+         "max_bytes: must be an integer of at least 0"},
         {"completion/complete", Received::object(), -32602, "type: is missing"},
         {"completion/complete", completion("ref/tool", "", "", ""), -32602, "ref.type: must be one of"},
         {"completion/complete", completion("ref/resource", "a://{b}", "path", ""), -32602, "ref.uri: no such template"},
@@ -237,22 +237,22 @@ TEST_F(Serve, RefusesWhatIsNoRequestOrHasBadParameters) {
     }
 }
 
-TEST_F(Serve, GivesAToolsOwnFailureAndWrongArgumentsAsItsResult) {
+TEST_F(Serve, ReturnsToolFailuresAndBadArgumentsAsResults) {
     begin();
     const std::vector<std::pair<Received, std::string>> cases{
         {call("ground_page", Received::object()), "paths: is missing; correct the arguments, and call again"},
         {call("ground_page", {{"paths", Received::array()}}), "paths: must have a length of at least 1;"},
-        {call("ground_page", {{"paths", {"a.ts", 5}}}), "paths[1]: must be a text"},
-        {call("find_declarations", {{"nmae", "a"}}), "nmae: no such parameter; there are name, limit;"},
+        {call("ground_page", {{"paths", {"a.ts", 5}}}), "paths[1]: must be a string"},
+        {call("find_declarations", {{"nmae", "a"}}), "nmae: unknown parameter; the parameters are name, limit;"},
         {call("ground_page", {{"paths", {"a.ts"}}, {"total", -1}}), "total: must be at least 0"},
-        {call("ground_page", {{"paths", {"a.ts"}}, {"total", 1.5}}), "total: must be a whole"},
+        {call("ground_page", {{"paths", {"a.ts"}}, {"total", 1.5}}), "total: must be an integer"},
         {call("ground_page", {{"paths", {"a.ts"}}, {"total", 1e300}}), "total: must be at most"},
         {call("ground_page", {{"paths", {"a.ts"}}, {"sections", {"x"}}}), "sections[0]: must be"},
         {call("ground_page", {{"paths", {"a.ts"}}, {"test", {"{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}"}}}),
          "test[0]: "},
         {call("ground_page", {{"paths", {"a.ts"}}, {"format", "json"}, {"max_bytes", 9}}),
-         "max_bytes: shortens Markdown alone"},
-        {call("find_declarations", {{"name", std::string("a\0", 2)}}), "name: must not hold"},
+         "max_bytes: applies to Markdown only"},
+        {call("find_declarations", {{"name", std::string("a\0", 2)}}), "name: must not contain a NUL"},
         {call("index_stats", {{std::string(1'000'000, 'x'), 1}}), "xxx"},
         {call("ground_page", {{"paths", {"c.ts"}}}), "c.ts: not in the index; did you mean a.ts?"},
         {call("ground_page", {{"paths", {"a.ts", "zzz"}}, {"strict", true}}), "zzz: not in the index"},
@@ -270,10 +270,10 @@ TEST_F(Serve, GivesAToolsOwnFailureAndWrongArgumentsAsItsResult) {
     EXPECT_EQ(none["isError"], false);
 }
 
-TEST_F(Serve, RefusesOfAPageWhatTheCommandRefuses) {
+TEST_F(Serve, RejectsPageRequestsThatTheCommandRejects) {
     begin();
     for (const auto& [name, value, says] : std::vector<std::tuple<std::string, Received, std::string>>{
-             {"with_source", false, "with_source: is for Markdown alone"},
+             {"with_source", false, "with_source: applies to Markdown only"},
              {"max_share", 1.01, "max_share: must be at most 1"},
          }) {
         const Received asked = {{"paths", {"a.ts"}}, {"format", "json"}, {name, value}};
@@ -305,7 +305,7 @@ TEST_F(Serve, CompletesPathsUpToTheNextFolderAndArgumentsOfThePrompt) {
     EXPECT_EQ(values(completion("ref/prompt", "write_wiki_page", "max_bytes", "16"))["values"], Received({"16000"}));
 }
 
-TEST_F(Serve, RecommendsNoLimitThatItRefuses) {
+TEST_F(Serve, SuggestsOnlyLimitsThatItAccepts) {
     begin();
     for (const auto& [last, advice] :
          {std::pair("10000", "a limit of 10000 lists all"), std::pair("10001", "a longer name finds fewer")}) {
@@ -318,7 +318,7 @@ TEST_F(Serve, RecommendsNoLimitThatItRefuses) {
     }
 }
 
-TEST_F(Serve, ServesTheIndexThatIsThereAndSaysSo) {
+TEST_F(Serve, ServesAReplacedIndexAndReportsIt) {
     begin();
     ask("logging/setLevel", {{"level", "info"}});
     const Received find = call("find_declarations", {{"name", "added"}});
@@ -335,12 +335,12 @@ TEST_F(Serve, ServesTheIndexThatIsThereAndSaysSo) {
               (Received{{"code", -32603}, {"message", index + ": no such index"}}));
 }
 
-TEST_F(Serve, TellsProgressAndLeavesACancelledCallUnanswered) {
+TEST_F(Serve, ReportsProgressAndLeavesCancelledCallsUnanswered) {
     begin();
-    std::vector<Received> told;
+    std::vector<Received> progress_seen;
     std::promise<void> is_cancelled;
     client->on_progress = [&](const Received& progress) {
-        told.push_back(progress);
+        progress_seen.push_back(progress);
         if (progress["progressToken"] == "stop") {
             server->take(Received{
                 {"jsonrpc", "2.0"}, {"method", "notifications/cancelled"}, {"params", {{"requestId", last_id}}}}
@@ -349,25 +349,26 @@ TEST_F(Serve, TellsProgressAndLeavesACancelledCallUnanswered) {
         }
     };
     ask("tools/call", call("ground_page", {{"paths", {"a.ts"}}}, 7));
-    ASSERT_EQ(told.size(), 3U);
-    EXPECT_EQ(told[0], Received::parse(R"({"progressToken":7,"progress":1,"total":3,"message":"found 1 file"})"));
-    EXPECT_EQ(told[1]["message"], "read 1 reference");
-    EXPECT_EQ(told[2]["progress"], 3);
+    ASSERT_EQ(progress_seen.size(), 3U);
+    EXPECT_EQ(progress_seen[0],
+              Received::parse(R"({"progressToken":7,"progress":1,"total":3,"message":"found 1 file"})"));
+    EXPECT_EQ(progress_seen[1]["message"], "read 1 reference");
+    EXPECT_EQ(progress_seen[2]["progress"], 3);
 
     const Received cancelled = start("tools/call", call("ground_page", {{"paths", {"a.ts"}}}, "stop"));
     is_cancelled.get_future().wait();
     server.reset();  // waits for the end of the call
-    EXPECT_EQ(told.size(), 4U);
+    EXPECT_EQ(progress_seen.size(), 4U);
     EXPECT_FALSE(client->is_answered(cancelled));
 }
 
-TEST_F(Serve, LetsLoopsOverWhatWasReadLookForCancellation) {
+TEST_F(Serve, ChecksForCancellationInLoopsOverRows) {
     IndexConnections connections(std::make_shared<SqliteIndex>(index), [] {});
     EXPECT_THROW(connections.borrow([] { throw Cancelled{}; }, [](storage::Database& db) { db.check_interrupt(); }),
                  Cancelled);
 }
 
-TEST_F(Serve, AnswersASmallCallWhileLargeOnesGoOn) {
+TEST_F(Serve, AnswersShortCallsWhileLongOnesRun) {
     change("UPDATE symbols SET uses = 1000000");
     begin();
     std::atomic<bool> is_over = false;
@@ -422,7 +423,7 @@ TEST_F(Serve, EndsWithItsInputAndAtOnceOnSigterm) {
     EXPECT_EQ(said[0][1]["result"]["structuredContent"]["count"], 1);
     EXPECT_EQ(said[1]["error"]["code"], -32600);
     EXPECT_EQ(said[2]["id"], 3);
-    EXPECT_EQ(said[3]["error"]["message"], "a message is at most 16 MiB long");
+    EXPECT_EQ(said[3]["error"]["message"], "a message may have at most 16 MiB");
 
     EXPECT_EQ(shell("mkfifo in.fifo && exec 3<>in.fifo && "
                     "timeout -k 9 .2 '" WIKI_SCOPE "' serve --index index.db <&3")
@@ -433,7 +434,7 @@ TEST_F(Serve, EndsWithItsInputAndAtOnceOnSigterm) {
     EXPECT_EQ(run("serve --index index.db --checkout none < in").exit_code, 1);
 }
 
-TEST(Batch, SendsAsManyArraysAsItsAnswersNeed) {
+TEST(Batch, SplitsItsAnswersIntoArraysThatFitIntoMessages) {
     const auto out = std::make_shared<Sizes>();
     {
         Batch batch(out);
@@ -444,7 +445,7 @@ TEST(Batch, SendsAsManyArraysAsItsAnswersNeed) {
     EXPECT_EQ(out->sizes, (std::vector<std::size_t>{LONGEST_MESSAGE, 11}));
 }
 
-TEST(MessageReader, GivesLinesUpToALengthAndPassesOverLongerOnes) {
+TEST(MessageReader, ReturnsLinesAndSkipsThoseThatAreTooLong) {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     const std::string text = "12345678\n\n\r\n123456789\nab\r\n" + std::string(40, 'x') + "\n" + std::string(9, 'y');
