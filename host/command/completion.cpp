@@ -17,14 +17,14 @@ namespace host {
 
 namespace {
 
-// What is written behind an option, or as an argument without a name.
+// The kind of value of an option or of a positional argument.
 enum class Value { NONE, ANYTHING, FILE, FOLDER, CHOICE };
 
 struct Argument {
-    std::vector<std::string> names;  // with their dashes; none of an argument without a name
+    std::vector<std::string> names;  // with their dashes; empty for a positional argument
     std::string help;
     Value value;
-    std::string choices;  // with blanks between; empty unless the value is one of them
+    std::string choices;  // separated by blanks; empty unless the value is one of them
     bool is_repeatable;
 };
 
@@ -34,7 +34,7 @@ std::vector<Command> commands_of(const CLI::App& app) {
     return app.get_subcommands([](Command) { return true; });
 }
 
-// The texts that a type allows, as "FORMAT:{text,json}" does.
+// Returns the values that a type allows, such as "FORMAT:{text,json}".
 std::string choices_of(const std::string& type) {
     const std::size_t begin = type.find('{');
     if (begin == std::string::npos) {
@@ -88,7 +88,7 @@ std::string with_backslashes(std::string_view text, std::string_view before) {
     return result;
 }
 
-// The text between single quotes, in which neither bash nor zsh gives anything a meaning but the quote.
+// Returns the text in single quotes. Between them only the quote is special in bash and zsh.
 std::string single_quoted(std::string_view text) {
     std::string result = "'";
     for (const char character : text) {
@@ -119,7 +119,7 @@ void write_bash(std::ostream& out, const CLI::App& app) {
            "}\n"
            "_wiki_scope() {\n"
            "    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} command=${COMP_WORDS[1]}\n"
-           "    [ \"$word\" != = ] || word=  # bash takes --format=json apart\n"
+           "    [ \"$word\" != = ] || word=  # bash splits --format=json\n"
            "    [ \"$before\" != = ] || before=${COMP_WORDS[COMP_CWORD-2]}\n"
            "    [ \"$COMP_CWORD\" -gt 1 ] || command= before=\n"
            "    COMPREPLY=()\n"
@@ -249,7 +249,7 @@ void write_completion(std::ostream& out, const CLI::App& app, const std::string&
 
 void add_completion_command(CLI::App& app) {
     const auto shell = std::make_shared<std::string>();
-    CLI::App& completion = *app.add_subcommand("completion", "Print what a shell needs to complete arguments");
+    CLI::App& completion = *app.add_subcommand("completion", "Print a completion script for a shell");
     completion.add_option("SHELL", *shell, "The shell")
         ->required()
         ->check(CLI::IsMember(std::vector<std::string>{"bash", "zsh", "fish"}));

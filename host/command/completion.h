@@ -1,4 +1,4 @@
-// What shells are told of the command, so that they complete its arguments.
+// Completion scripts for shells.
 #pragma once
 
 namespace CLI {
@@ -7,8 +7,8 @@ class App;
 
 namespace host {
 
-/// Adds the subcommand "completion SHELL", which prints the completion for a shell: the commands of `app` and the options
-/// of each, as they are when it runs.
+/// Adds the subcommand "completion SHELL", which prints the completion script for a shell. The script covers the
+/// commands of `app` and their options at the time when the subcommand runs.
 void add_completion_command(CLI::App& app);
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// An option that names files or a folder.
+// An option for files or a folder.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -7,8 +7,8 @@
 
 namespace host {
 
-/// Adds a required option or argument to a text, or to a list of texts. An empty name is wrong usage: it is what a
-/// script gives whose variable is unset.
+/// Adds a required option or argument that is stored in a string or a list of strings. Rejects an empty name, which a
+/// script passes when its variable is unset.
 CLI::Option* add_file_option(CLI::App& command, const std::string& name, auto& paths, const std::string& help) {
     const auto problem_of = [](const std::string& given) { return given.empty() ? "an empty name" : ""; };
     return command.add_option(name, paths, help)->required()->check(problem_of);

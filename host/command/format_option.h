@@ -1,4 +1,4 @@
-// The option that says how results are written.
+// The option for the format of results.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// Adds "--format FORMAT": `format`, which has its default, for people, or "json".
+/// Adds "--format FORMAT". The choices are the initial value of `format`, for people, and "json".
 inline void add_format_option(CLI::App& command, std::string& format) {
     command.add_option("--format", format, format + " for people, json for programs")
         ->type_name("FORMAT")

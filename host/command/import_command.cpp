@@ -31,10 +31,10 @@ struct ImportArguments {
     IndexOption index;
     PathRuleOptions exclusions;
     PathRuleOptions tests;
-    std::string checkout;  // empty for the root that the SCIP files state
+    std::string checkout;  // empty for the project root that the SCIP files state
 };
 
-// One line on a terminal that says how far the import has come; nothing elsewhere.
+// Shows the progress of an import on one line of a terminal; shows nothing elsewhere.
 class ProgressLine {
   public:
     ProgressLine() = default;
@@ -59,13 +59,13 @@ class ProgressLine {
     std::int64_t percent_ = -1;
 };
 
-std::string said_of_interruption(const Index& index) {
+std::string interruption_message(const Index& index) {
     return "interrupted; nothing was changed at " + index.name();
 }
 
 std::unique_ptr<NewIndex> begin_index(const IndexOption& option, const Index& index) {
     try {
-        return index.replace([&] { Interruption::throw_if_requested(said_of_interruption(index)); });
+        return index.replace([&] { Interruption::throw_if_requested(interruption_message(index)); });
     } catch (const UnusableIndex& error) {
         throw std::runtime_error(failure_of(option, index, error));
     }
@@ -73,7 +73,7 @@ std::unique_ptr<NewIndex> begin_index(const IndexOption& option, const Index& in
 
 void run_import(const ImportArguments& arguments) {
     if (std::ranges::count(arguments.scip, "-") > 1) {
-        throw CLI::ValidationError("INDEX.scip", "- can be named once");
+        throw CLI::ValidationError("INDEX.scip", "- may be given only once");
     }
     const Interruption interruption;
     const std::unique_ptr<Index> index = index_at(arguments.index.place, arguments.index.repository);
@@ -87,7 +87,7 @@ void run_import(const ImportArguments& arguments) {
                                           .exclusions = arguments.exclusions.rules(),
                                           .tests = arguments.tests.rules()};
         report = scip::import_scip(request, *made, [&](std::int64_t done, std::int64_t total) {
-            Interruption::throw_if_requested(said_of_interruption(*index));
+            Interruption::throw_if_requested(interruption_message(*index));
             progress.show(done, total);
         });
     }
@@ -106,10 +106,10 @@ void add_import_command(CLI::App& app) {
     const auto arguments = std::make_shared<ImportArguments>();
     CLI::App& command = *app.add_subcommand("import", "Make an index of a repository from SCIP files");
     add_file_option(command, "INDEX.scip", arguments->scip,
-                    "What indexers for SCIP have written; - for standard input");
+                    "SCIP files that indexers have written; - for standard input");
     add_index_options(command, arguments->index, "The index to make, or to replace");
     add_file_option(command, "--checkout", arguments->checkout,
-                    "The folder that holds the sources; by default the one that the SCIP files state")
+                    "The folder that holds the sources; by default the project root that the SCIP files state")
         ->type_name("DIR")
         ->required(false);
     add_exclusion_options(command, arguments->exclusions);

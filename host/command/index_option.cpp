@@ -44,14 +44,14 @@ void name_elsewhere(IndexOption& option) {
 }  // namespace
 
 void add_index_options(CLI::App& command, IndexOption& option, const std::string& help) {
-    const std::string elsewhere = "; else WIKI_SCOPE_INDEX or .wiki-scope.toml name it";
+    const std::string elsewhere = "; by default the one that WIKI_SCOPE_INDEX or .wiki-scope.toml names";
     add_file_option(command, "--index", option.place,
                     help + ", a file or the address of a PostgreSQL database" + elsewhere)
         ->type_name("PLACE")
         ->required(false);
     command
         .add_option("--repository", option.repository,
-                    "Whose index it is, in a database; by default what the folder of the checkout is called")
+                    "The repository in a database; by default the name of the folder of the checkout")
         ->type_name("NAME")
         ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
     command.parse_complete_callback([&command, &option] {
@@ -61,7 +61,7 @@ void add_index_options(CLI::App& command, IndexOption& option, const std::string
             name_elsewhere(option);
         }
         if (!option.repository.empty() && !is_server(option.place)) {
-            throw CLI::ValidationError("--repository", "goes with the address of a database: a file holds one index");
+            throw CLI::ValidationError("--repository", "applies to databases only: a file holds one index");
         }
     });
 }

@@ -1,4 +1,4 @@
-// The index that a command reads.
+// The options that name the index of a command.
 #pragma once
 
 #include "host/index/index.h"
@@ -14,32 +14,32 @@ class App;
 
 namespace host {
 
-/// Where a command's index lies.
+/// The place of a command's index.
 struct IndexOption {
     std::string place;
-    std::string origin = {};      ///< what has named the place, where that is not the option
-    std::string repository = {};  ///< in a server; empty for that of the checkout
-    std::string checkout = {};    ///< as "--checkout" names it; empty for the current folder
+    std::string origin = {};      ///< what names the place if not the option: a variable or a file
+    std::string repository = {};  ///< the repository in a server; empty for that of the checkout
+    std::string checkout = {};    ///< the value of "--checkout"; empty for the current folder
 };
 
-/// Adds "--index PLACE", for which `index_named_elsewhere` stands in, and "--repository NAME".
+/// Adds "--index PLACE", whose default is `index_named_elsewhere`, and "--repository NAME".
 void add_index_options(CLI::App& command, IndexOption& option, const std::string& help);
 
-/// The index that is to be read. Throws `CLI::ValidationError`, and what `index_at` throws.
+/// Returns the index to read. Throws `CLI::ValidationError`, and what `index_at` throws.
 std::unique_ptr<Index> index_of(const IndexOption& option);
 
-/// Adds "--checkout DIR", which may be left out.
+/// Adds "--checkout DIR", which is optional.
 void add_checkout_option(CLI::App& command, std::string& path);
 
-/// The line that is said of a failure to open the index or to work with it: where the index is at fault, what is wrong with
-/// it and what can be done about that; else what the failure says.
+/// Returns one line about a failure to open or use the index. If the index is at fault, the line adds what to do about
+/// it.
 std::string failure_of(const Index& index, const std::exception& failure);
 
-/// The same, with what has named the index if no option has.
+/// The same; adds what named the index, unless the option did.
 std::string failure_of(const IndexOption& option, const Index& index, const std::exception& failure);
 
-/// Opens the index of the option and has `read` read it. Throws what `index_of` and `read` throw; where the index is at
-/// fault it is a `std::runtime_error` with the line of `failure_of`.
+/// Opens the index and calls `read` with it. Throws what `index_of` and `read` throw. If the index is at fault, throws
+/// a `std::runtime_error` with the line of `failure_of`.
 void read_index(const IndexOption& option, const std::function<void(storage::Database&)>& read);
 
 }  // namespace host

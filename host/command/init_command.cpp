@@ -24,8 +24,8 @@ struct InitArguments {
 
 void require_server(const std::string& place) {
     if (!is_server(place)) {
-        throw CLI::ValidationError("--index", "init prepares a database, as postgresql://host/database; a file needs "
-                                              "no preparation");
+        throw CLI::ValidationError("--index", "must be the address of a database, such as postgresql://host/database; "
+                                              "a file needs no preparation");
     }
 }
 
@@ -36,8 +36,8 @@ void prepare(const std::string& place) {
         print([&](std::ostream& out) {
             out << index->name() << ": "
                 << (made.before == 0          ? "prepared"
-                    : made.before == made.now ? "was prepared before"
-                                              : "brought up from version " + std::to_string(made.before))
+                    : made.before == made.now ? "already prepared"
+                                              : "upgraded from version " + std::to_string(made.before))
                 << "; version " << made.now << " of the schema\n";
         });
     } catch (const UnusableIndex& error) {
@@ -55,13 +55,14 @@ void add_init_command(CLI::App& app) {
         ->type_name("ADDRESS");
     CLI::Option* const grants =
         init.add_option("--grants", arguments->rights.role,
-                        "Prepares nothing, but prints the SQL that gives this role what it needs to read, and no more; "
+                        "Print the SQL that grants this role the right to read and no other, and prepare nothing; "
                         "public for every role")
             ->type_name("ROLE")
             ->check(problem_of);
-    init.add_flag("--may-import", arguments->rights.may_import, "With --grants: to import, too")->needs(grants);
+    init.add_flag("--may-import", arguments->rights.may_import, "With --grants: grant the right to import, too")
+        ->needs(grants);
     init.add_option("--repository", arguments->rights.repository,
-                    "With --grants: of this repository alone, by row-level security")
+                    "With --grants: grant access to this repository only, by row-level security")
         ->type_name("NAME")
         ->needs(grants)
         ->check(problem_of);

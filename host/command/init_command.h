@@ -1,4 +1,4 @@
-// wiki-scope init
+// The command `wiki-scope init`.
 #pragma once
 
 namespace CLI {
@@ -7,6 +7,7 @@ class App;
 
 namespace host {
 
+/// Adds the subcommand; it runs when `app` has parsed its arguments. Throws `std::runtime_error` with one line.
 void add_init_command(CLI::App& app);
 
 }  // namespace host

@@ -14,20 +14,20 @@ volatile std::sig_atomic_t requested = 0;
 
 Interruption::Interruption() {
     requested = 0;
-    struct sigaction noting {};
-    noting.sa_handler = [](int) { requested = 1; };
-    noting.sa_flags = SA_RESTART;
+    struct sigaction recording {};
+    recording.sa_handler = [](int) { requested = 1; };
+    recording.sa_flags = SA_RESTART;
     for (std::size_t at = 0; at < SIGNALS.size(); ++at) {
-        sigaction(SIGNALS[at], nullptr, &before_[at]);
-        if (before_[at].sa_handler != SIG_IGN) {
-            sigaction(SIGNALS[at], &noting, nullptr);
+        sigaction(SIGNALS[at], nullptr, &previous_[at]);
+        if (previous_[at].sa_handler != SIG_IGN) {
+            sigaction(SIGNALS[at], &recording, nullptr);
         }
     }
 }
 
 Interruption::~Interruption() {
     for (std::size_t at = 0; at < SIGNALS.size(); ++at) {
-        sigaction(SIGNALS[at], &before_[at], nullptr);
+        sigaction(SIGNALS[at], &previous_[at], nullptr);
     }
 }
 

@@ -1,4 +1,4 @@
-// Ctrl-C as an exception instead of a sudden death.
+// Turns signals such as Ctrl-C into an exception.
 #pragma once
 
 #include <array>
@@ -7,9 +7,9 @@
 
 namespace host {
 
-/// While one lives, SIGINT, SIGTERM and SIGHUP are only noted, and those that were ignored stay ignored;
-/// `throw_if_requested` turns a noted one into an exception, at a point where everything can be cleaned up. One at a
-/// time; at its end everything is as it was.
+/// While an object of this class lives, SIGINT, SIGTERM and SIGHUP are only recorded, and `throw_if_requested` throws.
+/// So an interrupted command cleans up. Signals that were ignored stay ignored. The destructor restores the previous
+/// handlers. At most one object may exist at a time.
 class Interruption {
   public:
     Interruption();
@@ -17,12 +17,12 @@ class Interruption {
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
-    /// Throws `std::runtime_error(message)` when such a signal has arrived.
+    /// Throws `std::runtime_error(message)` when a signal was recorded.
     static void throw_if_requested(const std::string& message);
 
   private:
     static constexpr std::array SIGNALS{SIGINT, SIGTERM, SIGHUP};
-    std::array<struct sigaction, SIGNALS.size()> before_{};
+    std::array<struct sigaction, SIGNALS.size()> previous_{};
 };
 
 }  // namespace host

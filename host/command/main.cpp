@@ -1,4 +1,4 @@
-// wiki-scope: import an index, look for things in it, ground a page.
+// The program wiki-scope: imports an index, looks up declarations and files in it, and grounds pages.
 
 #include "host/command/completion.h"
 #include "host/command/files_command.h"
@@ -30,10 +30,9 @@ namespace {
 constexpr int FAILED = 1;
 constexpr int WRONG_USAGE = 2;
 
-// Opens the standard streams that are closed, as nothing that can be read or written: else a file of ours would take
-// the place of one.
+// Opens closed standard streams as /dev/null. Otherwise a file that the program opens would become one of them.
 void open_standard_streams() {
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): so is it declared
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system declares it so
     int opened = open("/dev/null", O_RDONLY);
     while (opened >= 0 && opened <= STDERR_FILENO) {
         opened = dup(opened);
@@ -46,7 +45,8 @@ int complain(std::string_view message, int exit_code) {
     return exit_code;
 }
 
-// What is wrong with the arguments of a command. One that is misspelt may be why another is missing.
+// Describes what is wrong with the arguments of a command. An unknown argument comes before a missing one, since it may
+// be its misspelling.
 std::string fault_of(const CLI::App& command, const CLI::ParseError& error) {
     const std::vector<std::string> unknown = command.remaining();
     const bool is_missing_one = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
@@ -80,7 +80,7 @@ int run(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::Success& answered) {  // --help, --version
         host::print([&](std::ostream& out) { app.exit(answered, out); });
-    } catch (const CLI::RuntimeError& failure) {  // which has been told already
+    } catch (const CLI::RuntimeError& failure) {  // already reported
         return failure.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return complain(usage_message(app, error), WRONG_USAGE);
@@ -93,7 +93,7 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
     open_standard_streams();
     std::ios::sync_with_stdio(false);
-    // A reader that has seen enough ends the program quietly, also where whoever started it ignores the signal.
+    // The program ends quietly when its reader closes the pipe, even if its parent ignores SIGPIPE.
     std::signal(SIGPIPE, SIG_DFL);
     try {
         return run(argc, argv);

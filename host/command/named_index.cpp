@@ -10,7 +10,7 @@ namespace host {
 
 std::optional<NamedIndex> index_named_elsewhere(const std::string& checkout) {
     constexpr const char* VARIABLE = "WIKI_SCOPE_INDEX";
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody changes the environment
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the program never changes the environment
     if (const char* const place = std::getenv(VARIABLE); place != nullptr && !std::string_view(place).empty()) {
         return NamedIndex{place, VARIABLE};
     }

@@ -1,4 +1,4 @@
-// The index of a command to which no option names one.
+// The default index of a command.
 #pragma once
 
 #include <optional>
@@ -6,14 +6,15 @@
 
 namespace host {
 
-/// The name of an index, and what gives it.
+/// The name of an index, and where the name comes from.
 struct NamedIndex {
-    std::string place;  ///< as --index takes it
-    std::string origin;
+    std::string place;   ///< a value for --index
+    std::string origin;  ///< the variable, or the path of the configuration file
 };
 
-/// The index that the environment variable WIKI_SCOPE_INDEX names, else the one that the configuration of the checkout
-/// does, which is empty for the current folder. None when neither does. Throws as `Checkout` and `read_configuration` do.
+/// Returns the index that the environment variable WIKI_SCOPE_INDEX names, else the one in the configuration of the
+/// checkout; none when neither names one. `checkout` is empty for the current folder. Throws what `Checkout` and
+/// `read_configuration` throw.
 std::optional<NamedIndex> index_named_elsewhere(const std::string& checkout);
 
 }  // namespace host

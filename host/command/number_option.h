@@ -1,4 +1,4 @@
-// An option that counts or shares something out.
+// Options for numbers.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -12,8 +12,8 @@
 
 namespace host {
 
-/// Sets a number from the whole of a decimal text; false when the text is none, the number cannot hold it, or it is
-/// negative: what is counted or shared out never is.
+/// Parses a decimal number that is not negative. Returns false when `text` is anything else, or does not fit into
+/// `number`.
 template <class Number>
 bool parse_number(const std::string& text, Number& number) {
     const char* const end = text.data() + text.size();
@@ -21,18 +21,18 @@ bool parse_number(const std::string& text, Number& number) {
     return rest == end && error == std::errc() && std::isfinite(static_cast<double>(number)) && number >= 0;
 }
 
-/// Adds an option whose value goes into the number that `number()` gives.
+/// Adds an option that is stored in the number that `number()` returns.
 inline CLI::Option* add_number_setter(CLI::App& command, const std::string& name, auto number,
                                       const std::string& help) {
     const auto set = [number, name](const std::string& text) {
         if (!parse_number(text, number())) {
-            throw CLI::ConversionError(name + ": \"" + text + "\" is not a number that can be used");
+            throw CLI::ConversionError(name + ": \"" + text + "\" is not a valid number");
         }
     };
     return command.add_option_function<std::string>(name, set, help)->type_name("N");
 }
 
-/// Adds an option to a number that may be none.
+/// Adds an option that is stored in an optional number.
 template <class Number>
 CLI::Option* add_number_option(CLI::App& command, const std::string& name, std::optional<Number>& number,
                                const std::string& help) {
@@ -40,7 +40,7 @@ CLI::Option* add_number_option(CLI::App& command, const std::string& name, std::
         command, name, [&number]() -> Number& { return number.emplace(); }, help);
 }
 
-/// Adds an option to a number, which has its default.
+/// Adds an option that is stored in a number, whose initial value is the default.
 template <class Number>
 CLI::Option* add_number_option(CLI::App& command, const std::string& name, Number& number, const std::string& help) {
     std::ostringstream preset;

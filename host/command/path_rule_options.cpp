@@ -24,19 +24,19 @@ void add_patterns(CLI::App& command, const std::string& name, std::vector<std::s
         ->type_name("GLOB")
         ->allow_extra_args(false)
         ->check(problem_of)
-        ->group("What files are");
+        ->group("Path rules");
 }
 
 }  // namespace
 
 void add_test_options(CLI::App& command, PathRuleOptions& options) {
     add_patterns(command, "--test", options.holds, "Files that are tests, whatever their names; may be repeated");
-    add_patterns(command, "--not-test", options.does_not, "Files that are no tests; may be repeated");
+    add_patterns(command, "--not-test", options.does_not, "Files that are not tests; may be repeated");
 }
 
 void add_exclusion_options(CLI::App& command, PathRuleOptions& options) {
     add_patterns(command, "--exclude", options.holds, "Files to leave out; may be repeated");
-    add_patterns(command, "--include", options.does_not, "Files to take in that would be left out; may be repeated");
+    add_patterns(command, "--include", options.does_not, "Files to keep that would be left out; may be repeated");
 }
 
 }  // namespace host

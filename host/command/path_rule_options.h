@@ -1,4 +1,4 @@
-// Options that say of paths by patterns what they are.
+// Options that classify paths by patterns.
 #pragma once
 
 #include "host/rules/path_rules.h"
@@ -12,10 +12,10 @@ class App;
 
 namespace host {
 
-/// The patterns of a pair of options, of which one says that something holds, the other that it does not.
+/// The patterns of a pair of options, such as --test and --not-test.
 struct PathRuleOptions {
-    std::vector<std::string> holds;
-    std::vector<std::string> does_not;
+    std::vector<std::string> holds;     ///< of the positive option
+    std::vector<std::string> does_not;  ///< of the negative option
 
     [[nodiscard]] std::vector<PathRule> rules() const { return rules_of(holds, does_not); }
 };

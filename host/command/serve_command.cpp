@@ -20,7 +20,7 @@ namespace {
 
 struct ServeArguments {
     IndexOption index;
-    std::string checkout;  // empty for what `source_folder` finds
+    std::string checkout;  // empty for the result of `source_folder`
 };
 
 [[noreturn]] void end_without_output(const std::string& reason) {
@@ -39,7 +39,7 @@ void run_server(const ServeArguments& arguments, const std::shared_ptr<const Ind
     serve::MessageReader in(STDIN_FILENO);
     serve::Server server({index, arguments.checkout, WIKI_SCOPE_VERSION, describe}, out);
     if (!server.run(in)) {
-        std::_Exit(0);  // without waiting for answers that nobody waits for
+        std::_Exit(0);  // without waiting for calls whose client is gone
     }
 }
 
@@ -47,7 +47,7 @@ void run_server(const ServeArguments& arguments, const std::shared_ptr<const Ind
 
 void add_serve_command(CLI::App& app) {
     const auto arguments = std::make_shared<ServeArguments>();
-    CLI::App& serve = *app.add_subcommand("serve", "Answer programs that speak the Model Context Protocol");
+    CLI::App& serve = *app.add_subcommand("serve", "Serve an index over the Model Context Protocol");
     add_index_options(serve, arguments->index, "The index");
     add_checkout_option(serve, arguments->checkout);
     serve.callback([arguments] {

@@ -10,7 +10,7 @@ namespace host {
 
 namespace {
 
-// An address that stands where none is expected is repeated, as every wrong argument is.
+// Messages quote wrong arguments, and such an argument may be an address with a password.
 std::string without_passwords(std::string message) {
     constexpr std::string_view SCHEME = "://";
     for (std::size_t found = message.find(SCHEME); found != std::string::npos;) {
@@ -35,7 +35,7 @@ std::string without_passwords(std::string message) {
 }  // namespace
 
 void say(std::string_view message) {
-    // At once: other programs may write to the same file.
+    // In one call, since other programs may write to the same file.
     std::cerr << "wiki-scope: " + printable(without_passwords(std::string(message))) + "\n";
 }
 

@@ -1,12 +1,12 @@
-// What is said beside the results.
+// Messages on standard error.
 #pragma once
 
 #include <string_view>
 
 namespace host {
 
-/// Says one line on standard error, behind the name of the program. The message may name things that hold control
-/// characters: those are written out, a line feed as "\x0a". Passwords in addresses are left out.
+/// Prints one line on standard error, after the name of the program. Control characters in the message are escaped, a
+/// line feed as "\x0a". Passwords in addresses are removed.
 void say(std::string_view message);
 
 }  // namespace host

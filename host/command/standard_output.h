@@ -1,4 +1,4 @@
-// Results for standard output.
+// Prints results on standard output.
 #pragma once
 
 #include "host/files/remedy.h"
@@ -14,7 +14,7 @@
 
 namespace host {
 
-/// What `write` writes to a stream. Throws what `write` throws.
+/// Returns what `write` writes to a stream. Throws what `write` throws.
 template <class Write>
 std::string rendered(Write write) {
     std::ostringstream out;
@@ -22,20 +22,20 @@ std::string rendered(Write write) {
     return std::move(out).str();
 }
 
-/// Prints a result. Throws `std::runtime_error` with one line when not all of it arrives.
+/// Prints a result. Throws `std::runtime_error` with one line when it cannot be written completely.
 inline void print_text(std::string_view text) {
-    std::cout.exceptions(std::ios::badbit);  // at once, while errno still says why
+    std::cout.exceptions(std::ios::badbit);  // throws at once, while errno holds the reason
     try {
         std::cout << text << std::flush;
     } catch (const std::ios::failure&) {
         const std::error_code failure(errno, std::generic_category());
-        std::cout.exceptions(std::ios::goodbit);  // what is left in it is tried again, and must fail quietly
+        std::cout.exceptions(std::ios::goodbit);  // the rest is flushed at exit, and must fail quietly
         throw std::runtime_error("standard output: cannot be written (" + failure.message() + "); " +
                                  remedy_for(failure));
     }
 }
 
-/// Prints what `write` writes once it is whole: nothing when `write` throws. Throws what it throws, and as `print_text`.
+/// Prints all that `write` writes, or nothing when `write` throws. Throws what `write` and `print_text` throw.
 template <class Write>
 void print(Write write) {
     print_text(rendered(std::move(write)));

@@ -37,7 +37,7 @@ class Command : public IndexedFolder {
     }
 };
 
-TEST_F(Command, ExplainsInOneLineWhatKeepsAnIndexFromBeingRead) {
+TEST_F(Command, ExplainsInOneLineWhyAnIndexCannotBeRead) {
     Connection(folder / "other.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
     folder.write("cut.db", folder.read("index.db").substr(0, 5000));
     const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
@@ -66,7 +66,7 @@ TEST_F(Command, ExplainsInOneLineWhatKeepsAnIndexFromBeingRead) {
     }
 }
 
-TEST_F(Command, ExplainsInOneLineWhatKeepsAnImportFromBeingMade) {
+TEST_F(Command, ExplainsInOneLineWhyAnImportFails) {
     Connection(folder / "foreign.db", Connection::Mode::CREATE)
         .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '1')");
     const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
@@ -108,18 +108,18 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     expect_failure("frob a", "no such command: frob (see wiki-scope --help)", WRONG_USAGE);
     expect_failure("import good.scip --index ''", "--index: an empty name", WRONG_USAGE);
     expect_failure("stats --index postgresql://host/db --repository ''", "--repository: an empty name", WRONG_USAGE);
-    expect_failure("import - good.scip - --index new.db", "INDEX.scip: - can be named once", WRONG_USAGE);
+    expect_failure("import - good.scip - --index new.db", "INDEX.scip: - may be given only once", WRONG_USAGE);
     expect_failure("page --index index.db --checkout .", "PATH is required (see wiki-scope page --help)", WRONG_USAGE);
     expect_failure("page a --inde index.db", "The following argument was not expected: --inde (", WRONG_USAGE);
     for (const auto& [option, says] : std::vector<std::pair<std::string, std::string>>{
-             {"--total ''", "--total: \"\" is not a number"},
-             {"--deep=-1", "--deep: \"-1\" is not a number"},
-             {"--total 0x10", "--total: \"0x10\" is not a number"},
+             {"--total ''", "--total: \"\" is not a valid number"},
+             {"--deep=-1", "--deep: \"-1\" is not a valid number"},
+             {"--total 0x10", "--total: \"0x10\" is not a valid number"},
              {"--deep 9223372036854775808", "--deep: \"9223372036854775808\" is"},
              {"--no-source --format json", "--no-source: is for Markdown alone"},
              {"--max-share 1.01", "--max-share: 1.01 is more than 1"},
-             {"--max-share nan", "--max-share: \"nan\" is not a number"},
-             {"--max-share 1e999", "--max-share: \"1e999\" is not a number"},
+             {"--max-share nan", "--max-share: \"nan\" is not a valid number"},
+             {"--max-share 1e999", "--max-share: \"1e999\" is not a valid number"},
              {"--format xml", "--format: xml not in"},
              {"--only nothing", "--only: no such section: nothing"},
          }) {
@@ -127,7 +127,7 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     }
 }
 
-TEST_F(Command, TakesTheNameOfItsIndexFromTheOptionTheEnvironmentOrTheCheckout) {
+TEST_F(Command, FindsItsIndexByOptionEnvironmentOrCheckout) {
     const auto failure = [&](const std::string& command) { return shell(command).err; };
     const std::string stats = "'" WIKI_SCOPE "' stats";
     const std::string missing = ".db: no such index; make one with: wiki-scope import INDEX.scip --index ";
@@ -147,7 +147,7 @@ TEST_F(Command, TakesTheNameOfItsIndexFromTheOptionTheEnvironmentOrTheCheckout) 
     EXPECT_EQ(failure(stats).find("pw"), std::string::npos);
 }
 
-TEST_F(Command, SaysWhatAnImportHasMadeAndPassedOver) {
+TEST_F(Command, ReportsWhatAnImportWroteAndSkipped) {
     const std::string whole = scip_file(
         {ScipDocument("ok..ts").defines(F).refers(F).defines("no symbol").refers("no symbol").describes("nor this"),
          ScipDocument("").defines(F), ScipDocument("/a.ts").defines(F), ScipDocument("../a.ts"), ScipDocument("a/.."),
@@ -176,7 +176,7 @@ TEST_F(Command, RunsWithoutStandardInput) {
     EXPECT_EQ(run("page src --index index.db --checkout . <&-").out, run("page src --index index.db --checkout .").out);
 }
 
-TEST_F(Command, TakesPathsThatMeanMoreToSqliteAsTheyStand) {
+TEST_F(Command, TakesPathsThatAreSpecialToSqliteLiterally) {
     folder.write("one.scip", scip_file({ScipDocument("a.ts")}));
     for (const std::string name : {":memory:", "file:a.db?mode=memory"}) {
         EXPECT_EQ(run("import one.scip --index '" + name + "'").err, "");
@@ -206,7 +206,7 @@ TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
     EXPECT_EQ(signalled("INT").exit_code, 0);
 }
 
-TEST_F(Command, FailsWhenNoPathIsFoundOrWhenOneIsMissingThatMustNot) {
+TEST_F(Command, FailsWhenNoPathIsFoundOrARequiredOneIsMissing) {
     const std::string options = " --index index.db --checkout . --only seeds";
     const Outcome none = run("page scr nothing" + options);
     EXPECT_EQ(none.exit_code, 1);
@@ -218,7 +218,7 @@ TEST_F(Command, FailsWhenNoPathIsFoundOrWhenOneIsMissingThatMustNot) {
     EXPECT_EQ(run("page src --strict" + options).exit_code, 0);
 }
 
-TEST_F(Command, TakesPathsAsTheMachineHasThem) {
+TEST_F(Command, AcceptsPathsOfTheMachine) {
     std::filesystem::create_directories(folder / "src/deep");
     std::filesystem::create_directory_symlink(folder / "src", folder / "link");
     const auto cards = [&](const std::string& path, const std::string& from) {
@@ -241,7 +241,7 @@ TEST_F(Command, TakesPathsAsTheMachineHasThem) {
     EXPECT_EQ(cards("/src/a.ts", "."), "");
 }
 
-TEST_F(Command, KnowsTheFolderThatAnIndexWasMadeIn) {
+TEST_F(Command, ReadsSourcesFromTheFolderThatWasImported) {
     folder.write("checkout/a.ts", "export function f() {}\n");
     ASSERT_EQ(run("import good.scip --index new.db --checkout checkout").exit_code, 0);
     EXPECT_EQ(run("page a.ts --index new.db").out, run("page a.ts --index new.db --checkout checkout").out);
@@ -250,7 +250,7 @@ TEST_F(Command, KnowsTheFolderThatAnIndexWasMadeIn) {
     expect_failure("page src --index index.db", "index.db: made without sources; name the folder");
 }
 
-TEST_F(Command, TakesForTestsWhatItIsToldAndWhatTheIndexNotes) {
+TEST_F(Command, AppliesTestRulesOfOptionsAndOfTheIndex) {
     folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F), ScipDocument("check/b.ts").refers(F),
                                        ScipDocument("test/c.ts").refers(F)}));
     folder.write("src/.wiki-scope.toml", "not-test = ['test/c.ts']");
@@ -268,7 +268,7 @@ TEST_F(Command, TakesForTestsWhatItIsToldAndWhatTheIndexNotes) {
                    folder / "src/.wiki-scope.toml:1: unknown key `tests`");
 }
 
-TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {
+TEST_F(Command, SuggestsCorrectionsForTenMistypedPaths) {
     folder.write("src/a.ts", "");
     const std::string options = " --index index.db --checkout . --only files";
     const Outcome page = run("page scr ./src/B.ts nothing 'src/\na.ts' src/a.ts" + options);
@@ -282,7 +282,7 @@ TEST_F(Command, SuggestsWhatTenMistypedPathsWereMeantToBe) {
     EXPECT_TRUE(said.ends_with("9/src: not in the index; did you mean src?\n")) << said;
 }
 
-TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
+TEST_F(Command, ReportsWhatMakesAPageLessCertain) {
     for (int number = 0; number < 7; ++number) {
         const std::string path = std::to_string(number) + ".ts";
         folder.write(path, "changed");
@@ -315,7 +315,7 @@ TEST_F(Command, SaysWhatAPageLeavesInDoubt) {
               "wiki-scope: empty: holds none of the page's files; name the folder that was indexed with --checkout\n");
 }
 
-TEST_F(Command, PrintsAPageWholeOrNotAtAll) {
+TEST_F(Command, PrintsAPageCompletelyOrNotAtAll) {
     add<DeclarationRow>({{1, 1, "One", "a.One", "class", true, 1, 1}});
     // What a page asks for last, after it has found something to remark on.
     change("PRAGMA writable_schema = ON; UPDATE sqlite_schema SET rootpage = "
@@ -329,7 +329,7 @@ TEST_F(Command, PrintsAPageWholeOrNotAtAll) {
     }
 }
 
-TEST_F(Command, HasBashCompleteItsCommandsOptionsAndFiles) {
+TEST_F(Command, CompletesCommandsOptionsAndFilesInBash) {
     folder.write("of two words.scip", "");
     for (const auto& [words, reply] : std::vector<std::pair<std::string, std::string>>{
              {"s", "stats\nserve\n"},
@@ -350,7 +350,7 @@ TEST_F(Command, HasBashCompleteItsCommandsOptionsAndFiles) {
     }
 }
 
-TEST_F(Command, EndsQuietlyWhenItsReaderHasSeenEnough) {
+TEST_F(Command, EndsQuietlyWhenItsReaderClosesThePipe) {
     folder.write("src/a.ts", "");
     // More than a pipe holds.
     change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
