@@ -1,4 +1,4 @@
-// A request that runs on a thread of its own, with cancellation and progress.
+// A request that runs on another thread, with cancellation and progress.
 #pragma once
 
 #include "host/serve/json_rpc.h"
