@@ -1,10 +1,10 @@
 // The facts of a page: what the index and the checkout say about the files that a wiki page is anchored on.
 //
-// A page is one pass. `load_scope_facts` is the only function of the component that asks the index or reads a file;
-// it returns a `ScopeFacts`. `production_fan_in` (fan_in.h) derives from it how production code uses the page's
-// declarations, as a `FanIn`. Everything else is a pure function of these two records, which
-// never change once they are built, so any number of threads may read them at once; as long as `is_test_path` and
-// `tests_reaching`, which some of the functions call, can be called so and always answer alike.
+// A page is one pass. `load_scope_facts` is the only function of the component that asks the index or reads a file; it
+// returns a `ScopeFacts`. `production_fan_in` (fan_in.h) derives from it how production code uses the page's
+// declarations, as a `FanIn`. Everything else is a pure function of these two records. They never change once they are
+// built, so any number of threads may read them at once, as long as `is_test_path` and `tests_reaching`, which some of
+// the functions call, can be called by several threads and always give the same answer.
 //
 // Results point at the records inside the caller's `ScopeFacts` and stay valid as long as it lives.
 #pragma once
