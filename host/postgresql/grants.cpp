@@ -26,14 +26,6 @@ std::string literal(const std::string& text) {
     return text.find('\\') == std::string::npos ? quoted : "E" + doubled(quoted, '\\');
 }
 
-std::string snapshot_tables() {
-    std::string list;
-    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
-        list.append(list.empty() ? "wiki_scope." : ", wiki_scope.").append(table.name);
-    }
-    return list;
-}
-
 // What lets a role have the rows of which a condition holds, as far as its grants go. A role has one such policy.
 std::string policy(const Rights& rights, const std::string& role, std::string_view table,
                    const std::string& condition) {
@@ -48,7 +40,7 @@ std::string policy(const Rights& rights, const std::string& role, std::string_vi
 
 std::string grants(const Rights& rights) {
     const std::string role = rights.role == "public" ? "PUBLIC" : identifier(rights.role);  // no role is called so
-    const std::string tables = snapshot_tables();
+    const std::string tables = snapshot_table_list();
     std::string sql = "BEGIN;\n"
                       "SET LOCAL search_path = pg_catalog, pg_temp;\n"
                       "REVOKE ALL ON ALL TABLES IN SCHEMA wiki_scope FROM " +

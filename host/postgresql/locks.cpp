@@ -10,13 +10,14 @@ const std::string HOLDER = R"sql(
     FROM pg_catalog.pg_locks AS held JOIN pg_catalog.pg_stat_activity AS activity ON activity.pid = held.pid
 )sql";
 
-// An advisory lock, whose first number is "wiki", in letters. As they are written here the two numbers lead to rows of the
-// server's list of locks with `objsubid` 2.
-const std::string TRY_SCHEMA = "SELECT 1 WHERE pg_catalog.pg_try_advisory_xact_lock(2003397481, 0)";
+// An advisory lock of two numbers, of which the first is "wiki", in letters. Such a lock is in the server's list of locks
+// with `objsubid` 2.
+const std::string SCHEMA_LOCK = "2003397481";
+const std::string TRY_SCHEMA = "SELECT 1 WHERE pg_catalog.pg_try_advisory_xact_lock(" + SCHEMA_LOCK + ", 0)";
 const std::string HOLDER_OF_SCHEMA = HOLDER + R"sql(
     WHERE held.locktype = 'advisory' AND held.granted AND activity.datname = pg_catalog.current_database()
-        AND held.classid = 2003397481::pg_catalog.oid AND held.objid = 0::pg_catalog.oid AND held.objsubid = 2
-)sql";
+        AND held.objid = 0::pg_catalog.oid AND held.objsubid = 2 AND held.classid = )sql" +
+                                     SCHEMA_LOCK + "::pg_catalog.oid";
 
 // A row that is locked bears the number of the transaction that has it locked.
 const std::string TRY_REPOSITORY = "SELECT 1 FROM wiki_scope.repositories WHERE repository = $1 FOR UPDATE SKIP LOCKED";

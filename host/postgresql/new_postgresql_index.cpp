@@ -113,10 +113,7 @@ void NewPostgresqlIndex::remove_other_snapshots() {
 // Indexes alone answer for rows that a vacuum has seen. What is left to autovacuum slows pages down for minutes, twice:
 // before it comes, and while it works.
 void NewPostgresqlIndex::vacuum() {
-    std::string statement = "VACUUM (TRUNCATE OFF)";  // which would hold off readers
-    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
-        statement.append(&table == &SNAPSHOT_TABLES.front() ? " wiki_scope." : ", wiki_scope.").append(table.name);
-    }
+    const std::string statement = "VACUUM (TRUNCATE OFF) " + snapshot_table_list();  // to truncate holds off readers
     if (const std::string warning = connection_.warning_of(statement); !warning.empty()) {
         remark_ = connection_.server() + ": " + warning + "; " + SLOWER;
     }

@@ -65,10 +65,11 @@ void RowCopy::stage() {
     }
 }
 
-template <class... Values>
-void RowCopy::append(Table table, const Values&... values) {
+template <std::size_t PLACE, class... Values>
+void RowCopy::append(const Values&... values) {
+    static_assert(sizeof...(values) == SNAPSHOT_TABLES[PLACE].column_count());
     constexpr std::size_t WORTH_A_STATEMENT = 4'000'000;
-    Collected& collected = tables_[table];
+    Collected& collected = tables_[PLACE];
     append_integer(collected.rows, static_cast<std::int16_t>(2 + sizeof...(values)));
     append_value(collected.rows, repository_);
     append_value(collected.rows, snapshot_);
@@ -76,7 +77,7 @@ void RowCopy::append(Table table, const Values&... values) {
     (append_value(collected.rows, values), ...);
     collected.checksum.add(std::string_view(collected.rows).substr(begin));
     if (collected.rows.size() > WORTH_A_STATEMENT) {
-        copy(table);
+        copy(PLACE);
     }
 }
 
@@ -100,7 +101,7 @@ void RowCopy::copy(std::size_t table) {
 
 void RowCopy::append_names() {
     if (!names_.is_empty()) {
-        append(NAMES, names_.declaration(), names_.lowered(), names_.rows());
+        append<place_of("names")>(names_.declaration(), names_.lowered(), names_.rows());
         names_ = {};
     }
 }
@@ -127,22 +128,22 @@ std::vector<std::int64_t> RowCopy::checksums() const {
 }
 
 void RowCopy::note(std::string_view key, std::string_view value) {
-    append(NOTES, key, value);
+    append<place_of("notes")>(key, value);
 }
 
 void RowCopy::add(const FileRow& row) {
     const bool has_language = !row.language.value_or("").empty();
-    append(FILES, row.id, row.path, has_language ? row.language : std::nullopt, row.content_hash, row.declarations,
-           row.declared_lines);
+    append<place_of("files")>(row.id, row.path, has_language ? row.language : std::nullopt, row.content_hash,
+                              row.declarations, row.declared_lines);
 }
 
 void RowCopy::add(const LanguageRow& row) {
-    append(LANGUAGES, ++languages_, row.name, row.import_resolved);
+    append<place_of("languages")>(++languages_, row.name, row.import_resolved);
 }
 
 void RowCopy::add(const DeclarationRow& row) {
-    append(SYMBOLS, row.id, row.file, row.name, row.fqn, row.kind, row.is_export, row.first_line, row.last_line,
-           row.uses);
+    append<place_of("symbols")>(row.id, row.file, row.name, row.fqn, row.kind, row.is_export, row.first_line,
+                                row.last_line, row.uses);
     names_.add({.declaration = row.id, .name = row.name, .uses = row.uses});
     if (names_.is_full()) {
         append_names();
@@ -150,15 +151,15 @@ void RowCopy::add(const DeclarationRow& row) {
 }
 
 void RowCopy::add(const DescriptionRow& row) {
-    append(DESCRIPTIONS, row.declaration, row.signature, row.documentation);
+    append<place_of("descriptions")>(row.declaration, row.signature, row.documentation);
 }
 
 void RowCopy::add(const ResolutionRow& row) {
-    append(RESOLUTIONS, row.id, row.name);
+    append<place_of("resolutions")>(row.id, row.name);
 }
 
 void RowCopy::add(const EdgeRow& row) {
-    append(EDGES, row.source, row.target, row.resolution, row.references);
+    append<place_of("edges")>(row.source, row.target, row.resolution, row.references);
 }
 
 }  // namespace host::postgresql

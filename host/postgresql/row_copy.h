@@ -35,26 +35,25 @@ class RowCopy : public RowWriter {
     /// Sends what is left. To be called once, at the end.
     void finish();
 
-    [[nodiscard]] std::int64_t files() const { return tables_[FILES].copied; }
-    [[nodiscard]] std::int64_t declarations() const { return tables_[SYMBOLS].copied; }
-    [[nodiscard]] std::int64_t edges() const { return tables_[EDGES].copied; }
+    [[nodiscard]] std::int64_t files() const { return tables_[place_of("files")].copied; }
+    [[nodiscard]] std::int64_t declarations() const { return tables_[place_of("symbols")].copied; }
+    [[nodiscard]] std::int64_t edges() const { return tables_[place_of("edges")].copied; }
     /// In bytes, of all rows.
     [[nodiscard]] std::int64_t size() const { return size_; }
     /// Of the tables, in the order of `SNAPSHOT_TABLES`.
     [[nodiscard]] std::vector<std::int64_t> checksums() const;
 
   private:
-    // In the order of `SNAPSHOT_TABLES`.
-    enum Table : std::size_t { NOTES, FILES, LANGUAGES, SYMBOLS, DESCRIPTIONS, RESOLUTIONS, EDGES, NAMES };
     struct Collected {
         std::string rows;
         std::int64_t copied = 0;
         TableChecksum checksum;
     };
 
-    // Appends a row of a table; values are integers, booleans and bytes, or none.
-    template <class... Values>
-    void append(Table table, const Values&... values);
+    // Appends a row of the table at a place in `SNAPSHOT_TABLES`: a value for each of its columns, in their order. Values
+    // are integers, booleans and bytes, or none.
+    template <std::size_t PLACE, class... Values>
+    void append(const Values&... values);
     void copy(std::size_t table);
     void append_names();
     /// Makes the staging tables if policies guard any of the tables.
@@ -63,8 +62,8 @@ class RowCopy : public RowWriter {
     Connection& connection_;
     const std::int32_t repository_;
     const std::int32_t snapshot_;
-    std::array<Collected, SNAPSHOT_TABLES.size()> tables_;
-    NameBlock names_;  // that are not appended yet
+    std::array<Collected, SNAPSHOT_TABLES.size()> tables_;  // in the order of `SNAPSHOT_TABLES`
+    NameBlock names_;                                       // that are not appended yet
     bool is_staged_ = false;
     std::int64_t languages_ = 0;
     std::int64_t size_ = 0;

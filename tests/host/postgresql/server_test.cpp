@@ -6,6 +6,7 @@
 #include "host/page/page_markdown.h"
 #include "host/postgresql/connection.h"
 #include "host/postgresql/schema.h"
+#include "host/postgresql/snapshot_tables.h"
 #include "host/scip/import.h"
 #include "host/serve/index_connections.h"
 #include "tests/host/postgresql/prepared_server.h"
@@ -13,7 +14,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <future>
@@ -208,8 +208,13 @@ TEST_F(Server, AnImportThatFailsLeavesTheOldIndexAndOneThatSucceedsNothingElse) 
     import(5);
     EXPECT_EQ(lines(), 5);
     Connection after(database);
-    EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.files"), 1);
-    EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.notes"), 5);
+    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
+        EXPECT_EQ(number(after, "SELECT count(*) FROM wiki_scope.repositories AS current JOIN wiki_scope." +
+                                    std::string(table.name) +
+                                    " AS row USING(repository) WHERE row.snapshot <> current.snapshot"),
+                  0)
+            << table.name;
+    }
 }
 
 // A row that a policy hides is not changed, which is no failure to the server.
@@ -253,8 +258,6 @@ TEST_F(Server, AnImportThatIsInterruptedAtItsEndDoesNotSayThatNothingWasChanged)
 
 // A row in each table, of which each column is changed, and which is removed.
 TEST_F(Server, NoticesEveryRowThatIsNotTheOneImported) {
-    constexpr std::array TABLES{"notes",        "files",       "languages", "symbols",
-                                "descriptions", "resolutions", "edges",     "names"};
     {
         const std::unique_ptr<NewIndex> made = repository()->replace();
         made->claim("");
@@ -271,8 +274,10 @@ TEST_F(Server, NoticesEveryRowThatIsNotTheOneImported) {
     }
     Connection connection(database);
     std::vector<std::pair<std::string, std::string>> faults;  // tables, and what damages them
-    for (const std::string table : TABLES) {
-        faults.emplace_back(table, "DELETE FROM wiki_scope." + table);
+    std::size_t column_count = 0;
+    for (const SnapshotTable& table : SNAPSHOT_TABLES) {
+        faults.emplace_back(table.name, "DELETE FROM wiki_scope." + std::string(table.name));
+        column_count += table.column_count();
     }
     Rows columns(
         connection,
@@ -284,7 +289,7 @@ TEST_F(Server, NoticesEveryRowThatIsNotTheOneImported) {
     while (columns.step()) {
         faults.emplace_back(columns.bytes(0), columns.bytes(1));
     }
-    EXPECT_EQ(faults.size(), TABLES.size() + 32);
+    EXPECT_EQ(faults.size(), SNAPSHOT_TABLES.size() + column_count);
     const std::unique_ptr<IndexConnection> reader = repository()->connect();
     EXPECT_NO_THROW(reader->read()->check());
     for (const auto& [table, fault] : faults) {
