@@ -1,5 +1,6 @@
 #include "host/indexing/index_writer.h"
 
+#include "host/files/file_language.h"
 #include "host/indexing/findings.h"
 #include "utils/path_filter.h"
 #include "workers/wiki/scope/uses.h"
@@ -23,11 +24,10 @@ constexpr std::array RESOLUTIONS{Resolution::AMBIGUOUS, Resolution::IMPORT, Reso
 std::string name_of_module(std::string_view path) {
     const auto last_segment = [](std::string_view text) { return text.substr(text.rfind('/') + 1); };
     const std::string_view file = last_segment(path);
-    std::string_view stem = file.substr(0, file.rfind('.'));
-    stem = stem.ends_with(".d") ? stem.substr(0, stem.size() - 2) : stem;
-    if ((stem == "index" || stem == "__init__") && file.size() < path.size()) {
-        stem = last_segment(path.substr(0, path.size() - file.size() - 1));
+    if (stands_for_folder(path) && file.size() < path.size()) {
+        return std::string(last_segment(path.substr(0, path.size() - file.size() - 1)));
     }
+    const std::string_view stem = stem_of(file);
     return std::string(stem.empty() ? file : stem);
 }
 

@@ -1,5 +1,7 @@
 #include "host/indexing/modules.h"
 
+#include "host/files/file_language.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -11,11 +13,6 @@ using sources::Link;
 
 constexpr std::size_t MOST_STEPS = 100;  // from module to module; more than any real chain of re-exports
 
-bool is_package(std::string_view path) {
-    const std::string_view file = path.substr(path.rfind('/') + 1);
-    return file.starts_with("__init__.");
-}
-
 // "a.b.c" -> "a.b"; empty for a top-level module
 std::string_view package_of(std::string_view module) {
     const std::size_t dot = module.rfind('.');
@@ -25,7 +22,7 @@ std::string_view package_of(std::string_view module) {
 }  // namespace
 
 bool is_python(std::string_view path) {
-    return path.ends_with(".py") || path.ends_with(".pyi");
+    return usual_language(path) == "python";
 }
 
 Modules::Modules(std::vector<Module> modules, NamesAtTop names_at_top, const sources::Sources& sources)
@@ -138,7 +135,7 @@ std::optional<std::string_view> Modules::file_of_python_module(std::string_view 
     const std::size_t dots = std::min(module.find_first_not_of('.'), module.size());
     std::string name(module.substr(dots));
     if (dots > 0) {
-        std::string_view package = is_package(path) ? std::string_view(own_name) : package_of(own_name);
+        std::string_view package = stands_for_folder(path) ? std::string_view(own_name) : package_of(own_name);
         for (std::size_t above = 1; above < dots; ++above) {
             package = package_of(package);
         }
@@ -192,7 +189,7 @@ Meaning Modules::follow_all(std::string_view path, const std::string& name, View
     if (meaning.empty() && view == View::OUTSIDE) {
         meaning = follow_stars(path, name, steps);
     }
-    if (meaning.empty() && view == View::OUTSIDE && is_package(path)) {
+    if (meaning.empty() && view == View::OUTSIDE && stands_for_folder(path)) {
         const auto inner = file_of(path, "." + name);
         return inner ? Meaning{modules_.at(*inner)->symbol} : Meaning();
     }

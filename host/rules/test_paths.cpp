@@ -1,5 +1,6 @@
 #include "host/rules/test_paths.h"
 
+#include "host/files/file_language.h"
 #include "utils/path_filter.h"
 
 #include <algorithm>
@@ -21,9 +22,6 @@ constexpr std::array<string_view, 9> TEST_FOLDERS{"test", "tests",   "__tests__"
 constexpr std::array<string_view, 8> TEST_INFIXES{"_test.", ".test.", ".spec.", "-test.",
                                                   "_spec.", "-spec.", ".cy.",   ".e2e."};
 
-// The extensions of languages that name a file after its class.
-constexpr std::array<string_view, 11> CLASS_FILES{".java", ".kt",  ".scala", ".groovy", ".cs", ".fs",
-                                                  ".vb",   ".php", ".swift", ".m",      ".mm"};
 constexpr std::array<string_view, 4> TEST_CLASSES{"Test", "Tests", "TestCase", "Spec"};
 
 bool is_test_folder(string_view name) {
@@ -32,11 +30,9 @@ bool is_test_folder(string_view name) {
 
 // "StackTest.java", not "Test.java"
 bool is_test_class(string_view file) {
-    const std::size_t dot = std::min(file.rfind('.'), file.size());
-    const string_view name = file.substr(0, dot);
+    const string_view name = file.substr(0, file.rfind('.'));
     const auto ends_name = [&](string_view end) { return name.size() > end.size() && name.ends_with(end); };
-    return std::ranges::find(CLASS_FILES, file.substr(dot)) != CLASS_FILES.end() &&
-           std::ranges::any_of(TEST_CLASSES, ends_name);
+    return is_named_as_class(file) && std::ranges::any_of(TEST_CLASSES, ends_name);
 }
 
 bool is_test_file(string_view name) {

@@ -74,7 +74,7 @@ class FileExtractor {
         }
         ++report_.sources;
         summaries_.push_back(source->summary);
-        if (!source->outline && sources::language_of(language, path) != nullptr) {
+        if (!source->outline && sources::understood_language(language, path) != nullptr) {
             report_.unparsed.add(path);
         }
         if (source->outline && source->outline->is_damaged) {

@@ -1,7 +1,7 @@
 #include "host/scip/language.h"
 
+#include "host/files/file_language.h"
 #include "host/scip/symbol.h"
-#include "host/sources/language.h"
 #include "host/text/ascii.h"
 #include "host/text/control_characters.h"
 
@@ -14,7 +14,7 @@ std::string stated_language(std::string_view stated) {
 
 std::string language_of(std::string_view stated, std::string_view path) {
     const std::string language = stated_language(stated);
-    return language.empty() ? std::string(sources::usual_language(path)) : language;
+    return language.empty() ? std::string(usual_language(path)) : language;
 }
 
 }  // namespace host::scip

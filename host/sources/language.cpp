@@ -1,5 +1,6 @@
 #include "host/sources/language.h"
 
+#include "host/files/file_language.h"
 #include "host/sources/mending.h"
 #include "host/sources/parser_memory.h"
 #include "host/sources/queries.h"
@@ -62,53 +63,12 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
      CommentPlace::ABOVE, true, mended},
 }};
 
-struct Extension {
-    string_view text;
-    string_view language;   // what the language is called
-    Place grammar = COUNT;  // none
-};
-
-// The grammar of C++ reads headers of C as well.
-constexpr auto EXTENSIONS = std::to_array<Extension>({
-    {"c", "c", C},
-    {"h", "c", CPP},
-    {"cc", "cpp", CPP},
-    {"cpp", "cpp", CPP},
-    {"cxx", "cpp", CPP},
-    {"hpp", "cpp", CPP},
-    {"hh", "cpp", CPP},
-    {"hxx", "cpp", CPP},
-    {"go", "go", GO},
-    {"java", "java", JAVA},
-    {"py", "python", PYTHON},
-    {"pyi", "python", PYTHON},
-    {"rs", "rust", RUST},
-    {"js", "javascript", JAVASCRIPT},
-    {"jsx", "javascript", JAVASCRIPT},
-    {"mjs", "javascript", JAVASCRIPT},
-    {"cjs", "javascript", JAVASCRIPT},
-    {"ts", "typescript", TYPESCRIPT},
-    {"mts", "typescript", TYPESCRIPT},
-    {"cts", "typescript", TYPESCRIPT},
-    {"tsx", "typescript", TSX},
-    {"kt", "kotlin"},
-    {"kts", "kotlin"},
-    {"scala", "scala"},
-    {"rb", "ruby"},
-    {"cs", "csharp"},
-    {"php", "php"},
-    {"swift", "swift"},
-    {"dart", "dart"},
-    {"m", "objective-c"},
-    {"mm", "objective-c"},
-});
-
 struct Name {
-    string_view text;
-    Place grammar;
+    string_view name;
+    Place language;
 };
 
-// What indexers call a language. Where dialects share a name, the extension decides.
+// What indexers call a language. Where dialects share a name, the path decides.
 constexpr auto NAMES = std::to_array<Name>({
     {"c", C},
     {"cpp", CPP},
@@ -123,19 +83,10 @@ constexpr auto NAMES = std::to_array<Name>({
     {"typescriptreact", TSX},
 });
 
-const auto* find(string_view text, const auto& rows) {
-    const auto* const found = std::ranges::find_if(rows, [text](const auto& row) { return row.text == text; });
+// Null for a name that none of the rows has.
+const auto* find(string_view name, const auto& rows) {
+    const auto* const found = std::ranges::find_if(rows, [name](const auto& row) { return row.name == name; });
     return found == rows.end() ? nullptr : found;
-}
-
-const Language* language_at(Place place) {
-    return place == COUNT ? nullptr : &LANGUAGES.at(place);
-}
-
-string_view extension_of(string_view path) {
-    const string_view file = path.substr(path.rfind('/') + 1);
-    const std::size_t dot = file.rfind('.');
-    return dot == string_view::npos ? string_view() : file.substr(dot + 1);
 }
 
 struct QueryDeleter {
@@ -162,19 +113,13 @@ Query compiled(const Language& language) {
 
 }  // namespace
 
-string_view usual_language(string_view path) {
-    const Extension* const extension = find(extension_of(path), EXTENSIONS);
-    return extension == nullptr ? string_view() : extension->language;
-}
-
-const Language* language_of(string_view stated, string_view path) {
-    const Extension* const extension = find(extension_of(path), EXTENSIONS);
-    const Language* const by_extension = extension == nullptr ? nullptr : language_at(extension->grammar);
+const Language* understood_language(string_view stated, string_view path) {
+    const Language* const by_path = find(usual_dialect(path), LANGUAGES);
     const Name* const name = find(stated, NAMES);
-    const Language* const by_name = name == nullptr ? nullptr : language_at(name->grammar);
+    const Language* const by_name = name == nullptr ? nullptr : &LANGUAGES.at(name->language);
     const bool is_a_dialect =
-        by_extension != nullptr && by_name != nullptr && std::ranges::equal(by_extension->queries, by_name->queries);
-    return by_name == nullptr || is_a_dialect ? by_extension : by_name;
+        by_path != nullptr && by_name != nullptr && std::ranges::equal(by_path->queries, by_name->queries);
+    return by_name == nullptr || is_a_dialect ? by_path : by_name;
 }
 
 std::span<const Language> languages() {

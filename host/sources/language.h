@@ -85,13 +85,9 @@ struct Language {
     std::string (*mend)(std::string_view text) = nullptr;
 };
 
-/// What the language of a file is called by the extension of its path, in lower case, be it understood or not; empty
-/// when that says nothing. A header, `.h`, is "c" until its text is known to be C++.
-std::string_view usual_language(std::string_view path);
-
 /// The language of a file by what its document states (in lower case, may be empty), else by its path; null for one that
 /// is not understood. A header is read as C++ unless C is stated.
-const Language* language_of(std::string_view stated, std::string_view path);
+const Language* understood_language(std::string_view stated, std::string_view path);
 
 /// All languages, each once.
 std::span<const Language> languages();

@@ -1,7 +1,10 @@
 #include "host/sources/link.h"
 
-#include <array>
+#include "host/files/file_language.h"
+
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 namespace host::sources {
 
@@ -9,18 +12,20 @@ namespace {
 
 using std::string_view;
 
-// What is compiled has the name of what it is compiled to.
-constexpr std::array<string_view, 4> COMPILED{".js", ".jsx", ".mjs", ".cjs"};
-constexpr std::array<string_view, 9> MODULE_EXTENSIONS{".ts", ".tsx", ".mts", ".cts", ".d.ts",
-                                                       ".js", ".jsx", ".mjs", ".cjs"};
+// The extensions of modules, in the order in which they are looked for.
+const std::vector<string_view>& module_extensions() {
+    static const std::vector<string_view> extensions = [] {
+        std::vector<string_view> all = extensions_of("typescript");
+        all.push_back("d.ts");
+        std::ranges::copy(extensions_of("javascript"), std::back_inserter(all));
+        return all;
+    }();
+    return extensions;
+}
 
+// What is compiled has the name of what it is compiled to.
 string_view without_compiled_extension(string_view path) {
-    for (const string_view extension : COMPILED) {
-        if (path.ends_with(extension)) {
-            return path.substr(0, path.size() - extension.size());
-        }
-    }
-    return path;
+    return usual_language(path) == "javascript" ? path.substr(0, path.rfind('.')) : path;
 }
 
 }  // namespace
@@ -38,11 +43,12 @@ std::vector<std::string> places_of_module(string_view path, string_view module) 
         base.pop_back();
     }
     std::vector<std::string> places{base};
-    for (const string_view extension : MODULE_EXTENSIONS) {
-        places.push_back(std::string(without_compiled_extension(base)).append(extension));
+    for (const string_view extension : module_extensions()) {
+        places.push_back(std::string(without_compiled_extension(base)).append(".").append(extension));
     }
-    for (const string_view extension : MODULE_EXTENSIONS) {
-        places.push_back((base == "." ? "" : base + "/") + "index" + std::string(extension));
+    const std::string folder = base == "." ? "" : base + "/";
+    for (const string_view extension : module_extensions()) {
+        places.push_back(folder + std::string(folder_stem("typescript")).append(".").append(extension));
     }
     return places;
 }

@@ -1,5 +1,6 @@
 #include "host/sources/outline.h"
 
+#include "host/files/file_language.h"
 #include "host/sources/captures.h"
 #include "host/sources/doc_comments.h"
 #include "host/sources/mentions.h"
@@ -279,12 +280,12 @@ std::optional<Outline> outline_of(string_view text, const Language& language, co
 
 std::optional<Outline> outline_of(string_view text, string_view stated_language, string_view path,
                                   const std::size_t& is_cancelled) {
-    const Language* const language = language_of(stated_language, path);
+    const Language* const language = understood_language(stated_language, path);
     if (language == nullptr) {
         return std::nullopt;
     }
     std::optional<Outline> outline = outline_of(text, *language, is_cancelled);
-    const Language* const usual = language_of(usual_language(path), path);
+    const Language* const usual = understood_language(usual_language(path), path);
     if (stated_language.empty() && usual != language && outline && outline->is_damaged && !outline->is_cpp) {
         std::optional<Outline> in_c = outline_of(text, *usual, is_cancelled);
         return in_c && in_c->damage <= outline->damage ? std::move(in_c) : std::move(outline);

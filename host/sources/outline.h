@@ -77,7 +77,7 @@ inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
 /// `is_cancelled`, which is read atomically all the while, becomes other than 0. May be called on several threads.
 std::optional<Outline> outline_of(std::string_view text, const Language& language, const std::size_t& is_cancelled);
 
-/// The same for the file at `path`, in the language that `language_of` gives; none where it gives none. A header without
+/// The same for the file at `path`, in the language that `understood_language` gives; none where it gives none. A header without
 /// a stated language is read as C when it holds nothing that C has not, and as much of it is damaged in C++.
 std::optional<Outline> outline_of(std::string_view text, std::string_view stated_language, std::string_view path,
                                   const std::size_t& is_cancelled);

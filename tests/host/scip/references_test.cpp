@@ -115,14 +115,14 @@ TEST_F(ScipImport, WhatIsOnlyAnnouncedIsDeclaredWhereTheFirstFileByPathAnnounces
 
 TEST_F(ScipImport, AFileThatIsOnlyImportedAsAWholeIsAModule) {
     const std::string barrel = in("index.ts", "");
-    const std::string python = symbol("`p.q`/__init__:");
+    const std::string python = symbol("`p.index`/__init__:");
     import({ScipDocument("x/index.ts").defines(symbol("x/`index.ts`/"), {0, 0, 0}).defines(F, {3, 0, 1}),
-            ScipDocument("p/q.py").defines(python, {0, 0, 0}).refers(python),
+            ScipDocument("p/index.py").defines(python, {0, 0, 0}).refers(python),
             ScipDocument("a.ts").refers(symbol("x/`index.ts`/")).refers(symbol("x/`index.ts`/")).refers(python),
             ScipDocument("b.ts").refers(F).refers(symbol("x/`index.ts`/"))});
-    EXPECT_EQ(declarations(), "q module 1-1002 public; x module 1-4 public; f function 4-4 public");
+    EXPECT_EQ(declarations(), "index module 1-1002 public; x module 1-4 public; f function 4-4 public");
     EXPECT_EQ(edges(), "a.ts 1 import 1; a.ts 2 import 2; b.ts 3 import 1");
-    EXPECT_EQ(rows("SELECT fqn AS row FROM symbols WHERE kind = 'module'"), "p.q.__init__; x.index.ts");
+    EXPECT_EQ(rows("SELECT fqn AS row FROM symbols WHERE kind = 'module'"), "p.index.__init__; x.index.ts");
 }
 
 TEST_F(ScipImport, AModuleNamedByTheEndOfItsNameIsTheOnlyOneThatEndsSo) {

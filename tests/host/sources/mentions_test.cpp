@@ -13,7 +13,7 @@ namespace {
 // others may have them.
 std::string links(const std::string& text) {
     static const std::size_t never = 0;
-    const Outline outline = outline_of(text, *language_of("", "a.py"), never).value();
+    const Outline outline = outline_of(text, *understood_language("", "a.py"), never).value();
     std::string list;
     for (const Link& each : outline.links) {
         list += (list.empty() ? "" : "; ") + each.name + "<" + each.original + "<" + each.module;

@@ -26,10 +26,10 @@ TEST(Outline, EveryLanguageHasAQueryThatFitsItsGrammar) {
     for (const Language& language : languages()) {
         EXPECT_NO_THROW(query_of(language)) << language.name;
     }
-    EXPECT_EQ(language_of("typescript", "a.tsx")->name, "tsx");
-    EXPECT_EQ(language_of("cpp", "a.h")->name, "cpp");
-    EXPECT_EQ(language_of("c", "a.cpp")->name, "c");
-    EXPECT_EQ(language_of("", "a.rb"), nullptr);
+    EXPECT_EQ(understood_language("typescript", "a.tsx")->name, "tsx");
+    EXPECT_EQ(understood_language("cpp", "a.h")->name, "cpp");
+    EXPECT_EQ(understood_language("c", "a.cpp")->name, "c");
+    EXPECT_EQ(understood_language("", "a.rb"), nullptr);
 }
 
 TEST(Outline, TypeScriptExportsOnTheDeclarationInAListAndByDefault) {
@@ -284,7 +284,7 @@ TEST(Outline, DamageCostsNoMoreThanItsPart) {
     EXPECT_FALSE(declaration("a.ts", "export let x\nfunction f() {}\nconst y = (((", "f").is_public);
     const std::size_t never = 0;
     const std::size_t at_once = 1;
-    const Language& language = *language_of("", "a.ts");
+    const Language& language = *understood_language("", "a.ts");
     EXPECT_FALSE(outline_of("a\xFF", language, never));
     EXPECT_FALSE(outline_of(std::string(LARGEST_SOURCE + 1, ' '), language, never));
     EXPECT_FALSE(outline_of(std::string(100'000, '('), language, at_once));
@@ -308,7 +308,7 @@ TEST(Outline, ATextThatWasMadeToTakeMemoryTakesNoMoreThanASourceDoes) {
     const pid_t child = fork();
     if (child == 0) {
         const std::size_t never = 0;
-        _exit(outline_of(text, *language_of("", "a.ts"), never) ? 1 : 0);
+        _exit(outline_of(text, *understood_language("", "a.ts"), never) ? 1 : 0);
     }
     int status = 0;
     rusage usage{};

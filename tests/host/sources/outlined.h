@@ -10,7 +10,7 @@ namespace host::sources {
 
 inline Outline outline(const std::string& path, const std::string& text) {
     static const std::size_t never = 0;
-    return outline_of(text, *language_of("", path), never).value();
+    return outline_of(text, *understood_language("", path), never).value();
 }
 
 inline SourceDeclaration declaration(const std::string& path, const std::string& text, const std::string& name) {
