@@ -2,6 +2,7 @@
 
 #include "host/text/ascii.h"
 #include "host/text/blanks.h"
+#include "host/text/block_tags.h"
 #include "host/text/markdown_text.h"
 #include "host/text/split_lines.h"
 
@@ -62,12 +63,6 @@ string_view tag_of(string_view line) {
     return text.substr(1, text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ", 1) - 1);
 }
 
-bool describes(string_view tag) {
-    constexpr std::array<string_view, 7> TAGS{"brief",    "details", "desc",   "description",
-                                              "overview", "remarks", "summary"};
-    return std::ranges::find(TAGS, lowered(tag)) != TAGS.end();
-}
-
 // The lines without block tags and what belongs to these. In a block of code "@Override" is none.
 std::vector<string_view> without_tags(const std::vector<string_view>& lines) {
     std::vector<string_view> kept;
@@ -82,7 +77,7 @@ std::vector<string_view> without_tags(const std::vector<string_view>& lines) {
             }
             continue;
         }
-        is_described = describes(tag);
+        is_described = describes_declaration(tag);
         if (is_described) {
             kept.push_back(line.substr(static_cast<std::size_t>(tag.data() + tag.size() - line.data())));
         }

@@ -2,6 +2,7 @@
 
 #include "host/text/ascii.h"
 #include "host/text/blanks.h"
+#include "host/text/block_tags.h"
 #include "host/text/markdown_text.h"
 
 #include <algorithm>
@@ -37,10 +38,6 @@ constexpr auto DIRECTIVES = std::to_array<string_view>(
 constexpr auto FIELDS =
     std::to_array<string_view>({"author:", "authors:", "author(s):", "created:", "created by ", "written by ",
                                 "contact:", "date:", "version:", "@(#)", "$", "file:", "spdx-"});
-
-// Tags whose argument describes the file.
-constexpr std::array<string_view, 8> DESCRIBING_TAGS{"file",    "fileoverview", "overview", "brief",
-                                                     "summary", "description",  "desc",     "details"};
 
 // How the first line of a licence begins, even directly below a description.
 constexpr std::array<string_view, 9> NOTICES{
@@ -166,9 +163,7 @@ CommentLine read_tag(const Tag& tag) {
     if (tag.argument.empty()) {
         return {Role::BREAK, {}};
     }
-    const std::string name = lowered(tag.name);
-    const bool describes = std::ranges::find(DESCRIBING_TAGS, name) != DESCRIBING_TAGS.end();
-    return {describes ? Role::INTRODUCTION : Role::ASIDE, tag.argument};
+    return {describes_file(tag.name) ? Role::INTRODUCTION : Role::ASIDE, tag.argument};
 }
 
 }  // namespace
