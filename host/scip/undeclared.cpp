@@ -1,5 +1,6 @@
 #include "host/scip/undeclared.h"
 
+#include "host/scip/built_in_names.h"
 #include "host/scip/lines_of_range.h"
 #include "host/scip/modules_of.h"
 #include "host/scip/project_root.h"
@@ -26,17 +27,6 @@ Suffix suffix_of(const SourceDeclaration& declaration) {
         return Suffix::METHOD;
     }
     return declaration.is_variable || declaration.kind == "constant" ? Suffix::TERM : Suffix::TYPE;
-}
-
-// The names of what Python itself declares, as far as documents mention it.
-std::set<std::string, std::less<>> built_in_names(const SymbolTable& symbols) {
-    std::set<std::string, std::less<>> names;
-    for (SymbolNumber symbol = 0; symbol < symbols.size(); ++symbol) {
-        if (const std::string_view text = symbols.symbol(symbol); is_built_in(text)) {
-            names.insert(parse_symbol(text).value().descriptors.back().name);
-        }
-    }
-    return names;
 }
 
 // What the documents of a file define.
@@ -66,8 +56,8 @@ class DefinedNames {
 // Adds definitions to one file.
 class UndeclaredInFile {
   public:
-    UndeclaredInFile(const Outline& outline, const std::string& scope,
-                     const std::set<std::string, std::less<>>& built_in, FileContents& file, SymbolTable& symbols)
+    UndeclaredInFile(const Outline& outline, const std::string& scope, const std::set<std::string>& built_in,
+                     FileContents& file, SymbolTable& symbols)
         : outline_(outline), scope_(scope), built_in_(built_in), file_(file), symbols_(symbols),
           defined_(file, symbols) {}
 
@@ -112,7 +102,7 @@ class UndeclaredInFile {
 
     const Outline& outline_;
     const std::string& scope_;
-    const std::set<std::string, std::less<>>& built_in_;
+    const std::set<std::string>& built_in_;
     FileContents& file_;
     SymbolTable& symbols_;
     DefinedNames defined_;
@@ -168,7 +158,10 @@ class LocalReferences {
 
 UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sources) {
     const indexing::Modules modules = modules_of(contents, sources);
-    const std::set<std::string, std::less<>> built_in = built_in_names(contents.symbols);
+    std::set<std::string> built_in;
+    for (const auto& [symbol, name] : built_in_names(contents.symbols)) {
+        built_in.insert(name);
+    }
     UndeclaredByFile undeclared;
     for (auto& [path, file] : contents.files) {
         const auto source = sources.find(path);

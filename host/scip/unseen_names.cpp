@@ -1,6 +1,7 @@
 #include "host/scip/unseen_names.h"
 
-#include "host/scip/symbol.h"
+#include "host/scip/built_in_names.h"
+
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -26,12 +27,7 @@ struct Mentioned {
 class UnseenNames {
   public:
     UnseenNames(Contents& contents, indexing::Modules& modules, const UndeclaredByFile& undeclared)
-        : contents_(contents), modules_(modules), undeclared_(undeclared) {
-        for (SymbolNumber symbol = 0; symbol < contents.symbols.size(); ++symbol) {
-            if (const std::string_view text = contents.symbols.symbol(symbol); is_built_in(text)) {
-                built_in_.emplace(symbol, parse_symbol(text).value().descriptors.back().name);
-            }
-        }
+        : contents_(contents), modules_(modules), undeclared_(undeclared), built_in_(built_in_names(contents.symbols)) {
     }
 
     void add() {
@@ -123,7 +119,7 @@ class UnseenNames {
     Contents& contents_;
     indexing::Modules& modules_;
     const UndeclaredByFile& undeclared_;
-    std::unordered_map<SymbolNumber, std::string> built_in_;  // the names of what Python itself declares
+    const std::unordered_map<SymbolNumber, std::string> built_in_;
 };
 
 }  // namespace
