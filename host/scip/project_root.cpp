@@ -1,9 +1,9 @@
 #include "host/scip/project_root.h"
 
 #include "host/text/control_characters.h"
+#include "host/text/percent_encoding.h"
 
 #include <algorithm>
-#include <charconv>
 #include <system_error>
 #include <utility>
 
@@ -12,20 +12,6 @@ namespace host::scip {
 namespace fs = std::filesystem;
 
 namespace {
-
-// The text with every "%20" and the like as the byte that it stands for.
-std::string decoded(std::string_view text) {
-    std::string result;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        unsigned char byte = 0;
-        const std::string_view digits = text[at] == '%' ? text.substr(at + 1, 2) : std::string_view();
-        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
-        const bool is_encoded = digits.size() == 2 && error == std::errc() && end == digits.data() + 2;
-        result += is_encoded ? static_cast<char>(byte) : text[at];
-        at += is_encoded ? 2 : 0;
-    }
-    return result;
-}
 
 // Where the path leads, as far as that can be told here.
 fs::path settled(const fs::path& path) {
@@ -64,7 +50,8 @@ bool is_usable(std::string_view path) {
 std::optional<fs::path> path_of_uri(std::string_view uri) {
     for (const std::string_view scheme : {"file://localhost/", "file:///"}) {
         if (uri.starts_with(scheme)) {
-            std::string path = decoded(uri.substr(scheme.size() - 1));
+            const std::string_view written = uri.substr(scheme.size() - 1);
+            std::string path = percent_decoded(written).value_or(std::string(written));
             return path.find('\0') == std::string::npos ? std::optional<fs::path>(std::move(path)) : std::nullopt;
         }
     }

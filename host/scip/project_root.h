@@ -21,6 +21,7 @@
 namespace host::scip {
 
 /// The path that a URI names ("file:///home/me/a%20b"), which need not be there; none for any other URI.
+/// Where a "%" encodes nothing, nothing in the URI is taken for encoded.
 std::optional<std::filesystem::path> path_of_uri(std::string_view uri);
 
 /// How projects lie in a repository.

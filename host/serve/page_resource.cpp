@@ -1,7 +1,7 @@
 #include "host/serve/page_resource.h"
 
-#include <charconv>
-#include <cstddef>
+#include "host/text/percent_encoding.h"
+
 #include <optional>
 #include <string_view>
 
@@ -13,16 +13,6 @@ constexpr std::string_view PREFIX = "scope://page/";
 
 RpcError no_such_page(const std::string& uri, const std::string& reason) {
     return {ErrorCode::RESOURCE_NOT_FOUND, reason, {{"uri", uri}}};
-}
-
-// Decodes the percent-encoded byte at the beginning of a text ("%2F"); none when there is no such byte.
-std::optional<char> escaped_byte(std::string_view text) {
-    unsigned value = 0;
-    if (text.size() < 3 || text.front() != '%') {
-        return std::nullopt;
-    }
-    const auto [end, error] = std::from_chars(text.data() + 1, text.data() + 3, value, 16);
-    return end == text.data() + 3 ? std::optional(static_cast<char>(value)) : std::nullopt;
 }
 
 }  // namespace
@@ -37,27 +27,20 @@ Sent page_template() {
 }
 
 PageRequest page_at(const std::string& uri) {
-    std::string_view rest = uri;
-    if (!rest.starts_with(PREFIX)) {
+    if (!uri.starts_with(PREFIX)) {
         throw no_such_page(uri, "no such resource; pages are at " + std::string(PREFIX) + "{+path}");
     }
-    rest.remove_prefix(PREFIX.size());
-    std::string path;
-    while (!rest.empty()) {
-        const std::optional<char> byte = escaped_byte(rest);
-        if (!byte && rest.front() == '%') {
-            throw no_such_page(uri, "% must be written as %25");
-        }
-        path += byte.value_or(rest.front());
-        rest.remove_prefix(byte ? 3 : 1);
+    const std::optional<std::string> path = percent_decoded(std::string_view(uri).substr(PREFIX.size()));
+    if (!path) {
+        throw no_such_page(uri, "% must be written as %25");
     }
-    if (path.empty()) {
+    if (path->empty()) {
         throw no_such_page(uri, "no path given; " + std::string(PREFIX) + ". is the page of all files");
     }
-    if (path.size() > LONGEST_PATH || path.find('\0') != std::string::npos) {
+    if (path->size() > LONGEST_PATH || path->find('\0') != std::string::npos) {
         throw no_such_page(uri, "a path may have at most " + std::to_string(LONGEST_PATH) + " bytes and no NUL");
     }
-    return {.paths = {path}};
+    return {.paths = {*path}};
 }
 
 std::string read_page(const std::string& uri, const PageRequest& request, const ToolContext& context,
