@@ -1,10 +1,10 @@
 #include "host/sources/captures.h"
 
 #include "host/sources/parser_memory.h"
+#include "host/sources/query.h"
 #include "host/text/blanks.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <memory>
 #include <span>
@@ -117,7 +117,7 @@ string_view text_of(string_view text, const TSNode& node) {
 // One match of one pattern.
 class Match {
   public:
-    Match(string_view text, const TSQuery* query, const TSQueryMatch& match)
+    Match(string_view text, const Query& query, const TSQueryMatch& match)
         : text_(text), query_(query), pattern_(match.pattern_index), captures_(match.captures, match.capture_count) {}
 
     [[nodiscard]] std::uint32_t pattern() const { return pattern_; }
@@ -125,7 +125,7 @@ class Match {
     // Whether every predicate of the pattern holds: (#eq? @capture "text"), (#eq? @capture @other).
     [[nodiscard]] bool holds() const {
         std::uint32_t count = 0;
-        const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query_, pattern_, &count);
+        const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query_.handle(), pattern_, &count);
         constexpr std::uint32_t STEPS = 4;  // of each: the name, the two arguments, the end
         for (std::uint32_t at = 0; at + STEPS <= count; at += STEPS) {
             const std::span predicate(steps + at, STEPS);
@@ -136,19 +136,16 @@ class Match {
         return true;
     }
 
-    // Whether the pattern has a capture of this name.
-    [[nodiscard]] bool has(string_view capture) const {
-        bool is_there = false;
-        for_each_capture([&](string_view name, const TSNode&) { is_there = is_there || name == capture; });
-        return is_there;
+    // Whether the match has such a capture.
+    [[nodiscard]] bool has(Capture wanted) const {
+        return std::ranges::any_of(captures_,
+                                   [&](const TSQueryCapture& each) { return query_.capture(each.index) == wanted; });
     }
 
-    // Calls `visit` with the name of each capture and its node.
+    // Calls `visit` with each capture and its node.
     void for_each_capture(const auto& visit) const {
-        for (const TSQueryCapture& capture : captures_) {
-            std::uint32_t size = 0;
-            const char* const name = ts_query_capture_name_for_id(query_, capture.index, &size);
-            visit(string_view(name, size), capture.node);
+        for (const TSQueryCapture& each : captures_) {
+            visit(query_.capture(each.index), each.node);
         }
     }
 
@@ -157,7 +154,7 @@ class Match {
     [[nodiscard]] std::optional<string_view> argument(const TSQueryPredicateStep& step) const {
         if (step.type == TSQueryPredicateStepTypeString) {
             std::uint32_t size = 0;
-            const char* const literal = ts_query_string_value_for_id(query_, step.value_id, &size);
+            const char* const literal = ts_query_string_value_for_id(query_.handle(), step.value_id, &size);
             return string_view(literal, size);
         }
         const auto found = std::ranges::find(captures_, step.value_id, &TSQueryCapture::index);
@@ -165,37 +162,31 @@ class Match {
     }
 
     string_view text_;
-    const TSQuery* query_;
+    const Query& query_;
     std::uint32_t pattern_;
     std::span<const TSQueryCapture> captures_;
 };
 
-constexpr std::array<string_view, 11> KINDS{"class",  "struct",      "interface", "enum",     "type",    "function",
-                                            "method", "constructor", "attribute", "constant", "variable"};
-constexpr std::array<string_view, 8> SUBJECTS{"declaration", "binding",  "namespace", "wrapper",
-                                              "of",          "callable", "const",     "exported"};
-
 // Adds what a match says of the node that it is about; returns that node, if it is about one.
 std::optional<NodeId> add_subject(const Match& match, Captures& captures) {
     std::optional<NodeId> subject;
-    match.for_each_capture([&](string_view name, const TSNode& node) {
-        const auto* const kind = std::ranges::find(KINDS, name);
-        if (kind == KINDS.end() && std::ranges::find(SUBJECTS, name) == SUBJECTS.end()) {
+    match.for_each_capture([&](Capture capture, const TSNode& node) {
+        if (!is_subject(capture)) {
             return;
         }
         subject = node.id;
         CapturedNode& captured = captures.nodes[node.id];
         captured.bytes = bytes_of(node);
-        if (kind != KINDS.end() && match.pattern() >= captured.kind_at) {
-            captured.kind = *kind;
+        if (is_kind(capture) && match.pattern() >= captured.kind_at) {
+            captured.kind = name_of(capture);
             captured.kind_at = match.pattern();
         }
-        captured.is_binding = captured.is_binding || name == "binding";
-        captured.is_namespace = captured.is_namespace || name == "namespace";
-        captured.is_wrapper = captured.is_wrapper || name == "wrapper";
-        captured.is_callable = captured.is_callable || name == "callable";
-        captured.is_const = captured.is_const || name == "const";
-        captured.is_exported = captured.is_exported || name == "exported";
+        captured.is_binding = captured.is_binding || capture == Capture::BINDING;
+        captured.is_namespace = captured.is_namespace || capture == Capture::NAMESPACE;
+        captured.is_wrapper = captured.is_wrapper || capture == Capture::WRAPPER;
+        captured.is_callable = captured.is_callable || capture == Capture::CALLABLE;
+        captured.is_const = captured.is_const || capture == Capture::CONST;
+        captured.is_exported = captured.is_exported || capture == Capture::EXPORTED;
     });
     return subject;
 }
@@ -203,22 +194,32 @@ std::optional<NodeId> add_subject(const Match& match, Captures& captures) {
 // Adds the parts that a match names of its subject.
 void add_parts(const Match& match, string_view text, NodeId id, Captures& captures) {
     CapturedNode& subject = captures.nodes[id];
-    match.for_each_capture([&](string_view name, const TSNode& node) {
+    match.for_each_capture([&](Capture capture, const TSNode& node) {
         const Bytes bytes = bytes_of(node);
-        if (name == "name") {
+        switch (capture) {
+        case Capture::NAME: {
             const auto [row, column] = ts_node_start_point(node);
-            captures.names.push_back({bytes, row, column, id, match.has("binding")});
+            captures.names.push_back({bytes, row, column, id, match.has(Capture::BINDING)});
             subject.is_declaration = true;
-        } else if (name == "body") {
+            break;
+        }
+        case Capture::BODY:
             subject.body = std::min(bytes.begin, subject.body.value_or(bytes.begin));
-        } else if (name == "value") {
+            break;
+        case Capture::VALUE:
             subject.value = bytes;
-        } else if (name == "docstring") {
+            break;
+        case Capture::DOCSTRING:
             subject.docstring = bytes;
-        } else if (name == "part") {
+            break;
+        case Capture::PART:
             subject.parts.push_back(node.id);
-        } else if (name == "named") {
+            break;
+        case Capture::NAMED:
             subject.type_names.push_back(text_of(text, node));
+            break;
+        default:
+            break;
         }
     });
 }
@@ -227,19 +228,19 @@ void add_parts(const Match& match, string_view text, NodeId id, Captures& captur
 void add_link(const Match& match, string_view text, Captures& captures) {
     Link link;
     std::optional<Bytes> bytes;
-    match.for_each_capture([&](string_view name, const TSNode& node) {
-        const bool is_all = name == "all";
-        const bool is_name = name == "link" || name == "passed";
-        link.is_exported = link.is_exported || is_all || name == "passed";
+    match.for_each_capture([&](Capture capture, const TSNode& node) {
+        const bool is_all = capture == Capture::ALL;
+        const bool is_name = capture == Capture::LINK || capture == Capture::PASSED;
+        link.is_exported = link.is_exported || is_all || capture == Capture::PASSED;
         if (is_name || is_all) {
             bytes = bytes_of(node);
         }
         if (is_name) {
             link.name = text_of(text, node);
         }
-        if (name == "original") {
+        if (capture == Capture::ORIGINAL) {
             link.original = text_of(text, node);
-        } else if (name == "from" || is_all) {
+        } else if (capture == Capture::FROM || is_all) {
             link.module = text_of(text, node);
         }
     });
@@ -251,19 +252,27 @@ void add_link(const Match& match, string_view text, Captures& captures) {
 // Adds what a match says of names and of where they mean what.
 void add_names(const Match& match, Captures& captures) {
     std::optional<Bytes> scope;
-    match.for_each_capture([&](string_view name, const TSNode& node) {
+    match.for_each_capture([&](Capture capture, const TSNode& node) {
         const Bytes bytes = bytes_of(node);
-        if (name == "mention") {
+        switch (capture) {
+        case Capture::MENTION:
             captures.mentions.push_back(bytes);
-        } else if (name == "unmentioned") {
+            break;
+        case Capture::UNMENTIONED:
             captures.unmentioned.insert(bytes.begin);
-        } else if (name == "bound") {
+            break;
+        case Capture::BOUND:
             captures.bound.push_back(bytes);
-        } else if (name == "members") {
+            break;
+        case Capture::MEMBERS:
             captures.scopes.push_back({bytes, true});
-        } else if (name == "scope") {
+            break;
+        case Capture::SCOPE:
             scope = {std::min(scope.value_or(bytes).begin, bytes.begin),
                      std::max(scope.value_or(bytes).end, bytes.end)};
+            break;
+        default:
+            break;
         }
     });
     if (scope) {
@@ -273,35 +282,52 @@ void add_names(const Match& match, Captures& captures) {
 
 // Adds what a match says of the text as a whole.
 void add_surroundings(const Match& match, string_view text, Captures& captures) {
-    match.for_each_capture([&](string_view name, const TSNode& node) {
+    match.for_each_capture([&](Capture capture, const TSNode& node) {
         const Bytes bytes = bytes_of(node);
-        if (name == "decorator") {
+        switch (capture) {
+        case Capture::DECORATOR:
             captures.decorators.push_back(bytes);
-        } else if (name == "exporting") {
+            break;
+        case Capture::EXPORTING:
             captures.exporting.push_back(bytes);
-        } else if (name == "testing") {
+            break;
+        case Capture::TESTING:
             captures.testing.push_back(bytes);
-        } else if (name == "test") {
+            break;
+        case Capture::TEST:
             captures.tests.push_back(bytes);
-        } else if (name == "comment") {  // one of Rust may have the line end behind it
+            break;
+        case Capture::COMMENT: {  // one of Rust may have the line end behind it
             const auto size = static_cast<std::uint32_t>(trimmed_end(text_of(text, node)).size());
             captures.comments.push_back({bytes.begin, bytes.begin + size});
-        } else if (name == "visible") {
+            break;
+        }
+        case Capture::VISIBLE:
             captures.visible.push_back(bytes);
-        } else if (name == "hidden") {
+            break;
+        case Capture::HIDDEN:
             captures.hidden.push_back(bytes);
-        } else if (name == "local") {
+            break;
+        case Capture::LOCAL:
             captures.local.push_back(bytes);
-        } else if (name == "export") {
+            break;
+        case Capture::EXPORT:
             captures.exports.emplace(text_of(text, node));
-        } else if (name == "slot") {
+            break;
+        case Capture::SLOT:
             captures.slots.emplace(text_of(text, node));
-        } else if (name == "list") {
+            break;
+        case Capture::LIST:
             captures.has_list = true;
-        } else if (name == "module") {
+            break;
+        case Capture::MODULE:
             captures.is_module = true;
-        } else if (name == "cpp") {
+            break;
+        case Capture::CPP:
             captures.is_cpp = true;
+            break;
+        default:
+            break;
         }
     });
 }
@@ -309,7 +335,7 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 }  // namespace
 
 std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
-    const TSQuery* const query = query_of(language);
+    const Query& query = query_of(language);
     ParserMemory memory(most_memory(text), is_cancelled);
     const Tree tree = best_tree(text, language, memory.must_stop());
     if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
@@ -320,7 +346,7 @@ std::optional<Captures> captures_of(string_view text, const Language& language, 
     captures.is_damaged = ts_node_has_error(root);
     captures.damage = damage(root);
     const std::unique_ptr<TSQueryCursor, CursorDeleter> cursor(ts_query_cursor_new());
-    ts_query_cursor_exec(cursor.get(), query, root);
+    ts_query_cursor_exec(cursor.get(), query.handle(), root);
     for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {
         if (const Match match(text, query, found); match.holds()) {
             if (const std::optional<NodeId> subject = add_subject(match, captures)) {

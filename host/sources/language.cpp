@@ -2,16 +2,10 @@
 
 #include "host/files/file_language.h"
 #include "host/sources/mending.h"
-#include "host/sources/parser_memory.h"
 #include "host/sources/queries.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <memory>
-#include <mutex>
-#include <stdexcept>
-#include <string>
 
 extern "C" {
 const TSLanguage* tree_sitter_c();
@@ -89,28 +83,6 @@ const auto* find(string_view name, const auto& rows) {
     return found == rows.end() ? nullptr : found;
 }
 
-struct QueryDeleter {
-    void operator()(TSQuery* query) const { ts_query_delete(query); }
-};
-using Query = std::unique_ptr<TSQuery, QueryDeleter>;
-
-Query compiled(const Language& language) {
-    ParserMemory::set_up();  // nobody parses without a query
-    std::string text;
-    for (const string_view query : language.queries) {
-        text += query;
-    }
-    std::uint32_t offset = 0;
-    TSQueryError error = TSQueryErrorNone;
-    Query query(
-        ts_query_new(language.grammar(), text.data(), static_cast<std::uint32_t>(text.size()), &offset, &error));
-    if (query == nullptr) {
-        throw std::logic_error("the query of " + std::string(language.name) +
-                               " does not fit its grammar: " + text.substr(offset, text.find('\n', offset) - offset));
-    }
-    return query;
-}
-
 }  // namespace
 
 const Language* understood_language(string_view stated, string_view path) {
@@ -124,17 +96,6 @@ const Language* understood_language(string_view stated, string_view path) {
 
 std::span<const Language> languages() {
     return LANGUAGES;
-}
-
-const TSQuery* query_of(const Language& language) {
-    struct Slot {
-        std::once_flag once;
-        Query query;
-    };
-    static std::array<Slot, COUNT> slots;  // each is filled when it is first asked for: compiling takes its time
-    Slot& slot = slots.at(static_cast<std::size_t>(&language - LANGUAGES.data()));
-    std::call_once(slot.once, [&] { slot.query = compiled(language); });
-    return slot.query.get();
 }
 
 }  // namespace host::sources

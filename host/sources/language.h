@@ -40,7 +40,7 @@
 //     @scope         what has names of its own; several in one match are one, with all between them
 //     @members       the same for a class, whose names the functions in it do not see
 //
-// Other captures serve the predicate #eq?, the only one there is.
+// Other captures serve the predicate #eq?, the only one there is. A capture that does neither is an error.
 #pragma once
 
 #include <tree_sitter/api.h>
@@ -91,8 +91,5 @@ const Language* understood_language(std::string_view stated, std::string_view pa
 
 /// All languages, each once.
 std::span<const Language> languages();
-
-/// The compiled query of a language. Lives as long as the program; safe to ask for and to use on several threads.
-const TSQuery* query_of(const Language& language);
 
 }  // namespace host::sources

@@ -1,5 +1,6 @@
 // What sources say of their declarations, language by language.
 
+#include "host/sources/query.h"
 #include "tests/host/sources/outlined.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,9 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <stdexcept>
+#include <string_view>
 
 namespace host::sources {
 namespace {
@@ -30,6 +34,17 @@ TEST(Outline, EveryLanguageHasAQueryThatFitsItsGrammar) {
     EXPECT_EQ(understood_language("cpp", "a.h")->name, "cpp");
     EXPECT_EQ(understood_language("c", "a.cpp")->name, "c");
     EXPECT_EQ(understood_language("", "a.rb"), nullptr);
+}
+
+TEST(Outline, AQueryMayHaveNoCaptureWithoutAMeaning) {
+    Language language = *language_of("python", "");
+    const auto compile = [&](std::string_view query) {
+        language.queries = {&query, 1};
+        return Query(language);
+    };
+    EXPECT_NO_THROW(compile("(class_definition name: (_) @anything (#eq? @anything \"A\")) @class"));
+    EXPECT_THROW(compile("(class_definition name: (_) @nmae) @class"), std::logic_error);
+    EXPECT_THROW(compile("(no_such_node) @class"), std::logic_error);
 }
 
 TEST(Outline, TypeScriptExportsOnTheDeclarationInAListAndByDefault) {
