@@ -8,6 +8,7 @@
 #include "host/lookup/files.h"
 #include "host/lookup/listings.h"
 #include "host/lookup/listings_json.h"
+#include "host/schemas/schemas.h"
 
 #include <CLI/CLI.hpp>
 
@@ -47,7 +48,7 @@ void add_files_command(CLI::App& app) {
     CLI::App& files = *app.add_subcommand("files", "List the files of an index");
     files.add_option("PATH", arguments->paths, "Files, folders and patterns, as for a page; by default all");
     add_index_options(files, arguments->index, "The index");
-    add_format_option(files, arguments->format);
+    add_format_options(files, arguments->format, schemas::FILES);
     add_test_options(files, arguments->tests);
     files.callback([arguments] {
         read_index(arguments->index, [&](storage::Database& index) { print_files(*arguments, index); });

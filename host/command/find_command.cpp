@@ -8,6 +8,7 @@
 #include "host/lookup/declarations.h"
 #include "host/lookup/listings.h"
 #include "host/lookup/listings_json.h"
+#include "host/schemas/schemas.h"
 
 #include <CLI/CLI.hpp>
 
@@ -51,7 +52,7 @@ void add_find_command(CLI::App& app) {
         ->required()
         ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
     add_index_options(find, arguments->index, "The index");
-    add_format_option(find, arguments->format);
+    add_format_options(find, arguments->format, schemas::FIND);
     add_number_option(find, "--limit", arguments->limit, "How many to list at most");
     find.callback([arguments] {
         read_index(arguments->index, [&](storage::Database& index) { print_declarations(*arguments, index); });

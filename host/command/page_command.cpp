@@ -7,6 +7,7 @@
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
 #include "host/page/requested_page.h"
+#include "host/schemas/schemas.h"
 
 #include <CLI/CLI.hpp>
 
@@ -73,7 +74,7 @@ void add_page_command(CLI::App& app) {
     page.add_flag("--strict", arguments->page.is_strict, "Fail when the index does not hold one of the paths");
 
     add_test_options(page, arguments->tests);
-    add_format_option(page, arguments->format);
+    add_format_options(page, arguments->format, schemas::PAGE);
     page.add_option("--only", arguments->only,
                     "Print these sections alone, of JSON their keys, the outline only so: " + section_names())
         ->type_name("SECTION[,SECTION]")

@@ -6,6 +6,7 @@
 #include "host/lookup/index_stats.h"
 #include "host/lookup/listings.h"
 #include "host/lookup/listings_json.h"
+#include "host/schemas/schemas.h"
 
 #include <CLI/CLI.hpp>
 
@@ -29,7 +30,7 @@ void add_stats_command(CLI::App& app) {
     const auto arguments = std::make_shared<StatsArguments>();
     CLI::App& stats = *app.add_subcommand("stats", "Tell what is in an index, and how it was made");
     add_index_options(stats, arguments->index, "The index");
-    add_format_option(stats, arguments->format);
+    add_format_options(stats, arguments->format, schemas::STATS);
     stats.add_flag("--check", arguments->check, "Read all of the index, and fail when it is damaged");
     stats.callback([arguments] {
         read_index(arguments->index, [&](storage::Database& index) {

@@ -10,7 +10,7 @@
 
 namespace host {
 
-/// Each writes one JSON object; docs/json.md lists the keys. Bytes that are not UTF-8 become U+FFFD.
+/// Each writes one JSON object; host/schemas/ says what the keys hold. Bytes that are not UTF-8 become U+FFFD.
 void write_json(std::ostream& out, std::span<const ListedFile> files);
 void write_json(std::ostream& out, const FoundDeclarations& found);
 void write_json(std::ostream& out, const IndexStats& stats);

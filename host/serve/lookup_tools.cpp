@@ -3,6 +3,7 @@
 #include "host/lookup/index_stats.h"
 #include "host/lookup/listings.h"
 #include "host/lookup/listings_json.h"
+#include "host/schemas/schemas.h"
 #include "host/serve/tools.h"
 
 #include <functional>
@@ -14,20 +15,7 @@ namespace host::serve {
 
 namespace {
 
-const Sent TEXT = {{"type", "string"}};
-const Sent BOOLEAN = {{"type", "boolean"}};
-const Sent COUNT = {{"type", "integer"}, {"minimum", 0}};
-
 constexpr std::int64_t MOST_LISTED = 10'000;
-
-Sent described(Sent schema, const std::string& description) {
-    schema["description"] = description;
-    return schema;
-}
-
-Sent list_of(const Sent& items, const std::string& description) {
-    return {{"type", "array"}, {"items", items}, {"description", description}};
-}
 
 template <class Result>
 std::string json_of(const Result& result) {
@@ -96,15 +84,6 @@ ToolAnswer run_stats(const Received& /*arguments*/, const ToolContext& context, 
 
 Tool find_declarations_tool() {
     const std::string name = "find_declarations";
-    const Sent declaration = object_schema({{"match", {{"type", "string"}, {"enum", {"exact", "prefix", "part"}}}},
-                                            {"name", TEXT},
-                                            {"fqn", described(TEXT, "Qualified by the enclosing declarations.")},
-                                            {"kind", TEXT},
-                                            {"path", TEXT},
-                                            {"start_line", {{"type", "integer"}}},
-                                            {"end_line", {{"type", "integer"}}},
-                                            {"uses", described(COUNT, "References by production code of any file.")}},
-                                           {"match", "name", "kind", "path", "start_line", "end_line", "uses"});
     return {.name = name,
             .definition = tool_definition(
                 name, "Find declarations by name",
@@ -125,21 +104,12 @@ Tool find_declarations_tool() {
                                  {"default", 50},
                                  {"description", "The most declarations to list."}}}},
                               {"name"}),
-                object_schema({{"declarations", list_of(declaration, "Best first; lines are 1-based and inclusive.")},
-                               {"count", described(COUNT, "The number of all that were found.")}},
-                              {"declarations", "count"})),
+                Sent::parse(schemas::FIND)),
             .run = run_find};
 }
 
 Tool list_files_tool() {
     const std::string name = "list_files";
-    const Sent file =
-        object_schema({{"path", TEXT},
-                       {"language", {{"type", {"string", "null"}}}},
-                       {"declarations", COUNT},
-                       {"declared_lines", described(COUNT, "The lines that the declarations cover together.")},
-                       {"is_test", BOOLEAN}},
-                      {"path", "language", "declarations", "declared_lines", "is_test"});
     return {.name = name,
             .definition = tool_definition(
                 name, "List the files of the index",
@@ -148,7 +118,7 @@ Tool list_files_tool() {
                 object_schema({{"paths", path_list("Files, folders and patterns such as src/**/*.ts; by default all.")},
                                {"test", path_list("Patterns for paths that are tests, whatever their names.")},
                                {"not_test", path_list("Patterns for paths that are not tests.")}}),
-                object_schema({{"files", list_of(file, "In path order.")}}, {"files"})),
+                Sent::parse(schemas::FILES)),
             .run = run_list};
 }
 
@@ -160,14 +130,7 @@ Tool index_stats_tool() {
                 "Describes the index: files by language, declarations by kind, references by resolution, when and from "
                 "what it was made, and what its import could not use. Call it to judge how much of a repository the "
                 "other tools know.",
-                object_schema(Sent::object()),
-                object_schema({{"index", TEXT},
-                               {"bytes", described(COUNT, "The size of the index.")},
-                               {"made", described(TEXT, "In UTC.")},
-                               {"checksums", described(BOOLEAN, "Whether checksums reveal any damage.")},
-                               {"checked", described(BOOLEAN, "Whether all of it was read and no damage was found.")},
-                               {"report", {{"type", "object"}, {"description", "What the import counted."}}}},
-                              {"index", "bytes", "made", "checksums", "checked", "report"})),
+                object_schema(Sent::object()), Sent::parse(schemas::STATS)),
             .run = run_stats};
 }
 
