@@ -16,7 +16,7 @@ using std::string_view;
 const std::vector<string_view>& module_extensions() {
     static const std::vector<string_view> extensions = [] {
         std::vector<string_view> all = extensions_of("typescript");
-        all.push_back("d.ts");
+        all.emplace_back("d.ts");
         std::ranges::copy(extensions_of("javascript"), std::back_inserter(all));
         return all;
     }();

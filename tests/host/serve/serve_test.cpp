@@ -328,7 +328,7 @@ TEST_F(Serve, ServesAReplacedIndexAndReportsIt) {
         .execute("INSERT INTO symbols VALUES(2, 1, 'added', 'added', 'function', 1, 3, 3, 0)");
     std::filesystem::rename(folder / "new.db", index);
     EXPECT_EQ(ask("tools/call", find)["result"]["structuredContent"]["count"], 1);
-    EXPECT_EQ(client->notifications().back()["params"]["data"], index + ": replaced; the new index is served now");
+    EXPECT_EQ(client->notifications().back()["params"]["data"], index + ": replaced; serving the new index now");
     std::filesystem::remove(index);
     EXPECT_EQ(ask("tools/call", find)["result"]["content"][0]["text"], index + ": no such index");
     EXPECT_EQ(ask("resources/read", {{"uri", "scope://page/a.ts"}})["error"],

@@ -37,7 +37,7 @@ TEST(Outline, EveryLanguageHasAQueryThatFitsItsGrammar) {
 }
 
 TEST(Outline, AQueryMayHaveNoCaptureWithoutAMeaning) {
-    Language language = *language_of("python", "");
+    Language language = *understood_language("python", "");
     const auto compile = [&](std::string_view query) {
         language.queries = {&query, 1};
         return Query(language);
