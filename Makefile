@@ -15,12 +15,12 @@ sanitize:
 	tools/without-aslr cmake --workflow --preset asan
 	tools/without-aslr cmake --workflow --preset tsan
 
-# Arbitrary input for every fuzz target: for FUZZ_SECONDS, or FUZZ_RUNS inputs that are the same each time.
+# Arbitrary input for every fuzz target, under the sanitizers of memory: for FUZZ_SECONDS, or FUZZ_RUNS inputs that are the same each time.
 FUZZ_SECONDS = 60
 fuzz:
 	tools/install-packages build sanitize
-	cmake --preset fuzz
-	cmake --build --preset fuzz
+	cmake --preset asan
+	cmake --build --preset asan --target fuzz/all
 	tools/without-aslr tools/fuzz $(if $(FUZZ_RUNS),runs $(FUZZ_RUNS),seconds $(FUZZ_SECONDS))
 
 # Installs what is missing, builds, indexes a real repository and prints a page of it.
