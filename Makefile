@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize fuzz release install package install-check demo truth serve-check server-check lint bench format clean
+.PHONY: all test sanitize fuzz release install package install-check demo truth serve-check server-check style lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -80,13 +80,19 @@ install-check: package
 	tools/check-install build/release
 	tools/check-packages build/release
 
-# Formatting, static analyses, and the second compiler's warnings: no findings.
-lint:
+# Formatting, and the scripts: no findings.
+style:
+	tools/install-packages style
+	tools/check-style
+
+# The same, static analyses, and the second compiler's warnings: no findings. What has not changed since there were none
+# is not checked again; LINT_MARKS names the folder that remembers it, which is build/lint otherwise.
+lint: style
 	tools/install-packages build sanitize bench lint
 	tools/lint
 
 format:
-	tools/install-packages lint
+	tools/install-packages style
 	tools/sources | xargs -0 clang-format -i
 
 clean:
