@@ -10,11 +10,21 @@ namespace host {
 
 namespace {
 
-// The streaming writer passes on whatever bytes a text has. Those beyond ASCII may be no UTF-8, which the other library
-// replaces.
-bool is_plain(std::string_view text) {
+bool is_printable(char character) {
+    return character >= ' ' && character <= '~';
+}
+
+// Whether each character stands for itself in JSON.
+bool is_as_in_json(std::string_view text) {
+    return std::ranges::all_of(
+        text, [](char character) { return is_printable(character) && character != '"' && character != '\\'; });
+}
+
+// Whether a text is what both libraries write alike. The streaming writer passes on whatever bytes a text has; those
+// beyond ASCII may be no UTF-8, which the other library replaces.
+bool is_ascii(std::string_view text) {
     return std::ranges::all_of(text, [](char character) {
-        return (character >= ' ' && character <= '~') || character == '\n' || character == '\t' || character == '\r';
+        return is_printable(character) || character == '\n' || character == '\t' || character == '\r';
     });
 }
 
@@ -25,7 +35,9 @@ std::string dumped(const nlohmann::json& value) {
 }  // namespace
 
 void JsonValue::value(std::string_view text) {
-    if (is_plain(text)) {
+    if (is_as_in_json(text)) {
+        writer_.copy(text);
+    } else if (is_ascii(text)) {
         writer_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
     } else {
         const std::string json = dumped(text);

@@ -4,6 +4,7 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
 #include <concepts>
 #include <cstdint>
 #include <optional>
@@ -12,6 +13,21 @@
 #include <type_traits>
 
 namespace host {
+
+/// The library's writer, for which texts that nothing is escaped in are copied at once.
+class CopyingWriter : public rapidjson::Writer<rapidjson::StringBuffer> {
+  public:
+    using Writer::Writer;
+
+    /// Writes a text, or a key, that holds nothing but characters of ASCII which stand for themselves in JSON.
+    void copy(std::string_view text) {
+        Prefix(rapidjson::kStringType);
+        char* const at = os_->Push(text.size() + 2);
+        *at = '"';
+        std::ranges::copy(text, at + 1);
+        *(at + text.size() + 1) = '"';
+    }
+};
 
 /// Writes one JSON value on one line, without blanks. Bytes that are not UTF-8 become U+FFFD.
 class JsonValue {
@@ -55,9 +71,9 @@ class JsonValue {
         fill();
         writer_.EndArray();
     }
-    /// Begins a member, whose value is written next. The key is ASCII.
+    /// Begins a member, whose value is written next. The key is a word.
     JsonValue& member(std::string_view key) {
-        writer_.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
+        writer_.copy(key);
         return *this;
     }
 
@@ -65,7 +81,7 @@ class JsonValue {
     friend class JsonWriter;
     explicit JsonValue(rapidjson::StringBuffer& buffer) : writer_(buffer) {}
 
-    rapidjson::Writer<rapidjson::StringBuffer> writer_;
+    CopyingWriter writer_;
 };
 
 /// Writes a JSON document to a stream: containers are opened and closed, members and elements written in between. Each
