@@ -1,8 +1,10 @@
 // What whole commands cost on the index of a large repository, beside a bare scan of the same rows, and with the index in
 // a server: command_bench WIKI_SCOPE [postgresql://...]
 //
-// The bare scan steps every row into and out of a page once through a table that is clustered for it, reads its four
-// integers, and sorts them.
+// The bare scan is the floor: it steps once through every row into and out of a page, in a table of nothing but integers
+// that is clustered by target and has an index by source, and reads its four integers. It keeps nothing, sorts nothing,
+// and knows no paths or names. Of all runs the best counts, of a command as of its scan: what else the machine does only
+// ever adds to a time.
 
 #include "bench/child.h"
 #include "fixtures/generated_repository.h"
@@ -10,7 +12,6 @@
 #include "host/sqlite/connection.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -70,31 +71,31 @@ class BareTable {
         )sql");
     }
 
-    // Steps and sorts the rows into and out of some files; how many there are.
+    // Reads the rows into and out of some files; how many there are.
     std::size_t scan(const PageShape& page) const {
         const Connection connection(path_, Connection::Mode::READ);
         connection.execute("PRAGMA cache_size = -65536");
         const std::int64_t declarations = REPOSITORY.declarations_per_file;
-        return sorted_rows(connection,
-                           "SELECT source, target, resolution, refs FROM bare WHERE target BETWEEN ?1 AND ?2",
-                           page.first_file * declarations + 1, (page.last_file + 1) * declarations) +
-               sorted_rows(connection,
-                           "SELECT source, target, resolution, refs FROM bare WHERE source BETWEEN ?1 AND ?2",
-                           page.first_file + 1, page.last_file + 1);
+        return rows_read(connection, "SELECT source, target, resolution, refs FROM bare WHERE target BETWEEN ?1 AND ?2",
+                         page.first_file * declarations + 1, (page.last_file + 1) * declarations) +
+               rows_read(connection, "SELECT source, target, resolution, refs FROM bare WHERE source BETWEEN ?1 AND ?2",
+                         page.first_file + 1, page.last_file + 1);
     }
 
   private:
-    static std::size_t sorted_rows(const Connection& connection, const char* query, std::int64_t first,
-                                   std::int64_t last) {
+    static std::size_t rows_read(const Connection& connection, const char* query, std::int64_t first,
+                                 std::int64_t last) {
         Statement rows(connection, query);
         rows.bind(1, first);
         rows.bind(2, last);
-        std::vector<std::array<std::int64_t, 4>> all;
+        std::size_t count = 0;
         while (rows.step()) {
-            all.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3)});
+            for (const int column : {0, 1, 2, 3}) {
+                static_cast<void>(rows.integer(column));
+            }
+            ++count;
         }
-        std::ranges::sort(all);
-        return all.size();
+        return count;
     }
 
     std::string path_;
@@ -113,12 +114,9 @@ class Costs {
         }
     }
 
-    // The middle one of all runs.
+    // The best of all runs.
     [[nodiscard]] Cost of(const std::string& name) const {
-        std::vector<Cost> costs = costs_.at(name);
-        const auto middle = costs.begin() + std::ssize(costs) / 2;
-        std::ranges::nth_element(costs, middle, {}, &Cost::processor_seconds);
-        return *middle;
+        return std::ranges::min(costs_.at(name), {}, &Cost::processor_seconds);
     }
 
   private:
