@@ -81,15 +81,14 @@ class Finder {
         if (files_.hold(name)) {
             return {name};
         }
-        for (const std::string& path : {plain_path(name), path_meant(name)}) {
-            if (std::vector<std::string> files = at(path); !files.empty()) {
-                return files;
-            }
-            if (std::vector<std::string> files = matching(path); !files.empty()) {
-                return files;
+        const std::string plain = plain_path(name);
+        std::vector<std::string> files = standing_for(plain);
+        if (files.empty()) {
+            if (const std::string meant = path_meant(name); meant != plain) {
+                files = standing_for(meant);
             }
         }
-        return {};
+        return files;
     }
 
     // The path of the repository that a name means when the index does not know it as it stands.
@@ -104,8 +103,13 @@ class Finder {
     void check_interrupt() const { files_.check_interrupt(); }
 
   private:
-    std::vector<std::string> at(const std::string& path) {
-        return files_.hold(path) ? std::vector{path} : files_.below(path);
+    // The file, the files below the folder, or those that fit the pattern.
+    std::vector<std::string> standing_for(const std::string& path) {
+        if (files_.hold(path)) {
+            return {path};
+        }
+        std::vector<std::string> files = files_.below(path);
+        return files.empty() ? matching(path) : files;
     }
 
     std::vector<std::string> matching(const std::string& pattern) {

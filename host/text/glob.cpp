@@ -92,14 +92,14 @@ std::optional<CharacterClass> class_at(string_view pattern, std::size_t place) {
 bool matches_segment(string_view pattern, string_view text) {
     const auto is_star = [&](std::size_t place) { return pattern[place] == '*'; };
     const auto take_one = [&](const Places& at) -> std::optional<Places> {
-        const string_view character = character_at(text, at.text);
-        const std::size_t behind = at.text + character.size();
         if (pattern[at.pattern] == '?') {
-            return Places{at.pattern + 1, behind};
+            return Places{at.pattern + 1, at.text + character_at(text, at.text).size()};
         }
         if (pattern[at.pattern] == '[') {
             if (const std::optional<CharacterClass> these = class_at(pattern, at.pattern)) {
-                return these->contains(character) ? std::optional(Places{these->end, behind}) : std::nullopt;
+                const string_view character = character_at(text, at.text);
+                return these->contains(character) ? std::optional(Places{these->end, at.text + character.size()})
+                                                  : std::nullopt;
             }
         }
         const bool is_escaped = pattern[at.pattern] == '\\' && at.pattern + 1 < pattern.size();
@@ -111,12 +111,29 @@ bool matches_segment(string_view pattern, string_view text) {
 
 std::vector<string_view> segments_of(string_view path) {
     std::vector<string_view> segments;
+    segments.reserve(static_cast<std::size_t>(std::ranges::count(path, '/')) + 1);
     for (std::size_t slash = path.find('/'); slash != string_view::npos; slash = path.find('/')) {
         segments.push_back(path.substr(0, slash));
         path.remove_prefix(slash + 1);
     }
     segments.push_back(path);
     return segments;
+}
+
+constexpr string_view SPECIAL = "*?[]\\";
+
+// What every path begins with that a pattern without alternatives matches. A "**" takes the slash before it, too.
+string_view literal_beginning(string_view pattern) {
+    string_view beginning = pattern.substr(0, pattern.find_first_of(SPECIAL));
+    beginning.remove_suffix(beginning.ends_with('/') ? 1 : 0);
+    return beginning;
+}
+
+// And what it ends with. A "**" takes the slash behind it, too.
+string_view literal_end(string_view pattern) {
+    string_view end = pattern.substr(pattern.find_last_of(SPECIAL) + 1);
+    end.remove_prefix(end.starts_with('/') ? 1 : 0);
+    return end;
 }
 
 // Expands the first innermost braces that contain a comma: returns one pattern for each alternative. None when there
@@ -173,7 +190,9 @@ Glob::Glob(std::string_view pattern) {
             std::ranges::move(alternatives, std::back_inserter(patterns));
         } else {
             const std::vector<string_view> segments = segments_of(next);
-            alternatives_.emplace_back(segments.begin(), segments.end());
+            alternatives_.push_back({.beginning = std::string(literal_beginning(next)),
+                                     .end = std::string(literal_end(next)),
+                                     .segments = {segments.begin(), segments.end()}});
         }
         if (patterns.size() + alternatives_.size() > MOST) {
             throw unusable(pattern, "has too many alternatives");
@@ -182,8 +201,15 @@ Glob::Glob(std::string_view pattern) {
 }
 
 bool Glob::matches(std::string_view path) const {
-    const std::vector<string_view> segments = segments_of(path);
-    return std::ranges::any_of(alternatives_, [&](const Segments& pattern) {
+    std::vector<string_view> segments;  // split only for an alternative that the path comes near to
+    return std::ranges::any_of(alternatives_, [&](const Alternative& alternative) {
+        if (!path.starts_with(alternative.beginning) || !path.ends_with(alternative.end)) {
+            return false;
+        }
+        if (segments.empty()) {
+            segments = segments_of(path);
+        }
+        const std::vector<std::string>& pattern = alternative.segments;
         const auto is_star = [&](std::size_t place) { return pattern[place] == "**"; };
         const auto take_one = [&](const Places& at) {
             const bool is_taken = matches_segment(pattern[at.pattern], segments[at.text]);

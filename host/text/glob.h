@@ -18,7 +18,8 @@ namespace host {
 ///     \*                     the character itself
 ///
 /// A character is a code point of UTF-8; a byte that belongs to none counts as one. A bracket or brace that is not
-/// closed is an ordinary character. The time of a match is at most proportional to the product of both lengths.
+/// closed is an ordinary character. The time of a match is at most proportional to the product of both lengths; a path
+/// that does not begin and end as the pattern does costs two comparisons.
 class Glob {
   public:
     static constexpr std::size_t LONGEST = 4'096;  ///< bytes of the longest pattern; no path is longer
@@ -30,9 +31,14 @@ class Glob {
     [[nodiscard]] bool matches(std::string_view path) const;
 
   private:
-    using Segments = std::vector<std::string>;
+    // A pattern without braces that stand for alternatives.
+    struct Alternative {
+        std::string beginning;  // of every path that it matches
+        std::string end;        // of every path that it matches
+        std::vector<std::string> segments;
+    };
 
-    std::vector<Segments> alternatives_;
+    std::vector<Alternative> alternatives_;
 };
 
 /// Returns whether a text contains a character that is special in a pattern.

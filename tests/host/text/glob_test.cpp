@@ -14,6 +14,8 @@ TEST(Glob, MatchesWholePathsAsAShellDoes) {
     const std::vector<std::pair<std::string, std::vector<std::string>>> cases{
         {"src/*.ts", {"src/a.ts", "src/.ts"}},
         {"src/**/*.ts", {"src/a.ts", "src/b/c/a.ts"}},
+        {"src/**", {"src", "src/a/b"}},
+        {"**/a.ts", {"a.ts", "src/a.ts"}},
         {"**", {"a", "src/a.ts", ""}},
         {"**/b/**", {"b/a", "src/b/c/d", "b"}},
         {"a**b", {"ab", "axxb"}},
