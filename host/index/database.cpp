@@ -62,14 +62,16 @@ DeclarationTable Database::records(const std::function<void(const Take<Declarati
     std::vector<FileId> files;
     read([&](const DeclarationRow& row) {
         files.push_back(row.file);
+        // Most names are the only one of their kind: finding those that are not would cost more than it saves.
+        const models::Text name(row.name);
         declarations.push_back({.id = row.id,
                                 .path = {},
-                                .name = text(row.name),
+                                .name = name,
                                 .kind = text(row.kind),
                                 .is_export = row.is_export,
                                 .start_line = line(row.first_line),
                                 .end_line = line(row.last_line),
-                                .fqn = text(row.fqn)});
+                                .fqn = row.fqn == row.name ? name : models::Text(row.fqn)});
     });
     read_paths(files);
     std::size_t kept = 0;

@@ -94,7 +94,7 @@ class Database {
     [[nodiscard]] virtual std::vector<host::EdgeRow> read_edges_out_of(std::vector<FileId> files) = 0;
 
     // What records have in common. Rows refer to files, declarations and resolutions by number; each of these is read
-    // once, and its texts are shared.
+    // once. The texts of paths, languages, kinds and resolutions are shared.
 
     /// The one shared text with these characters. It never holds more texts than the index does.
     [[nodiscard]] models::Text text(std::string_view characters);

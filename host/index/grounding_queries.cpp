@@ -16,9 +16,12 @@ using models::Text;
 
 // The sources of some edges; of equal ones that stand together one.
 std::vector<FileId> sources_of(const std::vector<EdgeRow>& edges) {
-    std::vector<FileId> sources(edges.size());
-    std::ranges::transform(edges, sources.begin(), &EdgeRow::source);
-    sources.erase(std::unique(sources.begin(), sources.end()), sources.end());
+    std::vector<FileId> sources;
+    for (const EdgeRow& edge : edges) {
+        if (sources.empty() || sources.back() != edge.source) {
+            sources.push_back(edge.source);
+        }
+    }
     return sources;
 }
 
@@ -104,22 +107,18 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
         std::ranges::sort(edges);
     }
     const DeclarationTable others = db.declarations(targets_beyond(edges, of_page));
-    const auto target_of = [&](const EdgeRow& edge) {
-        const ScopeSymbol* const own = of_page.find(edge.target);
-        return own != nullptr ? own : others.find(edge.target);
-    };
-    std::erase_if(edges, [&](const EdgeRow& edge) {
-        const Text* const source = db.path(edge.source);
-        const ScopeSymbol* const target = target_of(edge);
-        return source == nullptr || target == nullptr || target->path == *source;
-    });
     std::vector<OutboundReference> references;
     references.reserve(edges.size());
     for (const EdgeRow& edge : edges) {
-        references.push_back({.source_path = *db.path(edge.source),
-                              .target = *target_of(edge),
-                              .resolution = db.resolution(edge.resolution),
-                              .refs = edge.references});
+        const Text* const source = db.path(edge.source);
+        const ScopeSymbol* const own = of_page.find(edge.target);
+        const ScopeSymbol* const target = own != nullptr ? own : others.find(edge.target);
+        if (source != nullptr && target != nullptr && target->path != *source) {
+            references.push_back({.source_path = *source,
+                                  .target = *target,
+                                  .resolution = db.resolution(edge.resolution),
+                                  .refs = edge.references});
+        }
     }
     return references;
 }
