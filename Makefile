@@ -74,11 +74,14 @@ package: release
 	tools/install-packages package
 	cmake --build --preset release --target package
 
-# Installs into a temporary prefix, and uses what is there as a user of it would; and the packages on a bare system.
-install-check: package
-	tools/install-packages install-check
-	tools/check-install build/release
-	tools/check-packages build/release
+# Installs the tested build, which compiles the same as the one for installing, into a temporary prefix, and uses what is
+# there as a user of it would; and its packages on a bare system.
+install-check: all
+	tools/install-packages package install-check
+	cmake --build --preset dev --target package
+	cmake --preset release
+	tools/check-install build/dev build/release
+	tools/check-packages build/dev
 
 # Formatting, and the scripts: no findings.
 style:
