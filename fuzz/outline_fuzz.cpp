@@ -4,6 +4,7 @@
 #include "host/sources/outline.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -35,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const std::string bytes(data + 1, data + size);
     const Language& language = languages()[data[0] % languages().size()];
-    const std::size_t never = 0;
+    const std::atomic<bool> never = false;
     if (const std::optional<Outline> outline = outline_of(bytes, language, never)) {
         check_outline(*outline, bytes);
     }

@@ -5,6 +5,8 @@
 #include "host/text/blanks.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <span>
@@ -35,13 +37,40 @@ constexpr std::ptrdiff_t most_memory(string_view text) {
     return ALWAYS + FOR_EACH_BYTE * std::ssize(text);
 }
 
-Tree parse(string_view text, const Language& language, const std::size_t& must_stop) {
+// What ends the parsing of a text before its end.
+struct Limits {
+    std::ptrdiff_t most_memory = 0;  // as `parser_memory` counts it
+    const std::atomic<bool>& is_cancelled;
+    std::chrono::steady_clock::time_point deadline;
+
+    [[nodiscard]] bool are_passed() const {
+        return is_cancelled || parser_memory() > most_memory || std::chrono::steady_clock::now() > deadline;
+    }
+};
+
+// The limits of one text, and of what is parsed in its stead.
+Limits limits_of(string_view text, const std::atomic<bool>& is_cancelled) {
+    constexpr std::chrono::seconds LONGEST(5);
+    return {parser_memory() + most_memory(text), is_cancelled, std::chrono::steady_clock::now() + LONGEST};
+}
+
+// The text that `text`, a `string_view`, has at a byte and behind it, as the parser asks for it.
+const char* text_from(void* text, std::uint32_t byte, TSPoint /*place*/, std::uint32_t* size) {
+    const string_view& whole = *static_cast<const string_view*>(text);
+    const string_view rest = whole.substr(std::min<std::size_t>(byte, whole.size()));
+    *size = static_cast<std::uint32_t>(rest.size());
+    return rest.data();
+}
+
+// None when a limit is passed.
+Tree parse(string_view text, const Language& language, Limits& limits) {
     const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
     ts_parser_set_language(parser.get(), language.grammar());
-    ts_parser_set_cancellation_flag(parser.get(), &must_stop);
-    constexpr std::chrono::microseconds LONGEST = std::chrono::seconds(5);
-    ts_parser_set_timeout_micros(parser.get(), LONGEST.count());
-    return Tree(ts_parser_parse_string(parser.get(), nullptr, text.data(), static_cast<std::uint32_t>(text.size())));
+    const TSInput input{.payload = &text, .read = text_from, .encoding = TSInputEncodingUTF8, .decode = nullptr};
+    const TSParseOptions options{.payload = &limits, .progress_callback = [](TSParseState* state) {
+                                     return static_cast<Limits*>(state->payload)->are_passed();
+                                 }};
+    return Tree(ts_parser_parse_with_options(parser.get(), nullptr, input, options));
 }
 
 // How many bytes of the text do not parse, what is missing counted as one.
@@ -66,12 +95,12 @@ std::size_t damage(const TSNode& root) {
 }
 
 // The tree of the text, or of the text mended where less of that is damaged.
-Tree best_tree(string_view text, const Language& language, const std::size_t& must_stop) {
-    Tree tree = parse(text, language, must_stop);
+Tree best_tree(string_view text, const Language& language, Limits limits) {
+    Tree tree = parse(text, language, limits);
     if (tree == nullptr || language.mend == nullptr || !ts_node_has_error(ts_tree_root_node(tree.get()))) {
         return tree;
     }
-    Tree mended = parse(language.mend(text), language, must_stop);
+    Tree mended = parse(language.mend(text), language, limits);
     const bool is_better =
         mended != nullptr && damage(ts_tree_root_node(mended.get())) < damage(ts_tree_root_node(tree.get()));
     return is_better ? std::move(mended) : std::move(tree);
@@ -334,10 +363,9 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 
 }  // namespace
 
-std::optional<Captures> captures_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
+std::optional<Captures> captures_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled) {
     const Query& query = query_of(language);
-    ParserMemory memory(most_memory(text), is_cancelled);
-    const Tree tree = best_tree(text, language, memory.must_stop());
+    const Tree tree = best_tree(text, language, limits_of(text, is_cancelled));
     if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
         return std::nullopt;
     }

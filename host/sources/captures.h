@@ -4,6 +4,7 @@
 #include "host/sources/language.h"
 #include "host/sources/link.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -91,8 +92,8 @@ struct Captures {
 };
 
 /// Parses the text and runs the query of its language over it. Nothing is in order. None when `is_cancelled`, which is
-/// read atomically all the while, becomes other than 0, and when parsing takes seconds or hundreds of megabytes: sources
-/// take a fraction.
-std::optional<Captures> captures_of(std::string_view text, const Language& language, const std::size_t& is_cancelled);
+/// read all the while, becomes true, and when parsing takes seconds or hundreds of megabytes: sources take a fraction.
+std::optional<Captures> captures_of(std::string_view text, const Language& language,
+                                    const std::atomic<bool>& is_cancelled);
 
 }  // namespace host::sources

@@ -264,7 +264,7 @@ class OutlineReader {
 
 }  // namespace
 
-std::optional<Outline> outline_of(string_view text, const Language& language, const std::size_t& is_cancelled) {
+std::optional<Outline> outline_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled) {
     if (text.starts_with(BYTE_ORDER_MARK)) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }
@@ -279,7 +279,7 @@ std::optional<Outline> outline_of(string_view text, const Language& language, co
 }
 
 std::optional<Outline> outline_of(string_view text, string_view stated_language, string_view path,
-                                  const std::size_t& is_cancelled) {
+                                  const std::atomic<bool>& is_cancelled) {
     const Language* const language = understood_language(stated_language, path);
     if (language == nullptr) {
         return std::nullopt;

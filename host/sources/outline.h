@@ -6,6 +6,7 @@
 #include "host/sources/public_names.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -74,12 +75,13 @@ inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
 
 /// Parses the text of a source file. What stands in a damaged part of it is left out. None when the text is not UTF-8,
 /// when it is larger than `LARGEST_SOURCE` or takes seconds or hundreds of megabytes to parse, as no source does, and when
-/// `is_cancelled`, which is read atomically all the while, becomes other than 0. May be called on several threads.
-std::optional<Outline> outline_of(std::string_view text, const Language& language, const std::size_t& is_cancelled);
+/// `is_cancelled`, which is read all the while, becomes true. May be called on several threads.
+std::optional<Outline> outline_of(std::string_view text, const Language& language,
+                                  const std::atomic<bool>& is_cancelled);
 
 /// The same for the file at `path`, in the language that `understood_language` gives; none where it gives none. A header without
 /// a stated language is read as C when it holds nothing that C has not, and as much of it is damaged in C++.
 std::optional<Outline> outline_of(std::string_view text, std::string_view stated_language, std::string_view path,
-                                  const std::size_t& is_cancelled);
+                                  const std::atomic<bool>& is_cancelled);
 
 }  // namespace host::sources

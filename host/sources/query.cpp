@@ -66,7 +66,7 @@ string_view name_of(Capture capture) {
 }
 
 Query::Query(const Language& language) {
-    ParserMemory::set_up();  // nobody parses without a query
+    count_parser_memory();  // nobody parses without a query
     const std::string text = text_of(language);
     std::uint32_t offset = 0;
     TSQueryError error = TSQueryErrorNone;

@@ -4,7 +4,6 @@
 #include "workers/wiki/file_summary.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <system_error>
 #include <utility>
@@ -40,7 +39,7 @@ SourceReader::SourceReader(const Checkout& checkout, TextSpool& spool) : checkou
 SourceReader::~SourceReader() {
     {
         const std::lock_guard lock(mutex_);
-        std::atomic_ref<std::size_t>{is_cancelled_}.store(1);
+        is_cancelled_ = true;
     }
     requested_.notify_all();
     for (std::thread& thread : threads_) {
@@ -77,11 +76,10 @@ Sources SourceReader::finish(const std::function<void()>& look) {
 }
 
 void SourceReader::work() {
-    const auto is_cancelled = [this] { return std::atomic_ref<std::size_t>{is_cancelled_}.load() != 0; };
     std::unique_lock lock(mutex_);
     while (true) {
-        requested_.wait(lock, [&] { return is_cancelled() || !requests_.empty(); });
-        if (is_cancelled()) {
+        requested_.wait(lock, [&] { return is_cancelled_ || !requests_.empty(); });
+        if (is_cancelled_) {
             return;
         }
         read_next(lock);

@@ -5,6 +5,7 @@
 #include "host/files/text_spool.h"
 #include "host/sources/outline.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -72,7 +73,7 @@ class SourceReader {
 
     const Checkout& checkout_;
     TextSpool& spool_;
-    std::size_t is_cancelled_ = 0;  // read and written atomically
+    std::atomic<bool> is_cancelled_ = false;
 
     std::mutex mutex_;
     std::condition_variable requested_;

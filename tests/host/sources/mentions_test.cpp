@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 
 namespace host::sources {
@@ -12,7 +13,7 @@ namespace {
 // The links of a source of Python as "name<original<module mentions", with the names behind each mention and "!" where
 // others may have them.
 std::string links(const std::string& text) {
-    static const std::size_t never = 0;
+    static const std::atomic<bool> never = false;
     const Outline outline = outline_of(text, *understood_language("", "a.py"), never).value();
     std::string list;
     for (const Link& each : outline.links) {

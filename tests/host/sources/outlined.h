@@ -4,12 +4,13 @@
 #include "host/sources/outline.h"
 
 #include <algorithm>
+#include <atomic>
 #include <string>
 
 namespace host::sources {
 
 inline Outline outline(const std::string& path, const std::string& text) {
-    static const std::size_t never = 0;
+    static const std::atomic<bool> never = false;
     return outline_of(text, *understood_language("", path), never).value();
 }
 
