@@ -33,6 +33,7 @@ TEST(ScipProjects, LieInTheCheckoutElseInTheDeepestFolderAboveThem) {
         {{""}, std::nullopt, "unknown []"},
         {{""}, "/r0", "/r0 []"},
         {{"/r0/my%20a/./c/.."}, "/r0", "/r0 [my a]"},
+        {{"/r0/100%/a%20b"}, "/r0", "/r0 [100%/a%20b]"},
     };
     for (const auto& [roots, checkout, expected] : cases) {
         EXPECT_EQ(paths(roots, checkout), expected);
