@@ -51,7 +51,10 @@ PageRequest request_of(const PageArguments& arguments) {
 void print_page(const PageRequest& request, storage::Database& index) {
     const RequestedPage page(request, index);
     // Whole or not at all: of a page that fails halfway nobody sees a part, nor remarks on it.
-    const std::string text = page.is_failure() ? "" : rendered([&](std::ostream& out) { page.write(out); });
+    TextPieces text;
+    if (!page.is_failure()) {
+        write_to(text, [&](std::ostream& out) { page.write(out); });
+    }
     for (const std::string& remark : page.remarks()) {
         say(remark);
     }
