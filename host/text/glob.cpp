@@ -189,10 +189,10 @@ Glob::Glob(std::string_view pattern) {
         if (std::vector<std::string> alternatives = alternatives_in(next); !alternatives.empty()) {
             std::ranges::move(alternatives, std::back_inserter(patterns));
         } else {
-            const std::vector<string_view> segments = segments_of(next);
+            const std::vector<string_view> parts = segments_of(next);
             alternatives_.push_back({.beginning = std::string(literal_beginning(next)),
                                      .end = std::string(literal_end(next)),
-                                     .segments = {segments.begin(), segments.end()}});
+                                     .segments = {parts.begin(), parts.end()}});
         }
         if (patterns.size() + alternatives_.size() > MOST) {
             throw unusable(pattern, "has too many alternatives");

@@ -18,13 +18,13 @@ TEST(FileCards, StandInTheOrderOfThePageThoseOfMissingFilesLast) {
     page.line_counts = {{"read.ts", 120}, {"empty.ts", 0}};
     page.summaries = {{"read.ts", "Reads."}};
     page.symbols = {symbol(1, "one").in("read.ts"), symbol(2, "two").in("read.ts")};
-    EXPECT_EQ(cards_of(page.facts(), {"gone.ts", "a.ts"}),
-              (std::vector<FileCard>{
-                  {.path = "read.ts", .is_indexed = true, .lines = 120, .declarations = 2, .summary = "Reads."},
-                  {.path = "empty.ts", .is_indexed = true, .lines = 0},
-                  {.path = "a.ts", .is_indexed = true},
-                  {.path = "gone.ts"},
-                  {.path = "a.ts"}}));
+    const std::vector<FileCard> expected{
+        {.path = "read.ts", .is_indexed = true, .lines = 120, .declarations = 2, .summary = "Reads."},
+        {.path = "empty.ts", .is_indexed = true, .lines = 0},
+        {.path = "a.ts", .is_indexed = true},
+        {.path = "gone.ts"},
+        {.path = "a.ts"}};
+    EXPECT_EQ(cards_of(page.facts(), {"gone.ts", "a.ts"}), expected);
 }
 
 TEST(FileCards, ShowTheDeclarationsUsedMostFromOutside) {
