@@ -10,9 +10,9 @@ namespace {
 using host::DeclarationRow;
 using host::DeclarationTable;
 using host::FileRow;
+using host::OnRow;
 using host::ResolutionRow;
 using host::RowId;
-using host::Take;
 
 // An index may hold any integer as a line; the nearest line that a record can hold stands for it.
 std::int32_t line(std::int64_t stored) {
@@ -44,8 +44,8 @@ models::Text Database::resolution(RowId id) {
 const DeclarationTable& Database::declarations_of(std::span<const FileId> files) {
     if (!std::ranges::equal(page_, files)) {
         page_.clear();
-        declarations_of_page_ = records([&](const Take<DeclarationRow>& take) {
-            read_declarations_in({files.begin(), files.end()}, take);
+        declarations_of_page_ = records([&](const OnRow<DeclarationRow>& on_row) {
+            read_declarations_in({files.begin(), files.end()}, on_row);
         });
         page_.assign(files.begin(), files.end());
     }
@@ -54,10 +54,10 @@ const DeclarationTable& Database::declarations_of(std::span<const FileId> files)
 
 DeclarationTable Database::declarations(const std::vector<SymbolId>& ids) {
     return ids.empty() ? DeclarationTable()
-                       : records([&](const Take<DeclarationRow>& take) { read_declarations(ids, take); });
+                       : records([&](const OnRow<DeclarationRow>& on_row) { read_declarations(ids, on_row); });
 }
 
-DeclarationTable Database::records(const std::function<void(const Take<DeclarationRow>&)>& read) {
+DeclarationTable Database::records(const std::function<void(const OnRow<DeclarationRow>&)>& read) {
     std::vector<ScopeSymbol> declarations;
     std::vector<FileId> files;
     read([&](const DeclarationRow& row) {

@@ -20,10 +20,10 @@
 
 namespace host {
 
-/// Is given rows one by one; their texts are valid for as long as it is called. It asks nothing of the database that
-/// gives them: the next question waits until the last row of this one is read.
+/// Called with rows one by one; their texts are valid during the call. It must not read from the database that calls it:
+/// one query ends before the next begins.
 template <class Row>
-using Take = std::function<void(const Row&)>;
+using OnRow = std::function<void(const Row&)>;
 
 /// Where an index comes from.
 struct IndexOrigin {
@@ -70,23 +70,23 @@ class Database {
     /// How many files there are; `most` where there are more.
     [[nodiscard]] virtual std::int64_t count_files(std::int64_t most) = 0;
     /// The files with these paths, in that order, each once.
-    virtual void read_files_at(std::span<const std::string> paths, const host::Take<host::FileRow>& take) = 0;
+    virtual void read_files_at(std::span<const std::string> paths, const host::OnRow<host::FileRow>& on_row) = 0;
     /// The files below a folder, or below none ("") all, in path order.
-    virtual void read_files_below(std::string_view folder, const host::Take<host::FileRow>& take) = 0;
-    virtual void read_files(std::vector<FileId> ids, const host::Take<host::FileRow>& take) = 0;
+    virtual void read_files_below(std::string_view folder, const host::OnRow<host::FileRow>& on_row) = 0;
+    virtual void read_files(std::vector<FileId> ids, const host::OnRow<host::FileRow>& on_row) = 0;
 
-    virtual void read_declarations_in(std::vector<FileId> files, const host::Take<host::DeclarationRow>& take) = 0;
-    virtual void read_declarations(std::vector<SymbolId> ids, const host::Take<host::DeclarationRow>& take) = 0;
-    virtual void read_declarations_named(std::string_view name, const host::Take<host::DeclarationRow>& take) = 0;
+    virtual void read_declarations_in(std::vector<FileId> files, const host::OnRow<host::DeclarationRow>& on_row) = 0;
+    virtual void read_declarations(std::vector<SymbolId> ids, const host::OnRow<host::DeclarationRow>& on_row) = 0;
+    virtual void read_declarations_named(std::string_view name, const host::OnRow<host::DeclarationRow>& on_row) = 0;
     /// The names of all declarations that hold `part`, be it with other capitals A to Z; maybe others too.
-    virtual void read_names(std::string_view part, const host::Take<host::NameRow>& take) = 0;
+    virtual void read_names(std::string_view part, const host::OnRow<host::NameRow>& on_row) = 0;
     virtual void read_descriptions(std::vector<SymbolId> declarations,
-                                   const host::Take<host::DescriptionRow>& take) = 0;
+                                   const host::OnRow<host::DescriptionRow>& on_row) = 0;
 
-    virtual void read_resolutions(const host::Take<host::ResolutionRow>& take) = 0;
+    virtual void read_resolutions(const host::OnRow<host::ResolutionRow>& on_row) = 0;
     /// Those of the languages whose imports the indexer resolves.
     virtual void read_resolved_languages(std::span<const models::Text> names,
-                                         const host::Take<std::string_view>& take) = 0;
+                                         const host::OnRow<std::string_view>& on_row) = 0;
 
     /// The edges into some declarations.
     [[nodiscard]] virtual std::vector<host::EdgeRow> read_edges_into(std::vector<SymbolId> declarations) = 0;
@@ -117,7 +117,7 @@ class Database {
 
   private:
     /// Has `read` read declarations, and makes records of those whose files the index has.
-    host::DeclarationTable records(const std::function<void(const host::Take<host::DeclarationRow>&)>& read);
+    host::DeclarationTable records(const std::function<void(const host::OnRow<host::DeclarationRow>&)>& read);
 
     std::function<void()> check_ = [] {};
     std::unordered_set<models::Text, models::TextHash, std::equal_to<>> texts_;

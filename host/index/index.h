@@ -15,7 +15,7 @@ namespace host {
 
 /// What is called every few milliseconds while an index is worked on. What it throws ends the work, and comes out of
 /// the function that did it.
-using Look = std::function<void()>;
+using CheckInterrupt = std::function<void()>;
 
 /// A connection to an index, for one thread at a time.
 class IndexConnection {
@@ -25,8 +25,8 @@ class IndexConnection {
     IndexConnection(const IndexConnection&) = delete;
     IndexConnection& operator=(const IndexConnection&) = delete;
 
-    /// Has `look` called while something is read.
-    virtual void watch(Look look) = 0;
+    /// Has `check_interrupt` called while something is read.
+    virtual void watch(CheckInterrupt check_interrupt) = 0;
 
     /// The index in the state that it is in now; one at a time, and not for longer than the connection. Throws
     /// `IndexError`, and `UnusableIndex` when there is no longer one that can be read.
@@ -62,8 +62,8 @@ class NewIndex {
     /// What messages call the index.
     [[nodiscard]] virtual std::string name() const = 0;
 
-    /// Has `look` called while something is written.
-    virtual void watch(Look look) = 0;
+    /// Has `check_interrupt` called while something is written.
+    virtual void watch(CheckInterrupt check_interrupt) = 0;
 
     /// Where a file may lie while the index is made; `role` tells it from others.
     [[nodiscard]] virtual std::string scratch_path(const std::string& role) const = 0;
@@ -111,10 +111,10 @@ class Index {
     /// The options of a command that name the index: "--index FILE.db". They never hold a password.
     [[nodiscard]] virtual std::string options() const = 0;
 
-    /// Begins a new index in its place; `look` is called as after `watch`. Throws `IndexError`, `UnusableIndex`, and
+    /// Begins a new index in its place; `check_interrupt` is called as after `watch`. Throws `IndexError`, `UnusableIndex`, and
     /// `std::runtime_error` with one line when what lies there is not to be replaced, or another import into this index
     /// is running.
-    [[nodiscard]] virtual std::unique_ptr<NewIndex> replace(Look look = [] {}) const = 0;
+    [[nodiscard]] virtual std::unique_ptr<NewIndex> replace(CheckInterrupt check_interrupt = [] {}) const = 0;
 };
 
 }  // namespace host

@@ -63,17 +63,17 @@ bool is_word(std::string_view language) {
     });
 }
 
-void give(const FileRow& stored, const Take<FileRow>& take) {
+void give(const FileRow& stored, const OnRow<FileRow>& on_row) {
     const ShownName path(stored.path);
     FileRow row = stored;
     row.path = path;
     if (row.language && (!is_word(*row.language) || has_control_character(*row.language))) {
         row.language = std::nullopt;
     }
-    take(row);
+    on_row(row);
 }
 
-void give(const DeclarationRow& stored, const Take<DeclarationRow>& take) {
+void give(const DeclarationRow& stored, const OnRow<DeclarationRow>& on_row) {
     const ShownName name(stored.name);
     const ShownName fqn(stored.fqn);
     const Shown kind(stored.kind, without_control_characters);
@@ -81,28 +81,28 @@ void give(const DeclarationRow& stored, const Take<DeclarationRow>& take) {
     row.name = name;
     row.fqn = fqn;
     row.kind = kind;
-    take(row);
+    on_row(row);
 }
 
-void give(const NameRow& stored, const Take<NameRow>& take) {
+void give(const NameRow& stored, const OnRow<NameRow>& on_row) {
     const ShownName name(stored.name);
-    take({stored.declaration, name, stored.uses});
+    on_row({stored.declaration, name, stored.uses});
 }
 
-void give(const DescriptionRow& stored, const Take<DescriptionRow>& take) {
+void give(const DescriptionRow& stored, const OnRow<DescriptionRow>& on_row) {
     const ShownLines signature(stored.signature);
     const ShownLines documentation(stored.documentation);
-    take({stored.declaration, signature, documentation});
+    on_row({stored.declaration, signature, documentation});
 }
 
-void give(const ResolutionRow& stored, const Take<ResolutionRow>& take) {
+void give(const ResolutionRow& stored, const OnRow<ResolutionRow>& on_row) {
     const ShownName name(stored.name);
-    take({stored.id, name});
+    on_row({stored.id, name});
 }
 
 template <class Row>
-Take<Row> shown(const Take<Row>& take) {
-    return [&take](const Row& stored) { give(stored, take); };
+OnRow<Row> shown(const OnRow<Row>& on_row) {
+    return [&on_row](const Row& stored) { give(stored, on_row); };
 }
 
 }  // namespace
@@ -128,55 +128,55 @@ std::string SanitizedDatabase::stored_path(const std::string& shown) {
     return found == stored_paths_->end() ? shown : found->second;
 }
 
-void SanitizedDatabase::read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) {
+void SanitizedDatabase::read_files_at(std::span<const std::string> paths, const OnRow<FileRow>& on_row) {
     std::vector<std::string> stored;
     for (const std::string& path : paths) {
         if (is_shown(path)) {
             stored.push_back(stored_path(path));
         }
     }
-    stored_->read_files_at(stored, shown(take));
+    stored_->read_files_at(stored, shown(on_row));
 }
 
-void SanitizedDatabase::read_files_below(std::string_view folder, const Take<FileRow>& take) {
+void SanitizedDatabase::read_files_below(std::string_view folder, const OnRow<FileRow>& on_row) {
     if (folder.find(REPLACEMENT_CHARACTER) == std::string_view::npos) {
-        stored_->read_files_below(folder, shown(take));
+        stored_->read_files_below(folder, shown(on_row));
         return;
     }
     const std::string beginning = std::string(folder) + "/";
     stored_->read_files_below("", shown<FileRow>([&](const FileRow& file) {
                                   if (file.path.starts_with(beginning)) {
-                                      take(file);
+                                      on_row(file);
                                   }
                               }));
 }
 
-void SanitizedDatabase::read_files(std::vector<RowId> ids, const Take<FileRow>& take) {
-    stored_->read_files(std::move(ids), shown(take));
+void SanitizedDatabase::read_files(std::vector<RowId> ids, const OnRow<FileRow>& on_row) {
+    stored_->read_files(std::move(ids), shown(on_row));
 }
 
-void SanitizedDatabase::read_declarations_in(std::vector<RowId> files, const Take<DeclarationRow>& take) {
-    stored_->read_declarations_in(std::move(files), shown(take));
+void SanitizedDatabase::read_declarations_in(std::vector<RowId> files, const OnRow<DeclarationRow>& on_row) {
+    stored_->read_declarations_in(std::move(files), shown(on_row));
 }
 
-void SanitizedDatabase::read_declarations(std::vector<RowId> ids, const Take<DeclarationRow>& take) {
-    stored_->read_declarations(std::move(ids), shown(take));
+void SanitizedDatabase::read_declarations(std::vector<RowId> ids, const OnRow<DeclarationRow>& on_row) {
+    stored_->read_declarations(std::move(ids), shown(on_row));
 }
 
-void SanitizedDatabase::read_declarations_named(std::string_view name, const Take<DeclarationRow>& take) {
-    stored_->read_declarations_named(name, shown(take));
+void SanitizedDatabase::read_declarations_named(std::string_view name, const OnRow<DeclarationRow>& on_row) {
+    stored_->read_declarations_named(name, shown(on_row));
 }
 
-void SanitizedDatabase::read_names(std::string_view part, const Take<NameRow>& take) {
-    stored_->read_names(part, shown(take));
+void SanitizedDatabase::read_names(std::string_view part, const OnRow<NameRow>& on_row) {
+    stored_->read_names(part, shown(on_row));
 }
 
-void SanitizedDatabase::read_descriptions(std::vector<RowId> declarations, const Take<DescriptionRow>& take) {
-    stored_->read_descriptions(std::move(declarations), shown(take));
+void SanitizedDatabase::read_descriptions(std::vector<RowId> declarations, const OnRow<DescriptionRow>& on_row) {
+    stored_->read_descriptions(std::move(declarations), shown(on_row));
 }
 
-void SanitizedDatabase::read_resolutions(const Take<ResolutionRow>& take) {
-    stored_->read_resolutions(shown(take));
+void SanitizedDatabase::read_resolutions(const OnRow<ResolutionRow>& on_row) {
+    stored_->read_resolutions(shown(on_row));
 }
 
 }  // namespace host

@@ -16,7 +16,7 @@ struct Texts {
 }  // namespace
 
 void read_descriptions(storage::Database& db, std::span<const storage::SymbolId> declarations,
-                       const std::function<void(std::size_t place, const DescriptionRow& description)>& take) {
+                       const std::function<void(std::size_t place, const DescriptionRow& description)>& on_row) {
     constexpr std::size_t AT_A_TIME = 500;
     for (std::size_t begin = 0; begin < declarations.size(); begin += AT_A_TIME) {
         const auto some = declarations.subspan(begin, std::min(AT_A_TIME, declarations.size() - begin));
@@ -26,7 +26,7 @@ void read_descriptions(storage::Database& db, std::span<const storage::SymbolId>
         });
         for (std::size_t place = 0; place < some.size(); ++place) {
             const Texts& said = texts[some[place]];
-            take(begin + place, {some[place], said.signature, said.documentation});
+            on_row(begin + place, {some[place], said.signature, said.documentation});
         }
     }
 }

@@ -93,7 +93,8 @@ void Connection::Finisher::operator()(pg_result* result) const {
     PQclear(result);
 }
 
-Connection::Connection(const Address& address, Look look) : server_(address.name()), look_(std::move(look)) {
+Connection::Connection(const Address& address, CheckInterrupt check_interrupt)
+    : server_(address.name()), check_interrupt_(std::move(check_interrupt)) {
     connect(address);
     PQsetnonblocking(handle_.get(), 1);
 }
@@ -125,7 +126,7 @@ void Connection::connect(const Address& address) {
         pollfd socket{PQsocket(handle_.get()), static_cast<short>(status == PGRES_POLLING_READING ? POLLIN : POLLOUT),
                       0};
         while (poll(&socket, 1, static_cast<int>(LOOK_AGAIN.count())) <= 0) {
-            look_();
+            check_interrupt_();
             if (std::chrono::steady_clock::now() > deadline) {
                 throw PostgresqlError(server_, "no answer", "08001");
             }
@@ -201,7 +202,7 @@ void Connection::send(const std::string& sql, const Parameters& parameters) {
 
 void Connection::wait(bool can_send) {
     try {
-        look_();
+        check_interrupt_();
     } catch (...) {
         lose();
         throw;

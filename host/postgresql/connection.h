@@ -38,12 +38,12 @@ class Connection {
   public:
     /// Waits for as long as "connect_timeout" says, by default 10 seconds.
     explicit Connection(
-        const Address& address, Look look = [] {});
+        const Address& address, CheckInterrupt check_interrupt = [] {});
     ~Connection() = default;
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    void watch(Look look) { look_ = std::move(look); }
+    void watch(CheckInterrupt check_interrupt) { check_interrupt_ = std::move(check_interrupt); }
 
     /// Runs statements without parameters; rows that they return are dropped.
     void execute(const std::string& sql);
@@ -92,7 +92,7 @@ class Connection {
     void lose() { handle_.reset(); }
 
     std::string server_;
-    Look look_;
+    CheckInterrupt check_interrupt_;
     std::string warning_;  // the first since this was emptied; the connection writes it as long as it lives
     std::unique_ptr<pg_conn, Finisher> handle_;
     std::size_t unsent_ = 0;  // bytes of a copy that the server may not have taken yet

@@ -30,15 +30,15 @@ bool NameBlock::is_full() const {
     return lowered_.size() + rows_.size() > ENOUGH;
 }
 
-bool read_names(std::string_view rows, const Take<NameRow>& take) {
+bool read_names(std::string_view rows, const OnRow<NameRow>& on_row) {
     while (rows.size() >= NAME) {
         const auto size = static_cast<std::size_t>(integer_of(rows.substr(LENGTH, NAME - LENGTH)));
         if (size > rows.size() - NAME) {
             return false;
         }
-        take({.declaration = integer_of(rows.substr(0, USES)),
-              .name = rows.substr(NAME, size),
-              .uses = integer_of(rows.substr(USES, LENGTH - USES))});
+        on_row({.declaration = integer_of(rows.substr(0, USES)),
+                .name = rows.substr(NAME, size),
+                .uses = integer_of(rows.substr(USES, LENGTH - USES))});
         rows.remove_prefix(NAME + size);
     }
     return rows.empty();

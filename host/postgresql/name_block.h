@@ -34,6 +34,6 @@ class NameBlock {
 };
 
 /// Reads the rows of a block. False when they are damaged: then only some are read.
-[[nodiscard]] bool read_names(std::string_view rows, const Take<NameRow>& take);
+[[nodiscard]] bool read_names(std::string_view rows, const OnRow<NameRow>& on_row);
 
 }  // namespace host::postgresql

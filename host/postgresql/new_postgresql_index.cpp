@@ -25,8 +25,8 @@ constexpr const char* PATIENT = "SET LOCAL idle_in_transaction_session_timeout =
 
 }  // namespace
 
-NewPostgresqlIndex::NewPostgresqlIndex(const Address& address, std::string repository, Look look)
-    : connection_(address, std::move(look)), repository_(std::move(repository)) {
+NewPostgresqlIndex::NewPostgresqlIndex(const Address& address, std::string repository, CheckInterrupt check_interrupt)
+    : connection_(address, std::move(check_interrupt)), repository_(std::move(repository)) {
     connection_.begin(MODE, PATIENT);
     require_schema(connection_);
 }

@@ -21,10 +21,10 @@ namespace host::postgresql {
 class NewPostgresqlIndex : public NewIndex {
   public:
     /// `repository` is empty when its folder tells its name.
-    NewPostgresqlIndex(const Address& address, std::string repository, Look look);
+    NewPostgresqlIndex(const Address& address, std::string repository, CheckInterrupt check_interrupt);
 
     [[nodiscard]] std::string name() const override;
-    void watch(Look look) override { connection_.watch(std::move(look)); }
+    void watch(CheckInterrupt check_interrupt) override { connection_.watch(std::move(check_interrupt)); }
     [[nodiscard]] std::string scratch_path(const std::string& role) const override;
     void claim(const std::string& folder) override;
     [[nodiscard]] bool would_replace() const override { return current_ > 0; }

@@ -60,28 +60,28 @@ const std::string DECLARATIONS = "SELECT symbols.id, symbols.file_id, symbols.na
 
 const std::string EDGES = "SELECT edges.source_file_id, edges.target_id, edges.resolution_id, edges.refs ";
 
-void take_files(Rows& rows, const Take<FileRow>& take) {
+void take_files(Rows& rows, const OnRow<FileRow>& on_row) {
     while (rows.step()) {
-        take({.id = rows.integer(0),
-              .path = rows.bytes(1),
-              .language = rows.is_null(2) ? std::nullopt : std::optional(rows.bytes(2)),
-              .content_hash = rows.is_null(3) ? std::nullopt : std::optional(rows.integer(3)),
-              .declarations = rows.integer(4),
-              .declared_lines = rows.integer(5)});
+        on_row({.id = rows.integer(0),
+                .path = rows.bytes(1),
+                .language = rows.is_null(2) ? std::nullopt : std::optional(rows.bytes(2)),
+                .content_hash = rows.is_null(3) ? std::nullopt : std::optional(rows.integer(3)),
+                .declarations = rows.integer(4),
+                .declared_lines = rows.integer(5)});
     }
 }
 
-void take_declarations(Rows& rows, const Take<DeclarationRow>& take) {
+void take_declarations(Rows& rows, const OnRow<DeclarationRow>& on_row) {
     while (rows.step()) {
-        take({.id = rows.integer(0),
-              .file = rows.integer(1),
-              .name = rows.bytes(2),
-              .fqn = rows.bytes(3),
-              .kind = rows.bytes(4),
-              .is_export = rows.integer(5) != 0,
-              .first_line = rows.integer(6),
-              .last_line = rows.integer(7),
-              .uses = rows.integer(8)});
+        on_row({.id = rows.integer(0),
+                .file = rows.integer(1),
+                .name = rows.bytes(2),
+                .fqn = rows.bytes(3),
+                .kind = rows.bytes(4),
+                .is_export = rows.integer(5) != 0,
+                .first_line = rows.integer(6),
+                .last_line = rows.integer(7),
+                .uses = rows.integer(8)});
     }
 }
 
@@ -210,7 +210,7 @@ std::int64_t PostgresqlDatabase::count_files(std::int64_t most) {
     return count;
 }
 
-void PostgresqlDatabase::read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) {
+void PostgresqlDatabase::read_files_at(std::span<const std::string> paths, const OnRow<FileRow>& on_row) {
     std::unordered_set<std::string_view> known;
     std::vector<std::string_view> once;
     for (const std::string& path : paths) {
@@ -224,10 +224,10 @@ void PostgresqlDatabase::read_files_at(std::span<const std::string> paths, const
                   between("files", start_of_path("path"), start, start) +
                   "WHERE files.path = page.path ORDER BY page.place",
               key().bytes_list(once));
-    take_files(rows, take);
+    take_files(rows, on_row);
 }
 
-void PostgresqlDatabase::read_files_below(std::string_view folder, const Take<FileRow>& take) {
+void PostgresqlDatabase::read_files_below(std::string_view folder, const OnRow<FileRow>& on_row) {
     // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
     const std::string start = start_of_path("files.path");
     const std::string is_below = " AND " + start + " BETWEEN " + start_of_path("$3") + " AND " + start_of_path("$4") +
@@ -240,69 +240,69 @@ void PostgresqlDatabase::read_files_below(std::string_view folder, const Take<Fi
               FILES + "FROM wiki_scope.files AS files WHERE " + of_snapshot("files") +
                   (folder.empty() ? "" : is_below) + " ORDER BY " + start + ", files.path",
               parameters);
-    take_files(rows, take);
+    take_files(rows, on_row);
 }
 
-void PostgresqlDatabase::read_files(std::vector<RowId> ids, const Take<FileRow>& take) {
+void PostgresqlDatabase::read_files(std::vector<RowId> ids, const OnRow<FileRow>& on_row) {
     Rows rows(connection_, FILES + in_ranges("files", "id"), key_and_ranges(std::move(ids)));
-    take_files(rows, take);
+    take_files(rows, on_row);
 }
 
-void PostgresqlDatabase::read_declarations_in(std::vector<RowId> files, const Take<DeclarationRow>& take) {
+void PostgresqlDatabase::read_declarations_in(std::vector<RowId> files, const OnRow<DeclarationRow>& on_row) {
     Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "file_id"), key_and_ranges(std::move(files)));
-    take_declarations(rows, take);
+    take_declarations(rows, on_row);
 }
 
-void PostgresqlDatabase::read_declarations(std::vector<RowId> ids, const Take<DeclarationRow>& take) {
+void PostgresqlDatabase::read_declarations(std::vector<RowId> ids, const OnRow<DeclarationRow>& on_row) {
     Rows rows(connection_, DECLARATIONS + in_ranges("symbols", "id"), key_and_ranges(std::move(ids)));
-    take_declarations(rows, take);
+    take_declarations(rows, on_row);
 }
 
-void PostgresqlDatabase::read_declarations_named(std::string_view name, const Take<DeclarationRow>& take) {
+void PostgresqlDatabase::read_declarations_named(std::string_view name, const OnRow<DeclarationRow>& on_row) {
     const std::string start = start_of_name("$3");
     Rows rows(connection_,
               DECLARATIONS + "FROM " + between("symbols", start_of_name("name"), start, start) +
                   "WHERE symbols.name = $3",
               key().bytes(name));
-    take_declarations(rows, take);
+    take_declarations(rows, on_row);
 }
 
-void PostgresqlDatabase::read_names(std::string_view part, const Take<NameRow>& take) {
+void PostgresqlDatabase::read_names(std::string_view part, const OnRow<NameRow>& on_row) {
     Rows blocks(connection_,
                 "SELECT rows FROM wiki_scope.names AS names WHERE " + of_snapshot("names") +
                     " AND position($3 IN lowered) > 0",
                 key().bytes(lowered(part)));
     while (blocks.step()) {
-        if (!postgresql::read_names(blocks.bytes(0), take)) {
+        if (!postgresql::read_names(blocks.bytes(0), on_row)) {
             throw damaged("names");
         }
     }
 }
 
-void PostgresqlDatabase::read_descriptions(std::vector<RowId> declarations, const Take<DescriptionRow>& take) {
+void PostgresqlDatabase::read_descriptions(std::vector<RowId> declarations, const OnRow<DescriptionRow>& on_row) {
     Rows rows(connection_, "SELECT symbol_id, signature, documentation " + in_ranges("descriptions", "symbol_id"),
               key_and_ranges(std::move(declarations)));
     while (rows.step()) {
-        take({.declaration = rows.integer(0), .signature = rows.bytes(1), .documentation = rows.bytes(2)});
+        on_row({.declaration = rows.integer(0), .signature = rows.bytes(1), .documentation = rows.bytes(2)});
     }
 }
 
-void PostgresqlDatabase::read_resolutions(const Take<ResolutionRow>& take) {
+void PostgresqlDatabase::read_resolutions(const OnRow<ResolutionRow>& on_row) {
     Rows rows(connection_,
               "SELECT id, name FROM wiki_scope.resolutions AS resolutions WHERE " + of_snapshot("resolutions"), key());
     while (rows.step()) {
-        take({.id = rows.integer(0), .name = rows.bytes(1)});
+        on_row({.id = rows.integer(0), .name = rows.bytes(1)});
     }
 }
 
 void PostgresqlDatabase::read_resolved_languages(std::span<const models::Text> names,
-                                                 const Take<std::string_view>& take) {
+                                                 const OnRow<std::string_view>& on_row) {
     Rows rows(connection_,
               "SELECT name FROM wiki_scope.languages AS languages WHERE " + of_snapshot("languages") +
                   " AND name = ANY($3) AND import_resolved",
               key().bytes_list(std::vector<std::string_view>(names.begin(), names.end())));
     while (rows.step()) {
-        take(rows.bytes(0));
+        on_row(rows.bytes(0));
     }
 }
 

@@ -25,18 +25,18 @@ class PostgresqlDatabase : public storage::Database {
     void check() override;
 
     [[nodiscard]] std::int64_t count_files(std::int64_t most) override;
-    void read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) override;
-    void read_files_below(std::string_view folder, const Take<FileRow>& take) override;
-    void read_files(std::vector<RowId> ids, const Take<FileRow>& take) override;
+    void read_files_at(std::span<const std::string> paths, const OnRow<FileRow>& on_row) override;
+    void read_files_below(std::string_view folder, const OnRow<FileRow>& on_row) override;
+    void read_files(std::vector<RowId> ids, const OnRow<FileRow>& on_row) override;
 
-    void read_declarations_in(std::vector<RowId> files, const Take<DeclarationRow>& take) override;
-    void read_declarations(std::vector<RowId> ids, const Take<DeclarationRow>& take) override;
-    void read_declarations_named(std::string_view name, const Take<DeclarationRow>& take) override;
-    void read_names(std::string_view part, const Take<NameRow>& take) override;
-    void read_descriptions(std::vector<RowId> declarations, const Take<DescriptionRow>& take) override;
+    void read_declarations_in(std::vector<RowId> files, const OnRow<DeclarationRow>& on_row) override;
+    void read_declarations(std::vector<RowId> ids, const OnRow<DeclarationRow>& on_row) override;
+    void read_declarations_named(std::string_view name, const OnRow<DeclarationRow>& on_row) override;
+    void read_names(std::string_view part, const OnRow<NameRow>& on_row) override;
+    void read_descriptions(std::vector<RowId> declarations, const OnRow<DescriptionRow>& on_row) override;
 
-    void read_resolutions(const Take<ResolutionRow>& take) override;
-    void read_resolved_languages(std::span<const models::Text> names, const Take<std::string_view>& take) override;
+    void read_resolutions(const OnRow<ResolutionRow>& on_row) override;
+    void read_resolved_languages(std::span<const models::Text> names, const OnRow<std::string_view>& on_row) override;
 
     [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations) override;
     [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override;

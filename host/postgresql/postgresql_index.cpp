@@ -21,7 +21,7 @@ class PostgresqlConnection : public IndexConnection {
     PostgresqlConnection(const Address& address, std::string repository)
         : connection_(address), repository_(std::move(repository)) {}
 
-    void watch(Look look) override { connection_.watch(std::move(look)); }
+    void watch(CheckInterrupt check_interrupt) override { connection_.watch(std::move(check_interrupt)); }
     [[nodiscard]] std::unique_ptr<storage::Database> read() override {
         return std::make_unique<SanitizedDatabase>(std::make_unique<PostgresqlDatabase>(connection_, repository_));
     }
@@ -42,8 +42,8 @@ std::unique_ptr<IndexConnection> PostgresqlIndex::connect() const {
     return std::make_unique<PostgresqlConnection>(address_, repository_);
 }
 
-std::unique_ptr<NewIndex> PostgresqlIndex::replace(Look look) const {
-    return std::make_unique<NewPostgresqlIndex>(address_, repository_, std::move(look));
+std::unique_ptr<NewIndex> PostgresqlIndex::replace(CheckInterrupt check_interrupt) const {
+    return std::make_unique<NewPostgresqlIndex>(address_, repository_, std::move(check_interrupt));
 }
 
 }  // namespace postgresql

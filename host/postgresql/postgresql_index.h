@@ -19,7 +19,7 @@ class PostgresqlIndex : public Index {
     [[nodiscard]] std::string name() const override { return address_.name(); }
     [[nodiscard]] std::string options() const override;
     [[nodiscard]] std::unique_ptr<IndexConnection> connect() const override;
-    [[nodiscard]] std::unique_ptr<NewIndex> replace(Look look = [] {}) const override;
+    [[nodiscard]] std::unique_ptr<NewIndex> replace(CheckInterrupt check_interrupt = [] {}) const override;
 
   private:
     Address address_;

@@ -50,8 +50,8 @@ class SourcesOfCheckout {
 
     [[nodiscard]] const std::optional<Checkout>& checkout() const { return checkout_; }
 
-    sources::Sources finish(const std::function<void()>& look) {
-        return reader_ ? reader_->finish(look) : sources::Sources();
+    sources::Sources finish(const std::function<void()>& check_interrupt) {
+        return reader_ ? reader_->finish(check_interrupt) : sources::Sources();
     }
 
   private:

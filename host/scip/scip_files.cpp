@@ -26,11 +26,11 @@ std::string tool_of(const Metadata& metadata) {
 }  // namespace
 
 ScipFiles::ScipFiles(const std::vector<std::string>& paths, const std::string& copy_path,
-                     const std::function<void()>& look) {
+                     const std::function<void()>& check_interrupt) {
     std::vector<std::tuple<std::string, std::string, std::int64_t, std::size_t>> keys;  // with the place
     std::set<std::int64_t> contents;
     for (const std::string& path : paths) {
-        ScipFile file(InputFile(path, copy_path, look), look);
+        ScipFile file(InputFile(path, copy_path, check_interrupt), check_interrupt);
         const std::int64_t content = paths.size() > 1 ? file.content_hash() : 0;
         if (contents.insert(content).second) {
             keys.emplace_back(file.metadata().project_root, tool_of(file.metadata()), content, files_.size());

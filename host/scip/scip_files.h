@@ -18,7 +18,8 @@ namespace host::scip {
 class ScipFiles {
   public:
     /// Opens the files at `paths`, as `InputFile` and `ScipFile` do and with what these throw.
-    ScipFiles(const std::vector<std::string>& paths, const std::string& copy_path, const std::function<void()>& look);
+    ScipFiles(const std::vector<std::string>& paths, const std::string& copy_path,
+              const std::function<void()>& check_interrupt);
 
     [[nodiscard]] std::size_t document_count() const;
 

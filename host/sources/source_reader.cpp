@@ -56,7 +56,7 @@ void SourceReader::request(const std::string& path, const std::string& language)
     requested_.notify_one();
 }
 
-Sources SourceReader::finish(const std::function<void()>& look) {
+Sources SourceReader::finish(const std::function<void()>& check_interrupt) {
     constexpr std::chrono::milliseconds PERIOD(20);
     std::unique_lock lock(mutex_);
     while (pending_ > 0 && failure_ == nullptr) {
@@ -66,7 +66,7 @@ Sources SourceReader::finish(const std::function<void()>& look) {
             done_.wait_for(lock, PERIOD);
         }
         lock.unlock();
-        look();
+        check_interrupt();
         lock.lock();
     }
     if (failure_ != nullptr) {

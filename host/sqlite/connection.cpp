@@ -108,8 +108,8 @@ void Connection::execute(const std::string& sql) const {
     }
 }
 
-void Connection::watch(std::function<void()> look) {
-    progress_->look = std::move(look);
+void Connection::watch(std::function<void()> check_interrupt) {
+    progress_->check_interrupt = std::move(check_interrupt);
 }
 
 void Connection::follow_progress() const {
@@ -118,7 +118,7 @@ void Connection::follow_progress() const {
         Progress& progress = *static_cast<Progress*>(context);
         progress.steps_left -= PERIOD;
         try {
-            progress.look();
+            progress.check_interrupt();
             return progress.steps_left < 0 ? 1 : 0;
         } catch (...) {
             progress.thrown = std::current_exception();

@@ -49,9 +49,9 @@ class Connection {
     /// Runs statements that take no parameters; rows that they return are dropped.
     void execute(const std::string& sql) const;
 
-    /// Has `look` called every few milliseconds while a statement runs. What it throws ends the statement, and comes
+    /// Has `check_interrupt` called every few milliseconds while a statement runs. What it throws ends the statement, and comes
     /// out of the function that ran it.
-    void watch(std::function<void()> look);
+    void watch(std::function<void()> check_interrupt);
 
     /// Begins to count what a statement costs.
     void begin_statement() const;
@@ -71,7 +71,7 @@ class Connection {
         void operator()(sqlite3* handle) const;
     };
     struct Progress {
-        std::function<void()> look = [] {};
+        std::function<void()> check_interrupt = [] {};
         std::exception_ptr thrown = nullptr;
         std::int64_t steps_left = 0;
     };

@@ -24,9 +24,9 @@ std::int64_t count_rows(const Connection& index, const std::string& table) {
 
 }  // namespace
 
-NewSqliteIndex::Filling::Filling(const std::string& path, const Look& look)
+NewSqliteIndex::Filling::Filling(const std::string& path, const CheckInterrupt& check_interrupt)
     : connection_(path, Connection::Mode::CREATE) {
-    connection_.watch(look);
+    connection_.watch(check_interrupt);
     // Whatever goes wrong, the file is thrown away; it is made durable as a whole when it is complete.
     connection_.execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; PRAGMA threads = 4");
     leave_room_for_checksums(connection_);
@@ -54,7 +54,7 @@ bool NewSqliteIndex::would_replace() const {
 
 RowWriter& NewSqliteIndex::rows() {
     if (!filling_) {
-        filling_.emplace(replacement_.partial_path(), look_);
+        filling_.emplace(replacement_.partial_path(), check_interrupt_);
     }
     return filling_->writer();
 }
@@ -74,7 +74,7 @@ void NewSqliteIndex::complete(const RowCounts& counts) {
 // Whether what was written can be opened again and holds every row.
 bool NewSqliteIndex::holds(const RowCounts& counts) const {
     Connection index = open_index(replacement_.partial_path());
-    index.watch(look_);
+    index.watch(check_interrupt_);
     return count_rows(index, "files") == counts.files && count_rows(index, "symbols") == counts.declarations &&
            count_rows(index, "edges") == counts.edges;
 }

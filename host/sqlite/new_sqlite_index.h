@@ -19,7 +19,7 @@ class NewSqliteIndex : public NewIndex {
     explicit NewSqliteIndex(const std::string& path);
 
     [[nodiscard]] std::string name() const override { return path_; }
-    void watch(Look look) override { look_ = std::move(look); }
+    void watch(CheckInterrupt check_interrupt) override { check_interrupt_ = std::move(check_interrupt); }
     [[nodiscard]] std::string scratch_path(const std::string& role) const override;
     void claim(const std::string& /*folder*/) override {}  // a file holds one repository
     [[nodiscard]] bool would_replace() const override;
@@ -32,7 +32,7 @@ class NewSqliteIndex : public NewIndex {
     // The database while it is being filled.
     class Filling {
       public:
-        Filling(const std::string& path, const Look& look);
+        Filling(const std::string& path, const CheckInterrupt& check_interrupt);
         RowWriter& writer() { return *writer_; }
         void finish();
 
@@ -46,7 +46,7 @@ class NewSqliteIndex : public NewIndex {
 
     const std::string path_;
     const Replacement replacement_;
-    Look look_ = [] {};
+    CheckInterrupt check_interrupt_ = [] {};
     std::optional<Filling> filling_;
 };
 

@@ -34,28 +34,28 @@ std::optional<std::string_view> text_if_any(const Statement& row, int column) {
     return row.is_null(column) ? std::nullopt : std::optional(row.text(column));
 }
 
-void take_files(Statement& rows, const Take<FileRow>& take) {
+void take_files(Statement& rows, const OnRow<FileRow>& on_row) {
     while (rows.step()) {
-        take({.id = rows.integer(0),
-              .path = rows.text(1),
-              .language = text_if_any(rows, 2),
-              .content_hash = rows.is_null(3) ? std::nullopt : std::optional(rows.integer(3)),
-              .declarations = rows.integer(4),
-              .declared_lines = rows.integer(5)});
+        on_row({.id = rows.integer(0),
+                .path = rows.text(1),
+                .language = text_if_any(rows, 2),
+                .content_hash = rows.is_null(3) ? std::nullopt : std::optional(rows.integer(3)),
+                .declarations = rows.integer(4),
+                .declared_lines = rows.integer(5)});
     }
 }
 
-void take_declarations(Statement& rows, const Take<DeclarationRow>& take) {
+void take_declarations(Statement& rows, const OnRow<DeclarationRow>& on_row) {
     while (rows.step()) {
-        take({.id = rows.integer(0),
-              .file = rows.integer(1),
-              .name = rows.text(2),
-              .fqn = rows.text(3),
-              .kind = rows.text(4),
-              .is_export = rows.integer(5) != 0,
-              .first_line = rows.integer(6),
-              .last_line = rows.integer(7),
-              .uses = rows.integer(8)});
+        on_row({.id = rows.integer(0),
+                .file = rows.integer(1),
+                .name = rows.text(2),
+                .fqn = rows.text(3),
+                .kind = rows.text(4),
+                .is_export = rows.integer(5) != 0,
+                .first_line = rows.integer(6),
+                .last_line = rows.integer(7),
+                .uses = rows.integer(8)});
     }
 }
 
@@ -92,7 +92,7 @@ std::int64_t SqliteDatabase::count_files(std::int64_t most) {
     return count.integer(0);
 }
 
-void SqliteDatabase::read_files_at(std::span<const std::string> paths, const Take<FileRow>& take) {
+void SqliteDatabase::read_files_at(std::span<const std::string> paths, const OnRow<FileRow>& on_row) {
     std::vector<std::string> names(paths.begin(), paths.end());
     std::erase_if(names, [](const std::string& path) { return path.find('\0') != std::string::npos; });
     Statement rows(connection_, "WITH page(path, place) AS "
@@ -100,10 +100,10 @@ void SqliteDatabase::read_files_at(std::span<const std::string> paths, const Tak
                                     FILES + "page CROSS JOIN files AS file ON file.path = page.path AND " + IS_NAMED +
                                     " ORDER BY page.place");
     rows.bind(1, bound_list(std::span<const std::string>(names)));
-    take_files(rows, take);
+    take_files(rows, on_row);
 }
 
-void SqliteDatabase::read_files_below(std::string_view folder, const Take<FileRow>& take) {
+void SqliteDatabase::read_files_below(std::string_view folder, const OnRow<FileRow>& on_row) {
     // Every path that begins with "folder/" comes before "folder0": "0" is the character after "/".
     const std::string is_below = folder.empty() ? "" : "file.path > ?1 AND file.path < ?2 AND ";
     Statement rows(connection_, FILES + "files AS file WHERE " + is_below + IS_NAMED + " ORDER BY file.path");
@@ -111,58 +111,59 @@ void SqliteDatabase::read_files_below(std::string_view folder, const Take<FileRo
         rows.bind(1, std::string(folder) + "/");
         rows.bind(2, std::string(folder) + "0");
     }
-    take_files(rows, take);
+    take_files(rows, on_row);
 }
 
-void SqliteDatabase::read_files(std::vector<RowId> ids, const Take<FileRow>& take) {
+void SqliteDatabase::read_files(std::vector<RowId> ids, const OnRow<FileRow>& on_row) {
     Statement rows(connection_, FILES + in_ranges("files AS file", "file.id"));
     rows.bind(1, bound_ranges(std::move(ids)));
-    take_files(rows, take);
+    take_files(rows, on_row);
 }
 
-void SqliteDatabase::read_declarations_in(std::vector<RowId> files, const Take<DeclarationRow>& take) {
+void SqliteDatabase::read_declarations_in(std::vector<RowId> files, const OnRow<DeclarationRow>& on_row) {
     Statement rows(connection_, DECLARATIONS + in_ranges("symbols AS symbol", "symbol.file_id"));
     rows.bind(1, bound_ranges(std::move(files)));
-    take_declarations(rows, take);
+    take_declarations(rows, on_row);
 }
 
-void SqliteDatabase::read_declarations(std::vector<RowId> ids, const Take<DeclarationRow>& take) {
+void SqliteDatabase::read_declarations(std::vector<RowId> ids, const OnRow<DeclarationRow>& on_row) {
     Statement rows(connection_, DECLARATIONS + in_ranges("symbols AS symbol", "symbol.id"));
     rows.bind(1, bound_ranges(std::move(ids)));
-    take_declarations(rows, take);
+    take_declarations(rows, on_row);
 }
 
-void SqliteDatabase::read_declarations_named(std::string_view name, const Take<DeclarationRow>& take) {
+void SqliteDatabase::read_declarations_named(std::string_view name, const OnRow<DeclarationRow>& on_row) {
     Statement rows(connection_, DECLARATIONS + "symbols AS symbol WHERE symbol.name = ?1");
     rows.bind(1, name);
-    take_declarations(rows, take);
+    take_declarations(rows, on_row);
 }
 
 // All of them: who looks through a covering index is as fast as SQLite would be.
-void SqliteDatabase::read_names(std::string_view /*part*/, const Take<NameRow>& take) {
+void SqliteDatabase::read_names(std::string_view /*part*/, const OnRow<NameRow>& on_row) {
     Statement rows(connection_, "SELECT id, name, uses FROM symbols INDEXED BY symbols_by_name");
     while (rows.step()) {
-        take({.declaration = rows.integer(0), .name = rows.text(1), .uses = rows.integer(2)});
+        on_row({.declaration = rows.integer(0), .name = rows.text(1), .uses = rows.integer(2)});
     }
 }
 
-void SqliteDatabase::read_descriptions(std::vector<RowId> declarations, const Take<DescriptionRow>& take) {
+void SqliteDatabase::read_descriptions(std::vector<RowId> declarations, const OnRow<DescriptionRow>& on_row) {
     Statement rows(connection_,
                    "SELECT symbol_id, signature, documentation FROM " + in_ranges("descriptions", "symbol_id"));
     rows.bind(1, bound_ranges(std::move(declarations)));
     while (rows.step()) {
-        take({.declaration = rows.integer(0), .signature = rows.text(1), .documentation = rows.text(2)});
+        on_row({.declaration = rows.integer(0), .signature = rows.text(1), .documentation = rows.text(2)});
     }
 }
 
-void SqliteDatabase::read_resolutions(const Take<ResolutionRow>& take) {
+void SqliteDatabase::read_resolutions(const OnRow<ResolutionRow>& on_row) {
     Statement rows(connection_, "SELECT id, name FROM resolutions");
     while (rows.step()) {
-        take({.id = rows.integer(0), .name = rows.text(1)});
+        on_row({.id = rows.integer(0), .name = rows.text(1)});
     }
 }
 
-void SqliteDatabase::read_resolved_languages(std::span<const models::Text> names, const Take<std::string_view>& take) {
+void SqliteDatabase::read_resolved_languages(std::span<const models::Text> names,
+                                             const OnRow<std::string_view>& on_row) {
     Statement rows(connection_, R"sql(
         SELECT language.name
         FROM json_each(?1) AS page CROSS JOIN languages AS language ON language.name = page.value
@@ -170,7 +171,7 @@ void SqliteDatabase::read_resolved_languages(std::span<const models::Text> names
     )sql");
     rows.bind(1, bound_list(names));
     while (rows.step()) {
-        take(rows.text(0));
+        on_row(rows.text(0));
     }
 }
 

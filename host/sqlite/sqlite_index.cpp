@@ -45,7 +45,7 @@ class SqliteConnection : public IndexConnection {
         }
     }
 
-    void watch(Look look) override { connection_.watch(std::move(look)); }
+    void watch(CheckInterrupt check_interrupt) override { connection_.watch(std::move(check_interrupt)); }
     [[nodiscard]] std::unique_ptr<storage::Database> read() override {
         origin_.has_checksums = has_checksums(connection_.handle());
         return std::make_unique<SanitizedDatabase>(std::make_unique<SqliteDatabase>(connection_, origin_));
@@ -65,9 +65,9 @@ std::unique_ptr<IndexConnection> SqliteIndex::connect() const {
     return std::make_unique<SqliteConnection>(path_);
 }
 
-std::unique_ptr<NewIndex> SqliteIndex::replace(Look look) const {
+std::unique_ptr<NewIndex> SqliteIndex::replace(CheckInterrupt check_interrupt) const {
     auto made = std::make_unique<NewSqliteIndex>(path_);
-    made->watch(std::move(look));
+    made->watch(std::move(check_interrupt));
     return made;
 }
 

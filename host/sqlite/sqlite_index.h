@@ -16,7 +16,7 @@ class SqliteIndex : public Index {
     [[nodiscard]] std::string name() const override { return path_; }
     [[nodiscard]] std::string options() const override { return "--index " + path_; }
     [[nodiscard]] std::unique_ptr<IndexConnection> connect() const override;
-    [[nodiscard]] std::unique_ptr<NewIndex> replace(Look look = [] {}) const override;
+    [[nodiscard]] std::unique_ptr<NewIndex> replace(CheckInterrupt check_interrupt = [] {}) const override;
 
   private:
     std::string path_;

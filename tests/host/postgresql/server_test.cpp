@@ -237,7 +237,7 @@ TEST_F(Server, AnImportThatIsInterruptedAtItsEndDoesNotSayThatNothingWasChanged)
     import(3);
     Connection connection(database);
     connection.execute("BEGIN; LOCK TABLE wiki_scope.notes IN SHARE MODE");  // which an import waits for to remove rows
-    const auto next = [&](const std::string& name, const Look& watch) {
+    const auto next = [&](const std::string& name, const CheckInterrupt& watch) {
         const std::unique_ptr<NewIndex> made = repository(name)->replace();
         made->claim("");
         static_cast<void>(made->rows());
