@@ -9,7 +9,7 @@
 #include "bench/child.h"
 #include "fixtures/generated_repository.h"
 #include "fixtures/temporary_folder.h"
-#include "host/sqlite/connection.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -25,7 +25,7 @@
 namespace {
 
 using bench::Cost;
-using host::Connection;
+using host::SqliteConnection;
 using host::Statement;
 using host::TemporaryFolder;
 
@@ -60,7 +60,7 @@ std::vector<PageShape> page_shapes() {
 class BareTable {
   public:
     BareTable(std::string path, const std::string& index) : path_(std::move(path)) {
-        const Connection connection(path_, Connection::Mode::CREATE);
+        const SqliteConnection connection(path_, SqliteConnection::Mode::CREATE);
         connection.execute("PRAGMA synchronous = OFF; ATTACH '" + index + "' AS made");
         connection.execute(R"sql(
             CREATE TABLE bare(target INTEGER, source INTEGER, resolution INTEGER, refs INTEGER,
@@ -73,7 +73,7 @@ class BareTable {
 
     // Reads the rows into and out of some files; how many there are.
     std::size_t scan(const PageShape& page) const {
-        const Connection connection(path_, Connection::Mode::READ);
+        const SqliteConnection connection(path_, SqliteConnection::Mode::READ);
         connection.execute("PRAGMA cache_size = -65536");
         const std::int64_t declarations = REPOSITORY.declarations_per_file;
         return rows_read(connection, "SELECT source, target, resolution, refs FROM bare WHERE target BETWEEN ?1 AND ?2",
@@ -83,7 +83,7 @@ class BareTable {
     }
 
   private:
-    static std::size_t rows_read(const Connection& connection, const char* query, std::int64_t first,
+    static std::size_t rows_read(const SqliteConnection& connection, const char* query, std::int64_t first,
                                  std::int64_t last) {
         Statement rows(connection, query);
         rows.bind(1, first);

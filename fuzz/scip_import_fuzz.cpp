@@ -94,7 +94,7 @@ class Workshop {
         return std::distance(entries, {}) == (std::filesystem::exists(index_) ? 3 : 2);
     }
 
-    [[nodiscard]] Connection open() const { return open_index(index_); }
+    [[nodiscard]] SqliteConnection open() const { return open_index(index_); }
     [[nodiscard]] Checkout checkout() const { return Checkout(folder_ / "checkout"); }
 
   private:
@@ -102,13 +102,13 @@ class Workshop {
     std::string index_ = folder_ / "index.db";
 };
 
-void check_rows(const Connection& index) {
+void check_rows(const SqliteConnection& index) {
     for (const auto& [text, breach] : ROW_PROMISES) {
         promise(!Statement(index, breach).step(), text);
     }
 }
 
-std::vector<std::string> all_paths(const Connection& index) {
+std::vector<std::string> all_paths(const SqliteConnection& index) {
     std::vector<std::string> paths;
     for (Statement rows(index, "SELECT path FROM files"); rows.step();) {
         paths.emplace_back(rows.text(0));
@@ -117,7 +117,7 @@ std::vector<std::string> all_paths(const Connection& index) {
 }
 
 void check_page(const Workshop& workshop, const ImportReport& counts) {
-    const Connection index = workshop.open();
+    const SqliteConnection index = workshop.open();
     SqliteDatabase db(index, {});
     const Checkout checkout = workshop.checkout();
     const Page page = load_page(db, checkout, all_paths(index));

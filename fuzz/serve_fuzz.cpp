@@ -34,7 +34,7 @@ class Repository {
   public:
     Repository() {
         folder_.write("a.ts", "export function add() {}\n");
-        const Connection connection(index(), Connection::Mode::CREATE);
+        const SqliteConnection connection(index(), SqliteConnection::Mode::CREATE);
         create_schema(connection);
         create_indexes(connection);
         connection.execute("INSERT INTO meta VALUES('checkout', '" + folder_ / "" + "')");

@@ -16,7 +16,7 @@ const std::string& replaceable(const std::string& path) {
     return path;
 }
 
-std::int64_t count_rows(const Connection& index, const std::string& table) {
+std::int64_t count_rows(const SqliteConnection& index, const std::string& table) {
     Statement count(index, "SELECT count(*) FROM " + table);
     count.step();
     return count.integer(0);
@@ -25,7 +25,7 @@ std::int64_t count_rows(const Connection& index, const std::string& table) {
 }  // namespace
 
 NewSqliteIndex::Filling::Filling(const std::string& path, const CheckInterrupt& check_interrupt)
-    : connection_(path, Connection::Mode::CREATE) {
+    : connection_(path, SqliteConnection::Mode::CREATE) {
     connection_.watch(check_interrupt);
     // Whatever goes wrong, the file is thrown away; it is made durable as a whole when it is complete.
     connection_.execute("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; PRAGMA threads = 4");
@@ -73,7 +73,7 @@ void NewSqliteIndex::complete(const RowCounts& counts) {
 
 // Whether what was written can be opened again and holds every row.
 bool NewSqliteIndex::holds(const RowCounts& counts) const {
-    Connection index = open_index(replacement_.partial_path());
+    SqliteConnection index = open_index(replacement_.partial_path());
     index.watch(check_interrupt_);
     return count_rows(index, "files") == counts.files && count_rows(index, "symbols") == counts.declarations &&
            count_rows(index, "edges") == counts.edges;

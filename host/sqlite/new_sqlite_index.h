@@ -2,9 +2,9 @@
 #pragma once
 
 #include "host/index/index.h"
-#include "host/sqlite/connection.h"
 #include "host/sqlite/replacement.h"
 #include "host/sqlite/row_writer.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include <optional>
 #include <stdexcept>
@@ -37,7 +37,7 @@ class NewSqliteIndex : public NewIndex {
         void finish();
 
       private:
-        Connection connection_;
+        SqliteConnection connection_;
         std::optional<Transaction> transaction_;
         std::optional<SqliteRowWriter> writer_;
     };

@@ -43,7 +43,7 @@ char* characters(std::span<unsigned char> bytes) {
 
 }  // namespace
 
-void leave_room_for_checksums(const Connection& connection) {
+void leave_room_for_checksums(const SqliteConnection& connection) {
     int bytes = CHECKSUM_BYTES;
     sqlite3_file_control(connection.handle(), "main", SQLITE_FCNTL_RESERVE_BYTES, &bytes);
     connection.execute("PRAGMA application_id = " + std::to_string(CHECKSUMS_APPLICATION_ID));

@@ -5,7 +5,7 @@
 // file's header states that. For every other program the file is an ordinary database.
 #pragma once
 
-#include "host/sqlite/connection.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include <cstddef>
 #include <optional>
@@ -33,7 +33,7 @@ bool is_possible(const PageLayout& layout, std::size_t file_size);
 bool has_its_checksum(std::span<const unsigned char> page, std::size_t number);
 
 /// Has an empty database leave room for checksums, and state them. Throws `SqliteError`.
-void leave_room_for_checksums(const Connection& connection);
+void leave_room_for_checksums(const SqliteConnection& connection);
 
 /// Writes the checksums of a file that has room for them, once it is complete and closed. False when that fails, with
 /// the reason in errno.

@@ -1,7 +1,7 @@
 #include "host/sqlite/replacement.h"
 
 #include "host/files/remedy.h"
-#include "host/sqlite/connection.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -87,7 +87,8 @@ std::optional<mode_t> permissions_of(const std::string& path) {
 // One that is too damaged for that has nothing to lose.
 void fold_journals_into(const std::string& path) {
     try {
-        Connection(path, Connection::Mode::CREATE).execute("PRAGMA journal_mode = DELETE; BEGIN IMMEDIATE; COMMIT");
+        SqliteConnection(path, SqliteConnection::Mode::CREATE)
+            .execute("PRAGMA journal_mode = DELETE; BEGIN IMMEDIATE; COMMIT");
     } catch (const SqliteError& error) {
         if (!error.is_damage()) {
             throw;

@@ -14,7 +14,7 @@ void insert(Statement& statement, const Values&... values) {
 
 }  // namespace
 
-SqliteRowWriter::SqliteRowWriter(const Connection& connection)
+SqliteRowWriter::SqliteRowWriter(const SqliteConnection& connection)
     : notes_(connection, "INSERT INTO meta(key, value) VALUES(?1, ?2)"),
       files_(connection, "INSERT INTO files(id, path, language, content_hash, declarations, declared_lines) "
                          "VALUES(?1, ?2, nullif(?3, ''), ?4, ?5, ?6)"),

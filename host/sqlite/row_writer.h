@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/index/row_writer.h"
-#include "host/sqlite/connection.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include <string_view>
 
@@ -12,7 +12,7 @@ namespace host {
 /// function throws `SqliteError`, above all when there is such a row already.
 class SqliteRowWriter : public RowWriter {
   public:
-    explicit SqliteRowWriter(const Connection& connection);
+    explicit SqliteRowWriter(const SqliteConnection& connection);
 
     void note(std::string_view key, std::string_view value) override;
     void add(const FileRow& row) override;

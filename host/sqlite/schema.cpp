@@ -71,7 +71,7 @@ constexpr const char* INDEXES = R"sql(
 
 // The statements that have made what is in a database, written as those above. The table that lists them is asked for
 // by its oldest name, which nothing else can bear.
-std::string statements_of(const Connection& connection) {
+std::string statements_of(const SqliteConnection& connection) {
     std::string statements;
     Statement made(connection, "SELECT sql FROM sqlite_master WHERE sql <> '' ORDER BY rowid");
     while (made.step()) {
@@ -82,13 +82,13 @@ std::string statements_of(const Connection& connection) {
 
 // Whether a database has the tables and indexes that an import makes, word for word, and nothing else. What others
 // define may do anything when it is read: a view without an end, a column that is computed, a table of some extension.
-bool is_made_by_import(const Connection& connection) {
+bool is_made_by_import(const SqliteConnection& connection) {
     return "\n" + statements_of(connection) == TABLES + std::string(INDEXES).substr(1);
 }
 
 // The schema version that an index states of itself; none when a database is no index. Many programs state one in a
 // table of this name, but they have other tables beside it; and what is no table is not asked.
-std::optional<std::string> schema_version_of(const Connection& connection) {
+std::optional<std::string> schema_version_of(const SqliteConnection& connection) {
     Statement tables(connection, R"sql(
         SELECT count(*) FROM sqlite_master
         WHERE sql = 'CREATE TABLE meta(key TEXT PRIMARY KEY, value TEXT)'
@@ -103,7 +103,7 @@ std::optional<std::string> schema_version_of(const Connection& connection) {
     return is_stated ? std::optional(std::string(version.text(0))) : std::nullopt;
 }
 
-bool notes_checksums(const Connection& connection) {
+bool notes_checksums(const SqliteConnection& connection) {
     Statement note(connection, "SELECT 1 FROM meta WHERE key = ?1");
     note.bind(1, CHECKSUMS_NOTE);
     return note.step();
@@ -152,7 +152,7 @@ bool was_an_index(const std::string& path) {
     }
     try {
         // Opened for writing, so that SQLite can undo what a killed program has left half written.
-        return schema_version_of(Connection(path, Connection::Mode::CREATE)).has_value();
+        return schema_version_of(SqliteConnection(path, SqliteConnection::Mode::CREATE)).has_value();
     } catch (const SqliteError& error) {
         if (error.is_damage()) {
             return begins_as_database(header);
@@ -163,18 +163,18 @@ bool was_an_index(const std::string& path) {
 
 }  // namespace
 
-void create_schema(const Connection& connection) {
+void create_schema(const SqliteConnection& connection) {
     connection.execute(TABLES);
     Statement meta(connection, "INSERT INTO meta(key, value) VALUES('schema_version', ?1)");
     meta.bind(1, SCHEMA_VERSION);
     meta.run();
 }
 
-void create_indexes(const Connection& connection) {
+void create_indexes(const SqliteConnection& connection) {
     connection.execute(INDEXES);
 }
 
-Connection open_index(const std::string& path) {
+SqliteConnection open_index(const std::string& path) {
     using std::filesystem::file_type;
     using Fault = UnusableIndex::Fault;
     const file_type type = type_of(path);
@@ -184,7 +184,7 @@ Connection open_index(const std::string& path) {
     if (type != file_type::regular) {
         throw UnusableIndex(Fault::FOREIGN, path, "not a wiki-scope index but a folder or a device");
     }
-    Connection connection(path, Connection::Mode::READ);
+    SqliteConnection connection(path, SqliteConnection::Mode::READ);
     std::optional<std::string> version;
     try {
         version = schema_version_of(connection);

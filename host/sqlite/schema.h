@@ -6,7 +6,7 @@
 // inserts, and calls `create_indexes`.
 #pragma once
 
-#include "host/sqlite/connection.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include <string>
 #include <string_view>
@@ -21,15 +21,15 @@ inline constexpr std::string_view CHECKSUMS_NOTE = "checksums";
 
 /// Creates the empty tables of an index in a new database, and notes the schema's version in `meta`. Throws
 /// `SqliteError`, above all when the database has such tables already.
-void create_schema(const Connection& connection);
+void create_schema(const SqliteConnection& connection);
 
 /// Creates what the queries search by. Best done once all rows are inserted. Throws `SqliteError`.
-void create_indexes(const Connection& connection);
+void create_indexes(const SqliteConnection& connection);
 
 /// Opens an index for reading: it has the tables and indexes that the two above create, word for word, and nothing else.
 /// Throws `UnusableIndex`, and `std::runtime_error` with one line that says what to do when
 /// the file cannot be read.
-Connection open_index(const std::string& path);
+SqliteConnection open_index(const std::string& path);
 
 /// Whether something is at `path` that is not an empty file. Throws `std::runtime_error` with one line when that
 /// cannot be found out.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/index/database.h"
-#include "host/sqlite/connection.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include <cstdint>
 #include <string>
@@ -13,7 +13,7 @@ namespace host {
 /// An index in the state that a connection sees first. The connection must outlive it.
 class SqliteDatabase : public storage::Database {
   public:
-    SqliteDatabase(const Connection& connection, IndexOrigin origin)
+    SqliteDatabase(const SqliteConnection& connection, IndexOrigin origin)
         : connection_(connection), one_state_(connection), origin_(std::move(origin)) {}
 
     [[nodiscard]] std::string name() const override { return connection_.path(); }
@@ -39,7 +39,7 @@ class SqliteDatabase : public storage::Database {
     [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override;
 
   private:
-    const Connection& connection_;
+    const SqliteConnection& connection_;
     const Transaction one_state_;
     const IndexOrigin origin_;
 };

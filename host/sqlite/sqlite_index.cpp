@@ -2,9 +2,9 @@
 
 #include "host/index/sanitized_database.h"
 #include "host/sqlite/checking_vfs.h"
-#include "host/sqlite/connection.h"
 #include "host/sqlite/new_sqlite_index.h"
 #include "host/sqlite/schema.h"
+#include "host/sqlite/sqlite_connection.h"
 #include "host/sqlite/sqlite_database.h"
 #include "host/text/utc.h"
 
@@ -36,9 +36,9 @@ IndexOrigin origin_of(const std::string& path) {
             .is_users_own = file.st_uid == geteuid() && (file.st_mode & S_IWOTH) == 0};
 }
 
-class SqliteConnection : public IndexConnection {
+class SqliteIndexConnection : public IndexConnection {
   public:
-    explicit SqliteConnection(const std::string& path) : origin_(origin_of(path)), connection_(open_index(path)) {
+    explicit SqliteIndexConnection(const std::string& path) : origin_(origin_of(path)), connection_(open_index(path)) {
         while (!is_there()) {  // it was replaced while it was opened
             origin_ = origin_of(path);
             connection_ = open_index(path);
@@ -56,13 +56,13 @@ class SqliteConnection : public IndexConnection {
     [[nodiscard]] bool is_there() const { return origin_of(connection_.path()).state == origin_.state; }
 
     IndexOrigin origin_;
-    Connection connection_;
+    SqliteConnection connection_;
 };
 
 }  // namespace
 
 std::unique_ptr<IndexConnection> SqliteIndex::connect() const {
-    return std::make_unique<SqliteConnection>(path_);
+    return std::make_unique<SqliteIndexConnection>(path_);
 }
 
 std::unique_ptr<NewIndex> SqliteIndex::replace(CheckInterrupt check_interrupt) const {

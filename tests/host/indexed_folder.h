@@ -28,7 +28,7 @@ struct Outcome {
 class IndexedFolder : public testing::Test {
   protected:
     IndexedFolder() {
-        const Connection connection(index, Connection::Mode::CREATE);
+        const SqliteConnection connection(index, SqliteConnection::Mode::CREATE);
         create_schema(connection);
         create_indexes(connection);
         add<ResolutionRow>({{IMPORT, "import"}, {LOCAL, "local"}, {UNIQUE, "unique"}});
@@ -41,7 +41,7 @@ class IndexedFolder : public testing::Test {
 
     template <class Row>
     void add(std::initializer_list<Row> rows) const {
-        const Connection connection(index, Connection::Mode::CREATE);
+        const SqliteConnection connection(index, SqliteConnection::Mode::CREATE);
         SqliteRowWriter writer(connection);
         for (const Row& row : rows) {
             writer.add(row);
@@ -49,7 +49,7 @@ class IndexedFolder : public testing::Test {
     }
 
     /// Changes the index as no import would.
-    void change(const std::string& sql) const { Connection(index, Connection::Mode::CREATE).execute(sql); }
+    void change(const std::string& sql) const { SqliteConnection(index, SqliteConnection::Mode::CREATE).execute(sql); }
 
     /// Runs a line of shell in the folder.
     [[nodiscard]] Outcome shell(const std::string& line) const {

@@ -32,15 +32,15 @@ class Command : public IndexedFolder {
     // A copy of the index, changed by a statement.
     [[nodiscard]] std::string changed_index(const std::string& name, const std::string& change) const {
         folder.write(name, folder.read("index.db"));
-        Connection(folder / name, Connection::Mode::CREATE).execute(change);
+        SqliteConnection(folder / name, SqliteConnection::Mode::CREATE).execute(change);
         return name;
     }
 };
 
 TEST_F(Command, ExplainsInOneLineWhyAnIndexCannotBeRead) {
-    Connection(folder / "other.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
+    SqliteConnection(folder / "other.db", SqliteConnection::Mode::CREATE).execute("CREATE TABLE t(x)");
     folder.write("cut.db", folder.read("index.db").substr(0, 5000));
-    const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
+    const SqliteConnection other_program(folder / changed_index("locked.db", ""), SqliteConnection::Mode::CREATE);
     other_program.execute("BEGIN EXCLUSIVE");
     std::filesystem::create_symlink("loop", folder / "loop");
     for (const auto& [name, says] : std::vector<std::pair<std::string, std::string>>{
@@ -67,9 +67,9 @@ TEST_F(Command, ExplainsInOneLineWhyAnIndexCannotBeRead) {
 }
 
 TEST_F(Command, ExplainsInOneLineWhyAnImportFails) {
-    Connection(folder / "foreign.db", Connection::Mode::CREATE)
+    SqliteConnection(folder / "foreign.db", SqliteConnection::Mode::CREATE)
         .execute("CREATE TABLE meta(key, value); INSERT INTO meta VALUES('schema_version', '1')");
-    const Connection other_program(folder / changed_index("locked.db", ""), Connection::Mode::CREATE);
+    const SqliteConnection other_program(folder / changed_index("locked.db", ""), SqliteConnection::Mode::CREATE);
     other_program.execute("BEGIN EXCLUSIVE");
     folder.write("empty.scip", scip_file({}));
     expect_failure("import none.scip --index new.db", "none.scip: no such file");

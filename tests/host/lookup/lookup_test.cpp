@@ -96,7 +96,7 @@ TEST_F(Lookup, PrintsNoCharacterThatATerminalObeys) {
            "UPDATE symbols SET name = 'f' || char(27, 155, 8238, 127)");
     folder.write("in.scip", scip::scip_file({scip::ScipDocument("a.ts")}));
     ASSERT_EQ(run("import in.scip --index new.db").exit_code, 0);
-    Connection(folder / "new.db", Connection::Mode::CREATE)
+    SqliteConnection(folder / "new.db", SqliteConnection::Mode::CREATE)
         .execute(
             R"(UPDATE meta SET value = replace(replace(value, 'indexer', '\u001b\u009b'), 'a.ts', '\u202e\u007f'))");
     for (const std::string command :

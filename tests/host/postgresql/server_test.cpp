@@ -427,7 +427,7 @@ TEST_F(Server, GivesTheSamePagesAsAFile) {
         paths.push_back((below(5) == 0 ? "test/f" : "f") + std::to_string(file) + ".ts");
     }
     std::ranges::sort(paths);
-    const host::Connection file_connection(index, host::Connection::Mode::CREATE);
+    const host::SqliteConnection file_connection(index, host::SqliteConnection::Mode::CREATE);
     Transaction transaction(file_connection);
     SqliteRowWriter writer(file_connection);
     for (std::size_t file = 0; file < paths.size(); ++file) {

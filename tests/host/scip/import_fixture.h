@@ -78,7 +78,7 @@ class ScipImport : public testing::Test {
 
     /// The rows that a query of the index gives: columns separated by a space, rows by "; ".
     [[nodiscard]] std::string rows(const std::string& query) const {
-        const Connection connection = open_index(index);
+        const SqliteConnection connection = open_index(index);
         Statement statement(connection, "SELECT group_concat(row, '; ') FROM (" + query + ")");
         statement.step();
         return std::string(statement.text(0));

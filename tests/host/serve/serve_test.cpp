@@ -324,7 +324,7 @@ TEST_F(Serve, ServesAReplacedIndexAndReportsIt) {
     const Received find = call("find_declarations", {{"name", "added"}});
     EXPECT_EQ(ask("tools/call", find)["result"]["structuredContent"]["count"], 0);
     std::filesystem::copy(index, folder / "new.db");
-    Connection(folder / "new.db", Connection::Mode::CREATE)
+    SqliteConnection(folder / "new.db", SqliteConnection::Mode::CREATE)
         .execute("INSERT INTO symbols VALUES(2, 1, 'added', 'added', 'function', 1, 3, 3, 0)");
     std::filesystem::rename(folder / "new.db", index);
     EXPECT_EQ(ask("tools/call", find)["result"]["structuredContent"]["count"], 1);

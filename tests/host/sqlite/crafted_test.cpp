@@ -69,7 +69,7 @@ TEST_F(CraftedIndex, HasTheTablesAndIndexesOfAnImportAndNothingElse) {
 }
 
 TEST_F(CraftedIndex, HasNoValueThatFillsTheMemory) {
-    Connection connection(index, Connection::Mode::CREATE);
+    SqliteConnection connection(index, SqliteConnection::Mode::CREATE);
     sqlite3_limit(connection.handle(), SQLITE_LIMIT_LENGTH, 80 << 20);
     const std::string value = "CAST(zeroblob(70000000) AS TEXT)";
     connection.execute("UPDATE files SET path = 'a' || " + value + "; UPDATE symbols SET name = 'f' || " + value);
@@ -99,7 +99,7 @@ TEST_F(CraftedIndex, HasNoTreeWhosePagesAreReadOverAndOver) {
     add<EdgeRow>({{1, 1, LOCAL, 1}});  // so that resolutions are read
     std::size_t root = 0;
     {
-        const Connection connection(index, Connection::Mode::CREATE);
+        const SqliteConnection connection(index, SqliteConnection::Mode::CREATE);
         Statement place(connection, "SELECT rootpage FROM sqlite_schema WHERE name = 'resolutions'");
         place.step();
         root = static_cast<std::size_t>(place.integer(0));

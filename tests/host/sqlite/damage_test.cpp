@@ -157,14 +157,14 @@ TEST(PageChecksums, AreOfPagesOfAnySizeAndNotPassedByThroughAMemoryMap) {
     for (const std::string page_size : {"512", "65536"}) {
         folder.write("a.db", "");
         {
-            const Connection connection(path, Connection::Mode::CREATE);
+            const SqliteConnection connection(path, SqliteConnection::Mode::CREATE);
             connection.execute("PRAGMA page_size = " + page_size);
             leave_room_for_checksums(connection);
             connection.execute("CREATE TABLE t(x); INSERT INTO t VALUES(zeroblob(200000))");
         }
         ASSERT_TRUE(write_checksums(path));
         const auto read = [&] {
-            const Connection connection(path, Connection::Mode::READ);
+            const SqliteConnection connection(path, SqliteConnection::Mode::READ);
             EXPECT_TRUE(has_checksums(connection.handle()));
             connection.execute("PRAGMA mmap_size = 1000000; SELECT sum(hex(x)) FROM t");
         };

@@ -99,7 +99,7 @@ TEST_F(ImportIntoFile, AnIndexThatAKilledProgramLeftHalfWrittenIsReplaced) {
     std::string half_written;
     std::string journal;
     {
-        const Connection program(index, Connection::Mode::CREATE);
+        const SqliteConnection program(index, SqliteConnection::Mode::CREATE);
         program.execute("PRAGMA cache_size = 1; BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
                         "INSERT INTO files(path) SELECT i FROM n LIMIT 5000");
         half_written = folder.read("index.db");
@@ -115,7 +115,7 @@ TEST_F(ImportIntoFile, AnIndexThatAKilledProgramLeftHalfWrittenIsReplaced) {
 TEST_F(ImportIntoFile, AProgramThatIsWritingIntoTheIndexKeepsItAndItsJournal) {
     import({ScipDocument("a.ts")});
     for (const auto& [mode, journal] : {std::pair("DELETE", "index.db-journal"), std::pair("WAL", "index.db-wal")}) {
-        const Connection writer(index, Connection::Mode::CREATE);
+        const SqliteConnection writer(index, SqliteConnection::Mode::CREATE);
         writer.execute(std::string("PRAGMA journal_mode = ") + mode);
         writer.execute("BEGIN IMMEDIATE; INSERT INTO meta VALUES('a', 'b')");
         const std::string written = folder.read("index.db") + folder.read(journal);
@@ -130,7 +130,7 @@ TEST_F(ImportIntoFile, AJournalOfTheOldIndexIsNotPlayedIntoTheNew) {
     const std::string alone = import_old();
     std::string journal;
     {
-        const Connection writer(index, Connection::Mode::CREATE);
+        const SqliteConnection writer(index, SqliteConnection::Mode::CREATE);
         writer.execute("PRAGMA journal_mode = WAL; INSERT INTO files VALUES(9, 'late.ts', NULL, NULL, 0, 0)");
         journal = folder.read("index.db-wal");
     }
@@ -166,7 +166,8 @@ TEST_F(ImportIntoFile, ADamagedAnOlderAndAnEmptyIndexAreReplacedButNoneByAnEmpty
     const std::string old = import_old();
     EXPECT_THROW(import({ScipDocument("/a.ts")}), std::runtime_error);
     EXPECT_TRUE(stands_alone(old));
-    Connection(index, Connection::Mode::CREATE).execute("UPDATE meta SET value = '0' WHERE key = 'schema_version'");
+    SqliteConnection(index, SqliteConnection::Mode::CREATE)
+        .execute("UPDATE meta SET value = '0' WHERE key = 'schema_version'");
     for (const std::string& replaceable : {old.substr(0, 5000), folder.read("index.db"), std::string()}) {
         folder.write("index.db", replaceable);
         EXPECT_TRUE(import_old() == old) << replaceable.size();

@@ -20,7 +20,7 @@ using Paths = std::vector<std::string>;
 
 TEST(ConnectionWatch, EndsALongStatementWithWhatItThrows) {
     const TemporaryFolder folder;
-    Connection connection(folder / "a.db", Connection::Mode::CREATE);
+    SqliteConnection connection(folder / "a.db", SqliteConnection::Mode::CREATE);
     connection.watch([] { throw std::out_of_range("enough"); });
     const std::string endless =
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT count(*) FROM n";
@@ -31,8 +31,8 @@ TEST(ConnectionWatch, EndsALongStatementWithWhatItThrows) {
 
 TEST(ConnectionLimit, EndsAStatementThatCostsMoreThanTheFileAndItsParametersExplain) {
     const TemporaryFolder folder;
-    Connection(folder / "a.db", Connection::Mode::CREATE).execute("CREATE TABLE t(x)");
-    const Connection connection(folder / "a.db", Connection::Mode::READ);
+    SqliteConnection(folder / "a.db", SqliteConnection::Mode::CREATE).execute("CREATE TABLE t(x)");
+    const SqliteConnection connection(folder / "a.db", SqliteConnection::Mode::READ);
     const std::string endless = "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) ";
     EXPECT_THROW(connection.execute(endless + "SELECT count(*) FROM n"), SqliteError);
     Statement texts(connection, endless + "SELECT CAST(zeroblob(100000) AS TEXT) FROM n");
@@ -56,7 +56,7 @@ TEST(BoundRanges, AreTheRunsOfTheIntegers) {
 
 class SqliteQueries : public IndexedFolder {
   protected:
-    const Connection connection = open_index(index);
+    const SqliteConnection connection = open_index(index);
 };
 
 TEST_F(SqliteQueries, AreOfOneStateWhileItIsWritten) {
@@ -65,7 +65,7 @@ TEST_F(SqliteQueries, AreOfOneStateWhileItIsWritten) {
     add<DeclarationRow>({{1, 1, "f", "f", "function", true, 1, 1}});
     add<EdgeRow>({{2, 1, IMPORT, 1}});
     const auto write_before_a_statement = [](unsigned, void* path, void*, void*) {
-        Connection(*static_cast<const std::string*>(path), Connection::Mode::CREATE)
+        SqliteConnection(*static_cast<const std::string*>(path), SqliteConnection::Mode::CREATE)
             .execute("BEGIN; UPDATE symbols SET start_line = start_line + 1; UPDATE edges SET refs = refs + 1; COMMIT");
         return 0;
     };
@@ -73,7 +73,7 @@ TEST_F(SqliteQueries, AreOfOneStateWhileItIsWritten) {
     sqlite3_trace_v2(connection.handle(), SQLITE_TRACE_STMT, write_before_a_statement, &index);
     const Page page = load_page(db, Checkout(folder / ""), Paths{"a.ts"});
     EXPECT_EQ(page.facts.inbound.at(0).refs, page.facts.symbols.at(0).start_line);
-    const Connection another = open_index(index);
+    const SqliteConnection another = open_index(index);
     SqliteDatabase later(another, {});
     EXPECT_GT(scope_symbols(later, std::vector<storage::FileId>{1}).at(0).start_line,
               page.facts.symbols.at(0).start_line + 5);

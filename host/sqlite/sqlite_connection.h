@@ -38,13 +38,13 @@ class SqliteError : public IndexError {
 ///
 /// No statement costs more than the size of the file explains: one that does reads a crafted file, as one whose pages lead
 /// back to themselves, and ends as of a damaged one. A file that is empty at first is being made, and has no such limit.
-class Connection {
+class SqliteConnection {
   public:
     enum class Mode { READ, CREATE };
 
     /// To read, pages are compared with their checksums when the file states any: one that has not its own is damage.
     /// The path is taken as it stands: "file:x" and ":memory:" are names of files like any other.
-    Connection(const std::string& path, Mode mode);
+    SqliteConnection(const std::string& path, Mode mode);
 
     /// Runs statements that take no parameters; rows that they return are dropped.
     void execute(const std::string& sql) const;
@@ -91,7 +91,7 @@ class Connection {
 ///     while (files.step()) { use(files.integer(0), files.text(1)); }
 class Statement {
   public:
-    Statement(const Connection& connection, std::string_view sql);
+    Statement(const SqliteConnection& connection, std::string_view sql);
 
     /// The text is copied.
     void bind(int parameter, std::string_view text);
@@ -117,7 +117,7 @@ class Statement {
     struct Finalizer {
         void operator()(sqlite3_stmt* statement) const;
     };
-    const Connection& connection_;
+    const SqliteConnection& connection_;
     std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
 };
 
@@ -125,7 +125,7 @@ class Statement {
 /// the database.
 class Transaction {
   public:
-    explicit Transaction(const Connection& connection);
+    explicit Transaction(const SqliteConnection& connection);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -133,7 +133,7 @@ class Transaction {
     void commit();
 
   private:
-    const Connection& connection_;
+    const SqliteConnection& connection_;
     bool open_ = true;
 };
 

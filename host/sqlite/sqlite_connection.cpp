@@ -1,4 +1,4 @@
-#include "host/sqlite/connection.h"
+#include "host/sqlite/sqlite_connection.h"
 
 #include "host/sqlite/checking_vfs.h"
 
@@ -67,11 +67,11 @@ bool SqliteError::is_about_content() const {
     return is_damage() || code_ == SQLITE_ERROR;
 }
 
-void Connection::Closer::operator()(sqlite3* handle) const {
+void SqliteConnection::Closer::operator()(sqlite3* handle) const {
     sqlite3_close(handle);
 }
 
-Connection::Connection(const std::string& path, Mode mode) : path_(path), most_steps_(most_steps(path)) {
+SqliteConnection::SqliteConnection(const std::string& path, Mode mode) : path_(path), most_steps_(most_steps(path)) {
     const int flags = mode == Mode::READ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     sqlite3* handle = nullptr;
     const char* const vfs = mode == Mode::READ ? checking_vfs() : nullptr;
@@ -89,7 +89,7 @@ Connection::Connection(const std::string& path, Mode mode) : path_(path), most_s
 }
 
 // Has a file that somebody has crafted take no more than it needs, and do nothing.
-void Connection::distrust(Mode mode) const {
+void SqliteConnection::distrust(Mode mode) const {
     constexpr int LONGEST_VALUE = 64 << 20;           // what is bound to a statement may be as long: 3 million ranges
     constexpr int LONGEST_STATEMENT = 100'000;        // also of those that are in the file
     constexpr std::int64_t MOST_MEMORY = 1LL << 30U;  // of all connections together
@@ -101,18 +101,18 @@ void Connection::distrust(Mode mode) const {
     sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);        // NOLINT(*-vararg): so declared
 }
 
-void Connection::execute(const std::string& sql) const {
+void SqliteConnection::execute(const std::string& sql) const {
     begin_statement();
     if (const int code = sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr); code != SQLITE_OK) {
         fail(code);
     }
 }
 
-void Connection::watch(std::function<void()> check_interrupt) {
+void SqliteConnection::watch(std::function<void()> check_interrupt) {
     progress_->check_interrupt = std::move(check_interrupt);
 }
 
-void Connection::follow_progress() const {
+void SqliteConnection::follow_progress() const {
     // No exception may pass through SQLite, which is C.
     const auto is_to_end = [](void* context) -> int {
         Progress& progress = *static_cast<Progress*>(context);
@@ -128,24 +128,24 @@ void Connection::follow_progress() const {
     sqlite3_progress_handler(handle(), PERIOD, is_to_end, progress_.get());
 }
 
-void Connection::begin_statement() const {
+void SqliteConnection::begin_statement() const {
     progress_->steps_left = most_steps_;
 }
 
-void Connection::allow_for(std::size_t bound_bytes) const {
+void SqliteConnection::allow_for(std::size_t bound_bytes) const {
     if (most_steps_ != UNLIMITED) {
         progress_->steps_left += static_cast<std::int64_t>(bound_bytes) * MOST_STEPS_PER_BYTE;
     }
 }
 
-void Connection::count(std::size_t given_bytes) const {
+void SqliteConnection::count(std::size_t given_bytes) const {
     progress_->steps_left -= static_cast<std::int64_t>(given_bytes) * STEPS_PER_GIVEN_BYTE;
     if (progress_->steps_left < 0) {
         fail(SQLITE_INTERRUPT);
     }
 }
 
-void Connection::fail(int code) const {
+void SqliteConnection::fail(int code) const {
     if (progress_->thrown != nullptr) {
         std::rethrow_exception(std::exchange(progress_->thrown, nullptr));
     }
@@ -164,7 +164,7 @@ void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
     sqlite3_finalize(statement);
 }
 
-Statement::Statement(const Connection& connection, std::string_view sql) : connection_(connection) {
+Statement::Statement(const SqliteConnection& connection, std::string_view sql) : connection_(connection) {
     connection.begin_statement();
     sqlite3_stmt* statement = nullptr;
     const int code =
@@ -237,7 +237,7 @@ std::string_view Statement::text(int column) const {
     return {static_cast<const char*>(address), size};
 }
 
-Transaction::Transaction(const Connection& connection) : connection_(connection) {
+Transaction::Transaction(const SqliteConnection& connection) : connection_(connection) {
     connection_.execute("BEGIN");
 }
 
