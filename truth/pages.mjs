@@ -4,7 +4,6 @@ import { resolve } from "node:path";
 
 const TYPES = new Set(["class", "struct", "interface", "type", "enum"]);
 const CALLABLES = new Set(["function", "method", "constructor"]);
-const UNUSED = /^Used by no production file outside this page: (.*?)(?: and (\d+) more)? \(code used/m;
 
 // A declaration by the name that the compilers have: with those of its types and namespaces, without its module's.
 const moduleOf = (path) => path.replace(/(\/__init__)?\.pyi?$/, "").replaceAll("/", ".");
@@ -47,8 +46,7 @@ export function openPages(wikiScope, folder, name) {
         (TYPES.has(kind) || CALLABLES.has(kind)) && isExported && !name.startsWith("_");
       const unused = symbols.filter((symbol) =>
         isListed(symbol) && !used.has(symbol.id) && !types.some((type) => lies(symbol, type)));
-      const [, names = "", more = 0] = consumers.match(UNUSED) ?? [];
-      const said = (names.match(/:L\d+`\)/g) ?? []).length + Number(more);
+      const said = consumers.unused.total;
       if (said !== unused.length) throw new Error(`${path}: lists ${said} as unused, by its rule ${unused.length}`);
       return unused.map(named);
     },

@@ -18,18 +18,19 @@ namespace {
 using std::string_view;
 
 // In the order of `Capture`.
-constexpr auto NAMES = std::to_array<string_view>(
+constexpr auto CAPTURE_NAMES = std::to_array<string_view>(
     {"class",     "struct",   "interface", "enum",        "type",      "function",  "method",    "constructor",
      "attribute", "constant", "variable",  "declaration", "binding",   "namespace", "wrapper",   "of",
      "callable",  "const",    "exported",  "name",        "body",      "value",     "docstring", "part",
      "named",     "link",     "passed",    "all",         "original",  "from",      "mention",   "unmentioned",
      "bound",     "members",  "scope",     "decorator",   "exporting", "testing",   "test",      "comment",
      "visible",   "hidden",   "local",     "export",      "slot",      "list",      "module",    "cpp"});
-static_assert(NAMES.size() == static_cast<std::size_t>(Capture::ARGUMENT));
+static_assert(CAPTURE_NAMES.size() == static_cast<std::size_t>(Capture::ARGUMENT));
 
 std::optional<Capture> capture_named(string_view name) {
-    const auto* const found = std::ranges::find(NAMES, name);
-    return found == NAMES.end() ? std::nullopt : std::optional(static_cast<Capture>(found - NAMES.begin()));
+    const auto* const found = std::ranges::find(CAPTURE_NAMES, name);
+    return found == CAPTURE_NAMES.end() ? std::nullopt
+                                        : std::optional(static_cast<Capture>(found - CAPTURE_NAMES.begin()));
 }
 
 std::string text_of(const Language& language) {
@@ -62,7 +63,7 @@ std::logic_error unusable(const Language& language, const std::string& reason) {
 }  // namespace
 
 string_view name_of(Capture capture) {
-    return capture == Capture::ARGUMENT ? string_view() : NAMES.at(static_cast<std::size_t>(capture));
+    return capture == Capture::ARGUMENT ? string_view() : CAPTURE_NAMES.at(static_cast<std::size_t>(capture));
 }
 
 Query::Query(const Language& language) {
