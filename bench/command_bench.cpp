@@ -1,10 +1,10 @@
-// What whole commands cost on the index of a large repository, beside a bare scan of the same rows, and with the index in
-// a server: command_bench WIKI_SCOPE [postgresql://...]
+// What whole commands cost on the index of a large repository, beside a bare scan of the same rows, and with the index
+// in a server: command_bench WIKI_SCOPE [postgresql://...]
 //
-// The bare scan is the floor: it steps once through every row into and out of a page, in a table of nothing but integers
-// that is clustered by target and has an index by source, and reads its four integers. It keeps nothing, sorts nothing,
-// and knows no paths or names. Of all runs the best counts, of a command as of its scan: what else the machine does only
-// ever adds to a time.
+// The bare scan is the floor: it steps once through every row into and out of a page, in a table of nothing but
+// integers that is clustered by target and has an index by source, and reads its four integers. It keeps nothing, sorts
+// nothing, and knows no paths or names. Of all runs the best counts, of a command as of its scan: what else the machine
+// does only ever adds to a time.
 
 #include "bench/child.h"
 #include "fixtures/generated_repository.h"

@@ -1,5 +1,5 @@
-// Arbitrary bytes as what a client sends: whatever is answered is a message, and the server still answers when they have
-// ended.
+// Arbitrary bytes as what a client sends: whatever is answered is a message, and the server still answers when they
+// have ended.
 
 #include "fixtures/temporary_folder.h"
 #include "fuzz/promise.h"

@@ -9,8 +9,8 @@
 
 namespace host {
 
-/// Adds "--format FORMAT", whose choices are the initial value of `format`, for people, and "json"; and "--json-schema",
-/// which has the command print `schema`, that of its JSON, and do nothing else.
+/// Adds "--format FORMAT", whose choices are the initial value of `format`, for people, and "json"; and
+/// "--json-schema", which has the command print `schema`, that of its JSON, and do nothing else.
 inline void add_format_options(CLI::App& command, std::string& format, std::string_view schema) {
     command.add_option("--format", format, format + " for people, json for programs")
         ->type_name("FORMAT")

@@ -10,8 +10,8 @@ namespace host {
 /// header, `.h`, is "c" until its text is known to be C++.
 std::string_view usual_language(std::string_view path);
 
-/// The language whose grammar reads the file: "tsx" for "a.tsx", and "cpp" for "a.h", since that of C++ reads headers of C
-/// as well; else `usual_language`.
+/// The language whose grammar reads the file: "tsx" for "a.tsx", and "cpp" for "a.h", since that of C++ reads headers
+/// of C as well; else `usual_language`.
 std::string_view usual_dialect(std::string_view path);
 
 /// The extensions of a language's files, without dots, in the order in which its modules are looked for.

@@ -20,8 +20,8 @@
 
 namespace host {
 
-/// Called with rows one by one; their texts are valid during the call. It must not read from the database that calls it:
-/// one query ends before the next begins.
+/// Called with rows one by one; their texts are valid during the call. It must not read from the database that calls
+/// it: one query ends before the next begins.
 template <class Row>
 using OnRow = std::function<void(const Row&)>;
 

@@ -111,9 +111,9 @@ class Index {
     /// The options of a command that name the index: "--index FILE.db". They never hold a password.
     [[nodiscard]] virtual std::string options() const = 0;
 
-    /// Begins a new index in its place; `check_interrupt` is called as after `watch`. Throws `IndexError`, `UnusableIndex`, and
-    /// `std::runtime_error` with one line when what lies there is not to be replaced, or another import into this index
-    /// is running.
+    /// Begins a new index in its place; `check_interrupt` is called as after `watch`. Throws `IndexError`,
+    /// `UnusableIndex`, and `std::runtime_error` with one line when what lies there is not to be replaced, or another
+    /// import into this index is running.
     [[nodiscard]] virtual std::unique_ptr<NewIndex> replace(CheckInterrupt check_interrupt = [] {}) const = 0;
 };
 

@@ -9,9 +9,9 @@
 
 namespace host {
 
-/// The index of a repository in a server. `repository` may be empty to import: the folder of the repository names it then.
-/// Throws `std::runtime_error` with one line, which holds no password, when this is no address, or this program knows no
-/// servers.
+/// The index of a repository in a server. `repository` may be empty to import: the folder of the repository names it
+/// then. Throws `std::runtime_error` with one line, which holds no password, when this is no address, or this program
+/// knows no servers.
 std::unique_ptr<Index> server_index(const std::string& address, const std::string& repository);
 
 /// What a server was prepared for: versions of its schema.
@@ -20,8 +20,8 @@ struct Preparation {
     std::int64_t now = 0;
 };
 
-/// Makes the tables of a database, or brings them to the version that this program knows. Throws as `server_index` does,
-/// `IndexError`, and `UnusableIndex` when they are newer.
+/// Makes the tables of a database, or brings them to the version that this program knows. Throws as `server_index`
+/// does, `IndexError`, and `UnusableIndex` when they are newer.
 Preparation prepare_server(const std::string& address);
 
 /// What a role may do with the indexes of a server.

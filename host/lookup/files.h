@@ -26,8 +26,8 @@ struct ListedFiles {
 };
 
 /// Lists the files of the index that these paths stand for, as `find_paths` reads them in the folder that
-/// `source_folder` finds; no paths stand for all. `tests` are asked before the rules that the index notes. Throws `IndexError`,
-/// and `std::runtime_error` with one line when these cannot be read.
+/// `source_folder` finds; no paths stand for all. `tests` are asked before the rules that the index notes. Throws
+/// `IndexError`, and `std::runtime_error` with one line when these cannot be read.
 ListedFiles list_files(storage::Database& db, std::span<const std::string> named,
                        const std::vector<PathRule>& tests = {});
 

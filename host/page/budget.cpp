@@ -11,7 +11,8 @@ namespace {
 // Shares of a list are counted in thousandths.
 constexpr std::size_t WHOLE = 1000;
 
-// The largest number from `least`, for which `fits` holds, to `most`; it holds for none beyond one for which it does not.
+// The largest number from `least`, for which `fits` holds, to `most`; it holds for none beyond one for which it does
+// not.
 template <class Fits>
 std::size_t largest(std::size_t least, std::size_t most, Fits fits) {
     while (least < most) {
@@ -25,7 +26,8 @@ std::size_t largest(std::size_t least, std::size_t most, Fits fits) {
     return least;
 }
 
-// A passage of which the first items are kept, all of them shortened. It knows how long it is; its text is printed once.
+// A passage of which the first items are kept, all of them shortened. It knows how long it is; its text is printed
+// once.
 class ShortenedPassage {
   public:
     explicit ShortenedPassage(Passage passage) : passage_(std::move(passage)) { measure(); }

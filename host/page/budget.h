@@ -12,10 +12,10 @@ namespace host {
 /// As many bytes of a page count as one token.
 inline constexpr std::size_t BYTES_OF_A_TOKEN = 4;
 
-/// The text of as much of a page as fits into `most` bytes. The sentences that explain give way first; then the items are
-/// shortened, in as few steps as will do; then the tails of all lists, in equal shares, but of those that name each file
-/// half as much; at last whatever there is room for is taken in again. Throws `std::runtime_error` with one line when
-/// what is left without any list does not fit either: it names the least number that would do.
+/// The text of as much of a page as fits into `most` bytes. The sentences that explain give way first; then the items
+/// are shortened, in as few steps as will do; then the tails of all lists, in equal shares, but of those that name each
+/// file half as much; at last whatever there is room for is taken in again. Throws `std::runtime_error` with one line
+/// when what is left without any list does not fit either: it names the least number that would do.
 std::string fitted(std::vector<Passage> passages, std::size_t most);
 
 }  // namespace host

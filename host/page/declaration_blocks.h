@@ -12,9 +12,9 @@
 
 namespace host {
 
-/// The selected declarations of a page, each as a block of its own, in the order of the selection. Each step of shortening
-/// takes from one block, from the last one on, first the source and then the doc comment. A block without a source has
-/// the signature. A source that is part of one that another block prints is not printed; the block says so.
+/// The selected declarations of a page, each as a block of its own, in the order of the selection. Each step of
+/// shortening takes from one block, from the last one on, first the source and then the doc comment. A block without a
+/// source has the signature. A source that is part of one that another block prints is not printed; the block says so.
 class DeclarationBlocks : public Items {
   public:
     /// Asks the index what it says of the declarations in words and, when they are to have their source, reads each of

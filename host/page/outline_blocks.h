@@ -11,9 +11,9 @@
 
 namespace host {
 
-/// The outline of each file under a heading of its own, with a line for each declaration; then the missing paths. Each step
-/// of shortening takes the declaration that matters least from the files that have most of them, and a line says how
-/// many are left out.
+/// The outline of each file under a heading of its own, with a line for each declaration; then the missing paths. Each
+/// step of shortening takes the declaration that matters least from the files that have most of them, and a line says
+/// how many are left out.
 class OutlineBlocks : public Items {
   public:
     /// Both arguments must outlive this object. Throws `IndexError`; as the functions that follow, what

@@ -59,8 +59,8 @@ struct Page {
     const std::vector<wiki::scope::Neighbour> neighbours = wiki::scope::neighbours(facts, options.neighbours);
 };
 
-/// Grounds the page of the named files and folders, as `find_paths` reads them. A file that the checkout does not
-/// give, or that `access` withholds, has no line count and no summary. Throws `IndexError`, and what `before_reading` throws.
+/// Grounds the page of the named files and folders, as `find_paths` reads them. A file that the checkout does not give,
+/// or that `access` withholds, has no line count and no summary. Throws `IndexError`, and what `before_reading` throws.
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options = {}, SourceAccess access = SourceAccess::ALL,
                const BeforeReading& before_reading = {});

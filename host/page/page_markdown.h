@@ -18,9 +18,9 @@ struct MarkdownOptions {
 };
 
 /// Writes the sections of the page, each under its own "##" heading. What the index says of the selected declarations
-/// in words is asked of `db`, which is the page's; their source is left out where `page.sources` gives none. A source that
-/// is part of another one on the page is not printed again. Throws what `tests_reaching` and `fitted` throw; whether
-/// everything was written is for the caller to ask of `out`.
+/// in words is asked of `db`, which is the page's; their source is left out where `page.sources` gives none. A source
+/// that is part of another one on the page is not printed again. Throws what `tests_reaching` and `fitted` throw;
+/// whether everything was written is for the caller to ask of `out`.
 void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const MarkdownOptions& options);
 
 }  // namespace host

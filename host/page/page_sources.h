@@ -16,7 +16,7 @@ namespace host {
 /// Which files of a folder a page may show.
 enum class SourceAccess : std::uint8_t {
     ALL,         ///< each that the index names: the user has chosen the folder
-    AS_INDEXED,  ///< those with the content that the import read: an index must not choose what else of the machine is read
+    AS_INDEXED,  ///< those with the content that the import read: an index must not choose what else is read
 };
 
 /// A file of a page.

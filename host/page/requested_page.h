@@ -34,8 +34,8 @@ struct PageRequest {
     std::optional<std::size_t> max_tokens = std::nullopt;
 };
 
-/// The page that somebody asks for. The rules for tests and the shared summaries of its index are in force as long as it
-/// lives: it is for one thread, and ends before any others that were in force on it.
+/// The page that somebody asks for. The rules for tests and the shared summaries of its index are in force as long as
+/// it lives: it is for one thread, and ends before any others that were in force on it.
 class RequestedPage {
   public:
     /// Both arguments must outlive this object; `before_reading` is called as `load_page` says. Throws `IndexError`,

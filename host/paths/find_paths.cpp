@@ -75,8 +75,8 @@ class Finder {
     Finder(storage::Database& db, const Checkout* checkout, std::span<const std::string> named)
         : files_(db, named), checkout_(checkout) {}
 
-    // Nothing when the index knows no such file or folder, and none that fits a pattern. What it knows itself comes before
-    // what the name means on this machine.
+    // Nothing when the index knows no such file or folder, and none that fits a pattern. What it knows itself comes
+    // before what the name means on this machine.
     std::vector<std::string> find(const std::string& name) {
         if (files_.hold(name)) {
             return {name};

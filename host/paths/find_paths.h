@@ -23,8 +23,8 @@ struct FoundPaths {
     std::vector<Suggestion> suggestions;  ///< for those of the first ten missing paths that something is near to
 };
 
-/// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order;
-/// "." is the root of the repository. "./a//b/" is read as "a/b". What the index does not know so may be a `Glob`, which
+/// Looks `named` up: a path is a file of the index or a folder, which stands for the files below it in path order; "."
+/// is the root of the repository. "./a//b/" is read as "a/b". What the index does not know so may be a `Glob`, which
 /// stands for the files that it matches; and then a path or a `Glob` of this machine, absolute or relative to the
 /// current folder, which is looked up by where it lies in the checkout, unless that is null. The empty path is no
 /// folder. A row of `files` whose path is a blob or holds a NUL is no file: the queries cannot be asked for it. Throws

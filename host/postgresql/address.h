@@ -12,8 +12,8 @@ namespace host::postgresql {
 /// out: what it does not say the environment does, as to every client of PostgreSQL (PGHOST, PGPASSWORD, .pgpass).
 class Address {
   public:
-    /// Throws `std::runtime_error` with one line when it is none. That line does not quote it: it may hold a password, and
-    /// where it is misspelt nobody knows which part of it is one.
+    /// Throws `std::runtime_error` with one line when it is none. That line does not quote it: it may hold a password,
+    /// and where it is misspelt nobody knows which part of it is one.
     explicit Address(std::string_view url);
 
     /// As it was given, but without the password.

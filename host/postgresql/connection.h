@@ -52,10 +52,10 @@ class Connection {
     /// Runs a statement without parameters. What the server warns of first; empty for nothing.
     std::string warning_of(const std::string& sql);
 
-    /// Begins a transaction of this mode, and runs `settings` in it. Every statement belongs in one: names are looked up
-    /// in the system's own schema there, so that nothing that other users of the database have made is called, whatever
-    /// the settings of the database and the role say. It ends with "COMMIT", and leaves nothing behind in the session,
-    /// which a pool may give to others.
+    /// Begins a transaction of this mode, and runs `settings` in it. Every statement belongs in one: names are looked
+    /// up in the system's own schema there, so that nothing that other users of the database have made is called,
+    /// whatever the settings of the database and the role say. It ends with "COMMIT", and leaves nothing behind in the
+    /// session, which a pool may give to others.
     void begin(const std::string& mode, const std::string& settings = "");
 
     [[nodiscard]] bool is_lost() const;

@@ -7,8 +7,8 @@
 
 namespace host::postgresql {
 
-/// The statements that give a role what `rights` says and take from it what else it has, in one transaction. To be run by
-/// the owner of the schema.
+/// The statements that give a role what `rights` says and take from it what else it has, in one transaction. To be run
+/// by the owner of the schema.
 std::string grants(const Rights& rights);
 
 }  // namespace host::postgresql

@@ -10,8 +10,8 @@ const std::string HOLDER = R"sql(
     FROM pg_catalog.pg_locks AS held JOIN pg_catalog.pg_stat_activity AS activity ON activity.pid = held.pid
 )sql";
 
-// An advisory lock of two numbers, of which the first is "wiki", in letters. Such a lock is in the server's list of locks
-// with `objsubid` 2.
+// An advisory lock of two numbers, of which the first is "wiki", in letters. Such a lock is in the server's list of
+// locks with `objsubid` 2.
 const std::string SCHEMA_LOCK = "2003397481";
 const std::string TRY_SCHEMA = "SELECT 1 WHERE pg_catalog.pg_try_advisory_xact_lock(" + SCHEMA_LOCK + ", 0)";
 const std::string HOLDER_OF_SCHEMA = HOLDER + R"sql(

@@ -14,8 +14,8 @@
 namespace host::postgresql {
 
 /// A new snapshot of a repository. It is written and made current in one transaction, so that nobody sees a part of it;
-/// then the one before is removed, together with what an import that was killed meanwhile has left of others. Pages that
-/// are being read go on to see theirs: the server keeps its rows for them.
+/// then the one before is removed, together with what an import that was killed meanwhile has left of others. Pages
+/// that are being read go on to see theirs: the server keeps its rows for them.
 ///
 /// The row of the repository is locked against other imports into it; that lock goes with the transaction.
 class NewPostgresqlIndex : public NewIndex {

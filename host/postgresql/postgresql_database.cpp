@@ -15,9 +15,9 @@ namespace host::postgresql {
 
 namespace {
 
-// The planner may know nothing yet of a snapshot that was copied a moment ago, and then takes all plans for equally cheap.
-// So nothing is left to its estimates: rows are asked for range by range, and in the order of the index that is made for
-// it, since no other has them in that order and nothing may be sorted where it can be helped.
+// The planner may know nothing yet of a snapshot that was copied a moment ago, and then takes all plans for equally
+// cheap. So nothing is left to its estimates: rows are asked for range by range, and in the order of the index that is
+// made for it, since no other has them in that order and nothing may be sorted where it can be helped.
 constexpr const char* PLANS = R"sql(
     SET LOCAL enable_sort = off;
     SET LOCAL enable_seqscan = off;
@@ -40,7 +40,8 @@ std::string between(const std::string& table, const std::string& key, const std:
 
 // Rows whose integer in a column lies in one of the ranges that are bound to $3 and $4.
 std::string in_ranges(const std::string& table, const std::string& column) {
-    return "FROM ROWS FROM(pg_catalog.unnest($3::bigint[]), pg_catalog.unnest($4::bigint[])) AS range(first, last) CROSS JOIN LATERAL " +
+    return "FROM ROWS FROM(pg_catalog.unnest($3::bigint[]), pg_catalog.unnest($4::bigint[])) AS range(first, last) "
+           "CROSS JOIN LATERAL " +
            between(table, column, "range.first", "range.last");
 }
 
@@ -151,10 +152,10 @@ void PostgresqlDatabase::find_snapshot() {
 std::string PostgresqlDatabase::known_repositories() {
     constexpr int MOST = 10;
     std::string names;
-    Rows rows(
-        connection_,
-        "SELECT pg_catalog.convert_to(name, 'UTF8') FROM wiki_scope.repositories WHERE snapshot > 0 ORDER BY name LIMIT $1",
-        Parameters().integer(MOST + 1));
+    Rows rows(connection_,
+              "SELECT pg_catalog.convert_to(name, 'UTF8') FROM wiki_scope.repositories WHERE snapshot > 0 "
+              "ORDER BY name LIMIT $1",
+              Parameters().integer(MOST + 1));
     for (int count = 0; rows.step(); ++count) {
         names.append(count == 0 ? " (there are " : ", ")
             .append(count < MOST ? without_control_characters(rows.bytes(0)) : "...");

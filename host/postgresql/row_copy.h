@@ -18,8 +18,8 @@
 namespace host::postgresql {
 
 /// Copies rows into a snapshot of a repository, in binary form. Rows of a table are collected until they are worth a
-/// statement of their own, since rows of several tables come in turns. Where policies guard the tables, which the server
-/// does not copy into, rows go through staging tables of the transaction's own. The connection must outlive it.
+/// statement of their own, since rows of several tables come in turns. Where policies guard the tables, which the
+/// server does not copy into, rows go through staging tables of the transaction's own. The connection must outlive it.
 class RowCopy : public RowWriter {
   public:
     RowCopy(Connection& connection, std::int64_t repository, std::int64_t snapshot);
@@ -50,8 +50,8 @@ class RowCopy : public RowWriter {
         TableChecksum checksum;
     };
 
-    // Appends a row of the table at a place in `SNAPSHOT_TABLES`: a value for each of its columns, in their order. Values
-    // are integers, booleans and bytes, or none.
+    // Appends a row of the table at a place in `SNAPSHOT_TABLES`: a value for each of its columns, in their order.
+    // Values are integers, booleans and bytes, or none.
     template <std::size_t PLACE, class... Values>
     void append(const Values&... values);
     void copy(std::size_t table);

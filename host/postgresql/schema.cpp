@@ -103,8 +103,8 @@ constexpr std::array MIGRATIONS{
             FROM wiki_scope.symbols GROUP BY repository, snapshot, id / 30;
         UPDATE wiki_scope.repositories SET checksums = NULL;
     )sql",
-    // How an import removes rows without the right to, with which it could lock tables and so hold off their readers. Who
-    // has the row of a repository locked may change it.
+    // How an import removes rows without the right to, with which it could lock tables and so hold off their readers.
+    // Who has the row of a repository locked may change it.
     R"sql(
         CREATE FUNCTION wiki_scope.remove_other_snapshots(integer) RETURNS void
         LANGUAGE plpgsql SECURITY DEFINER SET search_path = pg_catalog, pg_temp AS $$
@@ -139,10 +139,10 @@ constexpr const char* OTHER_OWNER = R"sql(
     LIMIT 1
 )sql";
 
-// Somebody else than who asks or a superuser, who has code run by whoever reads or imports, with the rights of these: who
-// owns something in the schema without owning the schema, or the function of a trigger; and the owner of the schema, where
-// its tables are views or have rules or triggers, where their policies, constraints, defaults or indexes call functions
-// that are not the system's, or where a function runs with the rights of who calls it.
+// Somebody else than who asks or a superuser, who has code run by whoever reads or imports, with the rights of these:
+// who owns something in the schema without owning the schema, or the function of a trigger; and the owner of the
+// schema, where its tables are views or have rules or triggers, where their policies, constraints, defaults or indexes
+// call functions that are not the system's, or where a function runs with the rights of who calls it.
 constexpr const char* OWNER_OF_CODE = R"sql(
     WITH RECURSIVE schema AS (
         SELECT oid, nspowner AS owner FROM pg_catalog.pg_namespace WHERE nspname = 'wiki_scope'

@@ -2,8 +2,8 @@
 //
 // All tables are in the schema "wiki_scope" of their database. The key of every table begins with the number of the
 // repository and the number of the snapshot, so that tables can be partitioned by repository, or distributed over
-// several servers; `repositories` says which snapshot is current. Texts are bytes, since those of an index may hold any.
-// Rows are numbered and ordered as in every index (host/index/rows.h).
+// several servers; `repositories` says which snapshot is current. Texts are bytes, since those of an index may hold
+// any. Rows are numbered and ordered as in every index (host/index/rows.h).
 #pragma once
 
 #include "host/postgresql/connection.h"

@@ -1,7 +1,7 @@
 // The tables whose rows belong to a snapshot of a repository.
 //
-// Migrations (schema.cpp) say on their own how the tables came to be, and are never changed; the tables that they lead to
-// are these.
+// Migrations (schema.cpp) say on their own how the tables came to be, and are never changed; the tables that they lead
+// to are these.
 #pragma once
 
 #include <algorithm>

@@ -13,8 +13,8 @@ namespace host::postgresql {
 /// The sum of a hash (XXH3) of each row, so that the order of the rows does not matter.
 class TableChecksum {
   public:
-    /// `row` holds the values of the table's columns, as they are sent: each behind its length of four bytes, which is -1
-    /// for NULL.
+    /// `row` holds the values of the table's columns, as they are sent: each behind its length of four bytes, which is
+    /// -1 for NULL.
     void add(std::string_view row);
 
     [[nodiscard]] std::int64_t value() const { return static_cast<std::int64_t>(sum_); }

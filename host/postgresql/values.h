@@ -27,8 +27,8 @@ inline std::int64_t integer_of(std::string_view bytes) {
     return static_cast<std::int64_t>(integer);
 }
 
-/// The parameters of a statement, $1 and on. Texts of an index are bytes to the server, which knows no texts that are not
-/// in its encoding or hold a NUL.
+/// The parameters of a statement, $1 and on. Texts of an index are bytes to the server, which knows no texts that are
+/// not in its encoding or hold a NUL.
 class Parameters {
   public:
     Parameters& integer(std::int64_t integer);

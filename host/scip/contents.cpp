@@ -122,8 +122,8 @@ class ContentsReader {
                                : contents_.symbols.number(of_project(symbol, folder_));
     }
 
-    // The number of a symbol that the document declares. Where its package has no name, it is that of the project in the
-    // folder that the document's path leaves: many projects have a `src/index.ts`.
+    // The number of a symbol that the document declares. Where its package has no name, it is that of the project in
+    // the folder that the document's path leaves: many projects have a `src/index.ts`.
     std::optional<SymbolNumber> number_of_declared(std::string_view symbol) {
         const std::optional<SymbolNumber> stated = number_of(symbol);
         const std::optional<std::string> file = file_of_nameless_package(symbol);

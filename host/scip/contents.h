@@ -1,10 +1,9 @@
 // What SCIP files say of a repository, put together by source file.
 //
-// A SCIP file is a list of documents, each a list of occurrences; documents of one or of several SCIP files may speak of
-// one source file, and a symbol is the same wherever it stands. Every
-// document is read once: its definitions are kept, and its references counted by what their tokens name. So what is
-// kept grows with symbols, and with pairs of a file and what it mentions, not with occurrences. Signatures and
-// documentation go to a spool.
+// A SCIP file is a list of documents, each a list of occurrences; documents of one or of several SCIP files may speak
+// of one source file, and a symbol is the same wherever it stands. Every document is read once: its definitions are
+// kept, and its references counted by what their tokens name. So what is kept grows with symbols, and with pairs of a
+// file and what it mentions, not with occurrences. Signatures and documentation go to a spool.
 #pragma once
 
 #include "host/files/text_spool.h"
@@ -95,7 +94,8 @@ struct ContentsListener {
     std::function<bool(const std::string& path, bool is_generated)> wants = [](auto&, bool) { return true; };
     /// Called with the path and the stated language of each source file, when its first document begins.
     std::function<void(const std::string& path, const std::string& language)> new_file = [](auto&, auto&) {};
-    /// Asked for the text of a source file whose language decides by texts what tokens name; none where it is not there.
+    /// Asked for the text of a source file whose language decides by texts what tokens name; none where it is not
+    /// there.
     std::function<std::optional<std::string>(const std::string& path)> text_of = [](auto&) { return std::nullopt; };
     /// Called after each document. What it throws ends the reading.
     std::function<void()> after_document = [] {};

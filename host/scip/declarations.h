@@ -1,8 +1,8 @@
 // The rules by which a symbol becomes a declaration of a certain kind.
 //
 // An indexer that states a symbol's kind is believed. For one that does not, the source says the kind; where it is not
-// there or leaves that open, the kind follows from the last two descriptors, from the signature and from what the source
-// says of a variable:
+// there or leaves that open, the kind follows from the last two descriptors, from the signature and from what the
+// source says of a variable:
 //
 //     Observable#subscribe().     a method, for it stands directly in a type
 //     identity().                 a function

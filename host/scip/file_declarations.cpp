@@ -231,8 +231,8 @@ class FileReader {
         candidates_[std::max(first, second)].group = std::min(first, second);
     }
 
-    // Whether the first of two that are one declaration gives its kind and lines: a class or struct, else the one with more lines, for an
-    // interface of three lines does not hide the function of its name.
+    // Whether the first of two that are one declaration gives its kind and lines: a class or struct, else the one with
+    // more lines, for an interface of three lines does not hide the function of its name.
     static bool is_better(const Declaration& left, const Declaration& right) {
         const auto key = [](const Declaration& declaration) {
             const bool is_class = declaration.kind == "class" || declaration.kind == "struct";
@@ -241,7 +241,8 @@ class FileReader {
         return key(left) < key(right);
     }
 
-    // What else is one with a declaration belongs to it: it is public if one of them is, and its texts are those of all.
+    // What else is one with a declaration belongs to it: it is public if one of them is, and its texts are those of
+    // all.
     static void add_to(Declaration& declaration, const Declaration& other) {
         declaration.is_public = declaration.is_public || other.is_public;
         if (declaration.documentation.empty()) {

@@ -1,8 +1,8 @@
-// The import of SCIP files: from what indexers have found in a repository, and what its sources say, to an index that can
-// be queried.
+// The import of SCIP files: from what indexers have found in a repository, and what its sources say, to an index that
+// can be queried.
 //
-// Every path of the SCIP files becomes a file, every global symbol that they define a declaration (file_declarations.h),
-// and what their other tokens name become edges (indexing/references.h).
+// Every path of the SCIP files becomes a file, every global symbol that they define a declaration
+// (file_declarations.h), and what their other tokens name become edges (indexing/references.h).
 #pragma once
 
 #include "host/index/index.h"

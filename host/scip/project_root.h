@@ -1,8 +1,8 @@
 // The folders that SCIP files were made of, and how they lie in one repository.
 //
-// The paths of a SCIP file are relative to its project root, a folder that it states as a URI. The paths of an index are
-// relative to the root of the repository. This is the checkout where all project roots lie in it, else the deepest folder
-// above all of them:
+// The paths of a SCIP file are relative to its project root, a folder that it states as a URI. The paths of an index
+// are relative to the root of the repository. This is the checkout where all project roots lie in it, else the deepest
+// folder above all of them:
 //
 //     project roots            checkout      root of the repository    folders of the projects
 //     /r/front  /r/back                      /r                        front  back

@@ -53,9 +53,8 @@ bool is_local(std::string_view symbol);
 /// In bytes. No indexer writes longer symbols or names; every text that is made of one takes its size again.
 inline constexpr std::size_t LONGEST_SYMBOL = 65'536;
 
-/// The parts of a global symbol; none when the string does not parse or is longer than `LONGEST_SYMBOL`. A variable that scip-python names twice has one
-/// descriptor. Every byte of a character beyond ASCII is taken
-/// for a letter.
+/// The parts of a global symbol; none when the string does not parse or is longer than `LONGEST_SYMBOL`. A variable
+/// that scip-python names twice has one descriptor. Every byte of a character beyond ASCII is taken for a letter.
 std::optional<Symbol> parse_symbol(std::string_view symbol);
 
 /// The symbol as the project in `folder` of a repository means it. A package without a name is that of the project

@@ -50,8 +50,8 @@ class SymbolTable {
 
     [[nodiscard]] std::size_t size() const { return symbols_.size(); }
 
-    /// How many distinct symbols do not parse, or have control characters in their name. Those that are too long are told
-    /// apart by how they begin.
+    /// How many distinct symbols do not parse, or have control characters in their name. Those that are too long are
+    /// told apart by how they begin.
     [[nodiscard]] std::size_t unparsed() const { return numbers_.size() - symbols_.size(); }
 
   private:

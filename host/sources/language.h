@@ -1,7 +1,7 @@
 // The languages whose sources are understood, as data: a grammar, a query, and what a name without a mark is.
 //
-// A query (queries/*.scm) says by which nodes of a language's syntax trees something is stated. A match that has a @name
-// declares what it is about; one without states more of what another one declares. The captures mean:
+// A query (queries/*.scm) says by which nodes of a language's syntax trees something is stated. A match that has a
+// @name declares what it is about; one without states more of what another one declares. The captures mean:
 //
 //     @class, @struct, @interface, @enum, @type, @function, @method, @constructor, @attribute, @constant, @variable
 //                    a declaration of this kind; of several patterns that state one, the last in the query is right
@@ -71,8 +71,8 @@ struct Language {
     const TSLanguage* (*grammar)();
     std::span<const std::string_view> queries;  ///< read one after the other as one
     Unmarked unmarked;
-    /// The word with which a declaration begins that is not as one without it: public, or hidden where those are public.
-    /// Empty where there is none.
+    /// The word with which a declaration begins that is not as one without it: public, or hidden where those are
+    /// public. Empty where there is none.
     std::string_view mark;
     /// How a comment begins that documents a declaration; where there are none, only docstrings do.
     std::span<const std::string_view> documentation_marks;
@@ -85,8 +85,8 @@ struct Language {
     std::string (*mend)(std::string_view text) = nullptr;
 };
 
-/// The language of a file by what its document states (in lower case, may be empty), else by its path; null for one that
-/// is not understood. A header is read as C++ unless C is stated.
+/// The language of a file by what its document states (in lower case, may be empty), else by its path; null for one
+/// that is not understood. A header is read as C++ unless C is stated.
 const Language* understood_language(std::string_view stated, std::string_view path);
 
 /// All languages, each once.

@@ -17,7 +17,7 @@ namespace host::sources {
 ///     export * as b from "./m"         b is ./m, and exported
 ///     export * from "./m"              every name of ./m, and exported
 ///
-///     from m import a as b             b is a of m, or its submodule a; exported, as all names of a module are in Python
+///     from m import a as b             b is a of m, or its submodule a; exported, as all names in Python
 ///     import m.n as b                  b is m.n
 ///     from m import *                  every public name of m, and exported
 struct Link {

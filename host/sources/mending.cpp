@@ -60,7 +60,8 @@ void blank_arguments_of_tags(std::string& text) {
     }
 }
 
-// How long the type parameters of a function type are that is itself a type argument; 0 when the "<" is of something else.
+// How long the type parameters of a function type are that is itself a type argument; 0 when the "<" is of something
+// else.
 std::size_t length_of_type_parameters(const Token& token, string_view text) {
     if (token.text != "<" || token.begin < 2 || text[token.begin - 1] != '<' || !is_of_name(text[token.begin - 2])) {
         return 0;

@@ -6,11 +6,11 @@
 
 namespace host::sources {
 
-/// The text of a TypeScript file with what the grammar does not know put as what it does know. The result is as long, and
-/// every name and line that is left stands in its place. It may be wrong where a rule takes one thing for another, so
-/// it is of use only where the text itself does not parse.
+/// The text of a TypeScript file with what the grammar does not know put as what it does know. The result is as long,
+/// and every name and line that is left stands in its place. It may be wrong where a rule takes one thing for another,
+/// so it is of use only where the text itself does not parse.
 ///
-///     <K>(key: K): Box<K>                       <K>(key: K): Box<K>            a line with "<" is a new member, and not
+///     <K>(key: K): Box<K>                       <K>(key: K): Box<K>            a line with "<" is a member, not
 ///     <K, V>(key: K): Box<V>                   ;<K, V>(key: K): Box<V>         type arguments of the one above
 ///     interface A<in out T, out U>              interface A<       T,     U>
 ///     type A = B<<C>(c: C) => D>                type A = B<   (c: C) => D>

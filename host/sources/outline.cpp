@@ -154,7 +154,8 @@ class OutlineReader {
         last_end_ = whole.end;
     }
 
-    // Adds whether a declaration can be called, and by which names, from its node and from the types that are part of it.
+    // Adds whether a declaration can be called, and by which names, from its node and from the types that are part of
+    // it.
     void add_callability(NodeId id, SourceDeclaration& declaration) const {
         std::vector<NodeId> parts{id};
         while (!parts.empty()) {

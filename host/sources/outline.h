@@ -42,8 +42,8 @@ struct SourceDeclaration {
     bool is_constant = false;   ///< whether it is a variable without a kind that is said to stay as it is
     std::string signature;      ///< its text up to the body, as many lines as that takes, without their common indent
     std::string documentation;  ///< its doc comment as prose; empty when it has none
-    /// Of a type, and of a variable without a kind: the names of types, each without its scope, by one of which it can be
-    /// called if that can be. `core.Parse<T> & Named` gives Parse and Named.
+    /// Of a type, and of a variable without a kind: the names of types, each without its scope, by one of which it can
+    /// be called if that can be. `core.Parse<T> & Named` gives Parse and Named.
     std::vector<std::string> type_names;
 };
 
@@ -74,13 +74,14 @@ struct Outline {
 inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
 
 /// Parses the text of a source file. What stands in a damaged part of it is left out. None when the text is not UTF-8,
-/// when it is larger than `LARGEST_SOURCE` or takes seconds or hundreds of megabytes to parse, as no source does, and when
-/// `is_cancelled`, which is read all the while, becomes true. May be called on several threads.
+/// when it is larger than `LARGEST_SOURCE` or takes seconds or hundreds of megabytes to parse, as no source does, and
+/// when `is_cancelled`, which is read all the while, becomes true. May be called on several threads.
 std::optional<Outline> outline_of(std::string_view text, const Language& language,
                                   const std::atomic<bool>& is_cancelled);
 
-/// The same for the file at `path`, in the language that `understood_language` gives; none where it gives none. A header without
-/// a stated language is read as C when it holds nothing that C has not, and as much of it is damaged in C++.
+/// The same for the file at `path`, in the language that `understood_language` gives; none where it gives none. A
+/// header without a stated language is read as C when it holds nothing that C has not, and as much of it is damaged in
+/// C++.
 std::optional<Outline> outline_of(std::string_view text, std::string_view stated_language, std::string_view path,
                                   const std::atomic<bool>& is_cancelled);
 

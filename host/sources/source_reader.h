@@ -56,8 +56,8 @@ class SourceReader {
     /// Has the file at `path` read, once for each path. `language` is what its document states, in lower case.
     void request(const std::string& path, const std::string& language);
 
-    /// Waits for all that was requested, calling `check_interrupt` every few milliseconds. The reader is done then. Throws what
-    /// the spool or `check_interrupt` throws.
+    /// Waits for all that was requested, calling `check_interrupt` every few milliseconds. The reader is done then.
+    /// Throws what the spool or `check_interrupt` throws.
     Sources finish(const std::function<void()>& check_interrupt);
 
   private:

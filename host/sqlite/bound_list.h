@@ -10,8 +10,9 @@
 
 namespace host {
 
-/// Integers as the ranges that they form: [1, 2, 3, 7] gives "[[1,3],[7,7]]", which `json_each(?1) AS range` takes apart
-/// into rows with `range.value ->> 0` and `range.value ->> 1`, first and last. In any order, with or without repeats.
+/// Integers as the ranges that they form: [1, 2, 3, 7] gives "[[1,3],[7,7]]", which `json_each(?1) AS range` takes
+/// apart into rows with `range.value ->> 0` and `range.value ->> 1`, first and last. In any order, with or without
+/// repeats.
 std::string bound_ranges(std::vector<std::int64_t> integers);
 
 /// The texts as a JSON array of strings that SQLite reads back byte for byte: bytes that are not UTF-8 stand as they

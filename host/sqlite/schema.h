@@ -26,9 +26,9 @@ void create_schema(const SqliteConnection& connection);
 /// Creates what the queries search by. Best done once all rows are inserted. Throws `SqliteError`.
 void create_indexes(const SqliteConnection& connection);
 
-/// Opens an index for reading: it has the tables and indexes that the two above create, word for word, and nothing else.
-/// Throws `UnusableIndex`, and `std::runtime_error` with one line that says what to do when
-/// the file cannot be read.
+/// Opens an index for reading: it has the tables and indexes that the two above create, word for word, and nothing
+/// else. Throws `UnusableIndex`, and `std::runtime_error` with one line that says what to do when the file cannot be
+/// read.
 SqliteConnection open_index(const std::string& path);
 
 /// Whether something is at `path` that is not an empty file. Throws `std::runtime_error` with one line when that

@@ -36,8 +36,9 @@ class SqliteError : public IndexError {
 
 /// A connection to one database file. Every function throws `SqliteError`.
 ///
-/// No statement costs more than the size of the file explains: one that does reads a crafted file, as one whose pages lead
-/// back to themselves, and ends as of a damaged one. A file that is empty at first is being made, and has no such limit.
+/// No statement costs more than the size of the file explains: one that does reads a crafted file, as one whose pages
+/// lead back to themselves, and ends as of a damaged one. A file that is empty at first is being made, and has no such
+/// limit.
 class SqliteConnection {
   public:
     enum class Mode { READ, CREATE };
@@ -49,8 +50,8 @@ class SqliteConnection {
     /// Runs statements that take no parameters; rows that they return are dropped.
     void execute(const std::string& sql) const;
 
-    /// Has `check_interrupt` called every few milliseconds while a statement runs. What it throws ends the statement, and comes
-    /// out of the function that ran it.
+    /// Has `check_interrupt` called every few milliseconds while a statement runs. What it throws ends the statement,
+    /// and comes out of the function that ran it.
     void watch(std::function<void()> check_interrupt);
 
     /// Begins to count what a statement costs.

@@ -8,10 +8,10 @@ class Descriptions : public IndexedFolder {};
 
 TEST_F(Descriptions, AreReadForEachOfManyDeclarationsInTheirOrder) {
     constexpr RowId COUNT = 1001;
-    change(
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) INSERT INTO descriptions SELECT i, i, '' FROM n "
-        "LIMIT " +
-        std::to_string(COUNT));
+    change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+           "INSERT INTO descriptions SELECT i, i, '' FROM n "
+           "LIMIT " +
+           std::to_string(COUNT));
     std::vector<storage::SymbolId> ids;
     std::string expected;
     for (RowId id = COUNT; id > 0; --id) {

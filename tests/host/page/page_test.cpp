@@ -298,14 +298,14 @@ TEST_F(PrintedPage, DrawsThirtyNodesAtMostWhateverTheirPathsHold) {
 }
 
 TEST_F(PrintedPage, HoldsNothingThatARepositoryCouldTakeItOverWith) {
-    change(
-        "UPDATE files SET path = '__lib__/<b>|`' || char(10) || '## G.ts' WHERE id = 3;"
-        "UPDATE files SET path = 'src/a|b.ts' WHERE id = 1;"
-        "UPDATE files SET path = 'test/_x_|' || char(27) || '[31m.ts' WHERE id = 4;"
-        "UPDATE symbols SET name = 'f`' || char(10, 10) || '## Injected', fqn = char(27) WHERE id = 1;"
-        "UPDATE resolutions SET name = '`<b>' || char(13) WHERE id = 3;"
-        "UPDATE files SET language = '<img src=x>' WHERE id = 2;"
-        "UPDATE descriptions SET signature = '```' || char(13) || '## G', documentation = 'Says' || char(13) || '## G'");
+    change("UPDATE files SET path = '__lib__/<b>|`' || char(10) || '## G.ts' WHERE id = 3;"
+           "UPDATE files SET path = 'src/a|b.ts' WHERE id = 1;"
+           "UPDATE files SET path = 'test/_x_|' || char(27) || '[31m.ts' WHERE id = 4;"
+           "UPDATE symbols SET name = 'f`' || char(10, 10) || '## Injected', fqn = char(27) WHERE id = 1;"
+           "UPDATE resolutions SET name = '`<b>' || char(13) WHERE id = 3;"
+           "UPDATE files SET language = '<img src=x>' WHERE id = 2;"
+           "UPDATE descriptions SET signature = '```' || char(13) || '## G', "
+           "documentation = 'Says' || char(13) || '## G'");
     folder.write("src/a|b.ts", "// <img onerror=x> __init__\nclass One {\n  // \r```\r## G\x1B\n}\n");
     const std::string page = print("src 'no\n`|.ts'") + print("src --no-source --only declarations");
     const std::string card = "| `src/a\\|b.ts` | 4 | 2 | \\<img onerror=x> \\_\\_init\\_\\_ | "

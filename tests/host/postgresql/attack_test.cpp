@@ -32,7 +32,8 @@ class AttackedServer : public Server {
     }
 };
 
-// Functions, aggregates and operators that suit the arguments of our statements better than the server's own, or as well.
+// Functions, aggregates and operators that suit the arguments of our statements better than the server's own, or as
+// well.
 void shadow_builtins(Connection& attacker) {
     constexpr std::array FUNCTIONS{
         "convert_to(text, text) RETURNS bytea",

@@ -1,7 +1,7 @@
 // Writers and readers of one server, whose backends are killed meanwhile: tools/with-postgresql server_load SECONDS
 //
-// Eight import and eight print pages, over twenty repositories, each time as a program of its own. Every page is that of
-// one import or a clear error, and at the end each repository is as its last import has left it.
+// Eight import and eight print pages, over twenty repositories, each time as a program of its own. Every page is that
+// of one import or a clear error, and at the end each repository is as its last import has left it.
 
 #include "fixtures/generated_repository.h"
 #include "fixtures/temporary_folder.h"

@@ -180,10 +180,9 @@ TEST_F(ScipImport, ProjectsWithoutANameShareNoDeclarations) {
                                               ScipDocument("lost.ts").refers(f),
                                               ScipDocument("bare.ts").occurs(file, 0, {0, 7, 16})};
     import_with_sources(documents);
-    EXPECT_EQ(
-        rows(
-            "SELECT path || ' ' || name || ' ' || kind AS row FROM symbols JOIN files ON files.id = file_id ORDER BY symbols.id"),
-        "one/a.ts f function; two/a.ts a module; two/a.ts f function; two/g.ts g function");
+    EXPECT_EQ(rows("SELECT path || ' ' || name || ' ' || kind AS row FROM symbols "
+                   "JOIN files ON files.id = file_id ORDER BY symbols.id"),
+              "one/a.ts f function; two/a.ts a module; two/a.ts f function; two/g.ts g function");
     EXPECT_EQ(edges(), "bare.ts 2 import 1; lost.ts 1 ambiguous 1; lost.ts 3 ambiguous 1; one/a.ts 1 local 1; "
                        "one/a.ts 4 import 1; user.ts 1 import 1");
 }

@@ -6,7 +6,8 @@ namespace host::scip {
 namespace {
 
 std::string texts_of(const std::string& name) {
-    return "SELECT signature || '|' || documentation AS row FROM descriptions JOIN symbols ON id = symbol_id WHERE name = '" +
+    return "SELECT signature || '|' || documentation AS row FROM descriptions "
+           "JOIN symbols ON id = symbol_id WHERE name = '" +
            name + "'";
 }
 

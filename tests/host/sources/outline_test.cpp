@@ -257,11 +257,9 @@ TEST(Outline, ADocCommentStandsWhereTheCompilerOfTheLanguageLooksForIt) {
 }
 
 TEST(Outline, MembersOfTypesNeedNoSeparatorBetweenLines) {
-    EXPECT_EQ(
-        declarations(
-            "a.ts",
-            "export const f: {\n  <A>(a: A): B<A>\n  /** a */\n  <A>(): A\n  <A, B>(a: A): C\n} = g(\n)\nconst h = a\n< b"),
-        "f 1-7 public callable constant; h 8-9 constant");
+    EXPECT_EQ(declarations("a.ts", "export const f: {\n  <A>(a: A): B<A>\n  /** a */\n"
+                                   "  <A>(): A\n  <A, B>(a: A): C\n} = g(\n)\nconst h = a\n< b"),
+              "f 1-7 public callable constant; h 8-9 constant");
 }
 
 TEST(Outline, WhereATextDoesNotParseItsLinesSayWhatIsPublic) {

@@ -99,8 +99,8 @@ TEST_F(SqliteQueries, NeedOneStatementForAPageOfAnySizeAndNoFullScan) {
 
     sqlite3_trace_v2(connection.handle(), 0, nullptr, nullptr);
     // "src" as a file, then as a folder; the content that was indexed; whether there are other files; which files are
-    // damaged; the files, their declarations and paths; the edges into them; the names of resolutions; the languages; the edges out of them; the
-    // edges into them from tests.
+    // damaged; the files, their declarations and paths; the edges into them; the names of resolutions; the languages;
+    // the edges out of them; the edges into them from tests.
     EXPECT_EQ(queries.size(), 12U) << testing::PrintToString(queries);
     std::erase_if(queries, [](const std::string& query) { return query.ends_with("LIMIT ?1)"); });  // ends early
     for (const std::string& query : queries) {
