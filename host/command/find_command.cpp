@@ -33,7 +33,7 @@ struct FindArguments {
 void print_declarations(const FindArguments& arguments, storage::Database& index) {
     const FoundDeclarations found = find_declarations(index, arguments.name, arguments.limit);
     if (found.count == 0) {
-        throw std::runtime_error(said_of_none(arguments.name));
+        throw std::runtime_error(nothing_found(arguments.name));
     }
     print([&](std::ostream& out) { arguments.format == "json" ? write_json(out, found) : write_text(out, found); });
     if (const std::int64_t more = found.count - std::ssize(found.best); more > 0) {

@@ -34,10 +34,10 @@ PageRequest request_of(const PageArguments& arguments) {
     if (arguments.format == "json") {
         request.format = PageRequest::Format::JSON;
         if (request.max_bytes || request.max_tokens) {
-            throw CLI::ValidationError(request.max_bytes ? "--max-bytes" : "--max-tokens", "shortens Markdown alone");
+            throw CLI::ValidationError(request.max_bytes ? "--max-bytes" : "--max-tokens", "applies to Markdown only");
         }
         if (arguments.without_source) {
-            throw CLI::ValidationError("--no-source", "is for Markdown alone: JSON holds signatures and no source");
+            throw CLI::ValidationError("--no-source", "applies to Markdown only: JSON holds signatures and no source");
         }
     }
     for (const std::string& name : arguments.only) {

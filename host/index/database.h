@@ -1,4 +1,4 @@
-// The index as everything that reads it sees it, wherever it lies.
+// Reads an index, wherever it is stored.
 #pragma once
 
 #include "host/index/declaration_table.h"
@@ -40,12 +40,12 @@ struct IndexOrigin {
 
 namespace storage {
 
-/// An index in one state: whatever is written meanwhile, all answers are from the state in which it was opened. The
-/// component's queries, the tests that import, and all look-ups are made of the rows that it reads. For one thread at a
-/// time; its records are for any number.
+/// One state of an index: every answer is from the state in which it was opened, whatever is written meanwhile. The
+/// component's queries and all look-ups read its rows. For one thread at a time; its records are for any number.
 ///
-/// Every function that reads throws `host::IndexError`, and what a watch of the connection throws. Where it does not
-/// say so, rows come in any order, and what the index does not hold is passed over. Lists may be of any length.
+/// Every function that reads throws `host::IndexError`, and what the interrupt check of the connection throws. Rows come
+/// in any order unless the function says otherwise; ids and paths that the index lacks are passed over. Lists may have
+/// any length.
 class Database {
   public:
     Database() = default;
@@ -53,15 +53,15 @@ class Database {
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// Has `check_interrupt` call `check`, which throws when what is asked for is no longer wanted.
+    /// Sets what `check_interrupt` calls: a function that throws when the answer is no longer wanted.
     void watch(std::function<void()> check) { check_ = std::move(check); }
-    /// For loops over what was read, which the watch of the connection does not see.
+    /// To be called in loops over rows that were read, which the interrupt check of the connection does not reach.
     void check_interrupt() const { check_(); }
 
-    /// What messages call the index.
+    /// The name of the index in messages.
     [[nodiscard]] virtual std::string name() const = 0;
     [[nodiscard]] virtual host::IndexOrigin origin() = 0;
-    /// What the index notes of itself under this key; empty when it notes nothing.
+    /// The note of the index under a key of notes.h; empty when there is none.
     [[nodiscard]] virtual std::string noted(std::string_view key) = 0;
 
     /// Reads all of the index. Throws `IndexError` when it is damaged; without checksums only some damage shows.

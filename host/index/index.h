@@ -1,4 +1,4 @@
-// A place where an index lies, or is to lie.
+// Where an index is stored: an SQLite file or a PostgreSQL database.
 #pragma once
 
 #include "host/index/database.h"
@@ -13,8 +13,8 @@
 
 namespace host {
 
-/// What is called every few milliseconds while an index is worked on. What it throws ends the work, and comes out of
-/// the function that did it.
+/// Called every few milliseconds while an index is read or written. What it throws ends the work, and passes unchanged
+/// to the caller.
 using CheckInterrupt = std::function<void()>;
 
 /// A connection to an index, for one thread at a time.
@@ -59,7 +59,7 @@ class NewIndex {
     NewIndex(const NewIndex&) = delete;
     NewIndex& operator=(const NewIndex&) = delete;
 
-    /// What messages call the index.
+    /// The name of the index in messages.
     [[nodiscard]] virtual std::string name() const = 0;
 
     /// Has `check_interrupt` called while something is written.
@@ -101,7 +101,7 @@ class Index {
     Index(const Index&) = delete;
     Index& operator=(const Index&) = delete;
 
-    /// What messages call the index. It never holds a password.
+    /// The name of the index in messages. It never holds a password.
     [[nodiscard]] virtual std::string name() const = 0;
 
     /// Opens the index for reading. Throws `UnusableIndex`, `IndexError`, and `std::runtime_error` with one line that

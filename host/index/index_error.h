@@ -1,4 +1,4 @@
-// What goes wrong with an index.
+// Failures to read or write an index.
 #pragma once
 
 #include <cstdint>

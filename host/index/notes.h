@@ -1,4 +1,5 @@
-// What an index notes of itself: texts by key, of the index as a whole.
+// The notes of an index: texts by key, about the index as a whole. A file keeps them in its table `meta`, a server in
+// its table `notes`.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// What users call an index.
+// The names by which users give an index.
 #pragma once
 
 #include <string>

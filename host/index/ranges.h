@@ -1,4 +1,4 @@
-// Integers as the ranges that they form.
+// Lists of integers as ranges.
 #pragma once
 
 #include <cstdint>

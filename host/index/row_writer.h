@@ -1,4 +1,4 @@
-// Who fills an index.
+// Writes the rows of an index.
 #pragma once
 
 #include "host/index/rows.h"
@@ -7,8 +7,8 @@
 
 namespace host {
 
-/// Writes the rows of a new index, in any order. Every function throws `IndexError`; that there is such a row already
-/// may turn out later.
+/// Writes the rows of a new index, in any order. Every function throws `IndexError`, maybe later than the call that is
+/// at fault: for a row that is there already, or when the index cannot be written.
 class RowWriter {
   public:
     RowWriter() = default;
@@ -16,7 +16,7 @@ class RowWriter {
     RowWriter(const RowWriter&) = delete;
     RowWriter& operator=(const RowWriter&) = delete;
 
-    /// Notes something about the index as a whole.
+    /// Adds a note about the index as a whole, under a key of notes.h.
     virtual void note(std::string_view key, std::string_view value) = 0;
 
     virtual void add(const FileRow& row) = 0;

@@ -1,4 +1,4 @@
-// An index as nobody has to be afraid of: whoever made it, its texts stay texts wherever they are printed.
+// An index whose texts are safe to print, whoever made it.
 #pragma once
 
 #include "host/index/database.h"

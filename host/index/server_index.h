@@ -1,4 +1,4 @@
-// Indexes in a database server. A program is built with one kind of server, or with none.
+// Indexes in a database server. A program is built for one kind of server, or for none.
 #pragma once
 
 #include "host/index/index.h"

@@ -145,7 +145,7 @@ std::string_view name_of(NameMatch match) {
     return NAMES.at(static_cast<std::size_t>(match));
 }
 
-std::string said_of_none(std::string_view name) {
+std::string nothing_found(std::string_view name) {
     return std::string(name) + ": no declaration of the index is called so, not even in part";
 }
 

@@ -38,7 +38,7 @@ struct FoundDeclarations {
 };
 
 /// What is said when nothing is found by a name.
-std::string said_of_none(std::string_view name);
+std::string nothing_found(std::string_view name);
 
 /// Finds declarations by name: what fits best first, of that what has the same capitals, then what is used most; then
 /// by path and line. Capitals A to Z and small letters count as the same; nothing is found for the empty name. At most

@@ -1,4 +1,4 @@
-// What an index is made of, and how it was made.
+// Statistics of an index, and the report of its import.
 #pragma once
 
 #include "host/index/database.h"

@@ -1,4 +1,4 @@
-// What somebody has looked for, as text for people.
+// The results of look-ups as text for people.
 #pragma once
 
 #include "host/lookup/declarations.h"

@@ -1,4 +1,4 @@
-// What somebody has looked for, as JSON for programs.
+// The results of look-ups as JSON for programs.
 #pragma once
 
 #include "host/lookup/declarations.h"

@@ -1,4 +1,4 @@
-// A page that fits into a number of bytes.
+// Shortens a page to a number of bytes.
 #pragma once
 
 #include "host/page/passage.h"

@@ -1,4 +1,4 @@
-// What a page's reader should know of how the page came about.
+// Reasons to doubt what a page says.
 #pragma once
 
 #include "host/index/database.h"

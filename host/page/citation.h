@@ -1,4 +1,4 @@
-// How a page cites what it speaks of.
+// Citations of files and lines.
 #pragma once
 
 #include "storage/grounding_queries.h"

@@ -1,4 +1,4 @@
-// A page as a picture: who uses it, what it consists of, what it leans on.
+// A flowchart of a page: its users, its files, its dependencies.
 #pragma once
 
 #include "host/page/page.h"

@@ -1,4 +1,4 @@
-// What stands within a line of a doc comment.
+// The inline markup of a doc comment as Markdown.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// What the prose of a doc comment consists of, line by line.
+// The paragraphs, lists and code of a doc comment's prose.
 #pragma once
 
 #include <cstddef>

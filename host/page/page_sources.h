@@ -1,4 +1,4 @@
-// The sources of a page's files, as far as the page may show them.
+// The sources that a page may show.
 #pragma once
 
 #include "host/files/checkout.h"

@@ -1,4 +1,4 @@
-// Markdown that can be shortened without being broken.
+// A list in Markdown that can be shortened.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// A page from what somebody asks for to its text: what all who are asked for pages have in common.
+// Makes a page from a request, for the command and the server.
 #pragma once
 
 #include "host/index/database.h"

@@ -1,4 +1,4 @@
-// The paths that somebody may mean who has typed the beginning of one.
+// Completes a path whose beginning a user has typed.
 #pragma once
 
 #include "host/index/database.h"

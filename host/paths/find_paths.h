@@ -1,4 +1,4 @@
-// What the paths that somebody names stand for in an index.
+// The files of an index that a path, a folder or a pattern stands for.
 #pragma once
 
 #include "host/files/checkout.h"

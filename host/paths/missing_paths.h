@@ -1,4 +1,4 @@
-// What is said of paths that the index does not hold.
+// Messages about paths that the index lacks.
 #pragma once
 
 #include "host/paths/find_paths.h"

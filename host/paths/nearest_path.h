@@ -1,4 +1,4 @@
-// The path that somebody meant who mistyped it.
+// The path of an index that is nearest to a mistyped one.
 #pragma once
 
 #include <optional>

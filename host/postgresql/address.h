@@ -1,4 +1,4 @@
-// Where a database server is, and who asks.
+// The address of a database server, with the user who connects.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// A connection to a server, with its resources owned and its failures thrown.
+// A connection to a server that owns its resources and throws its failures.
 #pragma once
 
 #include "host/index/index.h"

@@ -1,4 +1,4 @@
-// Who may do what with the indexes of a database.
+// The rights of roles on the indexes of a database.
 #pragma once
 
 #include "host/index/server_index.h"

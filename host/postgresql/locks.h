@@ -1,4 +1,4 @@
-// The locks by which those who write indexes into a database keep out of each other's way.
+// The locks between programs that write indexes into one database.
 #pragma once
 
 #include "host/postgresql/connection.h"

@@ -1,4 +1,4 @@
-// Who fills an index in a server.
+// Writes the rows of an index in a server.
 #pragma once
 
 #include "host/index/row_writer.h"

@@ -1,4 +1,4 @@
-// What a file's documents know of one symbol.
+// What the documents of a file state about one symbol.
 #pragma once
 
 #include "host/files/text_spool.h"

@@ -1,4 +1,4 @@
-// The lines that a range of a SCIP document takes in.
+// The lines that a range of a SCIP document covers.
 #pragma once
 
 #include "host/indexing/line_span.h"

@@ -1,4 +1,4 @@
-// Which of the declarations that share a symbol is meant.
+// Chooses between declarations that share a symbol.
 //
 // The symbols of a package without a name begin at the folder of its project, and a SCIP file may hold several such
 // projects: `index.ts`/main(). is then the symbol of each one's.

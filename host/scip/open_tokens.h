@@ -1,4 +1,4 @@
-// What tokens name of which the source has the last word.
+// Resolves tokens that SCIP leaves open, or names wrongly, by the source.
 //
 // - A name that a module passes on is local for scip-typescript: string in `z.string`, where the module z says
 //   `export { stringType as string }`. The sources say what it stands for.

@@ -1,4 +1,4 @@
-// What the signature of a declaration says of it.
+// What a signature reveals about its declaration.
 #pragma once
 
 #include "host/scip/reader.h"

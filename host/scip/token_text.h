@@ -1,4 +1,4 @@
-// The text of a token against the name of what its document says that it names.
+// Compares the text of a token with the name that its document states.
 //
 // An indexer may take one name for another: scip-python names the wrong declaration for what a package passes on
 // through `*`. The text tells.

@@ -1,4 +1,4 @@
-// What sources declare and their documents do not.
+// Declarations of the sources that their documents lack.
 //
 // scip-typescript calls a name local that comes out of an object or an array (`export const { useUser } = api`), and
 // scip-python takes a class or an attribute that bears a name of the language for the language's own, and an attribute

@@ -1,4 +1,4 @@
-// What a source names where its document has no token, or one for something else.
+// References of the sources for which their documents have no token, or a wrong one.
 //
 // scip-python has no token for a name that is bound by `import f as _`, nor for one behind a module that passes it on
 // (`messages.SUCCESS`), and takes a class that bears a name of the language, as Warning, for the language's own. The

@@ -41,7 +41,7 @@ ToolAnswer run_find(const Received& arguments, const ToolContext& context, const
     ask(context, call, [&](storage::Database& index) {
         const FoundDeclarations found = find_declarations(index, name, arguments["limit"]);
         answer.structured = json_of(found);
-        answer.text = found.count == 0 ? said_of_none(name) + "\n" : text_for_people(found);
+        answer.text = found.count == 0 ? nothing_found(name) + "\n" : text_for_people(found);
         if (const std::int64_t more = found.count - std::ssize(found.best); more > 0) {
             answer.remarks.push_back("... and " + std::to_string(more) + " more; " +
                                      (found.count > MOST_LISTED

@@ -1,4 +1,4 @@
-// What the query of a language finds in a text.
+// The captures of a language's query in a text.
 #pragma once
 
 #include "host/sources/language.h"

@@ -1,4 +1,4 @@
-// What a grammar does not understand of its language, put in a way that it does.
+// Rewrites TypeScript that the grammar does not know in forms that it knows.
 #pragma once
 
 #include <string>

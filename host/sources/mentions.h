@@ -1,4 +1,4 @@
-// Which names of a file mean what it imports.
+// The names of a file that refer to its imports.
 #pragma once
 
 #include "host/sources/captures.h"

@@ -1,4 +1,4 @@
-// What a source file says of itself: what it declares, where each declaration begins and ends, and what is public.
+// The outline of a source file: its declarations, their lines, and which of them are public.
 #pragma once
 
 #include "host/sources/language.h"

@@ -1,4 +1,4 @@
-// The prose of a doc comment, without the marks by which a language tells that it is one.
+// The prose of a doc comment, without comment marks.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Parts of a text, to be asked for by place.
+// Regions of a text, looked up by position.
 #pragma once
 
 #include "host/sources/captures.h"

@@ -1,4 +1,4 @@
-// The sources of a checkout, read and parsed on all cores while somebody else does other work.
+// Reads and parses the sources of a checkout on all cores, in the background.
 #pragma once
 
 #include "host/files/checkout.h"

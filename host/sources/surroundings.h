@@ -1,4 +1,4 @@
-// What stands around the declarations of a file: what belongs to them, and the namespaces that they are in.
+// The surroundings of the declarations of a file: what belongs to them, and their namespaces.
 #pragma once
 
 #include "host/sources/captures.h"

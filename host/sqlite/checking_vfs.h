@@ -1,4 +1,4 @@
-// The files that SQLite reads, with every page compared with its checksum.
+// A file system for SQLite that compares each page it reads with its checksum.
 #pragma once
 
 struct sqlite3;

@@ -1,4 +1,4 @@
-// A new index in a file of its own.
+// A new index in an SQLite file.
 #pragma once
 
 #include "host/index/index.h"

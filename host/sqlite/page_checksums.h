@@ -1,4 +1,4 @@
-// Checksums of the pages of an SQLite file, by which damage to it is noticed.
+// Checksums of the pages of an SQLite file, which reveal damage.
 //
 // SQLite leaves the last bytes of each page alone when it is told so. There stands the XXH3 of the bytes before them,
 // seeded with the number of the page, so that pages that have changed places are noticed too. The application id in the

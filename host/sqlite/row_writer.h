@@ -1,4 +1,4 @@
-// Who fills an index in SQLite.
+// Writes the rows of an SQLite index.
 #pragma once
 
 #include "host/index/row_writer.h"

@@ -1,4 +1,4 @@
-// SQLite with its resources owned and its failures thrown.
+// A connection to SQLite that owns its resources and throws its failures.
 #pragma once
 
 #include "host/index/index_error.h"

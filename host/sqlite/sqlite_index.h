@@ -1,4 +1,4 @@
-// An index in a file of its own.
+// An index in an SQLite file.
 #pragma once
 
 #include "host/index/index.h"

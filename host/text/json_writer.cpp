@@ -4,30 +4,20 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string>
 
 namespace host {
 
 namespace {
 
-bool is_printable(char character) {
-    return character >= ' ' && character <= '~';
-}
-
 // Whether each character stands for itself in JSON.
 bool is_as_in_json(std::string_view text) {
-    return std::ranges::all_of(
-        text, [](char character) { return is_printable(character) && character != '"' && character != '\\'; });
-}
-
-// Whether a text is what both libraries write alike. The streaming writer passes on whatever bytes a text has; those
-// beyond ASCII may be no UTF-8, which the other library replaces.
-bool is_ascii(std::string_view text) {
     return std::ranges::all_of(text, [](char character) {
-        return is_printable(character) || character == '\n' || character == '\t' || character == '\r';
+        return character >= ' ' && character <= '~' && character != '"' && character != '\\';
     });
 }
 
+// The JSON of a value that takes thought: texts with escapes or bytes that may be no UTF-8, and numbers that may be
+// none, which become null.
 std::string dumped(const nlohmann::json& value) {
     return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
@@ -36,47 +26,45 @@ std::string dumped(const nlohmann::json& value) {
 
 void JsonValue::value(std::string_view text) {
     if (is_as_in_json(text)) {
-        writer_.copy(text);
-    } else if (is_ascii(text)) {
-        writer_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+        begin();
+        text_.append("\"").append(text).append("\"");
     } else {
-        const std::string json = dumped(text);
-        writer_.RawValue(json.data(), json.size(), rapidjson::kStringType);
+        raw(dumped(text));
     }
 }
 
-// What is no finite number becomes null, which the streaming writer does not do.
 void JsonValue::value(double number) {
-    const std::string json = dumped(number);
-    writer_.RawValue(json.data(), json.size(), rapidjson::kNumberType);
+    raw(dumped(number));
 }
 
-void JsonValue::raw(std::string_view json) {
-    writer_.RawValue(json.data(), json.size(), rapidjson::kObjectType);
+JsonValue& JsonValue::member(std::string_view key) {
+    begin();
+    text_.append("\"").append(key).append("\":");
+    stands_alone_ = true;
+    return *this;
 }
 
 void JsonWriter::next() {
     constexpr std::size_t ENOUGH = 65'536;
-    if (buffer_.GetSize() > ENOUGH) {
+    if (buffer_.size() > ENOUGH) {
         flush();
     }
     if (!is_first_) {
-        buffer_.Put(',');
+        buffer_ += ',';
     }
-    buffer_.Put('\n');
+    buffer_ += '\n';
     is_first_ = false;
 }
 
 void JsonWriter::name(std::string_view key) {
     next();
     next_value().value(key);
-    buffer_.Put(':');
-    buffer_.Put(' ');
+    buffer_ += ": ";
 }
 
 void JsonWriter::flush() {
-    out_.write(buffer_.GetString(), static_cast<std::streamsize>(buffer_.GetSize()));
-    buffer_.Clear();
+    out_ << buffer_;
+    buffer_.clear();
 }
 
 }  // namespace host

@@ -1,33 +1,18 @@
 // JSON written piece by piece, so that no document has to fit into memory as a tree.
 #pragma once
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
-#include <algorithm>
+#include <array>
+#include <charconv>
 #include <concepts>
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace host {
-
-/// The library's writer, for which texts that nothing is escaped in are copied at once.
-class CopyingWriter : public rapidjson::Writer<rapidjson::StringBuffer> {
-  public:
-    using Writer::Writer;
-
-    /// Writes a text, or a key, that holds nothing but characters of ASCII which stand for themselves in JSON.
-    void copy(std::string_view text) {
-        Prefix(rapidjson::kStringType);
-        char* const at = os_->Push(text.size() + 2);
-        *at = '"';
-        std::ranges::copy(text, at + 1);
-        *(at + text.size() + 1) = '"';
-    }
-};
 
 /// Writes one JSON value on one line, without blanks. Bytes that are not UTF-8 become U+FFFD.
 class JsonValue {
@@ -36,17 +21,18 @@ class JsonValue {
     JsonValue& operator=(const JsonValue&) = delete;
     ~JsonValue() = default;
 
-    void null() { writer_.Null(); }
+    void null() { raw("null"); }
     void value(std::string_view text);
     void value(double number);
     template <std::integral Number>
     void value(Number number) {
         if constexpr (std::is_same_v<Number, bool>) {
-            writer_.Bool(number);
-        } else if constexpr (std::is_signed_v<Number>) {
-            writer_.Int64(number);
+            raw(number ? "true" : "false");
         } else {
-            writer_.Uint64(number);
+            constexpr std::size_t LONGEST = 20;  // characters of 64 bits
+            std::array<char, LONGEST> digits{};
+            const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+            raw({digits.data(), static_cast<std::size_t>(end - digits.data())});
         }
     }
     /// None is null.
@@ -55,33 +41,49 @@ class JsonValue {
         given ? value(*given) : null();
     }
     /// What is JSON already, without blanks.
-    void raw(std::string_view json);
+    void raw(std::string_view json) {
+        begin();
+        text_ += json;
+    }
 
     /// `fill` writes the members.
     template <class Fill>
     void object(Fill fill) {
-        writer_.StartObject();
-        fill();
-        writer_.EndObject();
+        enclose('{', '}', fill);
     }
     /// `fill` writes the elements.
     template <class Fill>
     void array(Fill fill) {
-        writer_.StartArray();
-        fill();
-        writer_.EndArray();
+        enclose('[', ']', fill);
     }
     /// Begins a member, whose value is written next. The key is a word.
-    JsonValue& member(std::string_view key) {
-        writer_.copy(key);
-        return *this;
-    }
+    JsonValue& member(std::string_view key);
 
   private:
     friend class JsonWriter;
-    explicit JsonValue(rapidjson::StringBuffer& buffer) : writer_(buffer) {}
+    explicit JsonValue(std::string& text) : text_(text) {}
 
-    CopyingWriter writer_;
+    // Writes what stands before a value: a comma, unless it is the first of its container or has a key.
+    void begin() {
+        if (!std::exchange(stands_alone_, false)) {
+            text_ += is_first_ ? "" : ",";
+            is_first_ = false;
+        }
+    }
+
+    template <class Fill>
+    void enclose(char open, char close, Fill fill) {
+        begin();
+        text_ += open;
+        const bool is_first_outside = std::exchange(is_first_, true);
+        fill();
+        is_first_ = is_first_outside;
+        text_ += close;
+    }
+
+    std::string& text_;
+    bool stands_alone_ = true;  // whether no comma belongs before the next value, wherever it stands
+    bool is_first_ = true;      // in the innermost container
 };
 
 /// Writes a JSON document to a stream: containers are opened and closed, members and elements written in between. Each
@@ -94,7 +96,7 @@ class JsonWriter {
     template <class Fill>
     void document(Fill fill) {
         enclose('{', '}', fill);
-        buffer_.Put('\n');
+        buffer_ += '\n';
         flush();
     }
 
@@ -124,7 +126,7 @@ class JsonWriter {
 
   private:
     JsonValue& next_value() {
-        value_.writer_.Reset(buffer_);
+        value_.stands_alone_ = true;
         return value_;
     }
 
@@ -134,18 +136,18 @@ class JsonWriter {
 
     template <class Fill>
     void enclose(char open, char close, Fill fill) {
-        buffer_.Put(open);
+        buffer_ += open;
         is_first_ = true;
         fill();
         if (!is_first_) {
-            buffer_.Put('\n');
+            buffer_ += '\n';
         }
-        buffer_.Put(close);
+        buffer_ += close;
         is_first_ = false;
     }
 
     std::ostream& out_;
-    rapidjson::StringBuffer buffer_;  // what is not in the stream yet
+    std::string buffer_;  // what is not in the stream yet
     JsonValue value_;
     bool is_first_ = true;
 };

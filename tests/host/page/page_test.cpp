@@ -197,7 +197,7 @@ TEST_F(PrintedPage, FitsIntoAnyNumberOfBytesFromTheLeastThatAFailureNames) {
     EXPECT_EQ(print("src srclib none.ts --max-tokens 400 --max-bytes 1000"),
               print("src srclib none.ts --max-tokens 18446744073709551615 --max-bytes 1000"));
     EXPECT_EQ(run("page src --index index.db --checkout . --format json --max-tokens 9").err,
-              "wiki-scope: --max-tokens: shortens Markdown alone (see wiki-scope page --help)\n");
+              "wiki-scope: --max-tokens: applies to Markdown only (see wiki-scope page --help)\n");
 }
 
 TEST_F(PrintedPage, HasDeclarationsAndFilesWhereThereIsRoomForAPartOfEach) {
