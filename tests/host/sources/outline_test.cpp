@@ -327,8 +327,8 @@ TEST(Outline, ATextThatWasMadeToTakeMemoryTakesNoMoreThanASourceDoes) {
     rusage usage{};
     wait4(child, &status, 0, &usage);
     EXPECT_EQ(status, 0);
-    // Kilobytes; the parser alone would take 2 GB.
-    EXPECT_LT(usage.ru_maxrss, 600'000);  // NOLINT(*-union-access): so does the system declare it
+    // Kilobytes. Without a limit it takes 984 MB; within it 635 at the most, with the sanitizer of threads.
+    EXPECT_LT(usage.ru_maxrss, 800'000);  // NOLINT(*-union-access): so does the system declare it
 }
 
 }  // namespace
