@@ -1,13 +1,9 @@
 #include "host/sources/captures.h"
 
-#include "host/sources/parser_memory.h"
 #include "host/sources/query.h"
 #include "host/text/blanks.h"
 
 #include <algorithm>
-#include <array>
-#include <atomic>
-#include <chrono>
 #include <memory>
 #include <span>
 #include <utility>
@@ -18,121 +14,9 @@ namespace {
 
 using std::string_view;
 
-struct ParserDeleter {
-    void operator()(TSParser* parser) const { ts_parser_delete(parser); }
-};
-struct TreeDeleter {
-    void operator()(TSTree* tree) const { ts_tree_delete(tree); }
-};
 struct CursorDeleter {
     void operator()(TSQueryCursor* cursor) const { ts_query_cursor_delete(cursor); }
 };
-using Tree = std::unique_ptr<TSTree, TreeDeleter>;
-
-// How much memory parsing may take, in bytes. What people write takes up to 30 times its size, or a few megabytes; what
-// is minified takes up to 140 times.
-constexpr std::ptrdiff_t most_memory(string_view text) {
-    constexpr std::ptrdiff_t ALWAYS = 67'108'864;
-    constexpr std::ptrdiff_t FOR_EACH_BYTE = 64;
-    return ALWAYS + FOR_EACH_BYTE * std::ssize(text);
-}
-
-// What ends the parsing of a text before its end.
-struct Limits {
-    std::ptrdiff_t most_memory = 0;  // as `parser_memory` counts it
-    const std::atomic<bool>& is_cancelled;
-    std::chrono::steady_clock::time_point deadline;
-
-    [[nodiscard]] bool are_passed() const {
-        return is_cancelled || parser_memory() > most_memory || std::chrono::steady_clock::now() > deadline;
-    }
-};
-
-// The limits of one text, and of what is parsed in its stead.
-Limits limits_of(string_view text, const std::atomic<bool>& is_cancelled) {
-    constexpr std::chrono::seconds LONGEST(5);
-    return {parser_memory() + most_memory(text), is_cancelled, std::chrono::steady_clock::now() + LONGEST};
-}
-
-// The text that `text`, a `string_view`, has at a byte and behind it, as the parser asks for it.
-const char* text_from(void* text, std::uint32_t byte, TSPoint /*place*/, std::uint32_t* size) {
-    const string_view& whole = *static_cast<const string_view*>(text);
-    const string_view rest = whole.substr(std::min<std::size_t>(byte, whole.size()));
-    *size = static_cast<std::uint32_t>(rest.size());
-    return rest.data();
-}
-
-// None when a limit is passed.
-Tree parse(string_view text, const Language& language, Limits& limits) {
-    const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
-    ts_parser_set_language(parser.get(), language.grammar());
-    const TSInput input{.payload = &text, .read = text_from, .encoding = TSInputEncodingUTF8, .decode = nullptr};
-    const TSParseOptions options{.payload = &limits, .progress_callback = [](TSParseState* state) {
-                                     return static_cast<Limits*>(state->payload)->are_passed();
-                                 }};
-    return Tree(ts_parser_parse_with_options(parser.get(), nullptr, input, options));
-}
-
-// How many bytes of the text do not parse, what is missing counted as one.
-std::size_t damage(const TSNode& root) {
-    constexpr TSSymbol ERROR = 0xFFFF;
-    TSTreeCursor cursor = ts_tree_cursor_new(root);
-    const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
-    std::size_t bytes = 0;
-    while (true) {
-        const TSNode node = ts_tree_cursor_current_node(&cursor);
-        const bool is_error = ts_node_symbol(node) == ERROR;
-        bytes += is_error ? ts_node_end_byte(node) - ts_node_start_byte(node) : ts_node_is_missing(node) ? 1 : 0;
-        if (!is_error && ts_node_has_error(node) && ts_tree_cursor_goto_first_child(&cursor)) {
-            continue;
-        }
-        while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
-            if (!ts_tree_cursor_goto_parent(&cursor)) {
-                return bytes;
-            }
-        }
-    }
-}
-
-// The tree of the text, or of the text mended where less of that is damaged.
-Tree best_tree(string_view text, const Language& language, Limits limits) {
-    Tree tree = parse(text, language, limits);
-    if (tree == nullptr || language.mend == nullptr || !ts_node_has_error(ts_tree_root_node(tree.get()))) {
-        return tree;
-    }
-    Tree mended = parse(language.mend(text), language, limits);
-    const bool is_better =
-        mended != nullptr && damage(ts_tree_root_node(mended.get())) < damage(ts_tree_root_node(tree.get()));
-    return is_better ? std::move(mended) : std::move(tree);
-}
-
-// Whether a tree may be that of a source: nothing nests as deep, and no damaged node is as wide, as what keeps a query
-// busy for minutes. Its time grows with the square of either.
-bool is_of_a_source(const TSNode& root) {
-    constexpr std::size_t DEEPEST = 2'000;
-    constexpr std::size_t WIDEST = 10'000;
-    TSTreeCursor cursor = ts_tree_cursor_new(root);
-    const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
-    std::vector<std::size_t> places{0};  // of the nodes from the root to here, among their siblings
-    std::vector<bool> damage{false};     // of their parents
-    while (places.size() <= DEEPEST && !(damage.back() && places.back() > WIDEST)) {
-        const bool is_damaged = ts_node_has_error(ts_tree_cursor_current_node(&cursor));
-        if (ts_tree_cursor_goto_first_child(&cursor)) {
-            places.push_back(0);
-            damage.push_back(is_damaged);
-            continue;
-        }
-        while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
-            if (!ts_tree_cursor_goto_parent(&cursor)) {
-                return true;
-            }
-            places.pop_back();
-            damage.pop_back();
-        }
-        ++places.back();
-    }
-    return false;
-}
 
 Bytes bytes_of(const TSNode& node) {
     return {ts_node_start_byte(node), ts_node_end_byte(node)};
@@ -363,16 +247,12 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 
 }  // namespace
 
-std::optional<Captures> captures_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled) {
+Captures captures_in(const SyntaxTree& tree, string_view text, const Language& language) {
     const Query& query = query_of(language);
-    const Tree tree = best_tree(text, language, limits_of(text, is_cancelled));
-    if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
-        return std::nullopt;
-    }
     Captures captures;
-    const TSNode root = ts_tree_root_node(tree.get());
+    const TSNode root = tree.root();
     captures.is_damaged = ts_node_has_error(root);
-    captures.damage = damage(root);
+    captures.damage = tree.damage();
     const std::unique_ptr<TSQueryCursor, CursorDeleter> cursor(ts_query_cursor_new());
     ts_query_cursor_exec(cursor.get(), query.handle(), root);
     for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {

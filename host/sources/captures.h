@@ -3,8 +3,8 @@
 
 #include "host/sources/language.h"
 #include "host/sources/link.h"
+#include "host/sources/syntax_tree.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -91,9 +91,7 @@ struct Captures {
     std::size_t damage = 0;   ///< how large that is, in bytes
 };
 
-/// Parses the text and runs the query of its language over it. Nothing is in order. None when `is_cancelled`, which is
-/// read all the while, becomes true, and when parsing takes seconds or hundreds of megabytes: sources take a fraction.
-std::optional<Captures> captures_of(std::string_view text, const Language& language,
-                                    const std::atomic<bool>& is_cancelled);
+/// Runs the query of the language over the tree of the text. Nothing is in order.
+Captures captures_in(const SyntaxTree& tree, std::string_view text, const Language& language);
 
 }  // namespace host::sources

@@ -43,6 +43,8 @@
 // Other captures serve the predicate #eq?, the only one there is. A capture that does neither is an error.
 #pragma once
 
+#include "host/syntax/syntax.h"
+
 #include <tree_sitter/api.h>
 
 #include <span>
@@ -83,6 +85,8 @@ struct Language {
     /// Puts a text in a way that the grammar understands better, with every name in its place; null where there is
     /// none.
     std::string (*mend)(std::string_view text) = nullptr;
+    /// Reads what a tree states about names (syntax_readers.h); null for a language of which that is not read.
+    syntax::Syntax (*read_syntax)(std::string_view text, TSNode root) = nullptr;
 };
 
 /// The language of a file by what its document states (in lower case, may be empty), else by its path; null for one

@@ -71,7 +71,8 @@ class OutlineReader {
                         .is_damaged = is_damaged_,
                         .damage = damage_,
                         .test_regions = test_regions(),
-                        .slots = std::move(slots_)};
+                        .slots = std::move(slots_),
+                        .syntax = std::nullopt};
         const CapturedName* before = nullptr;
         for (const CapturedName& name : names_) {
             const bool is_again = before != nullptr && before->name == name.name;  // by another match
@@ -122,6 +123,7 @@ class OutlineReader {
         }
         SourceDeclaration declaration{
             .name = std::string(part(name.name)),
+            .offset = name.name.begin,
             .position = {static_cast<std::int32_t>(name.row) + 1, column_of(name.name.begin)},
             .first_line = line_of(whole.begin),
             .last_line = line_of(last_byte(whole.end)),
@@ -265,30 +267,35 @@ class OutlineReader {
 
 }  // namespace
 
-std::optional<Outline> outline_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled) {
+std::optional<Outline> outline_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
+                                  Content content) {
     if (text.starts_with(BYTE_ORDER_MARK)) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }
     if (text.size() > LARGEST_SOURCE || !is_utf8(text)) {
         return std::nullopt;
     }
-    std::optional<Captures> captures = captures_of(text, language, is_cancelled);
-    if (!captures) {
+    const std::optional<SyntaxTree> tree = parsed(text, language, is_cancelled);
+    if (!tree) {
         return std::nullopt;
     }
-    return OutlineReader(text, language, std::move(*captures)).outline();
+    Outline outline = OutlineReader(text, language, captures_in(*tree, text, language)).outline();
+    if (content == Content::NAMES && language.read_syntax != nullptr) {
+        outline.syntax = language.read_syntax(text, tree->root());
+    }
+    return outline;
 }
 
 std::optional<Outline> outline_of(string_view text, string_view stated_language, string_view path,
-                                  const std::atomic<bool>& is_cancelled) {
+                                  const std::atomic<bool>& is_cancelled, Content content) {
     const Language* const language = understood_language(stated_language, path);
     if (language == nullptr) {
         return std::nullopt;
     }
-    std::optional<Outline> outline = outline_of(text, *language, is_cancelled);
+    std::optional<Outline> outline = outline_of(text, *language, is_cancelled, content);
     const Language* const usual = understood_language(usual_language(path), path);
     if (stated_language.empty() && usual != language && outline && outline->is_damaged && !outline->is_cpp) {
-        std::optional<Outline> in_c = outline_of(text, *usual, is_cancelled);
+        std::optional<Outline> in_c = outline_of(text, *usual, is_cancelled, content);
         return in_c && in_c->damage <= outline->damage ? std::move(in_c) : std::move(outline);
     }
     return outline;

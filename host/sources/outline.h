@@ -4,6 +4,7 @@
 #include "host/sources/language.h"
 #include "host/sources/link.h"
 #include "host/sources/public_names.h"
+#include "host/syntax/syntax.h"
 
 #include <algorithm>
 #include <atomic>
@@ -30,7 +31,8 @@ struct Position {
 /// (its decorators, `export`, its body), except for the comment above.
 struct SourceDeclaration {
     std::string name;
-    Position position;  ///< of the name
+    std::uint32_t offset = 0;  ///< of the name in the text behind a byte-order mark, in bytes
+    Position position;         ///< of the name
     std::int32_t first_line = 1;
     std::int32_t last_line = 1;
     std::string_view kind;      ///< a word of language.h; empty where the source leaves it open
@@ -63,6 +65,7 @@ struct Outline {
     std::size_t damage = 0;                 ///< how large that part is, in bytes
     std::vector<Lines> test_regions;        ///< what the language compiles for tests alone
     std::unordered_set<std::string> slots;  ///< the names of attributes that classes list
+    std::optional<syntax::Syntax> syntax;   ///< none unless asked for, and for languages of which it is not read
 
     [[nodiscard]] bool is_in_test(std::int32_t line) const {
         return std::ranges::any_of(test_regions,
@@ -73,16 +76,22 @@ struct Outline {
 /// In bytes. People do not write larger files; a tree takes some twenty times as much memory as its text.
 inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
 
+/// How much an outline holds.
+enum class Content {
+    DECLARATIONS,
+    NAMES,  ///< and what each name of the text is looked up in, `Outline::syntax`
+};
+
 /// Parses the text of a source file. What stands in a damaged part of it is left out. None when the text is not UTF-8,
 /// when it is larger than `LARGEST_SOURCE` or takes seconds or hundreds of megabytes to parse, as no source does, and
 /// when `is_cancelled`, which is read all the while, becomes true. May be called on several threads.
 std::optional<Outline> outline_of(std::string_view text, const Language& language,
-                                  const std::atomic<bool>& is_cancelled);
+                                  const std::atomic<bool>& is_cancelled, Content content = Content::DECLARATIONS);
 
 /// The same for the file at `path`, in the language that `understood_language` gives; none where it gives none. A
 /// header without a stated language is read as C when it holds nothing that C has not, and as much of it is damaged in
 /// C++.
 std::optional<Outline> outline_of(std::string_view text, std::string_view stated_language, std::string_view path,
-                                  const std::atomic<bool>& is_cancelled);
+                                  const std::atomic<bool>& is_cancelled, Content content = Content::DECLARATIONS);
 
 }  // namespace host::sources

@@ -67,7 +67,7 @@ string_view name_of(Capture capture) {
 }
 
 Query::Query(const Language& language) {
-    count_parser_memory();  // nobody parses without a query
+    count_parser_memory();  // from the first block on
     const std::string text = text_of(language);
     std::uint32_t offset = 0;
     TSQueryError error = TSQueryErrorNone;

@@ -1,0 +1,60 @@
+// Resolves the names of a repository: from what its files state to references.
+#pragma once
+
+#include "host/resolve/repository.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace host::resolve {
+
+/// Why a reference is known to lead to its target.
+enum class Evidence : std::uint8_t {
+    AMBIGUOUS,  ///< it may lead to any of several declarations
+    IMPORT,     ///< bindings lead to a declaration of another file
+    LOCAL,      ///< bindings lead to a declaration of the same file
+    UNIQUE,     ///< no binding can be followed, and one declaration of the language bears the name
+};
+
+/// A declaration of a repository.
+struct Target {
+    FileId file = 0;
+    syntax::DeclarationId declaration = 0;  ///< `MODULE`: the file as a module
+
+    static constexpr syntax::DeclarationId MODULE = syntax::NO_DECLARATION;
+
+    friend auto operator<=>(const Target&, const Target&) = default;
+};
+
+/// All references from one file to one declaration with one kind of evidence.
+struct Reference {
+    Target target;
+    Evidence evidence = Evidence::AMBIGUOUS;
+    std::int64_t count = 0;  ///< name tokens
+    std::uint32_t line = 0;  ///< of the first, 1-based
+};
+
+/// The references of one file.
+struct References {
+    std::vector<Reference> references;  ///< by target, then evidence
+    std::int64_t unresolved = 0;        ///< name tokens that lead to nothing in the repository
+};
+
+class Resolver {
+  public:
+    /// Links the declarations and imports of all files. `repository` must outlive this object.
+    explicit Resolver(const Repository& repository);
+    ~Resolver();
+    Resolver(const Resolver&) = delete;
+    Resolver& operator=(const Resolver&) = delete;
+
+    /// Returns the references of a file. May be called on several threads.
+    [[nodiscard]] References references_of(FileId file) const;
+
+  private:
+    class Linked;
+    std::unique_ptr<const Linked> linked_;
+};
+
+}  // namespace host::resolve

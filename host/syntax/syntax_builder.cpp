@@ -1,0 +1,242 @@
+#include "host/syntax/syntax_builder.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host::syntax {
+
+namespace {
+
+std::size_t mixed(std::uint64_t value) {
+    value ^= value >> 32U;
+    value *= 0x9E37'79B9'7F4A'7C15U;
+    return static_cast<std::size_t>(value ^ (value >> 29U));
+}
+
+// Whether a local with this value is another name of something that files declare.
+bool stands_for_a_declaration(const Expression& value) {
+    return value.operation == Operation::IMPORT || value.operation == Operation::DECLARATION;
+}
+
+}  // namespace
+
+std::size_t SyntaxBuilder::ExpressionHash::operator()(const Expression& expression) const {
+    const std::uint64_t first = (std::uint64_t{expression.a} << 32U) | expression.b;
+    const std::uint64_t second =
+        (std::uint64_t{expression.name} << 8U) | static_cast<std::uint64_t>(expression.operation);
+    return mixed(first + mixed(second));
+}
+
+std::size_t SyntaxBuilder::MentionHash::operator()(const MentionKey& key) const {
+    return mixed((std::uint64_t{key.expression} << 16U) | (static_cast<std::uint64_t>(key.role) << 8U) | key.arguments);
+}
+
+SyntaxBuilder::SyntaxBuilder(Visibility visibility) : visibility_(visibility) {
+    names_.emplace("", 0);
+    lists_.emplace(std::vector<ExpressionId>(), 0);
+    expressions_.emplace(Expression(), UNKNOWN);
+}
+
+NameId SyntaxBuilder::name(std::string_view text) {
+    const auto [found, is_new] = names_.emplace(text, static_cast<NameId>(syntax_.names.size()));
+    if (is_new) {
+        syntax_.names.emplace_back(text);
+    }
+    return found->second;
+}
+
+ListId SyntaxBuilder::list(std::span<const ExpressionId> expressions) {
+    const auto [found, is_new] =
+        lists_.emplace(std::vector(expressions.begin(), expressions.end()), static_cast<ListId>(syntax_.lists.size()));
+    if (is_new) {
+        syntax_.lists.push_back(static_cast<std::uint32_t>(expressions.size()));
+        syntax_.lists.insert(syntax_.lists.end(), expressions.begin(), expressions.end());
+    }
+    return found->second;
+}
+
+ExpressionId SyntaxBuilder::add(const Expression& expression) {
+    const auto [found, is_new] =
+        expressions_.emplace(expression, static_cast<ExpressionId>(syntax_.expressions.size()));
+    if (is_new) {
+        syntax_.expressions.push_back(expression);
+    }
+    return found->second;
+}
+
+ExpressionId SyntaxBuilder::instance(ExpressionId type) {
+    return type == UNKNOWN ? UNKNOWN : add(Operation::INSTANCE, type);
+}
+
+ExpressionId SyntaxBuilder::one_of(std::span<const ExpressionId> expressions) {
+    std::vector<ExpressionId> different;
+    for (const ExpressionId each : expressions) {
+        if (each != UNKNOWN && std::ranges::find(different, each) == different.end()) {
+            different.push_back(each);
+        }
+    }
+    if (different.size() <= 1) {
+        return different.empty() ? UNKNOWN : different.front();
+    }
+    return add(Operation::ONE_OF, list(different));
+}
+
+ExpressionId SyntaxBuilder::look_up(std::string_view name, Space space) {
+    const NameId id = this->name(name);
+    if (visibility_ == Visibility::FROM_DECLARATION) {
+        if (const Local* const local = find_local(scope_, id)) {
+            return local->values.back();
+        }
+        return add({Operation::NAME, around(), static_cast<std::uint32_t>(space), id});
+    }
+    const Expression expression{Operation::NAME, static_cast<std::uint32_t>(scope_), static_cast<std::uint32_t>(space),
+                                id};
+    const std::size_t before = syntax_.expressions.size();
+    const ExpressionId added = add(expression);
+    if (syntax_.expressions.size() > before) {
+        unsettled_.push_back(added);
+    }
+    return added;
+}
+
+ExpressionId SyntaxBuilder::use(const Token& token) {
+    const ExpressionId expression = look_up(token.name, token.space);
+    const Expression& found = syntax_.expressions[expression];
+    const bool is_local =
+        visibility_ == Visibility::FROM_DECLARATION && find_local(scope_, name(token.name)) != nullptr;
+    if (!is_local || stands_for_a_declaration(found)) {
+        mention(expression, token);
+    }
+    return expression;
+}
+
+ExpressionId SyntaxBuilder::use_member(ExpressionId of, const Token& token) {
+    const ExpressionId expression =
+        add({Operation::MEMBER, of, static_cast<std::uint32_t>(token.space), name(token.name)});
+    mention(expression, token);
+    return expression;
+}
+
+void SyntaxBuilder::mention(ExpressionId expression, const Token& token) {
+    const auto [found, is_new] =
+        mentions_.emplace(MentionKey{expression, token.role, token.arguments}, syntax_.mentions.size());
+    if (is_new) {
+        syntax_.mentions.push_back({.expression = expression,
+                                    .role = token.role,
+                                    .arguments = token.arguments,
+                                    .count = 0,
+                                    .line = token.line});
+    }
+    ++syntax_.mentions[found->second].count;
+}
+
+void SyntaxBuilder::open(DeclarationId declaration) {
+    scopes_.push_back({.parent = scope_, .declaration = declaration});
+    scope_ = scopes_.size() - 1;
+}
+
+void SyntaxBuilder::open_local() {
+    scopes_.push_back({.parent = scope_, .declaration = around(), .is_local = true});
+    scope_ = scopes_.size() - 1;
+}
+
+void SyntaxBuilder::close() {
+    const std::size_t parent = scopes_[scope_].parent;
+    if (visibility_ == Visibility::FROM_DECLARATION) {
+        scopes_.resize(scope_);  // nothing asks for it any more
+    }
+    scope_ = parent;
+}
+
+void SyntaxBuilder::bind(std::string_view name, ExpressionId value) {
+    bind_in(0, name, value);
+}
+
+void SyntaxBuilder::bind_in(std::size_t outward, std::string_view name, ExpressionId value) {
+    std::size_t scope = scope_;
+    while (scope != 0 && (!scopes_[scope].is_local || outward > 0)) {
+        outward -= scopes_[scope].is_local ? 1 : 0;
+        scope = scopes_[scope].parent;
+    }
+    if (scope != 0) {
+        scopes_[scope].locals[this->name(name)].values.push_back(value);
+    }
+}
+
+void SyntaxBuilder::release(std::string_view name) {
+    scopes_[scope_].locals[this->name(name)].is_released = true;
+}
+
+std::size_t SyntaxBuilder::local_depth() const {
+    std::size_t depth = 0;
+    for (std::size_t scope = scope_; scope != 0; scope = scopes_[scope].parent) {
+        depth += scopes_[scope].is_local ? 1 : 0;
+    }
+    return depth;
+}
+
+DeclarationId SyntaxBuilder::around() const {
+    return scopes_[scope_].declaration;
+}
+
+DeclarationId SyntaxBuilder::declare(Declaration declaration) {
+    syntax_.declarations.push_back(declaration);
+    return static_cast<DeclarationId>(syntax_.declarations.size() - 1);
+}
+
+std::uint32_t SyntaxBuilder::import(Import import) {
+    syntax_.imports.push_back(import);
+    return static_cast<std::uint32_t>(syntax_.imports.size() - 1);
+}
+
+Syntax SyntaxBuilder::finish() {
+    if (visibility_ == Visibility::WHOLE_SCOPE) {
+        settle_names();
+        drop_mentions_of_locals();
+    }
+    return std::move(syntax_);
+}
+
+// Null where the name is no local.
+const SyntaxBuilder::Local* SyntaxBuilder::find_local(std::size_t scope, NameId name) const {
+    for (; scope != 0; scope = scopes_[scope].parent) {
+        const auto found = scopes_[scope].locals.find(name);
+        if (found != scopes_[scope].locals.end() && !found->second.is_released) {
+            return &found->second;
+        }
+    }
+    return nullptr;
+}
+
+ExpressionId SyntaxBuilder::value_of(const Local& local) {
+    // A value of which nothing is known may be any: what is known of the others does not hold for it.
+    const bool is_known = std::ranges::find(local.values, UNKNOWN) == local.values.end();
+    return is_known ? one_of(local.values) : UNKNOWN;
+}
+
+// Gives each name the declaration around it, and has one that names a local be what that is.
+void SyntaxBuilder::settle_names() {
+    for (const ExpressionId id : unsettled_) {
+        const Expression name = syntax_.expressions[id];
+        if (const Local* const local = find_local(name.a, name.name)) {
+            const ExpressionId value = value_of(*local);
+            syntax_.expressions[id] = {.operation = Operation::LOCAL, .a = value};
+        } else {
+            syntax_.expressions[id].a = scopes_[name.a].declaration;
+        }
+    }
+}
+
+void SyntaxBuilder::drop_mentions_of_locals() {
+    for (Mention& mention : syntax_.mentions) {
+        const Expression& expression = syntax_.expressions[mention.expression];
+        if (expression.operation == Operation::LOCAL && stands_for_a_declaration(syntax_.expressions[expression.a])) {
+            mention.expression = expression.a;
+        }
+    }
+    std::erase_if(syntax_.mentions, [&](const Mention& mention) {
+        return syntax_.expressions[mention.expression].operation == Operation::LOCAL;
+    });
+}
+
+}  // namespace host::syntax
