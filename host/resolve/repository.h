@@ -23,17 +23,17 @@ struct File {
 
 /// A package by its manifest: package.json, tsconfig.json, pyproject.toml, go.mod, Cargo.toml, pom.xml.
 struct Package {
-    std::string folder;       ///< of the manifest, relative to the root; "" for the root
-    std::string name;         ///< by which others import it; empty when none is stated
-    std::string entry;        ///< the file that stands for it, relative to the folder; empty when none is stated
+    std::string folder;  ///< of the manifest, relative to the root; "" for the root
+    std::string name;    ///< by which others import it; empty when none is stated
+    std::string entry;   ///< the file that stands for it, relative to the folder; empty when none is stated
     /// Subpaths that others can import, relative to `name`, and where they lead, relative to the folder. One "*" in
     /// both stands for the same text. From exports of package.json.
     std::map<std::string, std::string> exports;
     /// The same for names that the package's own files import: `paths` of tsconfig.json, `imports` of package.json.
     std::map<std::string, std::vector<std::string>> aliases;
-    std::vector<std::string> roots;     ///< folders below which its modules lie, relative to the folder: "src", `baseUrl`
-    std::set<std::string> dependencies; ///< names of other packages, of this repository or from elsewhere
-    std::string_view language;          ///< whose manifest it is: "javascript", "python", "go", "rust", "java"
+    std::vector<std::string> roots;  ///< folders below which its modules lie, relative to the folder: "src", `baseUrl`
+    std::set<std::string> dependencies;  ///< names of other packages, of this repository or from elsewhere
+    std::string_view language;           ///< whose manifest it is: "javascript", "python", "go", "rust", "java"
 };
 
 struct Repository {
