@@ -1,0 +1,137 @@
+// C and C++ have no modules: a file sees what it includes, and what that includes.
+#include "host/resolve/module_rules.h"
+#include "host/resolve/paths.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
+
+namespace host::resolve {
+
+namespace {
+
+class CModules : public ModuleRules {
+  public:
+    explicit CModules(Catalog& catalog)
+        : catalog_(catalog), files_(catalog.repository()), program_(catalog.module("c:")), included_(catalog.files()) {
+        for (FileId file = 0; file < catalog.files(); ++file) {
+            if (catalog.file(file).language == "c" || catalog.file(file).language == "cpp") {
+                catalog.set_module(file, program_);
+                by_name_[file_name(catalog.file(file).path)].push_back(file);
+            }
+        }
+        std::vector<std::vector<FileId>> direct(catalog.files());
+        for (FileId file = 0; file < catalog.files(); ++file) {
+            for (const syntax::Import& import : catalog.syntax(file).imports) {
+                if (catalog.module_of(file) == program_ && is_include(file, import)) {
+                    const std::optional<FileId> header = find_header(file, import);
+                    if (header) {
+                        direct[file].push_back(*header);
+                    } else if (!import.is_system) {
+                        open_.insert(file);
+                    }
+                }
+            }
+        }
+        for (FileId file = 0; file < catalog.files(); ++file) {
+            add_reached(file, direct);
+        }
+    }
+
+    [[nodiscard]] Found find(FileId from, const syntax::Import& import) const override {
+        if (is_include(from, import)) {
+            return {.is_foreign = !find_header(from, import)};
+        }
+        Found found{.is_foreign = false, .modules = {program_}, .path = {}};
+        for (std::string_view rest = catalog_.syntax(from).name(import.module); !rest.empty();) {
+            const std::size_t end = rest.find("::");
+            if (end != 0) {
+                found.path.emplace_back(rest.substr(0, end));
+            }
+            rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 2);
+        }
+        return found;
+    }
+
+    [[nodiscard]] Container root(FileId /*file*/) const override { return program_; }
+
+    [[nodiscard]] bool sees(FileId from, FileId of) const override {
+        return std::ranges::binary_search(included_[from], of);
+    }
+
+    [[nodiscard]] bool is_open(FileId file) const override {
+        return open_.contains(file) ||
+               std::ranges::any_of(included_[file], [&](FileId each) { return open_.contains(each); });
+    }
+
+  private:
+    [[nodiscard]] bool is_include(FileId file, const syntax::Import& import) const {
+        return import.is_star &&
+               (import.is_system || catalog_.syntax(file).name(import.module).find('.') != std::string_view::npos);
+    }
+
+    // The header of an #include: beside the file, else the one whose path ends so; none where several do, unless one is
+    // nearest.
+    [[nodiscard]] std::optional<FileId> find_header(FileId from, const syntax::Import& import) const {
+        const std::string_view name = catalog_.syntax(from).name(import.module);
+        const std::string& path = catalog_.file(from).path;
+        if (!import.is_system) {
+            if (const std::optional<FileId> beside = files_.find(joined(folder_of(path), name).value_or(""))) {
+                return beside;
+            }
+        }
+        const auto candidates = by_name_.find(file_name(name));
+        if (candidates == by_name_.end()) {
+            return std::nullopt;
+        }
+        std::optional<FileId> best;
+        std::size_t most_common = 0;
+        bool is_one = false;
+        for (const FileId file : candidates->second) {
+            const std::string& other = catalog_.file(file).path;
+            if (other != name && !other.ends_with("/" + std::string(name))) {
+                continue;
+            }
+            const auto common = static_cast<std::size_t>(std::ranges::mismatch(path, other).in1 - path.begin());
+            if (!best || common > most_common) {
+                best = file;
+                most_common = common;
+                is_one = true;
+            } else if (common == most_common) {
+                is_one = false;
+            }
+        }
+        return is_one ? best : std::nullopt;
+    }
+
+    void add_reached(FileId file, const std::vector<std::vector<FileId>>& direct) {
+        std::vector<FileId>& reached = included_[file];
+        std::vector<FileId> waiting = direct[file];
+        std::vector<bool> is_known(direct.size(), false);
+        while (!waiting.empty()) {
+            const FileId next = waiting.back();
+            waiting.pop_back();
+            if (!is_known[next]) {
+                is_known[next] = true;
+                reached.push_back(next);
+                waiting.insert(waiting.end(), direct[next].begin(), direct[next].end());
+            }
+        }
+        std::ranges::sort(reached);
+    }
+
+    Catalog& catalog_;
+    FilesByPath files_;
+    Container program_;
+    std::unordered_map<std::string_view, std::vector<FileId>> by_name_;
+    std::vector<std::vector<FileId>> included_;  // by file: all that it includes, at any depth, ascending
+    std::unordered_set<FileId> open_;            // with an #include of a header that is not found
+};
+
+}  // namespace
+
+std::unique_ptr<ModuleRules> c_modules(Catalog& catalog) {
+    return std::make_unique<CModules>(catalog);
+}
+
+}  // namespace host::resolve

@@ -1,0 +1,222 @@
+#include "host/resolve/catalog.h"
+
+#include <algorithm>
+#include <numeric>
+#include <tuple>
+
+namespace host::resolve {
+
+namespace {
+
+// The name under which imports of all names are sorted: no other name has this number.
+constexpr Name STAR = NONE - 1;
+
+std::uint64_t key(const ImportPlace& place) {
+    return (std::uint64_t{place.file} << 32U) | place.import;
+}
+
+// Where each container begins among elements that are sorted by container; one more element holds the end.
+std::vector<std::uint32_t> starts(const std::vector<Container>& containers, std::uint32_t count) {
+    std::vector<std::uint32_t> first(std::size_t{count} + 1, 0);
+    for (const Container container : containers) {
+        ++first[std::size_t{container} + 1];
+    }
+    std::partial_sum(first.begin(), first.end(), first.begin());
+    return first;
+}
+
+// The elements of one container and name.
+template <class Element>
+std::span<const Element> part(const std::vector<Element>& elements, const std::vector<Name>& names,
+                              const std::vector<std::uint32_t>& first, Container container, Name name) {
+    if (container == NONE || name == NONE) {
+        return {};
+    }
+    const auto [begin, end] =
+        std::equal_range(names.begin() + first[container], names.begin() + first[container + 1], name);
+    return std::span(elements).subspan(static_cast<std::size_t>(begin - names.begin()),
+                                       static_cast<std::size_t>(end - begin));
+}
+
+}  // namespace
+
+Catalog::Catalog(const Repository& repository) : repository_(repository), modules_of_files_(files(), NONE) {
+    for (FileId file = 0; file < files(); ++file) {
+        std::vector<Name>& names = names_of_files_.emplace_back();
+        names.reserve(syntax(file).names.size());
+        for (const std::string& each : syntax(file).names) {
+            const auto [found, is_new] = names_.emplace(each, static_cast<Name>(names_.size()));
+            if (is_new) {
+                spellings_.emplace_back(each);
+            }
+            names.push_back(found->second);
+        }
+        first_symbols_.push_back(static_cast<Symbol>(files_of_symbols_.size()));
+        files_of_symbols_.insert(files_of_symbols_.end(), syntax(file).declarations.size(), file);
+    }
+    first_symbols_.push_back(static_cast<Symbol>(files_of_symbols_.size()));
+    containers_.assign(symbols(), NONE);
+    homes_.assign(symbols(), NONE);
+}
+
+const syntax::Syntax& Catalog::syntax(FileId id) const {
+    static const syntax::Syntax nothing;
+    const syntax::Syntax* const stated = file(id).syntax;
+    return stated == nullptr ? nothing : *stated;
+}
+
+Name Catalog::name(std::string_view spelling) const {
+    const auto found = names_.find(spelling);
+    return found == names_.end() ? NONE : found->second;
+}
+
+Symbol Catalog::around(Symbol symbol) const {
+    if (const auto owner = owners_.find(symbol); owner != owners_.end()) {
+        return owner->second;
+    }
+    const syntax::DeclarationId parent = declaration(symbol).parent;
+    return parent == syntax::NO_DECLARATION ? NONE : this->symbol(file_of(symbol), parent);
+}
+
+Container Catalog::module(const std::string& key) {
+    const auto [found, is_new] = modules_.emplace(key, container_count_);
+    container_count_ += is_new ? 1 : 0;
+    return found->second;
+}
+
+Container Catalog::find_module(const std::string& key) const {
+    const auto found = modules_.find(key);
+    return found == modules_.end() ? NONE : found->second;
+}
+
+void Catalog::set_module(FileId file, Container module) {
+    modules_of_files_[file] = module;
+    files_of_modules_.resize(std::max<std::size_t>(files_of_modules_.size(), std::size_t{module} + 1));
+    std::vector<FileId>& files = files_of_modules_[module];
+    files.insert(std::ranges::upper_bound(files, file), file);
+}
+
+std::span<const FileId> Catalog::files_of(Container module) const {
+    return module < files_of_modules_.size() ? std::span<const FileId>(files_of_modules_[module])
+                                             : std::span<const FileId>();
+}
+
+void Catalog::set_import_name(ImportPlace place, Name name) {
+    names_of_imports_[key(place)] = name;
+}
+
+void Catalog::set_container(Symbol symbol, Container container) {
+    containers_[symbol] = container;
+}
+
+Container Catalog::container_in(Container home, Name name, Symbol symbol) {
+    if (containers_[symbol] != NONE) {
+        return containers_[symbol];
+    }
+    if (declaration(symbol).kind != syntax::Kind::NAMESPACE || home == NONE) {
+        return container_count_++;
+    }
+    const auto [found, is_new] = namespaces_.emplace((std::uint64_t{home} << 32U) | name, container_count_);
+    container_count_ += is_new ? 1 : 0;
+    return found->second;
+}
+
+void Catalog::link() {
+    using syntax::Kind;
+    // A declaration stands behind the one around it, so that one's container is known when it comes to this one; an
+    // owner may stand anywhere.
+    for (Symbol symbol = 0; symbol < symbols(); ++symbol) {
+        const syntax::Declaration& stated = declaration(symbol);
+        const FileId file = file_of(symbol);
+        const bool is_owned = stated.owner != syntax::UNKNOWN;
+        const bool is_at_top = stated.parent == syntax::NO_DECLARATION;
+        homes_[symbol] = is_owned ? NONE : is_at_top ? module_of(file) : containers_[this->symbol(file, stated.parent)];
+        if (stated.kind == Kind::TYPE || stated.kind == Kind::NAMESPACE) {
+            containers_[symbol] = container_in(homes_[symbol], name_of(symbol), symbol);
+        }
+    }
+    for (const auto& [symbol, type] : owners_) {
+        homes_[symbol] = containers_[type];
+    }
+    link_members();
+    link_imports();
+}
+
+void Catalog::link_members() {
+    members_.clear();
+    for (Symbol symbol = 0; symbol < symbols(); ++symbol) {
+        if (homes_[symbol] != NONE) {
+            members_.push_back(symbol);
+        }
+    }
+    std::ranges::sort(members_, {}, [&](Symbol symbol) { return std::tuple(homes_[symbol], name_of(symbol), symbol); });
+    member_names_.clear();
+    std::vector<Container> containers;
+    for (const Symbol symbol : members_) {
+        member_names_.push_back(name_of(symbol));
+        containers.push_back(homes_[symbol]);
+    }
+    first_members_ = starts(containers, container_count_);
+}
+
+void Catalog::link_imports() {
+    struct Entry {
+        Container container;
+        Name name;
+        ImportPlace place;
+    };
+    std::vector<Entry> entries;
+    for (FileId file = 0; file < files(); ++file) {
+        const std::vector<syntax::Import>& imports = syntax(file).imports;
+        for (std::uint32_t at = 0; at < imports.size(); ++at) {
+            const syntax::Import& import = imports[at];
+            const Container container =
+                import.around == syntax::NO_DECLARATION ? module_of(file) : containers_[symbol(file, import.around)];
+            if (container != NONE && !import.is_in_function) {
+                entries.push_back({container, bound_name({file, at}), {file, at}});
+            }
+        }
+    }
+    std::ranges::stable_sort(entries, {}, [](const Entry& entry) { return std::tuple(entry.container, entry.name); });
+    imports_.clear();
+    import_names_.clear();
+    std::vector<Container> containers;
+    for (const Entry& entry : entries) {
+        imports_.push_back(entry.place);
+        import_names_.push_back(entry.name);
+        containers.push_back(entry.container);
+    }
+    first_imports_ = starts(containers, container_count_);
+}
+
+// The name that an import binds; STAR for all names of a module.
+Name Catalog::bound_name(const ImportPlace& place) const {
+    const syntax::Import& import = syntax(place.file).imports[place.import];
+    const auto stated = names_of_imports_.find(key(place));
+    return import.is_star ? STAR : stated == names_of_imports_.end() ? name(place.file, import.name) : stated->second;
+}
+
+std::span<const Symbol> Catalog::members(Container container, Name name) const {
+    return part(members_, member_names_, first_members_, container, name);
+}
+
+std::span<const ImportPlace> Catalog::imports(Container container, Name name) const {
+    return part(imports_, import_names_, first_imports_, container, name);
+}
+
+std::span<const ImportPlace> Catalog::star_imports(Container container) const {
+    return part(imports_, import_names_, first_imports_, container, STAR);
+}
+
+std::vector<ImportPlace> Catalog::star_imports_of(FileId file) const {
+    std::vector<ImportPlace> places;
+    const std::vector<syntax::Import>& imports = syntax(file).imports;
+    for (std::uint32_t at = 0; at < imports.size(); ++at) {
+        if (imports[at].is_star && !imports[at].is_in_function && imports[at].around == syntax::NO_DECLARATION) {
+            places.push_back({file, at});
+        }
+    }
+    return places;
+}
+
+}  // namespace host::resolve

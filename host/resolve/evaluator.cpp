@@ -1,0 +1,130 @@
+#include "host/resolve/evaluator.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host::resolve {
+
+namespace {
+
+using syntax::Operation;
+
+// What nobody writes: deeper chains of expressions, and more work for one of them.
+constexpr std::size_t DEEPEST = 200;
+constexpr std::size_t MOST_STEPS = 20'000;
+
+}  // namespace
+
+void add_once(Meaning& meaning, const Entity& entity) {
+    if (std::ranges::find(meaning, entity) == meaning.end()) {
+        meaning.push_back(entity);
+    }
+}
+
+void add_once(Meaning& meaning, const Meaning& more) {
+    for (const Entity& entity : more) {
+        add_once(meaning, entity);
+    }
+}
+
+// A result that depends on an evaluation in progress, which counts as nothing, holds only within that. So it is not
+// kept, unless the evaluation in progress is its own.
+Meaning Evaluator::remembered(Subject subject, std::uint32_t first, std::uint32_t second,
+                              const std::function<Meaning()>& compute) {
+    auto& known = known_.at(static_cast<std::size_t>(subject));
+    auto& in_progress = in_progress_.at(static_cast<std::size_t>(subject));
+    const std::uint64_t key = (std::uint64_t{first} << 32U) | second;
+    if (const auto found = known.find(key); found != known.end()) {
+        return found->second;
+    }
+    if (const auto found = in_progress.find(key); found != in_progress.end()) {
+        lowest_ = std::min(lowest_, found->second);
+        return {};
+    }
+    steps_ = depth_ == 0 ? 0 : steps_ + 1;
+    if (depth_ >= DEEPEST || steps_ > MOST_STEPS) {
+        lowest_ = 0;
+        return {};
+    }
+    const std::size_t depth = depth_++;
+    const std::size_t lowest_before = std::exchange(lowest_, INDEPENDENT);
+    in_progress.emplace(key, depth);
+    Meaning meaning = compute();
+    in_progress.erase(key);
+    --depth_;
+    const std::size_t lowest = lowest_ >= depth ? INDEPENDENT : lowest_;
+    if (lowest == INDEPENDENT) {
+        known.emplace(key, meaning);
+    }
+    lowest_ = std::min(lowest_before, lowest);
+    return meaning;
+}
+
+Meaning Evaluator::evaluate(const Place& place) {
+    return place.expression == syntax::UNKNOWN
+               ? Meaning()
+               : remembered(Subject::EXPRESSION, place.file, place.expression, [&] { return compute(place); });
+}
+
+Meaning Evaluator::compute(const Place& place) {
+    const FileId file = place.file;
+    const syntax::Expression& expression = catalog_.syntax(file).expressions[place.expression];
+    const auto symbol = [&](Entity::What what) {
+        const Symbol type = enclosing_type(file, expression.a);
+        return type == NONE ? Meaning() : Meaning{{.what = what, .id = type}};
+    };
+    switch (expression.operation) {
+    case Operation::NOTHING:
+        return {};
+    case Operation::NAME:
+        return named(file, expression);
+    case Operation::GLOBAL:
+        return global(file, expression);
+    case Operation::MEMBER:
+        return member(file, expression);
+    case Operation::DECLARATION:
+        return {{.what = Entity::What::SYMBOL, .id = catalog_.symbol(file, expression.a)}};
+    case Operation::IMPORT:
+        return import_meaning({file, expression.a});
+    case Operation::LOCAL:
+        return evaluate(file, expression.a);
+    case Operation::SELF:
+    case Operation::SUPER:
+        return symbol(Entity::What::INSTANCE);
+    case Operation::SELF_TYPE:
+        return symbol(Entity::What::SYMBOL);
+    case Operation::INSTANCE:
+        return instances(values(file, expression.a));
+    case Operation::CALL:
+        return called(values(file, expression.a));
+    case Operation::ELEMENT:
+    case Operation::KEY:
+    case Operation::COMPONENT:
+    case Operation::AWAITED:
+    case Operation::TARGET:
+        return parts(values(file, expression.a), expression);
+    case Operation::ONE_OF: {
+        Meaning all;
+        for (const syntax::ExpressionId each : catalog_.syntax(file).list(expression.a)) {
+            add_once(all, values(file, each));
+        }
+        return all;
+    }
+    case Operation::LIST:
+    case Operation::MAP:
+    case Operation::TUPLE:
+    case Operation::POINTER:
+    case Operation::AWAITABLE:
+    case Operation::FUNCTION:
+        return {{.what = Entity::What::STRUCTURE, .id = NONE, .at = place}};
+    case Operation::GENERIC:
+        return generic(file, expression, place);
+    case Operation::PARAMETER:
+        return {{.what = Entity::What::PARAMETER, .id = NONE, .at = place}};
+    case Operation::FOREIGN:
+        return {{.what = Entity::What::FOREIGN}};
+    }
+    return {};
+}
+
+}  // namespace host::resolve

@@ -1,0 +1,94 @@
+// Evaluates expressions: what a name means where it stands, what a value is an instance of.
+#pragma once
+
+#include "host/resolve/catalog.h"
+#include "host/resolve/languages.h"
+#include "host/resolve/meaning.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <unordered_map>
+#include <vector>
+
+namespace host::resolve {
+
+/// Types that a type has beside those that its own declaration states: `impl Trait for Type`.
+using FurtherBases = std::unordered_map<Symbol, std::vector<Place>>;
+
+/// Evaluates the expressions of a repository, for one thread. What it found out it keeps.
+///
+/// A result does not depend on what was evaluated before: where an expression refers to itself, nothing is kept but what
+/// the outermost evaluation gives.
+class Evaluator {
+  public:
+    /// All must outlive the object. The catalog must be linked.
+    Evaluator(const Catalog& catalog, const Languages& languages, const FurtherBases& further_bases)
+        : catalog_(catalog), languages_(languages), further_bases_(further_bases) {}
+
+    /// Returns what an expression means: of a name, the declarations that it may refer to. A variable is SYMBOL here;
+    /// `values` tells what it holds.
+    Meaning evaluate(const Place& place);
+
+    /// Returns a meaning with variables replaced by what they hold, and aliases by the types that they stand for.
+    Meaning values(const Meaning& meaning);
+
+    /// Forgets the meaning of expressions, which is most of what is kept.
+    void forget_expressions() { known_.front().clear(); }
+
+  private:
+    enum class Subject : std::uint8_t { EXPRESSION, EXPORT, IMPORT };
+
+    Meaning remembered(Subject subject, std::uint32_t first, std::uint32_t second,
+                       const std::function<Meaning()>& compute);
+    Meaning compute(const Place& place);
+    Meaning evaluate(FileId file, syntax::ExpressionId expression) { return evaluate(Place{file, expression}); }
+    Meaning values(FileId file, syntax::ExpressionId expression) { return values(evaluate(file, expression)); }
+
+    // Names (evaluator_names.cpp).
+    Meaning named(FileId file, const syntax::Expression& name);
+    Meaning named_around(FileId file, Symbol around, bool is_innermost, Name name, syntax::Space space);
+    Meaning named_at_top(FileId file, Name name, syntax::Space space);
+    Meaning global(FileId file, const syntax::Expression& name);
+    Meaning import_meaning(const ImportPlace& place);
+    Meaning imported_modules(const ImportPlace& place, const syntax::Import& import);
+    Meaning exported(Container container, Name name);
+    Meaning compute_exported(Container container, Name name);
+    [[nodiscard]] Meaning chosen(const Meaning& found, syntax::Space space, const LanguageRules& rules) const;
+
+    // Members (evaluator_members.cpp).
+    Meaning members(const Meaning& of, Name name);
+    Meaning member(FileId file, const syntax::Expression& member);
+    void add_members(const Entity& of, Name name, Meaning& found);
+    bool add_members_of_type(Symbol type, const Place& arguments, Name name, std::size_t depth, Meaning& found);
+    bool add_members_of_bases(Symbol type, Name name, std::size_t depth, Meaning& found);
+    Meaning bases_of(Symbol type);
+    [[nodiscard]] Symbol enclosing_type(FileId file, syntax::DeclarationId declaration) const;
+
+    // Values and types (evaluator_types.cpp).
+    void add_values(const Entity& entity, std::size_t depth, Meaning& found);
+    Meaning instances(const Meaning& types) const;
+    Meaning called(const Meaning& functions);
+    Meaning parts(const Meaning& wholes, const syntax::Expression& asked);
+    void add_parts(const Entity& whole, const syntax::Expression& asked, std::size_t depth, Meaning& found);
+    Meaning substituted(const Meaning& meaning, const Place& arguments);
+    Meaning generic(FileId file, const syntax::Expression& expression, const Place& place);
+
+    const Catalog& catalog_;
+    const Languages& languages_;
+    const FurtherBases& further_bases_;
+    std::array<std::unordered_map<std::uint64_t, Meaning>, 3> known_;            // by subject
+    std::array<std::unordered_map<std::uint64_t, std::size_t>, 3> in_progress_;  // likewise: their depth
+    std::size_t depth_ = 0;
+    std::size_t lowest_ = INDEPENDENT;  // the depth of the outermost evaluation in progress that was asked for
+    std::size_t steps_ = 0;             // since the outermost evaluation began
+
+    static constexpr std::size_t INDEPENDENT = static_cast<std::size_t>(-1);
+};
+
+/// Adds an entity unless it is there.
+void add_once(Meaning& meaning, const Entity& entity);
+void add_once(Meaning& meaning, const Meaning& more);
+
+}  // namespace host::resolve

@@ -1,0 +1,228 @@
+// What names mean where they stand.
+#include "host/resolve/definitions.h"
+#include "host/resolve/evaluator.h"
+
+#include <algorithm>
+#include <string>
+
+namespace host::resolve {
+
+namespace {
+
+using syntax::Kind;
+using syntax::Space;
+using What = Entity::What;
+
+Entity symbol_entity(Symbol symbol) {
+    return {.what = What::SYMBOL, .id = symbol};
+}
+
+bool is_kind_of_type(Kind kind) {
+    return kind == Kind::TYPE || kind == Kind::ALIAS;
+}
+
+}  // namespace
+
+Meaning Evaluator::named(FileId file, const syntax::Expression& name) {
+    const Name wanted = catalog_.name(file, name.name);
+    const auto space = static_cast<Space>(name.b);
+    if (languages_.rules(file) == nullptr) {
+        return {};
+    }
+    const bool is_at_top = name.a == syntax::NO_DECLARATION;
+    const Symbol innermost = is_at_top ? NONE : catalog_.symbol(file, name.a);
+    for (Symbol around = innermost; around != NONE; around = catalog_.around(around)) {
+        if (Meaning found = named_around(file, around, around == innermost, wanted, space); !found.empty()) {
+            return found;
+        }
+        const bool is_closed =
+            catalog_.declaration(around).kind == Kind::NAMESPACE && !languages_.rules(file)->sees_through_namespaces;
+        if (is_closed) {
+            return {};
+        }
+    }
+    return named_at_top(file, wanted, space);
+}
+
+// What the name means as one of a type or namespace around it.
+Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, Name name, Space space) {
+    const LanguageRules& rules = *languages_.rules(file);
+    Meaning found;
+    switch (catalog_.declaration(around).kind) {
+    case Kind::TYPE:
+        // The body of a class sees its names even where its functions do not.
+        if (rules.has_members_in_scope || is_innermost) {
+            add_members_of_type(around, {}, name, 0, found);
+        }
+        break;
+    case Kind::NAMESPACE: {
+        const Container container = catalog_.container_of(around);
+        for (const Symbol symbol : catalog_.members(container, name)) {
+            const FileId of = catalog_.file_of(symbol);
+            if (of == file || languages_.modules(file).sees(file, of)) {
+                add_once(found, symbol_entity(symbol));
+            }
+        }
+        for (const ImportPlace& place : catalog_.imports(container, name)) {
+            if (place.file == file) {
+                add_once(found, import_meaning(place));
+            }
+        }
+        for (const ImportPlace& place : catalog_.star_imports(container)) {
+            if (found.empty() && place.file == file) {
+                add_once(found, members(imported_modules(place, catalog_.syntax(file).imports[place.import]), name));
+            }
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return chosen(found, space, rules);
+}
+
+// Names of the file itself come first, then those that its module has in other files, then those of whole modules.
+Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
+    const LanguageRules& rules = *languages_.rules(file);
+    const Container module = catalog_.module_of(file);
+    Meaning found;
+    for (const Symbol symbol : catalog_.members(module, name)) {
+        if (catalog_.file_of(symbol) == file) {
+            add_once(found, symbol_entity(symbol));
+        }
+    }
+    for (const ImportPlace& place : catalog_.imports(module, name)) {
+        if (place.file == file) {
+            add_once(found, import_meaning(place));
+        }
+    }
+    found = chosen(found, space, rules);
+    if (!found.empty()) {
+        return found;
+    }
+    for (const Symbol symbol : catalog_.members(module, name)) {
+        const FileId of = catalog_.file_of(symbol);
+        if (of != file && languages_.modules(file).sees(file, of)) {
+            add_once(found, symbol_entity(symbol));
+        }
+    }
+    found = chosen(found, space, rules);
+    if (!found.empty()) {
+        return found;
+    }
+    for (const ImportPlace& place : catalog_.star_imports_of(file)) {
+        add_once(found, members(imported_modules(place, catalog_.syntax(file).imports[place.import]), name));
+    }
+    return chosen(found, space, rules);
+}
+
+Meaning Evaluator::global(FileId file, const syntax::Expression& name) {
+    const Container root = languages_.rules(file) == nullptr ? NONE : languages_.modules(file).root(file);
+    return root == NONE ? Meaning()
+                        : chosen(exported(root, catalog_.name(file, name.name)), static_cast<Space>(name.b),
+                                 *languages_.rules(file));
+}
+
+Meaning Evaluator::import_meaning(const ImportPlace& place) {
+    return remembered(Subject::IMPORT, place.file, place.import, [&]() -> Meaning {
+        const syntax::Import& import = catalog_.syntax(place.file).imports[place.import];
+        if (languages_.rules(place.file) == nullptr) {
+            return {};
+        }
+        if (import.module == 0) {  // of the file itself
+            return exported(catalog_.module_of(place.file), catalog_.name(place.file, import.original));
+        }
+        Meaning modules = imported_modules(place, import);
+        return import.original == 0 ? modules : members(modules, catalog_.name(place.file, import.original));
+    });
+}
+
+Meaning Evaluator::imported_modules(const ImportPlace& place, const syntax::Import& import) {
+    if (languages_.rules(place.file) == nullptr) {
+        return {};
+    }
+    const Found found = languages_.modules(place.file).find(place.file, import);
+    if (found.is_foreign) {
+        return {{.what = What::FOREIGN}};
+    }
+    Meaning modules;
+    for (const Container module : found.modules) {
+        add_once(modules, Entity{.what = What::MODULE, .id = module});
+    }
+    for (const std::string& name : found.path) {
+        modules = members(modules, catalog_.name(name));
+    }
+    return modules;
+}
+
+// What others can have of a module or namespace by this name.
+Meaning Evaluator::exported(Container container, Name name) {
+    return name == NONE
+               ? Meaning()
+               : remembered(Subject::EXPORT, container, name, [&] { return compute_exported(container, name); });
+}
+
+Meaning Evaluator::compute_exported(Container container, Name name) {
+    Meaning found;
+    for (const Symbol symbol : catalog_.members(container, name)) {
+        if (!catalog_.declaration(symbol).is_private) {
+            add_once(found, symbol_entity(symbol));
+        }
+    }
+    const auto is_passed_on = [&](const ImportPlace& place) {
+        const LanguageRules* const rules = languages_.rules(place.file);
+        return catalog_.syntax(place.file).imports[place.import].is_exported ||
+               (rules != nullptr && rules->exports_imports);
+    };
+    for (const ImportPlace& place : catalog_.imports(container, name)) {
+        if (is_passed_on(place)) {
+            add_once(found, import_meaning(place));
+        }
+    }
+    const std::span<const FileId> files = catalog_.files_of(container);
+    if (found.empty() && !files.empty() && languages_.rules(files.front()) != nullptr) {
+        const std::string spelling(catalog_.spelling(name));
+        const Container submodule = languages_.modules(files.front()).submodule(container, spelling);
+        if (submodule != NONE) {
+            return {{.what = What::MODULE, .id = submodule}};
+        }
+    }
+    for (const ImportPlace& place : catalog_.star_imports(container)) {
+        if (found.empty() && is_passed_on(place)) {
+            add_once(found, members(imported_modules(place, catalog_.syntax(place.file).imports[place.import]), name));
+        }
+    }
+    return found;
+}
+
+// Those that a name in this space binds to: a type binds to types alone, a value rather to a value than to a class.
+Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules& rules) const {
+    const auto only = [&](const auto& is_wanted) {
+        Meaning wanted;
+        for (const Entity& entity : found) {
+            const bool is_symbol = entity.what == What::SYMBOL;
+            if (is_wanted(entity, is_symbol ? catalog_.declaration(entity.id).kind : Kind::NAMESPACE)) {
+                wanted.push_back(entity);
+            }
+        }
+        return wanted;
+    };
+    const auto is_foreign = [](const Entity& entity) { return entity.what == What::FOREIGN; };
+    Meaning best;
+    switch (space) {
+    case Space::TYPE:
+        best = only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
+        return best.empty() && rules.has_values_as_types ? found : best;
+    case Space::VALUE:
+        best = only([&](const Entity& entity, Kind kind) {
+            return is_foreign(entity) || (!is_kind_of_type(kind) && kind != Kind::NAMESPACE);
+        });
+        return best.empty() ? found : best;
+    case Space::QUALIFIER:
+        best = only([&](const Entity&, Kind kind) { return is_kind_of_type(kind) || kind == Kind::NAMESPACE; });
+        return best.empty() ? found : best;
+    }
+    return found;
+}
+
+}  // namespace host::resolve

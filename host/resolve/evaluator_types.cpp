@@ -1,0 +1,229 @@
+// Values: what variables hold, calls give, containers contain.
+#include "host/resolve/definitions.h"
+#include "host/resolve/evaluator.h"
+
+#include <array>
+#include <cstdint>
+
+namespace host::resolve {
+
+namespace {
+
+using syntax::Kind;
+using syntax::Operation;
+using What = Entity::What;
+
+// How many variables and aliases may stand for one another.
+constexpr std::size_t LONGEST_CHAIN = 20;
+
+}  // namespace
+
+Meaning Evaluator::values(const Meaning& meaning) {
+    Meaning found;
+    for (const Entity& entity : meaning) {
+        add_values(entity, 0, found);
+    }
+    return found;
+}
+
+void Evaluator::add_values(const Entity& entity, std::size_t depth, Meaning& found) {
+    if (entity.what != What::SYMBOL) {
+        add_once(found, entity);
+        return;
+    }
+    for (const Symbol symbol : definitions(catalog_, std::array{entity.id})) {
+        const syntax::Declaration& declaration = catalog_.declaration(symbol);
+        const bool is_followed =
+            declaration.kind == Kind::VALUE || declaration.kind == Kind::PROPERTY || declaration.kind == Kind::ALIAS;
+        if (!is_followed) {
+            add_once(found, Entity{.what = What::SYMBOL, .id = symbol, .at = entity.at});
+        } else if (depth < LONGEST_CHAIN) {
+            for (const Entity& each : substituted(evaluate(catalog_.file_of(symbol), declaration.type), entity.at)) {
+                add_values(each, depth + 1, found);
+            }
+        }
+    }
+}
+
+// Values of types; what is a value already stays.
+Meaning Evaluator::instances(const Meaning& types) const {
+    Meaning found;
+    for (Entity entity : types) {
+        switch (entity.what) {
+        case What::SYMBOL:
+            if (catalog_.declaration(entity.id).kind != Kind::TYPE) {
+                continue;
+            }
+            entity.what = What::INSTANCE;
+            break;
+        case What::STRUCTURE:
+            entity.what = What::STRUCTURED;
+            break;
+        case What::PARAMETER:
+            entity.what = What::PARAMETRIC;
+            break;
+        case What::MODULE:
+            continue;
+        default:
+            break;
+        }
+        add_once(found, entity);
+    }
+    return found;
+}
+
+// What calling gives: of a type an instance, of a function a value of the type of its result.
+Meaning Evaluator::called(const Meaning& functions) {
+    Meaning found;
+    for (const Entity& function : functions) {
+        switch (function.what) {
+        case What::FOREIGN:
+            add_once(found, function);
+            break;
+        case What::SYMBOL: {
+            const syntax::Declaration& declaration = catalog_.declaration(function.id);
+            if (declaration.kind == Kind::TYPE) {
+                add_once(found, instances({function}));
+            } else if (declaration.kind == Kind::FUNCTION) {
+                const Meaning result = values(catalog_.file_of(function.id), declaration.type);
+                add_once(found, substituted(instances(result), function.at));
+            }
+            break;
+        }
+        case What::STRUCTURE:  // a conversion
+            add_once(found, instances({function}));
+            break;
+        case What::STRUCTURED:
+        case What::INSTANCE:
+            add_parts(function, {.operation = Operation::CALL}, 0, found);
+            break;
+        default:
+            break;
+        }
+    }
+    return found;
+}
+
+Meaning Evaluator::parts(const Meaning& wholes, const syntax::Expression& asked) {
+    Meaning found;
+    for (const Entity& whole : wholes) {
+        add_parts(whole, asked, 0, found);
+    }
+    return found;
+}
+
+// Adds what the operation `asked` gives of a value: an element, a component, the result of a call.
+void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, std::size_t depth, Meaning& found) {
+    const bool is_transparent = asked.operation == Operation::AWAITED || asked.operation == Operation::TARGET;
+    if (whole.what == What::FOREIGN) {
+        add_once(found, whole);
+        return;
+    }
+    if (whole.what == What::INSTANCE) {  // of a type that is made of another one
+        const syntax::Declaration& type = catalog_.declaration(whole.id);
+        if (is_transparent) {
+            add_once(found, whole);
+        } else if (type.type != syntax::UNKNOWN && depth < LONGEST_CHAIN) {
+            for (const Entity& each : instances(values(catalog_.file_of(whole.id), type.type))) {
+                add_parts(each, asked, depth + 1, found);
+            }
+        }
+        return;
+    }
+    if (whole.what != What::STRUCTURED) {
+        if (is_transparent) {
+            add_once(found, whole);
+        }
+        return;
+    }
+    const FileId file = whole.at.file;
+    const syntax::Syntax& syntax = catalog_.syntax(file);
+    const syntax::Expression& structure = syntax.expressions[whole.at.expression];
+    const auto add = [&](syntax::ExpressionId type) { add_once(found, instances(values(file, type))); };
+    const bool is_element = asked.operation == Operation::ELEMENT;
+    switch (structure.operation) {
+    case Operation::LIST:
+        if (is_element) {
+            add(structure.a);
+        }
+        break;
+    case Operation::MAP:
+        if (is_element || asked.operation == Operation::KEY) {
+            add(is_element ? structure.b : structure.a);
+        }
+        break;
+    case Operation::TUPLE: {
+        const std::span<const syntax::ExpressionId> components = syntax.list(structure.a);
+        if (asked.operation == Operation::COMPONENT && asked.b < components.size()) {
+            add(components[asked.b]);
+        }
+        break;
+    }
+    case Operation::FUNCTION:
+        if (asked.operation == Operation::CALL) {
+            add(structure.a);
+        }
+        break;
+    case Operation::AWAITABLE:
+        if (asked.operation == Operation::AWAITED) {
+            add(structure.a);
+            return;
+        }
+        break;
+    case Operation::POINTER:
+        if (asked.operation == Operation::TARGET) {
+            add(structure.a);
+            return;
+        }
+        if (depth < LONGEST_CHAIN && !is_transparent) {
+            for (const Entity& target : instances(values(file, structure.a))) {
+                add_parts(target, asked, depth + 1, found);
+            }
+        }
+        break;
+    default:
+        break;
+    }
+    if (is_transparent) {
+        add_once(found, whole);
+    }
+}
+
+// A meaning with the type parameters of a generic type replaced by the arguments that a GENERIC gives them.
+Meaning Evaluator::substituted(const Meaning& meaning, const Place& arguments) {
+    if (arguments.file == NONE) {
+        return meaning;
+    }
+    const syntax::Syntax& syntax = catalog_.syntax(arguments.file);
+    const std::span<const syntax::ExpressionId> given = syntax.list(syntax.expressions[arguments.expression].b);
+    Meaning found;
+    for (const Entity& entity : meaning) {
+        const bool is_value = entity.what == What::PARAMETRIC;
+        if (!is_value && entity.what != What::PARAMETER) {
+            add_once(found, entity);
+            continue;
+        }
+        const std::uint32_t number = catalog_.syntax(entity.at.file).expressions[entity.at.expression].b;
+        if (number < given.size()) {
+            const Meaning argument = values(arguments.file, given[number]);
+            add_once(found, is_value ? instances(argument) : argument);
+        } else {
+            add_once(found, entity);
+        }
+    }
+    return found;
+}
+
+// A generic type of the repository keeps its arguments.
+Meaning Evaluator::generic(FileId file, const syntax::Expression& expression, const Place& place) {
+    Meaning found;
+    for (Entity type : values(file, expression.a)) {
+        if (type.what == What::SYMBOL) {
+            type.at = place;
+        }
+        add_once(found, type);
+    }
+    return found;
+}
+
+}  // namespace host::resolve

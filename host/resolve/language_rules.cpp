@@ -1,0 +1,75 @@
+#include "host/resolve/language_rules.h"
+
+#include <array>
+
+namespace host::resolve {
+
+namespace {
+
+using std::string_view;
+
+constexpr std::array<string_view, 2> C{"c", "cpp"};
+constexpr std::array<string_view, 3> ECMASCRIPT{"javascript", "tsx", "typescript"};
+constexpr std::array<string_view, 1> GO{"go"};
+constexpr std::array<string_view, 1> JAVA{"java"};
+constexpr std::array<string_view, 1> PYTHON{"python"};
+constexpr std::array<string_view, 1> RUST{"rust"};
+
+constexpr std::array RULES{
+    LanguageRules{.family = Family::C,
+                  .languages = C,
+                  .modules = c_modules,
+                  .has_members_in_scope = true,
+                  .sees_through_namespaces = true,
+                  .exports_imports = true,
+                  .has_values_as_types = false,
+                  .has_unique_calls = true},
+    LanguageRules{.family = Family::ECMASCRIPT,
+                  .languages = ECMASCRIPT,
+                  .modules = ecmascript_modules,
+                  .has_members_in_scope = false,
+                  .sees_through_namespaces = true,
+                  .exports_imports = false,
+                  .has_values_as_types = false,
+                  .has_unique_calls = false},
+    LanguageRules{.family = Family::GO,
+                  .languages = GO,
+                  .modules = go_modules,
+                  .has_members_in_scope = false,
+                  .sees_through_namespaces = true,
+                  .exports_imports = false,
+                  .has_values_as_types = false,
+                  .has_unique_calls = false},
+    LanguageRules{.family = Family::JAVA,
+                  .languages = JAVA,
+                  .modules = java_modules,
+                  .has_members_in_scope = true,
+                  .sees_through_namespaces = true,
+                  .exports_imports = false,
+                  .has_values_as_types = false,
+                  .has_unique_calls = false},
+    LanguageRules{.family = Family::PYTHON,
+                  .languages = PYTHON,
+                  .modules = python_modules,
+                  .has_members_in_scope = false,
+                  .sees_through_namespaces = true,
+                  .exports_imports = true,
+                  .has_values_as_types = true,
+                  .has_unique_calls = false},
+    LanguageRules{.family = Family::RUST,
+                  .languages = RUST,
+                  .modules = rust_modules,
+                  .has_members_in_scope = false,
+                  .sees_through_namespaces = false,
+                  .exports_imports = false,
+                  .has_values_as_types = false,
+                  .has_unique_calls = false},
+};
+
+}  // namespace
+
+std::span<const LanguageRules> language_rules() {
+    return RULES;
+}
+
+}  // namespace host::resolve

@@ -1,0 +1,33 @@
+// What differs between languages in what a name means, as data.
+#pragma once
+
+#include "host/resolve/module_rules.h"
+
+#include <memory>
+#include <span>
+#include <string_view>
+
+namespace host::resolve {
+
+/// Languages whose files can name each other's declarations.
+enum class Family : std::uint8_t { C, ECMASCRIPT, GO, JAVA, PYTHON, RUST };
+
+struct LanguageRules {
+    Family family;
+    std::span<const std::string_view> languages;
+    std::unique_ptr<ModuleRules> (*modules)(Catalog& catalog);
+    /// Whether a plain name in a type may be one of its members, and of its bases.
+    bool has_members_in_scope;
+    /// Whether what stands in a namespace sees the names around that.
+    bool sees_through_namespaces;
+    /// Whether what a file imports can be imported from it.
+    bool exports_imports;
+    /// Whether a value may stand for a type: `Alias = Union[A, B]`.
+    bool has_values_as_types;
+    /// Whether a call of a function that nothing binds may be one of the only function of its name.
+    bool has_unique_calls;
+};
+
+std::span<const LanguageRules> language_rules();
+
+}  // namespace host::resolve

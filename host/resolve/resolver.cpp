@@ -1,0 +1,205 @@
+#include "host/resolve/resolver.h"
+
+#include "host/resolve/catalog.h"
+#include "host/resolve/definitions.h"
+#include "host/resolve/evaluator.h"
+#include "host/resolve/languages.h"
+
+#include <algorithm>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace host::resolve {
+
+namespace {
+
+using syntax::Declaration;
+using syntax::Kind;
+using syntax::Mention;
+using What = Entity::What;
+
+// What a token may refer to.
+struct Targets {
+    std::vector<Target> targets;  // each once
+    bool is_foreign = false;      // or to something foreign
+    bool is_unique = false;       // by its name alone
+};
+
+bool takes(const Declaration& function, std::uint8_t arguments) {
+    return function.kind != Kind::FUNCTION || arguments == Declaration::ANY_NUMBER ||
+           (function.least_arguments <= arguments &&
+            (arguments <= function.most_arguments || function.most_arguments == Declaration::ANY_NUMBER));
+}
+
+}  // namespace
+
+// The declarations of a repository with all that is a member of something put there.
+class Resolver::Linked {
+  public:
+    explicit Linked(const Repository& repository) : catalog_(repository), languages_(catalog_) {
+        catalog_.link();
+        place_owned();
+        catalog_.link();
+    }
+
+    [[nodiscard]] References references_of(FileId file) const {
+        std::unique_ptr<Evaluator> evaluator = borrow();
+        std::map<std::pair<Target, Evidence>, Reference> found;
+        References references;
+        for (const Mention& mention : catalog_.syntax(file).mentions) {
+            const Targets targets = targets_of(*evaluator, file, mention);
+            if (targets.targets.empty() && !targets.is_foreign) {
+                references.unresolved += mention.count;
+            }
+            for (const Target& target : targets.targets) {
+                const Evidence evidence = evidence_for(file, target, targets);
+                Reference& reference =
+                    found.try_emplace({target, evidence}, Reference{target, evidence, 0, mention.line}).first->second;
+                reference.count += mention.count;
+                reference.line = std::min(reference.line, mention.line);
+            }
+        }
+        for (const auto& [key, reference] : found) {
+            references.references.push_back(reference);
+        }
+        give_back(std::move(evaluator));
+        return references;
+    }
+
+  private:
+    // Has what stands outside of its type be a member of that, and a type have the bases that are stated elsewhere.
+    void place_owned() {
+        Evaluator evaluator(catalog_, languages_, further_bases_);
+        std::vector<std::pair<Symbol, Symbol>> owned;
+        for (Symbol symbol = 0; symbol < catalog_.symbols(); ++symbol) {
+            const Declaration& declaration = catalog_.declaration(symbol);
+            if (declaration.owner == syntax::UNKNOWN) {
+                continue;
+            }
+            if (const Symbol type = type_at(evaluator, {catalog_.file_of(symbol), declaration.owner}); type != NONE) {
+                owned.emplace_back(symbol, type);
+            }
+        }
+        for (const auto& [symbol, type] : owned) {
+            catalog_.set_owner(symbol, type);
+            const Declaration& declaration = catalog_.declaration(symbol);
+            if (declaration.kind == Kind::TYPE) {
+                catalog_.set_container(symbol, catalog_.container_of(type));
+                const FileId file = catalog_.file_of(symbol);
+                for (const syntax::ExpressionId base : catalog_.syntax(file).list(declaration.bases)) {
+                    further_bases_[type].push_back({file, base});
+                }
+            }
+        }
+    }
+
+    // The type, or the target of a pointer to it, that an expression means; NONE when nothing is known. Of several, as
+    // where each system has its own, the first.
+    Symbol type_at(Evaluator& evaluator, const Place& place) const {
+        for (const Entity& entity : evaluator.values(evaluator.evaluate(place))) {
+            if (entity.what == What::STRUCTURE) {
+                const syntax::Expression& structure = catalog_.syntax(entity.at.file).expressions[entity.at.expression];
+                if (structure.operation == syntax::Operation::POINTER) {
+                    return type_at(evaluator, {entity.at.file, structure.a});
+                }
+            }
+            const bool is_type = entity.what == What::SYMBOL || entity.what == What::INSTANCE;
+            if (is_type && catalog_.container_of(entity.id) != NONE) {
+                return entity.id;
+            }
+        }
+        return NONE;
+    }
+
+    Targets targets_of(Evaluator& evaluator, FileId file, const Mention& mention) const {
+        Targets targets;
+        std::vector<Symbol> symbols;
+        for (const Entity& entity : evaluator.evaluate({file, mention.expression})) {
+            targets.is_foreign = targets.is_foreign || entity.what == What::FOREIGN;
+            if (entity.what == What::SYMBOL) {
+                symbols.push_back(entity.id);
+            } else if (entity.what == What::MODULE && catalog_.files_of(entity.id).size() == 1) {
+                targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
+            }
+        }
+        symbols = called_with(definitions(catalog_, symbols), mention);
+        if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
+            symbols = unique_function(file, mention);
+            targets.is_unique = true;
+        }
+        for (const Symbol symbol : symbols) {
+            targets.targets.push_back({catalog_.file_of(symbol), catalog_.declaration_id(symbol)});
+        }
+        return targets;
+    }
+
+    // Of several functions those that can be called so, if any can.
+    [[nodiscard]] std::vector<Symbol> called_with(std::vector<Symbol> symbols, const Mention& mention) const {
+        const auto fits = [&](Symbol symbol) { return takes(catalog_.declaration(symbol), mention.arguments); };
+        if (mention.role == syntax::Role::CALL && symbols.size() > 1 && std::ranges::any_of(symbols, fits)) {
+            std::erase_if(symbols, [&](Symbol symbol) { return !fits(symbol); });
+        }
+        return symbols;
+    }
+
+    // The only function of a name that nothing binds, where not all bindings can be followed.
+    [[nodiscard]] std::vector<Symbol> unique_function(FileId file, const Mention& mention) const {
+        const LanguageRules* const rules = languages_.rules(file);
+        const syntax::Expression& expression = catalog_.syntax(file).expressions[mention.expression];
+        if (rules == nullptr || !rules->has_unique_calls || mention.role != syntax::Role::CALL ||
+            expression.operation != syntax::Operation::NAME || !languages_.modules(file).is_open(file)) {
+            return {};
+        }
+        std::vector<Symbol> functions;
+        for (const Symbol symbol : catalog_.members(catalog_.module_of(file), catalog_.name(file, expression.name))) {
+            const Declaration& declaration = catalog_.declaration(symbol);
+            if (declaration.kind == Kind::FUNCTION && declaration.is_definition && !declaration.is_private) {
+                functions.push_back(symbol);
+            }
+        }
+        return functions.size() == 1 ? functions : std::vector<Symbol>();
+    }
+
+    static Evidence evidence_for(FileId from, const Target& target, const Targets& all) {
+        if (all.targets.size() > 1 || all.is_foreign) {
+            return Evidence::AMBIGUOUS;
+        }
+        if (all.is_unique) {
+            return Evidence::UNIQUE;
+        }
+        return target.file == from ? Evidence::LOCAL : Evidence::IMPORT;
+    }
+
+    // Evaluators that no thread uses: what they found out serves the next.
+    std::unique_ptr<Evaluator> borrow() const {
+        const std::scoped_lock lock(mutex_);
+        if (idle_.empty()) {
+            return std::make_unique<Evaluator>(catalog_, languages_, further_bases_);
+        }
+        std::unique_ptr<Evaluator> evaluator = std::move(idle_.back());
+        idle_.pop_back();
+        return evaluator;
+    }
+
+    void give_back(std::unique_ptr<Evaluator> evaluator) const {
+        const std::scoped_lock lock(mutex_);
+        idle_.push_back(std::move(evaluator));
+    }
+
+    Catalog catalog_;
+    Languages languages_;
+    FurtherBases further_bases_;
+    mutable std::mutex mutex_;
+    mutable std::vector<std::unique_ptr<Evaluator>> idle_;
+};
+
+Resolver::Resolver(const Repository& repository) : linked_(std::make_unique<const Linked>(repository)) {}
+
+Resolver::~Resolver() = default;
+
+References Resolver::references_of(FileId file) const {
+    return linked_->references_of(file);
+}
+
+}  // namespace host::resolve

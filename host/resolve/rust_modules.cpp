@@ -1,0 +1,153 @@
+// Modules of Rust: files in the tree that `mod` declarations make of them, and inline modules.
+#include "host/resolve/module_rules.h"
+#include "host/resolve/paths.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <unordered_map>
+
+namespace host::resolve {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> FOREIGN_CRATES{"std", "core", "alloc", "proc_macro"};
+
+class RustModules : public ModuleRules {
+  public:
+    explicit RustModules(Catalog& catalog) : catalog_(catalog), files_(catalog.repository()) {
+        for (FileId file = 0; file < catalog.files(); ++file) {
+            if (catalog.file(file).language == "rust") {
+                catalog.set_module(file, catalog.module("rust:" + catalog.file(file).path));
+            }
+        }
+        for (FileId file = 0; file < catalog.files(); ++file) {
+            if (catalog.file(file).language == "rust") {
+                place_modules(file);
+            }
+        }
+        for (const Package& package : catalog.repository().packages) {
+            if (package.language == "rust" && !package.name.empty()) {
+                const std::string entry = package.entry.empty() ? "src/lib.rs" : package.entry;
+                if (const std::optional<FileId> file = files_.find(joined(package.folder, entry).value_or(""))) {
+                    std::string name = package.name;
+                    std::ranges::replace(name, '-', '_');
+                    crates_.emplace(name, catalog.module_of(*file));
+                }
+            }
+        }
+    }
+
+    [[nodiscard]] Found find(FileId from, const syntax::Import& import) const override {
+        std::vector<std::string> path = segments(catalog_.syntax(from).name(import.module));
+        if (path.empty()) {
+            return {.modules = {catalog_.module_of(from)}};
+        }
+        if (path.front() == "crate") {
+            return {.modules = {root(from)}, .path = {path.begin() + 1, path.end()}};
+        }
+        if (path.front() == "self" || path.front() == "super") {
+            return relative(from, import.around, path);
+        }
+        if (std::ranges::find(FOREIGN_CRATES, path.front()) != FOREIGN_CRATES.end()) {
+            return {.is_foreign = true};
+        }
+        const Container own = module_around(from, import.around);
+        if (!catalog_.members(own, catalog_.name(path.front())).empty() ||
+            !catalog_.imports(own, catalog_.name(path.front())).empty()) {
+            return {.modules = {own}, .path = path};
+        }
+        if (const auto crate = crates_.find(path.front()); crate != crates_.end()) {
+            return {.modules = {crate->second}, .path = {path.begin() + 1, path.end()}};
+        }
+        return {.is_foreign = true};
+    }
+
+    [[nodiscard]] Container root(FileId file) const override {
+        Container module = catalog_.module_of(file);
+        for (auto parent = parents_.find(module); parent != parents_.end(); parent = parents_.find(module)) {
+            module = parent->second;
+        }
+        return module;
+    }
+
+  private:
+    static std::vector<std::string> segments(std::string_view path) {
+        std::vector<std::string> segments;
+        while (!path.empty()) {
+            const std::size_t end = path.find("::");
+            if (end != 0) {
+                segments.emplace_back(path.substr(0, end));
+            }
+            path = end == std::string_view::npos ? std::string_view() : path.substr(end + 2);
+        }
+        return segments;
+    }
+
+    // Gives each `mod x;` of a file the file that it stands for.
+    void place_modules(FileId file) {
+        const syntax::Syntax& syntax = catalog_.syntax(file);
+        for (syntax::DeclarationId id = 0; id < syntax.declarations.size(); ++id) {
+            const syntax::Declaration& declaration = syntax.declarations[id];
+            if (declaration.kind == syntax::Kind::NAMESPACE && !declaration.is_definition) {
+                const std::string path =
+                    folder_of_modules(file, declaration.parent) + "/" + std::string(syntax.name(declaration.name));
+                for (const std::string_view end : {".rs", "/mod.rs"}) {
+                    if (const std::optional<FileId> child = files_.find(joined("", path + std::string(end)).value())) {
+                        catalog_.set_container(catalog_.symbol(file, id), catalog_.module_of(*child));
+                        parents_.emplace(catalog_.module_of(*child), catalog_.module_of(file));
+                        break;
+                    }
+                }
+            }
+        }
+    }
+
+    // The folder in which the modules lie that a file, or an inline module in it, declares.
+    std::string folder_of_modules(FileId file, syntax::DeclarationId around) const {
+        const syntax::Syntax& syntax = catalog_.syntax(file);
+        if (around != syntax::NO_DECLARATION) {
+            return folder_of_modules(file, syntax.declarations[around].parent) + "/" +
+                   std::string(syntax.name(syntax.declarations[around].name));
+        }
+        const std::string& path = catalog_.file(file).path;
+        const std::string_view name = stem(path);
+        const bool is_of_its_folder = name == "lib" || name == "main" || name == "mod";
+        return std::string(folder_of(path)) + (is_of_its_folder ? "" : "/" + std::string(name));
+    }
+
+    [[nodiscard]] Container module_around(FileId file, syntax::DeclarationId around) const {
+        return around == syntax::NO_DECLARATION ? catalog_.module_of(file)
+                                                : catalog_.container_of(catalog_.symbol(file, around));
+    }
+
+    // From the module around the import, and `super` by `super` outwards.
+    Found relative(FileId file, syntax::DeclarationId around, const std::vector<std::string>& path) const {
+        Container module = module_around(file, around);
+        std::size_t at = path.front() == "self" ? 1 : 0;
+        for (; at < path.size() && path[at] == "super"; ++at) {
+            if (around != syntax::NO_DECLARATION) {
+                around = catalog_.syntax(file).declarations[around].parent;
+                module = module_around(file, around);
+            } else if (const auto parent = parents_.find(module); parent != parents_.end()) {
+                module = parent->second;
+            } else {
+                return {};
+            }
+        }
+        return {.modules = {module}, .path = {path.begin() + static_cast<std::ptrdiff_t>(at), path.end()}};
+    }
+
+    Catalog& catalog_;
+    FilesByPath files_;
+    std::unordered_map<Container, Container> parents_;  // of modules that are files
+    std::unordered_map<std::string, Container> crates_;
+};
+
+}  // namespace
+
+std::unique_ptr<ModuleRules> rust_modules(Catalog& catalog) {
+    return std::make_unique<RustModules>(catalog);
+}
+
+}  // namespace host::resolve

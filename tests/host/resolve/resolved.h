@@ -1,0 +1,56 @@
+// References of a few sources, as text for tests.
+#pragma once
+
+#include "host/files/file_language.h"
+#include "host/resolve/resolver.h"
+#include "host/sources/outline.h"
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host::resolve {
+
+/// The name of a declaration with those around it: "Store.find"; of a module its path.
+inline std::string name_of(const Repository& repository, const Target& target) {
+    const File& file = repository.files[target.file];
+    std::string name;
+    for (syntax::DeclarationId id = target.declaration; id != Target::MODULE;
+         id = file.syntax->declarations[id].parent) {
+        const std::string own(file.syntax->name(file.syntax->declarations[id].name));
+        name = name.empty() ? own : own + "." + name;
+    }
+    return name.empty() ? file.path : name;
+}
+
+/// Returns all references between the sources, by path: "a.py: import Store.find of b.py, 2 from line 3", one a line.
+/// Of each source its path, and its text.
+inline std::string resolved(const std::map<std::string, std::string>& sources,
+                            const std::vector<Package>& packages = {}) {
+    constexpr std::array<std::string_view, 4> EVIDENCE{"ambiguous", "import", "local", "unique"};
+    static const std::atomic<bool> never = false;
+    std::vector<sources::Outline> outlines;
+    outlines.reserve(sources.size());
+    Repository repository{.files = {}, .packages = packages};
+    for (const auto& [path, text] : sources) {
+        outlines.push_back(sources::outline_of(text, "", path, never, sources::Content::NAMES).value());
+        repository.files.push_back({path, sources::understood_language("", path)->name, &*outlines.back().syntax});
+    }
+    const Resolver resolver(repository);
+    std::string text;
+    for (FileId file = 0; file < repository.files.size(); ++file) {
+        for (const Reference& reference : resolver.references_of(file).references) {
+            text += repository.files[file].path + ": " +
+                    std::string(EVIDENCE.at(static_cast<std::size_t>(reference.evidence))) + " " +
+                    name_of(repository, reference.target) + " of " + repository.files[reference.target.file].path +
+                    ", " + std::to_string(reference.count) + " from line " + std::to_string(reference.line) + "\n";
+        }
+    }
+    return text;
+}
+
+}  // namespace host::resolve
