@@ -2,6 +2,10 @@
 
 #include "host/files/content_hash.h"
 
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,6 +32,23 @@ bool stays_below(const fs::path& path) {
 // Compares whole segments: `/a/b` does not contain `/a/bc`.
 bool contains(const fs::path& folder, const fs::path& path) {
     return std::ranges::mismatch(folder, path).in1 == folder.end();
+}
+
+// What a path leads to.
+enum class End { NOTHING, REGULAR_FILE, OTHER_FILE, UNKNOWN };
+
+// Where a path leads on which there is no symbolic link; UNKNOWN when there is one, or the system does not tell. One
+// call to the system, where resolving a path takes one for each folder.
+End end_of(const fs::path& path) {
+    const open_how how{.flags = O_PATH | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_NO_SYMLINKS};
+    const auto file = static_cast<int>(syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how));
+    if (file < 0) {
+        return errno == ENOENT || errno == ENOTDIR ? End::NOTHING : End::UNKNOWN;
+    }
+    struct stat status {};
+    const bool is_known = fstat(file, &status) == 0;
+    close(file);
+    return !is_known ? End::UNKNOWN : S_ISREG(status.st_mode) ? End::REGULAR_FILE : End::OTHER_FILE;
 }
 
 // Splits a text that comes piece by piece into lines.
@@ -123,8 +144,13 @@ std::optional<fs::path> Checkout::find(std::string_view path) const {
     if (!is_plain(path) || !stays_below(path)) {
         return std::nullopt;
     }
+    fs::path file = root_ / path;
+    const End end = end_of(file);
+    if (end != End::UNKNOWN) {
+        return end == End::REGULAR_FILE ? std::optional(file) : std::nullopt;
+    }
     std::error_code error;
-    fs::path file = fs::canonical(root_ / path, error);
+    file = fs::canonical(file, error);
     // Only regular files are opened, because opening a pipe waits for its writer.
     if (error || !contains(root_, file) || !fs::is_regular_file(file, error)) {
         return std::nullopt;
@@ -134,6 +160,9 @@ std::optional<fs::path> Checkout::find(std::string_view path) const {
 
 bool Checkout::leads_out(std::string_view path) const {
     if (!is_plain(path) || !stays_below(path)) {
+        return false;
+    }
+    if (end_of(root_ / path) != End::UNKNOWN) {
         return false;
     }
     std::error_code error;
