@@ -34,8 +34,12 @@ class Evaluator {
     /// Returns a meaning with variables replaced by what they hold, and aliases by the types that they stand for.
     Meaning values(const Meaning& meaning);
 
-    /// Forgets the meaning of expressions, which is most of what is kept.
-    void forget_expressions() { known_.front().clear(); }
+    /// Forgets the meaning of expressions, most of what is kept, once there are more than `most`.
+    void trim(std::size_t most) {
+        if (known_.front().size() > most) {
+            known_.front().clear();
+        }
+    }
 
   private:
     enum class Subject : std::uint8_t { EXPRESSION, EXPORT, IMPORT };

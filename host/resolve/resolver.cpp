@@ -118,7 +118,7 @@ class Resolver::Linked {
         for (const Entity& entity : evaluator.evaluate({file, mention.expression})) {
             targets.is_foreign = targets.is_foreign || entity.what == What::FOREIGN;
             if (entity.what == What::SYMBOL) {
-                symbols.push_back(entity.id);
+                add_shown(evaluator, entity, symbols);
             } else if (entity.what == What::MODULE && catalog_.files_of(entity.id).size() == 1) {
                 targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
             }
@@ -132,6 +132,20 @@ class Resolver::Linked {
             targets.targets.push_back({catalog_.file_of(symbol), catalog_.declaration_id(symbol)});
         }
         return targets;
+    }
+
+    // Adds a declaration; in place of a hidden alias the types that it stands for.
+    void add_shown(Evaluator& evaluator, const Entity& entity, std::vector<Symbol>& symbols) const {
+        const Declaration& declaration = catalog_.declaration(entity.id);
+        if (!declaration.is_hidden || declaration.kind != Kind::ALIAS) {
+            symbols.push_back(entity.id);
+            return;
+        }
+        for (const Entity& type : evaluator.values({entity})) {
+            if (type.what == What::SYMBOL) {
+                symbols.push_back(type.id);
+            }
+        }
     }
 
     // Of several functions those that can be called so, if any can.
@@ -183,6 +197,8 @@ class Resolver::Linked {
     }
 
     void give_back(std::unique_ptr<Evaluator> evaluator) const {
+        constexpr std::size_t MOST_KEPT = 500'000;  // some 60 MB
+        evaluator->trim(MOST_KEPT);
         const std::scoped_lock lock(mutex_);
         idle_.push_back(std::move(evaluator));
     }
