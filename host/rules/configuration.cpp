@@ -1,8 +1,7 @@
 #include "host/rules/configuration.h"
 
 #include "host/index/place.h"
-
-#include <toml++/toml.h>
+#include "host/text/toml.h"
 
 #include <algorithm>
 #include <array>

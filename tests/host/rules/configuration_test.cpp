@@ -42,6 +42,7 @@ TEST(Configuration, ReportsEachFaultWithItsFileAndLine) {
              {"exclude = [\n 'a',\n 7]", ":3: `exclude` must be a list of strings"},
              {"test = ['{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}']", ":1: {a,b}{a,b}"},
              {"test = [", ":1: "},
+             {"[[[", ":1: "},
              {std::string(1'048'577, '#'), ": larger than any configuration (limit 1 MiB)"},
          }) {
         folder.write(CONFIGURATION_FILE, text);
