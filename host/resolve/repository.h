@@ -25,13 +25,19 @@ struct File {
 struct Package {
     std::string folder;  ///< of the manifest, relative to the root; "" for the root
     std::string name;    ///< by which others import it; empty when none is stated
-    std::string entry;   ///< the file that stands for it, relative to the folder; empty when none is stated
-    /// Subpaths that others can import, relative to `name`, and where they lead, relative to the folder. One "*" in
-    /// both stands for the same text. From exports of package.json.
+    /// The folder whose files can import it by `name`: that of a workspace of npm, or its own.
+    std::string visible_below;
+    std::string entry;  ///< the file that stands for it, relative to the folder; empty when none is stated
+    /// Subpaths that others can import ("." or "./a"), and where they lead, relative to the folder: to a source, where
+    /// the manifest states what is built from it. One "*" in both stands for the same text. From exports of
+    /// package.json.
     std::map<std::string, std::string> exports;
-    /// The same for names that the package's own files import: `paths` of tsconfig.json, `imports` of package.json.
+    /// The same for names that the package's own files import, the likeliest target first: `paths` of tsconfig.json,
+    /// `imports` of package.json. Of Cargo.toml, the names of dependencies that it renames.
     std::map<std::string, std::vector<std::string>> aliases;
-    std::vector<std::string> roots;  ///< folders below which its modules lie, relative to the folder: "src", `baseUrl`
+    /// Relative to the folder: the folders below which its modules lie ("src", `baseUrl`); of Cargo.toml, the files that
+    /// it states as roots of crates beside `entry`.
+    std::vector<std::string> roots;
     std::set<std::string> dependencies;  ///< names of other packages, of this repository or from elsewhere
     std::string_view language;           ///< whose manifest it is: "javascript", "python", "go", "rust", "java"
 };
