@@ -3,6 +3,7 @@
 #include "host/files/file_language.h"
 #include "host/sources/mending.h"
 #include "host/sources/queries.h"
+#include "host/sources/syntax_readers.h"
 
 #include <algorithm>
 #include <array>
@@ -45,7 +46,8 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
     {"cpp", tree_sitter_cpp, CPP_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
     {"go", tree_sitter_go, GO_QUERIES, Unmarked::PUBLIC_IF_CAPITALIZED, "", ANY_COMMENT, CommentPlace::RIGHT_ABOVE,
      false},
-    {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, "public", BLOCKS, CommentPlace::ABOVE, false},
+    {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, "public", BLOCKS, CommentPlace::ABOVE, false, nullptr,
+     read_java},
     {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
      CommentPlace::ABOVE, true},
     {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, "", {}, CommentPlace::RIGHT_ABOVE, true},
