@@ -68,14 +68,20 @@ class NodeRules {
     /// Reads a node, and returns the expression that its value is; UNKNOWN for what is no expression.
     using Rule = syntax::ExpressionId (Reader::*)(const Node& node);
 
-    /// Throws `std::logic_error` for a node type that the grammar does not have.
+    /// Throws what `add` throws.
     NodeRules(const TSLanguage* language, std::initializer_list<std::pair<std::string_view, Rule>> rules)
-        : rules_(ts_language_symbol_count(language), nullptr) {
+        : language_(language), rules_(ts_language_symbol_count(language), nullptr) {
+        add(rules);
+    }
+
+    /// Adds rules, for dialects that have some in common. Throws `std::logic_error` for a node type that the grammar
+    /// does not have.
+    void add(std::initializer_list<std::pair<std::string_view, Rule>> rules) {
         for (const auto& [type, rule] : rules) {
             bool is_there = false;
             for (TSSymbol symbol = 0; symbol < rules_.size(); ++symbol) {  // some types have several symbols
-                if (ts_language_symbol_type(language, symbol) == TSSymbolTypeRegular &&
-                    ts_language_symbol_name(language, symbol) == type) {
+                if (ts_language_symbol_type(language_, symbol) == TSSymbolTypeRegular &&
+                    ts_language_symbol_name(language_, symbol) == type) {
                     rules_[symbol] = rule;
                     is_there = true;
                 }
@@ -90,6 +96,7 @@ class NodeRules {
     [[nodiscard]] Rule of(TSSymbol symbol) const { return symbol < rules_.size() ? rules_[symbol] : nullptr; }
 
   private:
+    const TSLanguage* language_;
     std::vector<Rule> rules_;
 };
 
@@ -102,7 +109,7 @@ inline TSFieldId field(const TSLanguage* language, std::string_view name) {
     return id;
 }
 
-/// `Reader` has `static const NodeRules<Reader>& rules()`.
+/// `Reader` has `const NodeRules<Reader>& rules() const`, which may be static.
 template <class Reader>
 class SyntaxReader {
   public:
@@ -120,8 +127,9 @@ class SyntaxReader {
         if (!node.exists()) {
             return syntax::UNKNOWN;
         }
-        if (const auto rule = Reader::rules().of(node.symbol())) {
-            return (static_cast<Reader&>(*this).*rule)(node);
+        Reader& reader = static_cast<Reader&>(*this);
+        if (const auto rule = reader.rules().of(node.symbol())) {
+            return (reader.*rule)(node);
         }
         visit_children(node);
         return syntax::UNKNOWN;
