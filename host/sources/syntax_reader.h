@@ -33,7 +33,10 @@ class Node {
     [[nodiscard]] std::uint32_t begin() const { return ts_node_start_byte(node_); }
     [[nodiscard]] std::uint32_t end() const { return ts_node_end_byte(node_); }
     [[nodiscard]] std::uint32_t line() const { return ts_node_start_point(node_).row + 1; }  ///< 1-based
-    [[nodiscard]] Node child(TSFieldId field) const { return wrapped(ts_node_child_by_field_id(node_, field)); }
+    /// None of none, too.
+    [[nodiscard]] Node child(TSFieldId field) const {
+        return exists() ? wrapped(ts_node_child_by_field_id(node_, field)) : Node();
+    }
     [[nodiscard]] Node named_child(std::uint32_t at) const { return wrapped(ts_node_named_child(node_, at)); }
     [[nodiscard]] std::uint32_t named_children() const { return ts_node_named_child_count(node_); }
 
@@ -45,10 +48,13 @@ class Node {
     TSNode node_{};
 };
 
-/// Calls `visit(child, field)` with each child of a node, in order; `field` is 0 where the child has none.
-/// Unlike `named_child`, takes the same time for each. Anonymous children are left out unless `all`.
+/// Calls `visit(child, field)` with each child of a node, in order; `field` is 0 where the child has none. Unlike
+/// `named_child`, takes the same time for each. Anonymous children are left out unless `all`. None has no children.
 template <class Visit>
 void for_each_child(const Node& node, const Visit& visit, bool all = false) {
+    if (!node.exists()) {
+        return;
+    }
     TSTreeCursor cursor = ts_tree_cursor_new(node.raw());
     if (ts_tree_cursor_goto_first_child(&cursor)) {
         do {

@@ -167,6 +167,11 @@ void SyntaxBuilder::release(std::string_view name) {
     scopes_[scope_].locals[this->name(name)].is_released = true;
 }
 
+bool SyntaxBuilder::is_bound(std::string_view name) const {
+    const auto known = names_.find(std::string(name));
+    return known != names_.end() && scopes_[scope_].locals.contains(known->second);
+}
+
 std::size_t SyntaxBuilder::local_depth() const {
     std::size_t depth = 0;
     for (std::size_t scope = scope_; scope != 0; scope = scopes_[scope].parent) {

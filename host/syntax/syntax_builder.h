@@ -83,6 +83,9 @@ class SyntaxBuilder {
     /// Has a name of the innermost local scope be looked up outside of it: `global`, `nonlocal`.
     void release(std::string_view name);
 
+    /// Returns whether the innermost local scope binds the name.
+    [[nodiscard]] bool is_bound(std::string_view name) const;
+
     /// Returns how many local scopes are open.
     [[nodiscard]] std::size_t local_depth() const;
 
