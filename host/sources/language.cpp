@@ -45,7 +45,7 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
     {"c", tree_sitter_c, C_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
     {"cpp", tree_sitter_cpp, CPP_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false},
     {"go", tree_sitter_go, GO_QUERIES, Unmarked::PUBLIC_IF_CAPITALIZED, "", ANY_COMMENT, CommentPlace::RIGHT_ABOVE,
-     false},
+     false, nullptr, read_go},
     {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, "public", BLOCKS, CommentPlace::ABOVE, false, nullptr,
      read_java},
     {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,

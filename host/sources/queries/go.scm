@@ -10,6 +10,11 @@
 (var_spec value: (expression_list . (func_literal body: (_) @body))) @function
 (var_spec type: (function_type)) @function
 (field_declaration name: (_) @name) @attribute
+(field_declaration !name type: [
+    (type_identifier) @name
+    (qualified_type name: (_) @name)
+    (generic_type type: [(type_identifier) @name (qualified_type name: (_) @name)])
+  ]) @attribute
 (method_elem name: (_) @name) @method
 
 ; What belongs to the declaration in it.
