@@ -168,7 +168,8 @@ struct Syntax {
     std::vector<Declaration> declarations;
     std::vector<Import> imports;
     std::vector<Mention> mentions;
-    NameId package = 0;  ///< what the file says it belongs to: `package p;`
+    NameId package = 0;     ///< what the file says it belongs to: `package p;`
+    NameId constraint = 0;  ///< when it is compiled, as it says: `linux && !cgo`; 0: always
 
     [[nodiscard]] std::string_view name(NameId id) const { return names[id]; }
 

@@ -98,6 +98,7 @@ class SyntaxBuilder {
     [[nodiscard]] Declaration& declaration(DeclarationId id) { return syntax_.declarations[id]; }
     std::uint32_t import(Import import);
     void set_package(std::string_view name) { syntax_.package = this->name(name); }
+    void set_constraint(std::string_view constraint) { syntax_.constraint = name(constraint); }
 
     /// Returns all that was added. Nothing may be added after it.
     Syntax finish();

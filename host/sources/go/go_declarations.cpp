@@ -16,6 +16,8 @@ constexpr std::string_view GO_BLANK = "_";
 }  // namespace
 
 ExpressionId GoReader::read_package(const Node& node) {
+    is_before_package_ = false;
+    out_.set_constraint(constraint_);
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "package_identifier") {
             out_.set_package(text(child));

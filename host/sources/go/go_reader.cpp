@@ -41,6 +41,7 @@ const NodeRules<GoReader>& GoReader::rules() {
     using Reader = GoReader;
     static const NodeRules<GoReader> RULES(tree_sitter_go(),
                                            {
+                                               {"comment", &Reader::read_comment},
                                                {"package_clause", &Reader::read_package},
                                                {"import_spec", &Reader::read_import},
                                                {"function_declaration", &Reader::read_function},

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -31,6 +32,9 @@ class GoReader : public SyntaxReader<GoReader> {
         ExpressionId result = syntax::UNKNOWN;                          // its type: of several a TUPLE
         std::vector<std::pair<std::string_view, ExpressionId>> locals;  // the parameters and results with names
     };
+
+    // Build constraints (go_constraints.cpp).
+    ExpressionId read_comment(const Node& node);
 
     // Declarations (go_declarations.cpp).
     ExpressionId read_package(const Node& node);
@@ -99,8 +103,10 @@ class GoReader : public SyntaxReader<GoReader> {
     void read_elements(const Node& body, const Node& type, ExpressionId value);
     void read_element(const Node& element, const Node& type, ExpressionId value);
 
-    // What stands in a function is declared for it alone.
-    std::size_t functions_around_ = 0;
+    std::size_t functions_around_ = 0;  // what stands in a function is declared for it alone
+    bool is_before_package_ = true;     // where a comment may be a build constraint
+    bool has_new_constraint_ = false;   // one of the form that replaces the others
+    std::string constraint_;
 };
 
 // The fields of the grammar.

@@ -126,6 +126,19 @@ TEST(GoSyntax, ImportsBindNamesOrAllOfAPackage) {
     EXPECT_EQ(syntax.name(syntax.package), "p");
 }
 
+TEST(GoSyntax, ConstraintsStandAboveThePackageClause) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"// A file.\n\n//go:build linux && !cgo\n// +build linux,!cgo\n\n", "linux && !cgo"},
+        {"// +build a,!b c\n// +build d\n\n", "(a && !b || c) && (d)"},
+        {"package q\n//go:build linux\n", ""},
+    };
+    static const std::atomic<bool> never = false;
+    for (const auto& [head, constraint] : cases) {
+        const Outline outline = outline_of(head + "package p\n", "", "a.go", never, Content::NAMES).value();
+        EXPECT_EQ(outline.syntax->name(outline.syntax->constraint), constraint);
+    }
+}
+
 TEST(GoSyntax, WhatTheOutlineHasOutsideOfFunctionsIsDeclaredWhereItStands) {
     const Outline outline =
         names_in("type ( A struct { B; *c.D; E[F]; g, h struct { i int } }; J = K; L interface { m() } )\n"
