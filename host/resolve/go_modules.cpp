@@ -1,4 +1,5 @@
 // Packages of Go: all files of a folder with one package clause.
+#include "host/resolve/go_build.h"
 #include "host/resolve/module_rules.h"
 #include "host/resolve/paths.h"
 
@@ -24,7 +25,7 @@ std::string_view usual_name(std::string_view path) {
 
 class GoModules : public ModuleRules {
   public:
-    explicit GoModules(Catalog& catalog) : catalog_(catalog) {
+    explicit GoModules(Catalog& catalog) : catalog_(catalog), is_built_(catalog.files(), true) {
         for (FileId file = 0; file < catalog.files(); ++file) {
             if (catalog.file(file).language == "go") {
                 add(file);
@@ -41,19 +42,29 @@ class GoModules : public ModuleRules {
         return find(from, catalog_.syntax(from).name(import.module));
     }
 
+    [[nodiscard]] bool is_built(FileId file) const override { return is_built_[file]; }
+
+    [[nodiscard]] bool sees(FileId from, FileId of) const override { return is_built_[of] || !is_built_[from]; }
+
   private:
     struct PackageOfFolder {
         Container module = NONE;
         std::string_view name;
+        bool is_built = false;
     };
 
     void add(FileId file) {
-        const std::string folder(folder_of(catalog_.file(file).path));
-        const std::string_view name = catalog_.syntax(file).name(catalog_.syntax(file).package);
+        const std::string& path = catalog_.file(file).path;
+        const syntax::Syntax& syntax = catalog_.syntax(file);
+        const std::string_view name = syntax.name(syntax.package);
+        const std::string folder(folder_of(path));
         const Container module = catalog_.module("go:" + folder + " " + std::string(name));
         catalog_.set_module(file, module);
-        if (!name.ends_with("_test")) {
-            packages_.emplace(folder, PackageOfFolder{module, name});
+        is_built_[file] = host::resolve::is_built(path, syntax.name(syntax.constraint));
+        PackageOfFolder& package = packages_[folder];
+        const bool is_better = package.module == NONE || (is_built_[file] && !package.is_built);
+        if (is_better && !name.ends_with("_test")) {
+            package = {.module = module, .name = name, .is_built = is_built_[file]};
         }
     }
 
@@ -74,8 +85,8 @@ class GoModules : public ModuleRules {
     Found find(FileId from, std::string_view path) const {
         const std::optional<std::string> folder = folder_of_package(from, path);
         const auto found = folder ? packages_.find(*folder) : packages_.end();
-        return {.is_foreign = !folder,
-                .modules = found == packages_.end() ? std::vector<Container>() : std::vector{found->second.module}};
+        const Container module = found == packages_.end() ? NONE : found->second.module;
+        return {.is_foreign = !folder, .modules = module == NONE ? std::vector<Container>() : std::vector{module}};
     }
 
     // The folder of an import path: below the module of the longest name that it begins with, or a vendored copy.
@@ -102,6 +113,7 @@ class GoModules : public ModuleRules {
     }
 
     Catalog& catalog_;
+    std::vector<bool> is_built_;                                 // by file
     std::unordered_map<std::string, PackageOfFolder> packages_;  // by folder
 };
 

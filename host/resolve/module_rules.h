@@ -36,6 +36,9 @@ class ModuleRules {
     /// Returns whether the names at the top of file `of`, of the same module, are visible in the file `from`.
     [[nodiscard]] virtual bool sees(FileId /*from*/, FileId /*of*/) const { return true; }
 
+    /// Returns whether a build takes the file. What is declared in one that it leaves out, no built file refers to.
+    [[nodiscard]] virtual bool is_built(FileId /*file*/) const { return true; }
+
     /// Returns whether bindings of the file could not all be followed, so that a name may come from anywhere.
     [[nodiscard]] virtual bool is_open(FileId /*file*/) const { return false; }
 };

@@ -123,7 +123,7 @@ class Resolver::Linked {
                 targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
             }
         }
-        symbols = called_with(definitions(catalog_, symbols), mention);
+        symbols = called_with(built(file, definitions(catalog_, symbols)), mention);
         if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
             symbols = unique_function(file, mention);
             targets.is_unique = true;
@@ -146,6 +146,17 @@ class Resolver::Linked {
                 symbols.push_back(type.id);
             }
         }
+    }
+
+    // Those that a file can refer to, where a build leaves files out.
+    [[nodiscard]] std::vector<Symbol> built(FileId from, std::vector<Symbol> symbols) const {
+        const auto is_built = [&](FileId file) {
+            return languages_.rules(file) == nullptr || languages_.modules(file).is_built(file);
+        };
+        if (is_built(from)) {
+            std::erase_if(symbols, [&](Symbol symbol) { return !is_built(catalog_.file_of(symbol)); });
+        }
+        return symbols;
     }
 
     // Of several functions those that can be called so, if any can.
