@@ -210,8 +210,15 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
     const auto is_foreign = [](const Entity& entity) { return entity.what == What::FOREIGN; };
     Meaning best;
     switch (space) {
+    case Space::TAG:
+        return only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || kind == Kind::TYPE; });
     case Space::TYPE:
-        best = only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
+        if (rules.has_tags) {  // a plain name means the tag where nothing else has it: in C++
+            best = only([&](const Entity&, Kind kind) { return kind == Kind::ALIAS || kind == Kind::MACRO; });
+        }
+        if (best.empty()) {
+            best = only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
+        }
         return best.empty() && rules.has_values_as_types ? found : best;
     case Space::VALUE:
         best = only([&](const Entity& entity, Kind kind) {

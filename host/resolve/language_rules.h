@@ -26,6 +26,8 @@ struct LanguageRules {
     bool has_values_as_types;
     /// Whether a call of a function that nothing binds may be one of the only function of its name.
     bool has_unique_calls;
+    /// Whether types may have tags, beside which an alias or a macro may have the same name.
+    bool has_tags;
 };
 
 std::span<const LanguageRules> language_rules();

@@ -37,8 +37,8 @@ inline constexpr ExpressionId UNKNOWN = 0;
 inline constexpr DeclarationId NO_DECLARATION = 0xFFFF'FFFF;
 
 /// Names of one spelling may mean a type here and a value there. A qualifier (`a` of `a.b`, `a::b`) may be either, or a
-/// namespace or module.
-enum class Space : std::uint8_t { VALUE, TYPE, QUALIFIER };
+/// namespace or module. A tag is a type that C has named behind `struct`, `union` or `enum`: no alias is one.
+enum class Space : std::uint8_t { VALUE, TYPE, QUALIFIER, TAG };
 
 /// How an expression comes from its operands `a`, `b` and `name`. "Value" is what the expression is at run time; a
 /// class, a function or a module is a value as well.

@@ -172,6 +172,11 @@ bool SyntaxBuilder::is_bound(std::string_view name) const {
     return known != names_.end() && scopes_[scope_].locals.contains(known->second);
 }
 
+bool SyntaxBuilder::is_local(std::string_view name) const {
+    const auto known = names_.find(std::string(name));
+    return known != names_.end() && find_local(scope_, known->second) != nullptr;
+}
+
 std::size_t SyntaxBuilder::local_depth() const {
     std::size_t depth = 0;
     for (std::size_t scope = scope_; scope != 0; scope = scopes_[scope].parent) {

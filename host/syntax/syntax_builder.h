@@ -86,6 +86,9 @@ class SyntaxBuilder {
     /// Returns whether the innermost local scope binds the name.
     [[nodiscard]] bool is_bound(std::string_view name) const;
 
+    /// Returns whether any scope that is open binds the name as a local. For names FROM_DECLARATION.
+    [[nodiscard]] bool is_local(std::string_view name) const;
+
     /// Returns how many local scopes are open.
     [[nodiscard]] std::size_t local_depth() const;
 
