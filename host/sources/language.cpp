@@ -52,7 +52,7 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
      CommentPlace::ABOVE, true},
     {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, "", {}, CommentPlace::RIGHT_ABOVE, true},
     {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, "pub", BLOCKS_AND_LINES,
-     CommentPlace::ABOVE_OR_BELOW_DECORATORS, false},
+     CommentPlace::ABOVE_OR_BELOW_DECORATORS, false, nullptr, read_rust},
     {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
      CommentPlace::ABOVE, true, mended},
     {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
