@@ -39,6 +39,18 @@ constexpr std::array<string_view, 1> BLOCKS{"/**"};
 constexpr std::array<string_view, 2> BLOCKS_AND_LINES{"/**", "///"};
 constexpr std::array<string_view, 1> ANY_COMMENT{"/"};
 
+syntax::Syntax read_javascript(string_view text, TSNode root) {
+    return read_ecmascript(text, root, tree_sitter_javascript());
+}
+
+syntax::Syntax read_tsx(string_view text, TSNode root) {
+    return read_ecmascript(text, root, tree_sitter_tsx());
+}
+
+syntax::Syntax read_typescript(string_view text, TSNode root) {
+    return read_ecmascript(text, root, tree_sitter_typescript());
+}
+
 enum Place : std::size_t { C, CPP, GO, JAVA, JAVASCRIPT, PYTHON, RUST, TYPESCRIPT, TSX, COUNT };
 
 constexpr std::array<Language, COUNT> LANGUAGES{{
@@ -49,14 +61,14 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
     {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, "public", BLOCKS, CommentPlace::ABOVE, false, nullptr,
      read_java},
     {"javascript", tree_sitter_javascript, JAVASCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
-     CommentPlace::ABOVE, true},
+     CommentPlace::ABOVE, true, nullptr, read_javascript},
     {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, "", {}, CommentPlace::RIGHT_ABOVE, true},
     {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, "pub", BLOCKS_AND_LINES,
      CommentPlace::ABOVE_OR_BELOW_DECORATORS, false, nullptr, read_rust},
     {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
-     CommentPlace::ABOVE, true, mended},
+     CommentPlace::ABOVE, true, mended, read_typescript},
     {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
-     CommentPlace::ABOVE, true, mended},
+     CommentPlace::ABOVE, true, mended, read_tsx},
 }};
 
 struct Name {

@@ -1,0 +1,246 @@
+// Functions: their parameters, and what they give.
+#include "host/sources/ecmascript/ecmascript_reader.h"
+
+#include <algorithm>
+#include <array>
+
+namespace host::sources {
+
+namespace {
+
+using std::string_view;
+using syntax::ExpressionId;
+using syntax::Kind;
+using syntax::Operation;
+using syntax::Role;
+using syntax::UNKNOWN;
+
+constexpr std::size_t MOST_RETURNED = 8;  // of which what a function gives is told
+
+}  // namespace
+
+// Whether a keyword or operator stands in a node, outside of its children.
+bool EcmascriptReader::has_word(const Node& node, string_view word) {
+    bool is_there = false;
+    for_each_child(
+        node, [&](const Node& child, TSFieldId) { is_there = is_there || child.type() == word; }, true);
+    return is_there;
+}
+
+EcmascriptReader::LocalScope::LocalScope(EcmascriptReader& reader, Of of) : reader_(reader), before_(reader.context_) {
+    reader.out_.open_local();
+    ++reader.context_.locals;
+    reader.context_.blocks = of == Of::FUNCTION ? 0 : reader.context_.blocks + 1;
+}
+
+EcmascriptReader::LocalScope::~LocalScope() {
+    reader_.out_.close();
+    reader_.context_ = before_;
+}
+
+std::vector<EcmascriptReader::Parameter> EcmascriptReader::type_parameters(const Node& node) {
+    std::vector<Parameter> parameters;
+    const Node list = node.child(fields_.type_parameters);
+    if (list.exists()) {
+        for_each_child(list, [&](const Node& child, TSFieldId) {
+            if (child.type() == "type_parameter") {
+                parameters.push_back({text(child.child(fields_.name)), child});
+            }
+        });
+    }
+    return parameters;
+}
+
+// Binds type parameters of a function to what bounds them. What a function gives is not known to be of that alone, so
+// they are bound to nothing for its result.
+void EcmascriptReader::bind_type_parameters(const std::vector<Parameter>& parameters, bool has_bounds) {
+    for (const Parameter& parameter : parameters) {
+        if (!has_bounds) {
+            out_.bind(parameter.name, UNKNOWN);
+            continue;
+        }
+        const ExpressionId bound = visit(parameter.node.child(fields_.constraint));
+        visit(parameter.node.child(fields_.value));
+        out_.bind(parameter.name, bound);
+    }
+}
+
+ExpressionId EcmascriptReader::result_type(const Node& node, const std::vector<Parameter>& parameters) {
+    const Node stated = node.child(fields_.return_type);
+    if (!stated.exists()) {
+        return UNKNOWN;
+    }
+    const LocalScope scope(*this, LocalScope::Of::BLOCK);
+    bind_type_parameters(parameters, false);
+    bind_names_in(node.child(fields_.parameters));  // of which `x is T` and `typeof x` name one
+    return visit(stated);
+}
+
+// Binds the plain parameters of a list to nothing that is known.
+void EcmascriptReader::bind_names_in(const Node& parameters) {
+    if (parameters.exists()) {
+        for_each_child(parameters, [&](const Node& child, TSFieldId) {
+            const Node pattern = child.child(fields_.pattern);
+            if (pattern.exists() && pattern.type() == "identifier") {
+                out_.bind(text(pattern), UNKNOWN);
+            }
+        });
+    }
+}
+
+void EcmascriptReader::read_parameters(const Node& node, const std::vector<ExpressionId>& expected) {
+    if (!node.exists()) {
+        return;
+    }
+    std::size_t at = 0;
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        if (child.type() != "comment") {
+            read_parameter(child, at < expected.size() ? expected[at] : UNKNOWN);
+            ++at;
+        }
+    });
+}
+
+// A parameter with a type of TypeScript, or a pattern alone.
+void EcmascriptReader::read_parameter(const Node& node, ExpressionId expected) {
+    const bool is_typed = node.type() == "required_parameter" || node.type() == "optional_parameter";
+    if (!is_typed) {
+        bind_pattern(node, expected, false);
+        return;
+    }
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        if (child.type() == "decorator") {
+            visit(child);
+        }
+    });
+    const Node type = node.child(fields_.type);
+    const Node initial = node.child(fields_.value);
+    const Node pattern = node.child(fields_.pattern);
+    const ExpressionId stated = type.exists() ? value_of_type(type) : expected;
+    const ExpressionId of_initial = visit_expecting(initial, type.exists() ? stated : UNKNOWN);
+    const ExpressionId value = stated != UNKNOWN || type.exists() ? stated : of_initial;
+    if (!pattern.exists()) {
+        return;
+    }
+    if (pattern.type() == "this") {
+        context_.self = value;
+        return;
+    }
+    bind_pattern(pattern, value, false);
+    declare_parameter_property(node, pattern, value);
+}
+
+// `constructor(private readonly a: A)` declares a field as well.
+void EcmascriptReader::declare_parameter_property(const Node& node, const Node& name, ExpressionId value) {
+    bool is_property = has_word(node, "readonly");
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        is_property = is_property || child.type() == "accessibility_modifier" || child.type() == "override_modifier";
+    });
+    if (is_property && context_.type != syntax::NO_DECLARATION && name.type() == "identifier") {
+        const Saved saved(context_);
+        context_.container = context_.type;
+        context_.is_static = false;
+        --context_.locals;  // it is a member of the class
+        out_.declaration(declare_member(name, Kind::VALUE)).type = value;
+    }
+}
+
+// Reads a function or method, of which another type may be expected, and which may be called with values of the types
+// that are expected. Returns the type of what it gives.
+ExpressionId EcmascriptReader::read_function(const Node& node, ExpressionId expected,
+                                             const std::vector<ExpressionId>& expected_parameters) {
+    const LocalScope scope(*this, LocalScope::Of::FUNCTION);
+    const string_view kind = node.type();
+    if (kind.starts_with("function") || kind.starts_with("generator")) {
+        context_.self = UNKNOWN;
+        context_.type = syntax::NO_DECLARATION;
+        if (const Node name = node.child(fields_.name); kind == "function_expression" && name.exists()) {
+            out_.bind(text(name), UNKNOWN);
+        }
+    }
+    const bool is_async = has_word(node, "async");
+    const bool is_stated = node.child(fields_.return_type).exists();
+    const std::vector<Parameter> parameters = type_parameters(node);
+    const ExpressionId stated = result_type(node, parameters);
+    bind_type_parameters(parameters, true);
+    if (const Node parameter = node.child(fields_.parameter); parameter.exists()) {
+        bind_pattern(parameter, expected_parameters.empty() ? UNKNOWN : expected_parameters.front(), false);
+    }
+    read_parameters(node.child(fields_.parameters), expected_parameters);
+    std::vector<ExpressionId> returned;
+    context_.returned = &returned;
+    context_.container = syntax::NO_DECLARATION;
+    context_.result = result_of(is_stated ? out_.instance(stated) : UNKNOWN, expected, is_async);
+    read_body(node.child(fields_.body));
+    if (is_stated) {
+        return stated;
+    }
+    const bool is_generator = kind.starts_with("generator") || (kind == "method_definition" && has_word(node, "*"));
+    const bool is_known = std::ranges::find(returned, UNKNOWN) == returned.end() && returned.size() <= MOST_RETURNED;
+    const ExpressionId result = is_known && !is_generator ? out_.one_of(returned) : UNKNOWN;
+    return is_async && result != UNKNOWN ? out_.add(Operation::AWAITABLE, result) : result;
+}
+
+// What the body of a function is to return, by what is stated of the function itself, or of what it is given to.
+ExpressionId EcmascriptReader::result_of(ExpressionId stated, ExpressionId expected, bool is_async) {
+    ExpressionId result = stated;
+    if (result == UNKNOWN && expected != UNKNOWN) {
+        result = out_.add(Operation::CALL, expected);
+    }
+    return is_async && result != UNKNOWN ? out_.add(Operation::AWAITED, result) : result;
+}
+
+ExpressionId EcmascriptReader::function_value(const Node& node, ExpressionId expected,
+                                              const std::vector<ExpressionId>& expected_parameters) {
+    const ExpressionId result = read_function(node, expected, expected_parameters);
+    return out_.instance(out_.add(Operation::FUNCTION, result));
+}
+
+void EcmascriptReader::read_body(const Node& node) {
+    if (!node.exists()) {
+        return;
+    }
+    if (node.type() == "statement_block") {
+        visit_children(node);
+    } else {
+        context_.returned->push_back(value_or_unknown(node, visit_expecting(node, context_.result)));
+    }
+}
+
+ExpressionId EcmascriptReader::return_statement(const Node& node) {
+    const Node value = node.named_child(0);
+    if (value.exists()) {
+        const ExpressionId returned = value_or_unknown(value, visit_expecting(value, context_.result));
+        if (context_.returned != nullptr) {
+            context_.returned->push_back(returned);
+        }
+    }
+    return UNKNOWN;
+}
+
+ExpressionId EcmascriptReader::function_expression(const Node& node) {
+    return function_value(node, UNKNOWN, {});
+}
+
+// A local function is a value. Signatures announce the function with a body.
+ExpressionId EcmascriptReader::function_declaration(const Node& node) {
+    const Node name = node.child(fields_.name);
+    if (!name.exists()) {
+        return function_value(node, UNKNOWN, {});
+    }
+    const bool has_body = node.type() != "function_signature";
+    if (context_.locals > 0) {
+        const ExpressionId value = function_value(node, UNKNOWN, {});
+        if (has_body) {
+            out_.bind(text(name), value);
+        }
+        return UNKNOWN;
+    }
+    const syntax::DeclarationId declared = declare(name, Kind::FUNCTION);
+    out_.declaration(declared).is_definition = has_body;
+    const ExpressionId result = read_function(node, UNKNOWN, {});
+    out_.declaration(declared).type = result;
+    return UNKNOWN;
+}
+
+}  // namespace host::sources
