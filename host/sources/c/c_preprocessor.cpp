@@ -1,0 +1,173 @@
+// Directives: includes, macros, conditions.
+#include "host/sources/c/c_reader.h"
+
+#include <algorithm>
+#include <array>
+
+namespace host::sources {
+
+using syntax::Kind;
+using syntax::Role;
+using syntax::Space;
+using syntax::UNKNOWN;
+
+namespace {
+
+bool is_c_name_start(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+bool is_c_name_part(char c) {
+    return is_c_name_start(c) || (c >= '0' && c <= '9');
+}
+
+// Those that replacements hold.
+constexpr auto C_KEYWORDS = std::to_array<std::string_view>(
+    {"break",  "case",   "char",   "const",  "continue", "default", "do",       "double", "else",     "extern",
+     "float",  "for",    "goto",   "if",     "inline",   "int",     "long",     "return", "short",    "signed",
+     "sizeof", "static", "struct", "switch", "typedef",  "union",   "unsigned", "void",   "volatile", "while"});
+
+bool is_c_keyword(std::string_view name) {
+    return std::ranges::binary_search(C_KEYWORDS, name);
+}
+
+// The tokens of the text that a macro is replaced by.
+class CReplacementTokens {
+  public:
+    explicit CReplacementTokens(std::string_view text) : text_(text) {}
+
+    // Goes on to the next name. Returns whether there is one.
+    bool next() {
+        while (at_ < text_.size()) {
+            const char c = text_[at_];
+            if (is_c_name_start(c)) {
+                begin_ = at_;
+                at_ = std::min(text_.size(),
+                               static_cast<std::size_t>(std::ranges::find_if_not(text_.substr(at_), is_c_name_part) -
+                                                        text_.substr(at_).begin()) +
+                                   at_);
+                return true;
+            }
+            skip(c);
+        }
+        return false;
+    }
+
+    [[nodiscard]] std::string_view name() const { return text_.substr(begin_, at_ - begin_); }
+
+    // What stands before and behind the name, but for blanks.
+    [[nodiscard]] std::string_view before() const {
+        const std::size_t last = text_.substr(0, begin_).find_last_not_of(BLANKS);
+        return last == std::string_view::npos ? std::string_view() : text_.substr(0, last + 1);
+    }
+    [[nodiscard]] bool is_called() const {
+        const std::size_t next = text_.find_first_not_of(BLANKS, at_);
+        return next != std::string_view::npos && text_[next] == '(';
+    }
+    [[nodiscard]] bool is_pasted() const {
+        const std::size_t next = text_.find_first_not_of(BLANKS, at_);
+        return before().ends_with('#') || (next != std::string_view::npos && text_.substr(next).starts_with("##"));
+    }
+    [[nodiscard]] std::uint32_t lines_before() const {
+        return static_cast<std::uint32_t>(std::ranges::count(text_.substr(0, begin_), '\n'));
+    }
+
+  private:
+    static constexpr std::string_view BLANKS = " \t\r\n\\";
+
+    // Goes behind a number, a literal or a comment that begins here, else behind the character.
+    void skip(char c) {
+        if (c == '"' || c == '\'') {
+            for (++at_; at_ < text_.size() && text_[at_] != c; ++at_) {
+                at_ += text_[at_] == '\\' ? 1 : 0;
+            }
+            ++at_;
+        } else if (c >= '0' && c <= '9') {
+            while (at_ < text_.size() && (is_c_name_part(text_[at_]) || text_[at_] == '.')) {
+                ++at_;
+            }
+        } else if (text_.substr(at_).starts_with("/*")) {
+            const std::size_t end = text_.find("*/", at_ + 2);
+            at_ = end == std::string_view::npos ? text_.size() : end + 2;
+        } else if (text_.substr(at_).starts_with("//")) {
+            at_ = text_.size();
+        } else {
+            ++at_;
+        }
+    }
+
+    std::string_view text_;
+    std::size_t begin_ = 0;  // of the name
+    std::size_t at_ = 0;     // behind it
+};
+
+}  // namespace
+
+CReader::Id CReader::ignore(const Node& /*node*/) {
+    return UNKNOWN;
+}
+
+CReader::Id CReader::read_include(const Node& node) {
+    const Node path = node.child(fields_.path);
+    const bool is_system = path.exists() && path.type() == "system_lib_string";
+    const std::string_view quoted = text(path);
+    if (is_system || quoted.starts_with('"')) {
+        const std::string_view name = quoted.substr(1, quoted.size() < 2 ? 0 : quoted.size() - 2);
+        out_.import({.module = out_.name(name), .is_star = true, .is_system = is_system});
+        return UNKNOWN;
+    }
+    return visit(path);
+}
+
+// A macro has no scope: it is known from where it is defined, in whatever it stands.
+CReader::Id CReader::read_macro(const Node& node) {
+    const Node name = node.child(fields_.name);
+    out_.declare({.name = out_.name(text(name)), .kind = Kind::MACRO, .offset = name.begin()});
+    read_replacement(node);
+    return UNKNOWN;
+}
+
+void CReader::read_replacement(const Node& macro) {
+    const Node value = macro.child(fields_.value);
+    if (!value.exists()) {
+        return;
+    }
+    out_.open(syntax::NO_DECLARATION);
+    out_.open_local();
+    for_each_child(macro.child(fields_.parameters),
+                   [&](const Node& parameter, TSFieldId) { out_.bind(text(parameter), UNKNOWN); });
+    for (CReplacementTokens tokens(text(value)); tokens.next();) {
+        const std::string_view before = tokens.before();
+        const bool is_member = before.ends_with('.') || before.ends_with("->") || before.ends_with("::");
+        if (is_member || tokens.is_pasted() || is_c_keyword(tokens.name())) {
+            continue;
+        }
+        const bool is_tag = before.ends_with("struct") || before.ends_with("union") || before.ends_with("enum");
+        out_.use({.name = tokens.name(),
+                  .line = value.line() + tokens.lines_before(),
+                  .role = is_tag               ? Role::TYPE
+                          : tokens.is_called() ? Role::CALL
+                                               : Role::VALUE,
+                  .space = is_tag ? Space::TAG : Space::VALUE});
+    }
+    out_.close();
+    out_.close();
+}
+
+// Of an #ifdef or #ifndef. A macro that is defined where it is missing, as one that guards a header, is not known yet.
+CReader::Id CReader::read_condition(const Node& node) {
+    const Node name = node.child(fields_.name);
+    const Node inside = node.named_child(1);
+    const bool defines_it =
+        inside.exists() && inside.type() == "preproc_def" && text(inside.child(fields_.name)) == text(name);
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        if (child != name) {
+            visit(child);
+        } else if (!defines_it) {
+            out_.use(token(name));
+        }
+    });
+    return UNKNOWN;
+}
+
+}  // namespace host::sources

@@ -1,0 +1,161 @@
+#include "host/sources/c/c_reader.h"
+
+#include "host/sources/syntax_readers.h"
+
+extern "C" {
+const TSLanguage* tree_sitter_c();
+const TSLanguage* tree_sitter_cpp();
+}
+
+namespace host::sources {
+
+namespace {
+
+// Those of C++ alone are 0 in C.
+TSFieldId c_field(const TSLanguage* language, std::string_view name) {
+    return ts_language_field_id_for_name(language, name.data(), static_cast<std::uint32_t>(name.size()));
+}
+
+}  // namespace
+
+Node first_child(const Node& node) {
+    Node first;
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        if (!first.exists() && child.type() != "comment") {
+            first = child;
+        }
+    });
+    return first;
+}
+
+bool has_token(const Node& node, std::string_view token) {
+    bool is_there = false;
+    for_each_child(
+        node, [&](const Node& child, TSFieldId) { is_there = is_there || child.type() == token; }, true);
+    return is_there;
+}
+
+CGrammar::CGrammar(const TSLanguage* language)
+    : alternative(field(language, "alternative")), argument(field(language, "argument")),
+      arguments(field(language, "arguments")), base(c_field(language, "base")), body(field(language, "body")),
+      captures(c_field(language, "captures")), condition(field(language, "condition")),
+      consequence(field(language, "consequence")), declarator(field(language, "declarator")),
+      default_type(c_field(language, "default_type")), default_value(c_field(language, "default_value")),
+      designator(field(language, "designator")), field_name(field(language, "field")),
+      function(field(language, "function")), index(c_field(language, "index")), indices(c_field(language, "indices")),
+      initializer(field(language, "initializer")), left(field(language, "left")), member(field(language, "member")),
+      name(field(language, "name")), operator_name(field(language, "operator")),
+      parameters(field(language, "parameters")), path(field(language, "path")),
+      placement(c_field(language, "placement")), right(field(language, "right")), scope(c_field(language, "scope")),
+      size(field(language, "size")), template_parameters(c_field(language, "template_parameters")),
+      type(field(language, "type")), value(field(language, "value")) {}
+
+NodeRules<CReader> CDialect::shared_rules(const TSLanguage* language) {
+    using R = CReader;
+    return {language,
+            {
+                // Directives.
+                {"preproc_include", &R::read_include},
+                {"preproc_def", &R::read_macro},
+                {"preproc_function_def", &R::read_macro},
+                {"preproc_ifdef", &R::read_condition},
+                {"preproc_call", &R::ignore},
+                // Declarations.
+                {"declaration", &R::read_declaration},
+                {"field_declaration", &R::read_declaration},
+                {"function_definition", &R::read_function},
+                {"parameter_declaration", &R::read_parameter},
+                {"type_definition", &R::read_type_definition},
+                {"attribute_specifier", &R::ignore},
+                {"attribute_declaration", &R::ignore},
+                {"ms_declspec_modifier", &R::ignore},
+                // Types.
+                {"type_identifier", &R::read_type_name},
+                {"type_descriptor", &R::read_described_type},
+                {"primitive_type", &R::read_builtin_type},
+                {"sized_type_specifier", &R::read_builtin_type},
+                {"struct_specifier", &R::read_free_specifier},
+                {"union_specifier", &R::read_free_specifier},
+                {"enum_specifier", &R::read_free_specifier},
+                {"enumerator", &R::read_enumerator},
+                // Expressions.
+                {"identifier", &R::read_identifier},
+                {"string_literal", &R::read_literal},
+                {"char_literal", &R::read_literal},
+                {"number_literal", &R::read_literal},
+                {"field_expression", &R::read_field},
+                {"call_expression", &R::read_call},
+                {"assignment_expression", &R::read_assignment},
+                {"cast_expression", &R::read_cast},
+                {"pointer_expression", &R::read_pointer_operation},
+                {"subscript_expression", &R::read_element},
+                {"parenthesized_expression", &R::read_inner},
+                {"comma_expression", &R::read_inner},
+                {"update_expression", &R::read_inner},
+                {"conditional_expression", &R::read_conditional},
+                {"binary_expression", &R::read_binary},
+                {"compound_literal_expression", &R::read_compound_literal},
+                {"initializer_list", &R::read_initializer_list},
+                {"offsetof_expression", &R::read_offset},
+                // Statements.
+                {"compound_statement", &R::read_block},
+                {"for_statement", &R::read_block},
+                {"if_statement", &R::read_block},
+                {"while_statement", &R::read_block},
+                {"switch_statement", &R::read_block},
+            }};
+}
+
+const CDialect& CDialect::c() {
+    static const CDialect dialect = [] {
+        CDialect made{.fields = CGrammar(tree_sitter_c()), .rules = shared_rules(tree_sitter_c()), .is_cpp = false};
+        made.rules.add({{"macro_type_specifier", &CReader::read_macro_type}});
+        return made;
+    }();
+    return dialect;
+}
+
+const CDialect& CDialect::cpp() {
+    using R = CReader;
+    static const CDialect dialect = [] {
+        CDialect made{.fields = CGrammar(tree_sitter_cpp()), .rules = shared_rules(tree_sitter_cpp()), .is_cpp = true};
+        made.rules.add({
+            {"namespace_definition", &R::read_namespace},
+            {"namespace_alias_definition", &R::read_namespace_alias},
+            {"using_declaration", &R::read_using},
+            {"alias_declaration", &R::read_alias},
+            {"template_declaration", &R::read_template},
+            {"friend_declaration", &R::read_friend},
+            {"concept_definition", &R::read_concept},
+            {"class_specifier", &R::read_free_specifier},
+            {"optional_parameter_declaration", &R::read_parameter},
+            {"variadic_parameter_declaration", &R::read_parameter},
+            {"placeholder_type_specifier", &R::read_deduced_type},
+            {"decltype", &R::read_type_of_value},
+            {"qualified_identifier", &R::read_qualified},
+            {"template_type", &R::read_template_type},
+            {"template_function", &R::read_template_function},
+            {"dependent_type", &R::read_inner},
+            {"field_initializer", &R::read_field_initializer},
+            {"raw_string_literal", &R::read_literal},
+            {"this", &R::read_this},
+            {"new_expression", &R::read_new},
+            {"lambda_expression", &R::read_lambda},
+            {"condition_clause", &R::read_inner},
+            {"for_range_loop", &R::read_range_loop},
+            {"catch_clause", &R::read_block},
+        });
+        return made;
+    }();
+    return dialect;
+}
+
+syntax::Syntax read_c(std::string_view text, TSNode root) {
+    return CReader(text, CDialect::c()).read(Node(root));
+}
+
+syntax::Syntax read_cpp(std::string_view text, TSNode root) {
+    return CReader(text, CDialect::cpp()).read(Node(root));
+}
+
+}  // namespace host::sources

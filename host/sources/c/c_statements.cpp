@@ -1,0 +1,41 @@
+// Statements that open scopes.
+#include "host/sources/c/c_reader.h"
+
+#include <array>
+
+namespace host::sources {
+
+using syntax::Operation;
+using syntax::UNKNOWN;
+
+CReader::Id CReader::read_block(const Node& node) {
+    out_.open_local();
+    visit_children(node);
+    out_.close();
+    return UNKNOWN;
+}
+
+// `for (auto& each : all)`; of a map, `auto& [key, value]`.
+CReader::Id CReader::read_range_loop(const Node& node) {
+    out_.open_local();
+    visit(node.child(fields_.initializer));
+    const Id all = visit(node.child(fields_.right));
+    const Id element = all == UNKNOWN ? UNKNOWN : out_.add(Operation::ELEMENT, all);
+    const Specifiers stated = specifiers(node);
+    const Declarator each = declarator(node.child(fields_.declarator), stated.type);
+    if (each.name.exists() && each.name.type() == "structured_binding_declarator" && element != UNKNOWN) {
+        std::uint32_t number = 0;
+        for_each_child(each.name, [&](const Node& name, TSFieldId) {
+            const Id of_map = number == 0 ? out_.add(Operation::KEY, all) : element;
+            out_.bind(text(name), out_.one_of(std::array{of_map, out_.add(Operation::COMPONENT, element, number)}));
+            ++number;
+        });
+    } else if (each.name.exists()) {
+        out_.bind(text(each.name), stated.is_deduced ? element : out_.instance(each.type));
+    }
+    visit(node.child(fields_.body));
+    out_.close();
+    return UNKNOWN;
+}
+
+}  // namespace host::sources
