@@ -99,6 +99,7 @@ Meaning Evaluator::compute(const Place& place) {
         return called(values(file, expression.a));
     case Operation::ELEMENT:
     case Operation::KEY:
+    case Operation::ITERATED:
     case Operation::COMPONENT:
     case Operation::AWAITED:
     case Operation::TARGET:
@@ -116,6 +117,7 @@ Meaning Evaluator::compute(const Place& place) {
     case Operation::POINTER:
     case Operation::AWAITABLE:
     case Operation::FUNCTION:
+    case Operation::TYPE_OF:
         return {{.what = Entity::What::STRUCTURE, .id = NONE, .at = place}};
     case Operation::GENERIC:
         return generic(file, expression, place);

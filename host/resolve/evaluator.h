@@ -72,7 +72,7 @@ class Evaluator {
 
     // Values and types (evaluator_types.cpp).
     void add_values(const Entity& entity, std::size_t depth, Meaning& found);
-    Meaning instances(const Meaning& types) const;
+    Meaning instances(const Meaning& types);
     Meaning called(const Meaning& functions);
     Meaning parts(const Meaning& wholes, const syntax::Expression& asked);
     void add_parts(const Entity& whole, const syntax::Expression& asked, std::size_t depth, Meaning& found);

@@ -67,7 +67,7 @@ void Evaluator::add_members(const Entity& of, Name name, Meaning& found) {
     case What::STRUCTURE:
     case What::STRUCTURED: {
         const syntax::Expression& structure = catalog_.syntax(of.at.file).expressions[of.at.expression];
-        if (structure.operation == Operation::POINTER) {
+        if (structure.operation == Operation::POINTER || structure.operation == Operation::TYPE_OF) {
             for (const Entity& target : instances(values(of.at.file, structure.a))) {
                 add_members(target, name, found);
             }

@@ -2,6 +2,7 @@
 #include "host/resolve/definitions.h"
 #include "host/resolve/evaluator.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -46,7 +47,7 @@ void Evaluator::add_values(const Entity& entity, std::size_t depth, Meaning& fou
 }
 
 // Values of types; what is a value already stays.
-Meaning Evaluator::instances(const Meaning& types) const {
+Meaning Evaluator::instances(const Meaning& types) {
     Meaning found;
     for (Entity entity : types) {
         switch (entity.what) {
@@ -56,9 +57,15 @@ Meaning Evaluator::instances(const Meaning& types) const {
             }
             entity.what = What::INSTANCE;
             break;
-        case What::STRUCTURE:
+        case What::STRUCTURE: {
+            const syntax::Expression& structure = catalog_.syntax(entity.at.file).expressions[entity.at.expression];
+            if (structure.operation == Operation::TYPE_OF) {
+                add_once(found, values(entity.at.file, structure.a));
+                continue;
+            }
             entity.what = What::STRUCTURED;
             break;
+        }
         case What::PARAMETER:
             entity.what = What::PARAMETRIC;
             break;
@@ -141,14 +148,15 @@ void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, 
     const syntax::Expression& structure = syntax.expressions[whole.at.expression];
     const auto add = [&](syntax::ExpressionId type) { add_once(found, instances(values(file, type))); };
     const bool is_element = asked.operation == Operation::ELEMENT;
+    const bool is_iterated = asked.operation == Operation::ITERATED;
     switch (structure.operation) {
     case Operation::LIST:
-        if (is_element) {
+        if (is_element || is_iterated || asked.operation == Operation::COMPONENT) {
             add(structure.a);
         }
         break;
     case Operation::MAP:
-        if (is_element || asked.operation == Operation::KEY) {
+        if (is_element || is_iterated || asked.operation == Operation::KEY) {
             add(is_element ? structure.b : structure.a);
         }
         break;
@@ -156,6 +164,8 @@ void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, 
         const std::span<const syntax::ExpressionId> components = syntax.list(structure.a);
         if (asked.operation == Operation::COMPONENT && asked.b < components.size()) {
             add(components[asked.b]);
+        } else if (is_element || is_iterated) {
+            std::ranges::for_each(components, add);
         }
         break;
     }

@@ -57,6 +57,7 @@ enum class Operation : std::uint8_t {
     CALL,         ///< what calling a gives; of a type, an instance where the language has it so
     ELEMENT,      ///< an element of container a: by index or key, or by iteration where both give the same
     KEY,          ///< a key of container a
+    ITERATED,     ///< what a loop over a gives: an element, of a map a key
     COMPONENT,    ///< component b (from 0) of tuple a
     AWAITED,      ///< what waiting for a gives; a itself where it is not awaitable
     TARGET,       ///< what pointer or reference a leads to; a itself where it is neither
@@ -71,6 +72,7 @@ enum class Operation : std::uint8_t {
     FUNCTION,   ///< with results of type a
     GENERIC,    ///< type a with the arguments of list b
     PARAMETER,  ///< type parameter number b (from 0) of the type around it, with bound a
+    TYPE_OF,    ///< the type whose value is a: `typeof a`, the result of `return a`
 
     FOREIGN,  ///< what has no declaration in the repository: a literal, a builtin
 };
