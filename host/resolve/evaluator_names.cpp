@@ -17,6 +17,14 @@ Entity symbol_entity(Symbol symbol) {
     return {.what = What::SYMBOL, .id = symbol};
 }
 
+bool is_foreign(const Entity& entity) {
+    return entity.what == What::FOREIGN;
+}
+
+void drop_foreign(Meaning& meaning) {
+    std::erase_if(meaning, is_foreign);
+}
+
 bool is_kind_of_type(Kind kind) {
     return kind == Kind::TYPE || kind == Kind::ALIAS;
 }
@@ -35,9 +43,7 @@ Meaning Evaluator::named(FileId file, const syntax::Expression& name) {
         if (Meaning found = named_around(file, around, around == innermost, wanted, space); !found.empty()) {
             return found;
         }
-        const bool is_closed =
-            catalog_.declaration(around).kind == Kind::NAMESPACE && !languages_.rules(file)->sees_through_namespaces;
-        if (is_closed) {
+        if (catalog_.declaration(around).kind == Kind::NAMESPACE && !languages_.modules(file).sees_around(around)) {
             return {};
         }
     }
@@ -53,6 +59,7 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
         // The body of a class sees its names even where its functions do not.
         if (rules.has_members_in_scope || is_innermost) {
             add_members_of_type(around, {}, name, 0, found);
+            drop_foreign(found);  // a base from elsewhere may have any name
         }
         break;
     case Kind::NAMESPACE: {
@@ -71,6 +78,7 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
         for (const ImportPlace& place : catalog_.star_imports(container)) {
             if (found.empty() && place.file == file) {
                 add_once(found, members(imported_modules(place, catalog_.syntax(file).imports[place.import]), name));
+                drop_foreign(found);  // as may a module
             }
         }
         break;
@@ -112,6 +120,9 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     }
     for (const ImportPlace& place : catalog_.star_imports_of(file)) {
         add_once(found, members(imported_modules(place, catalog_.syntax(file).imports[place.import]), name));
+    }
+    if (rules.has_no_clashing_stars && !std::ranges::all_of(found, is_foreign)) {
+        drop_foreign(found);
     }
     return chosen(found, space, rules);
 }
@@ -207,7 +218,6 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
         }
         return wanted;
     };
-    const auto is_foreign = [](const Entity& entity) { return entity.what == What::FOREIGN; };
     Meaning best;
     switch (space) {
     case Space::TAG:

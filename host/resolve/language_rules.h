@@ -18,8 +18,9 @@ struct LanguageRules {
     std::unique_ptr<ModuleRules> (*modules)(Catalog& catalog);
     /// Whether a plain name in a type may be one of its members, and of its bases.
     bool has_members_in_scope;
-    /// Whether what stands in a namespace sees the names around that.
-    bool sees_through_namespaces;
+    /// Whether no name can come from two imports of all names, so that one which may have it does not count beside one
+    /// that has it.
+    bool has_no_clashing_stars;
     /// Whether what a file imports can be imported from it.
     bool exports_imports;
     /// Whether a value may stand for a type: `Alias = Union[A, B]`.

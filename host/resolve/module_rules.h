@@ -39,6 +39,9 @@ class ModuleRules {
     /// Returns whether a build takes the file. What is declared in one that it leaves out, no built file refers to.
     [[nodiscard]] virtual bool is_built(FileId /*file*/) const { return true; }
 
+    /// Returns whether what stands in a namespace sees the names around that.
+    [[nodiscard]] virtual bool sees_around(Symbol /*of*/) const { return true; }
+
     /// Returns whether bindings of the file could not all be followed, so that a name may come from anywhere.
     [[nodiscard]] virtual bool is_open(FileId /*file*/) const { return false; }
 };

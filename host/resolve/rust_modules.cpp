@@ -71,6 +71,16 @@ class RustModules : public ModuleRules {
         return module;
     }
 
+    // A block with `use` in it sees all around it, and a module that takes all names of the one around it its imports.
+    [[nodiscard]] bool sees_around(Symbol of) const override {
+        return catalog_.declaration(of).is_hidden ||
+               std::ranges::any_of(catalog_.star_imports(catalog_.container_of(of)), [&](const ImportPlace& place) {
+                   const syntax::Syntax& syntax = catalog_.syntax(place.file);
+                   return place.file == catalog_.file_of(of) &&
+                          syntax.name(syntax.imports[place.import].module) == "super";
+               });
+    }
+
   private:
     static std::vector<std::string> segments(std::string_view path) {
         std::vector<std::string> segments;
@@ -116,6 +126,15 @@ class RustModules : public ModuleRules {
         return std::string(folder_of(path)) + (is_of_its_folder ? "" : "/" + std::string(name));
     }
 
+    // A block with `use` in it is no module.
+    [[nodiscard]] syntax::DeclarationId real_module(FileId file, syntax::DeclarationId around) const {
+        const syntax::Syntax& syntax = catalog_.syntax(file);
+        while (around != syntax::NO_DECLARATION && syntax.declarations[around].is_hidden) {
+            around = syntax.declarations[around].parent;
+        }
+        return around;
+    }
+
     [[nodiscard]] Container module_around(FileId file, syntax::DeclarationId around) const {
         return around == syntax::NO_DECLARATION ? catalog_.module_of(file)
                                                 : catalog_.container_of(catalog_.symbol(file, around));
@@ -123,11 +142,12 @@ class RustModules : public ModuleRules {
 
     // From the module around the import, and `super` by `super` outwards.
     Found relative(FileId file, syntax::DeclarationId around, const std::vector<std::string>& path) const {
+        around = real_module(file, around);
         Container module = module_around(file, around);
         std::size_t at = path.front() == "self" ? 1 : 0;
         for (; at < path.size() && path[at] == "super"; ++at) {
             if (around != syntax::NO_DECLARATION) {
-                around = catalog_.syntax(file).declarations[around].parent;
+                around = real_module(file, catalog_.syntax(file).declarations[around].parent);
                 module = module_around(file, around);
             } else if (const auto parent = parents_.find(module); parent != parents_.end()) {
                 module = parent->second;
