@@ -3,6 +3,7 @@
 #include "host/files/file_language.h"
 #include "host/sources/mending.h"
 #include "host/sources/queries.h"
+#include "host/sources/rust/rust_macros.h"
 #include "host/sources/syntax_readers.h"
 
 #include <algorithm>
@@ -66,7 +67,7 @@ constexpr std::array<Language, COUNT> LANGUAGES{{
      CommentPlace::ABOVE, true, nullptr, read_javascript},
     {"python", tree_sitter_python, PYTHON_QUERIES, Unmarked::PUBLIC, "", {}, CommentPlace::RIGHT_ABOVE, true},
     {"rust", tree_sitter_rust, RUST_QUERIES, Unmarked::PRIVATE, "pub", BLOCKS_AND_LINES,
-     CommentPlace::ABOVE_OR_BELOW_DECORATORS, false, nullptr, read_rust},
+     CommentPlace::ABOVE_OR_BELOW_DECORATORS, false, nullptr, read_rust, with_macros_as_calls},
     {"typescript", tree_sitter_typescript, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,
      CommentPlace::ABOVE, true, mended, read_typescript},
     {"tsx", tree_sitter_tsx, TYPESCRIPT_QUERIES, Unmarked::PUBLIC_OUTSIDE_MODULES, "export", BLOCKS,

@@ -87,6 +87,8 @@ struct Language {
     std::string (*mend)(std::string_view text) = nullptr;
     /// Reads what a tree states about names (syntax_readers.h); null for a language of which that is not read.
     syntax::Syntax (*read_syntax)(std::string_view text, TSNode root) = nullptr;
+    /// Puts a text in a way of which the grammar says more, with every name in its place; null where there is none.
+    std::string (*rewrite)(std::string_view text) = nullptr;
 };
 
 /// The language of a file by what its document states (in lower case, may be empty), else by its path; null for one

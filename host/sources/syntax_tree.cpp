@@ -84,16 +84,32 @@ std::size_t damaged_bytes(const TSNode& root) {
     }
 }
 
-// The tree of the text, or of the text mended where less of that is damaged.
+// The less damaged of two trees, either of which may be missing: the first of equals.
+Tree less_damaged(Tree one, Tree other) {
+    if (one == nullptr || other == nullptr) {
+        return one == nullptr ? std::move(other) : std::move(one);
+    }
+    const bool is_other_better =
+        damaged_bytes(ts_tree_root_node(other.get())) < damaged_bytes(ts_tree_root_node(one.get()));
+    return is_other_better ? std::move(other) : std::move(one);
+}
+
+bool is_whole(const Tree& tree) {
+    return tree != nullptr && !ts_node_has_error(ts_tree_root_node(tree.get()));
+}
+
+// The tree of the text, or of the text rewritten or mended where that is damaged no more, or less.
 Tree best_tree(string_view text, const Language& language, Limits limits) {
+    Tree rewritten = language.rewrite == nullptr ? nullptr : parse(language.rewrite(text), language, limits);
+    if (is_whole(rewritten)) {
+        return rewritten;
+    }
     Tree tree = parse(text, language, limits);
-    if (tree == nullptr || language.mend == nullptr || !ts_node_has_error(ts_tree_root_node(tree.get()))) {
+    if (tree == nullptr || is_whole(tree)) {
         return tree;
     }
-    Tree mended = parse(language.mend(text), language, limits);
-    const bool is_better = mended != nullptr && damaged_bytes(ts_tree_root_node(mended.get())) <
-                                                    damaged_bytes(ts_tree_root_node(tree.get()));
-    return is_better ? std::move(mended) : std::move(tree);
+    Tree mended = language.mend == nullptr ? nullptr : parse(language.mend(text), language, limits);
+    return less_damaged(std::move(rewritten), less_damaged(std::move(tree), std::move(mended)));
 }
 
 // Whether a tree may be that of a source: nothing nests as deep, and no damaged node is as wide, as what keeps a query

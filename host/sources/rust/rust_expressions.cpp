@@ -58,6 +58,10 @@ RustReader::Id RustReader::component(Id value, std::uint32_t number) {
 RustReader::Id RustReader::read_call(const Node& node) {
     const RustFields& at = RustFields::get();
     const Node function = node.child(at.function);
+    if (text(node).substr(function.end() - node.begin()).starts_with('!')) {
+        read_macro_arguments(node.child(at.arguments));
+        return syntax::UNKNOWN;
+    }
     const Id called = callee(function);
     Id argument = syntax::UNKNOWN;
     for_each_child(node.child(at.arguments), [&](const Node& child, TSFieldId) {
@@ -69,6 +73,13 @@ RustReader::Id RustReader::read_call(const Node& node) {
         return made;
     }
     return called == syntax::UNKNOWN ? syntax::UNKNOWN : out_.add(Operation::CALL, called);
+}
+
+// `name = value` gives a name to what is formatted.
+void RustReader::read_macro_arguments(const Node& arguments) {
+    for_each_child(arguments, [&](const Node& child, TSFieldId) {
+        visit(child.type() == "assignment_expression" ? child.child(RustFields::get().right) : child);
+    });
 }
 
 RustReader::Id RustReader::callee(const Node& function) {

@@ -95,7 +95,19 @@ RustReader::Id RustReader::path(const Node& node, Role role, Space space) {
         out_.mention(global, last);
         return global;
     }
-    return out_.use_member(path(before, Role::VALUE, Space::QUALIFIER), last);
+    return out_.use_member(qualifier(before), last);
+}
+
+// What stands before "::". A module is never a local, even where a local has its name.
+RustReader::Id RustReader::qualifier(const Node& node) {
+    if (node.type() != "identifier" || is_rust_item_name(text(node))) {
+        return path(node, Role::VALUE, Space::QUALIFIER);
+    }
+    const Token module = name_token(node, Role::VALUE, Space::QUALIFIER);
+    const Id name =
+        out_.add({Operation::NAME, out_.around(), static_cast<std::uint32_t>(module.space), out_.name(module.name)});
+    out_.mention(name, module);
+    return name;
 }
 
 RustReader::Id RustReader::read_use(const Node& node) {

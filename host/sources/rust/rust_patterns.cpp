@@ -33,7 +33,9 @@ RustReader::Id RustReader::read_block(const Node& node) {
         }
     });
     if (has_use) {
-        out_.open(out_.declare({.kind = Kind::NAMESPACE, .parent = out_.around(), .is_hidden = true}));
+        const std::string place = "{" + std::to_string(node.begin()) + "}";  // no other's name
+        out_.open(out_.declare(
+            {.name = out_.name(place), .kind = Kind::NAMESPACE, .parent = out_.around(), .is_hidden = true}));
     }
     out_.open_local();
     for (const std::string_view item : items) {

@@ -29,6 +29,7 @@ const RustFields& RustFields::get() {
         .path = of("path"),
         .pattern = of("pattern"),
         .return_type = of("return_type"),
+        .right = of("right"),
         .trait = of("trait"),
         .type = of("type"),
         .type_arguments = of("type_arguments"),

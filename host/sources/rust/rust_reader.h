@@ -23,7 +23,7 @@ namespace host::sources {
 /// The fields of the grammar's nodes.
 struct RustFields {
     TSFieldId alias, alternative, argument, arguments, body, bounds, condition, consequence, element, field, function,
-        left, length, list, macro, name, parameters, path, pattern, return_type, trait, type, type_arguments,
+        left, length, list, macro, name, parameters, path, pattern, return_type, right, trait, type, type_arguments,
         type_parameters, value;
 
     static const RustFields& get();
@@ -82,6 +82,7 @@ class RustReader : public SyntaxReader<RustReader> {
     Id read_extern_crate(const Node& node);
     Id read_path(const Node& node);
     Id path(const Node& node, syntax::Role role, syntax::Space space);
+    Id qualifier(const Node& node);
     void read_use_tree(const Node& node, std::vector<Node>& before, bool is_exported);
     void import_name(const std::vector<Node>& segments, std::string_view name, bool is_exported);
     void mention_modules(const std::vector<Node>& segments);
@@ -122,6 +123,7 @@ class RustReader : public SyntaxReader<RustReader> {
     Id read_macro_call(const Node& node);
     Id read_closure(const Node& node);
     Id callee(const Node& function);
+    void read_macro_arguments(const Node& arguments);
     Id constructed(const Node& function, Id argument);
     Id component(Id value, std::uint32_t number);
 
