@@ -67,6 +67,15 @@ class Resolver::Linked {
         return references;
     }
 
+    [[nodiscard]] bool is_defined_elsewhere(Symbol symbol) const {
+        return !catalog_.declaration(symbol).is_definition &&
+               definitions(catalog_, std::span(&symbol, 1)) != std::vector{symbol};
+    }
+
+    [[nodiscard]] Symbol symbol(FileId file, syntax::DeclarationId declaration) const {
+        return catalog_.symbol(file, declaration);
+    }
+
   private:
     // Has what stands outside of its type be a member of that, and a type have the bases that are stated elsewhere.
     void place_owned() {
@@ -227,6 +236,10 @@ Resolver::~Resolver() = default;
 
 References Resolver::references_of(FileId file) const {
     return linked_->references_of(file);
+}
+
+bool Resolver::is_defined_elsewhere(FileId file, syntax::DeclarationId declaration) const {
+    return linked_->is_defined_elsewhere(linked_->symbol(file, declaration));
 }
 
 }  // namespace host::resolve

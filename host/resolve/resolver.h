@@ -52,6 +52,10 @@ class Resolver {
     /// Returns the references of a file. May be called on several threads.
     [[nodiscard]] References references_of(FileId file) const;
 
+    /// Returns whether a declaration only announces others, such as a prototype of a function that the repository
+    /// defines. References lead to these instead.
+    [[nodiscard]] bool is_defined_elsewhere(FileId file, syntax::DeclarationId declaration) const;
+
   private:
     class Linked;
     std::unique_ptr<const Linked> linked_;
