@@ -10,7 +10,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -55,6 +57,8 @@ struct ExtractedFile {
     bool has_moved = false;         ///< whether the source has changed since it was indexed
     /// The number of tokens that define nothing, by what they name.
     std::unordered_map<TokenNames, std::int64_t> references;
+    /// The number of tokens from which no binding leads on, by the only declaration that bears their name.
+    std::unordered_map<SymbolNumber, std::int64_t> unique_references = {};
     std::size_t steps = 0;  ///< progress of the import for writing this file
 };
 
@@ -62,6 +66,7 @@ struct Extraction {
     std::vector<ExtractedFile> files;  ///< by path, each once
     TokenTable tokens;
     std::unique_ptr<const Symbols> symbols;
+    std::set<std::string, std::less<>> languages;  ///< in which imports are followed as a compiler does
 
     std::string damaged;           ///< paths of files with declarations in parts that do not parse, each ended by "\n"
     std::string shared_summaries;  ///< as `host::shared_summaries` returns them

@@ -51,6 +51,10 @@ struct ImportReport {
     std::int64_t misnamed_references = 0;      ///< skipped: the source has another name at that place
     std::int64_t references_in_test_code = 0;  ///< skipped: their code is compiled for tests only
 
+    /// Name tokens that lead to no declaration, by language: their names are of other packages, or the source does not
+    /// say what they name. Empty for SCIP files.
+    std::map<std::string, std::int64_t> unresolved_by_language;
+
     /// References to symbols that the index does not hold, by package: the five packages with the most.
     std::vector<std::pair<std::string, std::int64_t>> nowhere;
     Examples missing_modules;        ///< modules of the repository that are referenced but not in the index

@@ -18,7 +18,7 @@ namespace host::indexing {
 
 namespace {
 
-constexpr std::array RESOLUTIONS{Resolution::AMBIGUOUS, Resolution::IMPORT, Resolution::LOCAL};
+constexpr std::array RESOLUTIONS{Resolution::AMBIGUOUS, Resolution::IMPORT, Resolution::LOCAL, Resolution::UNIQUE};
 
 // "src/a.ts" -> "a", "src/a/index.ts" -> "a"
 std::string name_of_module(std::string_view path) {
@@ -83,9 +83,8 @@ class IndexWriter {
             }
         }
         report_.files = static_cast<std::int64_t>(files_.size());
-        // A front end resolves imports as its language's compiler does.
         for (const std::string& language : languages) {
-            out_.add(LanguageRow{.name = language, .import_resolved = true});
+            out_.add(LanguageRow{.name = language, .import_resolved = extraction_.languages.contains(language)});
         }
     }
 

@@ -10,7 +10,7 @@
 namespace host::indexing {
 
 std::string_view name_of(Resolution resolution) {
-    constexpr std::array<std::string_view, 3> NAMES{models::AMBIGUOUS, models::IMPORT, models::LOCAL};
+    constexpr std::array<std::string_view, 4> NAMES{models::AMBIGUOUS, models::IMPORT, models::LOCAL, models::UNIQUE};
     return NAMES.at(static_cast<std::size_t>(resolution));
 }
 
@@ -113,6 +113,11 @@ FileReferences References::from(std::uint32_t file) const {
         }
         if (targets.places.empty() && !module && symbols.front() != LOCAL_SYMBOL) {
             references.nowhere.emplace_back(symbols.front(), count);
+        }
+    }
+    for (const auto& [symbol, count] : extraction_.files[file].unique_references) {
+        if (const auto target = target_of(symbol, file)) {
+            edges[{*target, Resolution::UNIQUE}] += count;
         }
     }
     for (const auto& [target, count] : edges) {

@@ -30,9 +30,10 @@ enum class Resolution : std::uint8_t {
     AMBIGUOUS,  ///< it may mean any of several declarations
     IMPORT,     ///< its declaration is in another file
     LOCAL,      ///< its declaration is in the same file
+    UNIQUE,     ///< no binding leads to its declaration, but nothing else bears the name
 };
 
-/// "ambiguous", "import", "local"
+/// "ambiguous", "import", "local", "unique"
 std::string_view name_of(Resolution resolution);
 
 /// All references from one file to one declaration with one resolution.

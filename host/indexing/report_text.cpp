@@ -35,6 +35,15 @@ std::string passed_over(const ImportReport& report) {
     return line;
 }
 
+std::string unresolved(const ImportReport& report) {
+    std::string line;
+    for (const auto& [language, count] : report.unresolved_by_language) {
+        line += (line.empty() ? "Names that lead to no declaration here, by language: " : ", ") +
+                (language.empty() ? "(unknown)" : language) + " " + std::to_string(count);
+    }
+    return line;
+}
+
 std::string leading_nowhere(const ImportReport& report) {
     std::string line;
     for (const auto& [package, count] : report.nowhere) {
@@ -62,6 +71,7 @@ void write_findings(std::ostream& out, const ImportReport& report) {
     const std::array lines{
         passed_over(report),
         leading_nowhere(report),
+        unresolved(report),
         about(report.excluded, "Left out as excluded, vendored, minified or generated",
               "; use --include to index them"),
         about(report.missing_modules, "Modules of this repository that are referenced but not in the index", ""),

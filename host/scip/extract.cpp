@@ -109,6 +109,9 @@ Extraction extract(Contents contents, const sources::Sources& sources, const std
     for (auto& [path, file] : contents.files) {
         (extracted++)->references = std::move(file.references);
     }
+    for (const indexing::ExtractedFile& file : extraction.files) {
+        extraction.languages.insert(file.language);  // an indexer follows imports as its language's compiler does
+    }
     extraction.damaged = extractor.damaged();
     extraction.shared_summaries = shared_summaries(extractor.summaries());
     extraction.tokens = contents.tokens.take();
