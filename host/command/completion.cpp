@@ -46,7 +46,7 @@ std::string choices_of(const std::string& type) {
 }
 
 Value value_of(const CLI::Option& option) {
-    constexpr std::array<std::string_view, 3> FILES{"PLACE", "PATH", "INDEX.scip"};
+    constexpr std::array<std::string_view, 3> FILES{"PLACE", "PATH", "SOURCE"};
     const std::string type = option.get_positional() ? option.get_name(true) : option.get_type_name();
     if (option.get_items_expected_max() == 0) {
         return Value::NONE;

@@ -17,7 +17,7 @@ namespace {
 std::string advice(UnusableIndex::Fault fault, const Index& index) {
     switch (fault) {
     case UnusableIndex::Fault::MISSING:
-        return "; make one with: wiki-scope import INDEX.scip " + index.options();
+        return "; make one with: wiki-scope import FOLDER " + index.options();
     case UnusableIndex::Fault::FOREIGN:
         return "; name another file";
     case UnusableIndex::Fault::OUTDATED:

@@ -67,7 +67,7 @@ TEST_F(Server, SaysInOneLineWhatKeepsAPageFromBeingRead) {
     expect_failure("page a --index postgresql://asked@/tested", "no password supplied; check the user");
     expect_failure("page a --index postgresql:///absent", "database \"absent\" does not exist; check the name");
     expect_failure("page a --index postgresql:///tested --repository two",
-                   "no index of a repository called two (there are one); make one with: wiki-scope import INDEX.scip "
+                   "no index of a repository called two (there are one); make one with: wiki-scope import FOLDER "
                    "--index postgresql:///tested --repository two");
     const std::string page = "page a.ts --checkout . --repository one --index postgresql:///tested";
     {

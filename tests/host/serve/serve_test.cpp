@@ -430,7 +430,7 @@ TEST_F(Serve, EndsWithItsInputAndAtOnceOnSigterm) {
                   .exit_code,
               124);  // and not 137, of SIGKILL
     EXPECT_EQ(run("serve --index none.db < in").err,
-              "wiki-scope: none.db: no such index; make one with: wiki-scope import INDEX.scip --index none.db\n");
+              "wiki-scope: none.db: no such index; make one with: wiki-scope import FOLDER --index none.db\n");
     EXPECT_EQ(run("serve --index index.db --checkout none < in").exit_code, 1);
 }
 

@@ -1,0 +1,125 @@
+#include "host/worktree/extract.h"
+
+#include "host/sources/language.h"
+#include "host/summary/shared_summaries.h"
+#include "host/worktree/source_symbols.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+namespace host::worktree {
+
+namespace {
+
+using indexing::FileDeclarations;
+using indexing::ImportReport;
+using resolve::Evidence;
+using resolve::FileId;
+
+// Returns what a file declares, without what is defined elsewhere. References to a constructor lead to its type.
+FileDeclarations declared_in(ReadFile& file, FileId id, const resolve::Resolver& resolver,
+                             const SourceSymbols& symbols) {
+    FileDeclarations declared;
+    declared.line_count = file.facts.line_count;
+    declared.modules.push_back(symbols.number({id, resolve::Target::MODULE}));
+    std::unordered_map<syntax::DeclarationId, std::uint32_t> places;
+    for (ReadDeclaration& read : file.declarations) {
+        if (!resolver.is_defined_elsewhere(id, read.id)) {
+            places.emplace(read.id, static_cast<std::uint32_t>(declared.declarations.size()));
+            read.row.symbol = symbols.number({id, read.id});
+            declared.declarations.push_back(std::move(read.row));
+        }
+    }
+    for (const auto& [declaration, place] : places) {
+        const indexing::Declaration& row = declared.declarations[place];
+        const auto type =
+            row.kind == "constructor" ? places.find(file.facts.syntax.declarations[declaration].parent) : places.end();
+        declared.symbols.push_back({row.symbol, type == places.end() ? place : type->second, row.lines.count(), true});
+    }
+    return declared;
+}
+
+void add_references(const resolve::References& found, const SourceSymbols& symbols, indexing::TokenTable& tokens,
+                    indexing::ExtractedFile& file) {
+    for (const resolve::Reference& reference : found.references) {
+        const indexing::SymbolNumber symbol = symbols.number(reference.target);
+        switch (reference.evidence) {
+        case Evidence::UNIQUE:
+            file.unique_references[symbol] += reference.count;
+            break;
+        case Evidence::AMBIGUOUS:  // with a symbol that nothing declares
+            file.references[tokens.number({symbol, indexing::LOCAL_SYMBOL})] += reference.count;
+            break;
+        default:
+            file.references[symbol] += reference.count;
+        }
+    }
+}
+
+void report_file(const ReadFile& file, const resolve::References& references, ImportReport& report) {
+    if (file.content_hash == 0) {
+        report.unread.add(file.path);
+        return;
+    }
+    ++report.sources;
+    if (!file.facts.is_parsed && sources::understood_language("", file.path) != nullptr) {
+        report.unparsed.add(file.path);
+    }
+    if (file.facts.is_damaged) {
+        report.damaged.add(file.path);
+    }
+    if (references.unresolved > 0) {
+        report.unresolved_by_language[std::string(file.facts.language)] += references.unresolved;
+    }
+}
+
+}  // namespace
+
+std::vector<ReadDeclaration> spooled(std::vector<DeclarationFacts> declarations, TextSpool& spool) {
+    std::vector<ReadDeclaration> spooled;
+    spooled.reserve(declarations.size());
+    for (const DeclarationFacts& facts : declarations) {
+        spooled.push_back({facts.id,
+                           {.symbol = 0,
+                            .kind = facts.kind,
+                            .lines = facts.lines,
+                            .is_public = facts.is_public,
+                            .signature = spool.add(facts.signature),
+                            .further_signatures = {},
+                            .documentation = spool.add(facts.documentation)}});
+    }
+    return spooled;
+}
+
+indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
+                             const resolve::Resolver& resolver, std::span<const resolve::References> references,
+                             ImportReport& report) {
+    indexing::Extraction extraction;
+    auto symbols = std::make_unique<SourceSymbols>(repository);
+    std::vector<std::string> summaries;
+    for (FileId id = 0; id < files.size(); ++id) {
+        ReadFile& file = files[id];
+        indexing::ExtractedFile extracted;
+        extracted.path = file.path;
+        extracted.language = file.facts.language;
+        extracted.declared = declared_in(file, id, resolver, *symbols);
+        extracted.content_hash = file.content_hash;
+        extracted.steps = 1;
+        add_references(references[id], *symbols, extraction.tokens, extracted);
+        extraction.files.push_back(std::move(extracted));
+        summaries.push_back(file.facts.summary);
+        report_file(file, references[id], report);
+    }
+    for (const sources::Language& language : sources::languages()) {
+        if (language.read_syntax != nullptr) {
+            extraction.languages.emplace(language.name);
+        }
+    }
+    extraction.shared_summaries = shared_summaries(summaries);
+    extraction.symbols = std::move(symbols);
+    return extraction;
+}
+
+}  // namespace host::worktree

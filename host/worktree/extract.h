@@ -1,0 +1,41 @@
+// From what sources say and what a resolver finds to what an index is made from.
+#pragma once
+
+#include "host/files/text_spool.h"
+#include "host/indexing/extraction.h"
+#include "host/indexing/import_report.h"
+#include "host/resolve/resolver.h"
+#include "host/worktree/source_facts.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace host::worktree {
+
+/// A declaration as an index holds it.
+struct ReadDeclaration {
+    syntax::DeclarationId id = 0;
+    indexing::Declaration row;  ///< its symbol is not set
+};
+
+/// A file of the checkout, read. Its texts are in a spool.
+struct ReadFile {
+    std::string path;
+    std::int64_t content_hash = 0;              ///< 0 when it could not be read
+    SourceFacts facts;                          ///< without the declarations
+    std::vector<ReadDeclaration> declarations;  ///< in the order of `SourceFacts::declarations`
+};
+
+/// Puts the texts of declarations into the spool.
+std::vector<ReadDeclaration> spooled(std::vector<DeclarationFacts> declarations, TextSpool& spool);
+
+/// Returns what an index is made from. `repository` holds the files in the order of `files`, and `references` what the
+/// resolver found for each. `repository` and what it points at must outlive the extraction. Adds to `report` what was
+/// read, and what could not be.
+indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
+                             const resolve::Resolver& resolver, std::span<const resolve::References> references,
+                             indexing::ImportReport& report);
+
+}  // namespace host::worktree

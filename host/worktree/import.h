@@ -1,0 +1,30 @@
+// The import of a checkout: from its sources alone to an index that can be queried.
+#pragma once
+
+#include "host/index/index.h"
+#include "host/indexing/import_report.h"
+#include "host/indexing/progress.h"
+#include "host/rules/path_rules.h"
+
+#include <string>
+#include <vector>
+
+namespace host::worktree {
+
+struct ImportRequest {
+    std::string folder;  ///< the checkout
+    /// Which files are left out, and which are tests; before what the checkout says of itself (rules/configuration.h),
+    /// which comes before what is usual. The index notes the rules for tests.
+    std::vector<PathRule> exclusions = {};
+    std::vector<PathRule> tests = {};
+};
+
+/// Makes one new index of the files of a checkout whose names tell their language, in the way of `scip::import_scip`:
+/// the old index stays until the new one is complete and durable. Equal files give equal rows. `on_progress` may be
+/// empty; a file is three steps: being read, being resolved and being written.
+///
+/// Throws `std::runtime_error` with one line that says what to do.
+indexing::ImportReport import_sources(const ImportRequest& request, NewIndex& index,
+                                      const indexing::OnProgress& on_progress);
+
+}  // namespace host::worktree

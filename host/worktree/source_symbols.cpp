@@ -1,0 +1,88 @@
+#include "host/worktree/source_symbols.h"
+
+#include "host/text/control_characters.h"
+#include "host/worktree/module_names.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace host::worktree {
+
+namespace {
+
+using syntax::Declaration;
+using syntax::Expression;
+using syntax::Operation;
+using syntax::Syntax;
+
+// The name of the type that an expression means: "T" of `impl<A> m::T<A>`.
+std::string_view name_in(const Syntax& syntax, syntax::ExpressionId id) {
+    constexpr int DEEPEST = 8;
+    for (int depth = 0; depth < DEEPEST; ++depth) {
+        const Expression& expression = syntax.expressions[id];
+        switch (expression.operation) {
+        case Operation::NAME:
+        case Operation::GLOBAL:
+        case Operation::MEMBER:
+            return syntax.name(expression.name);
+        case Operation::DECLARATION:
+            return syntax.name(syntax.declarations[expression.a].name);
+        case Operation::GENERIC:
+        case Operation::POINTER:
+        case Operation::INSTANCE:
+            id = expression.a;
+            break;
+        default:
+            return {};
+        }
+    }
+    return {};
+}
+
+// The name as the text has it: readers add "()" to those of functions where a variable may bear the same.
+std::string_view written(std::string_view name) {
+    constexpr std::string_view MARK = "()";
+    return name.ends_with(MARK) ? name.substr(0, name.size() - MARK.size()) : name;
+}
+
+}  // namespace
+
+SourceSymbols::SourceSymbols(const resolve::Repository& repository)
+    : repository_(repository), modules_(module_names(repository)) {
+    indexing::SymbolNumber next = 0;
+    for (const resolve::File& file : repository.files) {
+        first_.push_back(next);
+        next += file.syntax == nullptr ? 0 : static_cast<indexing::SymbolNumber>(file.syntax->declarations.size());
+    }
+    first_.push_back(next);
+}
+
+indexing::SymbolNumber SourceSymbols::number(const resolve::Target& target) const {
+    return target.declaration == resolve::Target::MODULE ? first_.back() + target.file
+                                                         : first_[target.file] + target.declaration;
+}
+
+indexing::DeclarationName SourceSymbols::name_of(indexing::SymbolNumber symbol, std::uint32_t file) const {
+    const std::string& module = modules_[file];
+    if (symbol >= first_.back()) {
+        return {module, without_control_characters(module.empty() ? repository_.files[file].path : module)};
+    }
+    const Syntax& syntax = *repository_.files[file].syntax;
+    std::vector<std::string_view> names;  // from the inside out
+    syntax::DeclarationId id = symbol - first_[file];
+    while (id != syntax::NO_DECLARATION) {
+        const Declaration& declaration = syntax.declarations[id];
+        names.push_back(written(syntax.name(declaration.name)));
+        if (const std::string_view owner = name_in(syntax, declaration.owner); !owner.empty()) {
+            names.push_back(owner);
+        }
+        id = declaration.parent;
+    }
+    std::string fqn = module;
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+        fqn.append(fqn.empty() ? "" : ".").append(*name);
+    }
+    return {std::string(names.front()), without_control_characters(fqn)};
+}
+
+}  // namespace host::worktree
