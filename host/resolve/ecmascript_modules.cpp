@@ -17,13 +17,18 @@ constexpr std::array<std::string_view, 11> EXTENSIONS{".ts",  ".tsx", ".d.ts", "
 // What a compiler writes for what it reads.
 constexpr std::array<std::string_view, 4> WRITTEN{".js", ".jsx", ".mjs", ".cjs"};
 
+// The name under which a module exports what it is as a whole.
+constexpr std::string_view WHOLE = "export=";
+
 class EcmascriptModules : public ModuleRules {
   public:
-    explicit EcmascriptModules(Catalog& catalog) : catalog_(catalog), files_(catalog.repository()) {
+    explicit EcmascriptModules(Catalog& catalog)
+        : catalog_(catalog), files_(catalog.repository()), globals_(catalog.module("ecmascript:")) {
         for (FileId file = 0; file < catalog.files(); ++file) {
             const std::string_view language = catalog.file(file).language;
             if (language == "typescript" || language == "tsx" || language == "javascript") {
-                catalog.set_module(file, catalog.module("ecmascript:" + catalog.file(file).path));
+                catalog.set_module(
+                    file, declares_globals(file) ? globals_ : catalog.module("ecmascript:" + catalog.file(file).path));
             }
         }
         for (const Package& package : catalog.repository().packages) {
@@ -40,25 +45,72 @@ class EcmascriptModules : public ModuleRules {
         const bool is_relative =
             module.starts_with("./") || module.starts_with("../") || module == "." || module == "..";
         if (is_relative) {
-            return found(file_at(joined(folder, module)));
+            return found(file_at(joined(folder, module)), import);
         }
         if (const std::optional<FileId> file = aliased(folder, module)) {
-            return found(file);
+            return found(file, import);
         }
-        for (const Package* const package : packages_) {
-            const std::string_view name = package->name;
-            const bool is_it = !name.empty() && module.starts_with(name) &&
-                               (module.size() == name.size() || module[name.size()] == '/');
-            if (is_it) {
-                return found(file_of_package(*package, module.substr(name.size())));
-            }
-        }
-        return {.is_foreign = true};
+        const Package* const package = package_named(folder, module);
+        return package == nullptr ? Found{.is_foreign = true}
+                                  : found(file_of_package(*package, module.substr(package->name.size())), import);
+    }
+
+    [[nodiscard]] Container globals() const override { return globals_; }
+
+    // Declarations for a package are of no use elsewhere.
+    [[nodiscard]] bool sees(FileId from, FileId of) const override {
+        return catalog_.module_of(of) != globals_ ||
+               is_below(catalog_.file(from).path, scope_of(catalog_.file(of).path));
     }
 
   private:
-    [[nodiscard]] Found found(std::optional<FileId> file) const {
-        return {.modules = file ? std::vector{catalog_.module_of(*file)} : std::vector<Container>()};
+    // A module that is one value stands for that, where it is imported as a whole.
+    [[nodiscard]] Found found(std::optional<FileId> file, const syntax::Import& import) const {
+        if (!file) {
+            return {};
+        }
+        const Container module = catalog_.module_of(*file);
+        const Name whole = catalog_.name(WHOLE);
+        const bool is_value = import.original == 0 && whole != NONE &&
+                              (!catalog_.members(module, whole).empty() || !catalog_.imports(module, whole).empty());
+        return {.modules = {module}, .path = is_value ? std::vector{std::string(WHOLE)} : std::vector<std::string>()};
+    }
+
+    // A file of declarations that is no module declares what all files see.
+    [[nodiscard]] bool declares_globals(FileId file) const {
+        const syntax::Syntax& syntax = catalog_.syntax(file);
+        const auto is_exported = [](const syntax::Declaration& declaration) {
+            return declaration.parent == syntax::NO_DECLARATION && !declaration.is_private;
+        };
+        return catalog_.file(file).path.ends_with(".d.ts") && syntax.imports.empty() &&
+               std::ranges::none_of(syntax.declarations, is_exported);
+    }
+
+    static bool is_below(std::string_view path, std::string_view folder) {
+        return folder.empty() || path == folder || (path.starts_with(folder) && path[folder.size()] == '/');
+    }
+
+    // The folder of the innermost package around a file.
+    [[nodiscard]] std::string_view scope_of(std::string_view path) const {
+        std::string_view scope;
+        for (const Package* const package : packages_) {
+            const bool is_closer = package->folder.size() > scope.size();
+            scope = is_closer && is_below(path, package->folder) ? std::string_view(package->folder) : scope;
+        }
+        return scope;
+    }
+
+    // The package by whose name a module is imported from a folder; null for a foreign one.
+    [[nodiscard]] const Package* package_named(std::string_view folder, std::string_view module) const {
+        const Package* best = nullptr;
+        for (const Package* const package : packages_) {
+            const bool is_it =
+                !package->name.empty() && is_below(module, package->name) && is_below(folder, package->visible_below);
+            if (is_it && (best == nullptr || package->name.size() > best->name.size())) {
+                best = package;
+            }
+        }
+        return best;
     }
 
     // The source that a path without an extension, with that of what is made of it, or of a folder, stands for.
@@ -106,25 +158,39 @@ class EcmascriptModules : public ModuleRules {
                    : path.append(middle).append(target.substr(target.find('*') + 1));
     }
 
+    // Of patterns that match a name, the one that says most of it: itself, else with the longest text before its "*".
+    template <class Patterns>
+    static auto best_match(const Patterns& patterns, std::string_view name) {
+        const auto exact = patterns.find(std::string(name));
+        if (exact != patterns.end()) {
+            return exact;
+        }
+        auto best = patterns.end();
+        for (auto each = patterns.begin(); each != patterns.end(); ++each) {
+            const bool is_longer = best == patterns.end() || each->first.find('*') > best->first.find('*');
+            best = is_longer && matched(each->first, each->first, name) ? each : best;
+        }
+        return best;
+    }
+
     // By the innermost configuration that has an alias or a folder for the name.
     [[nodiscard]] std::optional<FileId> aliased(std::string_view folder, std::string_view module) const {
         for (auto package = packages_.rbegin(); package != packages_.rend(); ++package) {
-            const std::string& base = (*package)->folder;
-            const bool is_around = base.empty() || folder == base || folder.starts_with(base + "/");
-            if (!is_around) {
+            const Package& around = **package;
+            if (!is_below(folder, around.folder)) {
                 continue;
             }
-            for (const auto& [pattern, targets] : (*package)->aliases) {
-                for (const std::string& target : targets) {
-                    if (const std::optional<std::string> path = matched(pattern, target, module)) {
-                        if (const std::optional<FileId> file = file_at(joined(base, *path))) {
-                            return file;
-                        }
+            if (const auto alias = best_match(around.aliases, module); alias != around.aliases.end()) {
+                for (const std::string& target : alias->second) {
+                    const std::string path = matched(alias->first, target, module).value();
+                    if (const std::optional<FileId> file = file_at(joined(around.folder, path))) {
+                        return file;
                     }
                 }
             }
-            for (const std::string& root : (*package)->roots) {
-                if (const std::optional<FileId> file = file_at(joined(base, root + "/" + std::string(module)))) {
+            for (const std::string& root : around.roots) {
+                if (const std::optional<FileId> file =
+                        file_at(joined(around.folder, root + "/" + std::string(module)))) {
                     return file;
                 }
             }
@@ -135,11 +201,10 @@ class EcmascriptModules : public ModuleRules {
     // The file of a package of the repository that is imported by its name and `rest`: "" or "/sub/path".
     [[nodiscard]] std::optional<FileId> file_of_package(const Package& package, std::string_view rest) const {
         const std::string subpath = "." + std::string(rest);
-        for (const auto& [pattern, target] : package.exports) {
-            if (const std::optional<std::string> path = matched(pattern, target, subpath)) {
-                if (const std::optional<FileId> file = file_at(joined(package.folder, *path))) {
-                    return file;
-                }
+        if (const auto target = best_match(package.exports, subpath); target != package.exports.end()) {
+            const std::string path = matched(target->first, target->second, subpath).value();
+            if (const std::optional<FileId> file = file_at(joined(package.folder, path))) {
+                return file;
             }
         }
         if (!rest.empty()) {
@@ -156,6 +221,7 @@ class EcmascriptModules : public ModuleRules {
 
     Catalog& catalog_;
     FilesByPath files_;
+    Container globals_;
     std::vector<const Package*> packages_;  // by folder
 };
 

@@ -124,6 +124,13 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     if (rules.has_no_clashing_stars && !std::ranges::all_of(found, is_foreign)) {
         drop_foreign(found);
     }
+    if (const Container globals = languages_.modules(file).globals(); found.empty() && globals != NONE) {
+        for (const Symbol symbol : catalog_.members(globals, name)) {
+            if (languages_.modules(file).sees(file, catalog_.file_of(symbol))) {
+                add_once(found, symbol_entity(symbol));
+            }
+        }
+    }
     return chosen(found, space, rules);
 }
 

@@ -25,6 +25,8 @@ struct LanguageRules {
     bool exports_imports;
     /// Whether a value may stand for a type: `Alias = Union[A, B]`.
     bool has_values_as_types;
+    /// Whether all declarations of a name in one place are parts of one: an interface, a constant and a namespace.
+    bool merges_declarations;
     /// Whether a call of a function that nothing binds may be one of the only function of its name.
     bool has_unique_calls;
     /// Whether types may have tags, beside which an alias or a macro may have the same name.

@@ -33,7 +33,10 @@ class ModuleRules {
     /// Returns the container that GLOBAL names of a file are looked up in; NONE where there are none.
     [[nodiscard]] virtual Container root(FileId /*file*/) const { return NONE; }
 
-    /// Returns whether the names at the top of file `of`, of the same module, are visible in the file `from`.
+    /// Returns the container whose names every file sees, where nothing else has them; NONE where there is none.
+    [[nodiscard]] virtual Container globals() const { return NONE; }
+
+    /// Returns whether the names at the top of file `of`, of the same module or of `globals`, are visible in the file `from`.
     [[nodiscard]] virtual bool sees(FileId /*from*/, FileId /*of*/) const { return true; }
 
     /// Returns whether a build takes the file. What is declared in one that it leaves out, no built file refers to.

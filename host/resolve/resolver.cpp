@@ -195,8 +195,24 @@ class Resolver::Linked {
         return functions.size() == 1 ? functions : std::vector<Symbol>();
     }
 
-    static Evidence evidence_for(FileId from, const Target& target, const Targets& all) {
-        if (all.targets.size() > 1 || all.is_foreign) {
+    // Whether all targets are parts of one declaration.
+    [[nodiscard]] bool are_merged(const std::vector<Target>& targets) const {
+        const auto symbol = [&](const Target& target) {
+            return target.declaration == Target::MODULE ? NONE : catalog_.symbol(target.file, target.declaration);
+        };
+        const Symbol first = symbol(targets.front());
+        const LanguageRules* const rules = languages_.rules(targets.front().file);
+        return first != NONE && rules != nullptr && rules->merges_declarations &&
+               std::ranges::all_of(targets, [&](const Target& target) {
+                   const Symbol each = symbol(target);
+                   return each != NONE && catalog_.home_of(each) == catalog_.home_of(first) &&
+                          catalog_.name_of(each) == catalog_.name_of(first) && catalog_.home_of(each) != NONE &&
+                          target.file == targets.front().file;
+               });
+    }
+
+    [[nodiscard]] Evidence evidence_for(FileId from, const Target& target, const Targets& all) const {
+        if (all.is_foreign || (all.targets.size() > 1 && !are_merged(all.targets))) {
             return Evidence::AMBIGUOUS;
         }
         if (all.is_unique) {

@@ -78,6 +78,8 @@ ExpressionId EcmascriptReader::import_statement(const Node& node) {
                      token(name, Role::IMPORT));
     } else if (clause.exists()) {
         read_import_clause(clause, string_value(node.child(fields_.source)), is_type);
+    } else {
+        out_.import({.module = out_.name(string_value(node.child(fields_.source)))});
     }
     return UNKNOWN;
 }
@@ -153,6 +155,9 @@ ExpressionId EcmascriptReader::export_statement(const Node& node) {
 }
 
 void EcmascriptReader::read_export_clause(const Node& clause, const Node& source) {
+    if (clause.named_children() == 0) {  // `export {}` exports nothing, but makes the file a module
+        out_.import({.is_exported = true});
+    }
     for_each_child(clause, [&](const Node& specifier, TSFieldId) {
         const Node name = specifier.child(fields_.name);
         const Node alias = specifier.child(fields_.alias);

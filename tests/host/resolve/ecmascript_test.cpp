@@ -1,0 +1,132 @@
+// What names of JavaScript and TypeScript mean: modules, merged declarations, globals.
+#include "tests/host/resolve/resolved.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace host::resolve {
+namespace {
+
+// The references from a.ts (or the file that is named first) to others.
+std::string references_from(const std::map<std::string, std::string>& sources,
+                            const std::vector<Package>& packages = {}) {
+    std::string found;
+    const std::string all = resolved(sources, packages);
+    for (std::size_t at = 0; at < all.size(); at = all.find('\n', at) + 1) {
+        const std::string line = all.substr(at, all.find('\n', at) - at);
+        if (line.starts_with("a.")) {
+            found += line.substr(line.find(": ") + 2) + "\n";
+        }
+    }
+    return found;
+}
+
+Package package(const std::string& folder, const std::string& name) {
+    Package package;
+    package.folder = folder;
+    package.visible_below = folder;
+    package.name = name;
+    package.language = "javascript";
+    return package;
+}
+
+TEST(Ecmascript, ImportsLeadThroughEveryFormOfExport) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"import {F} from './m'; F();", "export function F() {}"},
+        {"import {G} from './m.js'; G();", "function F() {} export {F as G};"},
+        {"import G from './m'; G();", "function F() {} export default F;"},
+        {"import G from './m'; G();", "export default function F() {}"},
+        {"import * as n from './m'; n.F();", "export * from './sub';"},
+        {"import {n} from './m'; n.F();", "export * as n from './sub';"},
+        {"import {G} from './m'; G();", "export {F as G} from './sub';"},
+        {"import {G} from './m'; G();", "import {F} from './sub'; export {F as G};"},
+        {"import G = require('./m'); G();", "function F() {} export = F;"},
+        {"import G from './m'; G();", "function F() {} export = F;"},
+    };
+    for (const auto& [user, module] : cases) {
+        const std::string found =
+            references_from({{"a.ts", user}, {"m.ts", module}, {"sub/index.ts", "export function F() {}"}});
+        EXPECT_NE(found.find("import F of "), std::string::npos) << user << " " << module << "\n" << found;
+        EXPECT_EQ(found.find("ambiguous"), std::string::npos) << user << " " << module << "\n" << found;
+    }
+    EXPECT_EQ(references_from({{"a.js", "const {F, G: H} = require('./m'), m = require('./m'); F(); H(); m.G();"},
+                               {"m.js", "function F() {}\nmodule.exports = {F, G() {}};"}}),
+              "import F of m.js, 2 from line 1\nimport G of m.js, 3 from line 1\nimport m.js of m.js, 1 from line 1\n");
+}
+
+TEST(Ecmascript, NamesOfPackagesAndAliasesLeadWhereManifestsSay) {
+    Package library = package("lib", "@s/lib");
+    library.exports = {{".", "src/main.ts"}, {"./parts/*", "src/*.ts"}, {"./parts/x", "src/main.ts"}};
+    Package root = package("", "");
+    root.aliases = {{"~/*", {"gone/*", "lib/src/*"}}};
+    root.roots = {"lib"};
+    const std::map<std::string, std::string> sources{{"a.ts", ""},
+                                                     {"lib/src/main.ts", "export function F() {}"},
+                                                     {"lib/src/x.ts", "export function F() {}"},
+                                                     {"lib/b.ts", "export {F} from '@s/lib';"}};
+    const auto file_of = [&](const std::string& module, const std::string& visible) {
+        library.visible_below = visible;
+        std::map<std::string, std::string> changed = sources;
+        changed["a.ts"] = "import {F} from '" + module + "';";
+        const std::string found = references_from(changed, {root, library});
+        return found.substr(0, found.find(','));
+    };
+    EXPECT_EQ(file_of("@s/lib", ""), "import F of lib/src/main.ts");
+    EXPECT_EQ(file_of("@s/lib", "lib"), "");
+    EXPECT_EQ(file_of("@s/lib/parts/x", ""), "import F of lib/src/main.ts");
+    EXPECT_EQ(file_of("@s/lib/parts/main", ""), "import F of lib/src/main.ts");
+    EXPECT_EQ(file_of("~/x", ""), "import F of lib/src/x.ts");
+    EXPECT_EQ(file_of("src/x", ""), "import F of lib/src/x.ts");
+    EXPECT_EQ(file_of("x", ""), "");
+}
+
+TEST(Ecmascript, DeclarationsOfOneNameAreOne) {
+    EXPECT_EQ(references_from({{"a.ts", "import {A, B, C} from './m';\nlet a: A;\na.x; a.y;\nA();\nB.z; C(1);\n"},
+                               {"m.ts", "export interface A { x: string }\nexport interface A { y: string }\n"
+                                        "export const A = () => 1;\nexport class B {}\n"
+                                        "export namespace B { export const z = 1; }\n"
+                                        "export function C(): void;\nexport function C(a?: number) {}\n"}}),
+              "local a of a.ts, 2 from line 3\n"
+              "import A of m.ts, 2 from line 1\n"
+              "import A.x of m.ts, 1 from line 3\n"
+              "import A.y of m.ts, 1 from line 3\n"
+              "import A of m.ts, 2 from line 1\n"
+              "import B of m.ts, 2 from line 1\n"
+              "import B of m.ts, 2 from line 1\n"
+              "import B.z of m.ts, 1 from line 5\n"
+              "import C of m.ts, 2 from line 1\n");
+}
+
+TEST(Ecmascript, GlobalsAreThoseOfDeclarationFilesOfTheirPackage) {
+    const std::map<std::string, std::string> sources{{"a.ts", "export const a = [DEV, x, script];"},
+                                                     {"lib/globals.d.ts", "declare const x: string;"},
+                                                     {"globals.d.ts", "declare const DEV: boolean;"},
+                                                     {"module.d.ts", "export {}; declare const x: number;"},
+                                                     {"script.ts", "const script = 1;"}};
+    EXPECT_EQ(references_from(sources, {package("lib", "lib")}), "import DEV of globals.d.ts, 1 from line 1\n");
+}
+
+TEST(Ecmascript, MembersAreThoseOfTheTypesThatTheSourceStates) {
+    EXPECT_EQ(references_from({{"a.ts", "import {Store, Item, make} from './m';\n"
+                                        "class Mine extends Store<Item> {\n"
+                                        "  constructor(private readonly other: Store<Item>) { super(); }\n"
+                                        "  run() { this.other.first().next; super.first(); this.all; }\n"
+                                        "}\n"
+                                        "async function f() { (await make()).next; const next = 1; }\n"},
+                               {"m.ts", "export interface Item { next: Item }\n"
+                                        "export class Store<T> { all: T[] = []; first(): T { return this.all[0]; } }\n"
+                                        "export async function make() { return new Store<Item>().first(); }\n"}}),
+              "local Mine.other of a.ts, 1 from line 4\n"
+              "import Item of m.ts, 3 from line 1\n"
+              "import Item.next of m.ts, 2 from line 4\n"
+              "import Store of m.ts, 3 from line 1\n"
+              "import Store.all of m.ts, 1 from line 4\n"
+              "import Store.first of m.ts, 2 from line 4\n"
+              "import make of m.ts, 2 from line 1\n");
+}
+
+}  // namespace
+}  // namespace host::resolve
