@@ -1,9 +1,11 @@
-// The files of a checkout.
+// The files of a checkout: those that Git would list, without running it or reading what configures it.
 #pragma once
 
-#include <compare>
+#include "host/files/checkout.h"
+#include "host/git/attributes.h"
+
 #include <cstdint>
-#include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,10 +24,17 @@ struct FileStamp {
 struct CheckoutFile {
     std::string path;  ///< relative to the root, segments separated by "/"
     FileStamp stamp;
+    Origin origin;
 };
 
-/// Returns the regular files below a folder that are not hidden, by path. Symbolic links are not followed. Files with a
-/// name that no text can hold (control characters, no UTF-8), and folders that cannot be read, are left out.
-std::vector<CheckoutFile> checkout_files(const std::filesystem::path& root);
+/// Returns the regular files of a checkout, by path:
+///
+///   - where its root holds a `.git`: those that Git tracks, and those that no .gitignore and no .git/info/exclude says
+///     to ignore, without what lies in other repositories inside of it, such as submodules;
+///   - else all that are not hidden.
+///
+/// Symbolic links are not followed. Files with a name that no text can hold (control characters, no UTF-8), and folders
+/// that cannot be read, are left out. Calls `check_interrupt` for each folder, and throws what that throws.
+std::vector<CheckoutFile> checkout_files(const Checkout& checkout, const std::function<void()>& check_interrupt);
 
 }  // namespace host::git

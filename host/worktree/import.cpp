@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -43,14 +44,16 @@ ReadFile read_file(const std::string& path, const Checkout& checkout, TextSpool&
     return file;
 }
 
-// Chooses the files whose names tell their language, and that no rule leaves out.
-std::vector<ReadFile> chosen(std::span<const std::string> paths, const PathRules& exclusions, ImportReport& report) {
+// Chooses the files whose names tell their language, and that neither a rule nor an attribute leaves out.
+std::vector<ReadFile> chosen(std::span<const git::CheckoutFile> listed, const PathRules& exclusions,
+                             ImportReport& report) {
     std::vector<ReadFile> files;
-    for (const std::string& path : paths) {
+    for (const auto& [path, stamp, origin] : listed) {
+        const bool is_foreign = origin.is_generated.value_or(false) || origin.is_vendored.value_or(false);
         if (usual_language(path).empty()) {
             continue;
         }
-        if (exclusions.decide(path).value_or(false)) {
+        if (exclusions.decide(path).value_or(is_foreign)) {
             report.excluded.add(path);
         } else {
             files.emplace_back().path = path;
@@ -87,11 +90,10 @@ ImportReport import_sources(const ImportRequest& request, NewIndex& index, const
     const RepositoryRules rules = with_repository_rules({request.exclusions, request.tests}, checkout);
     const PathRules tests(rules.tests);
     const TestRulesInForce in_force(tests);
+    const std::vector<git::CheckoutFile> listed = git::checkout_files(*checkout, [&] { progress.report(); });
     std::vector<std::string> paths;
-    for (git::CheckoutFile& file : git::checkout_files(checkout->root())) {
-        paths.push_back(std::move(file.path));
-    }
-    std::vector<ReadFile> files = chosen(paths, PathRules(rules.exclusions), report);
+    std::ranges::transform(listed, std::back_inserter(paths), &git::CheckoutFile::path);
+    std::vector<ReadFile> files = chosen(listed, PathRules(rules.exclusions), report);
     if (files.empty() && index.would_replace()) {
         throw std::runtime_error(request.folder + ": no source file is there, so " + index.name() +
                                  " is kept; name the folder of a checkout, or remove the index first");
