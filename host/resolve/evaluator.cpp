@@ -97,6 +97,8 @@ Meaning Evaluator::compute(const Place& place) {
         return instances(values(file, expression.a));
     case Operation::CALL:
         return called(values(file, expression.a));
+    case Operation::ARGUMENT:
+        return accepted(values(file, expression.a), expression);
     case Operation::ELEMENT:
     case Operation::KEY:
     case Operation::ITERATED:

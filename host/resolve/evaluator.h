@@ -74,6 +74,8 @@ class Evaluator {
     void add_values(const Entity& entity, std::size_t depth, Meaning& found);
     Meaning instances(const Meaning& types);
     Meaning called(const Meaning& functions);
+    Meaning accepted(const Meaning& functions, const syntax::Expression& argument);
+    void add_accepted(const Entity& function, const syntax::Expression& argument, std::size_t depth, Meaning& found);
     Meaning parts(const Meaning& wholes, const syntax::Expression& asked);
     void add_parts(const Entity& whole, const syntax::Expression& asked, std::size_t depth, Meaning& found);
     Meaning substituted(const Meaning& meaning, const Place& arguments);

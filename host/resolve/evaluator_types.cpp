@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 namespace host::resolve {
 
@@ -16,6 +18,9 @@ using What = Entity::What;
 
 // How many variables and aliases may stand for one another.
 constexpr std::size_t LONGEST_CHAIN = 20;
+
+// The name of a constructor where that is not the name of its type.
+constexpr std::string_view CONSTRUCTOR = "constructor";
 
 }  // namespace
 
@@ -111,6 +116,47 @@ Meaning Evaluator::called(const Meaning& functions) {
     return found;
 }
 
+// What functions, or constructors of types, take as an argument.
+Meaning Evaluator::accepted(const Meaning& functions, const syntax::Expression& argument) {
+    Meaning found;
+    for (const Entity& function : functions) {
+        add_accepted(function, argument, 0, found);
+    }
+    return found;
+}
+
+// Of several functions of one name, which take different arguments, nothing is known.
+void Evaluator::add_accepted(const Entity& function, const syntax::Expression& argument, std::size_t depth,
+                             Meaning& found) {
+    if (function.what != What::SYMBOL) {
+        add_parts(function, argument, depth, found);
+        return;
+    }
+    const syntax::Declaration& declaration = catalog_.declaration(function.id);
+    if (declaration.kind == Kind::TYPE) {
+        const Name constructor = catalog_.name(CONSTRUCTOR);
+        const std::span<const Symbol> own = constructor == NONE
+                                                ? std::span<const Symbol>()
+                                                : catalog_.members(catalog_.container_of(function.id), constructor);
+        if (own.size() == 1) {
+            add_accepted({.what = What::SYMBOL, .id = own.front(), .at = function.at}, argument, depth, found);
+        }
+        if (own.empty() && depth < LONGEST_CHAIN) {
+            for (const Entity& base : bases_of(function.id)) {
+                add_accepted(base, argument, depth + 1, found);
+            }
+        }
+        return;
+    }
+    const FileId file = catalog_.file_of(function.id);
+    const std::span<const syntax::ExpressionId> parameters = catalog_.syntax(file).list(declaration.parameters);
+    const Container home = catalog_.home_of(function.id);
+    const bool is_alone = home == NONE || catalog_.members(home, catalog_.name_of(function.id)).size() == 1;
+    if (is_alone && argument.b < parameters.size()) {
+        add_once(found, substituted(instances(values(file, parameters[argument.b])), function.at));
+    }
+}
+
 Meaning Evaluator::parts(const Meaning& wholes, const syntax::Expression& asked) {
     Meaning found;
     for (const Entity& whole : wholes) {
@@ -172,6 +218,9 @@ void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, 
     case Operation::FUNCTION:
         if (asked.operation == Operation::CALL) {
             add(structure.a);
+        }
+        if (asked.operation == Operation::ARGUMENT && asked.b < syntax.list(structure.b).size()) {
+            add(syntax.list(structure.b)[asked.b]);
         }
         break;
     case Operation::AWAITABLE:

@@ -55,6 +55,7 @@ enum class Operation : std::uint8_t {
     SUPER,        ///< an instance of that type, whose members are looked up in its bases alone
     INSTANCE,     ///< a value of type a
     CALL,         ///< what calling a gives; of a type, an instance where the language has it so
+    ARGUMENT,     ///< what a takes as argument number b (from 0): of a type, its constructor
     ELEMENT,      ///< an element of container a: by index or key, or by iteration where both give the same
     KEY,          ///< a key of container a
     ITERATED,     ///< what a loop over a gives: an element, of a map a key
@@ -69,7 +70,7 @@ enum class Operation : std::uint8_t {
     TUPLE,      ///< of the types of list a
     POINTER,    ///< to a
     AWAITABLE,  ///< of a: a promise, a future
-    FUNCTION,   ///< with results of type a
+    FUNCTION,   ///< with results of type a, and parameters of the types of list b
     GENERIC,    ///< type a with the arguments of list b
     PARAMETER,  ///< type parameter number b (from 0) of the type around it, with bound a
     TYPE_OF,    ///< the type whose value is a: `typeof a`, the result of `return a`
@@ -106,7 +107,9 @@ struct Declaration {
     /// `void T::f() {}`.
     ExpressionId owner = UNKNOWN;
     ExpressionId type = UNKNOWN;
-    ListId bases = 0;          ///< of a type: the types it inherits from, in the order in which they are asked
+    ListId bases = 0;  ///< of a type: the types it inherits from, in the order in which they are asked
+    /// Of a function or constructor: the types of its parameters. Empty where the language needs none of them.
+    ListId parameters = 0;
     std::uint32_t offset = 0;  ///< of its name in the text, in bytes
     std::uint8_t least_arguments = 0;
     std::uint8_t most_arguments = ANY_NUMBER;

@@ -13,11 +13,11 @@ namespace host::syntax {
 /// Returns an expression as text: "call(member(instance(Store) find))". Names in the space of types have a "'" behind
 /// them, a name looked up around a declaration has that before it: "f/Store'".
 inline std::string text_of(const Syntax& syntax, ExpressionId id) {
-    constexpr std::array<std::string_view, 29> OPERATIONS{
-        "?",         "name",    "global",    "member",  "declaration", "import", "local",    "self",
-        "self_type", "super",   "of",        "call",    "element",     "key",    "iterated", "component",
-        "awaited",   "target",  "one_of",    "list",    "map",         "tuple",  "pointer",  "awaitable",
-        "function",  "generic", "parameter", "type_of", "foreign"};
+    constexpr std::array<std::string_view, 30> OPERATIONS{
+        "?",         "name",     "global",  "member",    "declaration", "import",  "local", "self",
+        "self_type", "super",    "of",      "call",      "argument",    "element", "key",   "iterated",
+        "component", "awaited",  "target",  "one_of",    "list",        "map",     "tuple", "pointer",
+        "awaitable", "function", "generic", "parameter", "type_of",     "foreign"};
     const Expression& expression = syntax.expressions[id];
     const std::string operation(OPERATIONS.at(static_cast<std::size_t>(expression.operation)));
     const std::string name(syntax.name(expression.name));
@@ -60,6 +60,8 @@ inline std::string text_of(const Syntax& syntax, ExpressionId id) {
         return text_of(syntax, expression.a) + "<" + all(expression.b).erase(0, 1) + ">";
     case Operation::COMPONENT:
         return text_of(syntax, expression.a) + "[" + std::to_string(expression.b) + "]";
+    case Operation::ARGUMENT:
+        return "argument" + std::to_string(expression.b) + "(" + text_of(syntax, expression.a) + ")";
     case Operation::PARAMETER:
         return "parameter" + std::to_string(expression.b) + "(" + text_of(syntax, expression.a) + ")";
     default:
