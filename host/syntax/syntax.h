@@ -54,19 +54,21 @@ enum class Operation : std::uint8_t {
     SELF_TYPE,    ///< that type itself
     SUPER,        ///< an instance of that type, whose members are looked up in its bases alone
     INSTANCE,     ///< a value of type a
-    CALL,         ///< what calling a gives; of a type, an instance where the language has it so
-    ARGUMENT,     ///< what a takes as argument number b (from 0): of a type, its constructor
-    ELEMENT,      ///< an element of container a: by index or key, or by iteration where both give the same
-    KEY,          ///< a key of container a
-    ITERATED,     ///< what a loop over a gives: an element, of a map a key
-    COMPONENT,    ///< component b (from 0) of tuple a
-    AWAITED,      ///< what waiting for a gives; a itself where it is not awaitable
-    TARGET,       ///< what pointer or reference a leads to; a itself where it is neither
-    ONE_OF,       ///< one of the expressions of list a: branches, assignments, a union of types
+    /// What calling a gives; of a type, an instance where the language has it so. b: the list of the arguments, where
+    /// functions of one name are told apart by them.
+    CALL,
+    ARGUMENT,   ///< what a takes as argument number b (from 0): of a type, its constructor
+    ELEMENT,    ///< an element of container a: by index or key, or by iteration where both give the same
+    KEY,        ///< a key of container a
+    ITERATED,   ///< what a loop over a gives: an element, of a map a key
+    COMPONENT,  ///< component b (from 0) of tuple a
+    AWAITED,    ///< what waiting for a gives; a itself where it is not awaitable
+    TARGET,     ///< what pointer or reference a leads to; a itself where it is neither
+    ONE_OF,     ///< one of the expressions of list a: branches, assignments, a union of types
 
     // Types that the text puts together. As an operand of INSTANCE they give values with elements or components.
-    LIST,       ///< array, list, set, slice, channel, iterator of a
-    MAP,        ///< from keys of type a to elements of type b
+    LIST,       ///< array, list, set, slice, channel, iterator of a; `name` if it matters which
+    MAP,        ///< from keys of type a to elements of type b; `name` likewise
     TUPLE,      ///< of the types of list a
     POINTER,    ///< to a
     AWAITABLE,  ///< of a: a promise, a future
@@ -75,7 +77,7 @@ enum class Operation : std::uint8_t {
     PARAMETER,  ///< type parameter number b (from 0) of the type around it, with bound a
     TYPE_OF,    ///< the type whose value is a: `typeof a`, the result of `return a`
 
-    FOREIGN,  ///< what has no declaration in the repository: a literal, a builtin
+    FOREIGN,  ///< what has no declaration in the repository: a literal, a builtin type, `name` if the text names it
 };
 
 struct Expression {
@@ -158,7 +160,7 @@ enum class Role : std::uint8_t {
 
 /// The tokens of a file that are the same expression in the same role.
 struct Mention {
-    ExpressionId expression = UNKNOWN;  ///< NAME, GLOBAL, MEMBER, DECLARATION or IMPORT
+    ExpressionId expression = UNKNOWN;  ///< NAME, GLOBAL, MEMBER, DECLARATION or IMPORT; CALL: the function it calls
     Role role = Role::VALUE;
     std::uint8_t arguments = Declaration::ANY_NUMBER;  ///< of a call; ANY_NUMBER when unknown
     std::uint32_t count = 0;
