@@ -96,7 +96,7 @@ Meaning Evaluator::compute(const Place& place) {
     case Operation::INSTANCE:
         return instances(values(file, expression.a));
     case Operation::CALL:
-        return called(values(file, expression.a));
+        return called(values(functions_called(place)));
     case Operation::ARGUMENT:
         return accepted(values(file, expression.a), expression);
     case Operation::ELEMENT:

@@ -34,6 +34,10 @@ class Evaluator {
     /// Returns a meaning with variables replaced by what they hold, and aliases by the types that they stand for.
     Meaning values(const Meaning& meaning);
 
+    /// Returns the functions and types that a CALL may call, by its arguments where the language tells functions apart
+    /// by them.
+    Meaning functions_called(const Place& call);
+
     /// Forgets the meaning of expressions, most of what is kept, once there are more than `most`.
     void trim(std::size_t most) {
         if (known_.front().size() > most) {

@@ -101,7 +101,14 @@ bool Evaluator::add_members_of_type(Symbol type, const Place& arguments, Name na
     for (const Symbol symbol : definitions(catalog_, own)) {
         add_once(found, Entity{.what = What::SYMBOL, .id = symbol, .at = arguments});
     }
-    return !own.empty() || add_members_of_bases(type, name, depth, found);
+    // Methods of the bases are overloads of those that the type has itself.
+    const LanguageRules* const rules = languages_.rules(catalog_.file_of(type));
+    const bool has_overloads = rules != nullptr && rules->has_overloads;
+    const bool is_function = !own.empty() && catalog_.declaration(own.front()).kind == Kind::FUNCTION;
+    if (own.empty() || (has_overloads && is_function)) {
+        return add_members_of_bases(type, name, depth, found) || !own.empty();
+    }
+    return true;
 }
 
 bool Evaluator::add_members_of_bases(Symbol type, Name name, std::size_t depth, Meaning& found) {

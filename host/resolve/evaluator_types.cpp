@@ -1,6 +1,7 @@
 // Values: what variables hold, calls give, containers contain.
 #include "host/resolve/definitions.h"
 #include "host/resolve/evaluator.h"
+#include "host/resolve/java_overloads.h"
 
 #include <algorithm>
 #include <array>
@@ -82,6 +83,17 @@ Meaning Evaluator::instances(const Meaning& types) {
         add_once(found, entity);
     }
     return found;
+}
+
+Meaning Evaluator::functions_called(const Place& call) {
+    const syntax::Syntax& syntax = catalog_.syntax(call.file);
+    const syntax::Expression& expression = syntax.expressions[call.expression];
+    const LanguageRules* const rules = languages_.rules(call.file);
+    Meaning functions = evaluate(call.file, expression.a);
+    if (rules != nullptr && rules->has_overloads) {
+        return JavaOverloads(catalog_, *this).taking(functions, call.file, syntax.list(expression.b));
+    }
+    return functions;
 }
 
 // What calling gives: of a type an instance, of a function a value of the type of its result.

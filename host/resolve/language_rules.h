@@ -31,6 +31,8 @@ struct LanguageRules {
     bool has_unique_calls;
     /// Whether types may have tags, beside which an alias or a macro may have the same name.
     bool has_tags;
+    /// Whether methods of one name are told apart by their parameters, as Java does.
+    bool has_overloads;
 };
 
 std::span<const LanguageRules> language_rules();

@@ -124,7 +124,7 @@ class Resolver::Linked {
     Targets targets_of(Evaluator& evaluator, FileId file, const Mention& mention) const {
         Targets targets;
         std::vector<Symbol> symbols;
-        for (const Entity& entity : evaluator.evaluate({file, mention.expression})) {
+        for (const Entity& entity : meaning_of(evaluator, {file, mention.expression})) {
             targets.is_foreign = targets.is_foreign || entity.what == What::FOREIGN;
             if (entity.what == What::SYMBOL) {
                 add_shown(evaluator, entity, symbols);
@@ -141,6 +141,12 @@ class Resolver::Linked {
             targets.targets.push_back({catalog_.file_of(symbol), catalog_.declaration_id(symbol)});
         }
         return targets;
+    }
+
+    // A call mentions the function that it calls.
+    Meaning meaning_of(Evaluator& evaluator, const Place& place) const {
+        const syntax::Operation operation = catalog_.syntax(place.file).expressions[place.expression].operation;
+        return operation == syntax::Operation::CALL ? evaluator.functions_called(place) : evaluator.evaluate(place);
     }
 
     // Adds a declaration; in place of a hidden alias the types that it stands for.

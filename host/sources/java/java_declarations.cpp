@@ -1,7 +1,7 @@
 // Classes, their members, and annotations.
 #include "host/sources/java/java_reader.h"
 
-#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace host::sources {
@@ -142,7 +142,7 @@ void JavaReader::declare_components(const Node& parameters) {
         });
         out_.declaration(declare(name, Kind::VALUE, {.is_private = true})).type = component.value;
         const DeclarationId reader = declare(name, Kind::FUNCTION, {});
-        out_.declaration(reader).type = component.value;
+        out_.declaration(reader).type = component.type;
         out_.declaration(reader).most_arguments = 0;
         components_.push_back(component);
     });
@@ -193,10 +193,11 @@ JavaReader::Id JavaReader::read_compact_constructor(const Node& node) {
 
 void JavaReader::read_function(const Node& node, DeclarationId id) {
     const JavaFields& at = JavaFields::get();
-    count_parameters(node.child(at.parameters), id);
     out_.open(id);
     out_.open_local();
-    bind_parameters(node.child(at.parameters));
+    bool has_more = false;
+    const std::vector<Id> types = bind_parameters(node.child(at.parameters), has_more);
+    set_parameters(id, types, has_more);
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "throws") {
             visit(child);
@@ -207,19 +208,12 @@ void JavaReader::read_function(const Node& node, DeclarationId id) {
     out_.close();
 }
 
-void JavaReader::count_parameters(const Node& parameters, DeclarationId id) {
-    if (!parameters.exists()) {
-        return;
-    }
-    std::size_t least = 0;
-    bool has_more = false;
-    for_each_child(parameters, [&](const Node& child, TSFieldId) {
-        least += child.type() == "formal_parameter" ? 1 : 0;
-        has_more = has_more || child.type() == "spread_parameter";
-    });
-    const std::uint8_t counted = java_count(least);
-    out_.declaration(id).least_arguments = counted;
-    out_.declaration(id).most_arguments = has_more ? Declaration::ANY_NUMBER : counted;
+void JavaReader::set_parameters(DeclarationId id, const std::vector<Id>& types, bool has_more) {
+    const std::uint8_t count = java_count(types.size());
+    Declaration& declaration = out_.declaration(id);
+    declaration.parameters = out_.list(types);
+    declaration.least_arguments = java_count(types.size() - (has_more ? 1 : 0));
+    declaration.most_arguments = has_more ? Declaration::ANY_NUMBER : count;
 }
 
 JavaReader::Component JavaReader::read_parameter(const Node& node) {
@@ -227,31 +221,34 @@ JavaReader::Component JavaReader::read_parameter(const Node& node) {
     read_modifiers(node);
     if (node.type() == "formal_parameter") {
         const Id type = lists_of(declared_type(node.child(at.type)), node.child(at.dimensions));
-        return {.name = text(node.child(at.name)), .value = out_.instance(type)};
+        return {.name = text(node.child(at.name)), .type = type, .value = out_.instance(type)};
     }
     Component parameter;
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "variable_declarator") {
             parameter.name = text(child.child(at.name));
         } else if (child.type() != "modifiers" && !is_java_comment(child)) {
-            const Id type = visit(child);
-            parameter.value =
-                type == syntax::UNKNOWN ? parameter.value : out_.instance(out_.add(Operation::LIST, type));
+            parameter.type = array_of(visit(child));
+            parameter.value = out_.instance(parameter.type);
         }
     });
     return parameter;
 }
 
-void JavaReader::bind_parameters(const Node& parameters) {
-    if (!parameters.exists()) {
-        return;
+// Returns their types, and sets whether the last takes any number of arguments.
+std::vector<JavaReader::Id> JavaReader::bind_parameters(const Node& parameters, bool& has_more) {
+    std::vector<Id> types;
+    if (parameters.exists()) {
+        for_each_child(parameters, [&](const Node& child, TSFieldId) {
+            if (child.type() == "formal_parameter" || child.type() == "spread_parameter") {
+                const Component parameter = read_parameter(child);
+                out_.bind(parameter.name, parameter.value);
+                types.push_back(parameter.type);
+                has_more = child.type() == "spread_parameter";
+            }
+        });
     }
-    for_each_child(parameters, [&](const Node& child, TSFieldId) {
-        if (child.type() == "formal_parameter" || child.type() == "spread_parameter") {
-            const Component parameter = read_parameter(child);
-            out_.bind(parameter.name, parameter.value);
-        }
-    });
+    return types;
 }
 
 JavaReader::Id JavaReader::read_annotation_element(const Node& node) {

@@ -1,6 +1,7 @@
 // Expressions: what they name, and what their values are.
 #include "host/sources/java/java_reader.h"
 
+#include <algorithm>
 #include <array>
 
 namespace host::sources {
@@ -27,10 +28,52 @@ JavaReader::Id JavaReader::read_super(const Node&) {
     return out_.add(Operation::SUPER, out_.around());
 }
 
-// A literal, or what gives a number, a truth value or a text.
-JavaReader::Id JavaReader::read_operation(const Node& node) {
+JavaReader::Id JavaReader::read_literal(const Node& node) {
     visit_children(node);
-    return out_.add(Operation::FOREIGN);
+    const std::string_view kind = node.type();
+    const std::string_view written = text(node);
+    if (kind == "string_literal") {
+        return out_.instance(foreign("String"));
+    }
+    if (kind == "true" || kind == "false") {
+        return out_.instance(foreign("boolean"));
+    }
+    if (kind == "character_literal") {
+        return out_.instance(foreign("char"));
+    }
+    if (kind == "null_literal") {
+        return out_.instance(foreign("null"));
+    }
+    const char last = written.empty() ? '0' : written.back();
+    if (kind == "decimal_floating_point_literal" || kind == "hex_floating_point_literal") {
+        return out_.instance(foreign(last == 'f' || last == 'F' ? "float" : "double"));
+    }
+    return out_.instance(foreign(last == 'l' || last == 'L' ? "long" : "int"));
+}
+
+JavaReader::Id JavaReader::read_class_literal(const Node& node) {
+    visit_children(node);
+    return out_.instance(foreign("Class"));
+}
+
+// What a number becomes by arithmetic is left open.
+JavaReader::Id JavaReader::read_binary(const Node& node) {
+    constexpr auto COMPARISONS = std::to_array<std::string_view>({"==", "!=", "<", ">", "<=", ">=", "&&", "||"});
+    const JavaFields& at = JavaFields::get();
+    const Id one = visit(node.child(at.left));
+    const Id other = visit(node.child(at.right));
+    const std::string_view operation = text(node.child(at.operation));
+    const Id string = out_.instance(foreign("String"));
+    if (operation == "+" && (one == string || other == string)) {
+        return string;
+    }
+    const bool is_comparison = std::ranges::find(COMPARISONS, operation) != COMPARISONS.end();
+    return is_comparison ? out_.instance(foreign("boolean")) : out_.add(Operation::FOREIGN);
+}
+
+JavaReader::Id JavaReader::read_unary(const Node& node) {
+    const Id value = visit(node.child(JavaFields::get().operand));
+    return text(node).starts_with('!') ? out_.instance(foreign("boolean")) : value;
 }
 
 JavaReader::Id JavaReader::read_parenthesized(const Node& node) {
@@ -83,17 +126,16 @@ JavaReader::Id JavaReader::super_of(const Node& type) {
     return out_.instance(named);
 }
 
-std::uint8_t JavaReader::read_arguments(const Node& arguments) {
-    std::size_t count = 0;
+std::vector<JavaReader::Id> JavaReader::read_arguments(const Node& arguments) {
+    std::vector<Id> values;
     if (arguments.exists()) {
         for_each_child(arguments, [&](const Node& child, TSFieldId) {
             if (!is_java_comment(child)) {
-                visit(child);
-                ++count;
+                values.push_back(visit(child));
             }
         });
     }
-    return java_count(count);
+    return values;
 }
 
 JavaReader::Id JavaReader::read_call(const Node& node) {
@@ -107,13 +149,18 @@ JavaReader::Id JavaReader::read_call(const Node& node) {
         }
     });
     const Id of = is_super ? super_of(object) : qualifier(object);
+    const std::vector<Id> arguments = read_arguments(node.child(at.arguments));
     const Node name = node.child(at.name);
     const std::string method = method_name(text(name));
-    const syntax::Token called{.name = method,
-                               .line = name.exists() ? name.line() : node.line(),
-                               .role = Role::CALL,
-                               .arguments = read_arguments(node.child(at.arguments))};
-    return out_.add(Operation::CALL, object.exists() ? out_.use_member(of, called) : out_.use(called));
+    const Id function =
+        object.exists() ? out_.add({Operation::MEMBER, of, static_cast<std::uint32_t>(Space::VALUE), out_.name(method)})
+                        : out_.look_up(method, Space::VALUE);
+    const Id call = out_.add(Operation::CALL, function, out_.list(arguments));
+    out_.mention(call, {.name = method,
+                        .line = name.exists() ? name.line() : node.line(),
+                        .role = Role::CALL,
+                        .arguments = java_count(arguments.size())});
+    return call;
 }
 
 // `new Type(...)`, `outer.new Inner(...)`, `new Type(...) { ... }`.
@@ -128,7 +175,7 @@ JavaReader::Id JavaReader::read_creation(const Node& node) {
             outer = visit(child);
         }
     });
-    const std::uint8_t arguments = read_arguments(node.child(at.arguments));
+    const std::uint8_t arguments = java_count(read_arguments(node.child(at.arguments)).size());
     const Node type = node.child(at.type);
     Id created = syntax::UNKNOWN;
     if (outer != syntax::UNKNOWN && type.type() == "type_identifier") {
@@ -152,7 +199,7 @@ JavaReader::Id JavaReader::read_array_creation(const Node& node) {
             type = lists_of(type, child);
         } else if (child.type() == "dimensions_expr") {
             visit(child);
-            type = out_.add(Operation::LIST, type);
+            type = array_of(type);
         } else if (field != at.type) {
             visit(child);
         }
@@ -187,7 +234,7 @@ JavaReader::Id JavaReader::read_instanceof(const Node& node) {
         out_.bind(text(name), out_.instance(type));
     }
     visit(node.child(at.pattern));
-    return out_.add(Operation::FOREIGN);
+    return out_.instance(foreign("boolean"));
 }
 
 JavaReader::Id JavaReader::read_conditional(const Node& node) {
@@ -211,7 +258,8 @@ JavaReader::Id JavaReader::read_lambda(const Node& node) {
     const Node parameters = node.child(at.parameters);
     out_.open_local();
     if (parameters.exists() && parameters.type() == "formal_parameters") {
-        bind_parameters(parameters);
+        bool has_more = false;
+        bind_parameters(parameters, has_more);
     } else if (parameters.exists() && parameters.type() == "inferred_parameters") {
         for_each_child(parameters, [&](const Node& child, TSFieldId) { out_.bind(text(child), syntax::UNKNOWN); });
     } else {

@@ -137,7 +137,7 @@ JavaReader::Id JavaReader::type_named(const std::vector<Node>& segments, Role ro
     }
     std::size_t at = 0;
     Id type = syntax::UNKNOWN;
-    if (package_roots_.contains(text(segments.front()))) {
+    if (!is_capitalized(text(segments.front()))) {
         while (at < last && !is_capitalized(text(segments[at]))) {
             ++at;
         }

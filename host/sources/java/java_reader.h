@@ -21,7 +21,8 @@ namespace host::sources {
 /// The fields of the grammar's nodes.
 struct JavaFields {
     TSFieldId alternative, arguments, array, body, condition, consequence, declarator, dimensions, element, field,
-        index, key, left, name, object, parameters, pattern, right, scope, type, type_parameters, value;
+        index, key, left, name, object, operand, operation, parameters, pattern, right, scope, type, type_parameters,
+        value;
 
     static const JavaFields& get();
 };
@@ -48,6 +49,7 @@ class JavaReader : public SyntaxReader<JavaReader> {
 
     struct Component {
         std::string_view name;
+        Id type = syntax::UNKNOWN;
         Id value = syntax::UNKNOWN;
     };
 
@@ -78,9 +80,9 @@ class JavaReader : public SyntaxReader<JavaReader> {
     void read_anonymous_class(const Node& body, Id base);
     void declare_components(const Node& parameters);
     void read_function(const Node& node, syntax::DeclarationId id);
-    void count_parameters(const Node& parameters, syntax::DeclarationId id);
     Component read_parameter(const Node& node);
-    void bind_parameters(const Node& parameters);
+    std::vector<Id> bind_parameters(const Node& parameters, bool& has_more);
+    void set_parameters(syntax::DeclarationId id, const std::vector<Id>& types, bool has_more);
     [[nodiscard]] bool is_local() const { return out_.local_depth() > class_scopes_; }
 
     // Types, which are read as expressions (java_types.cpp).
@@ -91,13 +93,18 @@ class JavaReader : public SyntaxReader<JavaReader> {
     Id read_annotated_type(const Node& node);
     Id read_wildcard(const Node& node);
     Id lists_of(Id type, const Node& dimensions);
+    Id array_of(Id type);
+    Id foreign(std::string_view type);
     Id declared_type(const Node& type);
 
     // Expressions (java_expressions.cpp).
     Id read_identifier(const Node& node);
     Id read_this(const Node& node);
     Id read_super(const Node& node);
-    Id read_operation(const Node& node);
+    Id read_literal(const Node& node);
+    Id read_class_literal(const Node& node);
+    Id read_binary(const Node& node);
+    Id read_unary(const Node& node);
     Id read_parenthesized(const Node& node);
     Id read_field_access(const Node& node);
     Id read_call(const Node& node);
@@ -113,7 +120,7 @@ class JavaReader : public SyntaxReader<JavaReader> {
     Id member_in(const Node& node, syntax::Space space);
     Id qualifier(const Node& node);
     Id super_of(const Node& type);
-    std::uint8_t read_arguments(const Node& arguments);
+    std::vector<Id> read_arguments(const Node& arguments);
 
     // Statements and patterns (java_statements.cpp).
     Id read_block(const Node& node);
@@ -134,6 +141,7 @@ class JavaReader : public SyntaxReader<JavaReader> {
     std::unordered_map<std::string, Id> types_of_packages_;                // by whole name
     std::size_t class_scopes_ = 0;       // how many of the open local scopes hold type parameters of classes
     std::vector<Component> components_;  // of the record around the reader
+    std::unordered_set<Id> primitive_;   // types that no enum is, and their values
     Id selector_ = syntax::UNKNOWN;      // the value of the switch around the reader
 };
 

@@ -89,8 +89,7 @@ JavaReader::Id JavaReader::read_switch(const Node& node) {
 
 // A name is a constant of the selector's type where that is an enum, and else one in scope.
 JavaReader::Id JavaReader::read_switch_label(const Node& node) {
-    const Id foreign = out_.add(Operation::FOREIGN);
-    const bool is_primitive = selector_ == foreign || selector_ == out_.instance(foreign);
+    const bool is_primitive = primitive_.contains(selector_);
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "identifier" && !is_primitive) {
             out_.use_member(selector_, token(child));

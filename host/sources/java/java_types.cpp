@@ -67,7 +67,7 @@ JavaReader::Id JavaReader::read_generic_type(const Node& node) {
     if (const auto container = java_containers().find(name);
         container != java_containers().end() && is_of_library(name)) {
         const bool is_map = container->second == Operation::MAP;
-        return out_.add(container->second, arguments.front(), is_map ? arguments.back() : 0);
+        return out_.add({container->second, arguments.front(), is_map ? arguments.back() : 0, out_.name(name)});
     }
     return out_.add(Operation::GENERIC, type, out_.list(arguments));
 }
@@ -77,8 +77,20 @@ JavaReader::Id JavaReader::read_array_type(const Node& node) {
     return lists_of(visit(node.child(at.element)), node.child(at.dimensions));
 }
 
-JavaReader::Id JavaReader::read_primitive_type(const Node&) {
-    return out_.add(Operation::FOREIGN);
+JavaReader::Id JavaReader::read_primitive_type(const Node& node) {
+    return foreign(text(node));
+}
+
+// A type of the language by its name.
+JavaReader::Id JavaReader::foreign(std::string_view type) {
+    const Id id = out_.add({.operation = Operation::FOREIGN, .name = out_.name(type)});
+    primitive_.insert(id);
+    primitive_.insert(out_.instance(id));
+    return id;
+}
+
+JavaReader::Id JavaReader::array_of(Id type) {
+    return out_.add({.operation = Operation::LIST, .a = type, .name = out_.name("[]")});
 }
 
 JavaReader::Id JavaReader::read_annotated_type(const Node& node) {
@@ -111,9 +123,7 @@ JavaReader::Id JavaReader::lists_of(Id type, const Node& dimensions) {
         return type;
     }
     for_each_child(
-        dimensions,
-        [&](const Node& child, TSFieldId) { type = child.type() == "[" ? out_.add(Operation::LIST, type) : type; },
-        true);
+        dimensions, [&](const Node& child, TSFieldId) { type = child.type() == "[" ? array_of(type) : type; }, true);
     return type;
 }
 

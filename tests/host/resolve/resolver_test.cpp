@@ -45,10 +45,10 @@ TEST(Resolver, WhatRefersToItselfMeansNothingAndEndsSo) {
               "A.java: local C of A.java, 1 from line 8\n");
 }
 
-TEST(Resolver, OverloadsThatTheNumberOfArgumentsDoesNotTellApartAreAmbiguous) {
+TEST(Resolver, OverloadsThatNothingTellsApartAreAmbiguous) {
     EXPECT_EQ(resolved({{"A.java", "class A {\n"
                                    "    static void f(int a) { f(1, 2); }\n"
-                                   "    static void f(int a, int b) { f(1); }\n"
+                                   "    static void f(int a, int b) { f(unknown); }\n"
                                    "    static void f(String a) { }\n"
                                    "}\n"}}),
               "A.java: ambiguous A.f() of A.java, 1 from line 3\n"

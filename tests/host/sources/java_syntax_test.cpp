@@ -28,16 +28,16 @@ std::string mentions_in(const std::string& statements) {
 TEST(JavaSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
     const std::vector<std::pair<std::string, std::string>> cases{
         {"s.x = 1;", "3 value of(f()/Store').x\n"},
-        {"var t = s; t.x();", "3 call of(f()/Store').x()\n"},
+        {"var t = s; t.x();", "3 call call(of(f()/Store').x())\n"},
         {"T[] t = s.all; t[0].x();",
-         "3 type f()/T'\n3 value of(f()/Store').all\n3 call element(of(list(f()/T'))).x()\n"},
-        {"for (var t : s) t.x();", "3 call element(of(f()/Store')).x()\n"},
-        {"if (s instanceof T t) t.x();", "3 type f()/T'\n3 call of(f()/T').x()\n"},
-        {"((T) s).x();", "3 type f()/T'\n3 call of(f()/T').x()\n"},
-        {"try (T t = open()) { t.x(); }", "3 call f()/open()\n3 type f()/T'\n3 call of(f()/T').x()\n"},
-        {"g(t -> t.x()); ", "3 call ?.x()\n3 call f()/g()\n"},
+         "3 type f()/T'\n3 value of(f()/Store').all\n3 call call(element(of(list(f()/T'))).x())\n"},
+        {"for (var t : s) t.x();", "3 call call(element(of(f()/Store')).x())\n"},
+        {"if (s instanceof T t) t.x();", "3 type f()/T'\n3 call call(of(f()/T').x())\n"},
+        {"((T) s).x();", "3 type f()/T'\n3 call call(of(f()/T').x())\n"},
+        {"try (T t = open()) { t.x(); }", "3 call call(f()/open())\n3 type f()/T'\n3 call call(of(f()/T').x())\n"},
+        {"g(t -> t.x()); ", "3 call call(?.x())\n3 call call(f()/g())\n"},
         {"{ int n; } n++;", "3 value f()/n\n"},
-        {"class B { void g() {} } new B().g();", "3 call of(local(@B)).g()\n"},
+        {"class B { void g() {} } new B().g();", "3 call call(of(local(@B)).g())\n"},
         {"out: while (true) break out;", ""},
     };
     for (const auto& [statements, mentions] : cases) {
@@ -47,15 +47,17 @@ TEST(JavaSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
 
 TEST(JavaSyntax, NamesStandInWhatTheyAreLookedUpIn) {
     const std::vector<std::pair<std::string, std::string>> cases{
-        {"this.a = super.b();", "3 value self.a\n3 call super.b()\n"},
-        {"A.super.b(); C.super.b();", "3 type f()/A'\n3 call super.b()\n3 type f()/C'\n3 call of(f()/C').b()\n"},
-        {"switch (s.kind()) { case ONE: }", "3 call of(f()/Store').kind()\n3 value call(of(f()/Store').kind()).ONE\n"},
+        {"this.a = super.b();", "3 value self.a\n3 call call(super.b())\n"},
+        {"A.super.b(); C.super.b();",
+         "3 type f()/A'\n3 call call(super.b())\n3 type f()/C'\n3 call call(of(f()/C').b())\n"},
+        {"switch (s.kind()) { case ONE: }",
+         "3 call call(of(f()/Store').kind())\n3 value call(of(f()/Store').kind()).ONE\n"},
         {"s.new Part();", "3 call of(f()/Store').Part'\n"},
         {"g(T::new, s::x, T::y);",
-         "3 call f()/T'\n3 value of(f()/Store').x()\n3 value f()/T\n3 value f()/T.y()\n3 call f()/g()\n"},
+         "3 call f()/T'\n3 value of(f()/Store').x()\n3 value f()/T\n3 value f()/T.y()\n3 call call(f()/g())\n"},
         {"@K(v = 1) int n;", "3 type f()/K'\n3 key f()/K'.v()\n"},
-        {"a.b.C.d();", "3 value f()/a\n3 value f()/a.b\n3 value f()/a.b.C\n3 call f()/a.b.C.d()\n"},
-        {"java.util.List.of();", "3 value import(java.util List)\n3 call import(java.util List).of()\n"},
+        {"a.b.C.d();", "3 value f()/a\n3 value f()/a.b\n3 value f()/a.b.C\n3 call call(f()/a.b.C.d())\n"},
+        {"java.util.List.of();", "3 value import(java.util List)\n3 call call(import(java.util List).of())\n"},
     };
     for (const auto& [statements, mentions] : cases) {
         EXPECT_EQ(mentions_in(statements), mentions) << statements;

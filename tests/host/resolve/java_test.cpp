@@ -1,0 +1,91 @@
+// What names of Java mean.
+#include "tests/host/resolve/resolved.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace host::resolve {
+namespace {
+
+// The references of class B to others: "Int.put", "?Int.put" where there are several, in the order of files.
+std::string references_of(std::map<std::string, std::string> sources, const std::string& text) {
+    sources["B.java"] = text;
+    const std::string all = resolved(sources);
+    std::string found;
+    for (std::size_t at = 0; at < all.size(); at = all.find('\n', at) + 1) {
+        const std::string line = all.substr(at, all.find('\n', at) - at);
+        if (line.starts_with("B.java: ") && line.find("of B.java") == std::string::npos) {
+            const std::size_t name = line.find(' ', 8) + 1;
+            found += (line.find("ambiguous") == 8 ? "?" : "") + line.substr(name, line.find(" of ") - name) + " ";
+        }
+    }
+    return found;
+}
+
+TEST(Java, ACallIsOfTheOverloadThatItsArgumentsFitBest) {
+    // Each has one method, and inherits the others.
+    const std::map<std::string, std::string> overloads{
+        {"Any.java", "class Any { void put(Object a) {} }"},
+        {"Int.java", "class Int extends Long { void put(int a) {} }"},
+        {"Long.java", "class Long extends Text { void put(long a) {} }"},
+        {"Ints.java", "class Ints extends Any { void put(int[] a) {} }"},
+        {"More.java", "class More extends Ints { void put(int a, Object... b) {} }"},
+        {"Own.java", "class Own extends More { void put(More a) {} }"},
+        {"Text.java", "class Text extends Own { void put(String a) {} char c() { return 'c'; } }"},
+    };
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"put(1)", "Int Int.put() "},
+        {"put('c')", "Int Int.put() "},
+        {"put(c())", "Int Int.put() Text.c() "},
+        {"put(1L)", "Int Long.put() "},
+        {"put(\"a\" + n)", "Int Text.put() "},
+        {"put(true)", "Any.put() Int "},
+        {"put(this)", "Int Own.put() "},
+        {"put(is)", "Int Ints.put() "},
+        {"put(is[0])", "Int Int.put() "},
+        {"put((Foreign) n)", "?Any.put() Int ?Own.put() "},
+        {"put(1, 2, 3)", "Int More.put() "},
+        {"put(u.v())", "?Any.put() Int ?Int.put() ?Ints.put() ?Long.put() ?More.put() ?Own.put() ?Text.put() "},
+        {"put(1, 2, 3, put())", "Int More.put() "},
+        {"put()", "Int "},
+    };
+    for (const auto& [call, references] : cases) {
+        EXPECT_EQ(references_of(overloads, "class B extends Int { void m(Foreign u, int[] is) { " + call + "; } }"),
+                  references)
+            << call;
+    }
+}
+
+TEST(Java, NamesAreThoseOfClassesAroundThenImportsThenThePackageThenStars) {
+    const std::map<std::string, std::string> sources{
+        {"A.java", "package p; public class A { int x; void x() {} static class N {} }"},
+        {"q/A.java", "package q; public class A extends p.A {}"},
+        {"q/C.java", "package q; public class C<T> { T t; static int f() { return 0; } static int f; }"},
+        {"r/C.java", "package r; public class C {}"},
+    };
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"package p; class B { A a; }", "A "},
+        {"package p; import q.*; class B { A a; }", "A "},
+        {"package p; import q.A; class B { A a; }", "A "},
+        {"package o; import java.util.*; import r.*; class B { C c; }", "C "},
+        {"package o; import q.*; import r.*; class B { C c; }", "?C ?C "},
+        {"package o; import foreign.C; class B { C c; }", ""},
+        {"package o; import static q.C.f; class B { int g = f() + f; }", "C C.f() C.f "},
+        {"package o; class B extends q.A { void g() { x = 1; x(); new N(); } }", "A.x A.x() A.N A "},
+        {"package p; class B { void g() { new A() { void h() { x(); } }; } void x() {} }", "A A.x() "},
+        {"package o; import q.C; class B { C<p.A> c; void g() { c.t.x(); } }", "A A.x() C C.t "},
+        {"package p; import java.util.*; class B { void g(Map<B, List<A>> m) { for (var a : m.get(this)) a.x(); } }",
+         "A "},
+    };
+    for (const auto& [text, references] : cases) {
+        EXPECT_EQ(references_of(sources, text), references) << text;
+    }
+}
+
+}  // namespace
+}  // namespace host::resolve
