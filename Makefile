@@ -56,6 +56,7 @@ bench:
 	build/bench/bench/page_bench
 	tools/with-postgresql build/bench/bench/command_bench build/bench/host/wiki-scope postgresql:///postgres
 	build/bench/bench/memory_bench
+	build/bench/bench/checkout_bench build/bench/host/wiki-scope .
 
 # Puts the library, its headers and the command below PREFIX, or below DESTDIR/PREFIX for a package.
 PREFIX = /usr/local
