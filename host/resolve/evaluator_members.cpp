@@ -98,6 +98,17 @@ bool Evaluator::add_members_of_type(Symbol type, const Place& arguments, Name na
             own.push_back(symbol);
         }
     }
+    const auto is_implicit = [this](Symbol symbol) { return catalog_.declaration(symbol).is_implicit; };
+    if (!own.empty() && std::ranges::all_of(own, is_implicit)) {
+        Meaning inherited;
+        add_members_of_bases(type, name, depth, inherited);
+        if (std::ranges::any_of(inherited, [&](const Entity& entity) {
+                return entity.what == What::SYMBOL && !is_implicit(entity.id);
+            })) {
+            add_once(found, inherited);
+            return true;
+        }
+    }
     for (const Symbol symbol : definitions(catalog_, own)) {
         add_once(found, Entity{.what = What::SYMBOL, .id = symbol, .at = arguments});
     }

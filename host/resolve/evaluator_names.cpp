@@ -225,6 +225,9 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
         }
         return wanted;
     };
+    if (rules.has_values_as_types) {  // so that one name is one thing, whatever it is used for
+        return found;
+    }
     Meaning best;
     switch (space) {
     case Space::TAG:
@@ -236,7 +239,7 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
         if (best.empty()) {
             best = only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
         }
-        return best.empty() && rules.has_values_as_types ? found : best;
+        return best;
     case Space::VALUE:
         best = only([&](const Entity& entity, Kind kind) {
             return is_foreign(entity) || (!is_kind_of_type(kind) && kind != Kind::NAMESPACE);

@@ -192,11 +192,14 @@ void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, 
             for (const Entity& each : instances(values(catalog_.file_of(whole.id), type.type))) {
                 add_parts(each, asked, depth + 1, found);
             }
+        } else {
+            add_results_of_special_method(whole, asked, depth, found);
         }
         return;
     }
     if (whole.what != What::STRUCTURED) {
-        if (is_transparent) {
+        const bool is_instantiated = whole.what == What::SYMBOL && asked.operation == Operation::ELEMENT;  // `Type[A]`
+        if (is_transparent || is_instantiated) {
             add_once(found, whole);
         }
         return;
@@ -257,6 +260,39 @@ void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, 
     }
     if (is_transparent) {
         add_once(found, whole);
+    }
+}
+
+// Python's classes have methods that say what an operation gives for their instances.
+void Evaluator::add_results_of_special_method(const Entity& instance, const syntax::Expression& asked,
+                                              std::size_t depth, Meaning& found) {
+    const LanguageRules* const rules = languages_.rules(catalog_.file_of(instance.id));
+    if (rules == nullptr || rules->family != Family::PYTHON || depth >= LONGEST_CHAIN) {
+        return;
+    }
+    const auto called_method = [&](const Entity& of, std::string_view method) {
+        Meaning methods;
+        add_members_of_type(of.id, of.at, catalog_.name(method), 0, methods);
+        return called(values(methods));
+    };
+    switch (asked.operation) {
+    case Operation::CALL:
+        add_once(found, called_method(instance, "__call__"));
+        break;
+    case Operation::ELEMENT:
+        add_once(found, called_method(instance, "__getitem__"));
+        break;
+    case Operation::ITERATED:
+        for (const Entity& iterator : called_method(instance, "__iter__")) {
+            if (iterator.what == What::INSTANCE) {
+                add_once(found, called_method(iterator, "__next__"));
+            } else {
+                add_parts(iterator, asked, depth + 1, found);
+            }
+        }
+        break;
+    default:
+        break;
     }
 }
 
