@@ -82,7 +82,7 @@ ExpressionId EcmascriptReader::call(const Node& node) {
     visit(node.child(fields_.type_arguments));
     const string_view method = is_method ? text(function.child(fields_.property)) : string_view();
     if (has_list) {
-        read_arguments(arguments, method, of);
+        read_arguments(arguments, called, method, of);
     } else {
         visit(arguments);
     }
@@ -107,28 +107,30 @@ ExpressionId EcmascriptReader::container_call(ExpressionId of, string_view name,
     return called;
 }
 
-// Arguments of a method, such as `map` of a container `of`, whose functions may be called with its elements.
-void EcmascriptReader::read_arguments(const Node& node, string_view method, ExpressionId of) {
-    if (!node.exists()) {
-        return;
-    }
-    std::vector<ExpressionId> parameters;
+// Reads the arguments of a call. A method such as `map` of a container `of` calls what it is given with its elements.
+void EcmascriptReader::read_arguments(const Node& node, ExpressionId called, string_view method, ExpressionId of) {
+    Arguments elements;
     if (of != UNKNOWN && is_one_of(method, CALLED_WITH_ELEMENTS)) {
-        parameters.push_back(out_.add(Operation::ELEMENT, of));
+        elements.known.push_back(out_.add(Operation::ELEMENT, of));
         if (method == "sort" || method == "toSorted") {
-            parameters.push_back(parameters.front());
+            elements.known.push_back(elements.known.front());
         }
     } else if (of != UNKNOWN && method == "reduce") {
-        parameters = {UNKNOWN, out_.add(Operation::ELEMENT, of)};
+        elements.known = {UNKNOWN, out_.add(Operation::ELEMENT, of)};
     }
+    std::uint32_t at = 0;
     for_each_child(node, [&](const Node& child, TSFieldId) {
-        const bool is_function = child.type() == "arrow_function" || child.type() == "function_expression";
-        if (is_function) {
-            function_value(child, UNKNOWN, parameters);
-        } else {
-            visit(child);
+        if (child.type() == "comment") {
+            return;
         }
-        parameters.clear();
+        const ExpressionId expected = called == UNKNOWN ? UNKNOWN : out_.add(Operation::ARGUMENT, called, at++);
+        if (child.type() == "arrow_function" || child.type() == "function_expression") {
+            elements.function = expected;
+            function_value(child, elements);
+        } else {
+            visit_expecting(child, expected);
+        }
+        elements.known.clear();
     });
 }
 
@@ -137,7 +139,9 @@ ExpressionId EcmascriptReader::creation(const Node& node) {
     const Node constructor = node.child(fields_.constructor_);
     const ExpressionId type = callee(constructor, argument_count(node.child(fields_.arguments)));
     const std::vector<ExpressionId> arguments = types_in(node.child(fields_.type_arguments));
-    visit(node.child(fields_.arguments));
+    if (const Node list = node.child(fields_.arguments); list.exists()) {
+        read_arguments(list, type, "", UNKNOWN);
+    }
     if (constructor.exists() && constructor.type() == "identifier" && is_built_in(text(constructor))) {
         const ExpressionId built = out_.instance(built_in(text(constructor), arguments));
         return built == UNKNOWN ? out_.add(Operation::FOREIGN) : built;

@@ -14,6 +14,8 @@ using syntax::Role;
 using syntax::Space;
 using syntax::UNKNOWN;
 
+constexpr std::size_t MOST_ELEMENTS = 8;  // of which the type of an array is told
+
 bool begins_in_upper_case(std::string_view name) {
     return !name.empty() && 'A' <= name.front() && name.front() <= 'Z';
 }
@@ -149,15 +151,6 @@ ExpressionId EcmascriptReader::object(const Node& node) {
     return read_object(node, UNKNOWN);
 }
 
-// A value, unless it may be a class: that is not an instance where the expression stands for the type of a value.
-ExpressionId EcmascriptReader::value_or_unknown(const Node& node, ExpressionId value) const {
-    const std::string_view type = node.type();
-    const Node last = type == "member_expression" ? node.child(fields_.property) : node;
-    const bool may_be_class =
-        type == "class" || ((type == "identifier" || type == "member_expression") && begins_in_upper_case(text(last)));
-    return may_be_class ? UNKNOWN : value;
-}
-
 // Reads an expression whose type is stated beside it: the keys of a literal are members of that.
 ExpressionId EcmascriptReader::visit_expecting(const Node& node, ExpressionId expected) {
     const std::string_view type = node.exists() ? node.type() : "";
@@ -165,7 +158,7 @@ ExpressionId EcmascriptReader::visit_expecting(const Node& node, ExpressionId ex
         return read_object(node, expected);
     }
     if (type == "arrow_function" || type == "function_expression") {
-        return function_value(node, expected, {});
+        return function_value(node, {.function = expected});
     }
     if (type == "parenthesized_expression") {
         ExpressionId value = UNKNOWN;
@@ -178,17 +171,22 @@ ExpressionId EcmascriptReader::visit_expecting(const Node& node, ExpressionId ex
         return out_.one_of(std::array{one, visit_expecting(node.child(fields_.alternative), expected)});
     }
     if (type == "array") {
-        std::vector<ExpressionId> elements;
-        bool is_known = true;
-        const ExpressionId each = expected == UNKNOWN ? UNKNOWN : out_.add(Operation::ELEMENT, expected);
-        for_each_child(node, [&](const Node& child, TSFieldId) {
-            elements.push_back(value_or_unknown(child, visit_expecting(child, each)));
-            is_known = is_known && elements.back() != UNKNOWN && child.type() != "spread_element";
-        });
-        const ExpressionId element = is_known && elements.size() <= 8 ? out_.one_of(elements) : UNKNOWN;
-        return out_.instance(out_.add(Operation::LIST, element));
+        return read_array(node, expected);
     }
     return visit(node);
+}
+
+ExpressionId EcmascriptReader::read_array(const Node& node, ExpressionId expected) {
+    std::vector<ExpressionId> elements;
+    bool is_known = true;
+    const ExpressionId each = expected == UNKNOWN ? UNKNOWN : out_.add(Operation::ELEMENT, expected);
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        elements.push_back(visit_expecting(child, each));
+        is_known = is_known && elements.back() != UNKNOWN && child.type() != "spread_element";
+    });
+    const ExpressionId element = is_known && elements.size() <= MOST_ELEMENTS ? out_.one_of(elements) : UNKNOWN;
+    return out_.instance(
+        out_.add(Operation::LIST, element == UNKNOWN ? UNKNOWN : out_.add(Operation::TYPE_OF, element)));
 }
 
 // A literal is of a type of its own, whose members are its keys, unless its type is stated.
@@ -239,18 +237,34 @@ ExpressionId EcmascriptReader::read_pair(const Node& node, ExpressionId expected
     return visit_expecting(value, member);
 }
 
-// An element of JSX: names in lower case are those of HTML.
+// An element of JSX: names in lower case are those of HTML. Its attributes are members of what the component takes.
 ExpressionId EcmascriptReader::element(const Node& node) {
     const Node name = node.child(fields_.name);
+    ExpressionId properties = UNKNOWN;
     if (name.exists() && (name.type() == "member_expression" || begins_in_upper_case(text(name)))) {
-        callee(name, syntax::Declaration::ANY_NUMBER);
+        properties = out_.add(Operation::ARGUMENT, callee(name, syntax::Declaration::ANY_NUMBER));
     }
     for_each_child(node, [&](const Node& child, TSFieldId field) {
-        if (field != fields_.name) {
+        if (child.type() == "jsx_attribute") {
+            read_attribute(child, properties);
+        } else if (field != fields_.name) {
             visit(child);
         }
     });
     return out_.add(Operation::FOREIGN);
+}
+
+void EcmascriptReader::read_attribute(const Node& node, ExpressionId properties) {
+    ExpressionId member = UNKNOWN;
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        if (child.type() == "property_identifier" && properties != UNKNOWN) {
+            member = out_.use_member(properties, token(child, Role::KEY));
+        } else if (child.type() == "jsx_expression") {
+            visit_expecting(child.named_child(0), member);
+        } else {
+            visit(child);
+        }
+    });
 }
 
 }  // namespace host::sources

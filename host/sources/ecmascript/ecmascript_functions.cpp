@@ -88,46 +88,56 @@ void EcmascriptReader::bind_names_in(const Node& parameters) {
     }
 }
 
-void EcmascriptReader::read_parameters(const Node& node, const std::vector<ExpressionId>& expected) {
-    if (!node.exists()) {
-        return;
+// Returns the types of the parameters, without that of `this`; of one that takes all further arguments, nothing.
+syntax::ListId EcmascriptReader::read_parameters(const Node& node, const Arguments& expected) {
+    std::vector<ExpressionId> types;
+    if (node.exists()) {
+        for_each_child(node, [&](const Node& child, TSFieldId) {
+            const Node pattern = child.child(fields_.pattern);
+            if (child.type() == "comment") {
+                return;
+            }
+            if (pattern.exists() && pattern.type() == "this") {
+                context_.self = value_of_type(child.child(fields_.type));
+            } else {
+                types.push_back(read_parameter(child, argument(expected, types.size())));
+            }
+        });
     }
-    std::size_t at = 0;
-    for_each_child(node, [&](const Node& child, TSFieldId) {
-        if (child.type() != "comment") {
-            read_parameter(child, at < expected.size() ? expected[at] : UNKNOWN);
-            ++at;
-        }
-    });
+    return out_.list(types);
 }
 
-// A parameter with a type of TypeScript, or a pattern alone.
-void EcmascriptReader::read_parameter(const Node& node, ExpressionId expected) {
+// The value of an argument that a function is called with; UNKNOWN where that is not known.
+ExpressionId EcmascriptReader::argument(const Arguments& arguments, std::size_t at) {
+    std::vector<ExpressionId> values;
+    if (at < arguments.known.size()) {
+        values.push_back(arguments.known[at]);
+    }
+    if (arguments.function != UNKNOWN) {
+        values.push_back(out_.add(Operation::ARGUMENT, arguments.function, static_cast<std::uint32_t>(at)));
+    }
+    return out_.one_of(values);
+}
+
+// A parameter with a type of TypeScript, or a pattern alone. Returns its type.
+ExpressionId EcmascriptReader::read_parameter(const Node& node, ExpressionId expected) {
     const bool is_typed = node.type() == "required_parameter" || node.type() == "optional_parameter";
     if (!is_typed) {
         bind_pattern(node, expected, false);
-        return;
+        return UNKNOWN;
     }
-    for_each_child(node, [&](const Node& child, TSFieldId) {
-        if (child.type() == "decorator") {
-            visit(child);
-        }
-    });
-    const Node type = node.child(fields_.type);
-    const Node initial = node.child(fields_.value);
+    visit_decorators(node);
+    const Node annotation = node.child(fields_.type);
     const Node pattern = node.child(fields_.pattern);
-    const ExpressionId stated = type.exists() ? value_of_type(type) : expected;
-    const ExpressionId of_initial = visit_expecting(initial, type.exists() ? stated : UNKNOWN);
-    const ExpressionId value = stated != UNKNOWN || type.exists() ? stated : of_initial;
-    if (!pattern.exists()) {
-        return;
+    const ExpressionId type = visit(annotation);
+    const ExpressionId stated = annotation.exists() ? out_.instance(type) : expected;
+    const ExpressionId initial = visit_expecting(node.child(fields_.value), annotation.exists() ? stated : UNKNOWN);
+    const ExpressionId value = stated == UNKNOWN && !annotation.exists() ? initial : stated;
+    if (pattern.exists()) {
+        bind_pattern(pattern, value, false);
+        declare_parameter_property(node, pattern, value);
     }
-    if (pattern.type() == "this") {
-        context_.self = value;
-        return;
-    }
-    bind_pattern(pattern, value, false);
-    declare_parameter_property(node, pattern, value);
+    return pattern.exists() && pattern.type() == "rest_pattern" ? UNKNOWN : type;
 }
 
 // `constructor(private readonly a: A)` declares a field as well.
@@ -145,10 +155,8 @@ void EcmascriptReader::declare_parameter_property(const Node& node, const Node& 
     }
 }
 
-// Reads a function or method, of which another type may be expected, and which may be called with values of the types
-// that are expected. Returns the type of what it gives.
-ExpressionId EcmascriptReader::read_function(const Node& node, ExpressionId expected,
-                                             const std::vector<ExpressionId>& expected_parameters) {
+// Reads a function or method, which another type may be expected of.
+EcmascriptReader::Signature EcmascriptReader::read_function(const Node& node, const Arguments& arguments) {
     const LocalScope scope(*this, LocalScope::Of::FUNCTION);
     const string_view kind = node.type();
     if (kind.starts_with("function") || kind.starts_with("generator")) {
@@ -164,21 +172,22 @@ ExpressionId EcmascriptReader::read_function(const Node& node, ExpressionId expe
     const ExpressionId stated = result_type(node, parameters);
     bind_type_parameters(parameters, true);
     if (const Node parameter = node.child(fields_.parameter); parameter.exists()) {
-        bind_pattern(parameter, expected_parameters.empty() ? UNKNOWN : expected_parameters.front(), false);
+        bind_pattern(parameter, argument(arguments, 0), false);
     }
-    read_parameters(node.child(fields_.parameters), expected_parameters);
+    const syntax::ListId types = read_parameters(node.child(fields_.parameters), arguments);
     std::vector<ExpressionId> returned;
     context_.returned = &returned;
     context_.container = syntax::NO_DECLARATION;
-    context_.result = result_of(is_stated ? out_.instance(stated) : UNKNOWN, expected, is_async);
+    context_.result = result_of(is_stated ? out_.instance(stated) : UNKNOWN, arguments.function, is_async);
     read_body(node.child(fields_.body));
     if (is_stated) {
-        return stated;
+        return {stated, types};
     }
     const bool is_generator = kind.starts_with("generator") || (kind == "method_definition" && has_word(node, "*"));
     const bool is_known = std::ranges::find(returned, UNKNOWN) == returned.end() && returned.size() <= MOST_RETURNED;
-    const ExpressionId result = is_known && !is_generator ? out_.one_of(returned) : UNKNOWN;
-    return is_async && result != UNKNOWN ? out_.add(Operation::AWAITABLE, result) : result;
+    const ExpressionId value = is_known && !is_generator ? out_.one_of(returned) : UNKNOWN;
+    const ExpressionId result = value == UNKNOWN ? UNKNOWN : out_.add(Operation::TYPE_OF, value);
+    return {is_async && result != UNKNOWN ? out_.add(Operation::AWAITABLE, result) : result, types};
 }
 
 // What the body of a function is to return, by what is stated of the function itself, or of what it is given to.
@@ -190,10 +199,16 @@ ExpressionId EcmascriptReader::result_of(ExpressionId stated, ExpressionId expec
     return is_async && result != UNKNOWN ? out_.add(Operation::AWAITED, result) : result;
 }
 
-ExpressionId EcmascriptReader::function_value(const Node& node, ExpressionId expected,
-                                              const std::vector<ExpressionId>& expected_parameters) {
-    const ExpressionId result = read_function(node, expected, expected_parameters);
-    return out_.instance(out_.add(Operation::FUNCTION, result));
+ExpressionId EcmascriptReader::function_value(const Node& node, const Arguments& arguments) {
+    const Signature signature = read_function(node, arguments);
+    return out_.instance(out_.add(Operation::FUNCTION, signature.result, signature.parameters));
+}
+
+// Reads what is declared as a function.
+void EcmascriptReader::read_declared(const Node& node, syntax::DeclarationId declared) {
+    const Signature signature = read_function(node, {});
+    out_.declaration(declared).type = signature.result;
+    out_.declaration(declared).parameters = signature.parameters;
 }
 
 void EcmascriptReader::read_body(const Node& node) {
@@ -203,14 +218,14 @@ void EcmascriptReader::read_body(const Node& node) {
     if (node.type() == "statement_block") {
         visit_children(node);
     } else {
-        context_.returned->push_back(value_or_unknown(node, visit_expecting(node, context_.result)));
+        context_.returned->push_back(visit_expecting(node, context_.result));
     }
 }
 
 ExpressionId EcmascriptReader::return_statement(const Node& node) {
     const Node value = node.named_child(0);
     if (value.exists()) {
-        const ExpressionId returned = value_or_unknown(value, visit_expecting(value, context_.result));
+        const ExpressionId returned = visit_expecting(value, context_.result);
         if (context_.returned != nullptr) {
             context_.returned->push_back(returned);
         }
@@ -219,18 +234,18 @@ ExpressionId EcmascriptReader::return_statement(const Node& node) {
 }
 
 ExpressionId EcmascriptReader::function_expression(const Node& node) {
-    return function_value(node, UNKNOWN, {});
+    return function_value(node, {});
 }
 
 // A local function is a value. Signatures announce the function with a body.
 ExpressionId EcmascriptReader::function_declaration(const Node& node) {
     const Node name = node.child(fields_.name);
     if (!name.exists()) {
-        return function_value(node, UNKNOWN, {});
+        return function_value(node, {});
     }
     const bool has_body = node.type() != "function_signature";
     if (context_.locals > 0) {
-        const ExpressionId value = function_value(node, UNKNOWN, {});
+        const ExpressionId value = function_value(node, {});
         if (has_body) {
             out_.bind(text(name), value);
         }
@@ -238,8 +253,7 @@ ExpressionId EcmascriptReader::function_declaration(const Node& node) {
     }
     const syntax::DeclarationId declared = declare(name, Kind::FUNCTION);
     out_.declaration(declared).is_definition = has_body;
-    const ExpressionId result = read_function(node, UNKNOWN, {});
-    out_.declaration(declared).type = result;
+    read_declared(node, declared);
     return UNKNOWN;
 }
 

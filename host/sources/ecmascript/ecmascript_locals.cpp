@@ -55,11 +55,11 @@ ExpressionId EcmascriptReader::for_in(const Node& node) {
 
 // `for (const [key, value] of container)`: of a map its keys and elements, else the components of each element.
 void EcmascriptReader::bind_entries(const Node& pattern, ExpressionId container, bool is_var) {
-    const ExpressionId element = out_.add(Operation::ELEMENT, container);
+    const ExpressionId element = out_.add(Operation::ITERATED, container);
     std::uint32_t at = 0;
     for_each_child(pattern, [&](const Node& child, TSFieldId) {
         const ExpressionId component = out_.add(Operation::COMPONENT, element, at);
-        const ExpressionId of_map = at == 0 ? out_.add(Operation::KEY, container) : element;
+        const ExpressionId of_map = out_.add(at == 0 ? Operation::KEY : Operation::ELEMENT, container);
         bind_pattern(child, at > 1 ? component : out_.one_of(std::array{of_map, component}), is_var);
         ++at;
     });
@@ -166,8 +166,7 @@ void EcmascriptReader::bind_array_pattern(const Node& pattern, ExpressionId valu
             } else if (child.type() == "rest_pattern") {
                 bind_pattern(child, value, is_var);
             } else if (child.type() != "[" && child.type() != "]" && child.type() != "comment") {
-                const ExpressionId component = out_.add(Operation::COMPONENT, value, at);
-                bind_pattern(child, out_.one_of(std::array{component, out_.add(Operation::ELEMENT, value)}), is_var);
+                bind_pattern(child, out_.add(Operation::COMPONENT, value, at), is_var);
             }
         },
         true);

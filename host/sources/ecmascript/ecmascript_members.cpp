@@ -35,8 +35,10 @@ ExpressionId EcmascriptReader::method(const Node& node) {
     const bool has_body = node.type() == "method_definition";
     const bool is_announced = context_.is_class && !is_ambient_ && node.type() == "method_signature";
     out_.declaration(declared).is_definition = has_body ? !is_setter : is_first && !is_announced;
-    const ExpressionId result = read_function(node, UNKNOWN, {});
-    out_.declaration(declared).type = is_getter ? out_.instance(result) : result;
+    read_declared(node, declared);
+    if (is_getter) {
+        out_.declaration(declared).type = out_.instance(out_.declaration(declared).type);
+    }
     return UNKNOWN;
 }
 

@@ -167,6 +167,17 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
         Node node;
     };
 
+    // What is known of the arguments that a function is called with.
+    struct Arguments {
+        std::vector<syntax::ExpressionId> known = {};
+        syntax::ExpressionId function = syntax::UNKNOWN;  // that the function is to be like
+    };
+
+    struct Signature {
+        syntax::ExpressionId result = syntax::UNKNOWN;
+        syntax::ListId parameters = 0;  // their types
+    };
+
     using MergedKey = std::tuple<syntax::DeclarationId, syntax::Kind, std::string_view>;
 
     // Expressions.
@@ -174,14 +185,16 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId read_object(const Node& node, syntax::ExpressionId expected);
     syntax::ExpressionId read_pair(const Node& node, syntax::ExpressionId expected);
     syntax::ExpressionId property(syntax::ExpressionId of, const Node& name, syntax::Role role, std::uint8_t arguments);
-    syntax::ExpressionId value_or_unknown(const Node& node, syntax::ExpressionId value) const;
+    syntax::ExpressionId read_array(const Node& node, syntax::ExpressionId expected);
+    void read_attribute(const Node& node, syntax::ExpressionId properties);
     [[nodiscard]] std::string_view name_text(const Node& node) const;
 
     // Calls.
     static std::uint8_t argument_count(const Node& arguments);
     syntax::ExpressionId callee(const Node& node, std::uint8_t arguments);
     syntax::ExpressionId container_call(syntax::ExpressionId of, std::string_view name, syntax::ExpressionId called);
-    void read_arguments(const Node& node, std::string_view method, syntax::ExpressionId of);
+    void read_arguments(const Node& node, syntax::ExpressionId called, std::string_view method,
+                        syntax::ExpressionId of);
     syntax::ExpressionId required_module(const Node& node);
     [[nodiscard]] std::string_view module_of_call(const Node& node) const;
 
@@ -196,13 +209,13 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     std::vector<Parameter> type_parameters(const Node& node);
     void bind_type_parameters(const std::vector<Parameter>& parameters, bool has_bounds);
     syntax::ExpressionId result_type(const Node& node, const std::vector<Parameter>& parameters);
-    syntax::ExpressionId read_function(const Node& node, syntax::ExpressionId expected,
-                                       const std::vector<syntax::ExpressionId>& expected_parameters);
-    syntax::ExpressionId function_value(const Node& node, syntax::ExpressionId expected,
-                                        const std::vector<syntax::ExpressionId>& expected_parameters);
+    Signature read_function(const Node& node, const Arguments& arguments);
+    syntax::ExpressionId function_value(const Node& node, const Arguments& arguments);
+    void read_declared(const Node& node, syntax::DeclarationId declared);
+    syntax::ExpressionId argument(const Arguments& arguments, std::size_t at);
     syntax::ExpressionId result_of(syntax::ExpressionId stated, syntax::ExpressionId expected, bool is_async);
-    void read_parameters(const Node& node, const std::vector<syntax::ExpressionId>& expected);
-    void read_parameter(const Node& node, syntax::ExpressionId expected);
+    syntax::ListId read_parameters(const Node& node, const Arguments& expected);
+    syntax::ExpressionId read_parameter(const Node& node, syntax::ExpressionId expected);
     void declare_parameter_property(const Node& node, const Node& name, syntax::ExpressionId value);
     void read_body(const Node& node);
     [[nodiscard]] static bool has_word(const Node& node, std::string_view word);

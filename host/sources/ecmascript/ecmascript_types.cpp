@@ -129,8 +129,8 @@ ExpressionId EcmascriptReader::function_type(const Node& node) {
     const std::vector<Parameter> parameters = type_parameters(node);
     const ExpressionId result = result_type(node, parameters);
     bind_type_parameters(parameters, true);
-    read_parameters(node.child(fields_.parameters), {});
-    return out_.add(Operation::FUNCTION, result);
+    const syntax::ListId types = read_parameters(node.child(fields_.parameters), {});
+    return out_.add(Operation::FUNCTION, result, types);
 }
 
 // The type of a class: what is called by `new`.
@@ -162,8 +162,8 @@ ExpressionId EcmascriptReader::predefined_type(const Node& node) {
 
 // `typeof x`
 ExpressionId EcmascriptReader::type_query(const Node& node) {
-    const Node operand = node.named_child(0);
-    return operand.exists() ? value_or_unknown(operand, visit(operand)) : UNKNOWN;
+    const ExpressionId value = visit(node.named_child(0));
+    return value == UNKNOWN ? UNKNOWN : out_.add(Operation::TYPE_OF, value);
 }
 
 // `T["key"]`, `T[number]`
