@@ -48,6 +48,7 @@ void add_files_command(CLI::App& app) {
     CLI::App& files = *app.add_subcommand("files", "List the files of an index");
     files.add_option("PATH", arguments->paths, "Files, folders and patterns, as for a page; by default all");
     add_index_options(files, arguments->index, "The index");
+    add_checkout_option(files, arguments->index);
     add_format_options(files, arguments->format, schemas::FILES);
     add_test_options(files, arguments->tests);
     files.callback([arguments] {

@@ -52,6 +52,7 @@ void add_find_command(CLI::App& app) {
         ->required()
         ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
     add_index_options(find, arguments->index, "The index");
+    add_checkout_option(find, arguments->index);
     add_format_options(find, arguments->format, schemas::FIND);
     add_number_option(find, "--limit", arguments->limit, "How many to list at most");
     find.callback([arguments] {

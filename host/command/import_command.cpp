@@ -4,6 +4,7 @@
 #include "host/command/index_option.h"
 #include "host/command/interruption.h"
 #include "host/command/path_rule_options.h"
+#include "host/command/progress_line.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
 #include "host/indexing/report_text.h"
@@ -12,8 +13,6 @@
 #include "host/worktree/import.h"
 
 #include <CLI/CLI.hpp>
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -36,31 +35,6 @@ struct ImportArguments {
     PathRuleOptions exclusions;
     PathRuleOptions tests;
     std::string checkout;  // empty for the project root that the SCIP files state
-};
-
-// Shows the progress of an import on one line of a terminal; shows nothing elsewhere.
-class ProgressLine {
-  public:
-    ProgressLine() = default;
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
-    ~ProgressLine() {
-        if (percent_ >= 0) {
-            std::cerr << "\r\033[K" << std::flush;
-        }
-    }
-
-    void show(std::int64_t done, std::int64_t total) {
-        const std::int64_t percent = 100 * done / total;
-        if (is_shown_ && percent != percent_) {
-            std::cerr << "\rImporting: " << percent << " %" << std::flush;
-            percent_ = percent;
-        }
-    }
-
-  private:
-    bool is_shown_ = isatty(STDERR_FILENO) != 0;
-    std::int64_t percent_ = -1;
 };
 
 std::string interruption_message(const Index& index) {
@@ -110,7 +84,7 @@ void run_import(const ImportArguments& arguments) {
     const std::unique_ptr<NewIndex> made = begin_index(arguments.index, *index);
     indexing::ImportReport report;
     {
-        ProgressLine progress;
+        ProgressLine progress("Importing");
         const indexing::OnProgress on_progress = [&](std::int64_t done, std::int64_t total) {
             Interruption::throw_if_requested(interruption_message(*index));
             progress.show(done, total);
@@ -135,7 +109,7 @@ void add_import_command(CLI::App& app) {
     CLI::App& command = *app.add_subcommand("import", "Make an index of a repository, from its sources or SCIP files");
     add_file_option(command, "SOURCE", arguments->sources,
                     "The folder of a checkout; or SCIP files that indexers have written, - for standard input");
-    add_index_options(command, arguments->index, "The index to make, or to replace");
+    add_index_options(command, arguments->index, "The index to make, or to replace", IndexDefault::NONE);
     add_file_option(command, "--checkout", arguments->checkout,
                     "The folder that holds the sources; by default the project root that the SCIP files state")
         ->type_name("DIR")

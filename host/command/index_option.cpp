@@ -2,11 +2,15 @@
 
 #include "host/command/file_option.h"
 #include "host/command/named_index.h"
+#include "host/command/progress_line.h"
 #include "host/files/folder_name.h"
 #include "host/index/index_error.h"
 #include "host/index/place.h"
 #include "host/location/index_at.h"
+#include "host/worktree/checkout_index.h"
 
+#include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 
@@ -32,19 +36,33 @@ std::string advice(UnusableIndex::Fault fault, const Index& index) {
     return "";
 }
 
-void name_elsewhere(IndexOption& option) {
+void name_elsewhere(IndexOption& option, IndexDefault otherwise) {
     const std::optional<NamedIndex> named = index_named_elsewhere(option.checkout);
-    if (!named) {
+    if (named) {
+        option.place = named->place;
+        option.origin = named->origin;
+    } else if (otherwise == IndexDefault::NONE) {
         throw CLI::RequiredError("--index");
     }
-    option.place = named->place;
-    option.origin = named->origin;
+}
+
+// The index of the sources of a checkout. Shows on a terminal how far it has come.
+std::unique_ptr<Index> kept_index(const std::string& checkout) {
+    const auto line = std::make_shared<ProgressLine>("Reading the sources");
+    const std::string root =
+        checkout.empty() ? worktree::checkout_around(std::filesystem::current_path()).string() : checkout;
+    return std::make_unique<worktree::CheckoutIndex>(root, [line](std::int64_t done, std::int64_t total) {
+        0 < done&& done < total ? line->show(done, total) : line->clear();
+    });
 }
 
 }  // namespace
 
-void add_index_options(CLI::App& command, IndexOption& option, const std::string& help) {
-    const std::string elsewhere = "; by default the one that WIKI_SCOPE_INDEX or .wiki-scope.toml names";
+void add_index_options(CLI::App& command, IndexOption& option, const std::string& help, IndexDefault otherwise) {
+    const std::string elsewhere = otherwise == IndexDefault::NONE
+                                      ? "; by default the one that WIKI_SCOPE_INDEX or .wiki-scope.toml names"
+                                      : "; by default the one that WIKI_SCOPE_INDEX or .wiki-scope.toml names, else "
+                                        "one of the sources of the checkout, which is kept up to date";
     add_file_option(command, "--index", option.place,
                     help + ", a file or the address of a PostgreSQL database" + elsewhere)
         ->type_name("PLACE")
@@ -54,11 +72,11 @@ void add_index_options(CLI::App& command, IndexOption& option, const std::string
                     "The repository in a database; by default the name of the folder of the checkout")
         ->type_name("NAME")
         ->check([](const std::string& name) { return name.empty() ? "an empty name" : ""; });
-    command.parse_complete_callback([&command, &option] {
+    command.parse_complete_callback([&command, &option, otherwise] {
         const CLI::Option* const checkout = command.get_option_no_throw("--checkout");
         option.checkout = checkout != nullptr && *checkout ? checkout->as<std::string>() : "";
         if (option.place.empty()) {
-            name_elsewhere(option);
+            name_elsewhere(option, otherwise);
         }
         if (!option.repository.empty() && !is_server(option.place)) {
             throw CLI::ValidationError("--repository", "applies to databases only: a file holds one index");
@@ -68,6 +86,9 @@ void add_index_options(CLI::App& command, IndexOption& option, const std::string
 
 std::unique_ptr<Index> index_of(const IndexOption& option) {
     const std::string& checkout = option.checkout;
+    if (option.place.empty()) {
+        return kept_index(checkout);
+    }
     const std::string repository =
         option.repository.empty() ? folder_name(checkout.empty() ? "." : checkout) : option.repository;
     if (repository.empty() && is_server(option.place)) {
@@ -79,6 +100,14 @@ std::unique_ptr<Index> index_of(const IndexOption& option) {
 void add_checkout_option(CLI::App& command, std::string& path) {
     add_file_option(command, "--checkout", path,
                     "The folder that the paths are relative to; by default the one that the import read")
+        ->type_name("DIR")
+        ->required(false);
+}
+
+void add_checkout_option(CLI::App& command, IndexOption& option) {
+    add_file_option(command, "--checkout", option.checkout,
+                    "The folder of the checkout, whose index is used unless one is named; by default the one around "
+                    "the current folder")
         ->type_name("DIR")
         ->required(false);
 }

@@ -30,6 +30,7 @@ void add_stats_command(CLI::App& app) {
     const auto arguments = std::make_shared<StatsArguments>();
     CLI::App& stats = *app.add_subcommand("stats", "Tell what is in an index, and how it was made");
     add_index_options(stats, arguments->index, "The index");
+    add_checkout_option(stats, arguments->index);
     add_format_options(stats, arguments->format, schemas::STATS);
     stats.add_flag("--check", arguments->check, "Read all of the index, and fail when it is damaged");
     stats.callback([arguments] {

@@ -1,13 +1,9 @@
 #include "host/worktree/import.h"
 
-#include "host/files/checkout.h"
-#include "host/files/file_language.h"
 #include "host/files/text_spool.h"
-#include "host/git/checkout_files.h"
 #include "host/indexing/making.h"
 #include "host/manifests/manifests.h"
 #include "host/resolve/resolver.h"
-#include "host/rules/repository_rules.h"
 #include "host/rules/test_paths.h"
 #include "host/sources/outline.h"
 #include "host/worktree/all_cores.h"
@@ -44,29 +40,8 @@ ReadFile read_file(const std::string& path, const Checkout& checkout, TextSpool&
     return file;
 }
 
-// Chooses the files whose names tell their language, and that neither a rule nor an attribute leaves out.
-std::vector<ReadFile> chosen(std::span<const git::CheckoutFile> listed, const PathRules& exclusions,
-                             ImportReport& report) {
-    std::vector<ReadFile> files;
-    for (const auto& [path, stamp, origin] : listed) {
-        const bool is_foreign = origin.is_generated.value_or(false) || origin.is_vendored.value_or(false);
-        if (usual_language(path).empty()) {
-            continue;
-        }
-        if (exclusions.decide(path).value_or(is_foreign)) {
-            report.excluded.add(path);
-        } else {
-            files.emplace_back().path = path;
-        }
-    }
-    return files;
-}
-
-Extraction read_all(std::vector<ReadFile>& files, resolve::Repository& repository, const Checkout& checkout,
-                    TextSpool& spool, Progress& progress, ImportReport& report) {
-    const auto on_done = [&](std::size_t count) { progress.advance(count); };
-    on_all_cores(
-        files.size(), [&](std::size_t at) { files[at] = read_file(files[at].path, checkout, spool); }, on_done);
+// Resolves what the files state, and puts all together.
+Extraction link(std::span<ReadFile> files, resolve::Repository& repository, Progress& progress, ImportReport& report) {
     for (const ReadFile& file : files) {
         repository.files.push_back({file.path, file.facts.dialect, &file.facts.syntax});
     }
@@ -74,7 +49,8 @@ Extraction read_all(std::vector<ReadFile>& files, resolve::Repository& repositor
     std::vector<resolve::References> references(files.size());
     on_all_cores(
         files.size(),
-        [&](std::size_t at) { references[at] = resolver.references_of(static_cast<resolve::FileId>(at)); }, on_done);
+        [&](std::size_t at) { references[at] = resolver.references_of(static_cast<resolve::FileId>(at)); },
+        [&](std::size_t count) { progress.advance(count); });
     return extract(files, repository, resolver, references, report);
 }
 
@@ -82,28 +58,37 @@ Extraction read_all(std::vector<ReadFile>& files, resolve::Repository& repositor
 
 ImportReport import_sources(const ImportRequest& request, NewIndex& index, const indexing::OnProgress& on_progress) {
     Progress progress(on_progress);
-    index.watch([&] { progress.report(); });
-    const std::optional<Checkout> checkout(request.folder);
-    index.claim(checkout->root().string());
-    ImportReport report;
-    report.source = report.checkout = checkout->root().string();
+    const Checkout checkout(request.folder);
     const RepositoryRules rules = with_repository_rules({request.exclusions, request.tests}, checkout);
-    const PathRules tests(rules.tests);
-    const TestRulesInForce in_force(tests);
-    const std::vector<git::CheckoutFile> listed = git::checkout_files(*checkout, [&] { progress.report(); });
-    std::vector<std::string> paths;
-    std::ranges::transform(listed, std::back_inserter(paths), &git::CheckoutFile::path);
-    std::vector<ReadFile> files = chosen(listed, PathRules(rules.exclusions), report);
-    if (files.empty() && index.would_replace()) {
+    const ListedSources listed = list_sources(checkout, rules.exclusions, [&] { progress.report(); });
+    if (listed.sources.empty() && index.would_replace()) {
         throw std::runtime_error(request.folder + ": no source file is there, so " + index.name() +
                                  " is kept; name the folder of a checkout, or remove the index first");
     }
-    progress.expect(3 * files.size());
+    return import_listed(checkout, listed, rules, index, progress).report;
+}
+
+Imported import_listed(const Checkout& checkout, const ListedSources& listed, const RepositoryRules& rules,
+                       NewIndex& index, Progress& progress) {
+    index.watch([&] { progress.report(); });
+    index.claim(checkout.root().string());
+    Imported imported;
+    ImportReport& report = imported.report;
+    report.source = report.checkout = checkout.root().string();
+    report.excluded = listed.excluded;
+    const PathRules tests(rules.tests);
+    const TestRulesInForce in_force(tests);
+    progress.expect(3 * listed.sources.size());
     TextSpool spool(index.scratch_path("texts"));
-    resolve::Repository repository{.files = {}, .packages = manifests::packages_of(*checkout, paths)};
-    const Extraction extraction = read_all(files, repository, *checkout, spool, progress, report);
+    std::vector<ReadFile> files(listed.sources.size());
+    on_all_cores(
+        files.size(), [&](std::size_t at) { files[at] = read_file(listed.sources[at].path, checkout, spool); },
+        [&](std::size_t count) { progress.advance(count); });
+    std::ranges::transform(files, std::back_inserter(imported.content_hashes), &ReadFile::content_hash);
+    resolve::Repository repository{.files = {}, .packages = manifests::packages_of(checkout, listed.paths)};
+    const Extraction extraction = link(files, repository, progress, report);
     make_index(extraction, rules.tests, checkout, spool, index, progress, report);
-    return report;
+    return imported;
 }
 
 }  // namespace host::worktree

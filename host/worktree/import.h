@@ -1,11 +1,15 @@
 // The import of a checkout: from its sources alone to an index that can be queried.
 #pragma once
 
+#include "host/files/checkout.h"
 #include "host/index/index.h"
 #include "host/indexing/import_report.h"
 #include "host/indexing/progress.h"
 #include "host/rules/path_rules.h"
+#include "host/rules/repository_rules.h"
+#include "host/worktree/listed_sources.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -26,5 +30,14 @@ struct ImportRequest {
 /// Throws `std::runtime_error` with one line that says what to do.
 indexing::ImportReport import_sources(const ImportRequest& request, NewIndex& index,
                                       const indexing::OnProgress& on_progress);
+
+struct Imported {
+    indexing::ImportReport report;
+    std::vector<std::int64_t> content_hashes;  ///< of the sources in the order of `ListedSources`; 0 for an unread one
+};
+
+/// The same for sources that have been listed.
+Imported import_listed(const Checkout& checkout, const ListedSources& listed, const RepositoryRules& rules,
+                       NewIndex& index, indexing::Progress& progress);
 
 }  // namespace host::worktree

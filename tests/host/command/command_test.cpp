@@ -130,7 +130,8 @@ TEST_F(Command, FindsItsIndexByOptionEnvironmentOrCheckout) {
     const auto failure = [&](const std::string& command) { return shell(command).err; };
     const std::string stats = "'" WIKI_SCOPE "' stats";
     const std::string missing = ".db: no such index; make one with: wiki-scope import FOLDER --index ";
-    EXPECT_EQ(failure(stats), "wiki-scope: --index is required (see wiki-scope stats --help)\n");
+    EXPECT_EQ(failure("'" WIKI_SCOPE "' import good.scip"),
+              "wiki-scope: --index is required (see wiki-scope import --help)\n");
     folder.write(".wiki-scope.toml", "index = 'named.db'");
     EXPECT_EQ(failure(stats), "wiki-scope: named" + missing + "named.db (.wiki-scope.toml names this index)\n");
     EXPECT_EQ(failure("WIKI_SCOPE_INDEX=set.db " + stats),
@@ -144,6 +145,30 @@ TEST_F(Command, FindsItsIndexByOptionEnvironmentOrCheckout) {
     EXPECT_NE(failure(stats).find("/.wiki-scope.toml:1: `index` must be a file below this folder; "),
               std::string::npos);
     EXPECT_EQ(failure(stats).find("pw"), std::string::npos);
+}
+
+TEST_F(Command, ReadsTheSourcesAroundItWhereNothingNamesAnIndex) {
+    const std::string command = "XDG_CACHE_HOME=\"$OLDPWD/cache\" '" WIKI_SCOPE "' ";
+    const auto in_checkout = [&](const std::string& arguments) {
+        return shell("cd '" + (folder / "checkout/src") + "'; export OLDPWD; " + command + arguments);
+    };
+    folder.write("checkout/.git/HEAD", "");
+    folder.write("checkout/src/p/store.go", "// Package p keeps items.\npackage p\n\nfunc Keep() {}\n");
+    folder.write("checkout/src/main.go", "package main\n\nfunc main() { run() }\n\nfunc run() {}\n");
+    EXPECT_NE(in_checkout("page p").out.find("`src/p/store.go`"), std::string::npos);
+    EXPECT_NE(in_checkout("find Keep").out.find("src/p/store.go:L4-L4"), std::string::npos);
+    EXPECT_NE(in_checkout("files --checkout p").out.find("\nstore.go"), std::string::npos);
+    EXPECT_NE(in_checkout("stats").out.find("2 files, 3 declarations, 1 edge"), std::string::npos);
+    folder.write("checkout/src/p/store.go", "package p\n\nfunc Keep() {}\n\nfunc Drop() {}\n");
+    EXPECT_NE(in_checkout("find Drop").out.find("src/p/store.go:L5-L5"), std::string::npos);
+    folder.write("none/README.md", "");
+    EXPECT_EQ(shell("cd none; export OLDPWD; " + command + "stats").err,
+              "wiki-scope: " + std::filesystem::canonical(folder / "none").string() +
+                  ": no source file is there; go to a checkout, or name one with --checkout\n");
+    EXPECT_EQ(
+        shell("cd checkout; env -u HOME -u XDG_CACHE_HOME '" WIKI_SCOPE "' stats").err,
+        "wiki-scope: no place for an index: neither XDG_CACHE_HOME nor HOME is set; set XDG_CACHE_HOME to a folder "
+        "of your own, or name an index with --index\n");
 }
 
 TEST_F(Command, ReportsWhatAnImportWroteAndSkipped) {

@@ -128,7 +128,8 @@ TEST_F(Lookup, TellsWhatAnIndexIsMadeOf) {
                                 "Resolution  Edges  References\n"
                                 "ambiguous       0           0\n"
                                 "import          0           0\n"
-                                "local           1           1\n"))
+                                "local           1           1\n"
+                                "unique          0           0\n"))
         << stats;
     const json machine = json::parse(run("stats --index new.db --format json").out);
     EXPECT_EQ(machine["bytes"], std::filesystem::file_size(folder / "new.db"));

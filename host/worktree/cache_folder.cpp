@@ -1,0 +1,76 @@
+#include "host/worktree/cache_folder.h"
+
+#include "host/files/content_hash.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+#include <stdexcept>
+#include <system_error>
+
+namespace host::worktree {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* REMEDY = "; set XDG_CACHE_HOME to a folder of your own, or name an index with --index";
+
+// The value of a variable that is an absolute path; empty for others, as the XDG specification has it.
+fs::path path_in(const char* variable) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the program never changes the environment
+    const char* const value = std::getenv(variable);
+    const fs::path path = value == nullptr ? "" : value;
+    return path.is_absolute() ? path : fs::path();
+}
+
+fs::path cache_home() {
+    if (const fs::path home = path_in("XDG_CACHE_HOME"); !home.empty()) {
+        return home;
+    }
+    const fs::path home = path_in("HOME");
+    if (home.empty()) {
+        throw std::runtime_error(std::string("no place for an index: neither XDG_CACHE_HOME nor HOME is set") + REMEDY);
+    }
+    return home / ".cache";
+}
+
+std::string hash_of(const std::string& text) {
+    constexpr std::string_view DIGITS = "0123456789abcdef";
+    ContentHash hash;
+    hash.add(text);
+    std::string digits;
+    for (auto rest = std::bit_cast<std::uint64_t>(hash.value()); rest != 0; rest >>= 4U) {
+        digits += DIGITS[rest & 0xFU];
+    }
+    return digits;
+}
+
+void make(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder.parent_path(), error);
+    struct stat status {};
+    const bool is_there = mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST;
+    if (!is_there || lstat(folder.c_str(), &status) != 0) {
+        error.assign(errno, std::generic_category());
+        throw std::runtime_error(folder.string() + ": cannot be made (" + error.message() + ")" + REMEDY);
+    }
+    if (!S_ISDIR(status.st_mode) || status.st_uid != geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+        throw std::runtime_error(folder.string() + ": not a folder that only you can write to" + REMEDY);
+    }
+}
+
+}  // namespace
+
+fs::path cache_folder(const fs::path& checkout) {
+    const fs::path all = cache_home() / "wiki-scope";
+    make(all);
+    const fs::path folder = all / (checkout.filename().string() + "-" + hash_of(checkout.string()));
+    make(folder);
+    return folder;
+}
+
+}  // namespace host::worktree

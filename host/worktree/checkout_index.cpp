@@ -1,0 +1,250 @@
+#include "host/worktree/checkout_index.h"
+
+#include "host/files/checkout.h"
+#include "host/files/file_descriptor.h"
+#include "host/rules/configuration.h"
+#include "host/rules/repository_rules.h"
+#include "host/sqlite/sqlite_index.h"
+#include "host/worktree/cache_folder.h"
+#include "host/worktree/import.h"
+#include "host/worktree/listed_sources.h"
+#include "host/worktree/remembered_files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace host::worktree {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+// What tells one file from another that may stand at its path; empty for none.
+std::string identity_of(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        return "";
+    }
+    std::string identity;
+    for (const auto part :
+         {static_cast<std::int64_t>(status.st_ino), static_cast<std::int64_t>(status.st_size),
+          static_cast<std::int64_t>(status.st_mtim.tv_sec), static_cast<std::int64_t>(status.st_mtim.tv_nsec)}) {
+        identity += std::to_string(part) + " ";
+    }
+    return identity;
+}
+
+// The time of day, in nanoseconds since 1970.
+std::int64_t now() {
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+// Holds a lock that other processes wait for.
+class ProcessLock {
+  public:
+    ProcessLock(const std::string& path, const std::function<void()>& check_interrupt)
+        : file_(path, O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR) {
+        constexpr std::chrono::milliseconds PERIOD(10);
+        while (file_.is_open() && flock(file_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+            check_interrupt();
+            std::this_thread::sleep_for(PERIOD);
+        }
+        if (!file_.is_open()) {
+            throw std::runtime_error(path + ": cannot be written (" + last_system_error().message() +
+                                     "); make room on its disk, or name an index with --index");
+        }
+    }
+
+  private:
+    FileDescriptor file_;
+};
+
+// All files that an index depends on: its sources, then the manifests.
+std::vector<const git::CheckoutFile*> relevant(const ListedSources& listed) {
+    std::vector<const git::CheckoutFile*> files;
+    for (const auto* const some : {&listed.sources, &listed.manifests}) {
+        for (const git::CheckoutFile& file : *some) {
+            files.push_back(&file);
+        }
+    }
+    return files;
+}
+
+}  // namespace
+
+class CheckoutIndex::Maker {
+  public:
+    Maker(const std::string& root, indexing::OnProgress on_progress)
+        : checkout_(root), folder_(cache_folder(checkout_.root())), index_(folder_ / "index.db"),
+          on_progress_(std::move(on_progress)) {}
+
+    [[nodiscard]] const Checkout& checkout() const { return checkout_; }
+    [[nodiscard]] const SqliteIndex& index() const { return index_; }
+
+    void refresh() {
+        constexpr std::chrono::milliseconds OFTEN_ENOUGH(200);
+        const std::scoped_lock lock(mutex_);
+        if (refreshed_ && Clock::now() - *refreshed_ < OFTEN_ENOUGH) {
+            return;
+        }
+        make_unless_current();
+        refreshed_ = Clock::now();
+    }
+
+  private:
+    void make_unless_current() {
+        indexing::Progress progress(on_progress_);
+        const ProcessLock lock(folder_ / "lock", [&] { progress.report(); });
+        const std::int64_t begin = now();
+        const RepositoryRules rules = with_repository_rules({}, checkout_);
+        const ListedSources listed = list_sources(checkout_, rules.exclusions, [&] { progress.report(); });
+        if (listed.sources.empty()) {
+            throw std::runtime_error(checkout_.root().string() +
+                                     ": no source file is there; go to a checkout, or name one with --checkout");
+        }
+        RememberedFiles remembered = read_remembered(memory());
+        const bool is_known = remembered.origin == origin(rules);
+        std::vector<std::int64_t> hashes;
+        if (!is_known || !is_unchanged(listed, remembered, hashes)) {
+            Imported imported = import_listed(checkout_, listed, rules, *index_.replace(), progress);
+            hashes = std::move(imported.content_hashes);
+            for (const git::CheckoutFile& manifest : listed.manifests) {
+                hashes.push_back(hash_of(manifest.path));
+            }
+        } else if (std::ranges::none_of(remembered.files, is_unsettled)) {
+            return;
+        }
+        remember(listed, hashes, begin, origin(rules));
+    }
+
+    [[nodiscard]] std::string memory() const { return folder_ / "files"; }
+
+    // What the index is of: itself, this program, which rules apply.
+    [[nodiscard]] std::string origin(const RepositoryRules& rules) const {
+        std::string origin = identity_of(index_.name());
+        return origin.empty()
+                   ? origin
+                   : origin + identity_of("/proc/self/exe") + to_json(rules.exclusions) + to_json(rules.tests);
+    }
+
+    static bool is_unsettled(const RememberedFile& file) { return file.stamp == git::FileStamp(); }
+
+    [[nodiscard]] std::int64_t hash_of(const std::string& path) const {
+        const std::optional<FileContent> content = checkout_.read(path, 0);
+        return content ? content->hash : 0;
+    }
+
+    // Whether all files are there with the contents that they had, and no others. Reads only those of which the system
+    // says something else. Puts the hashes of the contents into `hashes`.
+    bool is_unchanged(const ListedSources& listed, const RememberedFiles& remembered,
+                      std::vector<std::int64_t>& hashes) const {
+        const std::vector<const git::CheckoutFile*> files = relevant(listed);
+        const auto is_same_path = [](const git::CheckoutFile* file, const RememberedFile& known) {
+            return file->path == known.path;
+        };
+        if (!std::ranges::equal(files, remembered.files, is_same_path)) {
+            return false;
+        }
+        for (std::size_t at = 0; at < files.size(); ++at) {
+            const RememberedFile& known = remembered.files[at];
+            hashes.push_back(files[at]->stamp == known.stamp ? known.content_hash : hash_of(known.path));
+            if (hashes.back() != known.content_hash) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    void remember(const ListedSources& listed, const std::vector<std::int64_t>& hashes, std::int64_t begin,
+                  std::string origin) const {
+        // No file system counts time in larger steps. What changed as late may change again without another stamp.
+        constexpr std::int64_t STEP_OF_TIME = 2'000'000'000;
+        RememberedFiles remembered{.origin = std::move(origin), .files = {}};
+        const std::vector<const git::CheckoutFile*> files = relevant(listed);
+        for (std::size_t at = 0; at < files.size(); ++at) {
+            const auto& [path, stamp, origin_of_file] = *files[at];
+            const bool is_settled = std::max(stamp.modified, stamp.changed) < begin - STEP_OF_TIME;
+            remembered.files.push_back({path, is_settled ? stamp : git::FileStamp(), hashes[at]});
+        }
+        write_remembered(memory(), remembered);
+    }
+
+    const Checkout checkout_;
+    const fs::path folder_;
+    const SqliteIndex index_;
+    const indexing::OnProgress on_progress_;
+    std::mutex mutex_;
+    std::optional<Clock::time_point> refreshed_;
+};
+
+namespace {
+
+template <class Maker>
+class CheckoutConnection : public IndexConnection {
+  public:
+    explicit CheckoutConnection(std::shared_ptr<Maker> maker)
+        : maker_(std::move(maker)), connection_(maker_->index().connect()) {}
+
+    void watch(CheckInterrupt check_interrupt) override { connection_->watch(std::move(check_interrupt)); }
+    [[nodiscard]] std::unique_ptr<storage::Database> read() override { return connection_->read(); }
+    [[nodiscard]] bool is_current() override {
+        maker_->refresh();
+        return connection_->is_current();
+    }
+
+  private:
+    std::shared_ptr<Maker> maker_;
+    std::unique_ptr<IndexConnection> connection_;
+};
+
+}  // namespace
+
+CheckoutIndex::CheckoutIndex(const std::string& root, indexing::OnProgress on_progress)
+    : maker_(std::make_shared<Maker>(root, std::move(on_progress))) {}
+
+CheckoutIndex::~CheckoutIndex() = default;
+
+std::string CheckoutIndex::name() const {
+    return maker_->index().name();
+}
+
+std::unique_ptr<IndexConnection> CheckoutIndex::connect() const {
+    maker_->refresh();
+    return std::make_unique<CheckoutConnection<Maker>>(maker_);
+}
+
+std::string CheckoutIndex::options() const {
+    return "--checkout " + maker_->checkout().root().string();
+}
+
+std::unique_ptr<NewIndex> CheckoutIndex::replace(CheckInterrupt check_interrupt) const {
+    return maker_->index().replace(std::move(check_interrupt));
+}
+
+fs::path checkout_around(const fs::path& folder) {
+    std::error_code error;
+    for (fs::path above = folder; !above.empty(); above = above.parent_path()) {
+        if (fs::exists(above / ".git", error) || fs::exists(above / CONFIGURATION_FILE, error)) {
+            return above;
+        }
+        if (above == above.root_path()) {
+            break;
+        }
+    }
+    return folder;
+}
+
+}  // namespace host::worktree
