@@ -1,6 +1,9 @@
 // Numbers and texts as bytes, for files that this program writes for itself.
 #pragma once
 
+#include "host/files/content_hash.h"
+
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
@@ -8,6 +11,13 @@
 #include <string_view>
 
 namespace host::worktree {
+
+/// Returns a hash that other bytes hardly have.
+inline std::uint64_t checksum(std::string_view bytes) {
+    ContentHash hash;
+    hash.add(bytes);
+    return std::bit_cast<std::uint64_t>(hash.value());
+}
 
 /// Thrown for bytes that are not what was written.
 struct Malformed : std::runtime_error {
@@ -82,6 +92,7 @@ class ByteReader {
     }
 
     [[nodiscard]] bool is_at_end() const { return rest_.empty(); }
+    [[nodiscard]] std::size_t rest() const { return rest_.size(); }  ///< how many bytes are left
 
   private:
     std::string_view rest_;

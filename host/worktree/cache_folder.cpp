@@ -1,14 +1,15 @@
 #include "host/worktree/cache_folder.h"
 
-#include "host/files/content_hash.h"
+#include "host/worktree/bytes.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <bit>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 
 namespace host::worktree {
@@ -38,12 +39,11 @@ fs::path cache_home() {
     return home / ".cache";
 }
 
-std::string hash_of(const std::string& text) {
+// "3f0a" and the like for a text.
+std::string digits_of(std::string_view text) {
     constexpr std::string_view DIGITS = "0123456789abcdef";
-    ContentHash hash;
-    hash.add(text);
     std::string digits;
-    for (auto rest = std::bit_cast<std::uint64_t>(hash.value()); rest != 0; rest >>= 4U) {
+    for (std::uint64_t rest = checksum(text); rest != 0; rest >>= 4U) {
         digits += DIGITS[rest & 0xFU];
     }
     return digits;
@@ -68,7 +68,7 @@ void make(const fs::path& folder) {
 fs::path cache_folder(const fs::path& checkout) {
     const fs::path all = cache_home() / "wiki-scope";
     make(all);
-    const fs::path folder = all / (checkout.filename().string() + "-" + hash_of(checkout.string()));
+    const fs::path folder = all / (checkout.filename().string() + "-" + digits_of(checkout.string()));
     make(folder);
     return folder;
 }

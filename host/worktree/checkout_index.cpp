@@ -6,6 +6,7 @@
 #include "host/rules/repository_rules.h"
 #include "host/sqlite/sqlite_index.h"
 #include "host/worktree/cache_folder.h"
+#include "host/worktree/facts_store.h"
 #include "host/worktree/import.h"
 #include "host/worktree/listed_sources.h"
 #include "host/worktree/remembered_files.h"
@@ -15,12 +16,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -44,6 +45,10 @@ std::string identity_of(const std::string& path) {
         identity += std::to_string(part) + " ";
     }
     return identity;
+}
+
+std::string this_program() {
+    return identity_of("/proc/self/exe");
 }
 
 // The time of day, in nanoseconds since 1970.
@@ -119,7 +124,9 @@ class CheckoutIndex::Maker {
         const bool is_known = remembered.origin == origin(rules);
         std::vector<std::int64_t> hashes;
         if (!is_known || !is_unchanged(listed, remembered, hashes)) {
-            Imported imported = import_listed(checkout_, listed, rules, *index_.replace(), progress);
+            FactsStore facts(folder_ / "facts", this_program());
+            const KnownSources known{facts, known_hashes(listed, remembered)};
+            Imported imported = import_listed(checkout_, listed, rules, &known, *index_.replace(), progress);
             hashes = std::move(imported.content_hashes);
             for (const git::CheckoutFile& manifest : listed.manifests) {
                 hashes.push_back(hash_of(manifest.path));
@@ -135,9 +142,7 @@ class CheckoutIndex::Maker {
     // What the index is of: itself, this program, which rules apply.
     [[nodiscard]] std::string origin(const RepositoryRules& rules) const {
         std::string origin = identity_of(index_.name());
-        return origin.empty()
-                   ? origin
-                   : origin + identity_of("/proc/self/exe") + to_json(rules.exclusions) + to_json(rules.tests);
+        return origin.empty() ? origin : origin + this_program() + to_json(rules.exclusions) + to_json(rules.tests);
     }
 
     static bool is_unsettled(const RememberedFile& file) { return file.stamp == git::FileStamp(); }
@@ -166,6 +171,21 @@ class CheckoutIndex::Maker {
             }
         }
         return true;
+    }
+
+    // The hashes of those sources of which the system says nothing new; 0 for others.
+    static std::vector<std::int64_t> known_hashes(const ListedSources& listed, const RememberedFiles& remembered) {
+        std::unordered_map<std::string_view, const RememberedFile*> files;
+        for (const RememberedFile& file : remembered.files) {
+            files.emplace(file.path, &file);
+        }
+        std::vector<std::int64_t> hashes;
+        for (const git::CheckoutFile& source : listed.sources) {
+            const auto found = files.find(source.path);
+            hashes.push_back(found != files.end() && found->second->stamp == source.stamp ? found->second->content_hash
+                                                                                          : 0);
+        }
+        return hashes;
     }
 
     void remember(const ListedSources& listed, const std::vector<std::int64_t>& hashes, std::int64_t begin,

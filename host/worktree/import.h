@@ -7,6 +7,7 @@
 #include "host/indexing/progress.h"
 #include "host/rules/path_rules.h"
 #include "host/rules/repository_rules.h"
+#include "host/worktree/facts_store.h"
 #include "host/worktree/listed_sources.h"
 
 #include <cstdint>
@@ -36,8 +37,14 @@ struct Imported {
     std::vector<std::int64_t> content_hashes;  ///< of the sources in the order of `ListedSources`; 0 for an unread one
 };
 
-/// The same for sources that have been listed.
+/// What an earlier import knew of the sources.
+struct KnownSources {
+    FactsStore& facts;
+    std::vector<std::int64_t> content_hashes;  ///< as those of `Imported`; 0 for a source that must be read
+};
+
+/// The same for sources that have been listed. `known` may be null.
 Imported import_listed(const Checkout& checkout, const ListedSources& listed, const RepositoryRules& rules,
-                       NewIndex& index, indexing::Progress& progress);
+                       const KnownSources* known, NewIndex& index, indexing::Progress& progress);
 
 }  // namespace host::worktree

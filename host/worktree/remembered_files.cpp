@@ -1,6 +1,5 @@
 #include "host/worktree/remembered_files.h"
 
-#include "host/files/content_hash.h"
 #include "host/worktree/bytes.h"
 
 #include <bit>
@@ -12,12 +11,6 @@
 namespace host::worktree {
 
 namespace {
-
-std::uint64_t checksum(std::string_view bytes) {
-    ContentHash hash;
-    hash.add(bytes);
-    return std::bit_cast<std::uint64_t>(hash.value());
-}
 
 std::uint64_t bits(std::int64_t number) {
     return std::bit_cast<std::uint64_t>(number);
