@@ -124,6 +124,9 @@ std::string failure_of(const Index& index, const std::exception& failure) {
 }
 
 std::string failure_of(const IndexOption& option, const Index& index, const std::exception& failure) {
+    if (option.place.empty() && dynamic_cast<const IndexError*>(&failure) != nullptr) {
+        return std::string(failure.what()) + "; remove " + index.name() + ", and try again";
+    }
     return failure_of(index, failure) + (option.origin.empty() ? "" : " (" + option.origin + " names this index)");
 }
 

@@ -99,6 +99,16 @@ class CheckoutIndex::Maker {
     [[nodiscard]] const Checkout& checkout() const { return checkout_; }
     [[nodiscard]] const SqliteIndex& index() const { return index_; }
 
+    // The index; made anew if what lies there cannot be opened.
+    [[nodiscard]] std::unique_ptr<IndexConnection> connect() {
+        refresh();
+        if (discard_unusable()) {
+            const std::scoped_lock lock(mutex_);
+            make_unless_current();
+        }
+        return index_.connect();
+    }
+
     void refresh() {
         constexpr std::chrono::milliseconds OFTEN_ENOUGH(200);
         const std::scoped_lock lock(mutex_);
@@ -110,6 +120,18 @@ class CheckoutIndex::Maker {
     }
 
   private:
+    // Removes a file that is no index that this program reads. Returns whether it did.
+    [[nodiscard]] bool discard_unusable() const {
+        try {
+            static_cast<void>(index_.connect());
+            return false;
+        } catch (const UnusableIndex&) {
+        } catch (const IndexError&) {
+        }
+        std::error_code error;
+        return fs::remove(index_.name(), error);
+    }
+
     void make_unless_current() {
         indexing::Progress progress(on_progress_);
         const ProcessLock lock(folder_ / "lock", [&] { progress.report(); });
@@ -124,6 +146,7 @@ class CheckoutIndex::Maker {
         const bool is_known = remembered.origin == origin(rules);
         std::vector<std::int64_t> hashes;
         if (!is_known || !is_unchanged(listed, remembered, hashes)) {
+            static_cast<void>(discard_unusable());  // what is no index is not replaced by one
             FactsStore facts(folder_ / "facts", this_program());
             const KnownSources known{facts, known_hashes(listed, remembered)};
             Imported imported = import_listed(checkout_, listed, rules, &known, *index_.replace(), progress);
@@ -216,7 +239,7 @@ template <class Maker>
 class CheckoutConnection : public IndexConnection {
   public:
     explicit CheckoutConnection(std::shared_ptr<Maker> maker)
-        : maker_(std::move(maker)), connection_(maker_->index().connect()) {}
+        : maker_(std::move(maker)), connection_(maker_->connect()) {}
 
     void watch(CheckInterrupt check_interrupt) override { connection_->watch(std::move(check_interrupt)); }
     [[nodiscard]] std::unique_ptr<storage::Database> read() override { return connection_->read(); }
@@ -242,7 +265,6 @@ std::string CheckoutIndex::name() const {
 }
 
 std::unique_ptr<IndexConnection> CheckoutIndex::connect() const {
-    maker_->refresh();
     return std::make_unique<CheckoutConnection<Maker>>(maker_);
 }
 
