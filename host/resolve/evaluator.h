@@ -68,7 +68,7 @@ class Evaluator {
     // Members (evaluator_members.cpp).
     Meaning members(const Meaning& of, Name name);
     Meaning member(FileId file, const syntax::Expression& member);
-    void add_members(const Entity& of, Name name, Meaning& found);
+    void add_members(const Entity& of, Name name, std::size_t depth, Meaning& found);
     bool add_members_of_type(Symbol type, const Place& arguments, Name name, std::size_t depth, Meaning& found);
     bool add_members_of_bases(Symbol type, Name name, std::size_t depth, Meaning& found);
     Meaning bases_of(Symbol type);

@@ -37,7 +37,7 @@ Meaning Evaluator::member(FileId file, const syntax::Expression& member) {
 Meaning Evaluator::members(const Meaning& of, Name name) {
     Meaning found;
     for (const Entity& entity : values(of)) {
-        add_members(entity, name, found);
+        add_members(entity, name, 0, found);
     }
     // What is foreign among several says nothing of the others.
     if (std::ranges::any_of(found, [](const Entity& entity) { return entity.what != What::FOREIGN; })) {
@@ -46,7 +46,11 @@ Meaning Evaluator::members(const Meaning& of, Name name) {
     return found;
 }
 
-void Evaluator::add_members(const Entity& of, Name name, Meaning& found) {
+// `depth` counts the types that stand for one another: a type parameter may be its own bound.
+void Evaluator::add_members(const Entity& of, Name name, std::size_t depth, Meaning& found) {
+    if (depth > MOST_BASES_DEEP) {
+        return;
+    }
     switch (of.what) {
     case What::FOREIGN:
         add_once(found, of);
@@ -55,11 +59,11 @@ void Evaluator::add_members(const Entity& of, Name name, Meaning& found) {
         add_once(found, exported(of.id, name));
         break;
     case What::INSTANCE:
-        add_members_of_type(of.id, of.at, name, 0, found);
+        add_members_of_type(of.id, of.at, name, depth, found);
         break;
     case What::SYMBOL:
         if (catalog_.declaration(of.id).kind == Kind::TYPE) {
-            add_members_of_type(of.id, of.at, name, 0, found);
+            add_members_of_type(of.id, of.at, name, depth, found);
         } else if (catalog_.declaration(of.id).kind == Kind::NAMESPACE) {
             add_once(found, exported(catalog_.container_of(of.id), name));
         }
@@ -69,7 +73,7 @@ void Evaluator::add_members(const Entity& of, Name name, Meaning& found) {
         const syntax::Expression& structure = catalog_.syntax(of.at.file).expressions[of.at.expression];
         if (structure.operation == Operation::POINTER || structure.operation == Operation::TYPE_OF) {
             for (const Entity& target : instances(values(of.at.file, structure.a))) {
-                add_members(target, name, found);
+                add_members(target, name, depth + 1, found);
             }
         } else {
             add_once(found, Entity{.what = What::FOREIGN});  // of a list, a map, a function
@@ -80,7 +84,7 @@ void Evaluator::add_members(const Entity& of, Name name, Meaning& found) {
     case What::PARAMETRIC: {
         const syntax::Expression& parameter = catalog_.syntax(of.at.file).expressions[of.at.expression];
         for (const Entity& bound : instances(values(of.at.file, parameter.a))) {
-            add_members(bound, name, found);
+            add_members(bound, name, depth + 1, found);
         }
         break;
     }
@@ -129,7 +133,7 @@ bool Evaluator::add_members_of_bases(Symbol type, Name name, std::size_t depth, 
             return base.id != type && add_members_of_type(base.id, base.at, name, depth + 1, found);
         }
         const std::size_t before = found.size();
-        add_members(base, name, found);
+        add_members(base, name, depth + 1, found);
         return found.size() > before;
     });
 }
