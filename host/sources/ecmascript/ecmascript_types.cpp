@@ -45,7 +45,7 @@ ExpressionId EcmascriptReader::built_in(string_view name, const std::vector<Expr
         return out_.add(Operation::AWAITABLE, argument(0));
     }
     if (name == RETURN_TYPE) {
-        return argument(0) == UNKNOWN ? UNKNOWN : out_.add(Operation::CALL, argument(0));
+        return argument(0) == UNKNOWN ? UNKNOWN : out_.add(Operation::CALL, out_.instance(argument(0)));
     }
     return argument(0);
 }

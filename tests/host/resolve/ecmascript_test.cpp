@@ -128,5 +128,41 @@ TEST(Ecmascript, MembersAreThoseOfTheTypesThatTheSourceStates) {
               "import make of m.ts, 2 from line 1\n");
 }
 
+TEST(Ecmascript, ArgumentsAreOfTheTypesThatFunctionsTake) {
+    EXPECT_EQ(references_from({{"a.tsx", "import {Item, make, View, each, once} from './m';\n"
+                                         "make({x: 1, part: {y: 2}});\n"
+                                         "new Item({x: 1}, (item) => item.part);\n"
+                                         "each((item) => { item.x; });\n"
+                                         "export const v = <View x={1} part={{y: 2}} />;\n"
+                                         "once({x: 1}, 'a');\n"},
+                               {"m.ts", "export interface Part { y: number }\n"
+                                        "export class Item {\n"
+                                        "  x: number; part: Part;\n"
+                                        "  constructor(like: Item, use: (item: Item) => void) {}\n"
+                                        "}\n"
+                                        "export function make(item: Item | string) {}\n"
+                                        "export function View({x, part}: Item) {}\n"
+                                        "export const each = (visit: (this: Part, item: Item) => void) => {};\n"
+                                        "export function once(a: Item, b: string): void;\n"
+                                        "export function once(a: Part, b: number): void {}\n"}}),
+              "import Part.y of m.ts, 2 from line 2\n"
+              "import Item of m.ts, 2 from line 1\n"
+              "import Item.x of m.ts, 4 from line 2\n"
+              "import Item.part of m.ts, 3 from line 2\n"
+              "import make of m.ts, 2 from line 1\n"
+              "import View of m.ts, 2 from line 1\n"
+              "import each of m.ts, 2 from line 1\n"
+              "import once of m.ts, 2 from line 1\n");
+}
+
+TEST(Ecmascript, TypesThatStandForThemselvesEndTheLookup) {
+    EXPECT_EQ(references_from({{"a.ts", "class A<T extends U, U extends T> { f(t: T) { t.x; } }\n"
+                                        "interface B extends C {}\ninterface C extends B {}\n"
+                                        "declare const b: B; b.x;\ntype D = D; declare const d: D; d.x;\n"
+                                        "const e = e.x; function f(g = f()) { return f().x; }\n"}})
+                  .find(".x"),
+              std::string::npos);
+}
+
 }  // namespace
 }  // namespace host::resolve
