@@ -42,7 +42,12 @@ RustReader::Id RustReader::read_field(const Node& node) {
         return number.size() == 1 ? component(value, static_cast<std::uint32_t>(number.front() - '0'))
                                   : syntax::UNKNOWN;
     }
-    return out_.use_member(value, name_token(field, Role::VALUE, Space::VALUE));
+    return use_field(value, field, Role::VALUE);
+}
+
+RustReader::Id RustReader::use_field(Id value, const Node& name, Role role) {
+    const std::string field = rust_field_name(name_text(name));
+    return out_.use_member(value, {.name = field, .line = name.exists() ? name.line() : 1, .role = role});
 }
 
 // A field with a number, of a tuple or a struct.
@@ -50,8 +55,8 @@ RustReader::Id RustReader::component(Id value, std::uint32_t number) {
     if (value == syntax::UNKNOWN) {
         return value;
     }
-    const Id of_struct = out_.add(
-        {Operation::MEMBER, value, static_cast<std::uint32_t>(Space::VALUE), out_.name(std::to_string(number))});
+    const Id of_struct = out_.add({Operation::MEMBER, value, static_cast<std::uint32_t>(Space::VALUE),
+                                   out_.name(rust_field_name(std::to_string(number)))});
     return out_.one_of(std::array{out_.add(Operation::COMPONENT, value, number), of_struct});
 }
 
@@ -178,13 +183,13 @@ RustReader::Id RustReader::read_struct_literal(const Node& node) {
         if (child.type() == "field_initializer") {
             const Node field = child.child(at.field);
             if (field.type() != "integer_literal") {
-                out_.use_member(value, name_token(field, Role::KEY, Space::VALUE));
+                use_field(value, field, Role::KEY);
             }
             visit(child.child(at.value));
         } else if (child.type() == "shorthand_field_initializer") {
             for_each_child(child, [&](const Node& field, TSFieldId) {
                 if (field.type() == "identifier") {
-                    out_.use_member(value, name_token(field, Role::KEY, Space::VALUE));
+                    use_field(value, field, Role::KEY);
                 }
             });
         } else {

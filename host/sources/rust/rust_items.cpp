@@ -39,8 +39,12 @@ RustReader::Id RustReader::read_items(const Node& node) {
 
 // A local item hides what has its name outside of the block.
 DeclarationId RustReader::declare(const Node& name, Kind kind) {
+    return declare(name, name_text(name), kind);
+}
+
+DeclarationId RustReader::declare(const Node& name, std::string_view as, Kind kind) {
     const bool is_member = surroundings_.parent != syntax::NO_DECLARATION;
-    const DeclarationId id = out_.declare({.name = out_.name(name_text(name)),
+    const DeclarationId id = out_.declare({.name = out_.name(as),
                                            .kind = kind,
                                            .parent = is_member ? surroundings_.parent : out_.around(),
                                            .owner = surroundings_.owner,
@@ -92,10 +96,11 @@ void RustReader::declare_fields(const Node& body, DeclarationId type) {
     for_each_child(body, [&](const Node& child, TSFieldId field) {
         if (child.type() == "field_declaration") {
             const Id value = out_.instance(visit(child.child(at.type)));
-            out_.declaration(declare(child.child(at.name), Kind::VALUE)).type = value;
+            const Node name = child.child(at.name);
+            out_.declaration(declare(name, rust_field_name(name_text(name)), Kind::VALUE)).type = value;
         } else if (field == at.type) {
             const Id value = out_.instance(visit(child));
-            out_.declare({.name = out_.name(std::to_string(number++)),
+            out_.declare({.name = out_.name(rust_field_name(std::to_string(number++))),
                           .kind = Kind::VALUE,
                           .parent = type,
                           .type = value,

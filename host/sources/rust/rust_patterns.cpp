@@ -196,8 +196,7 @@ void RustReader::bind_struct(const Node& pattern) {
         }
         const Node name = child.child(at.name);
         const bool is_number = text(name).find_first_not_of("0123456789") == std::string_view::npos;
-        const Id field =
-            is_number ? syntax::UNKNOWN : out_.use_member(value, name_token(name, Role::KEY, Space::VALUE));
+        const Id field = is_number ? syntax::UNKNOWN : use_field(value, name, Role::KEY);
         if (const Node inner = child.child(at.pattern); inner.exists()) {
             bind(inner, field);
         } else {

@@ -123,6 +123,10 @@ const NodeRules<RustReader>& RustReader::rules() {
     return rules;
 }
 
+std::string rust_field_name(std::string_view written) {
+    return "." + std::string(written);
+}
+
 bool is_rust_comment(const Node& node) {
     return node.type() == "line_comment" || node.type() == "block_comment";
 }

@@ -4,6 +4,8 @@
 // sees. `Self` and `self` are what the block around them is for. What stands in a function is local: its items are
 // bound where its block begins; a block with `use` in it is a hidden namespace.
 //
+// A field and a method of one name are two things. So the names of fields begin with "." here: `.len`.
+//
 // `Option` and `Result` count as what must be waited for: `?`, `Some(x)` and `Ok(x)` lead to what they hold. Boxes,
 // counted pointers and cells count as pointers.
 #pragma once
@@ -65,6 +67,7 @@ class RustReader : public SyntaxReader<RustReader> {
     Id read_macro_definition(const Node& node);
     Id read_nothing(const Node& node);
     syntax::DeclarationId declare(const Node& name, syntax::Kind kind);
+    syntax::DeclarationId declare(const Node& name, std::string_view as, syntax::Kind kind);
     void declare_fields(const Node& body, syntax::DeclarationId type);
     void declare_variant(const Node& node, syntax::DeclarationId type);
     void bind_parameters(const Node& parameters);
@@ -126,6 +129,7 @@ class RustReader : public SyntaxReader<RustReader> {
     void read_macro_arguments(const Node& arguments);
     Id constructed(const Node& function, Id argument);
     Id component(Id value, std::uint32_t number);
+    Id use_field(Id value, const Node& name, syntax::Role role);
 
     // Statements and patterns (rust_patterns.cpp).
     Id read_block(const Node& node);
@@ -148,6 +152,9 @@ class RustReader : public SyntaxReader<RustReader> {
     std::unordered_map<std::string, Id> imported_;  // by the whole path, and where it stands
     std::unordered_map<std::string_view, bool> is_imported_from_own_;  // by name: whether it comes from this crate
 };
+
+/// Returns the name under which a field is declared and looked up.
+std::string rust_field_name(std::string_view written);
 
 /// Whether a node is a comment, which may stand anywhere.
 bool is_rust_comment(const Node& node);

@@ -27,14 +27,15 @@ std::string mentions_in(const std::string& statements) {
 
 TEST(RustSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
     const std::vector<std::pair<std::string, std::string>> cases{
-        {"s.x;", "2 value of(pointer(Store')).x\n"},
+        {"s.x;", "2 value of(pointer(Store'))..x\n"},
         {"let t: T = g(); t.x();", "2 type T'\n2 call g\n2 call of(T').x\n"},
         {"if let Some(t) = g() { t.x() }", "2 call g\n2 call awaited(call(g)).x\n"},
-        {"let (a, b) = g()?; b.x;", "2 call g\n2 value one_of(awaited(call(g))[1] awaited(call(g)).1).x\n"},
-        {"let T { x, y: z } = g(); z.n();", "2 call g\n2 type T'\n2 key of(T').x\n2 key of(T').y\n2 call of(T').y.n\n"},
+        {"let (a, b) = g()?; b.x;", "2 call g\n2 value one_of(awaited(call(g))[1] awaited(call(g))..1)..x\n"},
+        {"let T { x, y: z } = g(); z.n();",
+         "2 call g\n2 type T'\n2 key of(T')..x\n2 key of(T')..y\n2 call of(T')..y.n\n"},
         {"match g() { E::A(t) => t.x(), NONE => {} }",
-         "2 call g\n2 value E\n2 value E.A\n2 call one_of(of(E.A)[0] of(E.A).0).x\n2 value NONE\n"},
-        {"for t in s.all { t.x() }", "2 value of(pointer(Store')).all\n2 call element(of(pointer(Store')).all).x\n"},
+         "2 call g\n2 value E\n2 value E.A\n2 call one_of(of(E.A)[0] of(E.A)..0).x\n2 value NONE\n"},
+        {"for t in s.all { t.x() }", "2 value of(pointer(Store'))..all\n2 call element(of(pointer(Store'))..all).x\n"},
         {"g(|t| t.x());", "2 call g\n2 call ?.x\n"},
         {"h(); fn h() {} s::h();", "2 value s\n2 call s.h\n"},
         {"'a: loop { break 'a; }", ""},
@@ -88,7 +89,7 @@ TEST(RustSyntax, WhatTheOutlineHasOutsideOfFunctionsIsDeclaredWhereItStands) {
             declared += std::string(outline.syntax->name(found->name)) + (found->is_in_test ? "? " : " ");
         }
     }
-    EXPECT_EQ(declared, "n S x E A B y T O K m C D L q t? in? ");
+    EXPECT_EQ(declared, "n S .x E A B .y T O K m C D L q t? in? ");
 }
 
 }  // namespace
