@@ -37,14 +37,29 @@ JavaModifiers JavaReader::read_modifiers(const Node& declaration) {
 }
 
 DeclarationId JavaReader::declare(const Node& name, Kind kind, const JavaModifiers& modifiers) {
-    const std::string_view written = text(name);
-    return out_.declare({.name = out_.name(kind == Kind::FUNCTION ? method_name(written) : written),
+    return declare(name, text(name), kind, modifiers);
+}
+
+DeclarationId JavaReader::declare(const Node& name, std::string_view as, Kind kind, const JavaModifiers& modifiers) {
+    return out_.declare({.name = out_.name(as),
                          .kind = kind,
                          .parent = out_.around(),
                          .offset = is_local() ? 0 : name.begin(),
                          .is_private = modifiers.is_private,
                          .is_static = modifiers.is_static,
                          .is_hidden = is_local()});
+}
+
+DeclarationId JavaReader::declare_method(const Node& node) {
+    const Node name = node.child(JavaFields::get().name);
+    const JavaModifiers modifiers = read_modifiers(node);
+    return declare(name, method_name(text(name)), Kind::FUNCTION, modifiers);
+}
+
+DeclarationId JavaReader::declare_constructor(const Node& node) {
+    const Node name = node.child(JavaFields::get().name);
+    const JavaModifiers modifiers = read_modifiers(node);
+    return declare(name, constructor_name(text(name)), Kind::FUNCTION, modifiers);
 }
 
 // Names of bases are looked up around the class, not in it.
@@ -61,10 +76,15 @@ JavaReader::Id JavaReader::read_class(const Node& node) {
         out_.bind(parameter.name, out_.add(Operation::PARAMETER, parameter.bound, number++));
     }
     std::vector<Id> bases;
+    Construction construction{.own = constructor_name(text(node.child(at.name))), .base = {}};
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "superclass" || child.type() == "super_interfaces" ||
             child.type() == "extends_interfaces") {
             add_bases(child, bases);
+            if (child.type() == "superclass" && !bases.empty()) {
+                construction.base = constructor_name(simple_name(child));
+                construction.base_type = bases.front();
+            }
         } else if (child.type() == "permits") {
             visit(child);
         }
@@ -72,9 +92,11 @@ JavaReader::Id JavaReader::read_class(const Node& node) {
     out_.declaration(id).bases = out_.list(bases);
     out_.open(id);
     std::vector<Component> outer = std::exchange(components_, {});
+    Construction outer_construction = std::exchange(construction_, std::move(construction));
     declare_components(node.child(at.parameters));
     visit(node.child(at.body));
     components_ = std::move(outer);
+    construction_ = std::move(outer_construction);
     out_.close();
     --class_scopes_;
     out_.close();
@@ -141,7 +163,7 @@ void JavaReader::declare_components(const Node& parameters) {
             name = part.type() == "variable_declarator" ? part.child(at.name) : name;
         });
         out_.declaration(declare(name, Kind::VALUE, {.is_private = true})).type = component.value;
-        const DeclarationId reader = declare(name, Kind::FUNCTION, {});
+        const DeclarationId reader = declare(name, method_name(text(name)), Kind::FUNCTION, {});
         out_.declaration(reader).type = component.type;
         out_.declaration(reader).most_arguments = 0;
         components_.push_back(component);
@@ -151,7 +173,7 @@ void JavaReader::declare_components(const Node& parameters) {
 // What calls a method may not say which type parameters it has, so a result of such a type is not known.
 JavaReader::Id JavaReader::read_method(const Node& node) {
     const JavaFields& at = JavaFields::get();
-    const DeclarationId id = declare(node.child(at.name), Kind::FUNCTION, read_modifiers(node));
+    const DeclarationId id = declare_method(node);
     out_.open_local();
     const std::vector<TypeParameter> parameters = read_type_parameters(node.child(at.type_parameters));
     const Id type = lists_of(visit(node.child(at.type)), node.child(at.dimensions));
@@ -166,7 +188,7 @@ JavaReader::Id JavaReader::read_method(const Node& node) {
 
 JavaReader::Id JavaReader::read_constructor(const Node& node) {
     const JavaFields& at = JavaFields::get();
-    const DeclarationId id = declare(node.child(at.name), Kind::CONSTRUCTOR, read_modifiers(node));
+    const DeclarationId id = declare_constructor(node);
     out_.open_local();
     for (const TypeParameter& parameter : read_type_parameters(node.child(at.type_parameters))) {
         out_.bind(parameter.name, out_.add(Operation::LOCAL, parameter.bound));
@@ -179,7 +201,7 @@ JavaReader::Id JavaReader::read_constructor(const Node& node) {
 // Its parameters are those of the record.
 JavaReader::Id JavaReader::read_compact_constructor(const Node& node) {
     const JavaFields& at = JavaFields::get();
-    const DeclarationId id = declare(node.child(at.name), Kind::CONSTRUCTOR, read_modifiers(node));
+    const DeclarationId id = declare_constructor(node);
     out_.open(id);
     out_.open_local();
     for (const Component& component : components_) {
@@ -253,7 +275,7 @@ std::vector<JavaReader::Id> JavaReader::bind_parameters(const Node& parameters, 
 
 JavaReader::Id JavaReader::read_annotation_element(const Node& node) {
     const JavaFields& at = JavaFields::get();
-    const DeclarationId id = declare(node.child(at.name), Kind::FUNCTION, read_modifiers(node));
+    const DeclarationId id = declare_method(node);
     const Id type = lists_of(visit(node.child(at.type)), node.child(at.dimensions));
     out_.declaration(id).type = type;
     out_.declaration(id).most_arguments = 0;

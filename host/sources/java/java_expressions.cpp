@@ -163,6 +163,25 @@ JavaReader::Id JavaReader::read_call(const Node& node) {
     return call;
 }
 
+// `this(...)` and `super(...)`.
+JavaReader::Id JavaReader::read_constructor_call(const Node& node) {
+    const JavaFields& at = JavaFields::get();
+    visit(node.child(at.object));
+    const std::vector<Id> arguments = read_arguments(node.child(at.arguments));
+    const Node word = node.child(at.constructor);
+    const bool is_own = word.exists() && word.type() == "this";
+    const std::string& name = is_own ? construction_.own : construction_.base;
+    const Id type = is_own ? out_.add(Operation::SELF_TYPE, out_.around()) : construction_.base_type;
+    if (type != syntax::UNKNOWN) {
+        const Id constructor =
+            out_.add({Operation::MEMBER, type, static_cast<std::uint32_t>(Space::VALUE), out_.name(name)});
+        out_.mention(
+            out_.add(Operation::CALL, constructor, out_.list(arguments)),
+            {.name = name, .line = node.line(), .role = Role::CALL, .arguments = java_count(arguments.size())});
+    }
+    return syntax::UNKNOWN;
+}
+
 // `new Type(...)`, `outer.new Inner(...)`, `new Type(...) { ... }`.
 JavaReader::Id JavaReader::read_creation(const Node& node) {
     const JavaFields& at = JavaFields::get();

@@ -152,6 +152,12 @@ JavaReader::Id JavaReader::type_named(const std::vector<Node>& segments, Role ro
     return type;
 }
 
+/// The last name of a type, or of what holds nothing but a type.
+std::string_view JavaReader::simple_name(const Node& type) const {
+    const std::vector<Node> segments = java_segments(type);
+    return segments.empty() ? std::string_view() : text(segments.back());
+}
+
 // A type that the text names with its package. It serves as an import that binds no name.
 JavaReader::Id JavaReader::type_of_package(const std::string& package, const Node& name, Role role) {
     const auto [found, is_new] = types_of_packages_.emplace(package + "." + std::string(text(name)), syntax::UNKNOWN);
@@ -167,9 +173,10 @@ JavaReader::Id JavaReader::type_of_package(const std::string& package, const Nod
 // `com.example.Store.open()`, where the file's own package or an import begins with `com`, and no local is named so.
 bool JavaReader::is_name_of_package(const Node& node) {
     const JavaFields& at = JavaFields::get();
+    constexpr std::size_t LONGEST = 20;  // no package has more names
     Node first = node;
-    while (first.exists() && first.type() == "field_access") {
-        if (is_capitalized(text(first.child(at.field)))) {
+    for (std::size_t names = 0; first.exists() && first.type() == "field_access"; ++names) {
+        if (names > LONGEST || is_capitalized(text(first.child(at.field)))) {
             return false;
         }
         first = first.child(at.object);

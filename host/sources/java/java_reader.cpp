@@ -17,6 +17,7 @@ const JavaFields& JavaFields::get() {
         .body = of("body"),
         .condition = of("condition"),
         .consequence = of("consequence"),
+        .constructor = of("constructor"),
         .declarator = of("declarator"),
         .dimensions = of("dimensions"),
         .element = of("element"),
@@ -100,6 +101,7 @@ const NodeRules<JavaReader>& JavaReader::rules() {
                                                  {"field_access", &R::read_field_access},
                                                  {"method_invocation", &R::read_call},
                                                  {"object_creation_expression", &R::read_creation},
+                                                 {"explicit_constructor_invocation", &R::read_constructor_call},
                                                  {"array_creation_expression", &R::read_array_creation},
                                                  {"array_access", &R::read_array_access},
                                                  {"cast_expression", &R::read_cast},
@@ -134,6 +136,10 @@ const NodeRules<JavaReader>& JavaReader::rules() {
 
 std::string method_name(std::string_view written) {
     return std::string(written) + "()";
+}
+
+std::string constructor_name(std::string_view type) {
+    return "new " + method_name(type);
 }
 
 std::uint8_t java_count(std::size_t count) {

@@ -3,7 +3,8 @@
 // Type parameters and all that stands in the body of a method are locals. A local or anonymous class is a hidden
 // declaration: names in it are looked up in its bases, too, before they are looked up around it.
 //
-// A method and a variable of one name are two things. So the names of methods end in "()" here: `size()`.
+// A method and a variable of one name are two things. So the names of methods end in "()" here: `size()`. A constructor
+// is a method that no other class has: `new List()`.
 #pragma once
 
 #include "host/sources/syntax_reader.h"
@@ -20,9 +21,9 @@ namespace host::sources {
 
 /// The fields of the grammar's nodes.
 struct JavaFields {
-    TSFieldId alternative, arguments, array, body, condition, consequence, declarator, dimensions, element, field,
-        index, key, left, name, object, operand, operation, parameters, pattern, right, scope, type, type_parameters,
-        value;
+    TSFieldId alternative, arguments, array, body, condition, consequence, constructor, declarator, dimensions, element,
+        field, index, key, left, name, object, operand, operation, parameters, pattern, right, scope, type,
+        type_parameters, value;
 
     static const JavaFields& get();
 };
@@ -53,6 +54,13 @@ class JavaReader : public SyntaxReader<JavaReader> {
         Id value = syntax::UNKNOWN;
     };
 
+    // What `this(...)` and `super(...)` construct.
+    struct Construction {
+        std::string own;   // the names of the constructors
+        std::string base;  // empty where the text states no superclass
+        Id base_type = syntax::UNKNOWN;
+    };
+
     // Packages and imports (java_imports.cpp).
     Id read_package(const Node& node);
     Id read_import(const Node& node);
@@ -60,6 +68,7 @@ class JavaReader : public SyntaxReader<JavaReader> {
     Id named_type(const Node& node, syntax::Role role);
     Id type_named(const std::vector<Node>& segments, syntax::Role role);
     Id type_of_package(const std::string& package, const Node& name, syntax::Role role);
+    [[nodiscard]] std::string_view simple_name(const Node& type) const;
     [[nodiscard]] bool is_name_of_package(const Node& node);
     [[nodiscard]] std::string joined(const std::vector<Node>& segments, std::size_t count) const;
     [[nodiscard]] bool is_of_library(std::string_view type) const;
@@ -75,6 +84,10 @@ class JavaReader : public SyntaxReader<JavaReader> {
     Id read_annotation(const Node& node);
     JavaModifiers read_modifiers(const Node& declaration);
     syntax::DeclarationId declare(const Node& name, syntax::Kind kind, const JavaModifiers& modifiers);
+    syntax::DeclarationId declare(const Node& name, std::string_view as, syntax::Kind kind,
+                                  const JavaModifiers& modifiers);
+    syntax::DeclarationId declare_method(const Node& node);
+    syntax::DeclarationId declare_constructor(const Node& node);
     std::vector<TypeParameter> read_type_parameters(const Node& node);
     void add_bases(const Node& node, std::vector<Id>& bases);
     void read_anonymous_class(const Node& body, Id base);
@@ -109,6 +122,7 @@ class JavaReader : public SyntaxReader<JavaReader> {
     Id read_field_access(const Node& node);
     Id read_call(const Node& node);
     Id read_creation(const Node& node);
+    Id read_constructor_call(const Node& node);
     Id read_array_creation(const Node& node);
     Id read_array_access(const Node& node);
     Id read_cast(const Node& node);
@@ -140,6 +154,7 @@ class JavaReader : public SyntaxReader<JavaReader> {
     std::unordered_set<std::string_view> package_roots_{"java", "javax"};  // with which names of packages begin
     std::unordered_map<std::string, Id> types_of_packages_;                // by whole name
     std::size_t class_scopes_ = 0;       // how many of the open local scopes hold type parameters of classes
+    Construction construction_;          // of the class around the reader
     std::vector<Component> components_;  // of the record around the reader
     std::unordered_set<Id> primitive_;   // types that no enum is, and their values
     Id selector_ = syntax::UNKNOWN;      // the value of the switch around the reader
@@ -147,6 +162,9 @@ class JavaReader : public SyntaxReader<JavaReader> {
 
 /// Returns the name under which a method is declared and looked up.
 std::string method_name(std::string_view written);
+
+/// Returns the same of a constructor of the class.
+std::string constructor_name(std::string_view type);
 
 /// Returns a number of parameters or arguments; `ANY_NUMBER` for more than nobody writes.
 std::uint8_t java_count(std::size_t count);

@@ -65,7 +65,8 @@ TEST(Java, NamesAreThoseOfClassesAroundThenImportsThenThePackageThenStars) {
     const std::map<std::string, std::string> sources{
         {"A.java", "package p; public class A { int x; void x() {} static class N {} }"},
         {"q/A.java", "package q; public class A extends p.A {}"},
-        {"q/C.java", "package q; public class C<T> { T t; static int f() { return 0; } static int f; }"},
+        {"q/C.java",
+         "package q; public class C<T> { C(int a) {} C() {} T t; static int f() { return 0; } static int f; }"},
         {"r/C.java", "package r; public class C {}"},
     };
     const std::vector<std::pair<std::string, std::string>> cases{
@@ -79,6 +80,7 @@ TEST(Java, NamesAreThoseOfClassesAroundThenImportsThenThePackageThenStars) {
         {"package o; class B extends q.A { void g() { x = 1; x(); new N(); } }", "A.x A.x() A.N A "},
         {"package p; class B { void g() { new A() { void h() { x(); } }; } void x() {} }", "A A.x() "},
         {"package o; import q.C; class B { C<p.A> c; void g() { c.t.x(); } }", "A A.x() C C.t "},
+        {"package q; class B extends C { B() { super(1); } B(int a) { this(); } }", "C C.new C() "},
         {"package p; import java.util.*; class B { void g(Map<B, List<A>> m) { for (var a : m.get(this)) a.x(); } }",
          "A "},
     };

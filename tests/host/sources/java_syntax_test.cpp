@@ -97,8 +97,9 @@ TEST(JavaSyntax, WhatTheOutlineHasOutsideOfMethodsIsDeclaredWhereItStands) {
                         "-" + std::to_string(found->most_arguments) + " ";
         }
     }
-    EXPECT_EQ(declared, "R:0-255 a:0-255 b:0-255 R:0-255 N:0-255 N:0-255 t:0-255 u:0-255 E:0-255 X:0-255 Y:0-255 "
-                        "K:0-255 v():0-0 I:0-255 C:0-255 m():2-2 ");
+    EXPECT_EQ(declared,
+              "R:0-255 a:0-255 b:0-255 new R():0-255 N:0-255 new N():0-255 t:0-255 u:0-255 E:0-255 X:0-255 Y:0-255 "
+              "K:0-255 v():0-0 I:0-255 C:0-255 m():2-2 ");
 }
 
 }  // namespace
