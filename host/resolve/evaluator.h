@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace host::resolve {
@@ -68,10 +69,17 @@ class Evaluator {
     // Members (evaluator_members.cpp).
     Meaning members(const Meaning& of, Name name);
     Meaning member(FileId file, const syntax::Expression& member);
-    void add_members(const Entity& of, Name name, std::size_t depth, Meaning& found);
-    bool add_members_of_type(Symbol type, const Place& arguments, Name name, std::size_t depth, Meaning& found);
-    bool add_members_of_bases(Symbol type, Name name, std::size_t depth, Meaning& found);
+    struct MemberSearch {
+        Name name;
+        std::unordered_set<Symbol> types = {};  // that were asked, each once
+        FileId file = NONE;                     // of the first
+        std::size_t steps = 0;
+    };
+    void add_members(const Entity& of, MemberSearch& search, Meaning& found);
+    bool add_members_of_type(Symbol type, const Place& arguments, MemberSearch& search, Meaning& found);
+    bool add_members_of_bases(Symbol type, MemberSearch& search, Meaning& found);
     Meaning bases_of(Symbol type);
+    [[nodiscard]] bool has_overloads(Symbol type) const;
     [[nodiscard]] Symbol enclosing_type(FileId file, syntax::DeclarationId declaration) const;
 
     // Values and types (evaluator_types.cpp).

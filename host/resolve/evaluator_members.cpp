@@ -12,7 +12,8 @@ using syntax::Kind;
 using syntax::Operation;
 using What = Entity::What;
 
-constexpr std::size_t MOST_BASES_DEEP = 30;
+// What nobody writes: more bases and pointers on the way to a member.
+constexpr std::size_t MOST_STEPS = 300;
 
 }  // namespace
 
@@ -26,7 +27,8 @@ Meaning Evaluator::member(FileId file, const syntax::Expression& member) {
     Meaning found;
     if (of.operation == Operation::SUPER) {
         if (const Symbol type = enclosing_type(file, of.a); type != NONE) {
-            add_members_of_bases(type, name, 0, found);
+            MemberSearch search{.name = name, .file = catalog_.file_of(type)};
+            add_members_of_bases(type, search, found);
         }
     } else {
         found = members(evaluate(file, member.a), name);
@@ -37,7 +39,8 @@ Meaning Evaluator::member(FileId file, const syntax::Expression& member) {
 Meaning Evaluator::members(const Meaning& of, Name name) {
     Meaning found;
     for (const Entity& entity : values(of)) {
-        add_members(entity, name, 0, found);
+        MemberSearch search{.name = name};
+        add_members(entity, search, found);
     }
     // What is foreign among several says nothing of the others.
     if (std::ranges::any_of(found, [](const Entity& entity) { return entity.what != What::FOREIGN; })) {
@@ -46,9 +49,8 @@ Meaning Evaluator::members(const Meaning& of, Name name) {
     return found;
 }
 
-// `depth` counts the types that stand for one another: a type parameter may be its own bound.
-void Evaluator::add_members(const Entity& of, Name name, std::size_t depth, Meaning& found) {
-    if (depth > MOST_BASES_DEEP) {
+void Evaluator::add_members(const Entity& of, MemberSearch& search, Meaning& found) {
+    if (++search.steps > MOST_STEPS) {
         return;
     }
     switch (of.what) {
@@ -56,16 +58,16 @@ void Evaluator::add_members(const Entity& of, Name name, std::size_t depth, Mean
         add_once(found, of);
         break;
     case What::MODULE:
-        add_once(found, exported(of.id, name));
+        add_once(found, exported(of.id, search.name));
         break;
     case What::INSTANCE:
-        add_members_of_type(of.id, of.at, name, depth, found);
+        add_members_of_type(of.id, of.at, search, found);
         break;
     case What::SYMBOL:
         if (catalog_.declaration(of.id).kind == Kind::TYPE) {
-            add_members_of_type(of.id, of.at, name, depth, found);
+            add_members_of_type(of.id, of.at, search, found);
         } else if (catalog_.declaration(of.id).kind == Kind::NAMESPACE) {
-            add_once(found, exported(catalog_.container_of(of.id), name));
+            add_once(found, exported(catalog_.container_of(of.id), search.name));
         }
         break;
     case What::STRUCTURE:
@@ -73,7 +75,7 @@ void Evaluator::add_members(const Entity& of, Name name, std::size_t depth, Mean
         const syntax::Expression& structure = catalog_.syntax(of.at.file).expressions[of.at.expression];
         if (structure.operation == Operation::POINTER || structure.operation == Operation::TYPE_OF) {
             for (const Entity& target : instances(values(of.at.file, structure.a))) {
-                add_members(target, name, depth + 1, found);
+                add_members(target, search, found);
             }
         } else {
             add_once(found, Entity{.what = What::FOREIGN});  // of a list, a map, a function
@@ -84,7 +86,7 @@ void Evaluator::add_members(const Entity& of, Name name, std::size_t depth, Mean
     case What::PARAMETRIC: {
         const syntax::Expression& parameter = catalog_.syntax(of.at.file).expressions[of.at.expression];
         for (const Entity& bound : instances(values(of.at.file, parameter.a))) {
-            add_members(bound, name, depth + 1, found);
+            add_members(bound, search, found);
         }
         break;
     }
@@ -92,20 +94,25 @@ void Evaluator::add_members(const Entity& of, Name name, std::size_t depth, Mean
 }
 
 // Adds what a type has by this name: itself, else the first of its bases that has it. Returns whether any has.
-bool Evaluator::add_members_of_type(Symbol type, const Place& arguments, Name name, std::size_t depth, Meaning& found) {
-    if (depth > MOST_BASES_DEEP) {
+bool Evaluator::add_members_of_type(Symbol type, const Place& arguments, MemberSearch& search, Meaning& found) {
+    if (++search.steps > MOST_STEPS || !search.types.insert(type).second) {
         return false;
     }
+    search.file = search.file == NONE ? catalog_.file_of(type) : search.file;
     std::vector<Symbol> own;
-    for (const Symbol symbol : catalog_.members(catalog_.container_of(type), name)) {
-        if (catalog_.declaration(symbol).kind != Kind::CONSTRUCTOR) {
+    for (const Symbol symbol : catalog_.members(catalog_.container_of(type), search.name)) {
+        const syntax::Declaration& declaration = catalog_.declaration(symbol);
+        const bool is_inherited = !declaration.is_private || catalog_.file_of(symbol) == search.file;
+        if (declaration.kind != Kind::CONSTRUCTOR && is_inherited) {
             own.push_back(symbol);
         }
     }
     const auto is_implicit = [this](Symbol symbol) { return catalog_.declaration(symbol).is_implicit; };
     if (!own.empty() && std::ranges::all_of(own, is_implicit)) {
         Meaning inherited;
-        add_members_of_bases(type, name, depth, inherited);
+        MemberSearch among_bases = search;
+        add_members_of_bases(type, among_bases, inherited);
+        search.steps = among_bases.steps;
         if (std::ranges::any_of(inherited, [&](const Entity& entity) {
                 return entity.what == What::SYMBOL && !is_implicit(entity.id);
             })) {
@@ -117,25 +124,35 @@ bool Evaluator::add_members_of_type(Symbol type, const Place& arguments, Name na
         add_once(found, Entity{.what = What::SYMBOL, .id = symbol, .at = arguments});
     }
     // Methods of the bases are overloads of those that the type has itself.
-    const LanguageRules* const rules = languages_.rules(catalog_.file_of(type));
-    const bool has_overloads = rules != nullptr && rules->has_overloads;
     const bool is_function = !own.empty() && catalog_.declaration(own.front()).kind == Kind::FUNCTION;
-    if (own.empty() || (has_overloads && is_function)) {
-        return add_members_of_bases(type, name, depth, found) || !own.empty();
+    if (own.empty() || (is_function && has_overloads(type))) {
+        return add_members_of_bases(type, search, found) || !own.empty();
     }
     return true;
 }
 
-bool Evaluator::add_members_of_bases(Symbol type, Name name, std::size_t depth, Meaning& found) {
-    const Meaning bases = bases_of(type);
-    return std::ranges::any_of(bases, [&](const Entity& base) {
-        if (base.what == What::SYMBOL) {
-            return base.id != type && add_members_of_type(base.id, base.at, name, depth + 1, found);
-        }
+// Of several bases that have it the first counts, but all have overloads: up to one from elsewhere, which may have any.
+bool Evaluator::add_members_of_bases(Symbol type, MemberSearch& search, Meaning& found) {
+    bool has_any = false;
+    for (const Entity& base : bases_of(type)) {
         const std::size_t before = found.size();
-        add_members(base, name, depth + 1, found);
-        return found.size() > before;
-    });
+        if (base.what == What::SYMBOL) {
+            has_any = add_members_of_type(base.id, base.at, search, found) || has_any;
+        } else {
+            add_members(base, search, found);
+            has_any = has_any || found.size() > before;
+        }
+        const bool is_foreign = found.size() > before && found.back().what == What::FOREIGN;
+        if (has_any && (is_foreign || !has_overloads(type))) {
+            break;
+        }
+    }
+    return has_any;
+}
+
+bool Evaluator::has_overloads(Symbol type) const {
+    const LanguageRules* const rules = languages_.rules(catalog_.file_of(type));
+    return rules != nullptr && rules->has_overloads;
 }
 
 // The types from which a type has members that it does not declare. Pointers to types count as those.

@@ -58,7 +58,8 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
     case Kind::TYPE:
         // The body of a class sees its names even where its functions do not.
         if (rules.has_members_in_scope || is_innermost) {
-            add_members_of_type(around, {}, name, 0, found);
+            MemberSearch search{.name = name};
+            add_members_of_type(around, {}, search, found);
             drop_foreign(found);  // a base from elsewhere may have any name
         }
         break;

@@ -272,7 +272,8 @@ void Evaluator::add_results_of_special_method(const Entity& instance, const synt
     }
     const auto called_method = [&](const Entity& of, std::string_view method) {
         Meaning methods;
-        add_members_of_type(of.id, of.at, catalog_.name(method), 0, methods);
+        MemberSearch search{.name = catalog_.name(method)};
+        add_members_of_type(of.id, of.at, search, methods);
         return called(values(methods));
     };
     switch (asked.operation) {

@@ -22,6 +22,10 @@ using What = Entity::What;
 // How many types may stand for one another.
 constexpr std::size_t LONGEST_CHAIN = 20;
 
+// What nobody writes: more methods of one name, more bases of a type.
+constexpr std::size_t MOST_METHODS = 100;
+constexpr std::size_t MOST_BASES = 100;
+
 }  // namespace
 
 Meaning JavaOverloads::taking(const Meaning& functions, FileId file, std::span<const ExpressionId> arguments) const {
@@ -32,6 +36,9 @@ Meaning JavaOverloads::taking(const Meaning& functions, FileId file, std::span<c
     std::ranges::copy_if(functions, std::back_inserter(taking), [&](const Entity& each) { return !is_method(each); });
     Meaning methods;
     std::ranges::copy_if(functions, std::back_inserter(methods), is_method);
+    if (methods.size() > MOST_METHODS) {
+        return functions;
+    }
     std::vector<Type> types;
     if (methods.size() > 1) {
         for (const ExpressionId argument : arguments) {
@@ -202,7 +209,7 @@ JavaOverloads::Type JavaOverloads::type_of_value(const Place& place, std::size_t
     case Operation::ONE_OF: {
         const std::span<const ExpressionId> branches = syntax.list(expression.a);
         const Type first = type_of_value({place.file, branches.front()}, depth + 1);
-        const bool is_one = std::ranges::all_of(branches, [&](ExpressionId branch) {
+        const bool is_one = std::ranges::all_of(branches.subspan(1), [&](ExpressionId branch) {
             return type_of_value({place.file, branch}, depth + 1) == first;
         });
         return is_one ? first : Type();
@@ -300,6 +307,9 @@ JavaOverloads::Fit JavaOverloads::fit_declared(const Type& argument, const Type&
     std::vector<Symbol> types{argument.id};
     bool has_others = false;
     for (std::size_t at = 0; at < types.size(); ++at) {
+        if (types.size() > MOST_BASES) {
+            return Fit::UNKNOWN;
+        }
         const FileId file = catalog_.file_of(types[at]);
         for (const ExpressionId base : catalog_.syntax(file).list(catalog_.declaration(types[at]).bases)) {
             const Type type = type_at({file, base});

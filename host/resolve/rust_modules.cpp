@@ -52,13 +52,16 @@ class RustModules : public ModuleRules {
         if (std::ranges::find(FOREIGN_CRATES, path.front()) != FOREIGN_CRATES.end()) {
             return {.is_foreign = true};
         }
-        const Container own = module_around(from, import.around);
-        if (!catalog_.members(own, catalog_.name(path.front())).empty() ||
-            !catalog_.imports(own, catalog_.name(path.front())).empty()) {
+        const Container own = module_around(from, real_module(from, import.around));
+        if (has(own, path.front())) {
             return {.modules = {own}, .path = path};
         }
         if (const auto crate = crates_.find(path.front()); crate != crates_.end()) {
             return {.modules = {crate->second}, .path = {path.begin() + 1, path.end()}};
+        }
+        // In the first edition of the language, paths of `use` start from the crate.
+        if (!is_dependency(from, path.front()) && has(root(from), path.front())) {
+            return {.modules = {root(from)}, .path = path};
         }
         return {.is_foreign = true};
     }
@@ -92,6 +95,23 @@ class RustModules : public ModuleRules {
             path = end == std::string_view::npos ? std::string_view() : path.substr(end + 2);
         }
         return segments;
+    }
+
+    [[nodiscard]] bool has(Container module, const std::string& name) const {
+        return !catalog_.members(module, catalog_.name(name)).empty() ||
+               !catalog_.imports(module, catalog_.name(name)).empty();
+    }
+
+    // Whether a manifest around the file states a dependency of this name.
+    [[nodiscard]] bool is_dependency(FileId from, const std::string& name) const {
+        const std::string& path = catalog_.file(from).path;
+        return std::ranges::any_of(catalog_.repository().packages, [&](const Package& package) {
+            std::string written = name;
+            std::ranges::replace(written, '_', '-');
+            const bool is_around = package.folder.empty() || path.starts_with(package.folder + "/");
+            return package.language == "rust" && is_around &&
+                   (package.dependencies.contains(name) || package.dependencies.contains(written));
+        });
     }
 
     // Gives each `mod x;` of a file the file that it stands for.
