@@ -20,11 +20,11 @@ JavaReader::Id JavaReader::read_identifier(const Node& node) {
     return out_.use(token(node));
 }
 
-JavaReader::Id JavaReader::read_this(const Node&) {
+JavaReader::Id JavaReader::read_this(const Node& /*node*/) {
     return out_.add(Operation::SELF, out_.around());
 }
 
-JavaReader::Id JavaReader::read_super(const Node&) {
+JavaReader::Id JavaReader::read_super(const Node& /*node*/) {
     return out_.add(Operation::SUPER, out_.around());
 }
 

@@ -9,7 +9,7 @@ extern "C" const TSLanguage* tree_sitter_java();
 namespace host::sources {
 
 const JavaFields& JavaFields::get() {
-    static const auto of = [](std::string_view name) { return sources::field(tree_sitter_java(), name); };
+    static const auto of = [](std::string_view written) { return sources::field(tree_sitter_java(), written); };
     static const JavaFields fields{
         .alternative = of("alternative"),
         .arguments = of("arguments"),

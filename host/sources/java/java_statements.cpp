@@ -112,7 +112,8 @@ JavaReader::Id JavaReader::read_labeled(const Node& node) {
     return syntax::UNKNOWN;
 }
 
-JavaReader::Id JavaReader::read_jump(const Node&) {
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): rules are members
+JavaReader::Id JavaReader::read_jump(const Node& /*node*/) {
     return syntax::UNKNOWN;
 }
 

@@ -18,11 +18,11 @@ RustReader::Id RustReader::read_identifier(const Node& node) {
     return path(node, Role::VALUE, Space::VALUE);
 }
 
-RustReader::Id RustReader::read_self(const Node&) {
+RustReader::Id RustReader::read_self(const Node& /*node*/) {
     return out_.instance(surroundings_.self_type);
 }
 
-RustReader::Id RustReader::read_literal(const Node&) {
+RustReader::Id RustReader::read_literal(const Node& /*node*/) {
     return out_.add(Operation::FOREIGN);
 }
 

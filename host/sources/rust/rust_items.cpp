@@ -20,7 +20,8 @@ bool is_test_attribute(std::string_view text) {
 
 }  // namespace
 
-RustReader::Id RustReader::read_nothing(const Node&) {
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): rules are members
+RustReader::Id RustReader::read_nothing(const Node& /*node*/) {
     return syntax::UNKNOWN;
 }
 

@@ -7,7 +7,7 @@ extern "C" const TSLanguage* tree_sitter_rust();
 namespace host::sources {
 
 const RustFields& RustFields::get() {
-    static const auto of = [](std::string_view name) { return sources::field(tree_sitter_rust(), name); };
+    static const auto of = [](std::string_view written) { return sources::field(tree_sitter_rust(), written); };
     static const RustFields fields{
         .alias = of("alias"),
         .alternative = of("alternative"),

@@ -127,7 +127,7 @@ RustReader::Id RustReader::read_bounded_type(const Node& node) {
     return out_.one_of(types);
 }
 
-RustReader::Id RustReader::read_primitive_type(const Node&) {
+RustReader::Id RustReader::read_primitive_type(const Node& /*node*/) {
     return out_.add(Operation::FOREIGN);
 }
 
