@@ -57,6 +57,7 @@ class Evaluator {
 
     // Names (evaluator_names.cpp).
     Meaning named(FileId file, const syntax::Expression& name);
+    Meaning named_in_scope(FileId file, const syntax::Expression& name);
     Meaning named_around(FileId file, Symbol around, bool is_innermost, Name name, syntax::Space space);
     Meaning named_at_top(FileId file, Name name, syntax::Space space);
     Meaning global(FileId file, const syntax::Expression& name);

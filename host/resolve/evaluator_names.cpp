@@ -32,11 +32,22 @@ bool is_kind_of_type(Kind kind) {
 }  // namespace
 
 Meaning Evaluator::named(FileId file, const syntax::Expression& name) {
-    const Name wanted = catalog_.name(file, name.name);
-    const auto space = static_cast<Space>(name.b);
     if (languages_.rules(file) == nullptr) {
         return {};
     }
+    Meaning found = named_in_scope(file, name);
+    if (found.empty() && static_cast<Space>(name.b) == Space::QUALIFIER) {
+        const Container package = languages_.modules(file).package(catalog_.syntax(file).name(name.name));
+        if (package != NONE) {
+            found.push_back({.what = What::MODULE, .id = package});
+        }
+    }
+    return found;
+}
+
+Meaning Evaluator::named_in_scope(FileId file, const syntax::Expression& name) {
+    const Name wanted = catalog_.name(file, name.name);
+    const auto space = static_cast<Space>(name.b);
     const bool is_at_top = name.a == syntax::NO_DECLARATION;
     const Symbol innermost = is_at_top ? NONE : catalog_.symbol(file, name.a);
     for (Symbol around = innermost; around != NONE; around = catalog_.around(around)) {

@@ -30,6 +30,9 @@ class ModuleRules {
     /// Returns the module of a name in a module, where that is no declaration: a file in a folder. NONE for none.
     [[nodiscard]] virtual Container submodule(Container /*module*/, std::string_view /*name*/) const { return NONE; }
 
+    /// Returns the module of a package that paths in a file may begin with, where nothing else has its name. NONE for none.
+    [[nodiscard]] virtual Container package(std::string_view /*name*/) const { return NONE; }
+
     /// Returns the container that GLOBAL names of a file are looked up in; NONE where there are none.
     [[nodiscard]] virtual Container root(FileId /*file*/) const { return NONE; }
 

@@ -56,14 +56,19 @@ class RustModules : public ModuleRules {
         if (has(own, path.front())) {
             return {.modules = {own}, .path = path};
         }
-        if (const auto crate = crates_.find(path.front()); crate != crates_.end()) {
-            return {.modules = {crate->second}, .path = {path.begin() + 1, path.end()}};
+        if (const Container crate = package(path.front()); crate != NONE) {
+            return {.modules = {crate}, .path = {path.begin() + 1, path.end()}};
         }
         // In the first edition of the language, paths of `use` start from the crate.
         if (!is_dependency(from, path.front()) && has(root(from), path.front())) {
             return {.modules = {root(from)}, .path = path};
         }
         return {.is_foreign = true};
+    }
+
+    [[nodiscard]] Container package(std::string_view name) const override {
+        const auto crate = crates_.find(std::string(name));
+        return crate == crates_.end() ? NONE : crate->second;
     }
 
     [[nodiscard]] Container root(FileId file) const override {

@@ -45,6 +45,7 @@ TEST(Rust, PathsLeadThroughModulesAndWhatTheyPassOn) {
         {"use super::a::{inner::{self, F as X}, G}; fn f(x: X, g: G) { inner::new(); }", "inner inner.F inner.new G "},
         {"fn f() { crate::a::inner::new(); super::a::G; }", "inner inner.new G "},
         {"use own_crate::F;", "inner.F src/lib.rs "},
+        {"fn f() { own_crate::F; }", "inner.F src/lib.rs "},
         {"use a::G;", "G "},
         {"use elsewhere::H;", ""},
         {"use std::a::G;", ""},
