@@ -79,7 +79,13 @@ class ByteReader {
     }
 
     /// Reads how many things follow, each of at least one byte.
-    std::size_t count() { return below<std::size_t>(rest_.size() + 1); }
+    std::size_t count() {
+        const std::uint64_t count = number();
+        if (count > rest_.size()) {
+            throw Malformed();
+        }
+        return static_cast<std::size_t>(count);
+    }
 
     bool flag() { return below<std::uint8_t>(2) == 1; }
 

@@ -57,6 +57,12 @@ TEST(FactsBytes, AreRefusedWhereTheyDoNotFitTogether) {
     }
 }
 
+TEST(FactsBytes, NeverReachBehindTheirEnd) {
+    for (const std::string_view bytes : {"\x01", "\x02x", "\xFF", "\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80\x01"}) {
+        EXPECT_THROW(ByteReader(bytes).text(), Malformed);
+    }
+}
+
 TEST(FactsStore, FindsWhatAnEarlierOneWasGiven) {
     const TemporaryFolder folder;
     const std::string path = folder / "facts";
