@@ -70,6 +70,7 @@ class Evaluator {
     // Members (evaluator_members.cpp).
     Meaning members(const Meaning& of, Name name);
     Meaning member(FileId file, const syntax::Expression& member);
+    [[nodiscard]] Meaning of_kind(const Meaning& members, Symbol type, bool is_static) const;
     struct MemberSearch {
         Name name;
         std::unordered_set<Symbol> types = {};  // that were asked, each once

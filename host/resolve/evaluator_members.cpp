@@ -49,6 +49,18 @@ Meaning Evaluator::members(const Meaning& of, Name name) {
     return found;
 }
 
+// Of members of a type and of its instances that have one name those of one kind, where a type may have both; else all.
+Meaning Evaluator::of_kind(const Meaning& members, Symbol type, bool is_static) const {
+    const LanguageRules* const rules = languages_.rules(catalog_.file_of(type));
+    Meaning wanted;
+    for (const Entity& member : members) {
+        if (member.what == What::SYMBOL && catalog_.declaration(member.id).is_static == is_static) {
+            wanted.push_back(member);
+        }
+    }
+    return wanted.empty() || rules == nullptr || !rules->merges_declarations ? members : wanted;
+}
+
 void Evaluator::add_members(const Entity& of, MemberSearch& search, Meaning& found) {
     if (++search.steps > MOST_STEPS) {
         return;
@@ -60,12 +72,17 @@ void Evaluator::add_members(const Entity& of, MemberSearch& search, Meaning& fou
     case What::MODULE:
         add_once(found, exported(of.id, search.name));
         break;
-    case What::INSTANCE:
-        add_members_of_type(of.id, of.at, search, found);
+    case What::INSTANCE: {
+        Meaning members;
+        add_members_of_type(of.id, of.at, search, members);
+        add_once(found, of_kind(members, of.id, false));
         break;
+    }
     case What::SYMBOL:
         if (catalog_.declaration(of.id).kind == Kind::TYPE) {
-            add_members_of_type(of.id, of.at, search, found);
+            Meaning members;
+            add_members_of_type(of.id, of.at, search, members);
+            add_once(found, of_kind(members, of.id, true));
         } else if (catalog_.declaration(of.id).kind == Kind::NAMESPACE) {
             add_once(found, exported(catalog_.container_of(of.id), search.name));
         }

@@ -132,7 +132,7 @@ class Resolver::Linked {
                 targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
             }
         }
-        symbols = called_with(built(file, definitions(catalog_, symbols)), mention);
+        symbols = called_with(built(file, definitions(catalog_, with_parts(symbols))), mention);
         if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
             symbols = unique_function(file, mention);
             targets.is_unique = true;
@@ -141,6 +141,31 @@ class Resolver::Linked {
             targets.targets.push_back({catalog_.file_of(symbol), catalog_.declaration_id(symbol)});
         }
         return targets;
+    }
+
+    // Adds the other parts of declarations that have several: of a constant the interface of its name.
+    [[nodiscard]] std::vector<Symbol> with_parts(std::vector<Symbol> symbols) const {
+        constexpr std::size_t MOST = 16;  // nobody declares more by one name
+        for (std::size_t at = 0, found = symbols.size(); at < found && found <= MOST; ++at) {
+            const Symbol symbol = symbols[at];
+            const LanguageRules* const rules = languages_.rules(catalog_.file_of(symbol));
+            if (rules == nullptr || !rules->merges_declarations || catalog_.home_of(symbol) == NONE) {
+                continue;
+            }
+            for (const Symbol other : catalog_.members(catalog_.home_of(symbol), catalog_.name_of(symbol))) {
+                if (are_parts(symbol, other) && !catalog_.declaration(other).is_hidden) {
+                    symbols.push_back(other);
+                }
+            }
+        }
+        return symbols;
+    }
+
+    // Whether two declarations are parts of one, where the language has it so.
+    [[nodiscard]] bool are_parts(Symbol one, Symbol other) const {
+        return catalog_.home_of(one) != NONE && catalog_.home_of(one) == catalog_.home_of(other) &&
+               catalog_.name_of(one) == catalog_.name_of(other) && catalog_.file_of(one) == catalog_.file_of(other) &&
+               catalog_.declaration(one).is_static == catalog_.declaration(other).is_static;
     }
 
     // A call mentions the function that it calls.
@@ -211,9 +236,7 @@ class Resolver::Linked {
         return first != NONE && rules != nullptr && rules->merges_declarations &&
                std::ranges::all_of(targets, [&](const Target& target) {
                    const Symbol each = symbol(target);
-                   return each != NONE && catalog_.home_of(each) == catalog_.home_of(first) &&
-                          catalog_.name_of(each) == catalog_.name_of(first) && catalog_.home_of(each) != NONE &&
-                          target.file == targets.front().file;
+                   return each != NONE && are_parts(first, each);
                });
     }
 

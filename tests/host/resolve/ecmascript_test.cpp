@@ -90,10 +90,10 @@ TEST(Ecmascript, DeclarationsOfOneNameAreOne) {
                                         "export namespace B { export const z = 1; }\n"
                                         "export function C(): void;\nexport function C(a?: number) {}\n"}}),
               "local a of a.ts, 2 from line 3\n"
-              "import A of m.ts, 2 from line 1\n"
+              "import A of m.ts, 3 from line 1\n"
               "import A.x of m.ts, 1 from line 3\n"
               "import A.y of m.ts, 1 from line 3\n"
-              "import A of m.ts, 2 from line 1\n"
+              "import A of m.ts, 3 from line 1\n"
               "import B of m.ts, 2 from line 1\n"
               "import B of m.ts, 2 from line 1\n"
               "import B.z of m.ts, 1 from line 5\n"
@@ -153,6 +153,13 @@ TEST(Ecmascript, ArgumentsAreOfTheTypesThatFunctionsTake) {
               "import View of m.ts, 2 from line 1\n"
               "import each of m.ts, 2 from line 1\n"
               "import once of m.ts, 2 from line 1\n");
+}
+
+TEST(Ecmascript, MembersOfAClassAreNotThoseOfItsInstances) {
+    EXPECT_EQ(references_from({{"a.ts", "class A { static f() {}\n f() {} }\nA.f();\nnew A().f(); new A().f();\n"}}),
+              "local A of a.ts, 3 from line 3\n"
+              "local A.f of a.ts, 1 from line 3\n"
+              "local A.f of a.ts, 2 from line 4\n");
 }
 
 TEST(Ecmascript, TypesThatStandForThemselvesEndTheLookup) {
