@@ -47,6 +47,7 @@ std::vector<resolve::Package> packages_of(const Checkout& checkout, std::span<co
         }
     }
     std::vector<resolve::Package> packages;
+    packages.reserve(found.size());
     for (auto& [key, package] : found) {
         packages.push_back(std::move(package));
     }

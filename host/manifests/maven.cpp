@@ -17,7 +17,7 @@ std::string take_element(std::string& xml, std::string_view name) {
     if (end == std::string::npos) {
         return "";
     }
-    const std::string content = xml.substr(begin + open.size(), end - begin - open.size());
+    std::string content = xml.substr(begin + open.size(), end - begin - open.size());
     xml.erase(begin, end + close.size() - begin);
     return content;
 }

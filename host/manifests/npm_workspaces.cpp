@@ -18,7 +18,8 @@ constexpr std::string_view QUOTES = "\"'";
 
 std::string_view unquoted(std::string_view text) {
     text = trimmed(text);
-    const bool is_quoted = text.size() >= 2 && text.front() == text.back() && QUOTES.find(text[0]) != QUOTES.npos;
+    const bool is_quoted =
+        text.size() >= 2 && text.front() == text.back() && QUOTES.find(text[0]) != std::string_view::npos;
     return is_quoted ? text.substr(1, text.size() - 2) : text;
 }
 

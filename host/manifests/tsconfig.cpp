@@ -40,7 +40,7 @@ std::optional<std::string> named_configuration(const ManifestFiles& files, std::
         return std::nullopt;
     }
     for (const std::string_view end : {"", ".json", "/tsconfig.json"}) {
-        const std::optional<std::string> path = joined(folder, name + std::string(end));
+        std::optional<std::string> path = joined(folder, name + std::string(end));
         if (path && files.has(*path)) {
             return path;
         }

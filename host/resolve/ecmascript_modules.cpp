@@ -166,6 +166,7 @@ class EcmascriptModules : public ModuleRules {
             return exact;
         }
         auto best = patterns.end();
+        // NOLINTNEXTLINE(modernize-loop-convert): the iterator is the result
         for (auto each = patterns.begin(); each != patterns.end(); ++each) {
             const bool is_longer = best == patterns.end() || each->first.find('*') > best->first.find('*');
             best = is_longer && matched(each->first, each->first, name) ? each : best;
@@ -175,7 +176,7 @@ class EcmascriptModules : public ModuleRules {
 
     // By the innermost configuration that has an alias or a folder for the name.
     [[nodiscard]] std::optional<FileId> aliased(std::string_view folder, std::string_view module) const {
-        for (auto package = packages_.rbegin(); package != packages_.rend(); ++package) {
+        for (auto package = packages_.rbegin(); package != packages_.rend(); ++package) {  // the innermost first
             const Package& around = **package;
             if (!is_below(folder, around.folder)) {
                 continue;

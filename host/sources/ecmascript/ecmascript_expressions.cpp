@@ -26,6 +26,7 @@ ExpressionId EcmascriptReader::identifier(const Node& node) {
     return text(node) == "undefined" ? literal(node) : out_.use(token(node));
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): a rule
 ExpressionId EcmascriptReader::this_value(const Node& /*node*/) {
     return context_.self;
 }
