@@ -92,6 +92,10 @@ class Evaluator {
     void add_accepted(const Entity& function, const syntax::Expression& argument, std::size_t depth, Meaning& found);
     Meaning parts(const Meaning& wholes, const syntax::Expression& asked);
     void add_parts(const Entity& whole, const syntax::Expression& asked, std::size_t depth, Meaning& found);
+    void add_parts_of_instance(const Entity& instance, const syntax::Expression& asked, std::size_t depth,
+                               Meaning& found);
+    void add_parts_of_structure(const Entity& whole, const syntax::Expression& asked, std::size_t depth,
+                                Meaning& found);
     void add_results_of_special_method(const Entity& instance, const syntax::Expression& asked, std::size_t depth,
                                        Meaning& found);
     Meaning substituted(const Meaning& meaning, const Place& arguments);

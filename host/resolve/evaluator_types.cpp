@@ -23,6 +23,46 @@ constexpr std::size_t LONGEST_CHAIN = 20;
 // The name of a constructor where that is not the name of its type.
 constexpr std::string_view CONSTRUCTOR = "constructor";
 
+using Types = std::vector<syntax::ExpressionId>;
+
+// The types of what the operation `asked` gives of a value of a type that the text puts together.
+Types types_of_parts(const syntax::Syntax& syntax, const syntax::Expression& structure,
+                     const syntax::Expression& asked) {
+    const bool is_element = asked.operation == Operation::ELEMENT;
+    const bool is_iterated = asked.operation == Operation::ITERATED;
+    const bool is_component = asked.operation == Operation::COMPONENT;
+    const auto numbered = [&](syntax::ListId list) {
+        const std::span<const syntax::ExpressionId> all = syntax.list(list);
+        return asked.b < all.size() ? std::vector{all[asked.b]} : Types();
+    };
+    switch (structure.operation) {
+    case Operation::LIST:
+        return is_element || is_iterated || is_component ? std::vector{structure.a} : Types();
+    case Operation::MAP:
+        if (is_element) {
+            return {structure.b};
+        }
+        return is_iterated || asked.operation == Operation::KEY ? std::vector{structure.a} : Types();
+    case Operation::TUPLE:
+        if (is_element || is_iterated) {
+            const std::span<const syntax::ExpressionId> all = syntax.list(structure.a);
+            return {all.begin(), all.end()};
+        }
+        return is_component ? numbered(structure.a) : Types();
+    case Operation::FUNCTION:
+        if (asked.operation == Operation::ARGUMENT) {
+            return numbered(structure.b);
+        }
+        return asked.operation == Operation::CALL ? std::vector{structure.a} : Types();
+    case Operation::AWAITABLE:
+        return asked.operation == Operation::AWAITED ? std::vector{structure.a} : Types();
+    case Operation::POINTER:
+        return asked.operation == Operation::TARGET ? std::vector{structure.a} : Types();
+    default:
+        return {};
+    }
+}
+
 }  // namespace
 
 Meaning Evaluator::values(const Meaning& meaning) {
@@ -180,86 +220,45 @@ Meaning Evaluator::parts(const Meaning& wholes, const syntax::Expression& asked)
 // Adds what the operation `asked` gives of a value: an element, a component, the result of a call.
 void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, std::size_t depth, Meaning& found) {
     const bool is_transparent = asked.operation == Operation::AWAITED || asked.operation == Operation::TARGET;
-    if (whole.what == What::FOREIGN) {
+    const bool is_instantiated = whole.what == What::SYMBOL && asked.operation == Operation::ELEMENT;  // `Type[A]`
+    if (whole.what == What::STRUCTURED) {
+        add_parts_of_structure(whole, asked, depth, found);
+    } else if (whole.what == What::FOREIGN || is_transparent || is_instantiated) {
         add_once(found, whole);
+    } else if (whole.what == What::INSTANCE) {
+        add_parts_of_instance(whole, asked, depth, found);
+    }
+}
+
+// Of a type that is made of another one, or whose methods say what they are.
+void Evaluator::add_parts_of_instance(const Entity& instance, const syntax::Expression& asked, std::size_t depth,
+                                      Meaning& found) {
+    const syntax::Declaration& type = catalog_.declaration(instance.id);
+    if (type.type == syntax::UNKNOWN || depth >= LONGEST_CHAIN) {
+        add_results_of_special_method(instance, asked, depth, found);
         return;
     }
-    if (whole.what == What::INSTANCE) {  // of a type that is made of another one
-        const syntax::Declaration& type = catalog_.declaration(whole.id);
-        if (is_transparent) {
-            add_once(found, whole);
-        } else if (type.type != syntax::UNKNOWN && depth < LONGEST_CHAIN) {
-            for (const Entity& each : instances(values(catalog_.file_of(whole.id), type.type))) {
-                add_parts(each, asked, depth + 1, found);
-            }
-        } else {
-            add_results_of_special_method(whole, asked, depth, found);
-        }
-        return;
+    for (const Entity& each : instances(values(catalog_.file_of(instance.id), type.type))) {
+        add_parts(each, asked, depth + 1, found);
     }
-    if (whole.what != What::STRUCTURED) {
-        const bool is_instantiated = whole.what == What::SYMBOL && asked.operation == Operation::ELEMENT;  // `Type[A]`
-        if (is_transparent || is_instantiated) {
-            add_once(found, whole);
-        }
-        return;
-    }
+}
+
+void Evaluator::add_parts_of_structure(const Entity& whole, const syntax::Expression& asked, std::size_t depth,
+                                       Meaning& found) {
     const FileId file = whole.at.file;
-    const syntax::Syntax& syntax = catalog_.syntax(file);
-    const syntax::Expression& structure = syntax.expressions[whole.at.expression];
-    const auto add = [&](syntax::ExpressionId type) { add_once(found, instances(values(file, type))); };
-    const bool is_element = asked.operation == Operation::ELEMENT;
-    const bool is_iterated = asked.operation == Operation::ITERATED;
-    switch (structure.operation) {
-    case Operation::LIST:
-        if (is_element || is_iterated || asked.operation == Operation::COMPONENT) {
-            add(structure.a);
-        }
-        break;
-    case Operation::MAP:
-        if (is_element || is_iterated || asked.operation == Operation::KEY) {
-            add(is_element ? structure.b : structure.a);
-        }
-        break;
-    case Operation::TUPLE: {
-        const std::span<const syntax::ExpressionId> components = syntax.list(structure.a);
-        if (asked.operation == Operation::COMPONENT && asked.b < components.size()) {
-            add(components[asked.b]);
-        } else if (is_element || is_iterated) {
-            std::ranges::for_each(components, add);
-        }
-        break;
+    const syntax::Expression& structure = catalog_.syntax(file).expressions[whole.at.expression];
+    const Types types = types_of_parts(catalog_.syntax(file), structure, asked);
+    for (const syntax::ExpressionId type : types) {
+        add_once(found, instances(values(file, type)));
     }
-    case Operation::FUNCTION:
-        if (asked.operation == Operation::CALL) {
-            add(structure.a);
+    if (asked.operation == Operation::AWAITED || asked.operation == Operation::TARGET) {
+        if (types.empty()) {
+            add_once(found, whole);
         }
-        if (asked.operation == Operation::ARGUMENT && asked.b < syntax.list(structure.b).size()) {
-            add(syntax.list(structure.b)[asked.b]);
+    } else if (structure.operation == Operation::POINTER && depth < LONGEST_CHAIN) {
+        for (const Entity& target : instances(values(file, structure.a))) {
+            add_parts(target, asked, depth + 1, found);
         }
-        break;
-    case Operation::AWAITABLE:
-        if (asked.operation == Operation::AWAITED) {
-            add(structure.a);
-            return;
-        }
-        break;
-    case Operation::POINTER:
-        if (asked.operation == Operation::TARGET) {
-            add(structure.a);
-            return;
-        }
-        if (depth < LONGEST_CHAIN && !is_transparent) {
-            for (const Entity& target : instances(values(file, structure.a))) {
-                add_parts(target, asked, depth + 1, found);
-            }
-        }
-        break;
-    default:
-        break;
-    }
-    if (is_transparent) {
-        add_once(found, whole);
     }
 }
 

@@ -47,8 +47,8 @@ void GoReader::read_elements(const Node& body, const Node& type, ExpressionId va
 }
 
 // An element that is a literal may leave out its type, and the `&` of a pointer.
-void GoReader::read_element(const Node& element, const Node& type, ExpressionId value) {
-    const Node inner = inside(element);
+void GoReader::read_element(const Node& node, const Node& type, ExpressionId value) {
+    const Node inner = inside(node);
     if (inner.exists() && inner.type() == "literal_value") {
         const bool is_pointer = type.exists() && type.type() == "pointer_type";
         read_elements(inner, is_pointer ? inside(type) : type, value);

@@ -101,7 +101,7 @@ class GoReader : public SyntaxReader<GoReader> {
     // Composite literals (go_literals.cpp).
     ExpressionId read_composite_literal(const Node& node);
     void read_elements(const Node& body, const Node& type, ExpressionId value);
-    void read_element(const Node& element, const Node& type, ExpressionId value);
+    void read_element(const Node& node, const Node& type, ExpressionId value);
 
     std::size_t functions_around_ = 0;  // what stands in a function is declared for it alone
     bool is_before_package_ = true;     // where a comment may be a build constraint

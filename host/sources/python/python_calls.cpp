@@ -28,8 +28,10 @@ ExpressionId PythonReader::read_call(const Node& node) {
         visit(function);
         return read_cast(arguments);
     }
+    const ExpressionId object = is_attribute ? visit(function.child(fields().object)) : syntax::UNKNOWN;
+    const Node method = function.child(fields().attribute);
     const ExpressionId callee = is_name        ? use(token(function, Role::CALL))
-                                : is_attribute ? read_member(function, Role::CALL)
+                                : is_attribute ? out_.use_member(object, token(method, Role::CALL))
                                                : visit(function);
     const std::vector<ExpressionId> values = read_arguments(arguments, callee);
     const Scope* const type = class_around();
@@ -41,7 +43,27 @@ ExpressionId PythonReader::read_call(const Node& node) {
             return value;
         }
     }
-    return out_.add(Operation::CALL, callee);
+    const ExpressionId result = out_.add(Operation::CALL, callee);
+    const ExpressionId of_container = is_attribute ? call_of_container(object, text(method)) : syntax::UNKNOWN;
+    return of_container == syntax::UNKNOWN ? result : joined({result, of_container});
+}
+
+// What a method of the name gives that is one of a list or dictionary.
+ExpressionId PythonReader::call_of_container(ExpressionId container, std::string_view method) {
+    if (container == syntax::UNKNOWN) {
+        return syntax::UNKNOWN;
+    }
+    const auto part = [&](Operation operation) { return out_.add(operation, container); };
+    if (method == "get" || method == "pop" || method == "setdefault") {
+        return part(Operation::ELEMENT);
+    }
+    if (method == "values") {
+        return list_of(part(Operation::ELEMENT));
+    }
+    if (method == "keys") {
+        return list_of(part(Operation::KEY));
+    }
+    return method == "items" ? list_of(tuple_of({part(Operation::KEY), part(Operation::ELEMENT)})) : syntax::UNKNOWN;
 }
 
 // `cast(Type, value)`

@@ -5,7 +5,6 @@ namespace host::sources {
 
 using syntax::ExpressionId;
 using syntax::Operation;
-using syntax::Role;
 using syntax::Token;
 
 ExpressionId PythonReader::read_name(const Node& node) {
@@ -27,17 +26,13 @@ ExpressionId PythonReader::use(const Token& token) {
 }
 
 ExpressionId PythonReader::read_attribute(const Node& node) {
-    return read_member(node, Role::VALUE);
-}
-
-ExpressionId PythonReader::read_member(const Node& node, Role role) {
     const Node object = node.child(fields().object);
     const Node name = node.child(fields().attribute);
     const Scope* const method = method_of_self(text(object));
     if (method != nullptr && text(name) == "__class__") {
         return out_.add(Operation::SELF_TYPE, scopes_[method->class_of_self].declaration);
     }
-    return out_.use_member(visit(object), token(name, role));
+    return out_.use_member(visit(object), token(name));
 }
 
 ExpressionId PythonReader::read_subscript(const Node& node) {

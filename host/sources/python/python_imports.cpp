@@ -81,6 +81,7 @@ ExpressionId PythonReader::bind_import(Import import, std::string_view name) {
     return value;
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): rules are members
 ExpressionId PythonReader::read_nothing(const Node& /*node*/) {
     return syntax::UNKNOWN;
 }

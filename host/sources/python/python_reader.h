@@ -151,7 +151,6 @@ class PythonReader : public SyntaxReader<PythonReader> {
     ExpressionId read_name(const Node& node);
     ExpressionId use(const syntax::Token& token);
     ExpressionId read_attribute(const Node& node);
-    ExpressionId read_member(const Node& node, syntax::Role role);
     ExpressionId read_subscript(const Node& node);
     ExpressionId read_await(const Node& node);
     ExpressionId read_literal(const Node& node);
@@ -163,6 +162,7 @@ class PythonReader : public SyntaxReader<PythonReader> {
     ExpressionId read_call(const Node& node);
     ExpressionId read_cast(const Node& arguments);
     std::vector<ExpressionId> read_arguments(const Node& list, ExpressionId callee);
+    ExpressionId call_of_container(ExpressionId container, std::string_view method);
     ExpressionId call_of_builtin(std::string_view name, const std::vector<ExpressionId>& arguments);
 
     // Displays and comprehensions (python_displays.cpp).

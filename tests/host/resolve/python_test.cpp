@@ -49,9 +49,10 @@ TEST(Python, SpecialMethodsSayWhatOperationsGive) {
                                  "    b().x, b[0].x\n"
                                  "    for a in b: a.x\n"
                                  "    with b as d: d().x\n"
-                                 "    for a in c: a.x, c[a]().x\n"}}),
+                                 "    for a in c: a.x, c[a]().x\n"
+                                 "    for a, d in c.items(): a.x, d().x\n"}}),
               "a.py: local A of a.py, 3 from line 4\n"
-              "a.py: local A.x of a.py, 6 from line 9\n"
+              "a.py: local A.x of a.py, 8 from line 9\n"
               "a.py: local B of a.py, 2 from line 8\n");
 }
 
