@@ -1,6 +1,8 @@
 // When a Go file is compiled, by the comments above its package clause.
 #include "host/sources/go/go_reader.h"
 
+#include <algorithm>
+
 namespace host::sources {
 
 namespace {

@@ -1,19 +1,14 @@
 // What Go files declare and import, but for types.
 #include "host/sources/go/go_reader.h"
 
+#include <algorithm>
+
 namespace host::sources {
 
 using syntax::Declaration;
 using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
-
-namespace {
-
-// A name that binds nothing.
-constexpr std::string_view GO_BLANK = "_";
-
-}  // namespace
 
 ExpressionId GoReader::read_package(const Node& node) {
     is_before_package_ = false;
@@ -54,7 +49,9 @@ ExpressionId GoReader::read_function(const Node& node) {
     read_body(node.child(fields().body));
     --functions_around_;
     out_.close();
-    out_.declare(function);
+    if (text(name) != BLANK) {
+        out_.declare(function);
+    }
     return syntax::UNKNOWN;
 }
 
@@ -116,7 +113,7 @@ void GoReader::declare_values(const std::vector<Node>& names, const std::vector<
         const ExpressionId value = at < values.size() ? values[at] : syntax::UNKNOWN;
         if (functions_around_ > 0) {
             out_.bind(name, value);
-        } else if (name != GO_BLANK) {
+        } else if (name != BLANK) {
             out_.declare({.name = out_.name(name), .kind = Kind::VALUE, .type = value, .offset = names[at].begin()});
         }
     }

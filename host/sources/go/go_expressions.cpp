@@ -26,7 +26,7 @@ ExpressionId GoReader::read_inner(const Node& node) {
 }
 
 ExpressionId GoReader::read_name(const Node& node) {
-    return out_.use(token(node));
+    return text(node) == BLANK ? syntax::UNKNOWN : out_.use(token(node));
 }
 
 ExpressionId GoReader::read_selector(const Node& node) {

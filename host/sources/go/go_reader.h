@@ -103,6 +103,9 @@ class GoReader : public SyntaxReader<GoReader> {
     void read_elements(const Node& body, const Node& type, ExpressionId value);
     void read_element(const Node& node, const Node& type, ExpressionId value);
 
+    // A name that binds nothing.
+    static constexpr std::string_view BLANK = "_";
+
     std::size_t functions_around_ = 0;  // what stands in a function is declared for it alone
     bool is_before_package_ = true;     // where a comment may be a build constraint
     bool has_new_constraint_ = false;   // one of the form that replaces the others

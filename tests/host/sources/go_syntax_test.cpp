@@ -49,6 +49,7 @@ TEST(GoSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
          "3 type T'\n3 type int'\n3 call call(of(function(tuple(T' T')))).x\n"},
         {"{ n := 1 }; n++; { s := s.x; s.y = 1 }", "3 value n\n3 value of(Store').x\n3 value of(Store').x.y\n"},
         {"const c T = 1; c.x()", "3 type T'\n3 call of(T').x\n"},
+        {"_ = s; _, a := s.x, 1; _ = a", "3 value of(Store').x\n"},
         {"again: for { continue again }", ""},
     });
 }
