@@ -59,6 +59,7 @@ class Evaluator {
     Meaning named(FileId file, const syntax::Expression& name);
     Meaning named_in_scope(FileId file, const syntax::Expression& name);
     Meaning named_around(FileId file, Symbol around, bool is_innermost, Name name, syntax::Space space);
+    [[nodiscard]] bool may_mean_another(const Meaning& found, syntax::Space space) const;
     Meaning named_at_top(FileId file, Name name, syntax::Space space);
     Meaning global(FileId file, const syntax::Expression& name);
     Meaning import_meaning(const ImportPlace& place);
@@ -98,6 +99,8 @@ class Evaluator {
                                 Meaning& found);
     void add_results_of_special_method(const Entity& instance, const syntax::Expression& asked, std::size_t depth,
                                        Meaning& found);
+    bool add_overloaded(const Entity& value, const syntax::Expression& asked, std::size_t depth, Meaning& found);
+    [[nodiscard]] bool has_plain_pointers(FileId file) const;
     Meaning substituted(const Meaning& meaning, const Place& arguments);
     Meaning generic(FileId file, const syntax::Expression& expression, const Place& place);
 

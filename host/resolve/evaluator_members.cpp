@@ -90,7 +90,8 @@ void Evaluator::add_members(const Entity& of, MemberSearch& search, Meaning& fou
     case What::STRUCTURE:
     case What::STRUCTURED: {
         const syntax::Expression& structure = catalog_.syntax(of.at.file).expressions[of.at.expression];
-        if (structure.operation == Operation::POINTER || structure.operation == Operation::TYPE_OF) {
+        const bool is_pointer = structure.operation == Operation::POINTER && !has_plain_pointers(of.at.file);
+        if (is_pointer || structure.operation == Operation::TYPE_OF) {
             for (const Entity& target : instances(values(of.at.file, structure.a))) {
                 add_members(target, search, found);
             }
@@ -202,9 +203,10 @@ Meaning Evaluator::bases_of(Symbol type) {
 
 Symbol Evaluator::enclosing_type(FileId file, syntax::DeclarationId declaration) const {
     Symbol symbol = declaration == syntax::NO_DECLARATION ? NONE : catalog_.symbol(file, declaration);
+    const bool nests = languages_.rules(file) != nullptr && languages_.rules(file)->nests_owned_types;
     const auto is_type = [&](Symbol each) {
         const syntax::Declaration& stated = catalog_.declaration(each);
-        return stated.kind == Kind::TYPE && stated.owner == syntax::UNKNOWN;  // not a part of one
+        return stated.kind == Kind::TYPE && (nests || stated.owner == syntax::UNKNOWN);  // not a part of one
     };
     while (symbol != NONE && !is_type(symbol)) {
         symbol = catalog_.around(symbol);

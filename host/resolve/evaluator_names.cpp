@@ -101,6 +101,14 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
     return chosen(found, space, rules);
 }
 
+// A macro may be defined again, and a tag is not what a plain name means where an alias has it.
+bool Evaluator::may_mean_another(const Meaning& found, Space space) const {
+    return std::ranges::any_of(found, [&](const Entity& entity) {
+        const Kind kind = entity.what == What::SYMBOL ? catalog_.declaration(entity.id).kind : Kind::VALUE;
+        return kind == Kind::MACRO || (kind == Kind::TYPE && space == Space::TYPE);
+    });
+}
+
 // Names of the file itself come first, then those that its module has in other files, then those of whole modules.
 Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     const LanguageRules& rules = *languages_.rules(file);
@@ -117,7 +125,7 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
         }
     }
     found = chosen(found, space, rules);
-    if (!found.empty()) {
+    if (!found.empty() && !(rules.has_macros && may_mean_another(found, space))) {
         return found;
     }
     for (const Symbol symbol : catalog_.members(module, name)) {
@@ -245,7 +253,7 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
     case Space::TAG:
         return only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || kind == Kind::TYPE; });
     case Space::TYPE:
-        if (rules.has_tags) {  // a plain name means the tag where nothing else has it: in C++
+        if (rules.has_macros) {  // a plain name means the tag where nothing else has it: in C++
             best = only([&](const Entity&, Kind kind) { return kind == Kind::ALIAS || kind == Kind::MACRO; });
         }
         if (best.empty()) {
@@ -259,7 +267,7 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
         return best.empty() ? found : best;
     case Space::QUALIFIER:
         best = only([&](const Entity&, Kind kind) { return is_kind_of_type(kind) || kind == Kind::NAMESPACE; });
-        return best.empty() ? found : best;
+        return best.empty() && !rules.has_macros ? found : best;
     }
     return found;
 }

@@ -223,6 +223,8 @@ void Evaluator::add_parts(const Entity& whole, const syntax::Expression& asked, 
     const bool is_instantiated = whole.what == What::SYMBOL && asked.operation == Operation::ELEMENT;  // `Type[A]`
     if (whole.what == What::STRUCTURED) {
         add_parts_of_structure(whole, asked, depth, found);
+    } else if (whole.what == What::INSTANCE && add_overloaded(whole, asked, depth, found)) {
+        return;
     } else if (whole.what == What::FOREIGN || is_transparent || is_instantiated) {
         add_once(found, whole);
     } else if (whole.what == What::INSTANCE) {
@@ -247,6 +249,13 @@ void Evaluator::add_parts_of_structure(const Entity& whole, const syntax::Expres
                                        Meaning& found) {
     const FileId file = whole.at.file;
     const syntax::Expression& structure = catalog_.syntax(file).expressions[whole.at.expression];
+    // Where arrays are pointers, either gives what it holds in the way of the other.
+    const bool is_as_the_other = (structure.operation == Operation::LIST && asked.operation == Operation::TARGET) ||
+                                 (structure.operation == Operation::POINTER && asked.operation == Operation::ELEMENT);
+    if (is_as_the_other && has_plain_pointers(file)) {
+        add_once(found, instances(values(file, structure.a)));
+        return;
+    }
     const Types types = types_of_parts(catalog_.syntax(file), structure, asked);
     for (const syntax::ExpressionId type : types) {
         add_once(found, instances(values(file, type)));
@@ -294,6 +303,37 @@ void Evaluator::add_results_of_special_method(const Entity& instance, const synt
     default:
         break;
     }
+}
+
+// Adds what an operator gives that the type of a value defines. Returns whether it defines that.
+bool Evaluator::add_overloaded(const Entity& value, const syntax::Expression& asked, std::size_t depth,
+                               Meaning& found) {
+    if (!has_plain_pointers(catalog_.file_of(value.id)) || depth >= LONGEST_CHAIN) {
+        return false;
+    }
+    const bool is_target = asked.operation == Operation::TARGET;
+    const std::string_view name = is_target                               ? "operator->"
+                                  : asked.operation == Operation::ELEMENT ? "operator[]"
+                                  : asked.operation == Operation::CALL    ? "operator()"
+                                                                          : "";
+    Meaning operators;
+    MemberSearch search{.name = name.empty() ? NONE : catalog_.name(name)};
+    if (search.name == NONE || !add_members_of_type(value.id, value.at, search, operators)) {
+        return false;
+    }
+    for (const Entity& result : called(operators)) {
+        if (is_target) {
+            add_parts(result, asked, depth + 1, found);
+        } else {
+            add_once(found, result);
+        }
+    }
+    return true;
+}
+
+bool Evaluator::has_plain_pointers(FileId file) const {
+    const LanguageRules* const rules = languages_.rules(file);
+    return rules != nullptr && rules->has_plain_pointers;
 }
 
 // A meaning with the type parameters of a generic type replaced by the arguments that a GENERIC gives them.

@@ -29,8 +29,12 @@ struct LanguageRules {
     bool merges_declarations;
     /// Whether a call of a function that nothing binds may be one of the only function of its name.
     bool has_unique_calls;
-    /// Whether types may have tags, beside which an alias or a macro may have the same name.
-    bool has_tags;
+    /// Whether a macro may have the name of what else is visible, and an alias of a type that of a tag.
+    bool has_macros;
+    /// Whether a type that stands outside of its owner is a member of that (`class A::B {}`), not a part (`impl A {}`).
+    bool nests_owned_types;
+    /// Whether only `->` and an index lead to what a pointer points at.
+    bool has_plain_pointers;
     /// Whether methods of one name are told apart by their parameters, as Java does.
     bool has_overloads;
 };

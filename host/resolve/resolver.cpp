@@ -39,7 +39,9 @@ class Resolver::Linked {
   public:
     explicit Linked(const Repository& repository) : catalog_(repository), languages_(catalog_) {
         catalog_.link();
-        place_owned();
+        place_owned([](Kind kind) { return kind == Kind::TYPE; });  // in which others may have their place
+        catalog_.link();
+        place_owned([](Kind kind) { return kind != Kind::TYPE; });
         catalog_.link();
     }
 
@@ -78,12 +80,12 @@ class Resolver::Linked {
 
   private:
     // Has what stands outside of its type be a member of that, and a type have the bases that are stated elsewhere.
-    void place_owned() {
+    void place_owned(bool (*is_wanted)(Kind)) {
         Evaluator evaluator(catalog_, languages_, further_bases_);
         std::vector<std::pair<Symbol, Symbol>> owned;
         for (Symbol symbol = 0; symbol < catalog_.symbols(); ++symbol) {
             const Declaration& declaration = catalog_.declaration(symbol);
-            if (declaration.owner == syntax::UNKNOWN) {
+            if (declaration.owner == syntax::UNKNOWN || !is_wanted(declaration.kind)) {
                 continue;
             }
             if (const Symbol type = type_at(evaluator, {catalog_.file_of(symbol), declaration.owner}); type != NONE) {
@@ -93,9 +95,9 @@ class Resolver::Linked {
         for (const auto& [symbol, type] : owned) {
             catalog_.set_owner(symbol, type);
             const Declaration& declaration = catalog_.declaration(symbol);
-            if (declaration.kind == Kind::TYPE) {
+            const FileId file = catalog_.file_of(symbol);
+            if (declaration.kind == Kind::TYPE && !languages_.rules(file)->nests_owned_types) {
                 catalog_.set_container(symbol, catalog_.container_of(type));
-                const FileId file = catalog_.file_of(symbol);
                 for (const syntax::ExpressionId base : catalog_.syntax(file).list(declaration.bases)) {
                     further_bases_[type].push_back({file, base});
                 }
