@@ -1,4 +1,4 @@
-// Declarations of functions, variables and fields: what their declarators name, and of which type.
+// Declarations: what their declarators name, and of which type.
 #include "host/sources/c/c_reader.h"
 
 #include <algorithm>
@@ -68,6 +68,10 @@ CReader::Declarator CReader::declarator(const Node& node, Id type) {
             make(Operation::FUNCTION);
             found.function = part;
             found.is_function = true;
+            if (inner.exists() && inner.type() == "function_declarator") {
+                found.name = name_behind_macro(inner, found.type);
+                break;
+            }
             found.type = read_trailing_type(part, found.type);
         } else if (kind == "init_declarator") {
             found.value = part.child(fields_.value);
@@ -86,6 +90,12 @@ CReader::Declarator CReader::declarator(const Node& node, Id type) {
     return found;
 }
 
+// `API int (f)(void);` looks like a function `int` of what `f` is, which gives a function. Returns `f`, sets its type.
+Node CReader::name_behind_macro(const Node& function, Id& type) {
+    type = out_.use(token(function.child(fields_.declarator), Role::TYPE, Space::TYPE));
+    return first_child(function.child(fields_.parameters)).child(fields_.type);
+}
+
 CReader::Id CReader::read_trailing_type(const Node& function, Id type) {
     for_each_child(function, [&](const Node& child, TSFieldId) {
         if (child.type() == "trailing_return_type") {
@@ -102,12 +112,14 @@ CReader::Id CReader::read_declaration(const Node& node) {
         return visit(type);
     }
     const Specifiers stated = specifiers(node);
+    const Node of_condition = node.child(fields_.value);  // `if (auto name = value)`
     Declarator last;
     for_each_child(node, [&](const Node& child, TSFieldId field) {
         if (field == fields_.declarator) {
             last = declarator(child, stated.type);
+            last.value = last.value.exists() ? last.value : of_condition;
             declare(stated, last);
-        } else if (field == fields_.default_value || field == fields_.value) {
+        } else if (field == fields_.default_value) {
             read_initializer(child, out_.instance(last.type));
         } else if (child.type() == "bitfield_clause") {
             visit_children(child);
@@ -130,27 +142,6 @@ void CReader::declare(const Specifiers& stated, const Declarator& declarator) {
     } else {
         declare_variable(stated, declarator);
     }
-}
-
-syntax::DeclarationId CReader::declare_function(const Specifiers& stated, const Declarator& declarator,
-                                                bool is_definition) {
-    const QualifiedName name = qualified_name(declarator.name);
-    Declaration function{.name = out_.name(text(name.name)),
-                         .kind = Kind::FUNCTION,
-                         .parent = place_.parent,
-                         .owner = name.owner,
-                         .type = declarator.type,
-                         .offset = name.name.begin(),
-                         .is_private = is_private(stated) && name.owner == UNKNOWN,
-                         .is_definition = is_definition,
-                         .is_static = stated.is_static && place_.is_class,
-                         .is_hidden = place_.is_friend && !is_definition};
-    const std::string_view class_name = name.owner == UNKNOWN ? place_.class_name : name.last_qualifier;
-    if (!stated.type_node.exists() && !class_name.empty() && text(name.name) == class_name) {
-        function.kind = Kind::CONSTRUCTOR;
-    }
-    count_arguments(declarator.function, function);
-    return out_.declare(function);
 }
 
 void CReader::declare_variable(const Specifiers& stated, const Declarator& declarator) {
@@ -223,55 +214,6 @@ CReader::Id CReader::read_initializer(const Node& value, Id initialized) {
     return visit(value);
 }
 
-// Parameters of what has no body here: their types and defaults are read, their names bound for no longer than that.
-void CReader::read_parameters_alone(const Node& function) {
-    if (function.exists()) {
-        out_.open_local();
-        visit(function.child(fields_.parameters));
-        out_.close();
-    }
-}
-
-CReader::Id CReader::read_parameter(const Node& node) {
-    const Specifiers stated = specifiers(node);
-    const Declarator parameter = declarator(node.child(fields_.declarator), stated.type);
-    visit(node.child(fields_.default_value));
-    if (parameter.name.exists()) {
-        const Id type = parameter.is_function ? out_.add(Operation::FUNCTION, parameter.type) : parameter.type;
-        read_parameters_alone(parameter.is_function ? parameter.function : Node());
-        out_.bind(text(parameter.name), out_.instance(type));
-    }
-    return UNKNOWN;
-}
-
-// Sets how many arguments a function takes; any number where it does not say.
-void CReader::count_arguments(const Node& function, Declaration& declaration) const {
-    constexpr std::size_t MOST = Declaration::ANY_NUMBER - 1;
-    const Node parameters = function.child(fields_.parameters);
-    std::size_t all = 0;
-    std::size_t needed = 0;
-    bool is_open = !parameters.exists();
-    for_each_child(
-        parameters,
-        [&](const Node& each, TSFieldId) {
-            const std::string_view kind = each.type();
-            if (kind == "parameter_declaration") {
-                const bool is_void = text(each) == "void";
-                all += is_void ? 0 : 1;
-                needed += is_void ? 0 : 1;
-            } else if (kind == "optional_parameter_declaration" || kind == "identifier") {
-                ++all;
-                needed += kind == "identifier" ? 1 : 0;
-            } else if (kind != "comment" && kind != "," && kind != "(" && kind != ")") {
-                is_open = true;  // "...", a pack, an error
-            }
-        },
-        true);
-    is_open = is_open || (all == 0 && !dialect_.is_cpp && text(parameters) == "()");
-    declaration.least_arguments = static_cast<std::uint8_t>(std::min(needed, MOST));
-    declaration.most_arguments = is_open || all > MOST ? Declaration::ANY_NUMBER : static_cast<std::uint8_t>(all);
-}
-
 // Whether what looks like a function with nameless parameters is a variable with values: `Type name(other);`
 bool CReader::is_variable_after_all(const Declarator& declarator) const {
     bool has_value = false;
@@ -291,80 +233,33 @@ bool CReader::is_macro_call(const Node& function, const Declarator& declarator) 
            declarator.name.type() == "identifier" && dialect_.is_cpp;
 }
 
-CReader::Id CReader::read_function(const Node& node) {
-    const Specifiers stated = specifiers(node);
-    const Declarator found = declarator(node.child(fields_.declarator), stated.type);
-    if (!found.name.exists() || place_.is_local) {
-        read_body(node, found, out_.around());
-    } else if (is_macro_call(node, found)) {
-        out_.use(token(found.name, Role::CALL));
-        read_body(node, {}, out_.around());
-    } else if (found.is_function || found.name.type() == "operator_cast" ||
-               text(found.name).find("operator") != std::string_view::npos) {
-        read_body(node, found, declare_function(stated, found, true));
-    } else {
-        visit(node.child(fields_.body));
-    }
-    return UNKNOWN;
-}
-
-void CReader::read_body(const Node& function, const Declarator& declarator, syntax::DeclarationId id) {
-    const Place before =
-        std::exchange(place_, {.parent = place_.parent, .class_name = place_.class_name, .is_local = true});
-    out_.open(id);
-    out_.open_local();
-    for_each_child(declarator.function.child(fields_.parameters), [&](const Node& parameter, TSFieldId) {
-        if (parameter.type() == "identifier") {  // its type stands behind the list
-            out_.bind(text(parameter), UNKNOWN);
-        } else {
-            visit(parameter);
-        }
-    });
-    for_each_child(function, [&](const Node& child, TSFieldId field) {
-        const std::string_view kind = child.type();
-        const bool is_part = field == fields_.body || kind == "declaration" || kind == "field_initializer_list" ||
-                             kind == "try_statement";
-        if (is_part) {
-            visit(child);
-        }
-    });
-    out_.close();
-    out_.close();
-    place_ = before;
-    if (!place_.is_local) {
-        local_tags_.clear();
-    }
-}
-
-// A `typedef`. One of a struct that has no name of its own gives it one.
+// A `typedef`. One of a struct that has no name of its own gives it one; one that repeats its name is no more than that.
 CReader::Id CReader::read_type_definition(const Node& node) {
-    Specifiers stated;
-    Node type = node.child(fields_.type);
-    Node first = node.child(fields_.declarator);
-    const bool is_plain = first.exists() && first.type() == "type_identifier";
+    const Node type = node.child(fields_.type);
+    const Node first = node.child(fields_.declarator);
     const bool has_body = type.exists() && type.child(fields_.body).exists();
-    stated.type = has_body && is_plain ? specifier(type, true, first) : type_of(type);
+    const Node tag = type.exists() ? type.child(fields_.name) : Node();
+    const bool is_name = has_body && !tag.exists() && first.exists() && first.type() == "type_identifier";
+    if (!has_body && tag.exists() && tag.type() == "type_identifier") {  // `typedef struct s s_t;` is the first of s
+        announce(tag);
+    }
+    const Id named = is_name ? specifier(type, true, first) : type_of(type);
     for_each_child(node, [&](const Node& child, TSFieldId field) {
-        if (field != fields_.declarator) {
-            return;
+        if (field == fields_.declarator && !(is_name && child == first)) {
+            Declarator alias = declarator(child, named);
+            if (alias.is_function) {
+                read_parameters_alone(alias.function);
+                alias.type = out_.add(Operation::FUNCTION, alias.type);
+            }
+            if (alias.name.exists()) {
+                declare_alias(alias.name, alias.type, has_body && text(tag) == text(alias.name));
+            }
         }
-        Declarator alias = declarator(child, stated.type);
-        if (alias.is_function) {
-            read_parameters_alone(alias.function);
-            alias.type = out_.add(Operation::FUNCTION, alias.type);
-        }
-        const bool is_name_of_it =
-            has_body && is_plain && child == first &&
-            (!type.child(fields_.name).exists() || text(type.child(fields_.name)) == text(first));
-        if (!alias.name.exists() || is_name_of_it) {
-            return;
-        }
-        declare_alias(alias.name, alias.type);
     });
     return UNKNOWN;
 }
 
-void CReader::declare_alias(const Node& name, Id type) {
+void CReader::declare_alias(const Node& name, Id type, bool is_repeated) {
     if (place_.is_local) {
         out_.bind(text(name), type);
     } else {
@@ -373,7 +268,8 @@ void CReader::declare_alias(const Node& name, Id type) {
                       .parent = place_.parent,
                       .type = type,
                       .offset = name.begin(),
-                      .is_private = place_.is_anonymous});
+                      .is_private = place_.is_anonymous,
+                      .is_hidden = is_repeated});
     }
 }
 

@@ -1,5 +1,6 @@
 #include "host/sources/c/c_reader.h"
 
+#include "host/sources/c/c_mending.h"
 #include "host/sources/syntax_readers.h"
 
 extern "C" {
@@ -150,12 +151,29 @@ const CDialect& CDialect::cpp() {
     return dialect;
 }
 
+// The macros that the tree was made without are names of the file, too.
+syntax::Syntax CReader::read_file(TSNode root) {
+    const std::vector<LooseMacro> macros = loose_macros(text_);
+    const bool is_mended = !macros.empty() && [&] {
+        const auto begin = static_cast<std::uint32_t>(macros.front().name.data() - text_.data());
+        const auto end = begin + static_cast<std::uint32_t>(macros.front().name.size());
+        return text(Node(ts_node_descendant_for_byte_range(root, begin, end))) != macros.front().name;
+    }();
+    for (const LooseMacro& macro : is_mended ? macros : std::vector<LooseMacro>()) {
+        out_.use({.name = macro.name,
+                  .line = macro.line,
+                  .role = macro.is_called ? syntax::Role::CALL : syntax::Role::VALUE,
+                  .space = syntax::Space::TYPE});
+    }
+    return read(Node(root));
+}
+
 syntax::Syntax read_c(std::string_view text, TSNode root) {
-    return CReader(text, CDialect::c()).read(Node(root));
+    return CReader(text, CDialect::c()).read_file(root);
 }
 
 syntax::Syntax read_cpp(std::string_view text, TSNode root) {
-    return CReader(text, CDialect::cpp()).read(Node(root));
+    return CReader(text, CDialect::cpp()).read_file(root);
 }
 
 }  // namespace host::sources

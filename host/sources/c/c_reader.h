@@ -56,7 +56,10 @@ struct CDialect {
 class CReader : public SyntaxReader<CReader> {
   public:
     CReader(std::string_view text, const CDialect& dialect)
-        : SyntaxReader(text, syntax::Visibility::FROM_DECLARATION), dialect_(dialect), fields_(dialect.fields) {}
+        : SyntaxReader(text, syntax::Visibility::FROM_DECLARATION), text_(text), dialect_(dialect),
+          fields_(dialect.fields) {}
+
+    syntax::Syntax read_file(TSNode root);
 
     [[nodiscard]] const NodeRules<CReader>& rules() const { return dialect_.rules; }
 
@@ -119,25 +122,29 @@ class CReader : public SyntaxReader<CReader> {
 
     // Declarations (c_declarations.cpp).
     Id read_declaration(const Node& node);
-    Id read_function(const Node& node);
-    Id read_parameter(const Node& node);
     Id read_type_definition(const Node& node);
     Specifiers specifiers(const Node& node);
     Declarator declarator(const Node& node, Id type);
+    Node name_behind_macro(const Node& function, Id& type);
     Id read_trailing_type(const Node& function, Id type);
     void declare(const Specifiers& stated, const Declarator& declarator);
-    syntax::DeclarationId declare_function(const Specifiers& stated, const Declarator& declarator, bool is_definition);
     void declare_variable(const Specifiers& stated, const Declarator& declarator);
-    void declare_alias(const Node& name, Id type);
+    void declare_alias(const Node& name, Id type, bool is_repeated);
     void bind_variable(const Specifiers& stated, const Declarator& declarator);
     void bind_structure(const Node& pattern, Id value);
     Id read_initializer(const Node& value, Id initialized);
     [[nodiscard]] bool is_private(const Specifiers& stated) const;
-    void read_body(const Node& function, const Declarator& declarator, syntax::DeclarationId id);
-    void read_parameters_alone(const Node& function);
-    void count_arguments(const Node& function, syntax::Declaration& declaration) const;
     [[nodiscard]] bool is_variable_after_all(const Declarator& declarator) const;
+
+    // Functions (c_functions.cpp).
+    syntax::DeclarationId declare_function(const Specifiers& stated, const Declarator& declarator, bool is_definition);
+    void read_parameters_alone(const Node& function);
+    Id read_parameter(const Node& node);
+    void count_arguments(const Node& function, syntax::Declaration& declaration) const;
     [[nodiscard]] bool is_macro_call(const Node& function, const Declarator& declarator) const;
+    [[nodiscard]] bool is_behind_damage(const Declarator& declarator) const;
+    Id read_function(const Node& node);
+    void read_body(const Node& function, const Declarator& declarator, syntax::DeclarationId id);
 
     // Types (c_types.cpp).
     Id type_of(const Node& node);
@@ -154,6 +161,7 @@ class CReader : public SyntaxReader<CReader> {
     Id read_enum(const Node& node, const Node& alias);
     Id read_enumerator(const Node& node);
     void read_members(const Node& node, syntax::DeclarationId id, std::string_view name);
+    void announce(const Node& tag);
     void bind_local_tag(const Node& name);
     syntax::ListId bases(const Node& node);
     [[nodiscard]] syntax::DeclarationId parent_of_tags() const;
@@ -213,6 +221,7 @@ class CReader : public SyntaxReader<CReader> {
     Id pointer_to(Id value) { return out_.instance(out_.add(syntax::Operation::POINTER, value)); }
     Id foreign() { return out_.add(syntax::Operation::FOREIGN); }
 
+    std::string_view text_;
     const CDialect& dialect_;
     const CGrammar& fields_;
     Place place_;

@@ -2,16 +2,20 @@
 #include "host/sources/c/c_reader.h"
 
 #include <array>
+#include <utility>
 
 namespace host::sources {
 
 using syntax::Operation;
 using syntax::UNKNOWN;
 
+// Outside of a function it is the body of one whose head was not understood.
 CReader::Id CReader::read_block(const Node& node) {
+    const bool was_local = std::exchange(place_.is_local, true);
     out_.open_local();
     visit_children(node);
     out_.close();
+    place_.is_local = was_local;
     return UNKNOWN;
 }
 

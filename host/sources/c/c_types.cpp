@@ -81,15 +81,20 @@ CReader::Id CReader::specifier(const Node& node, bool is_type, const Node& alias
     if (is_type || !is_plain) {
         return visit(name);
     }
+    announce(name);
+    return UNKNOWN;
+}
+
+// Declares a type that is defined elsewhere, if at all.
+void CReader::announce(const Node& tag) {
     if (!place_.is_local) {
-        out_.declare({.name = out_.name(text(name)),
+        out_.declare({.name = out_.name(text(tag)),
                       .kind = Kind::TYPE,
                       .parent = parent_of_tags(),
-                      .offset = name.begin(),
+                      .offset = tag.begin(),
                       .is_private = place_.is_anonymous,
                       .is_definition = false});
     }
-    return UNKNOWN;
 }
 
 // In C, what is declared in a struct stands beside it.
@@ -110,20 +115,15 @@ CReader::Id CReader::read_class(const Node& node, const Node& alias, bool is_typ
     const QualifiedName name = qualified_name(stated.exists() && !is_specialized ? stated : alias);
     const std::string_view spelling = is_specialized ? text(stated) : text(name.name);
     const syntax::ListId bases = this->bases(node);
+    const Node& place = is_specialized ? stated : name.name.exists() ? name.name : node;
     const syntax::DeclarationId id = out_.declare({.name = out_.name(spelling),
                                                    .kind = Kind::TYPE,
                                                    .parent = parent_of_tags(),
                                                    .owner = name.owner,
                                                    .bases = bases,
-                                                   .offset = (alias.exists()    ? alias
-                                                              : stated.exists() ? stated
-                                                                                : node)
-                                                                 .begin(),
+                                                   .offset = place.begin(),
                                                    .is_private = place_.is_anonymous,
-                                                   .is_hidden = !stated.exists() && !alias.exists()});
-    if (name.owner != UNKNOWN || (alias.exists() && stated.exists())) {
-        out_.declaration(id).offset = name.name.begin();
-    }
+                                                   .is_hidden = spelling.empty()});
     read_members(node, id, spelling);
     return out_.add(Operation::DECLARATION, id);
 }

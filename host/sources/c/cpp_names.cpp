@@ -99,7 +99,7 @@ void CReader::import_name(std::string_view name, std::string_view module, std::s
 
 CReader::Id CReader::read_alias(const Node& node) {
     const Id type = visit(node.child(fields_.type));
-    declare_alias(node.child(fields_.name), type);
+    declare_alias(node.child(fields_.name), type, false);
     return UNKNOWN;
 }
 
@@ -166,7 +166,12 @@ CReader::Id CReader::read_friend(const Node& node) {
     if (place_.is_class) {
         place_ = {.parent = place_.outside, .is_anonymous = place_.is_anonymous, .is_friend = true};
     }
-    visit_children(node);
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        if (child.type() == "type_identifier") {  // `friend class C;` is the first of C
+            announce(child);
+        }
+        visit(child);
+    });
     place_ = before;
     return UNKNOWN;
 }

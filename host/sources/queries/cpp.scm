@@ -1,19 +1,27 @@
 ; What is declared.
-(class_specifier name: (_) @name body: (_) @body) @class
+(class_specifier name: [(type_identifier) (template_type)] @name body: (_) @body) @class
+(class_specifier name: (qualified_identifier name: (type_identifier) @name) body: (_) @body) @class
+(struct_specifier name: (template_type) @name body: (_) @body) @struct
+(struct_specifier name: (qualified_identifier name: (type_identifier) @name) body: (_) @body) @struct
+(enum_specifier name: (qualified_identifier name: (type_identifier) @name) body: (_) @body) @enum
 (function_definition declarator: (reference_declarator (function_declarator declarator: (identifier) @name)) body: (_) @body) @function
 (function_definition declarator: (function_declarator declarator: [(field_identifier) (destructor_name) (operator_name)] @name)) @function
 (function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: [(field_identifier) (operator_name)] @name))) @function
+(function_definition declarator: (pointer_declarator declarator: (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name)))) @function
 (function_definition declarator: (reference_declarator (function_declarator declarator: [(field_identifier) (operator_name)] @name))) @function
 (function_definition declarator: (function_declarator declarator: (qualified_identifier name: [(identifier) (destructor_name) (operator_name)] @name))) @declaration
 (function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (qualified_identifier name: (identifier) @name)))) @declaration
 (function_definition declarator: (reference_declarator (function_declarator declarator: (qualified_identifier name: [(identifier) (operator_name)] @name)))) @declaration
 (function_definition declarator: (function_declarator declarator: (qualified_identifier name: (qualified_identifier name: [(identifier) (destructor_name) (operator_name)] @name)))) @declaration
+(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (qualified_identifier name: (qualified_identifier name: (identifier) @name))))) @declaration
+(function_definition declarator: (reference_declarator (function_declarator declarator: (qualified_identifier name: (qualified_identifier name: [(identifier) (operator_name)] @name))))) @declaration
 (declaration declarator: (reference_declarator (function_declarator declarator: (identifier) @name))) @function
 (declaration declarator: (function_declarator declarator: [(operator_name) (destructor_name)] @name)) @function
 (declaration declarator: (reference_declarator (identifier) @name)) @binding @variable
 (declaration declarator: (init_declarator declarator: (reference_declarator (identifier) @name) value: (_) @value)) @binding @variable
 (field_declaration declarator: (function_declarator declarator: [(field_identifier) (operator_name)] @name)) @method
 (field_declaration declarator: (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name))) @method
+(field_declaration declarator: (pointer_declarator declarator: (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name)))) @method
 (field_declaration declarator: (reference_declarator (function_declarator declarator: [(field_identifier) (operator_name)] @name))) @method
 (field_declaration declarator: (reference_declarator (field_identifier) @name)) @attribute
 (alias_declaration name: (_) @name) @type

@@ -1,0 +1,328 @@
+#include "host/sources/c/c_mending.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace host::sources {
+
+namespace {
+
+using std::string_view;
+
+struct CToken {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::uint32_t line = 1;
+    bool is_word = false;
+    bool is_first = false;  // on its line
+};
+
+bool is_c_letter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+bool is_c_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// Splits a text into words and marks, without comments and directives. A literal is one mark.
+class CScanner {
+  public:
+    explicit CScanner(string_view text) : text_(text) {}
+
+    std::vector<CToken> tokens() {
+        while (at_ < text_.size()) {
+            const char c = text_[at_];
+            if (c == '\n') {
+                ++line_;
+                ++at_;
+                is_first_ = true;
+            } else if (c == ' ' || c == '\t' || c == '\r' || c == '\f') {
+                ++at_;
+            } else if (text_.substr(at_).starts_with("/*")) {
+                go_behind("*/", 2);
+            } else if (text_.substr(at_).starts_with("//") || (c == '#' && is_first_)) {
+                go_to_end_of_line();
+            } else {
+                add(c);
+            }
+        }
+        return std::move(tokens_);
+    }
+
+  private:
+    // A backslash joins the next line.
+    void go_to_end_of_line() {
+        for (; at_ < text_.size() && text_[at_] != '\n'; ++at_) {
+            const bool is_joined = text_[at_] == '\\' && (text_.substr(at_ + 1).starts_with("\n") ||
+                                                          text_.substr(at_ + 1).starts_with("\r\n"));
+            if (is_joined) {
+                at_ = text_.find('\n', at_);
+                ++line_;
+            }
+        }
+    }
+
+    void go_behind(string_view end, std::size_t skipped) {
+        const std::size_t found = text_.find(end, at_ + skipped);
+        const std::size_t stop = found == string_view::npos ? text_.size() : found + end.size();
+        line_ += static_cast<std::uint32_t>(std::ranges::count(text_.substr(at_, stop - at_), '\n'));
+        at_ = stop;
+    }
+
+    void add(char c) {
+        CToken token{.begin = at_, .end = at_, .line = line_, .is_word = is_c_letter(c), .is_first = is_first_};
+        is_first_ = false;
+        if (is_c_letter(c) || is_c_digit(c)) {
+            while (at_ < text_.size() && (is_c_letter(text_[at_]) || is_c_digit(text_[at_]))) {
+                ++at_;
+            }
+            if (text_.substr(at_).starts_with('"') && text_[at_ - 1] == 'R') {
+                go_behind_raw_string();
+                token.is_word = false;
+            }
+        } else if (c == '"' || c == '\'') {
+            for (++at_; at_ < text_.size() && text_[at_] != c && text_[at_] != '\n'; ++at_) {
+                at_ += text_[at_] == '\\' && !text_.substr(at_ + 1).starts_with('\n') ? 1 : 0;
+            }
+            at_ = std::min(text_.size(), at_ + (text_.substr(std::min(at_, text_.size())).starts_with(c) ? 1 : 0));
+        } else {
+            ++at_;
+        }
+        token.end = at_;
+        tokens_.push_back(token);
+    }
+
+    void go_behind_raw_string() {
+        const std::size_t open = text_.find('(', at_);
+        if (open == string_view::npos || open - at_ > 18) {
+            ++at_;
+            return;
+        }
+        const std::string end = ")" + std::string(text_.substr(at_ + 1, open - at_ - 1)) + "\"";
+        go_behind(end, open - at_);
+    }
+
+    string_view text_;
+    std::vector<CToken> tokens_;
+    std::size_t at_ = 0;
+    std::uint32_t line_ = 1;
+    bool is_first_ = true;
+};
+
+// Words that may stand before the type of a declaration, and so are no type themselves.
+constexpr auto C_MODIFIERS =
+    std::to_array<string_view>({"const", "constexpr", "explicit", "extern", "friend", "inline", "private", "protected",
+                                "public", "register", "static", "typedef", "virtual", "volatile"});
+constexpr auto C_BUILTIN_TYPES = std::to_array<string_view>(
+    {"bool", "char", "double", "float", "int", "long", "short", "signed", "unsigned", "void"});
+constexpr auto C_KEYWORDS_OF_TYPES =
+    std::to_array<string_view>({"alignas",      "asm",           "auto",          "case",      "class",
+                                "co_return",    "co_yield",      "concept",       "const",     "consteval",
+                                "constexpr",    "constinit",     "decltype",      "default",   "delete",
+                                "do",           "else",          "enum",          "explicit",  "export",
+                                "extern",       "final",         "for",           "friend",    "goto",
+                                "if",           "inline",        "mutable",       "namespace", "new",
+                                "noexcept",     "operator",      "override",      "private",   "protected",
+                                "public",       "register",      "requires",      "restrict",  "return",
+                                "sizeof",       "static",        "struct",        "switch",    "template",
+                                "thread_local", "throw",         "typedef",       "typename",  "union",
+                                "using",        "virtual",       "volatile",      "while",     "_Atomic",
+                                "_Noreturn",    "_Thread_local", "__attribute__", "__inline",  "__extension__",
+                                "module",       "import"});
+constexpr auto C_TAGS = std::to_array<string_view>({"class", "struct", "union"});
+
+// Finds loose macros among the tokens of a text.
+class CLooseMacros {
+  public:
+    explicit CLooseMacros(string_view text) : text_(text), tokens_(CScanner(text).tokens()) {}
+
+    struct Part {
+        std::size_t begin = 0;
+        std::size_t end = 0;
+        LooseMacro macro;  // without a name: no more than a bracket
+    };
+
+    // Ascending.
+    std::vector<Part> find() {
+        for (std::size_t at = 0; at < tokens_.size(); ++at) {
+            const string_view word = spelling(at);
+            if (word == "{") {
+                at = begins_a_body(at) ? closing(at, "{", "}") : at;
+            } else if (tokens_[at].is_word && is_capital(word)) {
+                consider(at);
+            } else if (is_before_two_words(at)) {
+                add(at, at, false);
+            }
+        }
+        std::ranges::sort(parts_, {}, &Part::begin);
+        return std::move(parts_);
+    }
+
+  private:
+    [[nodiscard]] string_view spelling(std::size_t at) const {
+        return at < tokens_.size() ? text_.substr(tokens_[at].begin, tokens_[at].end - tokens_[at].begin)
+                                   : string_view();
+    }
+    [[nodiscard]] bool is_word(std::size_t at) const { return at < tokens_.size() && tokens_[at].is_word; }
+
+    // The one before that is not blanked; empty at the beginning.
+    [[nodiscard]] string_view before(std::size_t at) const { return at == 0 ? string_view() : spelling(at - 1); }
+
+    static bool is_capital(string_view word) {
+        return word.size() >= 2 && std::ranges::none_of(word, [](char c) { return c >= 'a' && c <= 'z'; }) &&
+               std::ranges::any_of(word, [](char c) { return c >= 'A' && c <= 'Z'; });
+    }
+
+    static bool is_one_of(const auto& words, string_view word) { return std::ranges::find(words, word) != words.end(); }
+
+    // Of a function, or of an initializer: what is not of a namespace, class or enum.
+    [[nodiscard]] bool begins_a_body(std::size_t at) const {
+        const string_view last = before(at);
+        return last == ")" || last == ";" || last == "=" || last == "const" || last == "override" || last == "noexcept";
+    }
+
+    // The index of the bracket that closes the one at `at`, or the last token.
+    [[nodiscard]] std::size_t closing(std::size_t at, string_view open, string_view close) const {
+        std::size_t depth = 0;
+        for (; at < tokens_.size(); ++at) {
+            const string_view mark = spelling(at);
+            depth += mark == open ? 1 : 0;
+            if (mark == close && --depth == 0) {
+                return at;
+            }
+        }
+        return tokens_.size() - 1;
+    }
+
+    void consider(std::size_t at) {
+        constexpr std::size_t LONGEST = 200;  // tokens of the arguments
+        const bool is_called = spelling(at + 1) == "(";
+        const std::size_t last = is_called ? closing(at + 1, "(", ")") : at;
+        if (last - at > LONGEST) {
+            return;
+        }
+        const std::size_t next = last + 1;
+        if (is_called && spelling(at + 2) == "(" && at > 0 && (is_word(at - 1) || before(at) == ")") &&
+            spelling(last - 1) == ")") {
+            add(at, at + 1, false);  // `f ARGS((int))`
+            parts_.push_back({tokens_[last].begin, tokens_[last].end, {}});
+        } else if (is_before_declaration(at, next) || is_calling_convention(at, is_called) ||
+                   is_in_class_head(at, next) || is_behind_function(at, next) ||
+                   (is_called && is_behind_field(at, next)) || is_alone(at, next)) {
+            add(at, last, is_called);
+        }
+    }
+
+    void add(std::size_t at, std::size_t last, bool is_called) {
+        parts_.push_back({tokens_[at].begin, tokens_[last].end, {spelling(at), tokens_[at].line, is_called}});
+    }
+
+    // `local int f()`: no declaration has three words that are no keywords.
+    [[nodiscard]] bool is_before_two_words(std::size_t at) const {
+        const auto is_name = [&](std::size_t each) {
+            return is_word(each) && !is_one_of(C_KEYWORDS_OF_TYPES, spelling(each));
+        };
+        const bool has_builtin_type = is_one_of(C_BUILTIN_TYPES, spelling(at + 1)) && is_word(at + 2);
+        return begins_declaration(at) && is_name(at) && !is_one_of(C_BUILTIN_TYPES, spelling(at)) &&
+               ((is_name(at + 1) && !is_capital(spelling(at + 1)) && is_name(at + 2)) || has_builtin_type);
+    }
+
+    [[nodiscard]] bool begins_declaration(std::size_t at) const {
+        const string_view last = before(at);
+        return last.empty() || last == ";" || last == "}" || last == "{" || last == ":" || last == ">" ||
+               last == "\"C\"" || is_one_of(C_MODIFIERS, last);
+    }
+
+    // `API int f();`, `API const char* f();`
+    [[nodiscard]] bool is_before_declaration(std::size_t at, std::size_t next) const {
+        const bool is_const = spelling(next) == "const" || spelling(next) == "volatile";
+        const bool has_type = is_word(next) && !is_capital(spelling(next)) && spelling(next) != "operator";
+        const bool has_name =
+            is_word(next + 1) || (!is_const && (spelling(next + 1) == "*" || spelling(next + 1) == "&"));
+        return begins_declaration(at) && has_type && has_name;
+    }
+
+    // `int CALL f(`, `int (CALL *f)(`
+    [[nodiscard]] bool is_calling_convention(std::size_t at, bool is_called) const {
+        const string_view last = before(at);
+        const bool is_behind_type =
+            (at > 0 && is_word(at - 1) && !is_one_of(C_MODIFIERS, last) && !is_one_of(C_TAGS, last) && last != "enum" &&
+             last != "new" && last != "return" && last != "operator") ||
+            last == "*" || last == "&";
+        const bool is_before_name = is_word(at + 1) && spelling(at + 2) == "(";
+        const bool has_parameters = spelling(at + 4) == "(" || spelling(at + 6) == "(";  // or behind ARGS
+        const bool is_of_pointer = last == "(" && spelling(at + 1) == "*" && spelling(at + 3) == ")" && has_parameters;
+        return !is_called && ((is_behind_type && is_before_name) || is_of_pointer);
+    }
+
+    // `class EXPORT C {`
+    [[nodiscard]] bool is_in_class_head(std::size_t at, std::size_t next) const {
+        const string_view follows = spelling(next + 1);
+        return is_one_of(C_TAGS, before(at)) && is_word(next) &&
+               (follows == "{" || follows == ":" || follows == "final");
+    }
+
+    // `f() ATTRIBUTE;`
+    [[nodiscard]] bool is_behind_function(std::size_t at, std::size_t next) const {
+        const string_view last = before(at);
+        const string_view follows = spelling(next);
+        return (last == ")" || last == "const" || last == "override" || last == "noexcept") &&
+               (follows == ";" || follows == "{");
+    }
+
+    // `Type name ATTRIBUTE(value);`
+    [[nodiscard]] bool is_behind_field(std::size_t at, std::size_t next) const {
+        const auto is_name = [&](std::size_t each) {
+            return is_word(each) && !is_one_of(C_KEYWORDS_OF_TYPES, spelling(each)) && !is_capital(spelling(each));
+        };
+        const bool is_behind_name = at > 1 && is_name(at - 1) && !is_one_of(C_BUILTIN_TYPES, before(at));
+        const string_view type = at > 1 ? before(at - 1) : string_view();
+        const string_view follows = spelling(next);
+        return is_behind_name && (type == "*" || type == "&" || type == ">" || is_name(at - 2)) &&
+               (follows == ";" || follows == "=" || follows == "{");
+    }
+
+    // A line of its own between declarations.
+    [[nodiscard]] bool is_alone(std::size_t at, std::size_t next) const {
+        const string_view last = before(at);
+        const bool is_behind_end = last.empty() || last == ";" || last == "}" || last == "{" || ends_macro(at);
+        const bool ends_line = next >= tokens_.size() || tokens_[next].is_first;
+        const bool is_before_begin = next >= tokens_.size() || is_word(next) || spelling(next) == "}";
+        return tokens_[at].is_first && is_behind_end && ends_line && is_before_begin;
+    }
+
+    // Whether what stands before is such a macro.
+    [[nodiscard]] bool ends_macro(std::size_t at) const {
+        return at > 0 && !parts_.empty() && parts_.back().end == tokens_[at - 1].end;
+    }
+
+    string_view text_;
+    std::vector<CToken> tokens_;
+    std::vector<Part> parts_;
+};
+
+}  // namespace
+
+std::string without_loose_macros(string_view text) {
+    std::string mended(text);
+    for (const CLooseMacros::Part& part : CLooseMacros(text).find()) {
+        for (std::size_t at = part.begin; at < part.end; ++at) {
+            mended[at] = mended[at] == '\n' ? '\n' : ' ';
+        }
+    }
+    return mended;
+}
+
+std::vector<LooseMacro> loose_macros(string_view text) {
+    std::vector<LooseMacro> macros;
+    for (const CLooseMacros::Part& part : CLooseMacros(text).find()) {
+        if (!part.macro.name.empty()) {
+            macros.push_back(part.macro);
+        }
+    }
+    return macros;
+}
+
+}  // namespace host::sources

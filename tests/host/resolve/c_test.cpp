@@ -1,0 +1,81 @@
+// What names of C and C++ mean.
+#include "tests/host/resolve/resolved.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace host::resolve {
+namespace {
+
+TEST(C, PrototypesLeadToTheOnlyDefinitionAndStaticsStayInTheirFile) {
+    EXPECT_EQ(resolved({{"a.c", "#include \"h.h\"\nstatic int s(void) { return f(); }\nint f(void) { return s(); }"},
+                        {"b.c", "#include \"h.h\"\nint g(void) { return f() + s(); }"},
+                        {"h.h", "int f(void);\nextern int v;"},
+                        {"v.c", "#include \"h.h\"\nint v = 1;\nint *p = &v;"}}),
+              "a.c: local s of a.c, 1 from line 3\n"
+              "a.c: local f of a.c, 1 from line 2\n"
+              "b.c: import f of a.c, 1 from line 2\n"
+              "v.c: local v of v.c, 1 from line 3\n");
+}
+
+TEST(C, ATagIsNoAliasAndAnAliasLeadsToAStructThatIsHiddenFromIt) {
+    EXPECT_EQ(resolved({{"a.c", "#include \"own.h\"\nint f(S *s) { return s->a; }\nstruct S *g(void);"},
+                        {"own.h", "#include \"s.h\"\nstruct S { int a; };"},
+                        {"s.h", "typedef struct S S;"}}),
+              "a.c: import S of own.h, 1 from line 3\n"
+              "a.c: import S.a of own.h, 1 from line 2\n"
+              "a.c: import S of s.h, 1 from line 2\n"
+              "s.h: import S of own.h, 1 from line 1\n");
+}
+
+TEST(C, NamesThatNoIncludeBringsAreNotFound) {
+    EXPECT_EQ(resolved({{"a.c", "int f(void) { return g(MAX); }"}, {"b.h", "#define MAX 1\nint g(int a) {}"}}), "");
+}
+
+TEST(C, AMacroThatIsDefinedAgainIsAmbiguous) {
+    EXPECT_EQ(resolved({{"a.c", "#include \"b.h\"\n#define M 1\nint a = M;"}, {"b.h", "#define M 2"}}),
+              "a.c: ambiguous M of a.c, 1 from line 3\na.c: ambiguous M of b.h, 1 from line 3\n");
+}
+
+TEST(Cpp, MembersAreThoseOfTheStatedTypeAndOfItsBases) {
+    EXPECT_EQ(resolved({{"a.cc", "#include \"a.h\"\nnamespace n {\nint A::m() { return b + B::s(); }\n"
+                                 "int f(std::vector<A*> all) { return all[0]->m(); }\n}"},
+                        {"a.h", "#include \"b.h\"\nnamespace n { class A : public B { int m(); }; }"},
+                        {"b.h", "namespace n { class B { protected: int b; static int s() { return 1; } }; }"}}),
+              "a.cc: local n.m of a.cc, 1 from line 4\n"
+              "a.cc: import n.A of a.h, 2 from line 3\n"
+              "a.cc: import n.B of b.h, 1 from line 3\n"
+              "a.cc: import n.B.b of b.h, 1 from line 3\n"
+              "a.cc: import n.B.s of b.h, 1 from line 3\n"
+              "a.h: import n.B of b.h, 1 from line 2\n");
+}
+
+TEST(Cpp, ANestedClassThatStandsOutsideHasMembersOfItsOwn) {
+    EXPECT_EQ(resolved({{"a.cc", "#include \"a.h\"\nclass A::B { public: int x; int m(); };\n"
+                                 "int A::B::m() { return x; }\nint A::x() { return b->m(); }"},
+                        {"a.h", "class A { class B; B* b; int x(); };"}}),
+              "a.cc: local B of a.cc, 1 from line 3\n"
+              "a.cc: local B.x of a.cc, 1 from line 3\n"
+              "a.cc: local m of a.cc, 1 from line 4\n"
+              "a.cc: import A of a.h, 3 from line 2\n"
+              "a.cc: import A.b of a.h, 1 from line 4\n"
+              "a.h: import B of a.cc, 1 from line 1\n");
+}
+
+TEST(Cpp, APointerHasNoMembersOfItsTarget) {
+    const std::string type = "struct A { void reset(); A* operator->(); void x(); };\n";
+    EXPECT_EQ(resolved({{"a.cc", type + "void f(std::unique_ptr<A> p) { p.reset(); p->x(); }"}}),
+              "a.cc: local A of a.cc, 2 from line 1\na.cc: local A.x of a.cc, 1 from line 2\n");
+}
+
+TEST(Cpp, OverloadsAreToldApartByTheNumberOfArguments) {
+    EXPECT_EQ(
+        resolved({{"a.cc", "void f(int a) {}\nvoid f(int a, int b = 1, int c = 2) {}\nvoid g() { f(1, 2); f(1); }"}}),
+        "a.cc: ambiguous f of a.cc, 1 from line 3\n"
+        "a.cc: ambiguous f of a.cc, 1 from line 3\n"
+        "a.cc: local f of a.cc, 1 from line 3\n");
+}
+
+}  // namespace
+}  // namespace host::resolve
