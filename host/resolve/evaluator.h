@@ -81,6 +81,7 @@ class Evaluator {
     void add_members(const Entity& of, MemberSearch& search, Meaning& found);
     bool add_members_of_type(Symbol type, const Place& arguments, MemberSearch& search, Meaning& found);
     bool add_members_of_bases(Symbol type, MemberSearch& search, Meaning& found);
+    bool add_nearest_members(Symbol type, MemberSearch& search, Meaning& found);
     Meaning bases_of(Symbol type);
     [[nodiscard]] bool has_overloads(Symbol type) const;
     [[nodiscard]] Symbol enclosing_type(FileId file, syntax::DeclarationId declaration) const;

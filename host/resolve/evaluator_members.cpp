@@ -3,6 +3,7 @@
 #include "host/resolve/evaluator.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace host::resolve {
 
@@ -151,6 +152,10 @@ bool Evaluator::add_members_of_type(Symbol type, const Place& arguments, MemberS
 
 // Of several bases that have it the first counts, but all have overloads: up to one from elsewhere, which may have any.
 bool Evaluator::add_members_of_bases(Symbol type, MemberSearch& search, Meaning& found) {
+    if (const LanguageRules* const rules = languages_.rules(catalog_.file_of(type));
+        rules != nullptr && rules->has_nearest_members) {
+        return add_nearest_members(type, search, found);
+    }
     bool has_any = false;
     for (const Entity& base : bases_of(type)) {
         const std::size_t before = found.size();
@@ -166,6 +171,25 @@ bool Evaluator::add_members_of_bases(Symbol type, MemberSearch& search, Meaning&
         }
     }
     return has_any;
+}
+
+// Of embedded types those count that are the fewest steps away, whatever their order.
+bool Evaluator::add_nearest_members(Symbol type, MemberSearch& search, Meaning& found) {
+    Meaning nearest;
+    for (Meaning level = bases_of(type), below; nearest.empty() && !level.empty(); level = std::exchange(below, {})) {
+        for (const Entity& base : level) {
+            if (base.what != What::SYMBOL) {
+                add_members(base, search, nearest);
+            } else if (++search.steps <= MOST_STEPS && search.types.insert(base.id).second) {
+                for (const Symbol symbol : catalog_.members(catalog_.container_of(base.id), search.name)) {
+                    add_once(nearest, Entity{.what = What::SYMBOL, .id = symbol, .at = base.at});
+                }
+                add_once(below, bases_of(base.id));
+            }
+        }
+    }
+    add_once(found, nearest);
+    return !nearest.empty();
 }
 
 bool Evaluator::has_overloads(Symbol type) const {

@@ -39,10 +39,13 @@ std::string_view name_in(const Syntax& syntax, syntax::ExpressionId id) {
     return {};
 }
 
-// The name as the text has it: readers add "()" to those of functions where a variable may bear the same.
+// The name as the text has it: readers add "()" to those of functions where a variable may bear the same, and "new " to
+// those of constructors.
 std::string_view written(std::string_view name) {
-    constexpr std::string_view MARK = "()";
-    return name.ends_with(MARK) ? name.substr(0, name.size() - MARK.size()) : name;
+    constexpr std::string_view CALLED = "()";
+    constexpr std::string_view CONSTRUCTED = "new ";
+    name.remove_prefix(name.starts_with(CONSTRUCTED) ? CONSTRUCTED.size() : 0);
+    return name.ends_with(CALLED) ? name.substr(0, name.size() - CALLED.size()) : name;
 }
 
 }  // namespace

@@ -50,6 +50,23 @@ TEST(Go, WhatABuildLeavesOutIsForOtherSuchFiles) {
               "open_windows.go: local open of open_windows.go, 1 from line 4\n");
 }
 
+TEST(Go, OfEmbeddedTypesTheNearestHasTheMember) {
+    EXPECT_EQ(resolved({{"a.go", "package p\n\n"
+                                 "type A struct{ x int }\n"
+                                 "type B struct{ *A }\n"
+                                 "type C struct{ x int }\n"
+                                 "type D struct {\n\tB\n\tC\n}\n"
+                                 "func (d *D) f() int { return d.x + d.B.x }\n"}},
+                       module_named("m")),
+              "a.go: local A of a.go, 1 from line 4\n"
+              "a.go: local A.x of a.go, 1 from line 10\n"
+              "a.go: local B of a.go, 1 from line 7\n"
+              "a.go: local C of a.go, 1 from line 8\n"
+              "a.go: local C.x of a.go, 1 from line 10\n"
+              "a.go: local D of a.go, 1 from line 10\n"
+              "a.go: local D.B of a.go, 1 from line 10\n");
+}
+
 TEST(Go, ABuildTakesFilesByTheirNamesAndConstraints) {
     const std::vector<std::tuple<std::string, std::string, bool>> cases{
         {"a/windows.go", "", true},
