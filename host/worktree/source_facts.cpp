@@ -24,8 +24,11 @@ bool is_member_of_type(const Declaration& declaration, const Syntax& syntax) {
            (declaration.parent != syntax::NO_DECLARATION && syntax.declarations[declaration.parent].kind == Kind::TYPE);
 }
 
-// The kind of a declaration whose kind the source leaves open, as of most variables.
-std::string_view open_kind(const SourceDeclaration& outlined, bool is_member) {
+// The kind of a declaration whose kind the source leaves open, as of most variables, and of `void A::f() {}`.
+std::string_view open_kind(const SourceDeclaration& outlined, Kind kind, bool is_member) {
+    if (kind == Kind::FUNCTION) {
+        return is_member ? "method" : "function";
+    }
     if (is_member) {
         return "attribute";
     }
@@ -54,7 +57,9 @@ std::vector<DeclarationFacts> declarations_in(Outline& outline) {
         }
         const bool is_member = is_member_of_type(syntax.declarations[found->second], syntax);
         declarations.push_back({.id = found->second,
-                                .kind = outlined.kind.empty() ? open_kind(outlined, is_member) : outlined.kind,
+                                .kind = outlined.kind.empty()
+                                            ? open_kind(outlined, syntax.declarations[found->second].kind, is_member)
+                                            : outlined.kind,
                                 .lines = {outlined.first_line, outlined.last_line},
                                 .is_public = outlined.is_public && !is_member,
                                 .signature = std::move(outlined.signature),

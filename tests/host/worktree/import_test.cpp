@@ -70,6 +70,14 @@ TEST_F(SourcesImport, HoldsDeclarationsAndWhatBindingsLeadTo) {
     EXPECT_EQ(words.str(), "Names that lead to no declaration here, by language: java 1\n");  // String
 }
 
+TEST_F(SourcesImport, AFunctionThatItsNamePutsInAClassIsAMethodOfIt) {
+    folder.write("checkout/a.cc", "class A { int f(); };\nint A::f() { return 1; }\n");
+    import();
+    EXPECT_EQ(rows("SELECT name || ' ' || kind AS row FROM symbols WHERE file_id = (SELECT id FROM files WHERE path = "
+                   "'a.cc') AND start_line = 2"),
+              "f method");
+}
+
 TEST_F(SourcesImport, LeavesOutWhatRulesAndConfigurationSay) {
     folder.write("checkout/.wiki-scope.toml", "exclude = [\"cmd/\"]\ntest = [\"src/q/\"]\n");
     EXPECT_EQ(import().excluded.first, std::vector<std::string>{"cmd/run.go"});
