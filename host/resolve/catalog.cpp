@@ -11,6 +11,9 @@ namespace {
 // The name under which imports of all names are sorted: no other name has this number.
 constexpr Name STAR = NONE - 1;
 
+// What nobody writes: more imports of all names at the top of a file. A name may come from any of them.
+constexpr std::size_t MOST_STARS = 1'000;
+
 std::uint64_t key(const ImportPlace& place) {
     return (std::uint64_t{place.file} << 32U) | place.import;
 }
@@ -40,7 +43,8 @@ std::span<const Element> part(const std::vector<Element>& elements, const std::v
 
 }  // namespace
 
-Catalog::Catalog(const Repository& repository) : repository_(repository), modules_of_files_(files(), NONE) {
+Catalog::Catalog(const Repository& repository)
+    : repository_(repository), modules_of_files_(files(), NONE), star_imports_of_files_(files()) {
     for (FileId file = 0; file < files(); ++file) {
         std::vector<Name>& names = names_of_files_.emplace_back();
         names.reserve(syntax(file).names.size());
@@ -168,12 +172,20 @@ void Catalog::link_imports() {
     std::vector<Entry> entries;
     for (FileId file = 0; file < files(); ++file) {
         const std::vector<syntax::Import>& imports = syntax(file).imports;
+        std::vector<ImportPlace>& stars = star_imports_of_files_[file];
+        stars.clear();
         for (std::uint32_t at = 0; at < imports.size(); ++at) {
             const syntax::Import& import = imports[at];
-            const Container container =
-                import.around == syntax::NO_DECLARATION ? module_of(file) : containers_[symbol(file, import.around)];
-            if (container != NONE && !import.is_in_function) {
+            const bool is_at_top = import.around == syntax::NO_DECLARATION;
+            const Container container = is_at_top ? module_of(file) : containers_[symbol(file, import.around)];
+            if (import.is_in_function || (import.is_star && stars.size() >= MOST_STARS)) {
+                continue;
+            }
+            if (container != NONE) {
                 entries.push_back({container, bound_name({file, at}), {file, at}});
+            }
+            if (import.is_star && is_at_top) {
+                stars.push_back({file, at});
             }
         }
     }
@@ -206,17 +218,6 @@ std::span<const ImportPlace> Catalog::imports(Container container, Name name) co
 
 std::span<const ImportPlace> Catalog::star_imports(Container container) const {
     return part(imports_, import_names_, first_imports_, container, STAR);
-}
-
-std::vector<ImportPlace> Catalog::star_imports_of(FileId file) const {
-    std::vector<ImportPlace> places;
-    const std::vector<syntax::Import>& imports = syntax(file).imports;
-    for (std::uint32_t at = 0; at < imports.size(); ++at) {
-        if (imports[at].is_star && !imports[at].is_in_function && imports[at].around == syntax::NO_DECLARATION) {
-            places.push_back({file, at});
-        }
-    }
-    return places;
 }
 
 }  // namespace host::resolve

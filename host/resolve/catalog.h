@@ -106,8 +106,10 @@ class Catalog {
     [[nodiscard]] std::span<const ImportPlace> imports(Container container, Name name) const;
     /// Returns those that bind all names of another module in it, by file. Valid until `link`.
     [[nodiscard]] std::span<const ImportPlace> star_imports(Container container) const;
-    /// Returns those of one file that bind all names of another module at its top, in its order.
-    [[nodiscard]] std::vector<ImportPlace> star_imports_of(FileId file) const;
+    /// Returns those of one file that bind all names of another module at its top, in its order. Valid until `link`.
+    [[nodiscard]] std::span<const ImportPlace> star_imports_of(FileId file) const {
+        return star_imports_of_files_[file];
+    }
 
   private:
     Container container_in(Container home, Name name, Symbol symbol);
@@ -123,6 +125,7 @@ class Catalog {
     std::vector<FileId> files_of_symbols_;
     std::unordered_map<std::string, Container> modules_;
     std::vector<Container> modules_of_files_;
+    std::vector<std::vector<ImportPlace>> star_imports_of_files_;
     std::vector<std::vector<FileId>> files_of_modules_;        // by container
     std::unordered_map<std::uint64_t, Container> namespaces_;  // by container and name
     std::unordered_map<Symbol, Symbol> owners_;

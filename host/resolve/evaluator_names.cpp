@@ -89,7 +89,7 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
         }
         for (const ImportPlace& place : catalog_.star_imports(container)) {
             if (found.empty() && place.file == file) {
-                add_once(found, members(imported_modules(place, catalog_.syntax(file).imports[place.import]), name));
+                add_once(found, members(import_meaning(place), name));
                 drop_foreign(found);  // as may a module
             }
         }
@@ -139,7 +139,7 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
         return found;
     }
     for (const ImportPlace& place : catalog_.star_imports_of(file)) {
-        add_once(found, members(imported_modules(place, catalog_.syntax(file).imports[place.import]), name));
+        add_once(found, members(import_meaning(place), name));
     }
     if (rules.has_no_clashing_stars && !std::ranges::all_of(found, is_foreign)) {
         drop_foreign(found);
@@ -227,7 +227,7 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
     }
     for (const ImportPlace& place : catalog_.star_imports(container)) {
         if (found.empty() && is_passed_on(place)) {
-            add_once(found, members(imported_modules(place, catalog_.syntax(place.file).imports[place.import]), name));
+            add_once(found, members(import_meaning(place), name));
         }
     }
     return found;
