@@ -9,7 +9,7 @@ namespace host::sources {
 
 namespace {
 
-struct Node {
+struct IdentifiedNode {
     NodeId id;
     const CapturedNode* captured;
     std::vector<std::size_t> wrappers = {};  // of a declaration: their places, from the inside out
@@ -17,14 +17,14 @@ struct Node {
 };
 
 // Declarations and wrappers in the order of the text, an outer one before what it holds.
-std::vector<Node> in_order(const std::unordered_map<NodeId, CapturedNode>& nodes) {
-    std::vector<Node> order;
+std::vector<IdentifiedNode> in_order(const std::unordered_map<NodeId, CapturedNode>& nodes) {
+    std::vector<IdentifiedNode> order;
     for (const auto& [id, node] : nodes) {
         if (node.is_declaration || node.is_wrapper) {
             order.push_back({id, &node});
         }
     }
-    std::ranges::sort(order, {}, [](const Node& node) {
+    std::ranges::sort(order, {}, [](const IdentifiedNode& node) {
         const CapturedNode& captured = *node.captured;
         return std::tuple(captured.bytes.begin, -std::int64_t{captured.bytes.end}, !captured.is_wrapper);
     });
@@ -35,7 +35,7 @@ std::vector<Node> in_order(const std::unordered_map<NodeId, CapturedNode>& nodes
 
 std::unordered_map<NodeId, Surroundings> surroundings_of(const std::unordered_map<NodeId, CapturedNode>& nodes) {
     std::unordered_map<NodeId, Surroundings> surroundings;
-    std::vector<Node> order = in_order(nodes);
+    std::vector<IdentifiedNode> order = in_order(nodes);
     std::vector<std::size_t> around;  // the places of the nodes that hold the current one, from the outside in
     for (std::size_t place = 0; place < order.size(); ++place) {
         const CapturedNode& node = *order[place].captured;
@@ -58,7 +58,7 @@ std::unordered_map<NodeId, Surroundings> surroundings_of(const std::unordered_ma
         }
         around.push_back(place);
     }
-    for (const Node& node : order) {
+    for (const IdentifiedNode& node : order) {
         if (node.captured->is_declaration) {
             Bytes& whole = surroundings[node.id].whole;
             whole = node.captured->bytes;
