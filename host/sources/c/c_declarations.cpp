@@ -42,8 +42,8 @@ CReader::Specifiers CReader::specifiers(const Node& node) {
     return found;
 }
 
-// Goes from the outermost part of a declarator to the name in it: `*(*f)(int)[3]` is a list of ... pointers. Each part
-// says what the type so far is made into.
+// Goes from the outermost part of a declarator to the name in it. Each part says what the type so far is made into: of
+// `T *(*f)(void)` a pointer, a function, a pointer.
 CReader::Declarator CReader::declarator(const Node& node, Id type) {
     Declarator found{.name = {}, .type = type, .is_function = false, .function = {}, .value = {}};
     const auto make = [&](Operation operation) {
@@ -233,7 +233,7 @@ bool CReader::is_macro_call(const Node& function, const Declarator& declarator) 
            declarator.name.type() == "identifier" && dialect_.is_cpp;
 }
 
-// A `typedef`. One of a struct that has no name of its own gives it one; one that repeats its name is no more than that.
+// A `typedef`. One of a struct that has no name of its own gives it one; one that repeats its name adds nothing.
 CReader::Id CReader::read_type_definition(const Node& node) {
     const Node type = node.child(fields_.type);
     const Node first = node.child(fields_.declarator);

@@ -103,8 +103,8 @@ CReader::Id CReader::read_alias(const Node& node) {
     return UNKNOWN;
 }
 
-// The parameters of a class, and of its members where they stand outside of it, are replaced by the arguments of a type;
-// of those of a function nothing is known.
+// The parameters of a class, and of its members where they stand outside of it, are replaced by the arguments of a
+// type; of those of a function nothing is known.
 CReader::Id CReader::read_template(const Node& node) {
     bool is_of_class = false;
     for_each_child(node, [&](const Node& child, TSFieldId) {
