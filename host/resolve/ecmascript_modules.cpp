@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -36,7 +37,7 @@ class EcmascriptModules : public ModuleRules {
                 packages_.push_back(&package);
             }
         }
-        std::ranges::sort(packages_, {}, &Package::folder);
+        std::ranges::sort(packages_, std::ranges::greater(), &Package::folder);
     }
 
     [[nodiscard]] Found find(FileId from, const syntax::Import& import) const override {
@@ -176,8 +177,8 @@ class EcmascriptModules : public ModuleRules {
 
     // By the innermost configuration that has an alias or a folder for the name.
     [[nodiscard]] std::optional<FileId> aliased(std::string_view folder, std::string_view module) const {
-        for (auto package = packages_.rbegin(); package != packages_.rend(); ++package) {  // the innermost first
-            const Package& around = **package;
+        for (const Package* const package : packages_) {
+            const Package& around = *package;
             if (!is_below(folder, around.folder)) {
                 continue;
             }
@@ -223,7 +224,7 @@ class EcmascriptModules : public ModuleRules {
     Catalog& catalog_;
     FilesByPath files_;
     Container globals_;
-    std::vector<const Package*> packages_;  // by folder
+    std::vector<const Package*> packages_;  // by folder, the inner ones before those around them
 };
 
 }  // namespace

@@ -13,7 +13,8 @@ namespace {
 // The name of a package that only its path is known of: "gopkg.in/yaml.v3", "example.org/a/v2".
 std::string_view usual_name(std::string_view path) {
     const auto is_version = [](std::string_view text) {
-        return text.size() > 1 && text.front() == 'v' && text.find_first_not_of("0123456789", 1) == std::string_view::npos;
+        return text.size() > 1 && text.front() == 'v' &&
+               text.find_first_not_of("0123456789", 1) == std::string_view::npos;
     };
     if (is_version(file_name(path))) {
         path = folder_of(path);
