@@ -37,8 +37,10 @@ class Node {
     [[nodiscard]] Node child(TSFieldId field) const {
         return exists() ? wrapped(ts_node_child_by_field_id(node_, field)) : Node();
     }
-    [[nodiscard]] Node named_child(std::uint32_t at) const { return wrapped(ts_node_named_child(node_, at)); }
-    [[nodiscard]] std::uint32_t named_children() const { return ts_node_named_child_count(node_); }
+    [[nodiscard]] Node named_child(std::uint32_t at) const {
+        return exists() ? wrapped(ts_node_named_child(node_, at)) : Node();
+    }
+    [[nodiscard]] std::uint32_t named_children() const { return exists() ? ts_node_named_child_count(node_) : 0; }
 
     friend bool operator==(const Node& one, const Node& other) { return ts_node_eq(one.node_, other.node_); }
 

@@ -7,12 +7,11 @@ using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
 
-ExpressionId PythonReader::read_file(const Node& node) {
-    scopes_.push_back({.kind = Scope::Kind::FILE});
-    visit_children(node);
-    settle(scopes_.back());
-    scopes_.pop_back();
-    return syntax::UNKNOWN;
+// The root of a damaged tree is no module.
+syntax::Syntax PythonReader::read(const Node& root) {
+    visit(root);
+    settle(scopes_.front());
+    return out_.finish();
 }
 
 // Has what a scope declares be what is assigned to it.

@@ -33,7 +33,6 @@ ExpressionId PythonReader::read_class_pattern(const Node& node) {
         if (is_first) {
             instance = out_.instance(read_dotted_name(child));
         } else {
-            matched_ = instance;
             const bool has_keyword = child.named_children() > 0 && child.named_child(0).type() == "keyword_pattern";
             matched_ = has_keyword ? instance : syntax::UNKNOWN;
             visit(child);

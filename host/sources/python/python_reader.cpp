@@ -36,8 +36,6 @@ const NodeRules<PythonReader>& PythonReader::rules() {
     using Reader = PythonReader;
     static const NodeRules<PythonReader> RULES(tree_sitter_python(),
                                                {
-                                                   {"module", &Reader::read_file},
-
                                                    {"decorated_definition", &Reader::read_decorated},
                                                    {"function_definition", &Reader::read_function},
                                                    {"lambda", &Reader::read_lambda},

@@ -24,6 +24,9 @@ class PythonReader : public SyntaxReader<PythonReader> {
 
     static const NodeRules<PythonReader>& rules();
 
+    /// Reads the tree of the text.
+    syntax::Syntax read(const Node& root);
+
   private:
     using ExpressionId = syntax::ExpressionId;
     using DeclarationId = syntax::DeclarationId;
@@ -108,7 +111,6 @@ class PythonReader : public SyntaxReader<PythonReader> {
     [[nodiscard]] const Scope* class_around() const;
 
     // Bindings (python_bindings.cpp).
-    ExpressionId read_file(const Node& node);
     ExpressionId read_assignment(const Node& node);
     ExpressionId read_walrus(const Node& node);
     ExpressionId read_for(const Node& node);
@@ -188,7 +190,7 @@ class PythonReader : public SyntaxReader<PythonReader> {
     };
 
     std::string_view whole_text_;
-    std::vector<Scope> scopes_;               // around the node that is read; the first is the file
+    std::vector<Scope> scopes_{{}};           // around the node that is read; the first is the file
     std::size_t functions_ = 0;               // of these
     Decorators decorators_;                   // of the function or class that is read next
     ExpressionId matched_ = syntax::UNKNOWN;  // the value that a class pattern matches

@@ -166,6 +166,11 @@ TEST(PythonSyntax, ImportsBindNamesOrModules) {
               "5 value a\n5 value a.b\n5 value a.b.x\n6 value d\n6 value d.x\n");
 }
 
+TEST(PythonSyntax, WhatIsDamagedIsReadAsFarAsItGoes) {
+    EXPECT_EQ(mentions_of(*names_in("class C(\n@\nfrom m import a\nx = a.b\nlambda (:").syntax),
+              "1 value C\n3 import import(m )\n3 import import(m a)\n4 value a\n4 value a.b\n");
+}
+
 TEST(PythonSyntax, WhatTheOutlineHasOutsideOfFunctionsIsDeclaredWhereItStands) {
     const Outline outline = names_in("a = 1\nb, c = 2, 3\ntype d = int\nclass e:\n f: int\n class g: h = 1\n"
                                      " def i(self): self.j = 1\nif a:\n def k(): pass\n");
