@@ -39,13 +39,16 @@ std::string_view name_in(const Syntax& syntax, syntax::ExpressionId id) {
     return {};
 }
 
-// The name as the text has it: readers add "()" to those of functions where a variable may bear the same, and "new " to
-// those of constructors.
+// The name as the text has it: readers mark those that a language tells from others of the same spelling, as
+// `size()`, `new List()` and `.len`.
 std::string_view written(std::string_view name) {
-    constexpr std::string_view CALLED = "()";
-    constexpr std::string_view CONSTRUCTED = "new ";
-    name.remove_prefix(name.starts_with(CONSTRUCTED) ? CONSTRUCTED.size() : 0);
-    return name.ends_with(CALLED) ? name.substr(0, name.size() - CALLED.size()) : name;
+    for (const std::string_view mark : {std::string_view("new "), std::string_view(".")}) {
+        if (name.size() > mark.size() && name.starts_with(mark)) {
+            name.remove_prefix(mark.size());
+        }
+    }
+    constexpr std::string_view MARK = "()";
+    return name.ends_with(MARK) && name != "operator()" ? name.substr(0, name.size() - MARK.size()) : name;
 }
 
 }  // namespace

@@ -99,6 +99,9 @@ TEST_F(SourcesImport, SaysWhatCouldNotBeRead) {
     const indexing::ImportReport report = import();
     EXPECT_EQ(report.unparsed.first, std::vector<std::string>{"src/p/Bad.java"});
     EXPECT_EQ(report.damaged.first, std::vector<std::string>{"src/p/Torn.java"});
+    std::ostringstream words;
+    write_findings(words, report);
+    EXPECT_NE(words.str().find("src/p/Torn.java; what stands in the other parts is missing\n"), std::string::npos);
 }
 
 }  // namespace
