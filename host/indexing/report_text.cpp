@@ -58,6 +58,12 @@ std::string about(const Examples& examples, const std::string& what, const std::
     return examples.count == 0 ? "" : what + ": " + listed(examples) + advice;
 }
 
+std::string in_damage(const ImportReport& report) {
+    const std::string count = counted(report.out_of_damage, "declaration");
+    return report.tool.empty() ? "; what stands in the other parts is missing"
+                               : "; " + count + " there have lines and signature from the indexer";
+}
+
 }  // namespace
 
 void write_made(std::ostream& out, const std::string& index, const ImportReport& report) {
@@ -84,8 +90,7 @@ void write_findings(std::ostream& out, const ImportReport& report) {
             ? about(report.unread, "Files that are missing from the checkout, or behind links that lead out of it", "")
             : about(report.unread, "No source could be read", "; name the indexed folder with --checkout"),
         about(report.unparsed, "Sources that are too large, too complex or not UTF-8, and were not parsed", ""),
-        about(report.damaged, "Sources that parse only in part",
-              "; " + counted(report.out_of_damage, "declaration") + " there have lines and signature from the indexer"),
+        about(report.damaged, "Sources that parse only in part", in_damage(report)),
         about(report.moved, "Sources that have changed since they were indexed", "; index them again"),
     };
     for (const std::string& line : lines) {

@@ -60,8 +60,9 @@ void write_text(std::ostream& out, const IndexStats& stats) {
     const indexing::ImportReport& report = stats.report;
     write_made(out, stats.index, report);
     out << "Made " << stats.origin.made << " from " << printable(report.source)
-        << (report.checkout.empty() ? "" : ", sources in " + printable(report.checkout)) << "; " << stats.origin.bytes
-        << " bytes\n";
+        << (report.checkout.empty() || report.checkout == report.source ? ""
+                                                                        : ", sources in " + printable(report.checkout))
+        << "; " << stats.origin.bytes << " bytes\n";
     if (stats.is_checked) {
         out << "Checked: all of it was read, and no damage found\n";
     }
