@@ -9,7 +9,7 @@ namespace host::manifests {
 
 namespace {
 
-constexpr std::array<std::string_view, 3> DEPENDENCIES{"dependencies", "dev-dependencies", "build-dependencies"};
+constexpr std::array<std::string_view, 3> CARGO_TABLES{"dependencies", "dev-dependencies", "build-dependencies"};
 constexpr std::array<std::string_view, 4> CRATES{"bin", "test", "example", "bench"};
 
 // By which sources call it.
@@ -20,7 +20,7 @@ std::string crate_name(std::string name) {
 
 // Of a table that has dependencies, such as `[target.'cfg(unix)']`.
 void add_dependencies(const toml::table& table, resolve::Package& package) {
-    for (const std::string_view key : DEPENDENCIES) {
+    for (const std::string_view key : CARGO_TABLES) {
         const toml::table* const dependencies = table[key].as_table();
         if (dependencies == nullptr) {
             continue;

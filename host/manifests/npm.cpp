@@ -11,8 +11,8 @@ namespace host::manifests {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> DEPENDENCIES{"dependencies", "devDependencies", "peerDependencies",
-                                                       "optionalDependencies"};
+constexpr std::array<std::string_view, 4> NPM_LISTS{"dependencies", "devDependencies", "peerDependencies",
+                                                    "optionalDependencies"};
 constexpr std::array<std::string_view, 5> ENTRIES{"source", "types", "typings", "module", "main"};
 
 // `exports` of a single entry have no keys.
@@ -57,7 +57,7 @@ void read_package_json(const ManifestFiles& files, std::string_view path, resolv
             package.aliases.emplace(name, sources_of(files, package.folder, value));
         }
     }
-    for (const std::string_view key : DEPENDENCIES) {
+    for (const std::string_view key : NPM_LISTS) {
         const nlohmann::json& dependencies = value_at(manifest, key);
         if (dependencies.is_object()) {
             for (const auto& [name, version] : dependencies.items()) {

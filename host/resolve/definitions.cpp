@@ -35,7 +35,7 @@ std::vector<Symbol> definitions(const Catalog& catalog, std::span<const Symbol> 
     }
     // A definition that was found makes its announcements superfluous; those of nothing stay.
     std::ranges::sort(found);
-    found.erase(std::ranges::unique(found).begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     return found;
 }
 

@@ -14,7 +14,7 @@ using syntax::Operation;
 using What = Entity::What;
 
 // What nobody writes: more bases and pointers on the way to a member.
-constexpr std::size_t MOST_STEPS = 300;
+constexpr std::size_t MOST_TYPES_ASKED = 300;
 
 }  // namespace
 
@@ -63,7 +63,7 @@ Meaning Evaluator::of_kind(const Meaning& members, Symbol type, bool is_static) 
 }
 
 void Evaluator::add_members(const Entity& of, MemberSearch& search, Meaning& found) {
-    if (++search.steps > MOST_STEPS) {
+    if (++search.steps > MOST_TYPES_ASKED) {
         return;
     }
     switch (of.what) {
@@ -114,7 +114,7 @@ void Evaluator::add_members(const Entity& of, MemberSearch& search, Meaning& fou
 
 // Adds what a type has by this name: itself, else the first of its bases that has it. Returns whether any has.
 bool Evaluator::add_members_of_type(Symbol type, const Place& arguments, MemberSearch& search, Meaning& found) {
-    if (++search.steps > MOST_STEPS || !search.types.insert(type).second) {
+    if (++search.steps > MOST_TYPES_ASKED || !search.types.insert(type).second) {
         return false;
     }
     search.file = search.file == NONE ? catalog_.file_of(type) : search.file;
@@ -180,7 +180,7 @@ bool Evaluator::add_nearest_members(Symbol type, MemberSearch& search, Meaning& 
         for (const Entity& base : level) {
             if (base.what != What::SYMBOL) {
                 add_members(base, search, nearest);
-            } else if (++search.steps <= MOST_STEPS && search.types.insert(base.id).second) {
+            } else if (++search.steps <= MOST_TYPES_ASKED && search.types.insert(base.id).second) {
                 for (const Symbol symbol : catalog_.members(catalog_.container_of(base.id), search.name)) {
                     add_once(nearest, Entity{.what = What::SYMBOL, .id = symbol, .at = base.at});
                 }

@@ -16,11 +16,10 @@ using syntax::Expression;
 using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
-using syntax::UNKNOWN;
 using What = Entity::What;
 
 // How many types may stand for one another.
-constexpr std::size_t LONGEST_CHAIN = 20;
+constexpr std::size_t LONGEST_CHAIN_OF_TYPES = 20;
 
 // What nobody writes: more methods of one name, more bases of a type.
 constexpr std::size_t MOST_METHODS = 100;
@@ -150,7 +149,7 @@ std::string_view JavaOverloads::name_of(const Type& type) const {
 JavaOverloads::Type JavaOverloads::type_at(const Place& place, std::size_t depth) const {
     const syntax::Syntax& syntax = catalog_.syntax(place.file);
     const Expression& expression = syntax.expressions[place.expression];
-    if (depth > LONGEST_CHAIN) {
+    if (depth > LONGEST_CHAIN_OF_TYPES) {
         return {};
     }
     const auto named = [&](syntax::NameId name) {
@@ -190,7 +189,7 @@ JavaOverloads::Type JavaOverloads::type_at(const Place& place, std::size_t depth
 JavaOverloads::Type JavaOverloads::type_of_value(const Place& place, std::size_t depth) const {
     const syntax::Syntax& syntax = catalog_.syntax(place.file);
     const Expression& expression = syntax.expressions[place.expression];
-    if (depth > LONGEST_CHAIN) {
+    if (depth > LONGEST_CHAIN_OF_TYPES) {
         return {};
     }
     switch (expression.operation) {

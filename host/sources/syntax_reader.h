@@ -135,7 +135,7 @@ class SyntaxReader {
         if (!node.exists()) {
             return syntax::UNKNOWN;
         }
-        Reader& reader = static_cast<Reader&>(*this);
+        auto& reader = static_cast<Reader&>(*this);
         if (const auto rule = reader.rules().of(node.symbol())) {
             return (reader.*rule)(node);
         }

@@ -29,6 +29,8 @@ class CheckoutIndex : public Index {
     /// for it. Throws `std::runtime_error` with one line when there is no such folder, or no place for the index.
     CheckoutIndex(const std::string& root, indexing::OnProgress on_progress);
     ~CheckoutIndex() override;
+    CheckoutIndex(const CheckoutIndex&) = delete;
+    CheckoutIndex& operator=(const CheckoutIndex&) = delete;
 
     [[nodiscard]] std::string name() const override;
     /// Also throws what `import_listed` throws.

@@ -41,10 +41,11 @@ bool is_among(const auto& names, std::string_view name) {
 }
 
 /// A grammar with what is done at its nodes.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): there is no other way to make one than with its fields
 struct CDialect {
     CGrammar fields;
     NodeRules<CReader> rules;
-    bool is_cpp;
+    bool is_cpp = false;
 
     static const CDialect& c();
     static const CDialect& cpp();

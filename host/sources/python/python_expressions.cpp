@@ -5,14 +5,13 @@ namespace host::sources {
 
 using syntax::ExpressionId;
 using syntax::Operation;
-using syntax::Token;
 
 ExpressionId PythonReader::read_name(const Node& node) {
     return use(token(node));
 }
 
 // A class sees the names that it has bound so far, the functions and comprehensions in it do not.
-ExpressionId PythonReader::use(const Token& token) {
+ExpressionId PythonReader::use(const syntax::Token& token) {
     const Scope& around = scopes_.back();
     if (around.kind == Scope::Kind::CLASS && around.comprehensions == 0) {
         const auto bound = around.bindings.find(token.name);

@@ -8,7 +8,6 @@ namespace {
 using syntax::Operation;
 using syntax::Role;
 using syntax::Space;
-using syntax::Token;
 
 // What nobody writes: a longer path. Each import keeps its own.
 constexpr std::size_t MOST_SEGMENTS = 50;
@@ -51,8 +50,8 @@ std::string_view RustReader::name_text(const Node& node) const {
     return name;
 }
 
-Token RustReader::name_token(const Node& node, Role role, Space space) const {
-    Token token = this->token(node, role, space);
+syntax::Token RustReader::name_token(const Node& node, Role role, Space space) const {
+    syntax::Token token = this->token(node, role, space);
     token.name = name_text(node);
     return token;
 }
@@ -86,7 +85,7 @@ RustReader::Id RustReader::path(const Node& node, Role role, Space space) {
         return visit(node);
     }
     const Node before = node.child(at.path);
-    const Token last = name_token(node.child(at.name), role, space);
+    const syntax::Token last = name_token(node.child(at.name), role, space);
     if (!before.exists()) {
         return syntax::UNKNOWN;  // `::name`: of another crate
     }
@@ -103,7 +102,7 @@ RustReader::Id RustReader::qualifier(const Node& node) {
     if (node.type() != "identifier" || is_rust_item_name(text(node))) {
         return path(node, Role::VALUE, Space::QUALIFIER);
     }
-    const Token module = name_token(node, Role::VALUE, Space::QUALIFIER);
+    const syntax::Token module = name_token(node, Role::VALUE, Space::QUALIFIER);
     const Id name =
         out_.add({Operation::NAME, out_.around(), static_cast<std::uint32_t>(module.space), out_.name(module.name)});
     out_.mention(name, module);

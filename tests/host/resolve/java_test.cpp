@@ -13,7 +13,7 @@ namespace host::resolve {
 namespace {
 
 // The references of class B to others: "Int.put", "?Int.put" where there are several, in the order of files.
-std::string references_of(std::map<std::string, std::string> sources, const std::string& text) {
+std::string java_references(std::map<std::string, std::string> sources, const std::string& text) {
     sources["B.java"] = text;
     const std::string all = resolved(sources);
     std::string found;
@@ -55,7 +55,7 @@ TEST(Java, ACallIsOfTheOverloadThatItsArgumentsFitBest) {
         {"put()", "Int "},
     };
     for (const auto& [call, references] : cases) {
-        EXPECT_EQ(references_of(overloads, "class B extends Int { void m(Foreign u, int[] is) { " + call + "; } }"),
+        EXPECT_EQ(java_references(overloads, "class B extends Int { void m(Foreign u, int[] is) { " + call + "; } }"),
                   references)
             << call;
     }
@@ -85,7 +85,7 @@ TEST(Java, NamesAreThoseOfClassesAroundThenImportsThenThePackageThenStars) {
          "A "},
     };
     for (const auto& [text, references] : cases) {
-        EXPECT_EQ(references_of(sources, text), references) << text;
+        EXPECT_EQ(java_references(sources, text), references) << text;
     }
 }
 

@@ -13,7 +13,7 @@ namespace host::resolve {
 namespace {
 
 // The references of src/b.rs to other files, but for those to modules, in the order of files.
-std::string references_of(std::map<std::string, std::string> sources, const std::string& text) {
+std::string rust_references(std::map<std::string, std::string> sources, const std::string& text) {
     sources["src/b.rs"] = text;
     Package package;
     package.name = "own-crate";
@@ -56,7 +56,7 @@ TEST(Rust, PathsLeadThroughModulesAndWhatTheyPassOn) {
         {"use crate::a::E; fn f(a: u8) { match e { E::Two(_) => {} } a::b(); }", "E E.Two "},
     };
     for (const auto& [text, references] : cases) {
-        EXPECT_EQ(references_of(sources, text), references) << text;
+        EXPECT_EQ(rust_references(sources, text), references) << text;
     }
 }
 
@@ -81,12 +81,12 @@ TEST(Rust, MembersAreThoseOfTheStatedTypeThenOfItsTraits) {
         {"fn f(s: T) { s.len(); unknown().both(); }", "S Tr "},
     };
     for (const auto& [text, references] : cases) {
-        EXPECT_EQ(references_of(sources, use + text), references) << text;
+        EXPECT_EQ(rust_references(sources, use + text), references) << text;
     }
 }
 
 TEST(Rust, TypesThatPointToThemselvesHaveAnEnd) {
-    EXPECT_EQ(references_of({{"src/a.rs", ""}}, "type P = &'static P; fn f(p: P) { p.x; }"), "");
+    EXPECT_EQ(rust_references({{"src/a.rs", ""}}, "type P = &'static P; fn f(p: P) { p.x; }"), "");
     EXPECT_EQ(resolved({{"a.go", "package a\ntype A struct { *A }\nfunc f(a A) { a.x() }\n"}}).find("ambiguous"),
               std::string::npos);
 }

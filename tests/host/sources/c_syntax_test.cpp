@@ -1,4 +1,5 @@
 // What C and C++ files state about names.
+#include "tests/host/sources/outlined.h"
 #include "tests/host/syntax/syntax_text.h"
 
 #include "host/sources/outline.h"
@@ -22,7 +23,7 @@ syntax::Syntax read(const std::string& path, const std::string& text) {
 }
 
 // The mentions on line 3, in the body of a function of a few locals.
-std::string mentions_in(const std::string& path, const std::string& statements) {
+std::string c_mentions(const std::string& path, const std::string& statements) {
     const std::string all =
         mentions_of(read(path, "void f(struct S *s, T t, int (*call)(int), T ts[2])\n{\n" + statements + "\n}"));
     std::string found;
@@ -95,7 +96,7 @@ TEST(CSyntax, MembersAreLookedUpInTheTypesThatAreStated) {
     };
     for (const auto& [statements, mentions] : cases) {
         std::string expected = mentions;
-        std::string found = mentions_in("a.c", statements);
+        std::string found = c_mentions("a.c", statements);
         for (std::size_t at = 0; (at = found.find("f/", at)) != std::string::npos;) {
             found.erase(at, 2);  // all are looked up around f
         }
@@ -156,7 +157,7 @@ TEST(CppSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
         {"std::string x; x.size();", "type foreign.string'\ncall of(foreign.string').size\n"},
     };
     for (const auto& [statements, mentions] : cases) {
-        std::string found = mentions_in("a.cc", statements);
+        std::string found = c_mentions("a.cc", statements);
         for (std::size_t at = 0; (at = found.find("f/", at)) != std::string::npos;) {
             found.erase(at, 2);  // all are looked up around f
         }

@@ -1,4 +1,5 @@
 // What files of JavaScript and TypeScript state about names.
+#include "tests/host/sources/outlined.h"
 #include "tests/host/syntax/syntax_text.h"
 
 #include "host/sources/outline.h"
@@ -6,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,13 +16,8 @@ namespace {
 
 using Cases = std::vector<std::pair<std::string, std::string>>;
 
-Outline names_in(const std::string& path, const std::string& text) {
-    static const std::atomic<bool> never = false;
-    return outline_of(text, "", path, never, Content::NAMES).value();
-}
-
 // The mentions in the body of a function, without that of its parameter's type.
-std::string mentions_in(const std::string& statements) {
+std::string ecmascript_mentions(const std::string& statements) {
     const std::string text = "function f(s: Store) {\n" + statements + "\n}";
     const std::string mentions = mentions_of(*names_in("a.ts", text).syntax);
     return mentions.substr(mentions.find('\n') + 1);
@@ -77,7 +72,7 @@ TEST(EcmascriptSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
                                                                      "2 value call(local(of(function(local(?))))).y\n"},
     };
     for (const auto& [statements, mentions] : cases) {
-        EXPECT_EQ(mentions_in(statements), mentions) << statements;
+        EXPECT_EQ(ecmascript_mentions(statements), mentions) << statements;
     }
 }
 
@@ -108,7 +103,7 @@ TEST(EcmascriptSyntax, NamesStandInWhatTheyAreLookedUpIn) {
                                                                "2 key import(./m ).a\n"},
     };
     for (const auto& [statements, mentions] : cases) {
-        EXPECT_EQ(mentions_in(statements), mentions) << statements;
+        EXPECT_EQ(ecmascript_mentions(statements), mentions) << statements;
     }
 }
 

@@ -1,4 +1,5 @@
 // What Go files state about names.
+#include "tests/host/sources/outlined.h"
 #include "tests/host/syntax/syntax_text.h"
 
 #include "host/sources/outline.h"
@@ -14,25 +15,24 @@
 namespace host::sources {
 namespace {
 
-Outline names_in(const std::string& text) {
-    static const std::atomic<bool> never = false;
-    return outline_of("package p\n" + text, "", "a.go", never, Content::NAMES).value();
+Outline go_names(const std::string& text) {
+    return names_in("a.go", "package p\n" + text);
 }
 
 // The mentions in the body of a function, without that of the parameter's type.
-std::string mentions_in(const std::string& statements) {
-    const std::string mentions = mentions_of(*names_in("func f(s *Store) {\n" + statements + "\n}").syntax);
+std::string go_mentions(const std::string& statements) {
+    const std::string mentions = mentions_of(*go_names("func f(s *Store) {\n" + statements + "\n}").syntax);
     return mentions.substr(mentions.find('\n') + 1);
 }
 
-void expect_mentions(const std::vector<std::pair<std::string, std::string>>& cases) {
+void go_expect(const std::vector<std::pair<std::string, std::string>>& cases) {
     for (const auto& [statements, mentions] : cases) {
-        EXPECT_EQ(mentions_in(statements), mentions) << statements;
+        EXPECT_EQ(go_mentions(statements), mentions) << statements;
     }
 }
 
 TEST(GoSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
-    expect_mentions({
+    go_expect({
         {"s.x = 1", "3 value of(Store').x\n"},
         {"t, err := s.get(); t.x()", "3 call of(Store').get\n3 call call(of(Store').get)[0].x\n"},
         {"var t []T; t[0].x()", "3 type T'\n3 call element(of(list(T'))).x\n"},
@@ -55,7 +55,7 @@ TEST(GoSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
 }
 
 TEST(GoSyntax, ANameThatIsBoundAgainInItsScopeKeepsItsType) {
-    expect_mentions({
+    go_expect({
         {"var a T; a, b := g(); a.x()", "3 type T'\n3 call g\n3 call of(T').x\n"},
         {"s, b := g(); s.x()", "3 call g\n3 call of(Store').x\n"},
         {"if s, b := g(); b { s.x() }", "3 call g\n3 call call(g)[0].x\n"},
@@ -63,7 +63,7 @@ TEST(GoSyntax, ANameThatIsBoundAgainInItsScopeKeepsItsType) {
 }
 
 TEST(GoSyntax, KeysOfLiteralsAreMembersOfTheirTypes) {
-    expect_mentions({
+    go_expect({
         {"T{a: s}", "3 type T'\n3 key of(T').a\n"},
         {"[]*T{{a: 1}}", "3 type T'\n3 key element(of(list(T'))).a\n"},
         {"map[K]T{{k: 1}: {a: b}}", "3 type K'\n3 type T'\n3 key key(of(map(K' T'))).k\n"
@@ -74,13 +74,13 @@ TEST(GoSyntax, KeysOfLiteralsAreMembersOfTheirTypes) {
 }
 
 TEST(GoSyntax, TypesOfAFunctionAreItsOwn) {
-    expect_mentions({
+    go_expect({
         {"type T struct { U; n T }; T{}.n.x()", "3 type U'\n3 type @T x2\n3 value of(@T).n\n3 call of(@T).n.x\n"},
         {"t := []struct{ n N }{{n: 1}}; t[0].n.x()",
          "3 type N'\n3 key element(of(list(@))).n\n3 value element(of(list(@))).n\n"
          "3 call element(of(list(@))).n.x\n"},
     });
-    const Outline outline = names_in("func f() { type T struct { n int } }");
+    const Outline outline = go_names("func f() { type T struct { n int } }");
     EXPECT_TRUE(std::ranges::all_of(outline.syntax->declarations, [&](const syntax::Declaration& declaration) {
         return declaration.is_hidden || outline.syntax->name(declaration.name) == "f";
     }));
@@ -88,7 +88,7 @@ TEST(GoSyntax, TypesOfAFunctionAreItsOwn) {
 
 // The declarations with their types and owners.
 std::string declarations_of(const std::string& text) {
-    const syntax::Syntax syntax = *names_in(text).syntax;
+    const syntax::Syntax syntax = *go_names(text).syntax;
     std::string all;
     for (const syntax::Declaration& declaration : syntax.declarations) {
         const std::string owner = declaration.owner == syntax::UNKNOWN ? "" : text_of(syntax, declaration.owner) + " ";
@@ -117,7 +117,7 @@ TEST(GoSyntax, DeclarationsStateTypesOwnersAndBases) {
 }
 
 TEST(GoSyntax, ImportsBindNamesOrAllOfAPackage) {
-    const syntax::Syntax syntax = *names_in("import (\n\"a/b\"\nc `d`\n. \"e\"\n)").syntax;
+    const syntax::Syntax syntax = *go_names("import (\n\"a/b\"\nc `d`\n. \"e\"\n)").syntax;
     std::string imports;
     for (const syntax::Import& import : syntax.imports) {
         imports += std::string(syntax.name(import.name)) + "=" + std::string(syntax.name(import.module)) +
@@ -142,7 +142,7 @@ TEST(GoSyntax, ConstraintsStandAboveThePackageClause) {
 
 TEST(GoSyntax, WhatTheOutlineHasOutsideOfFunctionsIsDeclaredWhereItStands) {
     const Outline outline =
-        names_in("type ( A struct { B; *c.D; E[F]; g, h struct { i int } }; J = K; L interface { m() } )\n"
+        go_names("type ( A struct { B; *c.D; E[F]; g, h struct { i int } }; J = K; L interface { m() } )\n"
                  "const ( N, O = 1, 2 )\nvar ( p int; q = func() { r := 1 } )\nfunc (s A) t() {}\nfunc u() {}");
     for (const SourceDeclaration& declaration : outline.declarations) {
         const auto found =

@@ -1,4 +1,5 @@
 // What Java files state about names.
+#include "tests/host/sources/outlined.h"
 #include "tests/host/syntax/syntax_text.h"
 
 #include "host/sources/outline.h"
@@ -6,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,14 +14,14 @@
 namespace host::sources {
 namespace {
 
-Outline names_in(const std::string& text) {
-    static const std::atomic<bool> never = false;
-    return outline_of(text, "", "A.java", never, Content::NAMES).value();
+Outline java_names(const std::string& text) {
+    return names_in("A.java", text);
 }
 
 // The mentions in the body of a method of class A, without that of the parameter's type.
-std::string mentions_in(const std::string& statements) {
-    const std::string mentions = mentions_of(*names_in("class A {\nvoid f(Store s) {\n" + statements + "\n}}").syntax);
+std::string java_mentions(const std::string& statements) {
+    const std::string mentions =
+        mentions_of(*java_names("class A {\nvoid f(Store s) {\n" + statements + "\n}}").syntax);
     return mentions.substr(mentions.find('\n') + 1);
 }
 
@@ -41,7 +41,7 @@ TEST(JavaSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
         {"out: while (true) break out;", ""},
     };
     for (const auto& [statements, mentions] : cases) {
-        EXPECT_EQ(mentions_in(statements), mentions) << statements;
+        EXPECT_EQ(java_mentions(statements), mentions) << statements;
     }
 }
 
@@ -60,13 +60,13 @@ TEST(JavaSyntax, NamesStandInWhatTheyAreLookedUpIn) {
         {"java.util.List.of();", "3 value import(java.util List)\n3 call call(import(java.util List).of())\n"},
     };
     for (const auto& [statements, mentions] : cases) {
-        EXPECT_EQ(mentions_in(statements), mentions) << statements;
+        EXPECT_EQ(java_mentions(statements), mentions) << statements;
     }
 }
 
 TEST(JavaSyntax, ImportsNameTheClassesAroundWhatTheyTake) {
     const syntax::Syntax syntax =
-        *names_in("package p.q;\nimport a.B.C;\nimport static a.D.e;\nimport a.*;\nclass A {}").syntax;
+        *java_names("package p.q;\nimport a.B.C;\nimport static a.D.e;\nimport a.*;\nclass A {}").syntax;
     EXPECT_EQ(syntax.name(syntax.package), "p.q");
     EXPECT_EQ(mentions_of(syntax), "2 import import(a B)\n2 import import(a.B C)\n3 import import(a D)\n"
                                    "3 import import(a.D e())\n");
@@ -75,7 +75,7 @@ TEST(JavaSyntax, ImportsNameTheClassesAroundWhatTheyTake) {
 
 TEST(JavaSyntax, ContainersOfTheLibraryHoldTheirArguments) {
     const auto type_of_field = [](const std::string& text) {
-        const syntax::Syntax syntax = *names_in(text).syntax;
+        const syntax::Syntax syntax = *java_names(text).syntax;
         return text_of(syntax, syntax.declarations.back().type);
     };
     EXPECT_EQ(type_of_field("import java.util.*; class A { Map<K, ? extends List<T>[]> m; }"),
@@ -85,7 +85,7 @@ TEST(JavaSyntax, ContainersOfTheLibraryHoldTheirArguments) {
 }
 
 TEST(JavaSyntax, WhatTheOutlineHasOutsideOfMethodsIsDeclaredWhereItStands) {
-    const Outline outline = names_in(
+    const Outline outline = java_names(
         "record R(int a, T... b) { R { b = 1; } static class N<T> { N(int... x) {} T t, u; } enum E { X, Y { void g() {} } }"
         " @interface K { int v() default 1; } interface I { int C = 1; default void m(int a, int b) {} } }");
     std::string declared;

@@ -1,4 +1,5 @@
 // What Rust files state about names.
+#include "tests/host/sources/outlined.h"
 #include "tests/host/syntax/syntax_text.h"
 
 #include "host/sources/outline.h"
@@ -6,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,14 +14,13 @@
 namespace host::sources {
 namespace {
 
-Outline names_in(const std::string& text) {
-    static const std::atomic<bool> never = false;
-    return outline_of(text, "", "a.rs", never, Content::NAMES).value();
+Outline rust_names(const std::string& text) {
+    return names_in("a.rs", text);
 }
 
 // The mentions in the body of a function, without that of the parameter's type.
-std::string mentions_in(const std::string& statements) {
-    const std::string mentions = mentions_of(*names_in("fn f(s: &Store) {\n" + statements + "\n}").syntax);
+std::string rust_mentions(const std::string& statements) {
+    const std::string mentions = mentions_of(*rust_names("fn f(s: &Store) {\n" + statements + "\n}").syntax);
     return mentions.substr(mentions.find('\n') + 1);
 }
 
@@ -41,19 +40,19 @@ TEST(RustSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
         {"'a: loop { break 'a; }", ""},
     };
     for (const auto& [statements, mentions] : cases) {
-        EXPECT_EQ(mentions_in(statements), mentions) << statements;
+        EXPECT_EQ(rust_mentions(statements), mentions) << statements;
     }
 }
 
 TEST(RustSyntax, ArgumentsOfMacrosAreReadWhereTheyAreExpressions) {
-    EXPECT_EQ(mentions_in("assert_eq!(g(s), vec![T::new(); 2], \"{}\", n = N);"),
+    EXPECT_EQ(rust_mentions("assert_eq!(g(s), vec![T::new(); 2], \"{}\", n = N);"),
               "2 call g\n2 value T\n2 call T.new\n2 value N\n");
-    EXPECT_EQ(mentions_in("own!(g(s));"), "2 call own\n");
+    EXPECT_EQ(rust_mentions("own!(g(s));"), "2 call own\n");
 }
 
 TEST(RustSyntax, MembersOfAnImplBelongToItsTypeButThoseOfATraitToThat) {
     const syntax::Syntax syntax =
-        *names_in("impl<T: B> S<T> { fn a(self) -> Self { self.t } }\nimpl Tr for S { fn b() {} }").syntax;
+        *rust_names("impl<T: B> S<T> { fn a(self) -> Self { self.t } }\nimpl Tr for S { fn b() {} }").syntax;
     std::string members;
     for (const syntax::Declaration& declaration : syntax.declarations) {
         members += std::string(syntax.name(declaration.name)) + " of " + text_of(syntax, declaration.owner) + ", ";
@@ -65,7 +64,7 @@ TEST(RustSyntax, MembersOfAnImplBelongToItsTypeButThoseOfATraitToThat) {
 
 TEST(RustSyntax, TreesOfUseAreFlattened) {
     const syntax::Syntax syntax =
-        *names_in("use a::{self, b::{C as D, *}};\npub use crate::e;\nmod m { use super::f; }").syntax;
+        *rust_names("use a::{self, b::{C as D, *}};\npub use crate::e;\nmod m { use super::f; }").syntax;
     EXPECT_EQ(mentions_of(syntax), "1 import import(a )\n1 import import(a b)\n1 import import(a::b C)\n"
                                    "2 import import(crate e)\n3 import import(super f)\n");
     std::string bound;
@@ -78,9 +77,9 @@ TEST(RustSyntax, TreesOfUseAreFlattened) {
 
 TEST(RustSyntax, WhatTheOutlineHasOutsideOfFunctionsIsDeclaredWhereItStands) {
     const Outline outline =
-        names_in("mod n; struct S { x: u8 } enum E { A, B { y: u8 } } trait T { type O; const K: u8; fn m(); }\n"
-                 "const C: u8 = 1; static D: u8 = 1; type L = S; macro_rules! q { () => {} }\n"
-                 "#[cfg(test)] mod t { fn r#in() { fn local() {} } }");
+        rust_names("mod n; struct S { x: u8 } enum E { A, B { y: u8 } } trait T { type O; const K: u8; fn m(); }\n"
+                   "const C: u8 = 1; static D: u8 = 1; type L = S; macro_rules! q { () => {} }\n"
+                   "#[cfg(test)] mod t { fn r#in() { fn local() {} } }");
     std::string declared;
     for (const SourceDeclaration& declaration : outline.declarations) {
         const auto found =
