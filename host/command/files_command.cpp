@@ -29,7 +29,8 @@ struct FilesArguments {
 };
 
 void print_files(const FilesArguments& arguments, storage::Database& index) {
-    const ListedFiles listed = list_files(index, arguments.paths, arguments.tests.rules());
+    const ListedFiles listed =
+        list_files(index, paths_in_index(arguments.index, arguments.paths), arguments.tests.rules());
     for (const std::string& remark : listed.remarks) {
         say(remark);
     }

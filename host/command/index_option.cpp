@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
+#include <system_error>
 
 namespace host {
 
@@ -95,6 +96,23 @@ std::unique_ptr<Index> index_of(const IndexOption& option) {
         throw CLI::ValidationError("--repository", "is required: the current folder has no name");
     }
     return index_at(option.place, repository);
+}
+
+std::vector<std::string> paths_in_index(const IndexOption& option, std::vector<std::string> paths) {
+    namespace fs = std::filesystem;
+    if (!option.place.empty() || !option.checkout.empty()) {
+        return paths;
+    }
+    const fs::path here = fs::current_path();
+    const fs::path root = worktree::checkout_around(here);
+    for (std::string& path : paths) {
+        const fs::path below = (here / path).lexically_normal().lexically_relative(root);
+        std::error_code error;
+        if (!path.empty() && fs::exists(here / path, error) && !below.empty() && *below.begin() != "..") {
+            path = below.generic_string();
+        }
+    }
+    return paths;
 }
 
 void add_checkout_option(CLI::App& command, std::string& path) {

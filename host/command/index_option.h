@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -35,6 +36,10 @@ void add_index_options(CLI::App& command, IndexOption& option, const std::string
 
 /// Returns the index to read. Throws `CLI::ValidationError`, and what `index_at` and `CheckoutIndex` throw.
 std::unique_ptr<Index> index_of(const IndexOption& option);
+
+/// Returns paths of a command as the index has them: without an index or a checkout that is named, what lies in the
+/// current folder goes by its path from the root of the checkout around that. Others stay as they are.
+std::vector<std::string> paths_in_index(const IndexOption& option, std::vector<std::string> paths);
 
 /// Adds "--checkout DIR", which is optional.
 void add_checkout_option(CLI::App& command, std::string& path);

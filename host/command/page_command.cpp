@@ -31,6 +31,7 @@ struct PageArguments {
 
 PageRequest request_of(const PageArguments& arguments) {
     PageRequest request = arguments.page;
+    request.paths = paths_in_index(arguments.index, request.paths);
     if (arguments.format == "json") {
         request.format = PageRequest::Format::JSON;
         if (request.max_bytes || request.max_tokens) {

@@ -156,9 +156,11 @@ TEST_F(Command, ReadsTheSourcesAroundItWhereNothingNamesAnIndex) {
     folder.write("checkout/src/p/store.go", "// Package p keeps items.\npackage p\n\nfunc Keep() {}\n");
     folder.write("checkout/src/main.go", "package main\n\nfunc main() { run() }\n\nfunc run() {}\n");
     EXPECT_NE(in_checkout("page p").out.find("`src/p/store.go`"), std::string::npos);
+    EXPECT_EQ(shell("cd checkout/src/p; export OLDPWD; " + command + "files .").out.find("main.go"), std::string::npos);
     EXPECT_NE(in_checkout("find Keep").out.find("src/p/store.go:L4-L4"), std::string::npos);
     EXPECT_NE(in_checkout("files --checkout p").out.find("\nstore.go"), std::string::npos);
     EXPECT_NE(in_checkout("stats").out.find("2 files, 3 declarations, 1 edge"), std::string::npos);
+    EXPECT_EQ(in_checkout("stats").out.find(", sources in "), std::string::npos);
     folder.write("checkout/src/p/store.go", "package p\n\nfunc Keep() {}\n\nfunc Drop() {}\n");
     EXPECT_NE(in_checkout("find Drop").out.find("src/p/store.go:L5-L5"), std::string::npos);
     folder.write("none/README.md", "");
