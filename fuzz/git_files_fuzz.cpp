@@ -1,0 +1,40 @@
+// Arbitrary bytes as the files of Git that a checkout brings along.
+
+#include "fuzz/promise.h"
+#include "host/git/attributes.h"
+#include "host/git/ignore_rules.h"
+#include "host/git/tracked_files.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using namespace host::git;
+using fuzz::promise;
+
+void check_rules(std::string_view text) {
+    const IgnoreRules ignored(text);
+    AttributeMacros macros;
+    const AttributeRules attributes(text, macros);
+    for (const std::string_view path : {"a", "a/b.log", "build/x/y.ts"}) {
+        promise(ignored.decide(path, false) == ignored.decide(path, false), "a rule decides the same again");
+        Origin origin{.is_generated = true, .is_vendored = true};
+        attributes.complete(path, origin);
+        promise(origin.is_generated == true && origin.is_vendored == true, "what is said already stays");
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string bytes(data, data + size);
+    if (const auto paths = read_git_index(bytes)) {
+        promise(std::ranges::is_sorted(*paths), "an index of Git is sorted");
+    }
+    check_rules(bytes);
+    return 0;
+}
