@@ -32,7 +32,6 @@ namespace {
 namespace fs = std::filesystem;
 using bench::Cost;
 using host::TemporaryFolder;
-using host::sources::Language;
 using host::sources::understood_language;
 
 constexpr std::size_t LINES = 1'000'000;

@@ -41,6 +41,7 @@ enum class End { NOTHING, REGULAR_FILE, OTHER_FILE, UNKNOWN };
 // call to the system, where resolving a path takes one for each folder.
 End end_of(const fs::path& path) {
     const open_how how{.flags = O_PATH | O_CLOEXEC, .mode = 0, .resolve = RESOLVE_NO_SYMLINKS};
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system declares it so
     const auto file = static_cast<int>(syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how));
     if (file < 0) {
         return errno == ENOENT || errno == ENOTDIR ? End::NOTHING : End::UNKNOWN;

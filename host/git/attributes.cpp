@@ -63,13 +63,13 @@ AttributeRules::AttributeRules(string_view text, AttributeMacros& macros) {
 }
 
 void AttributeRules::complete(string_view path, Origin& origin) const {
-    for (auto rule = rules_.rbegin(); rule != rules_.rend(); ++rule) {
-        if (rule->pattern.matches(path, false)) {
-            Origin completed = rule->origin;
+    std::for_each(rules_.rbegin(), rules_.rend(), [&](const Rule& rule) {
+        if (rule.pattern.matches(path, false)) {
+            Origin completed = rule.origin;
             overwrite(completed, origin);
             origin = completed;
         }
-    }
+    });
 }
 
 }  // namespace host::git

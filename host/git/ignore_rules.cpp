@@ -2,6 +2,7 @@
 
 #include "host/files/checkout.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -34,12 +35,9 @@ IgnoreRules::IgnoreRules(std::string_view text) {
 }
 
 std::optional<bool> IgnoreRules::decide(std::string_view path, bool is_folder) const {
-    for (auto rule = rules_.rbegin(); rule != rules_.rend(); ++rule) {
-        if (rule->pattern.matches(path, is_folder)) {
-            return rule->ignores;
-        }
-    }
-    return std::nullopt;
+    const auto last = std::find_if(rules_.rbegin(), rules_.rend(),
+                                   [&](const Rule& rule) { return rule.pattern.matches(path, is_folder); });
+    return last == rules_.rend() ? std::nullopt : std::optional(last->ignores);
 }
 
 }  // namespace host::git

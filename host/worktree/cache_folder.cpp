@@ -29,7 +29,7 @@ fs::path path_in(const char* variable) {
 }
 
 fs::path cache_home() {
-    if (const fs::path home = path_in("XDG_CACHE_HOME"); !home.empty()) {
+    if (fs::path home = path_in("XDG_CACHE_HOME"); !home.empty()) {
         return home;
     }
     const fs::path home = path_in("HOME");
@@ -68,7 +68,7 @@ void make(const fs::path& folder) {
 fs::path cache_folder(const fs::path& checkout) {
     const fs::path all = cache_home() / "wiki-scope";
     make(all);
-    const fs::path folder = all / (checkout.filename().string() + "-" + digits_of(checkout.string()));
+    fs::path folder = all / (checkout.filename().string() + "-" + digits_of(checkout.string()));
     make(folder);
     return folder;
 }

@@ -77,7 +77,7 @@ void report_file(const ReadFile& file, const resolve::References& references, Im
 
 }  // namespace
 
-std::vector<ReadDeclaration> spooled(std::vector<DeclarationFacts> declarations, TextSpool& spool) {
+std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool) {
     std::vector<ReadDeclaration> spooled;
     spooled.reserve(declarations.size());
     for (const DeclarationFacts& facts : declarations) {

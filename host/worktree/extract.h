@@ -29,7 +29,7 @@ struct ReadFile {
 };
 
 /// Puts the texts of declarations into the spool.
-std::vector<ReadDeclaration> spooled(std::vector<DeclarationFacts> declarations, TextSpool& spool);
+std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool);
 
 /// Returns what an index is made from. `repository` holds the files in the order of `files`, and `references` what the
 /// resolver found for each. `repository` and what it points at must outlive the extraction. Adds to `report` what was

@@ -85,10 +85,11 @@ indexing::DeclarationName SourceSymbols::name_of(indexing::SymbolNumber symbol, 
         id = declaration.parent;
     }
     std::string fqn = module;
-    for (auto name = names.rbegin(); name != names.rend(); ++name) {
-        fqn.append(fqn.empty() ? "" : ".").append(*name);
+    std::ranges::reverse(names);
+    for (const std::string_view name : names) {
+        fqn.append(fqn.empty() ? "" : ".").append(name);
     }
-    return {std::string(names.front()), without_control_characters(fqn)};
+    return {std::string(names.back()), without_control_characters(fqn)};
 }
 
 }  // namespace host::worktree

@@ -170,8 +170,8 @@ class SyntaxReader {
 
     // Each list must end within all, wherever it begins: an expression may begin one anywhere.
     void read_lists() {
-        for (std::size_t at = 0; at < syntax_.lists.size(); ++at) {
-            syntax_.lists[at] = in_.below(std::max(syntax_.expressions.size(), syntax_.lists.size()));
+        for (std::uint32_t& item : syntax_.lists) {
+            item = in_.below(std::max(syntax_.expressions.size(), syntax_.lists.size()));
         }
     }
 

@@ -14,7 +14,6 @@ using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
 using syntax::Role;
-using syntax::Space;
 using syntax::UNKNOWN;
 
 }  // namespace

@@ -12,7 +12,6 @@ using std::string_view;
 using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
-using syntax::Role;
 using syntax::UNKNOWN;
 
 constexpr std::size_t MOST_RETURNED = 8;  // of which what a function gives is told

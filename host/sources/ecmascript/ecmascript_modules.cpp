@@ -13,7 +13,6 @@ using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
 using syntax::Role;
-using syntax::Space;
 using syntax::UNKNOWN;
 
 constexpr string_view DEFAULT = "default";

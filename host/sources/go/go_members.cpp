@@ -3,7 +3,6 @@
 
 namespace host::sources {
 
-using syntax::Declaration;
 using syntax::DeclarationId;
 using syntax::ExpressionId;
 using syntax::Kind;

@@ -13,7 +13,6 @@ using syntax::DeclarationId;
 using syntax::Kind;
 using syntax::Operation;
 using syntax::Role;
-using syntax::Space;
 
 }  // namespace
 

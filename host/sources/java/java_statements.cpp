@@ -9,7 +9,6 @@ namespace {
 
 using syntax::Operation;
 using syntax::Role;
-using syntax::Space;
 
 }  // namespace
 

@@ -7,7 +7,6 @@
 
 namespace host::sources {
 
-using syntax::DeclarationId;
 using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;

@@ -64,7 +64,7 @@ TEST_F(CheckoutFiles, AreThoseThatGitTracksOrDoesNotIgnore) {
     folder.write("checkout/k/.gitignore", "only\n");
     folder.write("checkout/.git/info/exclude", "*.tmp\n");
     EXPECT_EQ(listed(), ".g.c .gitignore k/.gitignore kept.o src/.gitignore src/e.c src/out/d.c");
-    for (const std::size_t hash_size : {20, 32}) {
+    for (const std::size_t hash_size : {std::size_t{20}, std::size_t{32}}) {
         folder.write("checkout/.git/index", git_index({"a.o", "missing.c", "out/deep/c.c"}, hash_size));
         EXPECT_EQ(listed(), ".g.c .gitignore a.o k/.gitignore kept.o out/deep/c.c src/.gitignore src/e.c src/out/d.c");
     }
