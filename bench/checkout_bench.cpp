@@ -75,7 +75,7 @@ std::size_t write_copies(const std::vector<SourceFile>& files, const TemporaryFo
     std::size_t written = 0;
     std::size_t count = 0;
     for (int copy = 0; written < lines; ++copy) {
-        const std::string own = "$1" + std::to_string(copy);
+        const std::string own = "$1_" + std::to_string(copy);
         for (const SourceFile& file : files) {
             folder.write(std::regex_replace(file.path, folders, own), std::regex_replace(file.text, folders, own));
             written += lines_in(file.text);
@@ -121,7 +121,7 @@ void print(const char* what, const Cost& cost, double floor) {
 // An answer without an index of its own: what it costs when nothing has changed, and when one file has.
 std::pair<Cost, Cost> refresh_costs(const std::string& wiki_scope, const TemporaryFolder& checkout,
                                     const std::string& file) {
-    const std::vector<std::string> command{wiki_scope, "find", "no such name", "--checkout", checkout / ""};
+    const std::vector<std::string> command{wiki_scope, "stats", "--checkout", checkout / ""};
     bench::cost_of_program(command);
     const Cost unchanged = best([&] { return bench::cost_of_program(command); });
     const Cost changed = best([&] {
@@ -148,7 +148,7 @@ void measure(const std::string& wiki_scope, const fs::path& own) {
     const Cost import = best([&] {
         return bench::cost_of_program({wiki_scope, "import", checkout / "", "--index", made / "index.db"});
     });
-    const auto [unchanged, changed] = refresh_costs(wiki_scope, checkout, "host0/command/main.cpp");
+    const auto [unchanged, changed] = refresh_costs(wiki_scope, checkout, "host_0/command/main.cpp");
 
     const TemporaryFolder many;
     for (std::size_t file = 0; file < MANY_FILES; ++file) {
