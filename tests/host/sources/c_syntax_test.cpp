@@ -36,7 +36,7 @@ std::string c_mentions(const std::string& path, const std::string& statements) {
 
 // The declarations: "outer.inner kind", with "?" for one that only announces another, "-" for a private one, "()" with
 // the numbers of arguments, and the type.
-std::string declarations_of(const std::string& path, const std::string& text) {
+std::string c_declarations(const std::string& path, const std::string& text) {
     constexpr std::array<const char*, 8> KINDS{"type",        "alias", "namespace", "function",
                                                "constructor", "value", "property",  "macro"};
     const syntax::Syntax syntax = read(path, text);
@@ -75,7 +75,7 @@ TEST(CSyntax, DeclarationsSayWhatTheyAreAndOfWhichType) {
         {"#if A\nint a;\n#else\nint b;\n#endif", "a value of(foreign)\nb value of(foreign)\n"},
     };
     for (const auto& [text, declarations] : cases) {
-        EXPECT_EQ(declarations_of("a.c", text), declarations) << text;
+        EXPECT_EQ(c_declarations("a.c", text), declarations) << text;
     }
 }
 
@@ -136,7 +136,7 @@ TEST(CppSyntax, DeclarationsStandInWhatTheyBelongTo) {
         {"TEST(A, b) { int c; }", ""},
     };
     for (const auto& [text, declarations] : cases) {
-        EXPECT_EQ(declarations_of("a.cc", text), declarations) << text;
+        EXPECT_EQ(c_declarations("a.cc", text), declarations) << text;
     }
 }
 

@@ -87,7 +87,7 @@ TEST(GoSyntax, TypesOfAFunctionAreItsOwn) {
 }
 
 // The declarations with their types and owners.
-std::string declarations_of(const std::string& text) {
+std::string go_declarations(const std::string& text) {
     const syntax::Syntax syntax = *go_names(text).syntax;
     std::string all;
     for (const syntax::Declaration& declaration : syntax.declarations) {
@@ -103,16 +103,16 @@ std::string declarations_of(const std::string& text) {
 }
 
 TEST(GoSyntax, DeclarationsStateTypesOwnersAndBases) {
-    EXPECT_EQ(declarations_of("func (l *L[E]) f(e E) (E, error) { return l.g(e) }"),
+    EXPECT_EQ(go_declarations("func (l *L[E]) f(e E) (E, error) { return l.g(e) }"),
               "L' f tuple(parameter0(?) error')\n");
-    EXPECT_EQ(declarations_of("func f[T I](t T) T { return t.x }"), "f ?\n");
-    EXPECT_EQ(declarations_of("type L[E I] struct { *B; u.C[E]; e, d E }"),
+    EXPECT_EQ(go_declarations("func f[T I](t T) T { return t.x }"), "f ?\n");
+    EXPECT_EQ(go_declarations("type L[E I] struct { *B; u.C[E]; e, d E }"),
               "L ? < B' < u.C'<parameter0(I')>\nB of(B')\nC of(u.C'<parameter0(I')>)\n"
               "e of(parameter0(I'))\nd of(parameter0(I'))\n");
-    EXPECT_EQ(declarations_of("type I interface { B; int | string; f() T }"), "I ? < B'\nf T'\n");
-    EXPECT_EQ(declarations_of("type F func(a A) (T, error)\ntype M = map[K]T"),
+    EXPECT_EQ(go_declarations("type I interface { B; int | string; f() T }"), "I ? < B'\nf T'\n");
+    EXPECT_EQ(go_declarations("type F func(a A) (T, error)\ntype M = map[K]T"),
               "F function(tuple(T' error'))\nM map(K' T')\n");
-    EXPECT_EQ(declarations_of("const ( A C = iota; B; _; D )\nvar a, b = f()"),
+    EXPECT_EQ(go_declarations("const ( A C = iota; B; _; D )\nvar a, b = f()"),
               "A of(C')\nB of(C')\nD of(C')\na call(f)[0]\nb call(f)[1]\n");
 }
 

@@ -60,7 +60,7 @@ TEST(PythonSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
 }
 
 // The declarations with their types, and the bases of classes.
-std::string declarations_of(const std::string& text) {
+std::string python_declarations(const std::string& text) {
     const syntax::Syntax syntax = *python_names(text).syntax;
     std::string all;
     for (const syntax::Declaration& declaration : syntax.declarations) {
@@ -75,10 +75,10 @@ std::string declarations_of(const std::string& text) {
 
 std::string type_of_variable(const std::string& annotation) {
     const std::string declared =
-        declarations_of("from typing import *\nfrom typing import Optional as Opt, List, Type, "
-                        "Union, Callable, Tuple, Literal, Annotated, Coroutine\n"
-                        "import typing as t\nx: " +
-                        annotation);
+        python_declarations("from typing import *\nfrom typing import Optional as Opt, List, Type, "
+                            "Union, Callable, Tuple, Literal, Annotated, Coroutine\n"
+                            "import typing as t\nx: " +
+                            annotation);
     return declared.substr(2, declared.size() - 3);
 }
 
@@ -118,12 +118,12 @@ TEST(PythonSyntax, FunctionsGiveWhatTheyStateOrReturn) {
         {"@contextmanager\ndef f() -> A: ...", "f @\n ?\n__enter__ type_of(iterated(of(A')))\n"},
     };
     for (const auto& [text, declared] : cases) {
-        EXPECT_EQ(declarations_of(text), declared) << text;
+        EXPECT_EQ(python_declarations(text), declared) << text;
     }
 }
 
 TEST(PythonSyntax, WhatIsFirstAssignedDeclares) {
-    EXPECT_EQ(declarations_of("x = None\nx = A()\ndef f():\n global x\n x = B()\n"),
+    EXPECT_EQ(python_declarations("x = None\nx = A()\ndef f():\n global x\n x = B()\n"),
               "x one_of(foreign call(A) call(B))\nf foreign\n");
     const std::string text = "class C(B, metaclass=M):\n"
                              "    a: A = None\n"
@@ -137,8 +137,9 @@ TEST(PythonSyntax, WhatIsFirstAssignedDeclares) {
                              "    def p(self) -> P: pass\n"
                              "    @p.setter\n"
                              "    def p(self, value): pass\n";
-    EXPECT_EQ(declarations_of(text), "C ? < B'\na of(A')\nf foreign\nb one_of(local(of(B')) call(C))\nlate foreign\n"
-                                     "p of(P')\n");
+    EXPECT_EQ(python_declarations(text),
+              "C ? < B'\na of(A')\nf foreign\nb one_of(local(of(B')) call(C))\nlate foreign\n"
+              "p of(P')\n");
     EXPECT_EQ(mentions_of(*python_names(text).syntax),
               "1 type B' x2\n1 value M\n2 type A'\n4 value self.a\n5 call C\n5 value self.b\n6 value self.late\n"
               "7 value local(of(B')).c\n9 value property\n10 type P'\n11 value @p\n11 value @p.setter\n");
@@ -151,8 +152,8 @@ TEST(PythonSyntax, AClassSeesWhatItHasBoundSoFar) {
 
 TEST(PythonSyntax, KeywordsNameFieldsWhereTheClassHasNoConstructor) {
     EXPECT_EQ(mentions_of(*python_names("C(a=1)").syntax), "1 call C\n1 key C.().a\n");
-    EXPECT_EQ(declarations_of("@dataclass\nclass C: a: int"), "C ?\n() @C\na of(int')\n");
-    EXPECT_EQ(declarations_of("class C(NamedTuple):\n def __init__(self): pass"),
+    EXPECT_EQ(python_declarations("@dataclass\nclass C: a: int"), "C ?\n() @C\na of(int')\n");
+    EXPECT_EQ(python_declarations("class C(NamedTuple):\n def __init__(self): pass"),
               "C ? < NamedTuple'\n() ?\n__init__ foreign\n");
 }
 
