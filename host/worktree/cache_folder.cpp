@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* REMEDY = "; set XDG_CACHE_HOME to a folder of your own, or name an index with --index";
 
-// The value of a variable that is an absolute path; empty for others, as the XDG specification has it.
+// The value of a variable that is an absolute path; empty for others, which count as not set.
 fs::path path_in(const char* variable) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): the program never changes the environment
     const char* const value = std::getenv(variable);
