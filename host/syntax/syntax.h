@@ -102,7 +102,10 @@ enum class Kind : std::uint8_t {
 };
 
 struct Declaration {
-    NameId name = 0;
+    NameId name = 0;  ///< under which it is looked up
+    /// As the text has it, where `name` is marked to tell it from other declarations of that spelling, such as a method
+    /// from a field; else 0.
+    NameId written = 0;
     Kind kind = Kind::VALUE;
     DeclarationId parent = NO_DECLARATION;  ///< whose member it is, and stands in
     /// The type whose member it is, where it stands outside of it: `impl T { fn f() }`, `func (t *T) f()`,
@@ -180,6 +183,11 @@ struct Syntax {
     NameId constraint = 0;  ///< when it is compiled, as it says: `linux && !cgo`; 0: always
 
     [[nodiscard]] std::string_view name(NameId id) const { return names[id]; }
+
+    /// Returns the name of a declaration as the text has it.
+    [[nodiscard]] std::string_view written_name(const Declaration& declaration) const {
+        return name(declaration.written == 0 ? declaration.name : declaration.written);
+    }
 
     /// Returns the expressions of a list. Valid until a list is added.
     [[nodiscard]] std::span<const ExpressionId> list(ListId id) const {

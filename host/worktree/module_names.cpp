@@ -1,6 +1,7 @@
 #include "host/worktree/module_names.h"
 
 #include "host/files/file_language.h"
+#include "host/resolve/paths.h"
 
 #include <algorithm>
 #include <set>
@@ -11,14 +12,10 @@ namespace host::worktree {
 namespace {
 
 using resolve::File;
+using resolve::folder_of;
 using resolve::Package;
 using resolve::Repository;
 using std::string_view;
-
-string_view folder_of(string_view path) {
-    const std::size_t slash = path.rfind('/');
-    return path.substr(0, slash == string_view::npos ? 0 : slash);
-}
 
 std::string dotted(string_view path) {
     std::string name(path);

@@ -26,7 +26,7 @@ std::string_view name_in(const Syntax& syntax, syntax::ExpressionId id) {
         case Operation::MEMBER:
             return syntax.name(expression.name);
         case Operation::DECLARATION:
-            return syntax.name(syntax.declarations[expression.a].name);
+            return syntax.written_name(syntax.declarations[expression.a]);
         case Operation::GENERIC:
         case Operation::POINTER:
         case Operation::INSTANCE:
@@ -37,18 +37,6 @@ std::string_view name_in(const Syntax& syntax, syntax::ExpressionId id) {
         }
     }
     return {};
-}
-
-// The name as the text has it: readers mark those that a language tells from others of the same spelling, as
-// `size()`, `new List()` and `.len`.
-std::string_view written(std::string_view name) {
-    for (const std::string_view mark : {std::string_view("new "), std::string_view(".")}) {
-        if (name.size() > mark.size() && name.starts_with(mark)) {
-            name.remove_prefix(mark.size());
-        }
-    }
-    constexpr std::string_view MARK = "()";
-    return name.ends_with(MARK) && name != "operator()" ? name.substr(0, name.size() - MARK.size()) : name;
 }
 
 }  // namespace
@@ -78,7 +66,7 @@ indexing::DeclarationName SourceSymbols::name_of(indexing::SymbolNumber symbol, 
     syntax::DeclarationId id = symbol - first_[file];
     while (id != syntax::NO_DECLARATION) {
         const Declaration& declaration = syntax.declarations[id];
-        names.push_back(written(syntax.name(declaration.name)));
+        names.push_back(syntax.written_name(declaration));
         if (const std::string_view owner = name_in(syntax, declaration.owner); !owner.empty()) {
             names.push_back(owner);
         }

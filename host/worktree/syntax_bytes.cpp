@@ -97,10 +97,10 @@ class Flags {
 
 void write_declaration(ByteWriter& out, const Declaration& declaration) {
     // Fails to compile when a member is added.
-    const auto& [name, kind, parent, owner, type, bases, parameters, offset, least_arguments, most_arguments,
+    const auto& [name, written, kind, parent, owner, type, bases, parameters, offset, least_arguments, most_arguments,
                  is_private, is_definition, is_static, is_hidden, is_in_test, is_implicit] = declaration;
     for (const std::uint32_t number :
-         {name, static_cast<std::uint32_t>(kind), parent + 1, owner, type, bases, parameters, offset,
+         {name, written, static_cast<std::uint32_t>(kind), parent + 1, owner, type, bases, parameters, offset,
           std::uint32_t{least_arguments}, std::uint32_t{most_arguments}}) {
         out.number(number);
     }
@@ -215,6 +215,7 @@ class SyntaxReader {
     Declaration declaration(std::size_t before) {
         Declaration declaration;
         declaration.name = name();
+        declaration.written = name();
         declaration.kind = static_cast<Kind>(in_.below(std::uint64_t{static_cast<std::uint8_t>(Kind::MACRO)} + 1));
         declaration.parent = declaration_id(before);
         declaration.owner = expression_id();

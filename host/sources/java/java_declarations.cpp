@@ -41,6 +41,7 @@ DeclarationId JavaReader::declare(const Node& name, Kind kind, const JavaModifie
 
 DeclarationId JavaReader::declare(const Node& name, std::string_view as, Kind kind, const JavaModifiers& modifiers) {
     return out_.declare({.name = out_.name(as),
+                         .written = out_.name(text(name)),
                          .kind = kind,
                          .parent = out_.around(),
                          .offset = is_local() ? 0 : name.begin(),

@@ -46,6 +46,7 @@ DeclarationId RustReader::declare(const Node& name, Kind kind) {
 DeclarationId RustReader::declare(const Node& name, std::string_view as, Kind kind) {
     const bool is_member = surroundings_.parent != syntax::NO_DECLARATION;
     const DeclarationId id = out_.declare({.name = out_.name(as),
+                                           .written = out_.name(name_text(name)),
                                            .kind = kind,
                                            .parent = is_member ? surroundings_.parent : out_.around(),
                                            .owner = surroundings_.owner,
@@ -101,7 +102,8 @@ void RustReader::declare_fields(const Node& body, DeclarationId type) {
             out_.declaration(declare(name, rust_field_name(name_text(name)), Kind::VALUE)).type = value;
         } else if (field == at.type) {
             const Id value = out_.instance(visit(child));
-            out_.declare({.name = out_.name(rust_field_name(std::to_string(number++))),
+            out_.declare({.name = out_.name(rust_field_name(std::to_string(number))),
+                          .written = out_.name(std::to_string(number++)),
                           .kind = Kind::VALUE,
                           .parent = type,
                           .type = value,
