@@ -275,7 +275,7 @@ void Evaluator::add_parts_of_structure(const Entity& whole, const syntax::Expres
 void Evaluator::add_results_of_special_method(const Entity& instance, const syntax::Expression& asked,
                                               std::size_t depth, Meaning& found) {
     const LanguageRules* const rules = languages_.rules(catalog_.file_of(instance.id));
-    if (rules == nullptr || rules->family != Family::PYTHON || depth >= LONGEST_CHAIN) {
+    if (rules == nullptr || !rules->has_special_methods || depth >= LONGEST_CHAIN) {
         return;
     }
     const auto called_method = [&](const Entity& of, std::string_view method) {

@@ -16,8 +16,7 @@ constexpr std::array<string_view, 1> PYTHON{"python"};
 constexpr std::array<string_view, 1> RUST{"rust"};
 
 constexpr std::array RULES{
-    LanguageRules{.family = Family::C,
-                  .languages = C,
+    LanguageRules{.languages = C,
                   .modules = c_modules,
                   .has_members_in_scope = true,
                   .exports_imports = true,
@@ -25,23 +24,19 @@ constexpr std::array RULES{
                   .has_macros = true,
                   .nests_owned_types = true,
                   .has_plain_pointers = true},
-    LanguageRules{.family = Family::ECMASCRIPT,
-                  .languages = ECMASCRIPT,
-                  .modules = ecmascript_modules,
-                  .merges_declarations = true},
-    LanguageRules{.family = Family::GO, .languages = GO, .modules = go_modules, .has_nearest_members = true},
-    LanguageRules{.family = Family::JAVA,
-                  .languages = JAVA,
+    LanguageRules{.languages = ECMASCRIPT, .modules = ecmascript_modules, .merges_declarations = true},
+    LanguageRules{.languages = GO, .modules = go_modules, .has_nearest_members = true},
+    LanguageRules{.languages = JAVA,
                   .modules = java_modules,
                   .has_members_in_scope = true,
                   .has_no_clashing_stars = true,
                   .has_overloads = true},
-    LanguageRules{.family = Family::PYTHON,
-                  .languages = PYTHON,
+    LanguageRules{.languages = PYTHON,
                   .modules = python_modules,
                   .exports_imports = true,
-                  .has_values_as_types = true},
-    LanguageRules{.family = Family::RUST, .languages = RUST, .modules = rust_modules, .has_no_clashing_stars = true},
+                  .has_values_as_types = true,
+                  .has_special_methods = true},
+    LanguageRules{.languages = RUST, .modules = rust_modules, .has_no_clashing_stars = true},
 };
 
 }  // namespace

@@ -9,11 +9,8 @@
 
 namespace host::resolve {
 
-/// Languages whose files can name each other's declarations.
-enum class Family : std::uint8_t { C, ECMASCRIPT, GO, JAVA, PYTHON, RUST };
-
+/// The rules of the languages whose files can name each other's declarations.
 struct LanguageRules {
-    Family family;
     std::span<const std::string_view> languages;
     std::unique_ptr<ModuleRules> (*modules)(Catalog& catalog);
     /// Whether a plain name in a type may be one of its members, and of its bases.
@@ -39,6 +36,8 @@ struct LanguageRules {
     bool has_overloads = false;
     /// Whether of several bases the nearest counts that has a member, as of what Go embeds, and not the first.
     bool has_nearest_members = false;
+    /// Whether methods of certain names say what operations on a value give, such as `__getitem__`.
+    bool has_special_methods = false;
 };
 
 std::span<const LanguageRules> language_rules();
