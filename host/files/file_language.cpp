@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace host {
 
@@ -98,6 +99,16 @@ std::vector<string_view> extensions_of(string_view language) {
             extensions.push_back(extension.text);
         }
     }
+    return extensions;
+}
+
+const std::vector<string_view>& module_extensions() {
+    static const std::vector<string_view> extensions = [] {
+        std::vector<string_view> all = extensions_of("typescript");
+        all.emplace_back("d.ts");
+        std::ranges::copy(extensions_of("javascript"), std::back_inserter(all));
+        return all;
+    }();
     return extensions;
 }
 

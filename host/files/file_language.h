@@ -17,6 +17,10 @@ std::string_view usual_dialect(std::string_view path);
 /// The extensions of a language's files, without dots, in the order in which its modules are looked for.
 std::vector<std::string_view> extensions_of(std::string_view language);
 
+/// The extensions of modules of JavaScript and TypeScript, which import each other, in the order in which they are
+/// looked for: "ts", ..., "d.ts", "js", ...
+const std::vector<std::string_view>& module_extensions();
+
 /// What a file is called, without its extension, that stands for its folder in a language: "index", "__init__"; empty
 /// where no file does.
 std::string_view folder_stem(std::string_view language);

@@ -1,4 +1,5 @@
 // Modules of JavaScript and TypeScript: files.
+#include "host/files/file_language.h"
 #include "host/resolve/module_rules.h"
 #include "host/resolve/paths.h"
 
@@ -6,17 +7,14 @@
 #include <array>
 #include <functional>
 #include <optional>
-#include <span>
 #include <unordered_map>
 
 namespace host::resolve {
 
 namespace {
 
-constexpr std::array<std::string_view, 11> EXTENSIONS{".ts",  ".tsx", ".d.ts", ".js",    ".jsx",  ".mts",
-                                                      ".cts", ".mjs", ".cjs",  ".d.mts", ".d.cts"};
-// What a compiler writes for what it reads.
-constexpr std::array<std::string_view, 4> WRITTEN{".js", ".jsx", ".mjs", ".cjs"};
+// What declares a module whose own extension says of which kind it is; looked for last.
+constexpr std::array<std::string_view, 2> RARE{"d.mts", "d.cts"};
 
 // The name under which a module exports what it is as a whole.
 constexpr std::string_view WHOLE = "export=";
@@ -122,15 +120,18 @@ class EcmascriptModules : public ModuleRules {
         if (const std::optional<FileId> file = module_file(*path)) {
             return file;
         }
-        for (const std::string_view extension : EXTENSIONS) {
-            if (const std::optional<FileId> file = module_file(*path + std::string(extension))) {
+        static const std::vector<std::string_view> extensions = [] {
+            std::vector<std::string_view> all = module_extensions();
+            all.insert(all.end(), RARE.begin(), RARE.end());
+            return all;
+        }();
+        for (const std::string_view extension : extensions) {
+            if (const std::optional<FileId> file = module_file(*path + "." + std::string(extension))) {
                 return file;
             }
         }
-        for (const std::string_view extension : WRITTEN) {
-            if (path->ends_with(extension)) {
-                return file_at(path->substr(0, path->size() - extension.size()));
-            }
+        if (usual_language(*path) == "javascript") {  // what a compiler writes has the name of what it reads
+            return file_at(path->substr(0, path->rfind('.')));
         }
         return path->ends_with("/index") ? std::nullopt : file_at((path->empty() ? "" : *path + "/") + "index");
     }

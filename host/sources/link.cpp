@@ -2,26 +2,13 @@
 
 #include "host/files/file_language.h"
 
-#include <algorithm>
 #include <filesystem>
-#include <iterator>
 
 namespace host::sources {
 
 namespace {
 
 using std::string_view;
-
-// The extensions of modules, in the order in which they are looked for.
-const std::vector<string_view>& module_extensions() {
-    static const std::vector<string_view> extensions = [] {
-        std::vector<string_view> all = extensions_of("typescript");
-        all.emplace_back("d.ts");
-        std::ranges::copy(extensions_of("javascript"), std::back_inserter(all));
-        return all;
-    }();
-    return extensions;
-}
 
 // What is compiled has the name of what it is compiled to.
 string_view without_compiled_extension(string_view path) {
