@@ -17,11 +17,13 @@ using namespace host::git;
 using fuzz::promise;
 
 void check_rules(std::string_view text) {
-    const IgnoreRules ignored(text);
+    const IgnoreRules last_ignores(std::string(text) + "\n*\n");
+    const IgnoreRules last_keeps(std::string(text) + "\n!*\n");
     AttributeMacros macros;
     const AttributeRules attributes(text, macros);
     for (const std::string_view path : {"a", "a/b.log", "build/x/y.ts"}) {
-        promise(ignored.decide(path, false) == ignored.decide(path, false), "a rule decides the same again");
+        promise(last_ignores.decide(path, false) == true && last_keeps.decide(path, false) == false,
+                "the last rule that matches decides");
         Origin origin{.is_generated = true, .is_vendored = true};
         attributes.complete(path, origin);
         promise(origin.is_generated == true && origin.is_vendored == true, "what is said already stays");
