@@ -20,9 +20,7 @@ ExpressionId EcmascriptReader::method(const Node& node) {
     if (!name.exists()) {
         return UNKNOWN;
     }
-    if (name.type() == "computed_property_name") {
-        visit(name);
-    }
+    visit_computed(name);
     visit_decorators(node);
     const Saved saved(context_);
     read_modifiers(node);
@@ -40,6 +38,13 @@ ExpressionId EcmascriptReader::method(const Node& node) {
         out_.declaration(declared).type = out_.instance(out_.declaration(declared).type);
     }
     return UNKNOWN;
+}
+
+// A name in brackets is an expression.
+void EcmascriptReader::visit_computed(const Node& name) {
+    if (name.type() == "computed_property_name") {
+        visit(name);
+    }
 }
 
 void EcmascriptReader::visit_decorators(const Node& node) {
@@ -64,9 +69,7 @@ ExpressionId EcmascriptReader::field_definition(const Node& node) {
     if (!name.exists()) {
         return UNKNOWN;
     }
-    if (name.type() == "computed_property_name") {
-        visit(name);
-    }
+    visit_computed(name);
     visit_decorators(node);
     const Saved saved(context_);
     read_modifiers(node);
@@ -83,9 +86,7 @@ ExpressionId EcmascriptReader::property_signature(const Node& node) {
     if (!name.exists()) {
         return UNKNOWN;
     }
-    if (name.type() == "computed_property_name") {
-        visit(name);
-    }
+    visit_computed(name);
     const DeclarationId declared = declare_member(name, Kind::VALUE);
     const ExpressionId value = value_of_type(node.child(fields_.type));
     out_.declaration(declared).type = value;

@@ -240,6 +240,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     void read_members(const Node& body, syntax::DeclarationId type);
     void bind_class_parameters(const Node& node);
     void open_namespaces(const Node& name, std::size_t& opened);
+    void visit_computed(const Node& name);
     void visit_decorators(const Node& node);
     void read_modifiers(const Node& node);
 
