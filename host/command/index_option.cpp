@@ -109,7 +109,7 @@ std::vector<std::string> paths_in_index(const IndexOption& option, std::vector<s
         const fs::path below = (here / path).lexically_normal().lexically_relative(root);
         std::error_code error;
         if (!path.empty() && fs::exists(here / path, error) && !below.empty() && *below.begin() != "..") {
-            path = below.generic_string();
+            path = (below.has_filename() ? below : below.parent_path()).generic_string();
         }
     }
     return paths;
