@@ -19,7 +19,7 @@ inline std::string text_of(const Syntax& syntax, ExpressionId id) {
         "component", "awaited",  "target",  "one_of",    "list",        "map",     "tuple", "pointer",
         "awaitable", "function", "generic", "parameter", "type_of",     "foreign"};
     const Expression& expression = syntax.expressions[id];
-    const std::string operation(OPERATIONS.at(static_cast<std::size_t>(expression.operation)));
+    std::string operation(OPERATIONS.at(static_cast<std::size_t>(expression.operation)));
     const std::string name(syntax.name(expression.name));
     const std::string space = expression.b == static_cast<std::uint32_t>(Space::TYPE) ? "'" : "";
     const auto all = [&](ListId list) {
