@@ -134,7 +134,9 @@ void Catalog::link() {
         const FileId file = file_of(symbol);
         const bool is_owned = stated.owner != syntax::UNKNOWN;
         const bool is_at_top = stated.parent == syntax::NO_DECLARATION;
-        homes_[symbol] = is_owned ? NONE : is_at_top ? module_of(file) : containers_[this->symbol(file, stated.parent)];
+        homes_[symbol] = is_owned || stated.is_local ? NONE
+                         : is_at_top                 ? module_of(file)
+                                                     : containers_[this->symbol(file, stated.parent)];
         if (stated.kind == Kind::TYPE || stated.kind == Kind::NAMESPACE) {
             containers_[symbol] = container_in(homes_[symbol], name_of(symbol), symbol);
         }

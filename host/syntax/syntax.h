@@ -122,6 +122,7 @@ struct Declaration {
     bool is_definition = true;  ///< false of a prototype and a forward declaration
     bool is_static = false;     ///< a member that belongs to the type, not to its instances
     bool is_hidden = false;     ///< serves the lookup of names only: no index holds it
+    bool is_local = false;      ///< stands in a function: only DECLARATION expressions lead to it
     bool is_in_test = false;    ///< compiled for tests alone
     bool is_implicit = false;   ///< declared by an assignment to a member: what a base declares comes first
 

@@ -98,13 +98,13 @@ class Flags {
 void write_declaration(ByteWriter& out, const Declaration& declaration) {
     // Fails to compile when a member is added.
     const auto& [name, written, kind, parent, owner, type, bases, parameters, offset, least_arguments, most_arguments,
-                 is_private, is_definition, is_static, is_hidden, is_in_test, is_implicit] = declaration;
+                 is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit] = declaration;
     for (const std::uint32_t number :
          {name, written, static_cast<std::uint32_t>(kind), parent + 1, owner, type, bases, parameters, offset,
           std::uint32_t{least_arguments}, std::uint32_t{most_arguments}}) {
         out.number(number);
     }
-    write_flags(out, {is_private, is_definition, is_static, is_hidden, is_in_test, is_implicit});
+    write_flags(out, {is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit});
 }
 
 void write_import(ByteWriter& out, const Import& import) {
@@ -228,6 +228,7 @@ class SyntaxReader {
         Flags flags(in_);
         declaration.is_implicit = flags.last();
         declaration.is_in_test = flags.last();
+        declaration.is_local = flags.last();
         declaration.is_hidden = flags.last();
         declaration.is_static = flags.last();
         declaration.is_definition = flags.last();

@@ -13,7 +13,8 @@ ExpressionId GoReader::read_type(const Node& node) {
     const DeclarationId id = out_.declare({.name = out_.name(text(name)),
                                            .kind = Kind::TYPE,
                                            .offset = name.begin(),
-                                           .is_hidden = functions_around_ > 0});
+                                           .is_hidden = functions_around_ > 0,
+                                           .is_local = functions_around_ > 0});
     out_.bind(text(name), out_.add(Operation::DECLARATION, id));
     out_.open_local();
     number_type_parameters(node.child(fields().type_parameters));

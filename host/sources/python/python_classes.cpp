@@ -31,12 +31,14 @@ ExpressionId PythonReader::read_class(const Node& node) {
     const Node name = node.child(fields().name);
     Scope& around = scopes_.back();
     Scope type{.kind = Scope::Kind::CLASS, .is_hidden = functions_ > 0};
+    const bool is_local = around.kind == Scope::Kind::FUNCTION;
     type.declaration = out_.declare({.name = out_.name(text(name)),
                                      .kind = Kind::TYPE,
                                      .parent = around.declaration,
                                      .offset = name.begin(),
-                                     .is_hidden = type.is_hidden});
-    if (around.kind == Scope::Kind::FUNCTION) {
+                                     .is_hidden = type.is_hidden,
+                                     .is_local = is_local});
+    if (is_local) {
         out_.bind(text(name), out_.add(Operation::DECLARATION, type.declaration));
     } else {
         around.bindings.try_emplace(text(name)).first->second.declaration = type.declaration;

@@ -85,7 +85,8 @@ DeclarationId PythonReader::declare_function(const Node& name, const Decorators&
                                            .parent = around.declaration,
                                            .offset = name.begin(),
                                            .is_static = decorators.is_static || decorators.is_of_class,
-                                           .is_hidden = functions_ > 0});
+                                           .is_hidden = functions_ > 0,
+                                           .is_local = is_local});
     if (is_local) {
         out_.bind(text(name), out_.add(Operation::DECLARATION, id));
     } else if (is_first) {

@@ -45,6 +45,7 @@ DeclarationId RustReader::declare(const Node& name, Kind kind) {
 
 DeclarationId RustReader::declare(const Node& name, std::string_view as, Kind kind) {
     const bool is_member = surroundings_.parent != syntax::NO_DECLARATION;
+    const bool is_bound = is_local() && surroundings_.owner == syntax::UNKNOWN && !is_member;
     const DeclarationId id = out_.declare({.name = out_.name(as),
                                            .written = out_.name(name_text(name)),
                                            .kind = kind,
@@ -52,8 +53,9 @@ DeclarationId RustReader::declare(const Node& name, std::string_view as, Kind ki
                                            .owner = surroundings_.owner,
                                            .offset = is_local() ? 0 : name.begin(),
                                            .is_hidden = is_local(),
+                                           .is_local = is_bound && kind != Kind::NAMESPACE,  // whose name is looked up
                                            .is_in_test = is_in_test_});
-    if (is_local() && surroundings_.owner == syntax::UNKNOWN && !is_member) {
+    if (is_bound) {
         out_.bind(name_text(name), out_.add(Operation::LOCAL, out_.add(Operation::DECLARATION, id)));
     }
     return id;
