@@ -225,9 +225,11 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
             return {{.what = What::MODULE, .id = submodule}};
         }
     }
-    for (const ImportPlace& place : catalog_.star_imports(container)) {
-        if (found.empty() && is_passed_on(place)) {
-            add_once(found, members(import_meaning(place), name));
+    if (found.empty()) {
+        for (const ImportPlace& place : catalog_.star_imports(container)) {
+            if (is_passed_on(place)) {
+                add_once(found, members(import_meaning(place), name));
+            }
         }
     }
     return found;
