@@ -43,6 +43,9 @@ class PythonModules : public ModuleRules {
         if (dots > 0) {
             std::string_view base = folder;
             for (std::size_t up = 1; up < dots; ++up) {
+                if (base.empty()) {
+                    return {.is_foreign = true};  // outside of the repository
+                }
                 base = folder_of(base);
             }
             const Container found = below(base, rest);
