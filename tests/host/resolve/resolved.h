@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstddef>
 #include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +52,25 @@ inline std::string resolved(const std::map<std::string, std::string>& sources,
         }
     }
     return text;
+}
+
+/// Returns what the source at `path` refers to: "b.py:Store.find*2 ?c.py:f b.py", with how often where that is not once,
+/// "?" before what is ambiguous, and a file alone for a module.
+inline std::string targets_from(const std::string& path, const std::map<std::string, std::string>& sources,
+                                const std::vector<Package>& packages = {}) {
+    std::istringstream lines(resolved(sources, packages));
+    std::string found;
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string from, evidence, name, of, file, count;
+        words >> from >> evidence >> name >> of >> file >> count;
+        file.pop_back();  // the comma
+        if (from == path + ":") {
+            found += (found.empty() ? "" : " ") + std::string(evidence == "ambiguous" ? "?" : "") + file +
+                     (name == file ? "" : ":" + name) + (count == "1" ? "" : "*" + count);
+        }
+    }
+    return found;
 }
 
 }  // namespace host::resolve
