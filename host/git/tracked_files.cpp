@@ -86,6 +86,8 @@ void read_entry(IndexBytes& bytes, std::uint32_t version, std::size_t hash_size,
     bytes.take((ALIGNMENT - (bytes.at() - begin) % ALIGNMENT) % ALIGNMENT);
 }
 
+constexpr std::size_t LONGEST_PATH = 4'096;  // bytes; the system opens none that is longer
+
 std::optional<std::vector<std::string>> paths_in(string_view all, std::size_t hash_size) {
     IndexBytes bytes(all);
     const bool is_index = bytes.take(4) == "DIRC";
@@ -98,6 +100,9 @@ std::optional<std::vector<std::string>> paths_in(string_view all, std::size_t ha
     std::string path;
     for (std::uint32_t at = 0; at < count && bytes.is_whole(); ++at) {
         read_entry(bytes, version, hash_size, path);
+        if (path.size() > LONGEST_PATH) {  // version 4 could repeat it in each entry without its bytes
+            return std::nullopt;
+        }
         paths.push_back(path);
     }
     while (bytes.is_whole() && bytes.rest() > hash_size) {  // extensions
