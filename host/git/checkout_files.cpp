@@ -150,6 +150,9 @@ class Walk {
         if (entries.has_attributes_file) {
             const std::optional<FileContent> file = checkout_.read(folder.path + ".gitattributes", LARGEST);
             if (file && file->text) {
+                if (folder.path.empty()) {
+                    macros_ = attribute_macros(*file->text);
+                }
                 rules->attributes.emplace(*file->text, macros_);
             }
         }
@@ -174,14 +177,14 @@ class Walk {
         return false;
     }
 
-    static Origin origin_of(std::string_view path, const FolderRules* rules) {
-        Origin origin;
+    [[nodiscard]] Origin origin_of(std::string_view path, const FolderRules* rules) const {
+        FileAttributes attributes(macros_);
         for (; rules != nullptr; rules = rules->outer.get()) {
             if (rules->attributes) {
-                rules->attributes->complete(path.substr(rules->folder_size), origin);
+                rules->attributes->complete(path.substr(rules->folder_size), attributes);
             }
         }
-        return origin;
+        return attributes.origin();
     }
 
     const Checkout& checkout_;

@@ -78,6 +78,15 @@ TEST_F(CheckoutFiles, HaveTheOriginThatTheNearestAttributesSay) {
     EXPECT_EQ(listed(), "a.pb.go(generated) b/c.pb.go b/d.c(generated) f.c lib/e.c(vendored)");
 }
 
+TEST_F(CheckoutFiles, HaveNoOriginThatAnotherRuleTakesBack) {
+    write_all({"a.pb.go", "b.pb.go", "c.pb.go", "d.pb.go", "sub/e.c", "!f.c", "g h.c", "#i.c"});
+    folder.write("checkout/.gitattributes",
+                 "*.pb.go made\n[attr]made linguist-generated\nb.* !linguist-generated\nc.* -made\nd.* !made\n"
+                 "!f.c linguist-vendored\n#i.c linguist-vendored\ng[[:space:]]*.c linguist-vendored\n");
+    folder.write("checkout/sub/.gitattributes", "[attr]own linguist-generated\n*.c own\n");
+    EXPECT_EQ(listed(), "!f.c #i.c a.pb.go(generated) b.pb.go c.pb.go d.pb.go g h.c(vendored) sub/e.c");
+}
+
 // Whoever made the checkout wrote these files. They are data: none has a program run, or another folder read.
 TEST_F(CheckoutFiles, AreFoundInAHostileCheckout) {
     const std::string trap = folder / "trap";
@@ -117,6 +126,18 @@ TEST(GitIndex, IsReadWholeOrNotAtAll) {
     std::string split = index;
     split.replace(split.find("TREE"), 4, "link");
     EXPECT_EQ(read_git_index(split), std::nullopt);
+}
+
+TEST(GitIndex, DoesNotRepeatAPathThatNoSystemOpens) {
+    for (const auto& [length, is_read] : {std::pair(4'000, true), std::pair(5'000, false)}) {
+        const std::string path(static_cast<std::size_t>(length), 'a');
+        std::string bytes("DIRC\0\0\0\4\0\0\0\x64", 12);  // a hundred entries
+        for (int entry = 0; entry < 100; ++entry) {       // nothing is left out of the path before, and nothing added
+            bytes += std::string(60, '\1') + std::string("\0\1\0", 3) + (entry == 0 ? path : "") + '\0';
+        }
+        const auto paths = read_git_index(bytes + std::string(20, '\1'));
+        EXPECT_EQ(paths.has_value() && paths->size() == 100 && paths->back() == path, is_read) << length;
+    }
 }
 
 }  // namespace
