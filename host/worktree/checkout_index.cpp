@@ -16,6 +16,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -149,11 +150,10 @@ class CheckoutIndex::Maker {
             static_cast<void>(discard_unusable());  // what is no index is not replaced by one
             FactsStore facts(folder_ / "facts", this_program());
             const KnownSources known{facts, known_hashes(listed, remembered)};
-            Imported imported = import_listed(checkout_, listed, rules, &known, *index_.replace(), progress);
-            hashes = std::move(imported.content_hashes);
-            for (const git::CheckoutFile& manifest : listed.manifests) {
-                hashes.push_back(hash_of(manifest.path));
-            }
+            // Before the import reads them: whatever changes from now on is a change since.
+            const std::vector<std::int64_t> manifests = hashes_of(listed.manifests);
+            hashes = import_listed(checkout_, listed, rules, &known, *index_.replace(), progress).content_hashes;
+            hashes.insert(hashes.end(), manifests.begin(), manifests.end());
         } else if (std::ranges::none_of(remembered.files, is_unsettled)) {
             return;
         }
@@ -173,6 +173,13 @@ class CheckoutIndex::Maker {
     [[nodiscard]] std::int64_t hash_of(const std::string& path) const {
         const std::optional<FileContent> content = checkout_.read(path, 0);
         return content ? content->hash : 0;
+    }
+
+    [[nodiscard]] std::vector<std::int64_t> hashes_of(const std::vector<git::CheckoutFile>& files) const {
+        std::vector<std::int64_t> hashes;
+        std::ranges::transform(files, std::back_inserter(hashes),
+                               [&](const git::CheckoutFile& file) { return hash_of(file.path); });
+        return hashes;
     }
 
     // Whether all files are there with the contents that they had, and no others. Reads only those of which the system

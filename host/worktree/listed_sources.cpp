@@ -13,7 +13,7 @@ namespace {
 
 // Whether a file may be a manifest or a configuration, by its extension.
 bool may_describe(std::string_view path) {
-    constexpr std::array<std::string_view, 6> EXTENSIONS{"cfg", "json", "mod", "toml", "work", "xml"};
+    constexpr std::array<std::string_view, 7> EXTENSIONS{"cfg", "json", "mod", "toml", "work", "xml", "yaml"};
     const std::string_view extension = path.substr(path.rfind('.') + 1);
     return std::ranges::find(EXTENSIONS, extension) != EXTENSIONS.end();
 }

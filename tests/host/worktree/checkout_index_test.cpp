@@ -74,6 +74,8 @@ TEST_F(KeptIndex, IsMadeOnceAndFollowsEveryChange) {
     }
     folder.write("checkout/go.mod", "module example.org/m\n");
     EXPECT_TRUE(is_remade());
+    folder.write("checkout/pnpm-workspace.yaml", "packages:\n  - a\n");
+    EXPECT_TRUE(is_remade());
     folder.write("checkout/README.md", "# No source, no manifest\n");
     EXPECT_FALSE(is_remade());
 }
