@@ -6,9 +6,13 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace host::worktree {
 
@@ -17,6 +21,18 @@ inline std::uint64_t checksum(std::string_view bytes) {
     ContentHash hash;
     hash.add(bytes);
     return std::bit_cast<std::uint64_t>(hash.value());
+}
+
+/// Returns the content of a file; "" where there is no regular file, or one that cannot be read.
+inline std::string bytes_of_file(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        return "";
+    }
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
 }
 
 /// Thrown for bytes that are not what was written.

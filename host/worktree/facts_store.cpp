@@ -92,11 +92,7 @@ SourceFacts facts_in(std::string_view bytes, std::string_view path) {
 }
 
 FactsStore::FactsStore(std::string path, const std::string& writer)
-    : path_(std::move(path)), header_(record_of(0, "facts of " + writer)) {
-    {
-        std::ifstream in(path_, std::ios::binary);
-        bytes_.assign(std::istreambuf_iterator<char>(in), {});
-    }
+    : path_(std::move(path)), header_(record_of(0, "facts of " + writer)), bytes_(bytes_of_file(path_)) {
     if (!bytes_.starts_with(header_)) {
         bytes_.clear();
         is_writable_ = write(header_, std::ios::trunc);

@@ -5,7 +5,6 @@
 #include <bit>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <string_view>
 
 namespace host::worktree {
@@ -44,8 +43,7 @@ RememberedFiles remembered_in(std::string_view bytes) {
 }  // namespace
 
 RememberedFiles read_remembered(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = bytes_of_file(path);
     try {
         return remembered_in(bytes);
     } catch (const Malformed&) {
