@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
@@ -68,7 +69,8 @@ void make(const fs::path& folder) {
 fs::path cache_folder(const fs::path& checkout) {
     const fs::path all = cache_home() / "wiki-scope";
     make(all);
-    fs::path folder = all / (checkout.filename().string() + "-" + digits_of(checkout.string()));
+    constexpr std::size_t LONGEST = 100;  // bytes of the checkout's own name, which only helps people
+    fs::path folder = all / (checkout.filename().string().substr(0, LONGEST) + "-" + digits_of(checkout.string()));
     make(folder);
     return folder;
 }
