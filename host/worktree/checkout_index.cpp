@@ -5,6 +5,7 @@
 #include "host/rules/configuration.h"
 #include "host/rules/repository_rules.h"
 #include "host/sqlite/sqlite_index.h"
+#include "host/worktree/bytes.h"
 #include "host/worktree/cache_folder.h"
 #include "host/worktree/facts_store.h"
 #include "host/worktree/import.h"
@@ -144,7 +145,7 @@ class CheckoutIndex::Maker {
                                      ": no source file is there; go to a checkout, or name one with --checkout");
         }
         RememberedFiles remembered = read_remembered(memory());
-        const bool is_known = remembered.origin == origin(rules);
+        const bool is_known = remembered.origin == origin(rules, listed);
         std::vector<std::int64_t> hashes;
         if (!is_known || !is_unchanged(listed, remembered, hashes)) {
             static_cast<void>(discard_unusable());  // what is no index is not replaced by one
@@ -157,15 +158,21 @@ class CheckoutIndex::Maker {
         } else if (std::ranges::none_of(remembered.files, is_unsettled)) {
             return;
         }
-        remember(listed, hashes, begin, origin(rules));
+        remember(listed, hashes, begin, origin(rules, listed));
     }
 
     [[nodiscard]] std::string memory() const { return folder_ / "files"; }
 
-    // What the index is of: itself, this program, which rules apply.
-    [[nodiscard]] std::string origin(const RepositoryRules& rules) const {
-        std::string origin = identity_of(index_.name());
-        return origin.empty() ? origin : origin + this_program() + to_json(rules.exclusions) + to_json(rules.tests);
+    // What the index is of: itself, this program, which rules apply, and what they leave out.
+    [[nodiscard]] std::string origin(const RepositoryRules& rules, const ListedSources& listed) const {
+        const std::string origin = identity_of(index_.name());
+        ByteWriter excluded;
+        for (const std::string& path : listed.excluded) {
+            excluded.text(path);
+        }
+        return origin.empty() ? origin
+                              : origin + this_program() + to_json(rules.exclusions) + to_json(rules.tests) +
+                                    std::to_string(checksum(excluded.bytes()));
     }
 
     static bool is_unsettled(const RememberedFile& file) { return file.stamp == git::FileStamp(); }

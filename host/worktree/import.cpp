@@ -106,7 +106,9 @@ Imported import_listed(const Checkout& checkout, const ListedSources& listed, co
     Imported imported;
     ImportReport& report = imported.report;
     report.source = report.checkout = checkout.root().string();
-    report.excluded = listed.excluded;
+    for (const std::string& path : listed.excluded) {
+        report.excluded.add(path);
+    }
     const PathRules tests(rules.tests);
     const TestRulesInForce in_force(tests);
     progress.expect(3 * listed.sources.size());

@@ -34,7 +34,7 @@ ListedSources list_sources(const Checkout& checkout, const std::vector<PathRule>
         }
         const bool is_foreign = file.origin.is_generated.value_or(false) || file.origin.is_vendored.value_or(false);
         if (rules.decide(file.path).value_or(is_foreign)) {
-            listed.excluded.add(file.path);
+            listed.excluded.push_back(std::move(file.path));
         } else {
             listed.sources.push_back(std::move(file));
         }

@@ -3,7 +3,6 @@
 
 #include "host/files/checkout.h"
 #include "host/git/checkout_files.h"
-#include "host/indexing/import_report.h"
 #include "host/rules/path_rules.h"
 
 #include <functional>
@@ -16,7 +15,7 @@ struct ListedSources {
     std::vector<git::CheckoutFile> sources;    ///< whose names tell their language, without those left out; by path
     std::vector<git::CheckoutFile> manifests;  ///< that may describe packages, and the configuration; by path
     std::vector<std::string> paths;            ///< of all files of the checkout, by path
-    indexing::Examples excluded;               ///< files that a rule or an attribute (git/attributes.h) leaves out
+    std::vector<std::string> excluded;         ///< files that a rule or an attribute (git/attributes.h) leaves out
 };
 
 /// Throws what `check_interrupt` throws, which is called for each folder.
