@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -50,25 +51,42 @@ std::vector<std::string> strings_of(const nlohmann::json& list) {
     return strings;
 }
 
+// A pattern for folders; "!a" takes back what patterns before it list.
+struct WorkspacePattern {
+    Glob glob;
+    bool lists = true;
+};
+
 // The folders that the workspace of a folder lists, in the forms of npm, Yarn, pnpm and Lerna.
-std::vector<Glob> listed_folders(const ManifestFiles& files, const std::string& folder) {
+std::vector<WorkspacePattern> listed_folders(const ManifestFiles& files, const std::string& folder) {
     const auto path = [&](std::string_view name) { return joined(folder, name).value_or(""); };
     const nlohmann::json manifest = files.json(path("package.json"));
     const nlohmann::json& workspaces = value_at(manifest, "workspaces");
-    std::vector<Glob> globs;
+    std::vector<WorkspacePattern> listed;
     for (const std::vector<std::string>& patterns :
          {strings_of(workspaces.is_object() ? value_at(workspaces, "packages") : workspaces),
           strings_of(value_at(files.json(path("lerna.json")), "packages")),
           listed_in_yaml(files.text(path("pnpm-workspace.yaml")).value_or(""))}) {
         for (const std::string& pattern : patterns) {
+            const bool lists = !pattern.starts_with('!');
+            const std::optional<std::string> below = joined(folder, std::string_view(pattern).substr(lists ? 0 : 1));
             try {
-                globs.emplace_back(joined(folder, pattern).value_or(""));
+                if (below) {
+                    listed.push_back({Glob(*below), lists});
+                }
             } catch (const std::invalid_argument&) {
                 continue;  // longer than any path
             }
         }
     }
-    return globs;
+    return listed;
+}
+
+// The last pattern that matches decides.
+bool is_listed(const std::vector<WorkspacePattern>& listed, std::string_view folder) {
+    const auto last = std::find_if(listed.rbegin(), listed.rend(),
+                                   [&](const WorkspacePattern& each) { return each.glob.matches(folder); });
+    return last != listed.rend() && last->lists;
 }
 
 // The folders that manifests name as dependencies: `"a": "file:../a"`.
@@ -94,12 +112,12 @@ std::vector<std::string> linked_folders(const ManifestFiles& files, const std::s
 void read_npm_workspaces(const ManifestFiles& files, std::span<resolve::Package> packages) {
     const auto is_npm = [](const resolve::Package& package) { return package.language == "javascript"; };
     for (const resolve::Package& around : packages) {
-        const std::vector<Glob> listed = is_npm(around) ? listed_folders(files, around.folder) : std::vector<Glob>();
+        const std::vector<WorkspacePattern> listed =
+            is_npm(around) ? listed_folders(files, around.folder) : std::vector<WorkspacePattern>();
         const std::vector<std::string> linked =
             is_npm(around) ? linked_folders(files, around.folder) : std::vector<std::string>();
         for (resolve::Package& package : packages) {
-            const auto lists_it = [&](const Glob& glob) { return glob.matches(package.folder); };
-            if (is_npm(package) && std::ranges::any_of(listed, lists_it)) {
+            if (is_npm(package) && is_listed(listed, package.folder)) {
                 package.visible_below = around.folder;
             }
             if (is_npm(package) && std::ranges::find(linked, package.folder) != linked.end()) {
