@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr int DEEPEST = 8;  // configurations that extend one another
+constexpr int MOST = 64;  // configurations to read for one folder; some extend one another in a circle
 
 // What decides where modules are found, with paths relative to the root of the checkout.
 struct Options {
@@ -48,13 +48,17 @@ std::optional<std::string> named_configuration(const ManifestFiles& files, std::
     return std::nullopt;
 }
 
-void read_options(const ManifestFiles& files, std::string_view path, int depth, Options& options) {
+// `left` counts how many configurations may still be read.
+void read_options(const ManifestFiles& files, std::string_view path, int& left, Options& options) {
+    if (left-- <= 0) {
+        return;
+    }
     const std::string_view folder = folder_of(path);
     const Json configuration = files.json(path);
     for (const std::string& name : strings_at(configuration, "extends")) {
         const std::optional<std::string> extended = named_configuration(files, folder, name);
-        if (extended && depth < DEEPEST) {
-            read_options(files, *extended, depth + 1, options);
+        if (extended) {
+            read_options(files, *extended, left, options);
         }
     }
     const Json& compiler = value_at(configuration, "compilerOptions");
@@ -78,9 +82,9 @@ std::string seen_from(std::string_view folder, std::string_view path) {
     return rest.empty() && up.empty() ? "." : up + std::string(rest);
 }
 
-void add_configuration(const ManifestFiles& files, std::string_view path, resolve::Package& package) {
+void add_configuration(const ManifestFiles& files, std::string_view path, int& left, resolve::Package& package) {
     Options options;
-    read_options(files, path, 0, options);
+    read_options(files, path, left, options);
     if (options.base_url) {
         package.roots.push_back(seen_from(package.folder, *options.base_url));
     }
@@ -99,14 +103,15 @@ void add_configuration(const ManifestFiles& files, std::string_view path, resolv
 }  // namespace
 
 void read_tsconfig(const ManifestFiles& files, std::string_view path, resolve::Package& package) {
-    add_configuration(files, path, package);
+    int left = MOST;
+    add_configuration(files, path, left, package);
     // A folder may have several configurations, which the one of the usual name only lists.
     const Json configuration = files.json(path);
     const Json& references = value_at(configuration, "references");
     for (const Json& reference : references.is_array() ? references : Json::array()) {
         const std::optional<std::string> named = named_configuration(files, package.folder, text_at(reference, "path"));
         if (named && folder_of(*named) == package.folder) {
-            add_configuration(files, *named, package);
+            add_configuration(files, *named, left, package);
         }
     }
 }
