@@ -1,9 +1,15 @@
 #include "host/manifests/manifests.h"
 
 #include "fixtures/temporary_folder.h"
+#include "host/manifests/manifest_files.h"
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <array>
+#include <filesystem>
+#include <tuple>
 #include <utility>
 
 namespace host::manifests {
@@ -126,6 +132,133 @@ libc = "1")"},
                                    "<artifactId>a</artifactId></project>"}})
                   .name,
               "g:a");
+}
+
+TEST(Manifests, OfNpmAreNotListedByPatternsThatExcludeThemOrLeadElsewhere) {
+    for (const auto& [text, listed] :
+         std::vector<std::pair<std::string, std::string>>{{R"(["p/*", "!p/a"])", "p/b"},
+                                                          {R"(["p/*", "!p/*", "./p/a/"])", "p/a"},
+                                                          {R"(["../../p/*", "/p/*", 1, null, "", "p"])", ""},
+                                                          {R"(["../p/*"])", ""},
+                                                          {R"({"packages": ["p/{a,b}"]})", "p/a p/b"}}) {
+        std::string visible;
+        for (const resolve::Package& each : packages({{"w/package.json", R"({"workspaces": )" + text + "}"},
+                                                      {"w/p/a/package.json", "{}"},
+                                                      {"w/p/b/package.json", "{}"},
+                                                      {"w/p/c/deep/package.json", "{}"},
+                                                      {"package.json", "{}"}})) {
+            const bool is_root = each.folder.empty();
+            if (is_root ? !each.visible_below.empty() : each.visible_below == "w" && each.folder != "w") {
+                visible += (visible.empty() ? "" : " ") + (is_root ? "root" : each.folder.substr(2));
+            }
+        }
+        EXPECT_EQ(visible, listed) << text;
+    }
+}
+
+// The names of a package, the folders of its modules and what it requires.
+std::string stated(const std::string& file, const std::string& text) {
+    const resolve::Package found = package({{file, text}});
+    std::string all = found.name;
+    for (const auto& root : found.roots) {
+        all += " in " + root;
+    }
+    for (const auto& dependency : found.dependencies) {
+        all += " needs " + dependency;
+    }
+    return all;
+}
+
+TEST(Manifests, StateWhatTheyStateInEveryForm) {
+    for (const auto& [file, text, expected] : std::vector<std::array<std::string, 3>>{
+             {"go.mod", "// module no\r\nmodule \"m.org/q\" // yes\r\n", "m.org/q"},
+             {"go.mod", "module (\n\tm.org/b\n)\nexclude (\n\tno.org/x v1\n)\nretract v1\nrequire (\n\n\t// none\n)",
+              "m.org/b"},
+             {"go.mod", "module `m`\nreplace no.org/x => ../x\nrequire a.org/x v1 // indirect", "m needs a.org/x"},
+             {"Cargo.toml", "[workspace]\nmembers = ['a']\n[workspace.dependencies]\nno = '1'", ""},
+             {"Cargo.toml", "[package]\nname = 'a-b'\n[lib]\nname = 'c'\n[dev-dependencies.d-e]\nversion = '1'",
+              "c needs d_e"},
+             {"Cargo.toml", "package = 1\nlib = []\nbin = 'x'\ntarget = 2\ndependencies = [1]\n[[test]]\npath = 3", ""},
+             {"pyproject.toml", "\xEF\xBB\xBF[project]\r\nname = 'A.b'\r\ndependencies = ['x@https://y', 1]\r\n",
+              "a-b needs x"},
+             {"pyproject.toml",
+              "[tool.poetry]\nname = 'p'\npackages = [{include = 'a', from = 'lib'}, 1]\n[tool.poetry.dependencies]\n"
+              "python = '^3'\nD_e = '*'",
+              "p in lib needs d-e"},
+             {"pyproject.toml", "project = 1\ntool = 2\ndependency-groups = 'x'", ""},
+             {"setup.cfg",
+              "[metadata]\nname: no\n[options]\npackage_dir = =src\n[options.extras_require]\nx =\n  a>1\n"
+              "  b[c]\n; d\n[",
+              " in src needs a needs b"},
+             {"setup.cfg", "  name = no\n[metadata]\n  name = no\nname = yes\n", "yes"},
+             {"package.json", "\xEF\xBB\xBF{\"name\": \"a//b\", \"dependencies\": {\"c/*\": \"1\",},}",
+              "a//b needs c/*"},
+             {"package.json", R"({"name": {}, "dependencies": ["a"], "exports": 1, "imports": []})", ""},
+             {"pom.xml",
+              "<project><groupId> g </groupId><artifactId>a</artifactId><dependencies><dependency><artifactId>b"
+              "</artifactId></dependency></dependencies></project>",
+              "g:a"},
+             {"pom.xml",
+              "<project><dependencies><groupId>g</groupId><artifactId>a</artifactId></dependencies></project>", ""}}) {
+        EXPECT_EQ(stated(file, text), expected) << file << ":\n" << text;
+    }
+}
+
+TEST(Manifests, OfTypeScriptAreReadInALimitedTimeHoweverTheyExtendOneAnother) {
+    const auto repeated = [](const std::string& text) {
+        std::string list = text;
+        for (int number = 0; number < 400; ++number) {
+            list += ", " + text;
+        }
+        return "[" + list + "]";
+    };
+    const std::string options = R"("compilerOptions": {"baseUrl": ".", "paths": {"a": ["b"]}}})";
+    EXPECT_EQ(package({{"tsconfig.json", R"({"extends": )" + repeated(R"("./tsconfig")") + ", " + options}}).aliases,
+              (std::map<std::string, Strings>{{"a", {"b"}}}));
+    const resolve::Package found =
+        package({{"tsconfig.json", R"({"references": )" + repeated(R"({"path": "./other.json"})") + ", " + options},
+                 {"other.json", R"({"extends": )" + repeated(R"("./tsconfig.json")") + "}"}});
+    EXPECT_EQ(found.aliases.at("a"), Strings{"b"});
+    EXPECT_LT(found.roots.size(), 400U);
+}
+
+TEST(Manifests, AreNotReadWhereALinkLeadsOutAPipeWaitsOrTooMuchStands) {
+    const TemporaryFolder folder;
+    folder.write("outside.json", R"({"name": "outside"})");
+    folder.write("checkout/large/package.json", R"({"name": "large"})" + std::string(1'048'576, ' '));
+    folder.write("checkout/whole/package.json", R"({"name": "whole"})" + std::string(1'000'000, ' '));
+    for (const char* const name : {"link", "pipe", "none", "folder/package.json"}) {
+        std::filesystem::create_directories(folder / "checkout" + "/" + name);
+    }
+    std::filesystem::create_symlink("../../outside.json", folder / "checkout/link/package.json");
+    ASSERT_EQ(mkfifo((folder / "checkout/pipe/package.json").c_str(), 0600), 0);
+    Strings paths;
+    for (const std::string name : {"folder", "large", "link", "none", "pipe", "whole"}) {
+        paths.push_back(name + "/package.json");
+    }
+    std::string names;
+    for (const resolve::Package& found : packages_of(Checkout(folder / "checkout"), paths)) {
+        names += found.folder + ":" + found.name + " ";
+    }
+    EXPECT_EQ(names, "folder: large: link: none: pipe: whole:whole ");
+}
+
+TEST(Manifests, NameFilesBelowTheCheckoutOnly) {
+    using Path = std::optional<std::string>;
+    for (const auto& [folder, path, expected] :
+         std::vector<std::tuple<std::string, std::string, Path>>{{"a", "../b", "b"},
+                                                                 {"a", "..", ""},
+                                                                 {"a", "../../a", std::nullopt},
+                                                                 {"", "..", std::nullopt},
+                                                                 {"a/b", "./c//d/", "a/b/c/d"},
+                                                                 {"a", "/b", std::nullopt},
+                                                                 {"a", "", "a"},
+                                                                 {"", ".", ""},
+                                                                 {"a", "b/../../c", "c"},
+                                                                 {"a", "...", "a/..."},
+                                                                 {"", "..a", "..a"}}) {
+        EXPECT_EQ(joined(folder, path), expected) << folder << " and " << path;
+    }
 }
 
 TEST(Manifests, ThatCannotBeReadStateNothing) {
