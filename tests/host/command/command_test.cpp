@@ -4,6 +4,8 @@
 #include "tests/host/indexed_folder.h"
 
 #include <algorithm>
+#include <array>
+#include <filesystem>
 #include <utility>
 
 namespace host {
@@ -171,6 +173,48 @@ TEST_F(Command, ReadsTheSourcesAroundItWhereNothingNamesAnIndex) {
         shell("cd checkout; env -u HOME -u XDG_CACHE_HOME '" WIKI_SCOPE "' stats").err,
         "wiki-scope: no place for an index: neither XDG_CACHE_HOME nor HOME is set; set XDG_CACHE_HOME to a folder "
         "of your own, or name an index with --index\n");
+}
+
+TEST_F(Command, TakesPathsFromTheCurrentFolderFirstWhereNothingNamesAnIndex) {
+    for (const std::string path : {"a.go", "p/a.go", "src/a.go", "src/p/a.go", "src/[a].go", "src/src/b.go"}) {
+        folder.write("checkout/" + path, "package p // " + path + "\n");
+    }
+    folder.write("checkout/.git/HEAD", "");
+    folder.write("outside/a.go", "package p\n");
+    std::filesystem::create_directory_symlink(folder / "checkout/src", folder / "link");
+    const std::string all = "a.go p/a.go src/[a].go src/a.go src/p/a.go src/src/b.go";
+    const std::string below = "src/[a].go src/a.go src/p/a.go src/src/b.go";
+    for (const auto& [from, path, expected] : std::vector<std::array<std::string, 3>>{
+             {"checkout", ".", all},
+             {"checkout", "src", below},
+             {"checkout/src", ".", below},
+             {"checkout/src", "./", below},
+             {"checkout/src", "..", all},
+             {"checkout/src", "a.go", "src/a.go"},
+             {"checkout/src", "p p/a.go", "src/p/a.go"},
+             {"checkout/src", "../p", "p/a.go"},
+             {"checkout/src", "src", "src/src/b.go"},
+             {"checkout/src/p", "src/a.go", "src/a.go"},
+             {"checkout/src/p", "../../src/p/../a.go", "src/a.go"},
+             {"checkout/src", "'[a].go'", "src/[a].go"},
+             {"checkout/src", "\"$PWD/p\"", "src/p/a.go"},
+             {"link", "a.go", "src/a.go"},
+             {"link", "\"$PWD/p\"", "src/p/a.go"},
+             {"checkout/src", "../../outside/a.go", ""},
+             {"checkout/src", "b.go", ""},
+             {"checkout/src", "--checkout .. a.go", "a.go"},
+             {"outside", "--checkout ../checkout/src p", "p/a.go"},
+         }) {
+        const std::string page =
+            shell("export XDG_CACHE_HOME=\"$PWD/cache\"; cd " + from + "; '" WIKI_SCOPE "' page --only files " + path)
+                .out;
+        std::string files;
+        for (std::size_t at = page.find("| `"); at != std::string::npos; at = page.find("\n| `", at)) {
+            at = page.find('`', at) + 1;
+            files += (files.empty() ? "" : " ") + page.substr(at, page.find('`', at) - at);
+        }
+        EXPECT_EQ(files, expected) << path << " from " << from << ":\n" << page;
+    }
 }
 
 TEST_F(Command, ReportsWhatAnImportWroteAndSkipped) {

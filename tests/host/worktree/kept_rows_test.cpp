@@ -5,7 +5,9 @@
 #include "fixtures/temporary_folder.h"
 #include "host/sqlite/schema.h"
 #include "host/sqlite/sqlite_index.h"
+#include "host/worktree/bytes.h"
 #include "host/worktree/import.h"
+#include "tests/host/without_threads.h"
 
 #include <gtest/gtest.h>
 
@@ -317,6 +319,30 @@ TEST_F(KeptRows, AreThoseOfACheckoutWithTheLongestName) {
     const CheckoutIndex index(folder / name, {});
     static_cast<void>(index.connect());
     EXPECT_NE(rows_in(index.name()).find("'a.go'"), std::string::npos);
+}
+
+TEST(NewRows, AreTheSameHoweverManyThreadsTheSystemGives) {
+    const TemporaryFolder folder;
+    for (int number = 0; number < 40; ++number) {
+        const std::string own = std::to_string(number);
+        const std::string next = std::to_string((number + 7) % 40);
+        folder.write("checkout/p/f" + own + ".go", "package p\n\nfunc F" + own + "() { F" + next + "() }\n");
+        folder.write("checkout/m" + own + ".py",
+                     "from m" + next + " import f\ndef f(): pass\nclass C" + own + ":\n    def g(self): f()\n");
+    }
+    fs::permissions(folder / "", fs::perms::all);
+    const auto rows_with = [&](rlim_t most) {
+        return with_most_threads(most, [&] {
+            const std::string path = folder / (std::to_string(most) + ".db");
+            import_sources({.folder = folder / "checkout"}, *SqliteIndex(path).replace(), {});
+            return std::to_string(checksum(rows_in(path)));
+        });
+    };
+    const std::string rows = rows_with(1'000);
+    EXPECT_EQ(rows_in(folder / "1000.db").substr(0, 13), "descriptions ");
+    for (const rlim_t most : {0U, 2U, 3U}) {
+        EXPECT_EQ(rows_with(most), rows) << most;
+    }
 }
 
 }  // namespace
