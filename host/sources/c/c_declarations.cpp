@@ -80,6 +80,9 @@ CReader::Declarator CReader::declarator(const Node& node, Id type) {
             inner = inner.exists() ? inner : first_child(part);
         } else {
             found.name = part;
+            if (const Node last = last_name(part); last.exists() && last.type() == "operator_cast") {
+                type_of(last.child(fields_.type));
+            }
             break;
         }
         part = inner;
@@ -145,6 +148,10 @@ void CReader::declare(const Specifiers& stated, const Declarator& declarator) {
 }
 
 void CReader::declare_variable(const Specifiers& stated, const Declarator& declarator) {
+    if (declarator.name.type() == "structured_binding_declarator") {
+        declare_structure(stated, declarator);
+        return;
+    }
     const QualifiedName name = qualified_name(declarator.name);
     const bool has_value = declarator.value.exists();
     const bool is_elsewhere =
@@ -163,6 +170,20 @@ void CReader::declare_variable(const Specifiers& stated, const Declarator& decla
     if (stated.is_deduced) {
         out_.declaration(id).type = value;
     }
+}
+
+// `auto [key, value]` outside of functions.
+void CReader::declare_structure(const Specifiers& stated, const Declarator& declarator) {
+    const Id value = read_initializer(declarator.value, UNKNOWN);
+    std::uint32_t number = 0;
+    for_each_child(declarator.name, [&](const Node& name, TSFieldId) {
+        out_.declare({.name = out_.name(text(name)),
+                      .kind = Kind::VALUE,
+                      .parent = place_.parent,
+                      .type = out_.add(Operation::COMPONENT, value, number++),
+                      .offset = name.begin(),
+                      .is_private = is_private(stated)});
+    });
 }
 
 bool CReader::is_private(const Specifiers& stated) const {

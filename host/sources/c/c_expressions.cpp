@@ -232,7 +232,9 @@ CReader::Id CReader::read_lambda(const Node& node) {
         }
     });
     bind_template_parameters(node.child(fields_.template_parameters), false);
-    visit(node.child(fields_.declarator).child(fields_.parameters));
+    const Node function = node.child(fields_.declarator);
+    visit(function.child(fields_.parameters));
+    read_trailing_type(function, UNKNOWN);
     visit(node.child(fields_.body));
     out_.close();
     return UNKNOWN;

@@ -130,6 +130,7 @@ class CReader : public SyntaxReader<CReader> {
     Id read_trailing_type(const Node& function, Id type);
     void declare(const Specifiers& stated, const Declarator& declarator);
     void declare_variable(const Specifiers& stated, const Declarator& declarator);
+    void declare_structure(const Specifiers& stated, const Declarator& declarator);
     void declare_alias(const Node& name, Id type, bool is_repeated);
     void bind_variable(const Specifiers& stated, const Declarator& declarator);
     void bind_structure(const Node& pattern, Id value);
