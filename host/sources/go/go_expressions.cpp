@@ -103,10 +103,26 @@ ExpressionId GoReader::read_unary(const Node& node) {
     return text(node.child(fields().operator_)) == "<-" ? out_.add(Operation::ELEMENT, operand) : operand;
 }
 
-// `T(x)` and `x.(T)`.
+// `[]T(x)` and `x.(T)`.
 ExpressionId GoReader::read_conversion(const Node& node) {
+    const Node type = node.child(fields().type);
+    if (node.type() == "type_conversion_expression" && type.exists() && type.type() == "generic_type") {
+        return read_generic_call(node, type);
+    }
     visit(node.child(fields().operand));
-    return out_.instance(visit(node.child(fields().type)));
+    return out_.instance(visit(type));
+}
+
+// `f[T](x)`, of a generic function or type, has the form of `functions[at](x)`.
+ExpressionId GoReader::read_generic_call(const Node& node, const Node& type) {
+    const Node name = type.child(fields().type);
+    const bool is_element = out_.is_local(text(name));
+    const ExpressionId called = name.exists() && name.type() == "type_identifier" ? out_.use(token(name, Role::CALL))
+                                                                                  : read_qualified(name, Role::CALL);
+    const syntax::ListId arguments = out_.list(read_all(type.child(fields().type_arguments)));
+    visit(node.child(fields().operand));
+    return out_.add(Operation::CALL, is_element ? out_.add(Operation::ELEMENT, called)
+                                                : out_.add(Operation::GENERIC, called, arguments));
 }
 
 ExpressionId GoReader::read_instantiation(const Node& node) {

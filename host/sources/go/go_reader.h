@@ -59,6 +59,7 @@ class GoReader : public SyntaxReader<GoReader> {
     // Types (go_types.cpp).
     ExpressionId read_named_type(const Node& node);
     ExpressionId read_qualified_type(const Node& node);
+    ExpressionId read_qualified(const Node& node, syntax::Role role);
     ExpressionId read_generic_type(const Node& node);
     ExpressionId read_list_type(const Node& node);
     ExpressionId read_map_type(const Node& node);
@@ -91,6 +92,7 @@ class GoReader : public SyntaxReader<GoReader> {
     ExpressionId read_slice(const Node& node);
     ExpressionId read_unary(const Node& node);
     ExpressionId read_conversion(const Node& node);
+    ExpressionId read_generic_call(const Node& node, const Node& type);
     ExpressionId read_instantiation(const Node& node);
     ExpressionId read_function_literal(const Node& node);
     ExpressionId read_called(const Node& function);

@@ -15,8 +15,12 @@ ExpressionId GoReader::read_named_type(const Node& node) {
 }
 
 ExpressionId GoReader::read_qualified_type(const Node& node) {
+    return read_qualified(node, Role::TYPE);
+}
+
+ExpressionId GoReader::read_qualified(const Node& node, Role role) {
     const ExpressionId package = out_.use(token(node.child(fields().package), Role::VALUE, Space::QUALIFIER));
-    return out_.use_member(package, token(node.child(fields().name), Role::TYPE, Space::TYPE));
+    return out_.use_member(package, token(node.child(fields().name), role, Space::TYPE));
 }
 
 ExpressionId GoReader::read_generic_type(const Node& node) {
