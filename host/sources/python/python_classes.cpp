@@ -43,6 +43,10 @@ ExpressionId PythonReader::read_class(const Node& node) {
     } else {
         around.bindings.try_emplace(text(name)).first->second.declaration = type.declaration;
     }
+    const Node type_parameters = node.child(fields().type_parameters);
+    for (const std::string_view parameter : open_type_parameters(type_parameters)) {
+        type.type_parameters.try_emplace(parameter, static_cast<std::uint32_t>(type.type_parameters.size()));
+    }
     read_bases(node.child(fields().superclasses), type, decorators);
     find_names(node.child(fields().body), type);
     declare_keywords(type, decorators.is_record);
@@ -50,6 +54,7 @@ ExpressionId PythonReader::read_class(const Node& node) {
     visit(node.child(fields().body));
     settle(scopes_.back());
     scopes_.pop_back();
+    close_type_parameters(type_parameters);
     return syntax::UNKNOWN;
 }
 

@@ -53,12 +53,15 @@ ExpressionId PythonReader::read_function(const Node& node) {
     const Decorators decorators = std::exchange(decorators_, {});
     const bool is_async = text(node).starts_with("async");
     const Node name = node.child(fields().name);
+    const Node type_parameters = node.child(fields().type_parameters);
+    open_type_parameters(type_parameters);
     const std::vector<Parameter> parameters = read_parameters(node.child(fields().parameters));
     const ExpressionId stated = visit(node.child(fields().return_type));
-    const DeclarationId id = declare_function(name, decorators);
+    const DeclarationId id = declare_function(name, decorators, type_parameters.exists() ? 1 : 0);
     Scope function{.kind = Scope::Kind::FUNCTION};
     set_self(function, text(name), parameters, decorators);
     const Scope body = read_body(node.child(fields().body), std::move(function), parameters, nullptr);
+    close_type_parameters(type_parameters);
     if (id == syntax::NO_DECLARATION) {
         return syntax::UNKNOWN;
     }
@@ -70,8 +73,9 @@ ExpressionId PythonReader::read_function(const Node& node) {
     return syntax::UNKNOWN;
 }
 
-// Returns NO_DECLARATION for a function that belongs to the one before it: an accessor, an overload.
-DeclarationId PythonReader::declare_function(const Node& name, const Decorators& decorators) {
+// Returns NO_DECLARATION for a function that belongs to the one before it: an accessor, an overload. `type_scopes` of
+// its own type parameters are open.
+DeclarationId PythonReader::declare_function(const Node& name, const Decorators& decorators, std::size_t type_scopes) {
     Scope& around = scopes_.back();
     const bool is_local = around.kind == Scope::Kind::FUNCTION;
     Binding* const binding = is_local ? nullptr : &around.bindings[text(name)];
@@ -88,7 +92,7 @@ DeclarationId PythonReader::declare_function(const Node& name, const Decorators&
                                            .is_hidden = functions_ > 0,
                                            .is_local = is_local});
     if (is_local) {
-        out_.bind(text(name), out_.add(Operation::DECLARATION, id));
+        out_.bind_in(type_scopes, text(name), out_.add(Operation::DECLARATION, id));
     } else if (is_first) {
         binding->declaration = id;
         binding->is_overload = decorators.is_overload;

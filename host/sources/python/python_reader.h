@@ -93,7 +93,7 @@ class PythonReader : public SyntaxReader<PythonReader> {
     ExpressionId read_return(const Node& node);
     ExpressionId read_yield(const Node& node);
     void read_decorator(const Node& node);
-    DeclarationId declare_function(const Node& name, const Decorators& decorators);
+    DeclarationId declare_function(const Node& name, const Decorators& decorators, std::size_t type_scopes);
     void set_self(Scope& function, std::string_view name, const std::vector<Parameter>& parameters,
                   const Decorators& decorators);
     Scope read_body(const Node& body, Scope function, const std::vector<Parameter>& parameters, ExpressionId* value);
@@ -134,6 +134,8 @@ class PythonReader : public SyntaxReader<PythonReader> {
     // Types (python_types.cpp).
     ExpressionId read_type(const Node& node);
     ExpressionId read_type_alias(const Node& node);
+    std::vector<std::string_view> open_type_parameters(const Node& list);
+    void close_type_parameters(const Node& list);
     ExpressionId read_type_name(const Node& node);
     ExpressionId read_head(const Node& node);
     ExpressionId read_string_type(const Node& node);

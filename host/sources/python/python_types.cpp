@@ -33,9 +33,36 @@ ExpressionId PythonReader::read_type(const Node& node) {
     return is_union || types.size() == 1 ? joined(types) : syntax::UNKNOWN;
 }
 
+// Opens a scope for `[T, U: Bound, *V]`, if there are any. Returns their names. Callers choose what they are.
+std::vector<std::string_view> PythonReader::open_type_parameters(const Node& list) {
+    std::vector<std::string_view> names;
+    if (list.exists()) {
+        out_.open_local();
+    }
+    for_each_child(list, [&](const Node& parameter, TSFieldId) {
+        const Node stated = parameter.named_child(0);
+        const bool is_plain = !stated.exists() || stated.type() == "identifier";
+        names.push_back(text(is_plain ? stated : stated.named_child(0)));
+        out_.bind(names.back(), syntax::UNKNOWN);
+        read_type(is_plain ? Node() : stated.named_child(1));  // the bound
+    });
+    return names;
+}
+
+void PythonReader::close_type_parameters(const Node& list) {
+    if (list.exists()) {
+        out_.close();
+    }
+}
+
 ExpressionId PythonReader::read_type_alias(const Node& node) {
-    const Node left = node.child(fields().left).named_child(0);
+    Node left = node.child(fields().left).named_child(0);
+    const bool is_generic = left.exists() && left.type() == "generic_type";
+    const Node type_parameters = is_generic ? left.named_child(1) : Node();
+    left = is_generic ? left.named_child(0) : left;
+    open_type_parameters(type_parameters);
     const ExpressionId type = read_type(node.child(fields().right));
+    close_type_parameters(type_parameters);
     if (!left.exists() || left.type() != "identifier") {
         return syntax::UNKNOWN;
     }

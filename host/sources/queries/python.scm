@@ -9,7 +9,7 @@
 (assignment left: (tuple_pattern (attribute object: (identifier) attribute: (_) @name))) @declaration
 (assignment left: (_ (list_splat_pattern (attribute object: (identifier) attribute: (_) @name)))) @declaration
 (assignment left: (attribute object: (identifier) @self attribute: (_) @name) (#eq? @self "self")) @attribute
-(type_alias_statement . (type (identifier) @name)) @binding @type
+(type_alias_statement . (type [(identifier) @name (generic_type . (identifier) @name)])) @binding @type
 
 ; What stands in a class.
 (class_definition body: (block [
