@@ -1,6 +1,7 @@
 #include "host/syntax/syntax_builder.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace host::syntax {
@@ -70,8 +71,9 @@ ExpressionId SyntaxBuilder::instance(ExpressionId type) {
 
 ExpressionId SyntaxBuilder::one_of(std::span<const ExpressionId> expressions) {
     std::vector<ExpressionId> different;
+    std::unordered_set<ExpressionId> seen{UNKNOWN};
     for (const ExpressionId each : expressions) {
-        if (each != UNKNOWN && std::ranges::find(different, each) == different.end()) {
+        if (seen.insert(each).second) {
             different.push_back(each);
         }
     }
@@ -226,11 +228,15 @@ ExpressionId SyntaxBuilder::value_of(const Local& local) {
 
 // Gives each name the declaration around it, and has one that names a local be what that is.
 void SyntaxBuilder::settle_names() {
+    std::unordered_map<const Local*, ExpressionId> values;  // of many assignments, named in many scopes
     for (const ExpressionId id : unsettled_) {
         const Expression name = syntax_.expressions[id];
         if (const Local* const local = find_local(name.a, name.name)) {
-            const ExpressionId value = value_of(*local);
-            syntax_.expressions[id] = {.operation = Operation::LOCAL, .a = value};
+            const auto [value, is_new] = values.try_emplace(local, UNKNOWN);
+            if (is_new) {
+                value->second = value_of(*local);
+            }
+            syntax_.expressions[id] = {.operation = Operation::LOCAL, .a = value->second};
         } else {
             syntax_.expressions[id].a = scopes_[name.a].declaration;
         }
