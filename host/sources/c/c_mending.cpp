@@ -219,19 +219,21 @@ class CLooseMacros {
         parts_.push_back({tokens_[at].begin, tokens_[last].end, {spelling(at), tokens_[at].line, is_called}});
     }
 
-    // `local int f()`: no declaration has three words that are no keywords.
+    // `local int f()`: no declaration has three words that are no keywords, but for a macro behind its name.
     [[nodiscard]] bool is_before_two_words(std::size_t at) const {
         const auto is_name = [&](std::size_t each) {
             return is_word(each) && !is_one_of(C_KEYWORDS_OF_TYPES, spelling(each));
         };
+        const auto is_plain_name = [&](std::size_t each) { return is_name(each) && !is_capital(spelling(each)); };
         const bool has_builtin_type = is_one_of(C_BUILTIN_TYPES, spelling(at + 1)) && is_word(at + 2);
         return begins_declaration(at) && is_name(at) && !is_one_of(C_BUILTIN_TYPES, spelling(at)) &&
-               ((is_name(at + 1) && !is_capital(spelling(at + 1)) && is_name(at + 2)) || has_builtin_type);
+               ((is_plain_name(at + 1) && is_plain_name(at + 2)) || has_builtin_type);
     }
 
     [[nodiscard]] bool begins_declaration(std::size_t at) const {
         const string_view last = before(at);
-        return last.empty() || last == ";" || last == "}" || last == "{" || last == ":" || last == ">" ||
+        const bool is_behind_label = last == ":" && before(at - 1) != ":";
+        return last.empty() || last == ";" || last == "}" || last == "{" || is_behind_label || last == ">" ||
                last == "\"C\"" || is_one_of(C_MODIFIERS, last);
     }
 

@@ -23,6 +23,8 @@ TEST(CMending, LooseMacrosAreTakenOutAndEveryOtherByteStays) {
         {"class EXPORT C : public B {", "class        C : public B {"},
         {"void f() const LOCKS(m);", "void f() const         ;"},
         {"class C { int m LOCKED(a); T* p LOCKED(m) = 0; };", "class C { int m          ; T* p           = 0; };"},
+        {"class C { T m LOCKED(a); std::string n LOCKED(m) = 0; };",
+         "class C { T m          ; std::string n           = 0; };"},
         {"struct S {\n  FIELDS\n  int a;\n};", "struct S {\n        \n  int a;\n};"},
         {"DECLARE(a)\nDECLARE(b)\nint c;", "          \n          \nint c;"},
     };
@@ -43,6 +45,7 @@ TEST(CMending, TypesAndWhatStandsInBodiesStays) {
              "enum E { A, B };",
              "static T F(int a); T* G(int a); unsigned int H(int a);",
              "typename T::U f(unsigned long a);",
+             "n::TYPE const a;",
          }) {
         EXPECT_EQ(without_loose_macros(text), text);
     }
