@@ -60,11 +60,8 @@ std::vector<JavaOverloads::Candidate> JavaOverloads::candidates(const Meaning& f
         Candidate each = candidate(function, arguments);
         const bool is_fitting =
             each.parameters.size() == arguments.size() && std::ranges::find(each.fits, Fit::NEVER) == each.fits.end();
-        // What has the same parameters as one that was found before is overridden by it.
-        const bool is_overridden = std::ranges::any_of(fitting, [&](const Candidate& other) {
-            return other.parameters == each.parameters && other.is_variable == each.is_variable &&
-                   std::ranges::find(each.parameters, Type::What::UNKNOWN, &Type::what) == each.parameters.end();
-        });
+        const bool is_overridden =
+            std::ranges::any_of(fitting, [&](const Candidate& other) { return overrides(other, each); });
         if (is_fitting && !is_overridden) {
             fitting.push_back(std::move(each));
         }
@@ -75,8 +72,9 @@ std::vector<JavaOverloads::Candidate> JavaOverloads::candidates(const Meaning& f
     const auto is_the_same = [](const Candidate& each) {
         return !each.is_variable && std::ranges::all_of(each.fits, [](Fit fit) { return fit == Fit::SAME; });
     };
-    if (const auto same = std::ranges::find_if(fitting, is_the_same); same != fitting.end()) {
-        return {*same};
+    if (std::ranges::any_of(fitting, is_the_same)) {
+        std::erase_if(fitting, [&](const Candidate& each) { return !is_the_same(each); });
+        return fitting;
     }
     // Where all have the same parameter, it does not matter what is known of the argument.
     for (std::size_t at = 0; at < arguments.size(); ++at) {
@@ -95,10 +93,23 @@ std::vector<JavaOverloads::Candidate> JavaOverloads::candidates(const Meaning& f
     };
     const int first_phase = phase(*std::ranges::min_element(fitting, {}, phase));
     std::erase_if(fitting, [&](const Candidate& each) { return phase(each) != first_phase; });
-    const auto best = std::ranges::find_if(fitting, [&](const Candidate& one) {
+    std::vector<Candidate> best;
+    std::ranges::copy_if(fitting, std::back_inserter(best), [&](const Candidate& one) {
         return std::ranges::all_of(fitting, [&](const Candidate& other) { return is_more_specific(one, other); });
     });
-    return best == fitting.end() ? fitting : std::vector{*best};
+    return best.empty() ? fitting : best;
+}
+
+// Whether a method of a class stands for one of a base that has the same parameters.
+bool JavaOverloads::overrides(const Candidate& method, const Candidate& other) const {
+    const auto class_of = [&](const Candidate& each) {
+        return Type{.what = Type::What::DECLARED, .id = catalog_.around(each.function.id)};
+    };
+    const Type own = class_of(method);
+    const Type inherited = class_of(other);
+    return method.parameters == other.parameters && method.is_variable == other.is_variable &&
+           std::ranges::find(other.parameters, Type::What::UNKNOWN, &Type::what) == other.parameters.end() &&
+           own.id != NONE && inherited.id != NONE && fit_declared(own, inherited) == Fit::SUBTYPE;
 }
 
 // A method with as many parameters as there are arguments; with fewer or more when it cannot take so many.
