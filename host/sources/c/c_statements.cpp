@@ -27,12 +27,12 @@ CReader::Id CReader::read_range_loop(const Node& node) {
     const Id element = all == UNKNOWN ? UNKNOWN : out_.add(Operation::ELEMENT, all);
     const Specifiers stated = specifiers(node);
     const Declarator each = declarator(node.child(fields_.declarator), stated.type);
-    if (each.name.exists() && each.name.type() == "structured_binding_declarator" && element != UNKNOWN) {
+    if (each.name.exists() && each.name.type() == "structured_binding_declarator") {
         std::uint32_t number = 0;
         for_each_child(each.name, [&](const Node& name, TSFieldId) {
             const Id of_map = number == 0 ? out_.add(Operation::KEY, all) : element;
-            out_.bind(text(name), out_.one_of(std::array{of_map, out_.add(Operation::COMPONENT, element, number)}));
-            ++number;
+            const Id component = out_.add(Operation::COMPONENT, element, number++);
+            out_.bind(text(name), all == UNKNOWN ? UNKNOWN : out_.one_of(std::array{of_map, component}));
         });
     } else if (each.name.exists()) {
         out_.bind(text(each.name), stated.is_deduced ? element : out_.instance(each.type));

@@ -78,6 +78,7 @@ type_v own_function(type_w&& local_a, auto... local_b) {
     auto local_x = new type_x(local_a, value_m), local_y = local_x;
     auto [local_k, local_v] = call_c(local_b...);
     for (const auto& [local_p, local_q] : value_n) { local_p.call_d(local_q); }
+    for (auto [local_f, local_g] : [] {}) { local_f = local_g; }
     if (auto* local_c = dynamic_cast<type_y*>(local_x); local_c != nullptr) local_c->call_e();
     try { throw call_m(value_o); } catch (const type_aa& local_e) { local_e.call_f(); } catch (...) {}
     auto local_l = [&local_x, local_n = value_p, this](type_bb local_a) -> type_cc { return local_n + local_a + value_q; };
