@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace host::resolve {
@@ -65,6 +67,111 @@ TEST(Go, OfEmbeddedTypesTheNearestHasTheMember) {
               "a.go: local C.x of a.go, 1 from line 10\n"
               "a.go: local D of a.go, 1 from line 10\n"
               "a.go: local D.B of a.go, 1 from line 10\n");
+}
+
+// Each text is the body of a function in a.go, beside b.go with a function g, a type T with a field x, and package q.
+TEST(Go, WhatBindsANameInAFunctionHidesThoseOfThePackage) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"g := 1; g++", ""},
+        {"var g, h = 1, 2; g + h", ""},
+        {"const g = 1; println(g)", ""},
+        {"for g := range h { g }", ""},
+        {"for _, g := range h { g() }", ""},
+        {"if g := 2; g > 1 {}", ""},
+        {"switch g := y.(type) { case int: g }", ""},
+        {"select { case g := <-c: g }", ""},
+        {"func(g int) { g() }(1)", ""},
+        {"goto g; g: return", ""},
+        {"{ g := 1; _ = g }; g()", "b.go:g"},
+        {"g := g()", "b.go:g"},
+        {"if g := 2; g > 1 {}; g()", "b.go:g"},
+        {"switch g := y.(type) {}; g()", "b.go:g"},
+        {"y.g(); y.T()", ""},
+        {"z{g: g}", "b.go:g"},
+        {"T{x: g}", "b.go:g b.go:T b.go:T.x"},
+        {"map[string]T{\"x\": {x: 1}}", "b.go:T b.go:T.x"},
+        {"type T struct{ y int }; var t T; t.x", "a.go:T"},
+        {"q.F()", "q/q.go:F q/q.go"},
+        {"q := T{}; q.F(); q.x", "b.go:T b.go:T.x"},
+        {"func(q T) { q.F() }(y)", "b.go:T"},
+        {"var t T; t.y", "b.go:T"},
+    };
+    for (const auto& [body, references] : cases) {
+        EXPECT_EQ(targets_from("a.go",
+                               {{"a.go", "package p\nimport \"m/q\"\nfunc f() { " + body + " }\n"},
+                                {"b.go", "package p\nfunc g() {}\ntype T struct{ x int }\n"},
+                                {"c.go", "package p\nfunc k() { type T struct{ y int } }\n"},
+                                {"q/q.go", "package q\nfunc F() {}\n"}},
+                               module_named("m")),
+                  references)
+            << body;
+    }
+}
+
+TEST(Go, AValueHasTheMembersOfTheTypeThatItsOriginStates) {
+    const std::vector<std::pair<std::string, bool>> cases{
+        {"t.next.x", true},
+        {"t.all[0].x", true},
+        {"t.by[y].x", true},
+        {"t.f().x", true},
+        {"(<-t.c).x", true},
+        {"v, err := t.m(); v.x", true},
+        {"v, err := t.m(); err.x", false},
+        {"for _, e := range t.all { e.x }", true},
+        {"for e := range t.all { e.x }", false},
+        {"for e := range t.by { e.x }", false},
+        {"for e := range t.c { e.x }", true},
+        {"t.all.x", false},
+        {"t.f.x", false},
+        {"new(T).x", true},
+        {"(&T{}).x", true},
+        {"w := t.m; w.x", false},
+        {"h := func() *T { return nil }; h().x", true},
+        {"y.(T).x", true},
+        {"v, ok := y.(*T); ok.x", false},
+        {"any(t).x", false},
+        {"{ t := ext.T(); t.x }", false},
+    };
+    const std::string type =
+        "package p\ntype T struct{ x int; next *T; all []*T; by map[string]T; f func() T; c chan T }\n"
+        "func (t *T) m() (*T, error) { return nil, nil }\n";
+    for (const auto& [body, is_found] : cases) {
+        const std::string found =
+            targets_from("a.go", {{"a.go", "package p\nfunc f(t T) { " + body + " }\n"}, {"t.go", type}});
+        EXPECT_EQ(found.find("t.go:T.x") != std::string::npos, is_found) << body << ": " << found;
+        EXPECT_EQ(found.find('?'), std::string::npos) << body << ": " << found;
+    }
+}
+
+TEST(Go, ImportsLeadToTheFolderThatTheirPathNames) {
+    const std::map<std::string, std::string> sources{
+        {"d/d.go", "package d\nfunc F() {}\nfunc D() {}\n"},
+        {"e/e.go", "package e\nfunc F() {}\n"},
+        {"e/main.go", "//go:build ignore\n\npackage main\nfunc F() {}\n"},
+        {"go-y/y.go", "package y\nfunc F() {}\n"},
+        {"other/x.org/v/v.go", "package v\nfunc F() {}\n"},
+        {"sub/vendor/x.org/v/v.go", "package v\nfunc F() {}\n"},
+        {"vendor/x.org/v/v.go", "package v\nfunc F() {}\n"},
+    };
+    const std::vector<std::tuple<std::string, std::string, std::string>> cases{
+        {"a.go", "import \"x.org/m/d\"\nfunc f() { d.F() }", ""},
+        {"a.go", "import \"d\"\nfunc f() { d.F() }", ""},
+        {"a.go", "import \"./d\"\nfunc f() { e.F() }", ""},
+        {"a.go", "import _ \"m/d\"\nfunc f() { d.F() }", ""},
+        {"a.go", "import \"m/gone\"\nfunc f() { d.F() }", ""},
+        {"a.go", "import x \"m/d\"\nfunc f() { x.F(); d.F() }", "d/d.go:F d/d.go"},
+        {"a.go", "import \"m/e\"\nfunc f() { e.F() }", "e/e.go:F e/e.go"},
+        {"a.go", "import \"m/go-y\"\nfunc f() { y.F() }", "go-y/y.go:F go-y/y.go"},
+        {"a.go", "import . \"m/d\"\nimport . \"m/e\"\nfunc f() { F(); D() }", "?d/d.go:F d/d.go:D ?e/e.go:F"},
+        {"a.go", "import . \"m/d\"\nfunc F() { F() }", "a.go:F"},
+        {"a.go", "import \"x.org/v\"\nfunc f() { v.F() }", "vendor/x.org/v/v.go:F vendor/x.org/v/v.go"},
+        {"sub/a.go", "import \"x.org/v\"\nfunc f() { v.F() }", "sub/vendor/x.org/v/v.go:F sub/vendor/x.org/v/v.go"},
+    };
+    for (const auto& [path, text, references] : cases) {
+        std::map<std::string, std::string> changed = sources;
+        changed[path] = "package a\n" + text + "\n";
+        EXPECT_EQ(targets_from(path, changed, module_named("m")), references) << text;
+    }
 }
 
 TEST(Go, ABuildTakesFilesByTheirNamesAndConstraints) {

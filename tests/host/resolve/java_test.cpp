@@ -89,5 +89,73 @@ TEST(Java, NamesAreThoseOfClassesAroundThenImportsThenThePackageThenStars) {
     }
 }
 
+TEST(Java, WhatBindsANameInAMethodHidesTheField) {
+    const std::vector<std::pair<std::string, bool>> cases{
+        {"void m(int x) { use(x); }", false},
+        {"void m() { int x = 1; use(x); }", false},
+        {"void m() { for (int x : y) use(x); }", false},
+        {"void m() { for (int x = 0; x < 3; x++) {} }", false},
+        {"void m() { try { } catch (E x) { use(x); } }", false},
+        {"void m() { try (R x = r()) { use(x); } }", false},
+        {"Object m() { return (x) -> x; }", false},
+        {"Object m() { return (int x, int y) -> x + y; }", false},
+        {"void m(Object o) { if (o instanceof Foo x) { use(x); } }", false},
+        {"void m(Object o) { switch (o) { case Foo x -> use(x); } }", false},
+        {"void m() { y.x = 1; y.x(); }", false},
+        {"void m(int x) { this.x = 1; }", true},
+        {"void m() { { int x = 1; } use(x); }", true},
+        {"void m() { for (int x : y) {} use(x); }", true},
+        {"Object m() { return y -> x; }", true},
+        {"class In { int m() { return x; } }", true},
+        {"class In { int x; int m() { return B.this.x; } }", true},
+        {"static class In extends B { int m() { return super.x; } }", true},
+    };
+    for (const auto& [method, is_field] : cases) {
+        const std::string found = targets_from("B.java", {{"B.java", "class B { int x; " + method + " }"}});
+        EXPECT_EQ(found.find("B.java:B.x") != std::string::npos, is_field) << method << ": " << found;
+        EXPECT_EQ(found.find('?'), std::string::npos) << method << ": " << found;
+    }
+}
+
+TEST(Java, TheNearestClassOfANameIsMeant) {
+    const std::map<std::string, std::string> sources{
+        {"p/A.java", "package p; public class A { public static class B { void x() {} } B b; private void own() {} }"},
+        {"p/B.java", "package p; public class B { void x() {} }"},
+        {"q/A.java", "package q; public class A { public void f() {} }"},
+    };
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"package p; class U { void f(B b) { b.x(); } }", "p/B.java:B p/B.java:B.x()"},
+        {"package p; class U { void f(A.B b) { b.x(); } }", "p/A.java:A p/A.java:A.B p/A.java:A.B.x()"},
+        {"package p; class U extends A { void f(B b) { b.x(); } }", "p/A.java:A p/A.java:A.B p/A.java:A.B.x()"},
+        {"package p; class U { void f(A a) { a.b.x(); } }", "p/A.java:A p/A.java:A.B.x() p/A.java:A.b"},
+        {"package p; class U { class B {} void f(B b) { b.x(); } }", "U.java:U.B"},
+        {"package p; class U<B> { void f(B b) { b.x(); } }", ""},
+        {"package p; class U { <B> void f(B b) { b.x(); } }", ""},
+        {"package p; import java.util.B; class U { void f(B b) { b.x(); } }", ""},
+        {"package p; class U { void f(java.util.B b) { b.x(); } }", ""},
+        {"package p; class U extends A { void f() { own(); this.own(); } }", "p/A.java:A"},
+        {"package p; class U { void f(q.A a) { a.f(); } }", "q/A.java:A q/A.java:A.f()"},
+        {"package o; class U { void f(A a) { a.f(); } }", ""},
+        {"package o; import q.*; class U { void f(A a) { a.f(); } }", "q/A.java:A q/A.java:A.f()"},
+        {"package o; import p.*; import q.*; class U { void f(A a) {} }", "?p/A.java:A ?q/A.java:A"},
+        {"package o; import p.A.*; class U { void f(B b) {} }", "p/A.java:A p/A.java:A.B"},
+    };
+    for (const auto& [text, references] : cases) {
+        std::map<std::string, std::string> changed = sources;
+        changed["U.java"] = text;
+        EXPECT_EQ(targets_from("U.java", changed), references) << text;
+    }
+}
+
+// As where a repository holds two editions of a library.
+TEST(Java, MethodsOfTwoClassesOfOneNameAreAmbiguousLikeThose) {
+    const std::string text = "package p; public class A { public void f(int a) {} int x; }";
+    EXPECT_EQ(targets_from("B.java", {{"jre/p/A.java", text},
+                                      {"android/p/A.java", text},
+                                      {"B.java", "package p; class B { void g(A a) { a.f(1); a.x = 1; } }"}}),
+              "?android/p/A.java:A ?android/p/A.java:A.f() ?android/p/A.java:A.x "
+              "?jre/p/A.java:A ?jre/p/A.java:A.f() ?jre/p/A.java:A.x");
+}
+
 }  // namespace
 }  // namespace host::resolve

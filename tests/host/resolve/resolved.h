@@ -28,28 +28,46 @@ inline std::string name_of(const Repository& repository, const Target& target) {
     return name.empty() ? file.path : name;
 }
 
-/// Returns all references between the sources, by path: "a.py: import Store.find of b.py, 2 from line 3", one a line.
-/// Of each source its path, and its text.
+/// What a few sources state; in the order of their paths.
+struct Stated {
+    std::vector<sources::Outline> outlines;
+    Repository repository;  // points to them
+};
+
+/// Reads sources: of each its path, and its text.
+inline Stated stated(const std::map<std::string, std::string>& sources, const std::vector<Package>& packages = {}) {
+    static const std::atomic<bool> never = false;
+    Stated stated{.outlines = {}, .repository = {.files = {}, .packages = packages}};
+    stated.outlines.reserve(sources.size());
+    for (const auto& [path, text] : sources) {
+        stated.outlines.push_back(sources::outline_of(text, "", path, never, sources::Content::NAMES).value());
+        stated.repository.files.push_back(
+            {path, sources::understood_language("", path)->name, &*stated.outlines.back().syntax});
+    }
+    return stated;
+}
+
+/// Returns the references of a file: "a.py: import Store.find of b.py, 2 from line 3", one a line.
+inline std::string references_text(const Repository& repository, const Resolver& resolver, FileId file) {
+    constexpr std::array<std::string_view, 4> EVIDENCE{"ambiguous", "import", "local", "unique"};
+    std::string text;
+    for (const Reference& reference : resolver.references_of(file).references) {
+        text += repository.files[file].path + ": " +
+                std::string(EVIDENCE.at(static_cast<std::size_t>(reference.evidence))) + " " +
+                name_of(repository, reference.target) + " of " + repository.files[reference.target.file].path + ", " +
+                std::to_string(reference.count) + " from line " + std::to_string(reference.line) + "\n";
+    }
+    return text;
+}
+
+/// Returns all references between the sources, by path.
 inline std::string resolved(const std::map<std::string, std::string>& sources,
                             const std::vector<Package>& packages = {}) {
-    constexpr std::array<std::string_view, 4> EVIDENCE{"ambiguous", "import", "local", "unique"};
-    static const std::atomic<bool> never = false;
-    std::vector<sources::Outline> outlines;
-    outlines.reserve(sources.size());
-    Repository repository{.files = {}, .packages = packages};
-    for (const auto& [path, text] : sources) {
-        outlines.push_back(sources::outline_of(text, "", path, never, sources::Content::NAMES).value());
-        repository.files.push_back({path, sources::understood_language("", path)->name, &*outlines.back().syntax});
-    }
-    const Resolver resolver(repository);
+    const Stated all = stated(sources, packages);
+    const Resolver resolver(all.repository);
     std::string text;
-    for (FileId file = 0; file < repository.files.size(); ++file) {
-        for (const Reference& reference : resolver.references_of(file).references) {
-            text += repository.files[file].path + ": " +
-                    std::string(EVIDENCE.at(static_cast<std::size_t>(reference.evidence))) + " " +
-                    name_of(repository, reference.target) + " of " + repository.files[reference.target.file].path +
-                    ", " + std::to_string(reference.count) + " from line " + std::to_string(reference.line) + "\n";
-        }
+    for (FileId file = 0; file < all.repository.files.size(); ++file) {
+        text += references_text(all.repository, resolver, file);
     }
     return text;
 }

@@ -91,5 +91,96 @@ TEST(Rust, TypesThatPointToThemselvesHaveAnEnd) {
               std::string::npos);
 }
 
+// Each text is the body of a function, beside a function f, a struct S with a field x and a constant C.
+TEST(Rust, WhatBindsANameInAFunctionHidesTheItem) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"let f = 1; f;", ""},
+        {"|f| f", ""},
+        {"match y { f => f }", ""},
+        {"match y { Some(f) if f > 1 => f, _ => 1 }", ""},
+        {"if let Some(f) = y { f; }", ""},
+        {"while let Some(f) = y { f; }", ""},
+        {"for f in y { f(); }", ""},
+        {"let (f, g) = y; f;", ""},
+        {"let Some(f) = y else { return }; f;", ""},
+        {"fn f() {} f();", ""},
+        {"f(); fn f() {}", ""},
+        {"{ let f = 1; } f();", "a.rs:f"},
+        {"let f = f();", "a.rs:f"},
+        {"if let Some(f) = y { f; } f();", "a.rs:f"},
+        {"|y| f(y)", "a.rs:f"},
+        {"{ fn f() {} f(); } f();", "a.rs:f"},
+        {"{ use other::f; f(); } f();", "a.rs:f"},
+        {"y.f(); y.x;", ""},
+        {"match y { C => {} }", "a.rs:C"},
+        {"let S { x: f } = y; f;", "a.rs:S a.rs:S..x"},
+        {"struct S { z: u8 } let s: S = y; s.x;", ""},
+        {"let s: S = y; s.x; s.z;", "a.rs:S a.rs:S..x"},
+        {"let s: other::S = y; s.x;", ""},
+        {"fn g<S>(s: S) { s.x; }", ""},
+        {"self::f(); crate::f();", "a.rs:f*2"},
+        {"std::f(); other::f();", ""},
+    };
+    for (const auto& [body, references] : cases) {
+        const std::string text = "fn f() {} struct S { x: u8 } const C: u8 = 1;\nfn outer(y: Y) { " + body + " }\n" +
+                                 "fn more() { fn f() {} struct S { z: u8 } }\n";
+        EXPECT_EQ(targets_from("a.rs", {{"a.rs", text}}), references) << body;
+    }
+}
+
+TEST(Rust, WhatSeveralGlobsMayGiveIsAmbiguousAndCirclesOfThemEnd) {
+    const std::map<std::string, std::string> sources{
+        {"src/lib.rs", "mod a; mod b; pub mod all; mod b_;"},
+        {"src/a.rs", "pub use super::b_::*; fn x() {} pub fn y() {}"},
+        {"src/b_.rs", "pub use super::a::*; pub use super::a::nothing; pub fn x() {} pub fn z() {}"},
+        {"src/all.rs", "pub use super::a::*; pub use super::b_::*; pub fn z() {}"},
+    };
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"use crate::all::x;", "?x ?x all "},
+        {"use super::all::y;", "y all "},
+        {"use crate::all::z;", "z all "},
+        {"use crate::all::nothing;", "all "},
+        {"use crate::all::*; fn f() { x(); y(); z(); }", "?x y z ?x all "},
+        {"use crate::all::*; fn z() {} fn f() { z(); }", "all "},
+        {"use super::super::all::y;", ""},
+        {"use super::all::y as q; fn f() { q(); y(); }", "y all "},
+    };
+    for (const auto& [text, references] : cases) {
+        EXPECT_EQ(rust_references(sources, text), references) << text;
+    }
+}
+
+TEST(Rust, AMethodIsThatOfTheTypeOfItsReceiver) {
+    const std::string types =
+        "pub struct A { pub b: B } pub struct B; pub trait T { fn t(&self); fn d(&self) {} } pub trait U { fn t(&self); }\n"
+        "impl A { pub fn m(&self) -> &B { &self.b } } impl B { pub fn n(&self) {} pub fn new() -> Self { B } }\n"
+        "impl T for A { fn t(&self) {} }\n";
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"fn f(a: A) { a.m(); }", "m "},
+        {"fn f(a: &mut A) { a.m().n(); }", "m n "},
+        {"fn f(a: Vec<A>) { a.m(); }", ""},
+        {"fn f(a: Vec<A>) { a[0].m(); }", "m "},
+        {"fn f(a: Option<A>) { a.m(); }", ""},
+        {"fn f(a: (A, B)) { a.1.n(); a.0.n(); }", "n "},
+        {"fn f(a: A) { a.b.n(); }", "A..b n "},
+        {"fn f() { B::new().n(); }", "n new "},
+        {"fn f(a: impl T) { a.t(); }", "T.t "},
+        {"fn f(a: &dyn U) { a.t(); }", "U.t "},
+        {"fn f(a: A) { a.d(); }", "T.d "},
+        {"fn f(a: B) { a.d(); }", ""},
+        {"fn f<X: U>(a: X) { a.t(); a.d(); }", "U.t "},
+        {"fn f(a: X) { a.m(); }", ""},
+        {"fn f() { unknown().m(); }", ""},
+    };
+    for (const auto& [text, methods] : cases) {
+        std::string members = rust_references({{"src/lib.rs", "mod a; mod b;"}, {"src/a.rs", types}},
+                                              "use crate::a::{A, B, T, U}; " + text);
+        for (const char* type : {"A ", "B ", "T ", "U "}) {
+            members.erase(members.find(type), 2);
+        }
+        EXPECT_EQ(members, methods) << text;
+    }
+}
+
 }  // namespace
 }  // namespace host::resolve
