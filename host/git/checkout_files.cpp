@@ -1,6 +1,7 @@
 #include "host/git/checkout_files.h"
 
 #include "host/git/ignore_rules.h"
+#include "host/git/repository_folder.h"
 #include "host/git/tracked_files.h"
 #include "host/text/control_characters.h"
 #include "host/text/utf8.h"

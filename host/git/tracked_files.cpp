@@ -1,6 +1,7 @@
 #include "host/git/tracked_files.h"
 
 #include "host/files/checkout.h"
+#include "host/git/repository_folder.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -119,22 +120,6 @@ std::optional<std::vector<std::string>> paths_in(string_view all, std::size_t ha
     return paths;
 }
 
-// The folder of the repository: ".git", or the one that a file of this name states.
-std::string repository_of(const fs::path& root) {
-    constexpr std::size_t LONGEST = 4'096;  // bytes
-    constexpr string_view LINK = "gitdir: ";
-    std::error_code error;
-    if (fs::is_directory(root / ".git", error)) {
-        return root / ".git";
-    }
-    const std::optional<FileContent> link = Checkout(root).read(".git", LONGEST);
-    if (!link || !link->text || !link->text->starts_with(LINK)) {
-        return "";
-    }
-    const string_view path = string_view(*link->text).substr(LINK.size());
-    return root / path.substr(0, path.find_first_of("\r\n"));
-}
-
 }  // namespace
 
 std::optional<std::vector<std::string>> read_git_index(string_view bytes) {
@@ -144,10 +129,32 @@ std::optional<std::vector<std::string>> read_git_index(string_view bytes) {
     return paths ? std::move(paths) : paths_in(bytes, SHA256);
 }
 
+std::string git_index_of(std::vector<std::string> paths) {
+    constexpr std::size_t STATUS = 40;
+    constexpr std::size_t SHA1 = 20;
+    constexpr std::size_t ALIGNMENT = 8;
+    constexpr std::size_t LONGEST_NOTED = 0xFFF;  // a longer name ends where its entry does
+    const auto number = [](std::size_t value, unsigned size) {
+        std::string bytes;
+        for (unsigned at = size; at > 0; --at) {
+            bytes.push_back(static_cast<char>(value >> (8 * (at - 1)) & 0xFFU));
+        }
+        return bytes;
+    };
+    std::ranges::sort(paths);
+    std::string bytes = "DIRC" + number(2, 4) + number(paths.size(), 4);
+    for (const std::string& path : paths) {
+        const std::string entry =
+            std::string(STATUS + SHA1, '\0') + number(std::min(path.size(), LONGEST_NOTED), 2) + path + '\0';
+        bytes += entry + std::string((ALIGNMENT - entry.size() % ALIGNMENT) % ALIGNMENT, '\0');
+    }
+    return bytes + std::string(SHA1, '\0');
+}
+
 TrackedFiles::TrackedFiles(const fs::path& root) {
     constexpr std::size_t LARGEST = 268'435'456;  // bytes; a hundred for each file
     try {
-        const std::string repository = repository_of(root);
+        const std::string repository = repository_folder(root);
         const std::optional<FileContent> index =
             repository.empty() ? std::nullopt : Checkout(repository).read("index", LARGEST);
         if (index && index->text) {
@@ -165,11 +172,6 @@ bool TrackedFiles::hold_some_below(string_view folder) const {
     const std::string begin = std::string(folder) + "/";
     const auto first = std::ranges::lower_bound(paths_, begin);
     return first != paths_.end() && first->starts_with(begin);
-}
-
-bool is_checkout_root(const fs::path& folder) {
-    std::error_code error;
-    return fs::exists(folder / ".git", error);
 }
 
 }  // namespace host::git

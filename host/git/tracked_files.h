@@ -14,6 +14,9 @@ namespace host::git {
 /// anything else, and for an index that is split over several files.
 std::optional<std::vector<std::string>> read_git_index(std::string_view bytes);
 
+/// Writes an index of Git that tracks these paths, and says nothing else: for a checkout that only this program reads.
+std::string git_index_of(std::vector<std::string> paths);
+
 /// Which files a repository tracks. Git is not asked, and what configures it is not read.
 class TrackedFiles {
   public:
@@ -27,8 +30,5 @@ class TrackedFiles {
   private:
     std::vector<std::string> paths_;  // ascending
 };
-
-/// Returns whether a folder is the root of a repository's checkout.
-bool is_checkout_root(const std::filesystem::path& folder);
 
 }  // namespace host::git
