@@ -1,6 +1,7 @@
 // The program wiki-scope: imports an index, looks up declarations and files in it, and grounds pages.
 
 #include "host/command/completion.h"
+#include "host/command/diff_command.h"
 #include "host/command/files_command.h"
 #include "host/command/find_command.h"
 #include "host/command/import_command.h"
@@ -74,6 +75,7 @@ int run(int argc, char** argv) {
     host::add_files_command(app);
     host::add_find_command(app);
     host::add_stats_command(app);
+    host::add_diff_command(app);
     host::add_serve_command(app);
     host::add_completion_command(app);
     try {
