@@ -2,6 +2,7 @@
 
 #include "host/changes/index_state.h"
 #include "host/changes/pairing.h"
+#include "host/changes/signature.h"
 #include "host/changes/users.h"
 #include "host/paths/find_paths.h"
 #include "host/paths/missing_paths.h"
@@ -231,7 +232,7 @@ class Comparison {
         return {.is_moved = pairing_.files.of_old[before.file] != after.file && !is_member_of_moved,
                 .is_renamed = is_renamed,
                 .has_other_signature = has_signatures && !is_renamed && !is_in_renamed_type(old_one) &&
-                                       old_.signature(old_one) != new_.signature(new_one),
+                                       !is_same_signature(old_.signature(old_one), new_.signature(new_one)),
                 .has_other_kind = before.kind != after.kind,
                 .has_other_visibility = before.is_public != after.is_public};
     }

@@ -1,5 +1,6 @@
 #include "host/changes/changes_markdown.h"
 
+#include "host/changes/signature.h"
 #include "host/page/budget.h"
 #include "host/page/citation.h"
 #include "host/page/passage.h"
@@ -126,7 +127,8 @@ std::string changed(const DeclarationChange& change) {
         text += point(after.is_public ? "Is public now" : "Is no longer public");
     }
     if (change.has_other_signature) {
-        text += point("Before: " + code_span(before.signature)) + point("Now: " + code_span(after.signature));
+        text += point("Before: " + code_span(on_one_line(before.signature))) +
+                point("Now: " + code_span(on_one_line(after.signature)));
     }
     return text + concerned(change);
 }

@@ -1,6 +1,7 @@
 #include "host/changes/pairing.h"
 
 #include "host/changes/same_text.h"
+#include "host/changes/signature.h"
 
 #include <algorithm>
 #include <iterator>
@@ -77,7 +78,8 @@ void join_group(const IndexState& old_state, std::pair<Group, Group> olds, const
                 return is_left_of_new(each) &&
                        new_state.declarations()[each.declaration].kind ==
                            old_state.declarations()[old_one->declaration].kind &&
-                       new_state.signature(each.declaration) == old_state.signature(old_one->declaration);
+                       is_same_signature(new_state.signature(each.declaration),
+                                         old_state.signature(old_one->declaration));
             });
             if (same != news.second) {
                 declarations.join(old_one->declaration, same->declaration);

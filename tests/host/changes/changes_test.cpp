@@ -116,6 +116,15 @@ TEST(Changes, TellWhatAnExistingDeclarationHasBecome) {
         "  - Now: `export interface T`\n  - Used, before and now, by `b.ts` (2)\n  - Tests: `c.test.ts`\n");
 }
 
+TEST(Changes, AreNotHowASignatureIsLaidOut) {
+    EXPECT_EQ(told({{"a.ts", "export function f(a: number, b = new Set<int>()): void {}\n"}},
+                   {{"a.ts", "export function f(\n  a: number,\n  b = new Set< int >(),\n):\n  void {}\n"}}),
+              "");
+    EXPECT_EQ(told({{"a.ts", "export type T = keyof int;\n"}}, {{"a.ts", "export type T =\n  keyofint;\n"}}),
+              "## Changed declarations\n- `T` (type, `a.ts:L1-L2`)\n"
+              "  - Before: `export type T = keyof int`\n  - Now: `export type T = keyofint`\n");
+}
+
 TEST(Changes, TellAMoveOrAnotherNameOnlyWhereTheTextIsTheSame) {
     const Sources before{{"a.ts", "export function moved() " + BODY + "export function old() " + BODY +
                                       "export class Old {\n  m() {\n    return Old;\n  }\n}\n" +
