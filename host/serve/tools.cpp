@@ -10,7 +10,8 @@
 namespace host::serve {
 
 std::span<const Tool> tools() {
-    static const std::array TOOLS{ground_page_tool(), find_declarations_tool(), list_files_tool(), index_stats_tool()};
+    static const std::array TOOLS{ground_page_tool(), find_declarations_tool(), list_files_tool(), index_stats_tool(),
+                                  changes_tool()};
     return TOOLS;
 }
 

@@ -78,6 +78,7 @@ Tool ground_page_tool();
 Tool find_declarations_tool();
 Tool list_files_tool();
 Tool index_stats_tool();
+Tool changes_tool();
 
 /// Checks the arguments of `ground_page` and returns the page that they request. Throws `RpcError` that names the
 /// field.

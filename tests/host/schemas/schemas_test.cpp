@@ -49,6 +49,26 @@ class Schemas : public IndexedFolder {
         return json::parse(outcome.out);
     }
 
+    // Of the index and one in which everything is another: every list has something in it.
+    [[nodiscard]] json changes() const {
+        folder.write("old/src/a.ts", "export class C {\n  m() {}\n}\nexport function f() {}\nexport function g() {}\n"
+                                     "export function h() {}\n");
+        folder.write("old/src/b.ts", "import { C, f, g } from './a';\nnew C().m(); f(); g();\n");
+        folder.write("old/src/c.ts", "import './b';\nexport const c = 1;\n");
+        folder.write("old/src/d.test.ts", "import { f } from './a';\nf();\n");
+        folder.write("new/src/a.ts", "export function f(a: number) {}\nexport function g() {}\n"
+                                     "export function h() {}\nexport class D {}\n");
+        folder.write("new/src/b.ts", "import { f, h } from './a';\nf(1); h();\nexport function b() {}\n");
+        folder.write("new/src/e.ts", "import './b';\nexport const c = 1;\n");
+        folder.write("new/src/f.ts", "import { b } from './b';\nb();\n");
+        folder.write("new/src/d.test.ts", "import { f } from './a';\nf();\n");
+        const Outcome outcome = shell("'" WIKI_SCOPE "' import old --index old.db && '" WIKI_SCOPE
+                                      "' import new --index new.db >none && '" WIKI_SCOPE
+                                      "' diff old.db new.db --depth 2 --format json >changes");
+        EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
+        return json::parse(folder.read("changes"));
+    }
+
     // What is wrong with a document by the schema that a command prints; empty when nothing is.
     [[nodiscard]] std::string violation(const std::string& command, const json& document) {
         if (schema_of_ != command) {
@@ -87,15 +107,19 @@ TEST_F(Schemas, SayWhatEachCommandPrints) {
     EXPECT_EQ(violation("files", printed("files")), "");
     EXPECT_EQ(violation("find", printed("find f")), "");
     EXPECT_EQ(violation("stats", printed("stats --check")), "");
+    EXPECT_EQ(violation("diff", changes()), "");
 }
 
 // Every value of a whole output is of the type that the schema names, and no member is there that it does not name.
 TEST_F(Schemas, RefuseWhatNoCommandPrints) {
     const std::string sections = " --only files,consumers,declarations,in-depth,dependencies,graph,seeds,outline";
     const json anything = {{"unknown", {nullptr}}};
-    for (const auto& [command, arguments] : std::vector<std::pair<std::string, std::string>>{
-             {"page", " . none --checkout ." + sections}, {"files", ""}, {"find", " f"}, {"stats", ""}}) {
-        const json document = printed(command + arguments);
+    for (const auto& [command, document] :
+         std::vector<std::pair<std::string, json>>{{"page", printed("page . none --checkout ." + sections)},
+                                                   {"files", printed("files")},
+                                                   {"find", printed("find f")},
+                                                   {"stats", printed("stats")},
+                                                   {"diff", changes()}}) {
         const json leaves = document.flatten();
         for (const auto& [place, leaf] : leaves.items()) {
             json broken = document;
