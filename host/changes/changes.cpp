@@ -6,6 +6,7 @@
 #include "host/changes/users.h"
 #include "host/paths/find_paths.h"
 #include "host/paths/missing_paths.h"
+#include "workers/wiki/scope/kinds.h"
 
 #include <algorithm>
 #include <future>
@@ -103,6 +104,12 @@ class Comparison {
     // Whether a declaration is told of by itself.
     static bool is_told(const IndexState& state, Number declaration) {
         return state.declarations()[declaration].is_public && !state.file_of(declaration).is_test;
+    }
+
+    // Whether it can only be used by its name, so that what is not found to use it does not use it.
+    static bool is_api(const IndexState& state, Number declaration) {
+        const DeclarationState& declared = state.declarations()[declaration];
+        return is_told(state, declaration) && declared.type == NONE && wiki::scope::is_callable_or_type(declared.kind);
     }
 
     // Whether the type that a declaration is a member of has no counterpart either, and is told of with its members.
@@ -255,7 +262,7 @@ class Comparison {
                 add_tests(change, new_, after);
                 changes.changed.push_back(std::move(change));
             }
-            if (is_told(old_, at) && is_told(new_, counterpart)) {
+            if (is_api(old_, at) && is_api(new_, counterpart)) {
                 add_use(changes, at, counterpart);
             }
         }

@@ -75,7 +75,7 @@ struct DeclarationChange {
     std::int64_t name_matches = 0;        ///< references of other production files that only match its name
 };
 
-/// A file whose users are others than before.
+/// A file of which other files are proven to use something than before.
 struct FileUsersChange {
     std::string path;  ///< in the new state
     std::vector<std::string> gained = {};
@@ -94,7 +94,8 @@ struct Changes {
     std::vector<DeclarationChange> changed = {};  ///< moved, renamed, or with another signature, kind or visibility
     std::vector<DeclarationChange> added = {};    ///< without users
     std::vector<FileUsersChange> users = {};
-    std::vector<Declared> unused = {};      ///< proven to be used by other production files before, and by none now
+    /// Top-level types and callables that other production files are proven to have used, and none refers to now.
+    std::vector<Declared> unused = {};
     std::vector<Declared> used_again = {};  ///< the other way round
 
     std::vector<std::string> remarks = {};  ///< on paths that neither index has, each one line

@@ -224,7 +224,8 @@ void write_markdown(std::ostream& out, const Changes& changes, std::optional<std
                 points_of(changes.unused, only_cited), "declaration");
     add_section(passages, "Used again", "No other production file has referred to these, and now one does.",
                 points_of(changes.used_again, only_cited), "declaration");
-    add_section(passages, "Users of files", "The production files that came to use a file, or no longer do.",
+    add_section(passages, "Users of files",
+                "The production files that are proven to use a file now and were not before, or the other way round.",
                 points_of(changes.users, users), "file");
     out << fitted(std::move(passages), most.value_or(std::numeric_limits<std::size_t>::max()));
 }

@@ -36,6 +36,9 @@ std::string_view around(const DeclarationState& declaration) {
     return is_qualified ? fqn.substr(0, fqn.size() - name.size() - 1) : std::string_view();
 }
 
+// Stands for a whole file.
+constexpr std::string_view MODULE = "module";
+
 bool is_private_name(std::string_view name) {
     return name.starts_with('_') || name.starts_with('#');
 }
@@ -101,7 +104,7 @@ void IndexState::read_declarations() {
                                      .kind = db_.text(row.kind),
                                      .first_line = row.first_line,
                                      .last_line = row.last_line,
-                                     .is_public = row.is_export && !is_private_name(row.name)});
+                                     .is_public = row.is_export && !is_private_name(row.name) && row.kind != MODULE});
         }
     });
     std::ranges::sort(declarations_, {}, [](const DeclarationState& each) { return std::pair(each.file, each.id); });

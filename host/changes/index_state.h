@@ -41,7 +41,7 @@ struct DeclarationState {
     std::int64_t first_line = 0;
     std::int64_t last_line = 0;
     Number type = NONE;      ///< the type that it is a member of, maybe of another file
-    bool is_public = false;  ///< exported, or a member of a public type; and not private by its name
+    bool is_public = false;  ///< exported or a member of a public type, no module, and not private by its name
 };
 
 /// Finds rows by their ids.

@@ -189,7 +189,7 @@ const std::string PAIRS = R"sql(
         WHERE d.told AND d.id NOT IN (SELECT n FROM pairs);
     CREATE TEMP TABLE kept AS SELECT o.id AS o, n.id AS n, '! ' || n.path || ' ' || n.fqn AS label,
         o.signature <> '' AND n.signature <> '' AND o.signature <> n.signature AS signature,
-        o.kind <> n.kind AS kind, o.public <> n.public AS visibility, o.told AND n.told AS told
+        o.kind <> n.kind AS kind, o.public <> n.public AS visibility, o.told AND n.told AND o.type IS NULL AND n.type IS NULL AS top
         FROM pairs p JOIN d_old o ON o.id = p.o JOIN d_new n ON n.id = p.n WHERE o.told OR n.told;
     -- Whose users are told of: in which state they are those of which declarations.
     CREATE TEMP TABLE asked AS
@@ -236,10 +236,10 @@ const std::string FACTS = R"sql(
         WHERE NOT u.test AND n.path NOT LIKE '%.test.%'
         AND NOT EXISTS (SELECT 1 FROM d_new e JOIN u_new x ON x.target = e.id AND x.proven
                         WHERE e.file = f.n AND x.source = s.n AND NOT x.test)
-    UNION SELECT 'unused ' || substr(label, 3) FROM kept k WHERE told
+    UNION SELECT 'unused ' || substr(label, 3) FROM kept k WHERE top
         AND EXISTS (SELECT 1 FROM u_old u WHERE u.target = k.o AND u.proven AND NOT u.test)
         AND NOT EXISTS (SELECT 1 FROM u_new u WHERE u.target = k.n AND NOT u.test)
-    UNION SELECT 'used ' || substr(label, 3) FROM kept k WHERE told
+    UNION SELECT 'used ' || substr(label, 3) FROM kept k WHERE top
         AND EXISTS (SELECT 1 FROM u_new u WHERE u.target = k.n AND u.proven AND NOT u.test)
         AND NOT EXISTS (SELECT 1 FROM u_old u WHERE u.target = k.o AND NOT u.test)
 )sql";
