@@ -19,14 +19,17 @@ using fuzz::promise;
 void check_rules(std::string_view text) {
     const IgnoreRules last_ignores(std::string(text) + "\n*\n");
     const IgnoreRules last_keeps(std::string(text) + "\n!*\n");
-    AttributeMacros macros;
+    const AttributeMacros macros = attribute_macros(text);
+    const AttributeRules nearest("* linguist-generated -linguist-vendored\n", macros);
     const AttributeRules attributes(text, macros);
     for (const std::string_view path : {"a", "a/b.log", "build/x/y.ts"}) {
         promise(last_ignores.decide(path, false) == true && last_keeps.decide(path, false) == false,
                 "the last rule that matches decides");
-        Origin origin{.is_generated = true, .is_vendored = true};
-        attributes.complete(path, origin);
-        promise(origin.is_generated == true && origin.is_vendored == true, "what is said already stays");
+        FileAttributes file(macros);
+        nearest.complete(path, file);
+        attributes.complete(path, file);
+        promise(!macros.empty() || (file.origin().is_generated == true && file.origin().is_vendored == false),
+                "what is said nearer to a file stays");
     }
 }
 
