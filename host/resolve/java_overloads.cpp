@@ -61,7 +61,7 @@ std::vector<JavaOverloads::Candidate> JavaOverloads::candidates(const Meaning& f
         const bool is_fitting =
             each.parameters.size() == arguments.size() && std::ranges::find(each.fits, Fit::NEVER) == each.fits.end();
         const bool is_overridden =
-            std::ranges::any_of(fitting, [&](const Candidate& other) { return overrides(other, each); });
+            std::ranges::any_of(fitting, [&](const Candidate& method) { return overrides(method, each); });
         if (is_fitting && !is_overridden) {
             fitting.push_back(std::move(each));
         }
@@ -101,15 +101,15 @@ std::vector<JavaOverloads::Candidate> JavaOverloads::candidates(const Meaning& f
 }
 
 // Whether a method of a class stands for one of a base that has the same parameters.
-bool JavaOverloads::overrides(const Candidate& method, const Candidate& other) const {
+bool JavaOverloads::overrides(const Candidate& method, const Candidate& inherited) const {
     const auto class_of = [&](const Candidate& each) {
         return Type{.what = Type::What::DECLARED, .id = catalog_.around(each.function.id)};
     };
     const Type own = class_of(method);
-    const Type inherited = class_of(other);
-    return method.parameters == other.parameters && method.is_variable == other.is_variable &&
-           std::ranges::find(other.parameters, Type::What::UNKNOWN, &Type::what) == other.parameters.end() &&
-           own.id != NONE && inherited.id != NONE && fit_declared(own, inherited) == Fit::SUBTYPE;
+    const Type base = class_of(inherited);
+    return method.parameters == inherited.parameters && method.is_variable == inherited.is_variable &&
+           std::ranges::find(inherited.parameters, Type::What::UNKNOWN, &Type::what) == inherited.parameters.end() &&
+           own.id != NONE && base.id != NONE && fit_declared(own, base) == Fit::SUBTYPE;
 }
 
 // A method with as many parameters as there are arguments; with fewer or more when it cannot take so many.

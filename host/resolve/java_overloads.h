@@ -53,7 +53,7 @@ class JavaOverloads {
 
     [[nodiscard]] std::vector<Candidate> candidates(const Meaning& functions, const std::vector<Type>& arguments) const;
     [[nodiscard]] Candidate candidate(const Entity& function, const std::vector<Type>& arguments) const;
-    [[nodiscard]] bool overrides(const Candidate& method, const Candidate& other) const;
+    [[nodiscard]] bool overrides(const Candidate& method, const Candidate& inherited) const;
     [[nodiscard]] bool takes_array(const Type& array, const std::vector<Type>& arguments, std::size_t at) const;
     [[nodiscard]] bool is_more_specific(const Candidate& one, const Candidate& other) const;
     [[nodiscard]] Type type_at(const Place& place, std::size_t depth = 0) const;
