@@ -146,6 +146,11 @@ void measure(const std::string& wiki_scope, const std::string& server) {
         bench::cost_of_program(in_server(import, server));
     }
     const BareTable bare(folder / "bare.db", index);
+    const std::string changed_index = folder / "changed.db";
+    bench::Repository changed = REPOSITORY;
+    changed.renamed_files = 50;
+    write_scip(changed, folder / "changed.scip");
+    bench::cost_of_program({wiki_scope, "import", folder / "changed.scip", "--index", changed_index});
 
     Costs costs;
     std::vector<std::string> served;  // the commands that are run with both kinds of index
@@ -176,6 +181,7 @@ void measure(const std::string& wiki_scope, const std::string& server) {
         command.insert(command.end(), {"--index", index});
         add_command(lookup.front(), command);
     }
+    costs.add("diff", [&] { return bench::cost_of_program({wiki_scope, "diff", index, changed_index}); });
     costs.run(ROUNDS);
 
     const PageShape all = page_shapes().front();
@@ -197,6 +203,7 @@ void measure(const std::string& wiki_scope, const std::string& server) {
     for (const std::vector<std::string>& lookup : lookups) {
         print(lookup.front(), all);
     }
+    print("diff", all);
     if (!server.empty()) {
         std::printf("\n| Command | elapsed ms with a file | with a server | times |\n|---|---|---|---|\n");
     }

@@ -269,12 +269,9 @@ class Comparison {
     }
 
     void add_use(Changes& changes, Number old_one, Number new_one) const {
-        const UsersOf before = users_of(old_, {old_one});
-        const UsersOf after = users_of(new_, {new_one});
-        const auto is_unused = [](const UsersOf& users) { return users.production.empty() && users.name_matches == 0; };
-        if (!before.production.empty() && is_unused(after)) {
+        if (has_production_users(old_, old_one) && !is_referred_to(new_, new_one)) {
             changes.unused.push_back(declared(new_, new_one));
-        } else if (is_unused(before) && !after.production.empty()) {
+        } else if (has_production_users(new_, new_one) && !is_referred_to(old_, old_one)) {
             changes.used_again.push_back(declared(new_, new_one));
         }
     }

@@ -162,6 +162,13 @@ void IndexState::read_uses() {
     if (!std::ranges::is_sorted(uses_, {}, place)) {
         std::ranges::sort(uses_, {}, place);
     }
+    first_uses_.reserve(declarations_.size() + 1);
+    for (std::size_t use = 0; first_uses_.size() <= declarations_.size(); ++use) {
+        while (first_uses_.size() <= declarations_.size() &&
+               (use == uses_.size() || first_uses_.size() <= uses_[use].target)) {
+            first_uses_.push_back(use);
+        }
+    }
 }
 
 Number IndexState::file_at(std::string_view path) const {
@@ -170,8 +177,13 @@ Number IndexState::file_at(std::string_view path) const {
 }
 
 std::span<const Use> IndexState::uses_of(Number declaration) const {
-    const auto uses = std::ranges::equal_range(uses_, declaration, {}, &Use::target);
-    return {uses.begin(), uses.end()};
+    return std::span(uses_).subspan(first_uses_[declaration], first_uses_[declaration + 1] - first_uses_[declaration]);
+}
+
+std::span<const Use> IndexState::uses_of_file(Number file) const {
+    const Number first = files_[file].first_declaration;
+    const Number end = first + files_[file].declarations;
+    return std::span(uses_).subspan(first_uses_[first], first_uses_[end] - first_uses_[first]);
 }
 
 void IndexState::read_signatures(const std::vector<Number>& files) {

@@ -81,9 +81,10 @@ class IndexState {
     [[nodiscard]] const std::vector<DeclarationState>& declarations() const { return declarations_; }
     [[nodiscard]] const FileState& file_of(Number declaration) const { return files_[declarations_[declaration].file]; }
 
-    /// By target, then by source.
-    [[nodiscard]] const std::vector<Use>& uses() const { return uses_; }
+    /// By source.
     [[nodiscard]] std::span<const Use> uses_of(Number declaration) const;
+    /// Those of all declarations of a file.
+    [[nodiscard]] std::span<const Use> uses_of_file(Number file) const;
 
     /// Reads the signatures of the declarations of some files, for `signature`.
     void read_signatures(const std::vector<Number>& files);
@@ -106,6 +107,7 @@ class IndexState {
     NumberById file_by_id_;
     NumberById declaration_by_id_;
     std::vector<Use> uses_;
+    std::vector<std::size_t> first_uses_;  // of each declaration the place of its first use, and the end of all
     std::vector<std::string> signatures_;
 };
 

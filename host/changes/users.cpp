@@ -5,6 +5,14 @@
 
 namespace host::changes {
 
+namespace {
+
+bool is_from_other_production_file(const IndexState& state, const Use& use) {
+    return use.source != state.declarations()[use.target].file && !state.files()[use.source].is_test;
+}
+
+}  // namespace
+
 UsersOf users_of(const IndexState& state, const std::vector<Number>& declarations) {
     UsersOf users;
     for (const Number declaration : declarations) {
@@ -26,16 +34,27 @@ UsersOf users_of(const IndexState& state, const std::vector<Number>& declaration
     return users;
 }
 
+bool has_production_users(const IndexState& state, Number declaration) {
+    return std::ranges::any_of(state.uses_of(declaration), [&](const Use& use) {
+        return use.is_evidence && is_from_other_production_file(state, use);
+    });
+}
+
+bool is_referred_to(const IndexState& state, Number declaration) {
+    return std::ranges::any_of(state.uses_of(declaration),
+                               [&](const Use& use) { return is_from_other_production_file(state, use); });
+}
+
 FileUsers::FileUsers(const IndexState& state) : users_(state.files().size()) {
-    for (const Use& use : state.uses()) {
-        const Number file = state.declarations()[use.target].file;
-        if (use.is_evidence && use.source != file && !state.files()[use.source].is_test) {
-            users_[file].push_back(use.source);
+    std::vector<Number> last_used(state.files().size(), NONE);  // of each file the file that it was last seen to use
+    for (Number file = 0; file < state.files().size(); ++file) {
+        for (const Use& use : state.uses_of_file(file)) {
+            if (use.is_evidence && is_from_other_production_file(state, use) &&
+                std::exchange(last_used[use.source], file) != file) {
+                users_[file].push_back(use.source);
+            }
         }
-    }
-    for (std::vector<Number>& users : users_) {
-        std::ranges::sort(users);
-        users.erase(std::unique(users.begin(), users.end()), users.end());
+        std::ranges::sort(users_[file]);
     }
 }
 

@@ -21,6 +21,12 @@ struct UsersOf {
 /// Returns the users of a declaration and, if it is a type, of its members in the same file.
 UsersOf users_of(const IndexState& state, const std::vector<Number>& declarations);
 
+/// Whether other production files are proven to use a declaration.
+bool has_production_users(const IndexState& state, Number declaration);
+
+/// Whether other production files refer to a declaration, be it by its name alone.
+bool is_referred_to(const IndexState& state, Number declaration);
+
 /// Which production files are proven to use which others.
 class FileUsers {
   public:
