@@ -10,6 +10,8 @@
 
 namespace host::revisions {
 
+class Objects;
+
 /// For one thread at a time.
 class Commits {
   public:
@@ -32,7 +34,6 @@ class Commits {
                    const std::function<void()>& check_interrupt) const;
 
   private:
-    class Objects;
     const std::filesystem::path root_;
     std::unique_ptr<Objects> objects_;
 };

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -156,6 +158,22 @@ TEST_F(CommitsOfGit, AreReadWithoutWhatConfiguresTheRepository) {
     EXPECT_TRUE(Commits(root).find("main"));
     EXPECT_FALSE(fs::exists(trap));
     EXPECT_THROW(Commits(folder / ""), std::runtime_error);
+}
+
+TEST_F(CommitsOfGit, AreNotThoseOfAnotherRepositoryThatThisOneNames) {
+    git("init -q ../other");
+    git("-C ../other commit -q --allow-empty -m secret");
+    const std::string secret = git("-C ../other rev-parse HEAD");
+    folder.write("root/.git/objects/info/alternates", folder / "other/.git/objects\n");
+    EXPECT_EQ(git("cat-file -t " + secret), "commit");
+    EXPECT_FALSE(Commits(root).find(secret));
+    fs::rename(root + "/.git/objects", folder / "moved");
+    fs::create_directory_symlink(folder / "moved", root + "/.git/objects");
+    EXPECT_THROW(Commits{root}, std::runtime_error);
+    fs::remove(root + "/.git/objects");
+    fs::rename(folder / "moved", root + "/.git/objects");
+    ASSERT_EQ(mkfifo((root + "/.git/objects/pack/a.pack").c_str(), S_IRUSR | S_IWUSR), 0);
+    EXPECT_THROW(Commits{root}, std::runtime_error);
 }
 
 }  // namespace
