@@ -55,6 +55,7 @@ class Schemas : public IndexedFolder {
                                      "export function h() {}\n");
         folder.write("old/src/b.ts", "import { C, f, g } from './a';\nnew C().m(); f(); g();\n");
         folder.write("old/src/c.ts", "import './b';\nexport const c = 1;\n");
+        folder.write("old/src/gone.ts", "export const gone = 1;\n");
         folder.write("old/src/d.test.ts", "import { f } from './a';\nf();\n");
         folder.write("new/src/a.ts", "export function f(a: number) {}\nexport function g() {}\n"
                                      "export function h() {}\nexport class D {}\n");
@@ -66,7 +67,11 @@ class Schemas : public IndexedFolder {
                                       "' import new --index new.db >none && '" WIKI_SCOPE
                                       "' diff old.db new.db --depth 2 --format json >changes");
         EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
-        return json::parse(folder.read("changes"));
+        json changes = json::parse(folder.read("changes"));
+        for (const auto& [key, value] : changes.items()) {
+            EXPECT_FALSE(value.empty()) << key;
+        }
+        return changes;
     }
 
     // What is wrong with a document by the schema that a command prints; empty when nothing is.
