@@ -233,15 +233,26 @@ class Comparison {
         const DeclarationState& after = new_.declarations()[new_one];
         const bool is_renamed = before.name != after.name;
         const bool has_signatures = !old_.signature(old_one).empty() && !new_.signature(new_one).empty();
-        const bool is_member_of_moved = before.type != NONE &&
-                                        pairing_.declarations.of_old[before.type] == after.type &&
-                                        old_.declarations()[before.type].file == before.file;
+        const bool is_member_of_moved =
+            are_of_one_type(before, after) && old_.declarations()[before.type].file == before.file;
         return {.is_moved = pairing_.files.of_old[before.file] != after.file && !is_member_of_moved,
                 .is_renamed = is_renamed,
                 .has_other_signature = has_signatures && !is_renamed && !is_in_renamed_type(old_one) &&
                                        !is_same_signature(old_.signature(old_one), new_.signature(new_one)),
                 .has_other_kind = before.kind != after.kind,
-                .has_other_visibility = before.is_public != after.is_public};
+                .has_other_visibility =
+                    before.is_public != after.is_public && !share_it_with_their_type(before, after)};
+    }
+
+    // Whether two declarations are members of a type that is in both states.
+    [[nodiscard]] bool are_of_one_type(const DeclarationState& before, const DeclarationState& after) const {
+        return before.type != NONE && after.type != NONE && pairing_.declarations.of_old[before.type] == after.type;
+    }
+
+    // Whether the type of which both are members has another visibility, which is told of that.
+    [[nodiscard]] bool share_it_with_their_type(const DeclarationState& before, const DeclarationState& after) const {
+        return are_of_one_type(before, after) &&
+               old_.declarations()[before.type].is_public != new_.declarations()[after.type].is_public;
     }
 
     // What both states have: how it differs, and whether nothing uses it any more.

@@ -67,7 +67,7 @@ struct DeclarationChange {
     bool is_renamed = false;
     bool has_other_signature = false;
     bool has_other_kind = false;
-    bool has_other_visibility = false;
+    bool has_other_visibility = false;  ///< by itself, not by its type
 
     std::vector<User> users = {};         ///< other production files that used it or its members before; by path
     std::vector<Distant> distant = {};    ///< by distance, then by path; beyond the first step

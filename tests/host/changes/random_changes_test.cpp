@@ -189,7 +189,9 @@ const std::string PAIRS = R"sql(
         WHERE d.told AND d.id NOT IN (SELECT n FROM pairs);
     CREATE TEMP TABLE kept AS SELECT o.id AS o, n.id AS n, '! ' || n.path || ' ' || n.fqn AS label,
         o.signature <> '' AND n.signature <> '' AND o.signature <> n.signature AS signature,
-        o.kind <> n.kind AS kind, o.public <> n.public AS visibility, o.told AND n.told AND o.type IS NULL AND n.type IS NULL AS top
+        o.kind <> n.kind AS kind, o.public <> n.public AND NOT EXISTS (SELECT 1 FROM pairs t
+            JOIN d_old a ON a.id = t.o JOIN d_new b ON b.id = t.n
+            WHERE t.o = o.type AND t.n = n.type AND a.public <> b.public) AS visibility, o.told AND n.told AND o.type IS NULL AND n.type IS NULL AS top
         FROM pairs p JOIN d_old o ON o.id = p.o JOIN d_new n ON n.id = p.n WHERE o.told OR n.told;
     -- Whose users are told of: in which state they are those of which declarations.
     CREATE TEMP TABLE asked AS
