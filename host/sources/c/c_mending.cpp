@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 namespace host::sources {
@@ -9,107 +10,6 @@ namespace host::sources {
 namespace {
 
 using std::string_view;
-
-struct CToken {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    std::uint32_t line = 1;
-    bool is_word = false;
-    bool is_first = false;  // on its line
-};
-
-bool is_c_letter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-bool is_c_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-// Splits a text into words and marks, without comments and directives. A literal is one mark.
-class CScanner {
-  public:
-    explicit CScanner(string_view text) : text_(text) {}
-
-    std::vector<CToken> tokens() {
-        while (at_ < text_.size()) {
-            const char c = text_[at_];
-            if (c == '\n') {
-                ++line_;
-                ++at_;
-                is_first_ = true;
-            } else if (c == ' ' || c == '\t' || c == '\r' || c == '\f') {
-                ++at_;
-            } else if (text_.substr(at_).starts_with("/*")) {
-                go_behind("*/", 2);
-            } else if (text_.substr(at_).starts_with("//") || (c == '#' && is_first_)) {
-                go_to_end_of_line();
-            } else {
-                add(c);
-            }
-        }
-        return std::move(tokens_);
-    }
-
-  private:
-    // A backslash joins the next line.
-    void go_to_end_of_line() {
-        for (; at_ < text_.size() && text_[at_] != '\n'; ++at_) {
-            const bool is_joined = text_[at_] == '\\' && (text_.substr(at_ + 1).starts_with("\n") ||
-                                                          text_.substr(at_ + 1).starts_with("\r\n"));
-            if (is_joined) {
-                at_ = text_.find('\n', at_);
-                ++line_;
-            }
-        }
-    }
-
-    void go_behind(string_view end, std::size_t skipped) {
-        const std::size_t found = text_.find(end, at_ + skipped);
-        const std::size_t stop = found == string_view::npos ? text_.size() : found + end.size();
-        line_ += static_cast<std::uint32_t>(std::ranges::count(text_.substr(at_, stop - at_), '\n'));
-        at_ = stop;
-    }
-
-    void add(char c) {
-        CToken token{.begin = at_, .end = at_, .line = line_, .is_word = is_c_letter(c), .is_first = is_first_};
-        is_first_ = false;
-        if (is_c_letter(c) || is_c_digit(c)) {
-            while (at_ < text_.size() && (is_c_letter(text_[at_]) || is_c_digit(text_[at_]))) {
-                ++at_;
-            }
-            if (text_.substr(at_).starts_with('"') && text_[at_ - 1] == 'R') {
-                go_behind_raw_string();
-                token.is_word = false;
-            }
-        } else if (c == '"' || c == '\'') {
-            for (++at_; at_ < text_.size() && text_[at_] != c && text_[at_] != '\n'; ++at_) {
-                at_ += text_[at_] == '\\' && !text_.substr(at_ + 1).starts_with('\n') ? 1 : 0;
-            }
-            at_ = std::min(text_.size(), at_ + (text_.substr(std::min(at_, text_.size())).starts_with(c) ? 1 : 0));
-        } else {
-            ++at_;
-        }
-        token.end = at_;
-        tokens_.push_back(token);
-    }
-
-    void go_behind_raw_string() {
-        const std::size_t open = text_.find('(', at_);
-        if (open == string_view::npos || open - at_ > 18) {
-            ++at_;
-            return;
-        }
-        const std::string end = ")" + std::string(text_.substr(at_ + 1, open - at_ - 1)) + "\"";
-        go_behind(end, open - at_);
-    }
-
-    string_view text_;
-    std::vector<CToken> tokens_;
-    std::size_t at_ = 0;
-    std::uint32_t line_ = 1;
-    bool is_first_ = true;
-};
 
 // Words that may stand before the type of a declaration, and so are no type themselves.
 constexpr auto C_MODIFIERS =
@@ -136,7 +36,7 @@ constexpr auto C_TAGS = std::to_array<string_view>({"class", "struct", "union"})
 // Finds loose macros among the tokens of a text.
 class CLooseMacros {
   public:
-    explicit CLooseMacros(string_view text) : text_(text), tokens_(CScanner(text).tokens()) {}
+    CLooseMacros(string_view text, const CTokens& scanned) : text_(text), tokens_(scanned.tokens) {}
 
     struct Part {
         std::size_t begin = 0;
@@ -301,7 +201,7 @@ class CLooseMacros {
     }
 
     string_view text_;
-    std::vector<CToken> tokens_;
+    std::span<const CToken> tokens_;
     std::vector<Part> parts_;
 };
 
@@ -309,7 +209,7 @@ class CLooseMacros {
 
 std::string without_loose_macros(string_view text) {
     std::string mended(text);
-    for (const CLooseMacros::Part& part : CLooseMacros(text).find()) {
+    for (const CLooseMacros::Part& part : CLooseMacros(text, scan_c(text)).find()) {
         for (std::size_t at = part.begin; at < part.end; ++at) {
             mended[at] = mended[at] == '\n' ? '\n' : ' ';
         }
@@ -317,9 +217,9 @@ std::string without_loose_macros(string_view text) {
     return mended;
 }
 
-std::vector<LooseMacro> loose_macros(string_view text) {
+std::vector<LooseMacro> loose_macros(string_view text, const CTokens& scanned) {
     std::vector<LooseMacro> macros;
-    for (const CLooseMacros::Part& part : CLooseMacros(text).find()) {
+    for (const CLooseMacros::Part& part : CLooseMacros(text, scanned).find()) {
         if (!part.macro.name.empty()) {
             macros.push_back(part.macro);
         }

@@ -4,6 +4,8 @@
 // They are told by their capitals and their place, and outside of the bodies of functions alone.
 #pragma once
 
+#include "host/sources/c/c_scanner.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -21,7 +23,7 @@ struct LooseMacro {
 /// Returns the text with blanks in place of such macros; every other byte stays. Takes time in proportion to the text.
 std::string without_loose_macros(std::string_view text);
 
-/// Returns those macros, in the order of the text, which must outlive them.
-std::vector<LooseMacro> loose_macros(std::string_view text);
+/// Returns those macros of a text and its tokens, in the order of the text, which must outlive them.
+std::vector<LooseMacro> loose_macros(std::string_view text, const CTokens& scanned);
 
 }  // namespace host::sources

@@ -1,5 +1,6 @@
 // Directives: includes, macros, conditions.
 #include "host/sources/c/c_reader.h"
+#include "host/sources/c/c_scanner.h"
 
 #include <algorithm>
 #include <array>
@@ -12,14 +13,6 @@ using syntax::Space;
 using syntax::UNKNOWN;
 
 namespace {
-
-bool is_c_name_start(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-bool is_c_name_part(char c) {
-    return is_c_name_start(c) || (c >= '0' && c <= '9');
-}
 
 // Those that replacements hold.
 constexpr auto C_KEYWORDS = std::to_array<std::string_view>(
@@ -40,10 +33,10 @@ class CReplacementTokens {
     bool next() {
         while (at_ < text_.size()) {
             const char c = text_[at_];
-            if (is_c_name_start(c)) {
+            if (is_c_letter(c)) {
                 begin_ = at_;
                 at_ = std::min(text_.size(),
-                               static_cast<std::size_t>(std::ranges::find_if_not(text_.substr(at_), is_c_name_part) -
+                               static_cast<std::size_t>(std::ranges::find_if_not(text_.substr(at_), is_of_c_name) -
                                                         text_.substr(at_).begin()) +
                                    at_);
                 return true;
@@ -82,8 +75,8 @@ class CReplacementTokens {
                 at_ += text_[at_] == '\\' ? 1 : 0;
             }
             ++at_;
-        } else if (c >= '0' && c <= '9') {
-            while (at_ < text_.size() && (is_c_name_part(text_[at_]) || text_[at_] == '.')) {
+        } else if (is_c_digit(c)) {
+            while (at_ < text_.size() && (is_of_c_name(text_[at_]) || text_[at_] == '.')) {
                 ++at_;
             }
         } else if (text_.substr(at_).starts_with("/*")) {
