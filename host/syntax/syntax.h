@@ -101,6 +101,14 @@ enum class Kind : std::uint8_t {
     MACRO,        ///< is replaced before names are looked up
 };
 
+/// Whether a build for this system takes a part of a text: for Linux on x86-64, with GNU C or what is compatible with it.
+/// The same on every machine, so that an index is.
+enum class Built : std::uint8_t {
+    ALWAYS,
+    MAYBE,  ///< by what is configured elsewhere
+    NEVER,  ///< a part for other systems, or for none
+};
+
 struct Declaration {
     NameId name = 0;  ///< under which it is looked up
     /// As the text has it, where `name` is marked to tell it from other declarations of that spelling, such as a method
@@ -116,6 +124,7 @@ struct Declaration {
     /// Of a function or constructor: the types of its parameters. Empty where the language needs none of them.
     ListId parameters = 0;
     std::uint32_t offset = 0;  ///< of its name in the text, in bytes
+    Built built = Built::ALWAYS;
     std::uint8_t least_arguments = 0;
     std::uint8_t most_arguments = ANY_NUMBER;
     bool is_private = false;    ///< only its own file can name it: `static`, not exported
@@ -147,8 +156,9 @@ struct Import {
     NameId original = 0;  ///< what the module calls it; 0: the module itself
     NameId further = 0;   ///< a module that is loaded as well, so that its name can be reached through `name`
     DeclarationId around = NO_DECLARATION;  ///< where the name is bound, if not in the file
-    bool is_star = false;                   ///< every name of the module
-    bool is_exported = false;               ///< others can import it from here
+    Built built = Built::ALWAYS;
+    bool is_star = false;      ///< every name of the module
+    bool is_exported = false;  ///< others can import it from here
     bool is_system = false;
     bool is_type = false;         ///< only for types
     bool is_in_function = false;  ///< binds a local: only IMPORT expressions lead to it
@@ -163,10 +173,11 @@ enum class Role : std::uint8_t {
     KEY,     ///< a key of a literal, or a keyword of a call
 };
 
-/// The tokens of a file that are the same expression in the same role.
+/// The tokens of a file that are the same expression in the same role, in parts of the text that are built alike.
 struct Mention {
     ExpressionId expression = UNKNOWN;  ///< NAME, GLOBAL, MEMBER, DECLARATION or IMPORT; CALL: the function it calls
     Role role = Role::VALUE;
+    Built built = Built::ALWAYS;
     std::uint8_t arguments = Declaration::ANY_NUMBER;  ///< of a call; ANY_NUMBER when unknown
     std::uint32_t count = 0;
     std::uint32_t line = 0;  ///< of the first, 1-based

@@ -1,6 +1,7 @@
 #include "host/syntax/syntax_builder.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 #include <utility>
 
@@ -29,7 +30,8 @@ std::size_t SyntaxBuilder::ExpressionHash::operator()(const Expression& expressi
 }
 
 std::size_t SyntaxBuilder::MentionHash::operator()(const MentionKey& key) const {
-    return mixed((std::uint64_t{key.expression} << 16U) | (static_cast<std::uint64_t>(key.role) << 8U) | key.arguments);
+    return mixed((std::uint64_t{key.expression} << 24U) | (static_cast<std::uint64_t>(key.role) << 16U) |
+                 (static_cast<std::uint64_t>(key.built) << 8U) | key.arguments);
 }
 
 SyntaxBuilder::SyntaxBuilder(Visibility visibility) : visibility_(visibility) {
@@ -120,11 +122,13 @@ ExpressionId SyntaxBuilder::use_member(ExpressionId of, const Token& token) {
 }
 
 void SyntaxBuilder::mention(ExpressionId expression, const Token& token) {
+    const Built built = built_at_line(token.line);
     const auto [found, is_new] =
-        mentions_.emplace(MentionKey{expression, token.role, token.arguments}, syntax_.mentions.size());
+        mentions_.emplace(MentionKey{expression, token.role, built, token.arguments}, syntax_.mentions.size());
     if (is_new) {
         syntax_.mentions.push_back({.expression = expression,
                                     .role = token.role,
+                                    .built = built,
                                     .arguments = token.arguments,
                                     .count = 0,
                                     .line = token.line});
@@ -192,6 +196,7 @@ DeclarationId SyntaxBuilder::around() const {
 }
 
 DeclarationId SyntaxBuilder::declare(Declaration declaration) {
+    declaration.built = built_before(std::ranges::upper_bound(regions_, declaration.offset, {}, &Region::begin));
     syntax_.declarations.push_back(declaration);
     return static_cast<DeclarationId>(syntax_.declarations.size() - 1);
 }
@@ -199,6 +204,15 @@ DeclarationId SyntaxBuilder::declare(Declaration declaration) {
 std::uint32_t SyntaxBuilder::import(Import import) {
     syntax_.imports.push_back(import);
     return static_cast<std::uint32_t>(syntax_.imports.size() - 1);
+}
+
+Built SyntaxBuilder::built_at_line(std::uint32_t line) const {
+    return built_before(std::ranges::upper_bound(regions_, line, {}, &Region::first_line));
+}
+
+// Of the region before another.
+Built SyntaxBuilder::built_before(std::vector<Region>::const_iterator next) const {
+    return next == regions_.begin() ? Built::ALWAYS : std::prev(next)->built;
 }
 
 Syntax SyntaxBuilder::finish() {

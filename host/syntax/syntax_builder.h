@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace host::syntax {
@@ -29,9 +30,22 @@ struct Token {
     std::uint8_t arguments = Declaration::ANY_NUMBER;  ///< of a call
 };
 
+/// A part of a text, up to the next one.
+struct Region {
+    std::uint32_t first_line = 1;  ///< 1-based
+    std::uint32_t begin = 0;       ///< in bytes
+    Built built = Built::ALWAYS;
+
+    friend bool operator==(const Region&, const Region&) = default;
+};
+
 class SyntaxBuilder {
   public:
     explicit SyntaxBuilder(Visibility visibility);
+
+    /// States which parts of the text are built, in its order. What stands before the first always is. Holds for what is
+    /// added from there on.
+    void set_regions(std::vector<Region> regions) { regions_ = std::move(regions); }
 
     // Expressions. Equal ones have one id.
 
@@ -97,11 +111,15 @@ class SyntaxBuilder {
 
     // Declarations and imports.
 
+    /// Adds a declaration, which is built where its name is.
     DeclarationId declare(Declaration declaration);
     [[nodiscard]] Declaration& declaration(DeclarationId id) { return syntax_.declarations[id]; }
     std::uint32_t import(Import import);
     void set_package(std::string_view name) { syntax_.package = this->name(name); }
     void set_constraint(std::string_view constraint) { syntax_.constraint = name(constraint); }
+
+    /// Returns how a line of the text is built.
+    [[nodiscard]] Built built_at_line(std::uint32_t line) const;
 
     /// Returns all that was added. Nothing may be added after it.
     Syntax finish();
@@ -126,6 +144,7 @@ class SyntaxBuilder {
     struct MentionKey {
         ExpressionId expression = UNKNOWN;
         Role role = Role::VALUE;
+        Built built = Built::ALWAYS;
         std::uint8_t arguments = 0;
 
         friend bool operator==(const MentionKey&, const MentionKey&) = default;
@@ -135,6 +154,7 @@ class SyntaxBuilder {
     };
 
     [[nodiscard]] const Local* find_local(std::size_t scope, NameId name) const;
+    [[nodiscard]] Built built_before(std::vector<Region>::const_iterator next) const;
     ExpressionId value_of(const Local& local);
     void settle_names();
     void drop_mentions_of_locals();
@@ -145,6 +165,7 @@ class SyntaxBuilder {
     std::unordered_map<Expression, ExpressionId, ExpressionHash> expressions_;
     std::map<std::vector<ExpressionId>, ListId> lists_;
     std::unordered_map<MentionKey, std::size_t, MentionHash> mentions_;
+    std::vector<Region> regions_;
     std::vector<Scope> scopes_{{}};
     std::size_t scope_ = 0;  // the innermost
     // In a WHOLE_SCOPE, a name is settled when all scopes are known: until then its `a` is the scope it stands in.

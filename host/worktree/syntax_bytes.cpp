@@ -10,6 +10,7 @@ namespace host::worktree {
 
 namespace {
 
+using syntax::Built;
 using syntax::Declaration;
 using syntax::Expression;
 using syntax::Import;
@@ -97,29 +98,31 @@ class Flags {
 
 void write_declaration(ByteWriter& out, const Declaration& declaration) {
     // Fails to compile when a member is added.
-    const auto& [name, written, kind, parent, owner, type, bases, parameters, offset, least_arguments, most_arguments,
-                 is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit] = declaration;
+    const auto& [name, written, kind, parent, owner, type, bases, parameters, offset, built, least_arguments,
+                 most_arguments, is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit] =
+        declaration;
     for (const std::uint32_t number :
          {name, written, static_cast<std::uint32_t>(kind), parent + 1, owner, type, bases, parameters, offset,
-          std::uint32_t{least_arguments}, std::uint32_t{most_arguments}}) {
+          static_cast<std::uint32_t>(built), std::uint32_t{least_arguments}, std::uint32_t{most_arguments}}) {
         out.number(number);
     }
     write_flags(out, {is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit});
 }
 
 void write_import(ByteWriter& out, const Import& import) {
-    const auto& [name, module, original, further, around, is_star, is_exported, is_system, is_type, is_in_function] =
-        import;
-    for (const std::uint32_t number : {name, module, original, further, around + 1}) {
+    const auto& [name, module, original, further, around, built, is_star, is_exported, is_system, is_type,
+                 is_in_function] = import;
+    for (const std::uint32_t number :
+         {name, module, original, further, around + 1, static_cast<std::uint32_t>(built)}) {
         out.number(number);
     }
     write_flags(out, {is_star, is_exported, is_system, is_type, is_in_function});
 }
 
 void write_mention(ByteWriter& out, const Mention& mention) {
-    const auto& [expression, role, arguments, count, line] = mention;
-    for (const std::uint32_t number :
-         {expression, static_cast<std::uint32_t>(role), std::uint32_t{arguments}, count, line}) {
+    const auto& [expression, role, built, arguments, count, line] = mention;
+    for (const std::uint32_t number : {expression, static_cast<std::uint32_t>(role), static_cast<std::uint32_t>(built),
+                                       std::uint32_t{arguments}, count, line}) {
         out.number(number);
     }
 }
@@ -155,6 +158,7 @@ class SyntaxReader {
         for (Mention& mention : syntax_.mentions) {
             mention = {.expression = expression_id(),
                        .role = static_cast<Role>(in_.below(std::uint64_t{static_cast<std::uint8_t>(Role::KEY)} + 1)),
+                       .built = built(),
                        .arguments = in_.below<std::uint8_t>(END_OF_BYTES),
                        .count = in_.below(END_OF_NUMBERS),
                        .line = in_.below(END_OF_NUMBERS)};
@@ -165,6 +169,7 @@ class SyntaxReader {
   private:
     syntax::NameId name() { return in_.below(syntax_.names.size()); }
     syntax::ExpressionId expression_id() { return in_.below(syntax_.expressions.size()); }
+    Built built() { return static_cast<Built>(in_.below(std::uint64_t{static_cast<std::uint8_t>(Built::NEVER)} + 1)); }
     // Of a declaration before `end`, or NO_DECLARATION.
     syntax::DeclarationId declaration_id(std::size_t end) { return in_.below(end + 1) - 1; }
 
@@ -223,6 +228,7 @@ class SyntaxReader {
         declaration.bases = list_id();
         declaration.parameters = list_id();
         declaration.offset = in_.below(END_OF_NUMBERS);
+        declaration.built = built();
         declaration.least_arguments = in_.below<std::uint8_t>(END_OF_BYTES);
         declaration.most_arguments = in_.below<std::uint8_t>(END_OF_BYTES);
         Flags flags(in_);
@@ -243,6 +249,7 @@ class SyntaxReader {
         import.original = name();
         import.further = name();
         import.around = declaration_id(syntax_.declarations.size());
+        import.built = built();
         Flags flags(in_);
         import.is_in_function = flags.last();
         import.is_type = flags.last();

@@ -107,7 +107,10 @@ CReader::Id CReader::read_include(const Node& node) {
     const std::string_view quoted = text(path);
     if (is_system || quoted.starts_with('"')) {
         const std::string_view name = quoted.substr(1, quoted.size() < 2 ? 0 : quoted.size() - 2);
-        out_.import({.module = out_.name(name), .is_star = true, .is_system = is_system});
+        out_.import({.module = out_.name(name),
+                     .built = out_.built_at_line(node.line()),
+                     .is_star = true,
+                     .is_system = is_system});
         return UNKNOWN;
     }
     return visit(path);

@@ -1,5 +1,6 @@
 #include "host/sources/c/c_reader.h"
 
+#include "host/sources/c/c_conditions.h"
 #include "host/sources/c/c_mending.h"
 #include "host/sources/c/c_scanner.h"
 #include "host/sources/syntax_readers.h"
@@ -155,6 +156,7 @@ const CDialect& CDialect::cpp() {
 // The macros that the tree was made without are names of the file, too.
 syntax::Syntax CReader::read_file(TSNode root) {
     const CTokens scanned = scan_c(text_);
+    out_.set_regions(compiled_regions(text_, scanned));
     const std::vector<LooseMacro> macros = loose_macros(text_, scanned);
     const bool is_mended = !macros.empty() && [&] {
         const auto begin = static_cast<std::uint32_t>(macros.front().name.data() - text_.data());
