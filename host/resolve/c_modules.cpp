@@ -1,10 +1,14 @@
 // C and C++ have no modules: a file sees what it includes, and what that includes.
+#include "host/resolve/c_systems.h"
 #include "host/resolve/module_rules.h"
 #include "host/resolve/paths.h"
 
 #include <algorithm>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace host::resolve {
 
@@ -21,18 +25,26 @@ class CModules : public ModuleRules {
             }
         }
         std::vector<std::vector<FileId>> direct(catalog.files());
+        std::vector<std::vector<FileId>> built_with(catalog.files());  // by header: what always includes it
+        std::vector<FileId> of_other_systems;
         for (FileId file = 0; file < catalog.files(); ++file) {
             for (const syntax::Import& import : catalog.syntax(file).imports) {
-                if (catalog.module_of(file) == program_ && is_include(file, import)) {
-                    const std::optional<FileId> header = find_header(file, import);
-                    if (header) {
-                        direct[file].push_back(*header);
-                    } else if (!import.is_system) {
-                        open_.insert(file);
-                    }
+                if (catalog.module_of(file) != program_ || !is_include(file, import)) {
+                    continue;
+                }
+                const std::optional<FileId> header = find_header(file, import);
+                const bool is_always = import.built == syntax::Built::ALWAYS;
+                if (header) {
+                    direct[file].push_back(*header);
+                    built_with[*header].insert(built_with[*header].end(), is_always ? 1 : 0, file);
+                } else if (is_always && is_header_of_other_system(catalog.syntax(file).name(import.module))) {
+                    of_other_systems.push_back(file);
+                } else if (!import.is_system) {
+                    open_.insert(file);
                 }
             }
         }
+        leave_out(std::move(of_other_systems), built_with);
         for (FileId file = 0; file < catalog.files(); ++file) {
             add_reached(file, direct);
         }
@@ -102,6 +114,18 @@ class CModules : public ModuleRules {
             }
         }
         return is_one ? best : std::nullopt;
+    }
+
+    // What always includes a file that no build takes is left out as well.
+    void leave_out(std::vector<FileId> waiting, const std::vector<std::vector<FileId>>& built_with) {
+        while (!waiting.empty()) {
+            const FileId next = waiting.back();
+            waiting.pop_back();
+            if (!catalog_.is_left_out(next)) {
+                catalog_.leave_out(next);
+                waiting.insert(waiting.end(), built_with[next].begin(), built_with[next].end());
+            }
+        }
     }
 
     void add_reached(FileId file, const std::vector<std::vector<FileId>>& direct) {

@@ -44,7 +44,8 @@ std::span<const Element> part(const std::vector<Element>& elements, const std::v
 }  // namespace
 
 Catalog::Catalog(const Repository& repository)
-    : repository_(repository), modules_of_files_(files(), NONE), star_imports_of_files_(files()) {
+    : repository_(repository), modules_of_files_(files(), NONE), is_left_out_(files(), false),
+      star_imports_of_files_(files()) {
     for (FileId file = 0; file < files(); ++file) {
         std::vector<Name>& names = names_of_files_.emplace_back();
         names.reserve(syntax(file).names.size());

@@ -75,6 +75,15 @@ class Catalog {
     /// Returns the symbol that a declaration is a member of, in its own file or as its owner; NONE at the top.
     [[nodiscard]] Symbol around(Symbol symbol) const;
 
+    // What is built.
+
+    /// Has no build for this system take a file.
+    void leave_out(FileId file) { is_left_out_[file] = true; }
+    [[nodiscard]] bool is_left_out(FileId file) const { return is_left_out_[file]; }
+    [[nodiscard]] syntax::Built built(Symbol symbol) const {
+        return is_left_out(file_of(symbol)) ? syntax::Built::NEVER : declaration(symbol).built;
+    }
+
     // Containers.
 
     /// Returns the number of the module with this key: files with one key have their names in common.
@@ -125,6 +134,7 @@ class Catalog {
     std::vector<FileId> files_of_symbols_;
     std::unordered_map<std::string, Container> modules_;
     std::vector<Container> modules_of_files_;
+    std::vector<bool> is_left_out_;  // by file
     std::vector<std::vector<ImportPlace>> star_imports_of_files_;
     std::vector<std::vector<FileId>> files_of_modules_;        // by container
     std::unordered_map<std::uint64_t, Container> namespaces_;  // by container and name

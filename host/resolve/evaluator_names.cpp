@@ -101,12 +101,16 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
     return chosen(found, space, rules);
 }
 
-// A macro may be defined again, and a tag is not what a plain name means where an alias has it.
+// A macro may be defined again, and a tag is not what a plain name means where an alias has it. What is not always built
+// may have been declared in place of another.
 bool Evaluator::may_mean_another(const Meaning& found, Space space) const {
-    return std::ranges::any_of(found, [&](const Entity& entity) {
-        const Kind kind = entity.what == What::SYMBOL ? catalog_.declaration(entity.id).kind : Kind::VALUE;
-        return kind == Kind::MACRO || (kind == Kind::TYPE && space == Space::TYPE);
-    });
+    const auto is_always_there = [&](const Entity& entity) {
+        return entity.what != What::SYMBOL || catalog_.built(entity.id) == syntax::Built::ALWAYS;
+    };
+    return std::ranges::none_of(found, is_always_there) || std::ranges::any_of(found, [&](const Entity& entity) {
+               const Kind kind = entity.what == What::SYMBOL ? catalog_.declaration(entity.id).kind : Kind::VALUE;
+               return kind == Kind::MACRO || (kind == Kind::TYPE && space == Space::TYPE);
+           });
 }
 
 // Names of the file itself come first, then those that its module has in other files, then those of whole modules.

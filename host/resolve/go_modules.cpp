@@ -26,7 +26,7 @@ std::string_view usual_name(std::string_view path) {
 
 class GoModules : public ModuleRules {
   public:
-    explicit GoModules(Catalog& catalog) : catalog_(catalog), is_built_(catalog.files(), true) {
+    explicit GoModules(Catalog& catalog) : catalog_(catalog) {
         for (FileId file = 0; file < catalog.files(); ++file) {
             if (catalog.file(file).language == "go") {
                 add(file);
@@ -43,10 +43,6 @@ class GoModules : public ModuleRules {
         return find(from, catalog_.syntax(from).name(import.module));
     }
 
-    [[nodiscard]] bool is_built(FileId file) const override { return is_built_[file]; }
-
-    [[nodiscard]] bool sees(FileId from, FileId of) const override { return is_built_[of] || !is_built_[from]; }
-
   private:
     struct PackageOfFolder {
         Container module = NONE;
@@ -61,11 +57,14 @@ class GoModules : public ModuleRules {
         const std::string folder(folder_of(path));
         const Container module = catalog_.module("go:" + folder + " " + std::string(name));
         catalog_.set_module(file, module);
-        is_built_[file] = host::resolve::is_built(path, syntax.name(syntax.constraint));
+        const bool is_built = host::resolve::is_built(path, syntax.name(syntax.constraint));
+        if (!is_built) {
+            catalog_.leave_out(file);
+        }
         PackageOfFolder& package = packages_[folder];
-        const bool is_better = package.module == NONE || (is_built_[file] && !package.is_built);
+        const bool is_better = package.module == NONE || (is_built && !package.is_built);
         if (is_better && !name.ends_with("_test")) {
-            package = {.module = module, .name = name, .is_built = is_built_[file]};
+            package = {.module = module, .name = name, .is_built = is_built};
         }
     }
 
@@ -114,7 +113,6 @@ class GoModules : public ModuleRules {
     }
 
     Catalog& catalog_;
-    std::vector<bool> is_built_;                                 // by file
     std::unordered_map<std::string, PackageOfFolder> packages_;  // by folder
 };
 

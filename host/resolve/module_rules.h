@@ -42,9 +42,6 @@ class ModuleRules {
     /// Returns whether the names at the top of file `of`, of the same module or of `globals`, are visible in the file `from`.
     [[nodiscard]] virtual bool sees(FileId /*from*/, FileId /*of*/) const { return true; }
 
-    /// Returns whether a build takes the file. What is declared in one that it leaves out, no built file refers to.
-    [[nodiscard]] virtual bool is_built(FileId /*file*/) const { return true; }
-
     /// Returns whether what stands in a namespace sees the names around that.
     [[nodiscard]] virtual bool sees_around(Symbol /*of*/) const { return true; }
 
@@ -52,8 +49,8 @@ class ModuleRules {
     [[nodiscard]] virtual bool is_open(FileId /*file*/) const { return false; }
 };
 
-// The rules of each language. Each sets the modules of its files in the catalog, which it keeps a reference to. The
-// catalog must be linked before other files are looked for.
+// The rules of each language. Each sets the modules of its files in the catalog, which it keeps a reference to, and has
+// the catalog leave out the files that no build for this system takes. The catalog must be linked before other files are looked for.
 
 std::unique_ptr<ModuleRules> c_modules(Catalog& catalog);
 std::unique_ptr<ModuleRules> ecmascript_modules(Catalog& catalog);

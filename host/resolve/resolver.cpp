@@ -14,6 +14,7 @@ namespace host::resolve {
 
 namespace {
 
+using syntax::Built;
 using syntax::Declaration;
 using syntax::Kind;
 using syntax::Mention;
@@ -21,9 +22,10 @@ using What = Entity::What;
 
 // What a token may refer to.
 struct Targets {
-    std::vector<Target> targets;  // each once
-    bool is_foreign = false;      // or to something foreign
-    bool is_unique = false;       // by its name alone
+    std::vector<Target> targets;    // each once
+    std::vector<Target> elsewhere;  // on other systems than the one whose code it stands in; likewise
+    bool is_foreign = false;        // or to something foreign
+    bool is_unique = false;         // by its name alone
 };
 
 bool takes(const Declaration& function, std::uint8_t arguments) {
@@ -51,15 +53,20 @@ class Resolver::Linked {
         References references;
         for (const Mention& mention : catalog_.syntax(file).mentions) {
             const Targets targets = targets_of(*evaluator, file, mention);
-            if (targets.targets.empty() && !targets.is_foreign) {
+            if (targets.targets.empty() && targets.elsewhere.empty() && !targets.is_foreign) {
                 references.unresolved += mention.count;
             }
-            for (const Target& target : targets.targets) {
-                const Evidence evidence = evidence_for(file, target, targets);
+            const auto add = [&](const Target& target, Evidence evidence) {
                 Reference& reference =
                     found.try_emplace({target, evidence}, Reference{target, evidence, 0, mention.line}).first->second;
                 reference.count += mention.count;
                 reference.line = std::min(reference.line, mention.line);
+            };
+            for (const Target& target : targets.targets) {
+                add(target, evidence_for(file, target, targets));
+            }
+            for (const Target& target : targets.elsewhere) {
+                add(target, Evidence::AMBIGUOUS);
             }
         }
         for (const auto& [key, reference] : found) {
@@ -106,8 +113,9 @@ class Resolver::Linked {
     }
 
     // The type, or the target of a pointer to it, that an expression means; NONE when nothing is known. Of several, as
-    // where each system has its own, the first.
+    // where each system has its own, the first that a build takes.
     Symbol type_at(Evaluator& evaluator, const Place& place) const {
+        Symbol first = NONE;
         for (const Entity& entity : evaluator.values(evaluator.evaluate(place))) {
             if (entity.what == What::STRUCTURE) {
                 const syntax::Expression& structure = catalog_.syntax(entity.at.file).expressions[entity.at.expression];
@@ -117,10 +125,13 @@ class Resolver::Linked {
             }
             const bool is_type = entity.what == What::SYMBOL || entity.what == What::INSTANCE;
             if (is_type && catalog_.container_of(entity.id) != NONE) {
-                return entity.id;
+                if (catalog_.built(entity.id) != Built::NEVER || catalog_.is_left_out(place.file)) {
+                    return entity.id;
+                }
+                first = first == NONE ? entity.id : first;
             }
         }
-        return NONE;
+        return first;
     }
 
     Targets targets_of(Evaluator& evaluator, FileId file, const Mention& mention) const {
@@ -134,13 +145,16 @@ class Resolver::Linked {
                 targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
             }
         }
-        symbols = called_with(built(file, definitions(catalog_, with_parts(symbols))), mention);
+        symbols = called_with(definitions(catalog_, with_parts(symbols)), mention);
         if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
             symbols = unique_function(file, mention);
             targets.is_unique = true;
         }
+        const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
         for (const Symbol symbol : symbols) {
-            targets.targets.push_back({catalog_.file_of(symbol), catalog_.declaration_id(symbol)});
+            const bool is_elsewhere = is_built && catalog_.built(symbol) == Built::NEVER;
+            (is_elsewhere ? targets.elsewhere : targets.targets)
+                .push_back({catalog_.file_of(symbol), catalog_.declaration_id(symbol)});
         }
         return targets;
     }
@@ -188,17 +202,6 @@ class Resolver::Linked {
                 symbols.push_back(type.id);
             }
         }
-    }
-
-    // Those that a file can refer to, where a build leaves files out.
-    [[nodiscard]] std::vector<Symbol> built(FileId from, std::vector<Symbol> symbols) const {
-        const auto is_built = [&](FileId file) {
-            return languages_.rules(file) == nullptr || languages_.modules(file).is_built(file);
-        };
-        if (is_built(from)) {
-            std::erase_if(symbols, [&](Symbol symbol) { return !is_built(catalog_.file_of(symbol)); });
-        }
-        return symbols;
     }
 
     // Of several functions those that can be called so, if any can.

@@ -38,6 +38,38 @@ TEST(C, AMacroThatIsDefinedAgainIsAmbiguous) {
               "a.c: ambiguous M of a.c, 1 from line 3\na.c: ambiguous M of b.h, 1 from line 3\n");
 }
 
+TEST(C, WhatThisSystemHasComesBeforeWhatOthersHave) {
+    const std::string header =
+        "#ifdef _WIN32\nstruct S { int a; };\n#define M 1\n#else\nstruct S { int a; };\n#define M 2\n#endif\n";
+    EXPECT_EQ(
+        targets_from("a.c", {{"a.c", "#include \"s.h\"\nint f(struct S *s) { return M + s->a; }"}, {"s.h", header}}),
+        "?s.h:S ?s.h:S.a ?s.h:M s.h:S s.h:S.a s.h:M");
+    // What stands where other systems look may mean either.
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#include \"s.h\"\n#if 0\nint a = M;\n#endif"}, {"s.h", header}}),
+              "?s.h:M ?s.h:M");
+    // What no declaration of this system bears may be of its library.
+    EXPECT_EQ(
+        targets_from("a.c", {{"a.c", "#ifdef _WIN32\n#define unlink _unlink\n#endif\nint f(void) { "
+                                     "return unlink(0); }\n#ifdef _WIN32\nint g(void) { return unlink(1); }\n#endif"}}),
+        "?a.c:unlink a.c:unlink");
+}
+
+TEST(C, AFileThatAlwaysIncludesAHeaderOfAnotherSystemIsOfThat) {
+    EXPECT_EQ(resolved({{"main.c", "#include \"run.h\"\nint main(void) { return run(); }"},
+                        {"run.h", "#ifdef _WIN32\n#include <windows.h>\n#endif\nint run(void);"},
+                        {"unix.c", "#include \"run.h\"\nint run(void) {}"},
+                        {"win.c", "#include \"win.h\"\nint run(void) {}"},
+                        {"win.h", "#include \"run.h\"\n#include <Windows.h>"}}),
+              "main.c: import run of unix.c, 1 from line 2\nmain.c: ambiguous run of win.c, 1 from line 2\n");
+}
+
+TEST(C, WhatIsNotAlwaysDeclaredMayStandForWhatAnIncludeBrings) {
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#ifdef M\nstatic int t[2];\n#else\n#include \"t.h\"\n#endif\n"
+                                           "int f(void) { return t[0]; }"},
+                                   {"t.h", "static int t[2];"}}),
+              "?a.c:t ?t.h:t");
+}
+
 TEST(Cpp, MembersAreThoseOfTheStatedTypeAndOfItsBases) {
     EXPECT_EQ(resolved({{"a.cc", "#include \"a.h\"\nnamespace n {\nint A::m() { return b + B::s(); }\n"
                                  "int f(std::vector<A*> all) { return all[0]->m(); }\n}"},

@@ -33,7 +33,7 @@ TEST(Go, FilesOfAFolderArePackagesByTheirClause) {
               "b_test.go: import F of c.go, 1 from line 5\n");
 }
 
-TEST(Go, WhatABuildLeavesOutIsForOtherSuchFiles) {
+TEST(Go, WhatABuildLeavesOutComesBehindWhatItTakes) {
     EXPECT_EQ(resolved({{"a.go", "package p\n\nfunc f() { open().close() }\n"},
                         {"any.go", "//go:build !go1.18\n\npackage p\n\ntype any = interface{}\n\nvar x any\n"},
                         {"gen.go", "// +build ignore\n\npackage main\n\nimport \"m\"\n\nfunc f() { p.F() }\n"},
@@ -43,10 +43,14 @@ TEST(Go, WhatABuildLeavesOutIsForOtherSuchFiles) {
                        module_named("m")),
               "a.go: import open of open_unix.go, 1 from line 3\n"
               "a.go: import close of open_unix.go, 1 from line 3\n"
+              "a.go: ambiguous open of open_windows.go, 1 from line 3\n"
+              "a.go: ambiguous close of open_windows.go, 1 from line 3\n"
               "any.go: local any of any.go, 1 from line 7\n"
               "gen.go: import F of open.go, 1 from line 7\n"
+              "open.go: ambiguous any of any.go, 1 from line 5\n"
               "open.go: local file of open.go, 1 from line 5\n"
               "open.go: import open of open_unix.go, 1 from line 5\n"
+              "open.go: ambiguous open of open_windows.go, 1 from line 5\n"
               "open_unix.go: import file of open.go, 2 from line 5\n"
               "open_windows.go: import file of open.go, 2 from line 3\n"
               "open_windows.go: local open of open_windows.go, 1 from line 4\n");
