@@ -17,7 +17,8 @@ namespace {
 class CModules : public ModuleRules {
   public:
     explicit CModules(Catalog& catalog)
-        : catalog_(catalog), files_(catalog.repository()), program_(catalog.module("c:")), included_(catalog.files()) {
+        : catalog_(catalog), files_(catalog.repository()), program_(catalog.module("c:")), included_(catalog.files()),
+          includers_(catalog.files()) {
         for (FileId file = 0; file < catalog.files(); ++file) {
             if (catalog.file(file).language == "c" || catalog.file(file).language == "cpp") {
                 catalog.set_module(file, program_);
@@ -36,6 +37,7 @@ class CModules : public ModuleRules {
                 const bool is_always = import.built == syntax::Built::ALWAYS;
                 if (header) {
                     direct[file].push_back(*header);
+                    includers_[*header].push_back(file);
                     built_with[*header].insert(built_with[*header].end(), is_always ? 1 : 0, file);
                 } else if (is_always && is_header_of_other_system(catalog.syntax(file).name(import.module))) {
                     of_other_systems.push_back(file);
@@ -69,6 +71,13 @@ class CModules : public ModuleRules {
 
     [[nodiscard]] bool sees(FileId from, FileId of) const override {
         return std::ranges::binary_search(included_[from], of);
+    }
+
+    [[nodiscard]] bool sees_where_included(FileId from, FileId of) const override {
+        constexpr std::size_t MOST = 32;  // a header of more stands on its own
+        const std::vector<FileId>& includers = includers_[from];
+        return !includers.empty() && includers.size() <= MOST &&
+               std::ranges::all_of(includers, [&](FileId each) { return each == of || sees(each, of); });
     }
 
     [[nodiscard]] bool is_open(FileId file) const override {
@@ -148,8 +157,9 @@ class CModules : public ModuleRules {
     FilesByPath files_;
     Container program_;
     std::unordered_map<std::string_view, std::vector<FileId>> by_name_;
-    std::vector<std::vector<FileId>> included_;  // by file: all that it includes, at any depth, ascending
-    std::unordered_set<FileId> open_;            // with an #include of a header that is not found
+    std::vector<std::vector<FileId>> included_;   // by file: all that it includes, at any depth, ascending
+    std::vector<std::vector<FileId>> includers_;  // by header
+    std::unordered_set<FileId> open_;             // with an #include of a header that is not found
 };
 
 }  // namespace

@@ -25,6 +25,16 @@ void drop_foreign(Meaning& meaning) {
     std::erase_if(meaning, is_foreign);
 }
 
+// Adds the members of a name that stand in certain files.
+template <class IsWanted>
+void add_members_in(const Catalog& catalog, Container container, Name name, const IsWanted& is_wanted, Meaning& found) {
+    for (const Symbol symbol : catalog.members(container, name)) {
+        if (is_wanted(catalog.file_of(symbol))) {
+            add_once(found, symbol_entity(symbol));
+        }
+    }
+}
+
 bool is_kind_of_type(Kind kind) {
     return kind == Kind::TYPE || kind == Kind::ALIAS;
 }
@@ -113,16 +123,15 @@ bool Evaluator::may_mean_another(const Meaning& found, Space space) const {
            });
 }
 
-// Names of the file itself come first, then those that its module has in other files, then those of whole modules.
+// Names of the file itself come first, then those that its module has in other files, then those of whole modules, and
+// last those of where it is included.
 Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     const LanguageRules& rules = *languages_.rules(file);
     const Container module = catalog_.module_of(file);
+    const ModuleRules& modules = languages_.modules(file);
     Meaning found;
-    for (const Symbol symbol : catalog_.members(module, name)) {
-        if (catalog_.file_of(symbol) == file) {
-            add_once(found, symbol_entity(symbol));
-        }
-    }
+    add_members_in(
+        catalog_, module, name, [&](FileId of) { return of == file; }, found);
     for (const ImportPlace& place : catalog_.imports(module, name)) {
         if (place.file == file) {
             add_once(found, import_meaning(place));
@@ -132,12 +141,8 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     if (!found.empty() && !(rules.has_macros && may_mean_another(found, space))) {
         return found;
     }
-    for (const Symbol symbol : catalog_.members(module, name)) {
-        const FileId of = catalog_.file_of(symbol);
-        if (of != file && languages_.modules(file).sees(file, of)) {
-            add_once(found, symbol_entity(symbol));
-        }
-    }
+    add_members_in(
+        catalog_, module, name, [&](FileId of) { return of != file && modules.sees(file, of); }, found);
     found = chosen(found, space, rules);
     if (!found.empty()) {
         return found;
@@ -148,12 +153,13 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     if (rules.has_no_clashing_stars && !std::ranges::all_of(found, is_foreign)) {
         drop_foreign(found);
     }
-    if (const Container globals = languages_.modules(file).globals(); found.empty() && globals != NONE) {
-        for (const Symbol symbol : catalog_.members(globals, name)) {
-            if (languages_.modules(file).sees(file, catalog_.file_of(symbol))) {
-                add_once(found, symbol_entity(symbol));
-            }
-        }
+    if (found.empty()) {
+        add_members_in(
+            catalog_, module, name, [&](FileId of) { return modules.sees_where_included(file, of); }, found);
+    }
+    if (found.empty()) {
+        add_members_in(
+            catalog_, modules.globals(), name, [&](FileId of) { return modules.sees(file, of); }, found);
     }
     return chosen(found, space, rules);
 }

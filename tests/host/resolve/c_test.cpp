@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 namespace host::resolve {
@@ -68,6 +69,17 @@ TEST(C, WhatIsNotAlwaysDeclaredMayStandForWhatAnIncludeBrings) {
                                            "int f(void) { return t[0]; }"},
                                    {"t.h", "static int t[2];"}}),
               "?a.c:t ?t.h:t");
+}
+
+TEST(C, AHeaderThatIncludesNothingSeesWhatAllSeeThatIncludeIt) {
+    std::map<std::string, std::string> sources{
+        {"a.c", "#include \"m.h\"\n#include \"list.h\""}, {"list.h", "M(one)"}, {"m.h", "#define M(a) int a;"}};
+    EXPECT_EQ(targets_from("list.h", sources), "m.h:M");
+    sources["b.c"] = "#include \"list.h\"";
+    EXPECT_EQ(targets_from("list.h", sources), "");
+    sources.erase("b.c");
+    sources["list.h"] = "#include <m2.h>\nM(one)";
+    EXPECT_EQ(targets_from("list.h", sources), "");
 }
 
 TEST(Cpp, MembersAreThoseOfTheStatedTypeAndOfItsBases) {
