@@ -84,6 +84,12 @@ class Catalog {
         return is_left_out(file_of(symbol)) ? syntax::Built::NEVER : declaration(symbol).built;
     }
 
+    /// Returns the declaration that stands for this one, where it is one of several of which a build takes one.
+    [[nodiscard]] Symbol first_alternative(Symbol symbol) const {
+        const syntax::DeclarationId first = declaration(symbol).alternative_of;
+        return first == syntax::NO_DECLARATION ? symbol : this->symbol(file_of(symbol), first);
+    }
+
     // Containers.
 
     /// Returns the number of the module with this key: files with one key have their names in common.

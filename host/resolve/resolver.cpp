@@ -153,8 +153,11 @@ class Resolver::Linked {
         const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
         for (const Symbol symbol : symbols) {
             const bool is_elsewhere = is_built && catalog_.built(symbol) == Built::NEVER;
-            (is_elsewhere ? targets.elsewhere : targets.targets)
-                .push_back({catalog_.file_of(symbol), catalog_.declaration_id(symbol)});
+            std::vector<Target>& those = is_elsewhere ? targets.elsewhere : targets.targets;
+            const Target target{catalog_.file_of(symbol), catalog_.declaration_id(catalog_.first_alternative(symbol))};
+            if (std::ranges::find(those, target) == those.end()) {
+                those.push_back(target);
+            }
         }
         return targets;
     }

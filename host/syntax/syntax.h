@@ -123,6 +123,9 @@ struct Declaration {
     ListId bases = 0;  ///< of a type: the types it inherits from, in the order in which they are asked
     /// Of a function or constructor: the types of its parameters. Empty where the language needs none of them.
     ListId parameters = 0;
+    /// The first declaration of the file in whose place it stands in another branch of an `#if`: no build takes both, so
+    /// that they are one to the reader of an index.
+    DeclarationId alternative_of = NO_DECLARATION;
     std::uint32_t offset = 0;  ///< of its name in the text, in bytes
     Built built = Built::ALWAYS;
     std::uint8_t least_arguments = 0;

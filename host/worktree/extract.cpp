@@ -4,6 +4,7 @@
 #include "host/summary/shared_summaries.h"
 #include "host/worktree/source_symbols.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -19,23 +20,34 @@ using resolve::Evidence;
 using resolve::FileId;
 
 // Returns what a file declares, without what is defined elsewhere. References to a constructor lead to its type.
+// Alternatives are one declaration, from the first line of the first to the last of the last.
 FileDeclarations declared_in(ReadFile& file, FileId id, const resolve::Resolver& resolver,
                              const SourceSymbols& symbols) {
     FileDeclarations declared;
     declared.line_count = file.facts.line_count;
     declared.modules.push_back(symbols.number({id, resolve::Target::MODULE}));
+    const std::vector<syntax::Declaration>& stated = file.facts.syntax.declarations;
     std::unordered_map<syntax::DeclarationId, std::uint32_t> places;
     for (ReadDeclaration& read : file.declarations) {
-        if (!resolver.is_defined_elsewhere(id, read.id)) {
-            places.emplace(read.id, static_cast<std::uint32_t>(declared.declarations.size()));
-            read.row.symbol = symbols.number({id, read.id});
+        if (resolver.is_defined_elsewhere(id, read.id)) {
+            continue;
+        }
+        const syntax::DeclarationId of = stated[read.id].alternative_of;
+        const syntax::DeclarationId first = of == syntax::NO_DECLARATION ? read.id : of;
+        const auto [place, is_new] =
+            places.try_emplace(first, static_cast<std::uint32_t>(declared.declarations.size()));
+        if (is_new) {
+            read.row.symbol = symbols.number({id, first});
             declared.declarations.push_back(std::move(read.row));
+        } else {
+            indexing::Declaration& row = declared.declarations[place->second];
+            row.lines.last = std::max(row.lines.last, read.row.lines.last);
+            row.further_signatures.push_back(read.row.signature);
         }
     }
     for (const auto& [declaration, place] : places) {
         const indexing::Declaration& row = declared.declarations[place];
-        const auto type =
-            row.kind == "constructor" ? places.find(file.facts.syntax.declarations[declaration].parent) : places.end();
+        const auto type = row.kind == "constructor" ? places.find(stated[declaration].parent) : places.end();
         declared.symbols.push_back({row.symbol, type == places.end() ? place : type->second, row.lines.count(), true});
     }
     return declared;

@@ -98,12 +98,12 @@ class Flags {
 
 void write_declaration(ByteWriter& out, const Declaration& declaration) {
     // Fails to compile when a member is added.
-    const auto& [name, written, kind, parent, owner, type, bases, parameters, offset, built, least_arguments,
-                 most_arguments, is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit] =
-        declaration;
-    for (const std::uint32_t number :
-         {name, written, static_cast<std::uint32_t>(kind), parent + 1, owner, type, bases, parameters, offset,
-          static_cast<std::uint32_t>(built), std::uint32_t{least_arguments}, std::uint32_t{most_arguments}}) {
+    const auto& [name, written, kind, parent, owner, type, bases, parameters, alternative_of, offset, built,
+                 least_arguments, most_arguments, is_private, is_definition, is_static, is_hidden, is_local, is_in_test,
+                 is_implicit] = declaration;
+    for (const std::uint32_t number : {name, written, static_cast<std::uint32_t>(kind), parent + 1, owner, type, bases,
+                                       parameters, alternative_of + 1, offset, static_cast<std::uint32_t>(built),
+                                       std::uint32_t{least_arguments}, std::uint32_t{most_arguments}}) {
         out.number(number);
     }
     write_flags(out, {is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit});
@@ -227,6 +227,7 @@ class SyntaxReader {
         declaration.type = expression_id();
         declaration.bases = list_id();
         declaration.parameters = list_id();
+        declaration.alternative_of = declaration_id(before);
         declaration.offset = in_.below(END_OF_NUMBERS);
         declaration.built = built();
         declaration.least_arguments = in_.below<std::uint8_t>(END_OF_BYTES);

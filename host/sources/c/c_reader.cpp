@@ -1,5 +1,6 @@
 #include "host/sources/c/c_reader.h"
 
+#include "host/sources/c/c_alternatives.h"
 #include "host/sources/c/c_conditions.h"
 #include "host/sources/c/c_mending.h"
 #include "host/sources/c/c_scanner.h"
@@ -169,7 +170,9 @@ syntax::Syntax CReader::read_file(TSNode root) {
                   .role = macro.is_called ? syntax::Role::CALL : syntax::Role::VALUE,
                   .space = syntax::Space::TYPE});
     }
-    return read(Node(root));
+    syntax::Syntax stated = read(Node(root));
+    join_alternatives(stated, dialect_.is_cpp);
+    return stated;
 }
 
 syntax::Syntax read_c(std::string_view text, TSNode root) {

@@ -71,6 +71,18 @@ TEST(C, WhatIsNotAlwaysDeclaredMayStandForWhatAnIncludeBrings) {
               "?a.c:t ?t.h:t");
 }
 
+TEST(C, BranchesOfWhichABuildTakesOneDeclareOneThing) {
+    const std::string header = "#if A\n#define M 1\ntypedef int T;\nstruct S { int a; };\nint v;\n"
+                               "#else\n#define M 2\ntypedef long T;\nstruct S { int a; int b; };\nint v;\n#endif\n";
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#include \"s.h\"\nT f(struct S *s) { return M + s->a + s->b + v; }"},
+                                   {"s.h", header}}),
+              "s.h:M s.h:T s.h:S s.h:S.a s.h:v s.h:S.b");
+    EXPECT_EQ(
+        targets_from("a.cc", {{"a.cc", "#if A\nvoid f(int a) {}\n#endif\nvoid f(long a) {}\nvoid g() { f(1); }"}}),
+        "?a.cc:f ?a.cc:f");
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#define M 1\nint a = M;\n#undef M\n#define M 2\n"}}), "?a.c:M ?a.c:M");
+}
+
 TEST(C, AHeaderThatIncludesNothingSeesWhatAllSeeThatIncludeIt) {
     std::map<std::string, std::string> sources{
         {"a.c", "#include \"m.h\"\n#include \"list.h\""}, {"list.h", "M(one)"}, {"m.h", "#define M(a) int a;"}};

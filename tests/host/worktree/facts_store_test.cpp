@@ -18,7 +18,7 @@ SourceFacts facts(std::string_view text, const std::string& path) {
 }
 
 constexpr std::string_view CPP =
-    "// Keeps items.\n#ifdef _WIN32\n#include <a.h>\n#endif\nnamespace n {\n/** One. */\nstruct One { int a; void f(One other); };\n"
+    "// Keeps items.\n#ifdef _WIN32\n#include <a.h>\n#elif A\nint v;\n#else\nint v;\n#endif\nnamespace n {\n/** One. */\nstruct One { int a; void f(One other); };\n"
     "void One::f(One other) { other.a = a; g<One>(other); }\n}\n";
 
 // Equal facts have equal bytes.

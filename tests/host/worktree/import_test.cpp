@@ -78,6 +78,16 @@ TEST_F(SourcesImport, AFunctionThatItsNamePutsInAClassIsAMethodOfIt) {
               "f method");
 }
 
+TEST_F(SourcesImport, BranchesOfWhichABuildTakesOneAreOneDeclaration) {
+    folder.write("checkout/a.h", "#if A\n#define M(a) a\n#else\n#define M(b) b\n#endif\n");
+    folder.write("checkout/b.c", "#include \"a.h\"\nint b = M(1);\n");
+    import();
+    EXPECT_EQ(rows("SELECT name || ' ' || start_line || '-' || end_line || ' ' || uses || ' ' || signature AS row FROM "
+                   "symbols LEFT JOIN descriptions ON symbol_id = symbols.id WHERE name = 'M'"),
+              "M 2-4 1 #define M(a) a\n#define M(b) b");
+    EXPECT_NE(edges().find("b.c M function import 1"), std::string::npos);
+}
+
 TEST_F(SourcesImport, LeavesOutWhatRulesAndConfigurationSay) {
     folder.write("checkout/.wiki-scope.toml", "exclude = [\"cmd/\"]\ntest = [\"src/q/\"]\n");
     EXPECT_EQ(import().excluded.first, std::vector<std::string>{"cmd/run.go"});
