@@ -56,10 +56,10 @@ syntax::Syntax read_typescript(string_view text, TSNode root) {
 enum Place : std::size_t { C, CPP, GO, JAVA, JAVASCRIPT, PYTHON, RUST, TYPESCRIPT, TSX, COUNT };
 
 constexpr std::array<Language, COUNT> LANGUAGES{{
-    {"c", tree_sitter_c, C_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false,
-     without_loose_macros, read_c},
+    {"c", tree_sitter_c, C_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false, mended_c,
+     read_c},
     {"cpp", tree_sitter_cpp, CPP_QUERIES, Unmarked::PUBLIC, "static", ANY_COMMENT, CommentPlace::RIGHT_ABOVE, false,
-     without_loose_macros, read_cpp},
+     mended_c, read_cpp},
     {"go", tree_sitter_go, GO_QUERIES, Unmarked::PUBLIC_IF_CAPITALIZED, "", ANY_COMMENT, CommentPlace::RIGHT_ABOVE,
      false, nullptr, read_go},
     {"java", tree_sitter_java, JAVA_QUERIES, Unmarked::PRIVATE, "public", BLOCKS, CommentPlace::ABOVE, false, nullptr,

@@ -1,5 +1,7 @@
 #include "host/sources/c/c_mending.h"
 
+#include "host/sources/c/c_splits.h"
+
 #include <algorithm>
 #include <array>
 #include <span>
@@ -205,14 +207,26 @@ class CLooseMacros {
     std::vector<Part> parts_;
 };
 
+void blank(std::string& text, std::size_t begin, std::size_t end) {
+    for (std::size_t at = begin; at < end; ++at) {
+        text[at] = text[at] == '\n' ? '\n' : ' ';
+    }
+}
+
 }  // namespace
 
 std::string without_loose_macros(string_view text) {
     std::string mended(text);
     for (const CLooseMacros::Part& part : CLooseMacros(text, scan_c(text)).find()) {
-        for (std::size_t at = part.begin; at < part.end; ++at) {
-            mended[at] = mended[at] == '\n' ? '\n' : ' ';
-        }
+        blank(mended, part.begin, part.end);
+    }
+    return mended;
+}
+
+std::string mended_c(string_view text) {
+    std::string mended = without_loose_macros(text);
+    for (const CSplit& part : split_parts(text, scan_c(text))) {
+        blank(mended, part.begin, part.end);
     }
     return mended;
 }

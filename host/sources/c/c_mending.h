@@ -23,6 +23,9 @@ struct LooseMacro {
 /// Returns the text with blanks in place of such macros; every other byte stays. Takes time in proportion to the text.
 std::string without_loose_macros(std::string_view text);
 
+/// Returns the same without what conditions split (c_splits.h).
+std::string mended_c(std::string_view text);
+
 /// Returns those macros of a text and its tokens, in the order of the text, which must outlive them.
 std::vector<LooseMacro> loose_macros(std::string_view text, const CTokens& scanned);
 

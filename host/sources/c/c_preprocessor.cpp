@@ -3,7 +3,6 @@
 #include "host/sources/c/c_scanner.h"
 
 #include <algorithm>
-#include <array>
 
 namespace host::sources {
 
@@ -13,16 +12,6 @@ using syntax::Space;
 using syntax::UNKNOWN;
 
 namespace {
-
-// Those that replacements hold.
-constexpr auto C_KEYWORDS = std::to_array<std::string_view>(
-    {"break",  "case",   "char",   "const",  "continue", "default", "do",       "double", "else",     "extern",
-     "float",  "for",    "goto",   "if",     "inline",   "int",     "long",     "return", "short",    "signed",
-     "sizeof", "static", "struct", "switch", "typedef",  "union",   "unsigned", "void",   "volatile", "while"});
-
-bool is_c_keyword(std::string_view name) {
-    return std::ranges::binary_search(C_KEYWORDS, name);
-}
 
 // The tokens of the text that a macro is replaced by.
 class CReplacementTokens {

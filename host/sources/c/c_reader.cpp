@@ -154,25 +154,50 @@ const CDialect& CDialect::cpp() {
     return dialect;
 }
 
-// The macros that the tree was made without are names of the file, too.
+// What the tree was made without names things of the file, too.
 syntax::Syntax CReader::read_file(TSNode root) {
     const CTokens scanned = scan_c(text_);
     out_.set_regions(compiled_regions(text_, scanned));
     const std::vector<LooseMacro> macros = loose_macros(text_, scanned);
-    const bool is_mended = !macros.empty() && [&] {
-        const auto begin = static_cast<std::uint32_t>(macros.front().name.data() - text_.data());
-        const auto end = begin + static_cast<std::uint32_t>(macros.front().name.size());
-        return text(Node(ts_node_descendant_for_byte_range(root, begin, end))) != macros.front().name;
-    }();
-    for (const LooseMacro& macro : is_mended ? macros : std::vector<LooseMacro>()) {
-        out_.use({.name = macro.name,
-                  .line = macro.line,
-                  .role = macro.is_called ? syntax::Role::CALL : syntax::Role::VALUE,
-                  .space = syntax::Space::TYPE});
+    const std::vector<CSplit> splits = split_parts(text_, scanned);
+    const auto begins_at = [&](std::size_t at) {
+        const auto begin = static_cast<std::uint32_t>(at);
+        return Node(ts_node_descendant_for_byte_range(root, begin, begin + 1)).begin() == begin;
+    };
+    const bool is_mended = macros.empty()
+                               ? !splits.empty() && !begins_at(splits.front().begin)
+                               : !begins_at(static_cast<std::size_t>(macros.front().name.data() - text_.data()));
+    if (is_mended) {
+        for (const LooseMacro& macro : macros) {
+            out_.use({.name = macro.name,
+                      .line = macro.line,
+                      .role = macro.is_called ? syntax::Role::CALL : syntax::Role::VALUE,
+                      .space = syntax::Space::TYPE});
+        }
+        read_calls_in(splits, scanned);
     }
     syntax::Syntax stated = read(Node(root));
     join_alternatives(stated, dialect_.is_cpp);
     return stated;
+}
+
+// Of functions: all else may be a local or a member.
+void CReader::read_calls_in(const std::vector<CSplit>& splits, const CTokens& scanned) {
+    const std::vector<CToken>& tokens = scanned.tokens;
+    const auto begins_with = [&](std::size_t at, std::string_view marks) {
+        return at < tokens.size() && marks.find(text_[tokens[at].begin]) != std::string_view::npos;
+    };
+    std::size_t at = 0;
+    for (const CSplit& split : splits) {
+        for (; at < tokens.size() && tokens[at].begin < split.end; ++at) {
+            const std::string_view word = text_.substr(tokens[at].begin, tokens[at].end - tokens[at].begin);
+            const bool is_member = at > 0 && begins_with(at - 1, ".>");
+            if (tokens[at].begin >= split.begin && tokens[at].is_word && begins_with(at + 1, "(") && !is_member &&
+                !is_c_keyword(word)) {
+                out_.use({.name = word, .line = tokens[at].line, .role = syntax::Role::CALL});
+            }
+        }
+    }
 }
 
 syntax::Syntax read_c(std::string_view text, TSNode root) {

@@ -7,6 +7,7 @@
 // around it. So are the members of an anonymous struct or union.
 #pragma once
 
+#include "host/sources/c/c_splits.h"
 #include "host/sources/syntax_reader.h"
 
 #include <algorithm>
@@ -113,6 +114,8 @@ class CReader : public SyntaxReader<CReader> {
         syntax::DeclarationId parent = syntax::NO_DECLARATION;
         Id value = syntax::UNKNOWN;
     };
+
+    void read_calls_in(const std::vector<CSplit>& splits, const CTokens& scanned);
 
     // Directives (c_preprocessor.cpp).
     Id read_include(const Node& node);

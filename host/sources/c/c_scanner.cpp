@@ -1,6 +1,7 @@
 #include "host/sources/c/c_scanner.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -9,6 +10,12 @@ namespace host::sources {
 namespace {
 
 using std::string_view;
+
+// Those that expressions and statements of C hold.
+constexpr auto C_KEYWORDS = std::to_array<std::string_view>(
+    {"break",  "case",   "char",   "const",  "continue", "default", "do",       "double", "else",     "extern",
+     "float",  "for",    "goto",   "if",     "inline",   "int",     "long",     "return", "short",    "signed",
+     "sizeof", "static", "struct", "switch", "typedef",  "union",   "unsigned", "void",   "volatile", "while"});
 
 class CScanner {
   public:
@@ -136,6 +143,10 @@ class CScanner {
 
 CTokens scan_c(std::string_view text) {
     return CScanner(text).scan();
+}
+
+bool is_c_keyword(string_view word) {
+    return std::ranges::binary_search(C_KEYWORDS, word);
 }
 
 }  // namespace host::sources

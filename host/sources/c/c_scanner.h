@@ -46,4 +46,7 @@ constexpr bool is_of_c_name(char c) {
     return is_c_letter(c) || is_c_digit(c);
 }
 
+/// Returns whether a word is a keyword of the expressions and statements of C.
+bool is_c_keyword(std::string_view word);
+
 }  // namespace host::sources

@@ -1,0 +1,148 @@
+#include "host/sources/c/c_splits.h"
+
+#include "host/sources/c/c_condition.h"
+#include "host/sources/c/c_conditions.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace host::sources {
+
+namespace {
+
+using std::string_view;
+
+// How far a part of a text leads into brackets, and how far out of them in between.
+struct CDepth {
+    long net = 0;
+    long least = 0;
+
+    void add(const CDepth& more) {
+        least = std::min(least, net + more.least);
+        net += more.net;
+    }
+    [[nodiscard]] bool is_balanced() const { return net == 0 && least == 0; }
+};
+
+struct CBranch {
+    const CDirective* directive = nullptr;  // that begins it
+    CDepth braces = {};
+    CDepth brackets = {};
+    bool begins_with_else = false;
+    bool is_empty = true;
+
+    [[nodiscard]] bool is_whole() const { return braces.is_balanced() && brackets.is_balanced() && !begins_with_else; }
+};
+
+class CSplits {
+  public:
+    CSplits(string_view text, const CTokens& scanned)
+        : text_(text), scanned_(scanned), regions_(compiled_regions(text, scanned)) {}
+
+    std::vector<CSplit> find() {
+        std::size_t next = 0;  // directive
+        for (std::size_t at = 0; at <= scanned_.tokens.size(); ++at) {
+            for (; next < scanned_.directives.size() && scanned_.directives[next].tokens_before == at; ++next) {
+                read(scanned_.directives[next]);
+            }
+            if (at < scanned_.tokens.size() && !groups_.empty()) {
+                add(scanned_.tokens[at]);
+            } else if (at < scanned_.tokens.size()) {
+                const string_view mark = spelling(scanned_.tokens[at]);
+                open_brackets_ += mark == "(" ? 1 : mark == ")" ? -1 : 0;
+            }
+        }
+        std::ranges::sort(parts_, {}, &CSplit::begin);
+        std::size_t end = 0;
+        std::erase_if(parts_,
+                      [&](const CSplit& part) { return part.begin < std::exchange(end, std::max(end, part.end)); });
+        return std::move(parts_);
+    }
+
+  private:
+    struct Group {
+        std::vector<CBranch> branches;
+        long brackets_before = 0;  // that are open
+    };
+
+    [[nodiscard]] string_view spelling(const CToken& token) const {
+        return text_.substr(token.begin, token.end - token.begin);
+    }
+
+    void add(const CToken& token) {
+        CBranch& branch = groups_.back().branches.back();
+        const string_view mark = spelling(token);
+        branch.begins_with_else = branch.begins_with_else || (branch.is_empty && mark == "else");
+        branch.is_empty = false;
+        const long brace = mark == "{" ? 1 : mark == "}" ? -1 : 0;
+        const long bracket = mark == "(" ? 1 : mark == ")" ? -1 : 0;
+        branch.braces.add({.net = brace, .least = std::min(brace, 0L)});
+        branch.brackets.add({.net = bracket, .least = std::min(bracket, 0L)});
+        open_brackets_ += bracket;
+    }
+
+    void read(const CDirective& directive) {
+        string_view rest = text_.substr(directive.begin + 1, directive.end - directive.begin - 1);
+        const string_view keyword = cut_word(rest);
+        if (keyword.starts_with("if")) {
+            groups_.push_back({.branches = {{.directive = &directive}}, .brackets_before = open_brackets_});
+        } else if (groups_.empty()) {
+            return;
+        } else if (keyword.starts_with("elif") || keyword == "else") {
+            open_brackets_ = groups_.back().brackets_before;
+            groups_.back().branches.push_back({.directive = &directive});
+        } else if (keyword == "endif") {
+            const Group group = std::move(groups_.back());
+            groups_.pop_back();
+            close(group, directive);
+        }
+    }
+
+    // Keeps one branch of a group that splits something: the first that may be compiled.
+    void close(const Group& group, const CDirective& end) {
+        const CBranch& first = group.branches.front();
+        const bool is_whole = std::ranges::all_of(group.branches, &CBranch::is_whole) && group.brackets_before <= 0;
+        const bool is_alike = std::ranges::all_of(group.branches, [&](const CBranch& each) {
+            return each.braces.net == first.braces.net && each.brackets.net == first.brackets.net;
+        });
+        const bool leads_on = group.branches.size() == 1 && (first.braces.net != 0 || first.brackets.net != 0);
+        open_brackets_ = group.brackets_before;
+        if (is_whole || !is_alike || leads_on) {
+            return;  // `extern "C" {` has a condition of its own for its end
+        }
+        const auto found =
+            std::ranges::find_if(group.branches, [&](const CBranch& each) { return may_be_compiled(each); });
+        const auto kept = found == group.branches.end() ? group.branches.begin() : found;
+        const std::size_t next = kept + 1 == group.branches.end() ? end.begin : (kept + 1)->directive->begin;
+        parts_.push_back({.begin = first.directive->begin, .end = kept->directive->end});
+        parts_.push_back({.begin = next, .end = end.end});
+        open_brackets_ += kept->brackets.net;
+        if (!groups_.empty()) {
+            CBranch& around = groups_.back().branches.back();
+            around.braces.add(kept->braces);
+            around.brackets.add(kept->brackets);
+            around.is_empty = false;
+        }
+    }
+
+    [[nodiscard]] bool may_be_compiled(const CBranch& branch) const {
+        const auto after = std::ranges::upper_bound(regions_, branch.directive->end, {}, &syntax::Region::begin);
+        return after == regions_.begin() || std::prev(after)->built != syntax::Built::NEVER;
+    }
+
+    string_view text_;
+    const CTokens& scanned_;
+    std::vector<syntax::Region> regions_;
+    std::vector<Group> groups_;  // that are open
+    std::vector<CSplit> parts_;
+    long open_brackets_ = 0;
+};
+
+}  // namespace
+
+std::vector<CSplit> split_parts(string_view text, const CTokens& scanned) {
+    return CSplits(text, scanned).find();
+}
+
+}  // namespace host::sources
