@@ -25,30 +25,15 @@ class CModules : public ModuleRules {
                 by_name_[file_name(catalog.file(file).path)].push_back(file);
             }
         }
-        std::vector<std::vector<FileId>> direct(catalog.files());
-        std::vector<std::vector<FileId>> built_with(catalog.files());  // by header: what always includes it
-        std::vector<FileId> of_other_systems;
+        Includes includes(catalog.files());
         for (FileId file = 0; file < catalog.files(); ++file) {
-            for (const syntax::Import& import : catalog.syntax(file).imports) {
-                if (catalog.module_of(file) != program_ || !is_include(file, import)) {
-                    continue;
-                }
-                const std::optional<FileId> header = find_header(file, import);
-                const bool is_always = import.built == syntax::Built::ALWAYS;
-                if (header) {
-                    direct[file].push_back(*header);
-                    includers_[*header].push_back(file);
-                    built_with[*header].insert(built_with[*header].end(), is_always ? 1 : 0, file);
-                } else if (is_always && is_header_of_other_system(catalog.syntax(file).name(import.module))) {
-                    of_other_systems.push_back(file);
-                } else if (!import.is_system) {
-                    open_.insert(file);
-                }
+            if (catalog.module_of(file) == program_) {
+                add_includes(file, includes);
             }
         }
-        leave_out(std::move(of_other_systems), built_with);
+        leave_out(std::move(includes.of_other_systems), includes.always);
         for (FileId file = 0; file < catalog.files(); ++file) {
-            add_reached(file, direct);
+            add_reached(file, includes);
         }
     }
 
@@ -71,6 +56,11 @@ class CModules : public ModuleRules {
 
     [[nodiscard]] bool sees(FileId from, FileId of) const override {
         return std::ranges::binary_search(included_[from], of);
+    }
+
+    [[nodiscard]] bool sees_only_elsewhere(FileId from, FileId of) const override {
+        const auto found = included_elsewhere_.find(from);
+        return found != included_elsewhere_.end() && std::ranges::binary_search(found->second, of);
     }
 
     [[nodiscard]] bool sees_where_included(FileId from, FileId of) const override {
@@ -125,8 +115,38 @@ class CModules : public ModuleRules {
         return is_one ? best : std::nullopt;
     }
 
+    using FilesOfFiles = std::vector<std::vector<FileId>>;
+
+    struct Includes {
+        explicit Includes(std::size_t files) : built(files), left_out(files), always(files) {}
+
+        FilesOfFiles built;     // by file: what it includes where a build may take that
+        FilesOfFiles left_out;  // and where none does
+        FilesOfFiles always;    // by header: what always includes it
+        std::vector<FileId> of_other_systems;
+    };
+
+    void add_includes(FileId file, Includes& includes) {
+        for (const syntax::Import& import : catalog_.syntax(file).imports) {
+            if (!is_include(file, import)) {
+                continue;
+            }
+            const std::optional<FileId> header = find_header(file, import);
+            const bool is_always = import.built == syntax::Built::ALWAYS;
+            if (header) {
+                (import.built == syntax::Built::NEVER ? includes.left_out : includes.built)[file].push_back(*header);
+                includers_[*header].push_back(file);
+                includes.always[*header].insert(includes.always[*header].end(), is_always ? 1 : 0, file);
+            } else if (is_always && is_header_of_other_system(catalog_.syntax(file).name(import.module))) {
+                includes.of_other_systems.push_back(file);
+            } else if (!import.is_system) {
+                open_.insert(file);
+            }
+        }
+    }
+
     // What always includes a file that no build takes is left out as well.
-    void leave_out(std::vector<FileId> waiting, const std::vector<std::vector<FileId>>& built_with) {
+    void leave_out(std::vector<FileId> waiting, const FilesOfFiles& built_with) {
         while (!waiting.empty()) {
             const FileId next = waiting.back();
             waiting.pop_back();
@@ -137,18 +157,36 @@ class CModules : public ModuleRules {
         }
     }
 
-    void add_reached(FileId file, const std::vector<std::vector<FileId>>& direct) {
+    void add_reached(FileId file, const Includes& includes) {
         std::vector<FileId>& reached = included_[file];
-        std::vector<FileId> waiting = direct[file];
-        std::vector<bool> is_known(direct.size(), false);
-        while (!waiting.empty()) {
-            const FileId next = waiting.back();
-            waiting.pop_back();
-            if (!is_known[next]) {
+        std::vector<bool> is_known(includes.built.size(), false);
+        const auto follow = [&](std::vector<FileId> waiting, bool is_built) {
+            while (!waiting.empty()) {
+                const FileId next = waiting.back();
+                waiting.pop_back();
+                if (is_known[next]) {
+                    continue;
+                }
                 is_known[next] = true;
                 reached.push_back(next);
-                waiting.insert(waiting.end(), direct[next].begin(), direct[next].end());
+                waiting.insert(waiting.end(), includes.built[next].begin(), includes.built[next].end());
+                if (!is_built) {
+                    waiting.insert(waiting.end(), includes.left_out[next].begin(), includes.left_out[next].end());
+                }
             }
+        };
+        follow(includes.built[file], true);
+        const std::size_t built = reached.size();
+        std::vector<FileId> elsewhere = includes.left_out[file];
+        for (std::size_t at = 0; at < built; ++at) {
+            elsewhere.insert(elsewhere.end(), includes.left_out[reached[at]].begin(),
+                             includes.left_out[reached[at]].end());
+        }
+        follow(std::move(elsewhere), false);
+        if (reached.size() > built) {
+            std::vector<FileId>& alone = included_elsewhere_[file];
+            alone.assign(reached.begin() + static_cast<std::ptrdiff_t>(built), reached.end());
+            std::ranges::sort(alone);
         }
         std::ranges::sort(reached);
     }
@@ -157,9 +195,10 @@ class CModules : public ModuleRules {
     FilesByPath files_;
     Container program_;
     std::unordered_map<std::string_view, std::vector<FileId>> by_name_;
-    std::vector<std::vector<FileId>> included_;   // by file: all that it includes, at any depth, ascending
-    std::vector<std::vector<FileId>> includers_;  // by header
-    std::unordered_set<FileId> open_;             // with an #include of a header that is not found
+    std::vector<std::vector<FileId>> included_;  // by file: all that it includes, at any depth, ascending
+    std::unordered_map<FileId, std::vector<FileId>> included_elsewhere_;  // of it, what no build takes in; ascending
+    std::vector<std::vector<FileId>> includers_;                          // by header
+    std::unordered_set<FileId> open_;  // with an #include of a header that is not found
 };
 
 }  // namespace

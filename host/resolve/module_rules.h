@@ -42,6 +42,9 @@ class ModuleRules {
     /// Returns whether the names at the top of file `of`, of the same module or of `globals`, are visible in the file `from`.
     [[nodiscard]] virtual bool sees(FileId /*from*/, FileId /*of*/) const { return true; }
 
+    /// Returns whether the file `from` sees those names only in what no build takes.
+    [[nodiscard]] virtual bool sees_only_elsewhere(FileId /*from*/, FileId /*of*/) const { return false; }
+
     /// Returns whether all files that include the file `from` see the names at the top of `of`, so that it has them, too.
     [[nodiscard]] virtual bool sees_where_included(FileId /*from*/, FileId /*of*/) const { return false; }
 

@@ -150,9 +150,15 @@ class Resolver::Linked {
             symbols = unique_function(file, mention);
             targets.is_unique = true;
         }
+        targets.is_foreign =
+            targets.is_foreign || (!symbols.empty() && std::ranges::all_of(symbols, [&](Symbol symbol) {
+                return stands_in_for_library(symbol);
+            }));
         const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
         for (const Symbol symbol : symbols) {
-            const bool is_elsewhere = is_built && catalog_.built(symbol) == Built::NEVER;
+            const bool is_elsewhere =
+                is_built && (catalog_.built(symbol) == Built::NEVER ||
+                             languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
             std::vector<Target>& those = is_elsewhere ? targets.elsewhere : targets.targets;
             const Target target{catalog_.file_of(symbol), catalog_.declaration_id(catalog_.first_alternative(symbol))};
             if (std::ranges::find(those, target) == those.end()) {
@@ -160,6 +166,11 @@ class Resolver::Linked {
             }
         }
         return targets;
+    }
+
+    // Whether a declaration announces what no file defines, where a build may lack it: `#ifndef HAVE_F`, `void *f();`.
+    [[nodiscard]] bool stands_in_for_library(Symbol symbol) const {
+        return catalog_.built(symbol) == Built::MAYBE && !catalog_.declaration(symbol).is_definition;
     }
 
     // Adds the other parts of declarations that have several: of a constant the interface of its name.

@@ -64,6 +64,22 @@ TEST(C, AFileThatAlwaysIncludesAHeaderOfAnotherSystemIsOfThat) {
               "main.c: import run of unix.c, 1 from line 2\nmain.c: ambiguous run of win.c, 1 from line 2\n");
 }
 
+TEST(C, WhatOnlyOtherSystemsIncludeIsTheirs) {
+    const std::map<std::string, std::string> sources{
+        {"a.c", "#include <epoll.h>\n#ifdef __MVS__\n#include \"mvs.h\"\n#endif\nint f(struct e *a) { return a->n; }"},
+        {"mvs.c", "#include \"mvs.h\"\nint g(struct e *a) { return a->n; }"},
+        {"mvs.h", "#include \"events.h\""},
+        {"events.h", "struct e { int n; };"}};
+    EXPECT_EQ(targets_from("a.c", sources), "?events.h:e ?events.h:e.n");
+    EXPECT_EQ(targets_from("mvs.c", sources), "events.h:e events.h:e.n");
+}
+
+TEST(C, WhatABuildMayLackAndNoFileDefinesMayBeOfTheLibrary) {
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#ifndef STDC\nextern void *malloc();\n#endif\nvoid *own();\n"
+                                           "void *f(void) { return malloc(own()); }"}}),
+              "?a.c:malloc a.c:own");
+}
+
 TEST(C, WhatIsNotAlwaysDeclaredMayStandForWhatAnIncludeBrings) {
     EXPECT_EQ(targets_from("a.c", {{"a.c", "#ifdef M\nstatic int t[2];\n#else\n#include \"t.h\"\n#endif\n"
                                            "int f(void) { return t[0]; }"},
