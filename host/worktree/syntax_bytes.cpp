@@ -1,5 +1,7 @@
 #include "host/worktree/syntax_bytes.h"
 
+#include "host/syntax/operands.h"
+
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
@@ -16,63 +18,14 @@ using syntax::Expression;
 using syntax::Import;
 using syntax::Kind;
 using syntax::Mention;
+using syntax::Operand;
+using syntax::Operands;
 using syntax::Operation;
 using syntax::Role;
 using syntax::Syntax;
 
 constexpr std::uint64_t END_OF_NUMBERS = std::uint64_t{std::numeric_limits<std::uint32_t>::max()} + 1;
 constexpr std::uint64_t END_OF_BYTES = 256;
-
-// What an operand of an expression is an index of.
-enum class Operand { NUMBER, EXPRESSION, LIST, DECLARATION, IMPORT };
-
-struct Operands {
-    Operand a = Operand::NUMBER;
-    Operand b = Operand::NUMBER;
-};
-
-Operands operands_of(Operation operation) {
-    switch (operation) {
-    case Operation::NOTHING:
-    case Operation::GLOBAL:
-    case Operation::FOREIGN:
-        return {};
-    case Operation::NAME:
-    case Operation::DECLARATION:
-    case Operation::SELF:
-    case Operation::SELF_TYPE:
-    case Operation::SUPER:
-        return {.a = Operand::DECLARATION};
-    case Operation::IMPORT:
-        return {.a = Operand::IMPORT};
-    case Operation::MEMBER:
-    case Operation::LOCAL:
-    case Operation::INSTANCE:
-    case Operation::ARGUMENT:
-    case Operation::ELEMENT:
-    case Operation::KEY:
-    case Operation::ITERATED:
-    case Operation::COMPONENT:
-    case Operation::AWAITED:
-    case Operation::TARGET:
-    case Operation::LIST:
-    case Operation::POINTER:
-    case Operation::AWAITABLE:
-    case Operation::PARAMETER:
-    case Operation::TYPE_OF:
-        return {.a = Operand::EXPRESSION};
-    case Operation::ONE_OF:
-    case Operation::TUPLE:
-        return {.a = Operand::LIST};
-    case Operation::MAP:
-        return {.a = Operand::EXPRESSION, .b = Operand::EXPRESSION};
-    case Operation::CALL:
-    case Operation::FUNCTION:
-    case Operation::GENERIC:
-        return {.a = Operand::EXPRESSION, .b = Operand::LIST};
-    }
-    throw Malformed();
-}
 
 void write_flags(ByteWriter& out, std::initializer_list<bool> flags) {
     std::uint64_t bits = 0;
@@ -213,7 +166,7 @@ class SyntaxReader {
     Expression expression() {
         const auto operation =
             static_cast<Operation>(in_.below(std::uint64_t{static_cast<std::uint8_t>(Operation::FOREIGN)} + 1));
-        const Operands operands = operands_of(operation);
+        const Operands operands = syntax::operands_of(operation);
         return {.operation = operation, .a = operand(operands.a), .b = operand(operands.b), .name = name()};
     }
 
@@ -266,7 +219,7 @@ class SyntaxReader {
 
 void write_expression(ByteWriter& out, const Expression& expression) {
     const auto& [operation, a, b, name] = expression;
-    const Operands operands = operands_of(operation);
+    const Operands operands = syntax::operands_of(operation);
     out.number(static_cast<std::uint8_t>(operation));
     // One more for a declaration, so that NO_DECLARATION is 0.
     out.number(operands.a == Operand::DECLARATION ? a + 1 : a);
