@@ -128,19 +128,30 @@ std::size_t FactsStore::read_records() {
     return end;
 }
 
-std::optional<SourceFacts> FactsStore::find(std::int64_t content_hash, std::string_view path) {
-    std::string_view bytes;
-    {
-        const std::scoped_lock lock(mutex_);
-        const auto found = records_.find(key_of(content_hash, path));
-        if (found == records_.end()) {
-            return std::nullopt;
-        }
-        found->second.is_used = true;
-        bytes = found->second.bytes;
+// The bytes of a record; empty when there is none.
+std::string_view FactsStore::bytes_of(std::int64_t content_hash, std::string_view path) {
+    const std::scoped_lock lock(mutex_);
+    const auto found = records_.find(key_of(content_hash, path));
+    if (found == records_.end()) {
+        return {};
     }
+    found->second.is_used = true;
+    return found->second.bytes;
+}
+
+std::optional<SourceFacts> FactsStore::find(std::int64_t content_hash, std::string_view path) {
     try {
-        return facts_in(bytes, path);
+        ByteReader in(bytes_of(content_hash, path));
+        static_cast<void>(in.text());  // the surface
+        return facts_in(in.text(), path);
+    } catch (const Malformed&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<SourceFacts> FactsStore::find_surface(std::int64_t content_hash, std::string_view path) {
+    try {
+        return facts_in(ByteReader(bytes_of(content_hash, path)).text(), path);
     } catch (const Malformed&) {
         return std::nullopt;
     }
@@ -148,7 +159,10 @@ std::optional<SourceFacts> FactsStore::find(std::int64_t content_hash, std::stri
 
 void FactsStore::add(std::int64_t content_hash, std::string_view path, const SourceFacts& facts) {
     constexpr std::size_t ENOUGH = 1'048'576;  // bytes to collect for one call of the system
-    const std::string record = record_of(key_of(content_hash, path), to_bytes(facts));
+    ByteWriter bytes;
+    bytes.text(to_bytes(surface_of(facts)));
+    bytes.text(to_bytes(facts));
+    const std::string record = record_of(key_of(content_hash, path), bytes.bytes());
     const std::scoped_lock lock(mutex_);
     added_ += record;
     if (added_.size() >= ENOUGH) {

@@ -28,6 +28,9 @@ class FactsStore {
     /// Returns what an earlier store was given for a file with this content and a path that ends alike.
     [[nodiscard]] std::optional<SourceFacts> find(std::int64_t content_hash, std::string_view path);
 
+    /// Returns the surface of these facts, and reads no more.
+    [[nodiscard]] std::optional<SourceFacts> find_surface(std::int64_t content_hash, std::string_view path);
+
     void add(std::int64_t content_hash, std::string_view path, const SourceFacts& facts);
 
   private:
@@ -36,6 +39,7 @@ class FactsStore {
         bool is_used = false;
     };
 
+    std::string_view bytes_of(std::int64_t content_hash, std::string_view path);
     std::size_t read_records();
     void flush();
     void drop_unused();

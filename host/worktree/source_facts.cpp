@@ -3,6 +3,7 @@
 #include "host/files/checkout.h"
 #include "host/files/file_language.h"
 #include "host/sources/outline.h"
+#include "host/syntax/surface.h"
 #include "workers/wiki/file_summary.h"
 
 #include <algorithm>
@@ -96,6 +97,25 @@ SourceFacts facts_of(std::string_view text, const std::string& path, const std::
         facts.syntax = std::move(*outline->syntax);
     }
     return facts;
+}
+
+SourceFacts surface_of(const SourceFacts& facts) {
+    SourceFacts surface{.language = facts.language,
+                        .dialect = facts.dialect,
+                        .summary = facts.summary,
+                        .is_parsed = facts.is_parsed,
+                        .is_damaged = facts.is_damaged,
+                        .declarations = {},
+                        .syntax = syntax::surface_of(facts.syntax)};
+    for (const DeclarationFacts& each : facts.declarations) {
+        surface.declarations.push_back({.id = each.id,
+                                        .kind = each.kind,
+                                        .lines = {},
+                                        .is_public = each.is_public,
+                                        .signature = {},
+                                        .documentation = {}});
+    }
+    return surface;
 }
 
 std::vector<std::string_view> kinds_of_declarations() {

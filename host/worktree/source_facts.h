@@ -40,6 +40,10 @@ SourceFacts facts_of_name(std::string_view path);
 /// Reads a text as that of a file at `path`. May be called on several threads.
 SourceFacts facts_of(std::string_view text, const std::string& path, const std::atomic<bool>& is_cancelled);
 
+/// Returns what other files and their rows can depend on: the facts without lines, signatures and documentation, and
+/// of the syntax the surface (syntax/surface.h).
+SourceFacts surface_of(const SourceFacts& facts);
+
 /// Returns the kinds of declarations, as `DeclarationFacts::kind` holds them.
 std::vector<std::string_view> kinds_of_declarations();
 

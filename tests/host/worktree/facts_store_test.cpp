@@ -63,6 +63,37 @@ TEST(FactsBytes, NeverReachBehindTheirEnd) {
     }
 }
 
+// What stands in bodies, at which lines, and what else is said of a declaration, is none of others' business.
+TEST(Surfaces, AreEqualWhereOtherFilesSeeNoDifference) {
+    const auto surface = [](std::string_view text) { return to_bytes(surface_of(facts(text, "a.cpp"))); };
+    const std::string_view text = "#include \"b.h\"\nstruct A : B { T<C> f(D d); };\nint g() { return 1; }\n";
+    for (const auto& [other, is_equal] : std::vector<std::pair<std::string_view, bool>>{
+             {"#include \"b.h\"\n\nstruct A : B { T<C> f(D d); };\nint g() { return 2; }\n", true},
+             {"#include \"b.h\"\nstruct A : B { T<C> f(D d); };\nint g() { C c; return X(c, a.f()); }\n", true},
+             {"#include \"b.h\"\n/** An A. */\nstruct A : B { T<C> f(D e); };\nint g() { return 1; }\n", true},
+             {"#include \"b.h\"\nstruct A : B { T<C> f(D d); };\nint g() { return 1; }\nint h() { return g(); }\n",
+              false},
+             {"#include \"b.h\"\nstruct A : B { T<C> h(D d); };\nint g() { return 1; }\n", false},
+             {"#include \"b.h\"\nstruct A : B { T<E> f(D d); };\nint g() { return 1; }\n", false},
+             {"#include \"b.h\"\nstruct A : C { T<C> f(D d); };\nint g() { return 1; }\n", false},
+             {"#include \"c.h\"\nstruct A : B { T<C> f(D d); };\nint g() { return 1; }\n", false},
+             {"// B.\n#include \"b.h\"\nstruct A : B { T<C> f(D d); };\nint g() { return 1; }\n", false},
+             {"#include \"b.h\"\nstruct A : B { T<C> f(D d); };\nint g() { return (; }\n", false}}) {
+        EXPECT_EQ(surface(other) == surface(text), is_equal) << other;
+    }
+}
+
+TEST(FactsStore, FindsTheSurfaceAlone) {
+    const TemporaryFolder folder;
+    const SourceFacts one = facts(CPP, "a.h");
+    FactsStore(folder / "facts", "1").add(7, "a.h", one);
+    FactsStore store(folder / "facts", "1");
+    const std::string surface = to_bytes(store.find_surface(7, "a.h").value());
+    EXPECT_EQ(surface, to_bytes(surface_of(one)));
+    EXPECT_EQ(surface, to_bytes(surface_of(facts_in(surface, "a.h"))));
+    EXPECT_FALSE(store.find_surface(8, "a.h"));
+}
+
 TEST(FactsStore, FindsWhatAnEarlierOneWasGiven) {
     const TemporaryFolder folder;
     const std::string path = folder / "facts";
