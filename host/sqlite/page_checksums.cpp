@@ -7,8 +7,12 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <ios>
+#include <istream>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -41,6 +45,37 @@ char* characters(std::span<unsigned char> bytes) {
     return reinterpret_cast<char*>(bytes.data());  // NOLINT(cppcoreguidelines-pro-type-reinterpret-cast)
 }
 
+SqliteError damaged(const std::string& path) {
+    return {path, "damaged, or changed by another program", SQLITE_CORRUPT};
+}
+
+// Calls `use` for each page of a file with checksums, and `end` for each block of them with its place. Throws when the
+// file is none, and stops when it cannot be read.
+template <class Use, class End>
+void for_each_page(std::istream& file, const std::string& path, const Use& use, const End& end) {
+    std::array<unsigned char, DATABASE_HEADER_BYTES> header{};
+    file.read(characters(header), header.size());
+    const std::optional<PageLayout> layout = layout_with_checksums(header);
+    std::error_code error;
+    if (!file || !layout || !is_possible(*layout, std::filesystem::file_size(path, error))) {
+        throw damaged(path);
+    }
+    constexpr std::size_t PAGES_AT_ONCE = 256;
+    const std::size_t page_size = layout->page_size;
+    std::vector<unsigned char> block(PAGES_AT_ONCE * page_size);
+    for (std::size_t number = 1; number <= layout->pages && file;) {
+        const std::size_t pages = std::min(PAGES_AT_ONCE, layout->pages - (number - 1));
+        const std::span<unsigned char> read = std::span(block).first(pages * page_size);
+        const auto place = static_cast<std::streamoff>((number - 1) * page_size);
+        file.seekg(place);
+        file.read(characters(read), std::ssize(read));
+        for (std::span<unsigned char> rest = read; !rest.empty(); rest = rest.subspan(page_size)) {
+            use(rest.first(page_size), number++);
+        }
+        end(read, place);
+    }
+}
+
 }  // namespace
 
 void leave_room_for_checksums(const SqliteConnection& connection) {
@@ -67,29 +102,39 @@ bool has_its_checksum(std::span<const unsigned char> page, std::size_t number) {
     return std::ranges::equal(page.last(CHECKSUM_BYTES), checksum_of(page, number));
 }
 
+bool copy_with_checksums(const std::string& from, const std::string& to) {
+    std::ifstream in(from, std::ios::binary);
+    std::ofstream out(to, std::ios::binary | std::ios::trunc);
+    for_each_page(
+        in, from,
+        [&](std::span<unsigned char> page, std::size_t number) {
+            if (!has_its_checksum(page, number)) {
+                throw damaged(from);
+            }
+        },
+        [&](std::span<unsigned char> pages, std::streamoff /*place*/) {
+            out.write(characters(pages), std::ssize(pages));
+        });
+    return in && out.flush();
+}
+
 bool write_checksums(const std::string& path) {
     std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
-    std::array<unsigned char, DATABASE_HEADER_BYTES> header{};
-    if (!file.read(characters(header), header.size())) {
-        return false;
-    }
-    const PageLayout layout = layout_with_checksums(header).value();
-    constexpr std::size_t PAGES_AT_ONCE = 256;
-    std::vector<unsigned char> block(PAGES_AT_ONCE * layout.page_size);
-    for (std::size_t number = 1; number <= layout.pages && file;) {
-        const std::size_t pages = std::min(PAGES_AT_ONCE, layout.pages - (number - 1));
-        const std::span<unsigned char> read = std::span(block).first(pages * layout.page_size);
-        const auto place = static_cast<std::streamoff>((number - 1) * layout.page_size);
-        file.seekg(place);
-        file.read(characters(read), std::ssize(read));
-        for (std::span<unsigned char> rest = read; !rest.empty(); rest = rest.subspan(layout.page_size)) {
-            const std::span<unsigned char> page = rest.first(layout.page_size);
-            std::ranges::copy(checksum_of(page, number), page.last(CHECKSUM_BYTES).begin());
-            ++number;
-        }
-        file.seekp(place);
-        file.write(characters(read), std::ssize(read));
-    }
+    bool has_changed = false;  // something in the block, which of a revised index is seldom so
+    for_each_page(
+        file, path,
+        [&](std::span<unsigned char> page, std::size_t number) {
+            if (!has_its_checksum(page, number)) {
+                std::ranges::copy(checksum_of(page, number), page.last(CHECKSUM_BYTES).begin());
+                has_changed = true;
+            }
+        },
+        [&](std::span<unsigned char> pages, std::streamoff place) {
+            if (std::exchange(has_changed, false)) {
+                file.seekp(place);
+                file.write(characters(pages), std::ssize(pages));
+            }
+        });
     return static_cast<bool>(file.flush());
 }
 

@@ -35,6 +35,10 @@ bool has_its_checksum(std::span<const unsigned char> page, std::size_t number);
 /// Has an empty database leave room for checksums, and state them. Throws `SqliteError`.
 void leave_room_for_checksums(const SqliteConnection& connection);
 
+/// Copies a file with checksums over what is at another path. Throws `SqliteError` for a page that has not its own, and
+/// returns false when a file cannot be read or written, with the reason in errno.
+bool copy_with_checksums(const std::string& from, const std::string& to);
+
 /// Writes the checksums of a file that has room for them, once it is complete and closed. False when that fails, with
 /// the reason in errno.
 bool write_checksums(const std::string& path);

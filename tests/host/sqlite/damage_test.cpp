@@ -4,6 +4,7 @@
 #include "host/page/requested_page.h"
 #include "host/sqlite/checking_vfs.h"
 #include "host/sqlite/page_checksums.h"
+#include "host/sqlite/revised_sqlite_index.h"
 #include "tests/host/scip/import_fixture.h"
 
 #include <algorithm>
@@ -138,6 +139,20 @@ TEST_F(DamagedIndex, NoticesEveryBitOfItsHeader) {
         flip(bytes, bit);
         put(bytes);
         EXPECT_EQ(outcome([](storage::Database&, std::ostream&) {}), FAILURE) << bit;
+    }
+}
+
+TEST_F(DamagedIndex, IsNotRevised) {
+    const std::string sound = folder.read("index.db");
+    EXPECT_NO_THROW(RevisedSqliteIndex(index, [] {}));
+    std::mt19937 random(23);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same damages each time
+    for (int copy = 0; copy < 100; ++copy) {
+        const std::string bytes = damaged(sound, random);
+        put(bytes);
+        if (bytes != sound) {
+            EXPECT_THROW(RevisedSqliteIndex(index, [] {}), SqliteError) << copy;
+        }
+        EXPECT_EQ(folder.read("index.db"), bytes) << copy;
     }
 }
 
