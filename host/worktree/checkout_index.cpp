@@ -10,6 +10,7 @@
 #include "host/worktree/facts_store.h"
 #include "host/worktree/import.h"
 #include "host/worktree/listed_sources.h"
+#include "host/worktree/refresh.h"
 #include "host/worktree/remembered_files.h"
 
 #include <fcntl.h>
@@ -144,21 +145,31 @@ class CheckoutIndex::Maker {
             throw std::runtime_error(checkout_.root().string() +
                                      ": no source file is there; go to a checkout, or name one with --checkout");
         }
-        RememberedFiles remembered = read_remembered(memory());
-        const bool is_known = remembered.origin == origin(rules, listed);
-        std::vector<std::int64_t> hashes;
-        if (!is_known || !is_unchanged(listed, remembered, hashes)) {
-            static_cast<void>(discard_unusable());  // what is no index is not replaced by one
-            FactsStore facts(folder_ / "facts", this_program());
-            const KnownSources known{facts, known_hashes(listed, remembered)};
-            // Before the import reads them: whatever changes from now on is a change since.
-            const std::vector<std::int64_t> manifests = hashes_of(listed.manifests);
-            hashes = import_listed(checkout_, listed, rules, &known, *index_.replace(), progress).content_hashes;
-            hashes.insert(hashes.end(), manifests.begin(), manifests.end());
-        } else if (std::ranges::none_of(remembered.files, is_unsettled)) {
+        const RememberedFiles remembered = read_remembered(memory());
+        const std::string origin = this->origin(rules, listed);
+        const auto known = remembered.origin == origin ? present_hashes(listed, remembered) : std::nullopt;
+        const std::vector<std::uint32_t> changed =
+            known ? changed_files(*known, remembered) : std::vector<std::uint32_t>();
+        if (known && changed.empty()) {
+            if (std::ranges::any_of(remembered.files, is_unsettled)) {
+                remember(listed, imported_sources(remembered, listed), *known, begin, origin);
+            }
             return;
         }
-        remember(listed, hashes, begin, origin(rules, listed));
+        FactsStore facts(folder_ / "facts", this_program());
+        // From before the import reads them: whatever changes from now on is a change since.
+        const std::vector<std::int64_t> hashes = known ? *known : known_hashes(listed, remembered);
+        std::optional<std::vector<ImportedSource>> sources;
+        if (known && changed.back() < listed.sources.size()) {  // no manifest
+            sources = refresh_listed(checkout_, listed, rules, {facts, imported_sources(remembered, listed), changed},
+                                     index_, progress);
+        }
+        if (!sources) {
+            static_cast<void>(discard_unusable());  // what is no index is not replaced by one
+            const KnownSources known_sources{facts, hashes};
+            sources = import_listed(checkout_, listed, rules, &known_sources, *index_.replace(), progress).sources;
+        }
+        remember(listed, *sources, hashes, begin, this->origin(rules, listed));
     }
 
     [[nodiscard]] std::string memory() const { return folder_ / "files"; }
@@ -182,36 +193,50 @@ class CheckoutIndex::Maker {
         return content ? content->hash : 0;
     }
 
-    [[nodiscard]] std::vector<std::int64_t> hashes_of(const std::vector<git::CheckoutFile>& files) const {
-        std::vector<std::int64_t> hashes;
-        std::ranges::transform(files, std::back_inserter(hashes),
-                               [&](const git::CheckoutFile& file) { return hash_of(file.path); });
-        return hashes;
-    }
-
-    // Whether all files are there with the contents that they had, and no others. Reads only those of which the system
-    // says something else. Puts the hashes of the contents into `hashes`.
-    bool is_unchanged(const ListedSources& listed, const RememberedFiles& remembered,
-                      std::vector<std::int64_t>& hashes) const {
+    // The hashes of what the files of an index hold now; none when these are not the files that it was made of. Reads
+    // only those of which the system says something else.
+    [[nodiscard]] std::optional<std::vector<std::int64_t>> present_hashes(const ListedSources& listed,
+                                                                          const RememberedFiles& remembered) const {
         const std::vector<const git::CheckoutFile*> files = relevant(listed);
         const auto is_same_path = [](const git::CheckoutFile* file, const RememberedFile& known) {
             return file->path == known.path;
         };
         if (!std::ranges::equal(files, remembered.files, is_same_path)) {
-            return false;
+            return std::nullopt;
         }
+        std::vector<std::int64_t> hashes;
         for (std::size_t at = 0; at < files.size(); ++at) {
             const RememberedFile& known = remembered.files[at];
             hashes.push_back(files[at]->stamp == known.stamp ? known.content_hash : hash_of(known.path));
-            if (hashes.back() != known.content_hash) {
-                return false;
-            }
         }
-        return true;
+        return hashes;
     }
 
-    // The hashes of those sources of which the system says nothing new; 0 for others.
-    static std::vector<std::int64_t> known_hashes(const ListedSources& listed, const RememberedFiles& remembered) {
+    static std::vector<std::uint32_t> changed_files(const std::vector<std::int64_t>& hashes,
+                                                    const RememberedFiles& remembered) {
+        std::vector<std::uint32_t> changed;
+        for (std::uint32_t at = 0; at < hashes.size(); ++at) {
+            if (hashes[at] != remembered.files[at].content_hash) {
+                changed.push_back(at);
+            }
+        }
+        return changed;
+    }
+
+    // What is known of the sources of an index, which are the first of its files.
+    static std::vector<ImportedSource> imported_sources(const RememberedFiles& remembered,
+                                                        const ListedSources& listed) {
+        std::vector<ImportedSource> sources;
+        for (std::size_t at = 0; at < listed.sources.size(); ++at) {
+            sources.push_back({remembered.files[at].content_hash, remembered.files[at].unresolved});
+        }
+        return sources;
+    }
+
+    // The hashes of files that were not all there before: of manifests, and of sources of which the system says nothing
+    // new; 0 for others.
+    [[nodiscard]] std::vector<std::int64_t> known_hashes(const ListedSources& listed,
+                                                         const RememberedFiles& remembered) const {
         std::unordered_map<std::string_view, const RememberedFile*> files;
         for (const RememberedFile& file : remembered.files) {
             files.emplace(file.path, &file);
@@ -222,11 +247,14 @@ class CheckoutIndex::Maker {
             hashes.push_back(found != files.end() && found->second->stamp == source.stamp ? found->second->content_hash
                                                                                           : 0);
         }
+        std::ranges::transform(listed.manifests, std::back_inserter(hashes),
+                               [&](const git::CheckoutFile& file) { return hash_of(file.path); });
         return hashes;
     }
 
-    void remember(const ListedSources& listed, const std::vector<std::int64_t>& hashes, std::int64_t begin,
-                  std::string origin) const {
+    // `manifests` are the hashes of all files, of which those of the manifests count.
+    void remember(const ListedSources& listed, const std::vector<ImportedSource>& sources,
+                  const std::vector<std::int64_t>& manifests, std::int64_t begin, std::string origin) const {
         // No file system counts time in larger steps. What changed as late may change again without another stamp.
         constexpr std::int64_t STEP_OF_TIME = 2'000'000'000;
         RememberedFiles remembered{.origin = std::move(origin), .files = {}};
@@ -234,7 +262,9 @@ class CheckoutIndex::Maker {
         for (std::size_t at = 0; at < files.size(); ++at) {
             const auto& [path, stamp, origin_of_file] = *files[at];
             const bool is_settled = std::max(stamp.modified, stamp.changed) < begin - STEP_OF_TIME;
-            remembered.files.push_back({path, is_settled ? stamp : git::FileStamp(), hashes[at]});
+            const ImportedSource source = at < sources.size() ? sources[at] : ImportedSource{manifests[at], 0};
+            remembered.files.push_back(
+                {path, is_settled ? stamp : git::FileStamp(), source.content_hash, source.unresolved});
         }
         write_remembered(memory(), remembered);
     }

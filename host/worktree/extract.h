@@ -23,9 +23,9 @@ struct ReadDeclaration {
 /// A file of the checkout, read. Its texts are in a spool.
 struct ReadFile {
     std::string path;
-    std::int64_t content_hash = 0;              ///< 0 when it could not be read
-    SourceFacts facts;                          ///< without the declarations
-    std::vector<ReadDeclaration> declarations;  ///< in the order of `SourceFacts::declarations`
+    std::int64_t content_hash = 0;  ///< 0 when it could not be read
+    SourceFacts facts;
+    std::vector<ReadDeclaration> declarations;  ///< those of `facts`, which serve no further
 };
 
 /// Puts the texts of declarations into the spool.

@@ -32,15 +32,21 @@ struct ImportRequest {
 indexing::ImportReport import_sources(const ImportRequest& request, NewIndex& index,
                                       const indexing::OnProgress& on_progress);
 
-struct Imported {
-    indexing::ImportReport report;
-    std::vector<std::int64_t> content_hashes;  ///< of the sources in the order of `ListedSources`; 0 for an unread one
+/// What an index has of a source, beside its rows.
+struct ImportedSource {
+    std::int64_t content_hash = 0;  ///< 0 when it could not be read
+    std::int64_t unresolved = 0;    ///< name tokens that lead to nothing in the checkout
 };
 
-/// What an earlier import knew of the sources.
+struct Imported {
+    indexing::ImportReport report;
+    std::vector<ImportedSource> sources;  ///< in the order of `ListedSources`
+};
+
+/// What is known of sources without reading them.
 struct KnownSources {
     FactsStore& facts;
-    std::vector<std::int64_t> content_hashes;  ///< as those of `Imported`; 0 for a source that must be read
+    std::vector<std::int64_t> content_hashes;  ///< in the order of `ListedSources`; 0 for one that must be read
 };
 
 /// The same for sources that have been listed. `known` may be null.

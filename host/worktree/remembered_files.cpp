@@ -29,13 +29,14 @@ RememberedFiles remembered_in(std::string_view bytes) {
     RememberedFiles remembered;
     remembered.origin = in.text();
     remembered.files.resize(in.count());
-    for (auto& [path, stamp, content_hash] : remembered.files) {
+    for (auto& [path, stamp, content_hash, unresolved] : remembered.files) {
         path = in.text();
         stamp = {.size = signed_number(in),
                  .modified = signed_number(in),
                  .changed = signed_number(in),
                  .number = in.number()};
         content_hash = signed_number(in);
+        unresolved = signed_number(in);
     }
     return remembered;
 }
@@ -55,13 +56,14 @@ void write_remembered(const std::string& path, const RememberedFiles& remembered
     ByteWriter content;
     content.text(remembered.origin);
     content.number(remembered.files.size());
-    for (const auto& [file, stamp, content_hash] : remembered.files) {
+    for (const auto& [file, stamp, content_hash, unresolved] : remembered.files) {
         content.text(file);
         for (const std::int64_t number : {stamp.size, stamp.modified, stamp.changed}) {
             content.number(bits(number));
         }
         content.number(stamp.number);
         content.number(bits(content_hash));
+        content.number(bits(unresolved));
     }
     ByteWriter whole;
     whole.text(content.bytes());

@@ -13,6 +13,7 @@ struct RememberedFile {
     std::string path;
     git::FileStamp stamp;           ///< all zero for a file that had just changed: its next change may not show
     std::int64_t content_hash = 0;  ///< 0 when it could not be read
+    std::int64_t unresolved = 0;    ///< of a source: name tokens that lead to nothing in the checkout
 };
 
 struct RememberedFiles {

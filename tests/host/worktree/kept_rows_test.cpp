@@ -1,22 +1,18 @@
 // Whatever happens to a checkout and to what is kept for it, the kept index has the rows of one that is made anew.
 
-#include "host/worktree/checkout_index.h"
-
 #include "fixtures/temporary_folder.h"
-#include "host/sqlite/schema.h"
 #include "host/sqlite/sqlite_index.h"
 #include "host/worktree/bytes.h"
 #include "host/worktree/import.h"
 #include "tests/host/without_threads.h"
+#include "tests/host/worktree/kept_rows.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -30,76 +26,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Gives up the right of root to read and write everything.
-class AsAnybody {
-  public:
-    AsAnybody() : user_(geteuid()) { EXPECT_TRUE(user_ != 0 || seteuid(NOBODY) == 0); }
-    ~AsAnybody() { EXPECT_TRUE(user_ != 0 || seteuid(user_) == 0); }
-    AsAnybody(const AsAnybody&) = delete;
-    AsAnybody& operator=(const AsAnybody&) = delete;
-
-  private:
-    static constexpr uid_t NOBODY = 65'534;
-    const uid_t user_;
-};
-
-// All rows of an index.
-std::string rows_in(const std::string& path) {
-    const SqliteConnection connection = open_index(path);
-    std::string rows;
-    Statement tables(connection, "SELECT name, (SELECT group_concat('quote(' || name || ')', ' || '' '' || ') FROM "
-                                 "pragma_table_info(t.name)) FROM sqlite_schema t WHERE type = 'table' ORDER BY name");
-    while (tables.step()) {
-        const std::string table(tables.text(0));
-        Statement row(connection, "SELECT " + std::string(tables.text(1)) + " FROM " + table + " ORDER BY 1");
-        while (row.step()) {
-            rows += table + " " + std::string(row.text(0)) + "\n";
-        }
-    }
-    return rows;
-}
-
-class KeptRows : public testing::Test {
-  protected:
-    KeptRows() {
-        setenv("XDG_CACHE_HOME", (folder / "cache").c_str(), 1);  // NOLINT(concurrency-mt-unsafe): no other thread runs
-        fs::create_directory(folder / "checkout");
-        write("go.mod", "module example.org/m\n");
-        write("a/a.go", "package a\n\nfunc A() {}\n");
-        write("b/b.go", "package b\n\nimport \"example.org/m/a\"\n\nfunc B() { a.A() }\n");
-    }
-
-    void write(const std::string& path, const std::string& text) const { folder.write("checkout/" + path, text); }
-
-    [[nodiscard]] std::string kept_rows(const indexing::OnProgress& on_progress = {}) const {
-        const CheckoutIndex index(folder / "checkout", on_progress);
-        static_cast<void>(index.connect()->read());
-        return rows_in(index.name());
-    }
-    [[nodiscard]] std::string new_rows() const {
-        import_sources({.folder = folder / "checkout"}, *SqliteIndex(folder / "new.db").replace(), {});
-        return rows_in(folder / "new.db");
-    }
-    [[nodiscard]] fs::path kept_folder() const {
-        return fs::path(CheckoutIndex(folder / "checkout", {}).name()).parent_path();
-    }
-
-    // The exit code of a process that does this.
-    static int in_child(const std::function<void()>& work) {
-        const pid_t child = fork();
-        if (child == 0) {
-            work();
-            _exit(0);
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    const AsAnybody anybody;
-    TemporaryFolder folder;
-};
-
 struct Edited {
     std::string path;
     std::vector<std::string> texts;
@@ -110,19 +36,24 @@ const std::vector<Edited> EDITED{
     {"go.mod", {"module example.org/m\n", "module example.org/n\n"}},
     {"a/a.go",
      {"package a\n\nfunc A() {}\n", "package a\n\n// Says.\nfunc A() {}\n\nfunc C() {}\n", "package a\n\xFF"}},
-    {"a/c.go", {"package a\n\nfunc A() {}\n", "package a\n\nfunc D() { A() }\n"}},
+    {"a/c.go",
+     {"package a\n\nfunc A() {}\n", "package a\n\nfunc D() { A() }\n", "package a\n\nfunc D() {\n\tD()\n}\n"}},
     {"w/package.json", {R"({"workspaces": ["p"]})", "{}"}},
     {"w/pnpm-workspace.yaml", {"packages:\n  - p\n", "packages:\n  - q\n"}},
     {"w/p/package.json", {R"({"name": "p", "main": "lib/index.js"})", R"({"name": "p", "main": "other.ts"})", "{"}},
     {"w/p/src/index.ts", {"export function f() {}\n", "export class f {}\n"}},
     {"w/p/other.ts", {"export function f() {}\n"}},
     {"w/p/lib/index.js", {"exports.f = 1\n"}},
-    {"w/q/use.ts", {"import { f } from \"p\";\nf();\n", "import { f } from \"../p/other\";\nf();\n"}},
+    {"w/q/use.ts",
+     {"import { f } from \"p\";\nf();\n", "import { f } from \"../p/other\";\nf();\n",
+      "import { f } from \"../p/other\";\n\n"}},
     {"s/pkg/__init__.py", {"", "from .x import X\n"}},
     {"s/pkg/x.py", {"class X:\n    def m(self): pass\n", "X = 1\n"}},
-    {"s/use.py", {"from pkg import X\nX().m()\n", "import pkg.x\npkg.x.X()\n"}},
+    {"s/use.py", {"from pkg import X\nX().m()\n", "from pkg import X\nX\n", "import pkg.x\npkg.x.X()\n"}},
     {"c/t.h", {"struct T { int a; };\n", "class T { public: int a; };\n"}},
-    {"c/t.c", {"#include \"t.h\"\nint f(struct T *t) { return t->a; }\n"}},
+    {"c/t.c",
+     {"#include \"t.h\"\nint f(struct T *t) { return t->a; }\n",
+      "#include \"t.h\"\n\nint f(struct T *t) { return f(t) + t->b; }\n"}},
     {".gitignore", {"a/c.go\n", "*.py\n", ""}},
     {".gitattributes", {"w/p/lib/* linguist-generated\n", "a.go linguist-vendored\n", ""}},
     {".wiki-scope.toml", {"exclude = [\"a/a.go\"]\n", "test = [\"a/\"]\n", ""}},

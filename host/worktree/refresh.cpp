@@ -1,0 +1,155 @@
+#include "host/worktree/refresh.h"
+
+#include "host/files/text_spool.h"
+#include "host/indexing/file_rows.h"
+#include "host/indexing/revision.h"
+#include "host/manifests/manifests.h"
+#include "host/resolve/resolver.h"
+#include "host/rules/test_paths.h"
+#include "host/sqlite/revised_sqlite_index.h"
+#include "host/worktree/all_cores.h"
+#include "host/worktree/extract.h"
+#include "host/worktree/source_reading.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <iterator>
+#include <map>
+#include <string>
+#include <utility>
+
+namespace host::worktree {
+
+namespace {
+
+class Refresh {
+  public:
+    Refresh(const Checkout& checkout, const ListedSources& listed, const IndexedSources& indexed, TextSpool& spool)
+        : listed_(listed), indexed_(indexed), spool_(spool), reading_(checkout, &indexed.facts, spool),
+          files_(listed.sources.size()) {}
+
+    // Reads the changed files, and of others the surfaces. Returns whether all have the surfaces that they had.
+    bool read(indexing::Progress& progress) {
+        // The changed ones first: the longest part of the work is to parse them.
+        std::vector<std::uint32_t> order = indexed_.changed;
+        for (std::uint32_t file = 0; file < files_.size(); ++file) {
+            if (!is_changed(file)) {
+                order.push_back(file);
+            }
+        }
+        std::atomic<bool> are_equal = true;
+        on_all_cores(
+            order.size(),
+            [&](std::size_t at) {
+                if (are_equal && !(is_changed(order[at]) ? read_changed(order[at]) : read_surface(order[at]))) {
+                    are_equal = false;
+                }
+            },
+            [&](std::size_t) { progress.report(); });
+        return are_equal;
+    }
+
+    // Links the surfaces, and resolves the changed files.
+    std::optional<Revision> revise(std::vector<resolve::Package> packages, const IndexState& state,
+                                   indexing::Progress& progress) {
+        resolve::Repository repository{.files = {}, .packages = std::move(packages)};
+        for (const ReadFile& file : files_) {
+            repository.files.push_back({file.path, file.facts.dialect, &file.facts.syntax});
+        }
+        const resolve::Resolver resolver(repository);
+        progress.report();
+        std::vector<resolve::References> references(files_.size());
+        on_all_cores(
+            indexed_.changed.size(),
+            [&](std::size_t at) { references[indexed_.changed[at]] = resolver.references_of(indexed_.changed[at]); },
+            [&](std::size_t) { progress.report(); });
+        std::map<std::string, std::int64_t> unresolved;
+        for (const std::uint32_t file : indexed_.changed) {
+            unresolved_[file] = references[file].unresolved;
+            unresolved[std::string(files_[file].facts.language)] +=
+                references[file].unresolved - indexed_.sources[file].unresolved;
+        }
+        indexing::ImportReport report;
+        const indexing::Extraction extraction = extract(files_, repository, resolver, references, report);
+        return indexing::revise(extraction, indexed_.changed, state, unresolved, spool_);
+    }
+
+    [[nodiscard]] std::vector<ImportedSource> sources() const {
+        std::vector<ImportedSource> sources = indexed_.sources;
+        for (const auto& [file, unresolved] : unresolved_) {
+            sources[file] = {files_[file].content_hash, unresolved};
+        }
+        return sources;
+    }
+
+  private:
+    [[nodiscard]] bool is_changed(std::uint32_t file) const {
+        return std::ranges::binary_search(indexed_.changed, file);
+    }
+
+    [[nodiscard]] std::optional<SourceFacts> old_surface(std::uint32_t file) const {
+        const std::string& path = listed_.sources[file].path;
+        const std::int64_t hash = indexed_.sources[file].content_hash;
+        return hash == 0 ? surface_of(facts_of_name(path)) : indexed_.facts.find_surface(hash, path);
+    }
+
+    bool read_surface(std::uint32_t file) {
+        std::optional<SourceFacts> surface = old_surface(file);
+        if (!surface) {
+            return false;
+        }
+        files_[file].path = listed_.sources[file].path;
+        files_[file].content_hash = indexed_.sources[file].content_hash;
+        files_[file].facts = std::move(*surface);
+        files_[file].declarations = spooled(files_[file].facts.declarations, spool_);
+        return true;
+    }
+
+    bool read_changed(std::uint32_t file) {
+        files_[file] = reading_.read(listed_.sources[file].path, 0);
+        const bool can_be_read = files_[file].content_hash != 0 && indexed_.sources[file].content_hash != 0;
+        const std::optional<SourceFacts> surface = old_surface(file);
+        return can_be_read && surface && to_bytes(surface_of(files_[file].facts)) == to_bytes(*surface);
+    }
+
+    const ListedSources& listed_;
+    const IndexedSources& indexed_;
+    TextSpool& spool_;
+    const SourceReading reading_;
+    std::vector<ReadFile> files_;
+    std::map<std::uint32_t, std::int64_t> unresolved_;  // of the changed files
+};
+
+std::vector<RowId> ids_of(const std::vector<std::uint32_t>& files) {
+    std::vector<RowId> ids;
+    std::ranges::transform(files, std::back_inserter(ids), indexing::RowIds::of_file);
+    return ids;
+}
+
+}  // namespace
+
+std::optional<std::vector<ImportedSource>> refresh_listed(const Checkout& checkout, const ListedSources& listed,
+                                                          const RepositoryRules& rules, const IndexedSources& indexed,
+                                                          const SqliteIndex& index, indexing::Progress& progress) {
+    try {
+        RevisedSqliteIndex revised(index.name(), [&] { progress.report(); });
+        TextSpool spool(revised.scratch_path("texts"));
+        Refresh refresh(checkout, listed, indexed, spool);
+        if (!refresh.read(progress)) {
+            return std::nullopt;
+        }
+        const PathRules tests(rules.tests);
+        const TestRulesInForce in_force(tests);
+        const std::optional<Revision> revision = refresh.revise(manifests::packages_of(checkout, listed.paths),
+                                                                revised.state(ids_of(indexed.changed)), progress);
+        if (revision) {
+            revised.commit(*revision);
+        }
+        return revision ? std::optional(refresh.sources()) : std::nullopt;
+    } catch (const IndexError&) {  // which the import replaces
+        return std::nullopt;
+    }
+}
+
+}  // namespace host::worktree
