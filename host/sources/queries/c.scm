@@ -1,41 +1,66 @@
 ; What is declared.
-(declaration declarator: (identifier) @name) @binding @variable
-(declaration declarator: (pointer_declarator declarator: (identifier) @name)) @binding @variable
-(declaration declarator: (array_declarator declarator: (identifier) @name)) @binding @variable
-(declaration declarator: (array_declarator declarator: (array_declarator declarator: (identifier) @name))) @binding @variable
-(declaration declarator: (pointer_declarator declarator: (array_declarator declarator: (identifier) @name))) @binding @variable
-(declaration declarator: (pointer_declarator declarator: (pointer_declarator declarator: (identifier) @name))) @binding @variable
-(declaration declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (identifier) @name)))) @binding @variable
-(declaration declarator: (init_declarator declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (identifier) @name))) value: (_) @value)) @binding @variable
-(declaration declarator: (init_declarator declarator: (identifier) @name value: (_) @value)) @binding @variable
-(declaration declarator: (init_declarator declarator: (pointer_declarator declarator: (identifier) @name) value: (_) @value)) @binding @variable
-(declaration declarator: (init_declarator declarator: (array_declarator declarator: (identifier) @name) value: (_) @value)) @binding @variable
-(declaration declarator: (init_declarator declarator: (pointer_declarator declarator: (array_declarator declarator: (identifier) @name)) value: (_) @value)) @binding @variable
-(declaration declarator: (init_declarator declarator: (array_declarator declarator: (array_declarator declarator: (identifier) @name)) value: (_) @value)) @binding @variable
-(function_definition declarator: (function_declarator declarator: (identifier) @name) body: (_) @body) @function
-(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name)) body: (_) @body) @function
-(function_definition declarator: (pointer_declarator declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))) body: (_) @body) @function
-(declaration declarator: (function_declarator declarator: (identifier) @name)) @function
-(declaration declarator: (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))) @function
+(declaration
+  declarator: [
+    (identifier) @name
+    (pointer_declarator declarator: [
+      (identifier) @name
+      (array_declarator declarator: (identifier) @name)
+      (pointer_declarator declarator: (identifier) @name)
+    ])
+    (array_declarator declarator: [(identifier) @name (array_declarator declarator: (identifier) @name)])
+    (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (identifier) @name)))
+    (init_declarator
+      declarator: [
+        (identifier) @name
+        (pointer_declarator declarator: [(identifier) @name (array_declarator declarator: (identifier) @name)])
+        (array_declarator declarator: [(identifier) @name (array_declarator declarator: (identifier) @name)])
+        (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (identifier) @name)))
+      ]
+      value: (_) @value)
+  ]) @binding @variable
+(function_definition
+  declarator: [
+    (function_declarator declarator: (identifier) @name)
+    (pointer_declarator declarator: [
+      (function_declarator declarator: (identifier) @name)
+      (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))
+    ])
+  ]
+  body: (_) @body) @function
+(declaration
+  declarator: [
+    (function_declarator declarator: (identifier) @name)
+    (pointer_declarator declarator: (function_declarator declarator: (identifier) @name))
+  ]) @function
 (struct_specifier name: (type_identifier) @name body: (_) @body) @struct
 (union_specifier name: (type_identifier) @name body: (_) @body) @struct
 (enum_specifier name: (type_identifier) @name body: (_) @body) @enum
 (enumerator name: (_) @name) @constant
-(field_declaration declarator: (field_identifier) @name) @attribute
-(field_declaration declarator: (pointer_declarator declarator: (field_identifier) @name)) @attribute
-(field_declaration declarator: (pointer_declarator declarator: (pointer_declarator declarator: (field_identifier) @name))) @attribute
-(field_declaration declarator: (pointer_declarator declarator: (array_declarator declarator: (field_identifier) @name))) @attribute
-(field_declaration declarator: (array_declarator declarator: (field_identifier) @name)) @attribute
-(field_declaration declarator: (array_declarator declarator: (array_declarator declarator: (field_identifier) @name))) @attribute
-(field_declaration declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (field_identifier) @name)))) @attribute
-(field_declaration declarator: (pointer_declarator declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (field_identifier) @name))))) @attribute
-(field_declaration declarator: (pointer_declarator declarator: (array_declarator declarator: (array_declarator declarator: (field_identifier) @name)))) @attribute
-(type_definition declarator: (type_identifier) @name) @type
-(type_definition declarator: (array_declarator declarator: (type_identifier) @name)) @type
-(type_definition declarator: (function_declarator declarator: (type_identifier) @name)) @type
-(type_definition declarator: (pointer_declarator declarator: (type_identifier) @name)) @type
-(type_definition declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (type_identifier) @name)))) @type
-(type_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (type_identifier) @name))))) @type
+(field_declaration
+  declarator: [
+    (field_identifier) @name
+    (pointer_declarator declarator: [
+      (field_identifier) @name
+      (pointer_declarator declarator: (field_identifier) @name)
+      (array_declarator declarator: [(field_identifier) @name (array_declarator declarator: (field_identifier) @name)])
+      (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (field_identifier) @name)))
+    ])
+    (array_declarator declarator: [(field_identifier) @name (array_declarator declarator: (field_identifier) @name)])
+    (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (field_identifier) @name)))
+  ]) @attribute
+(type_definition
+  declarator: [
+    (type_identifier) @name
+    (array_declarator declarator: (type_identifier) @name)
+    (function_declarator declarator: [
+      (type_identifier) @name
+      (parenthesized_declarator (pointer_declarator declarator: (type_identifier) @name))
+    ])
+    (pointer_declarator declarator: [
+      (type_identifier) @name
+      (function_declarator declarator: (parenthesized_declarator (pointer_declarator declarator: (type_identifier) @name)))
+    ])
+  ]) @type
 (preproc_def name: (_) @name) @constant
 (preproc_function_def name: (_) @name) @function
 

@@ -5,24 +5,49 @@
 (struct_specifier name: (qualified_identifier name: (type_identifier) @name) body: (_) @body) @struct
 (enum_specifier name: (qualified_identifier name: (type_identifier) @name) body: (_) @body) @enum
 (function_definition declarator: (reference_declarator (function_declarator declarator: (identifier) @name)) body: (_) @body) @function
-(function_definition declarator: (function_declarator declarator: [(field_identifier) (destructor_name) (operator_name)] @name)) @function
-(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: [(field_identifier) (operator_name)] @name))) @function
-(function_definition declarator: (pointer_declarator declarator: (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name)))) @function
-(function_definition declarator: (reference_declarator (function_declarator declarator: [(field_identifier) (operator_name)] @name))) @function
-(function_definition declarator: (function_declarator declarator: (qualified_identifier name: [(identifier) (destructor_name) (operator_name)] @name))) @declaration
-(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (qualified_identifier name: (identifier) @name)))) @declaration
-(function_definition declarator: (reference_declarator (function_declarator declarator: (qualified_identifier name: [(identifier) (operator_name)] @name)))) @declaration
-(function_definition declarator: (function_declarator declarator: (qualified_identifier name: (qualified_identifier name: [(identifier) (destructor_name) (operator_name)] @name)))) @declaration
-(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (qualified_identifier name: (qualified_identifier name: (identifier) @name))))) @declaration
-(function_definition declarator: (reference_declarator (function_declarator declarator: (qualified_identifier name: (qualified_identifier name: [(identifier) (operator_name)] @name))))) @declaration
-(declaration declarator: (reference_declarator (function_declarator declarator: (identifier) @name))) @function
-(declaration declarator: (function_declarator declarator: [(operator_name) (destructor_name)] @name)) @function
-(declaration declarator: (reference_declarator (identifier) @name)) @binding @variable
-(declaration declarator: (init_declarator declarator: (reference_declarator (identifier) @name) value: (_) @value)) @binding @variable
-(field_declaration declarator: (function_declarator declarator: [(field_identifier) (operator_name)] @name)) @method
-(field_declaration declarator: (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name))) @method
-(field_declaration declarator: (pointer_declarator declarator: (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name)))) @method
-(field_declaration declarator: (reference_declarator (function_declarator declarator: [(field_identifier) (operator_name)] @name))) @method
+(function_definition
+  declarator: [
+    (function_declarator declarator: [(field_identifier) (destructor_name) (operator_name)] @name)
+    (pointer_declarator declarator: [
+      (function_declarator declarator: [(field_identifier) (operator_name)] @name)
+      (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name))
+    ])
+    (reference_declarator (function_declarator declarator: [(field_identifier) (operator_name)] @name))
+  ]) @function
+(function_definition
+  declarator: [
+    (function_declarator declarator: (qualified_identifier name: [
+      (identifier) @name (destructor_name) @name (operator_name) @name
+      (qualified_identifier name: [(identifier) (destructor_name) (operator_name)] @name)
+    ]))
+    (pointer_declarator declarator: (function_declarator declarator: (qualified_identifier name: [
+      (identifier) @name
+      (qualified_identifier name: (identifier) @name)
+    ])))
+    (reference_declarator (function_declarator declarator: (qualified_identifier name: [
+      (identifier) @name (operator_name) @name
+      (qualified_identifier name: [(identifier) (operator_name)] @name)
+    ])))
+  ]) @declaration
+(declaration
+  declarator: [
+    (function_declarator declarator: [(operator_name) (destructor_name)] @name)
+    (reference_declarator (function_declarator declarator: (identifier) @name))
+  ]) @function
+(declaration
+  declarator: [
+    (reference_declarator (identifier) @name)
+    (init_declarator declarator: (reference_declarator (identifier) @name) value: (_) @value)
+  ]) @binding @variable
+(field_declaration
+  declarator: [
+    (function_declarator declarator: [(field_identifier) (operator_name)] @name)
+    (pointer_declarator declarator: [
+      (function_declarator declarator: (field_identifier) @name)
+      (pointer_declarator declarator: (function_declarator declarator: (field_identifier) @name))
+    ])
+    (reference_declarator (function_declarator declarator: [(field_identifier) (operator_name)] @name))
+  ]) @method
 (field_declaration declarator: (reference_declarator (field_identifier) @name)) @attribute
 (alias_declaration name: (_) @name) @type
 (concept_definition name: (_) @name) @interface
@@ -34,12 +59,17 @@
   (preproc_ifdef (function_definition) @method)
   (preproc_if (function_definition) @method)
 ])
-(function_definition declarator: (function_declarator declarator: (qualified_identifier scope: (template_type)))) @method
-(function_definition declarator: (pointer_declarator declarator: (function_declarator declarator: (qualified_identifier scope: (template_type))))) @method
-(function_definition declarator: (reference_declarator (function_declarator declarator: (qualified_identifier scope: (template_type))))) @method
+(function_definition
+  declarator: [
+    (function_declarator declarator: (qualified_identifier scope: (template_type)))
+    (pointer_declarator declarator: (function_declarator declarator: (qualified_identifier scope: (template_type))))
+    (reference_declarator (function_declarator declarator: (qualified_identifier scope: (template_type))))
+    (function_declarator declarator: (qualified_identifier name: [
+      (destructor_name)
+      (qualified_identifier name: (destructor_name))
+    ]))
+  ]) @method
 (declaration declarator: (function_declarator declarator: (destructor_name))) @method
-(function_definition declarator: (function_declarator declarator: (qualified_identifier name: (destructor_name)))) @method
-(function_definition declarator: (function_declarator declarator: (qualified_identifier name: (qualified_identifier name: (destructor_name))))) @method
 (field_declaration_list [
   (declaration !type declarator: (function_declarator declarator: (identifier)))
   (function_definition !type declarator: (function_declarator declarator: (identifier)))
