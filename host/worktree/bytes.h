@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <ios>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -29,10 +29,12 @@ inline std::string bytes_of_file(const std::string& path) {
     if (!std::filesystem::is_regular_file(path, error)) {
         return "";
     }
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    std::string bytes(error ? 0 : static_cast<std::size_t>(size), '\0');
     std::ifstream file(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    return bytes;
 }
 
 /// Thrown for bytes that are not what was written.
