@@ -100,23 +100,23 @@ TEST_F(KeptRows, AreThoseOfANewIndexAfterAChangeWhileTheyWereMade) {
         std::string before;
         std::string after;
     };
-    for (const auto& [path, before, after] : std::vector<Change>{
+    for (const Change& change : std::vector<Change>{
              {"go.mod", "module example.org/m\n", "module example.org/n\n"},
              {"a/a.go", "package a\n\nfunc A() {}\n", "package a\n\nfunc Z() {}\n"},
              {".gitattributes", "", "a.go linguist-generated\n"},
              {".wiki-scope.toml", "", "exclude = [\"a/\"]\n"},
          }) {
         for (std::int64_t step = 1; step <= 9; ++step) {
-            write(path, before);
-            write("d.go", "package d // " + path + std::to_string(step));
+            write(change.path, change.before);
+            write("d.go", "package d // " + change.path + std::to_string(step));
             static_cast<void>(kept_rows([&](std::int64_t done, std::int64_t) {
                 if (done >= step) {
-                    write(path, after);
+                    write(change.path, change.after);
                 }
             }));
-            EXPECT_EQ(kept_rows(), new_rows()) << path << " at step " << step;
+            EXPECT_EQ(kept_rows(), new_rows()) << change.path << " at step " << step;
         }
-        fs::remove(folder / ("checkout/" + path));
+        fs::remove(folder / ("checkout/" + change.path));
     }
 }
 
