@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -100,7 +101,8 @@ bool is_whole(const Tree& tree) {
 
 // The tree of the text, or of the text rewritten or mended where that is damaged no more, or less.
 Tree best_tree(string_view text, const Language& language, Limits limits) {
-    Tree rewritten = language.rewrite == nullptr ? nullptr : parse(language.rewrite(text), language, limits);
+    const std::string rewriting = language.rewrite == nullptr ? std::string(text) : language.rewrite(text);
+    Tree rewritten = rewriting == text ? nullptr : parse(rewriting, language, limits);
     if (is_whole(rewritten)) {
         return rewritten;
     }
@@ -113,7 +115,7 @@ Tree best_tree(string_view text, const Language& language, Limits limits) {
 }
 
 // Whether a tree may be that of a source: nothing nests as deep, and no damaged node is as wide, as what keeps a query
-// busy for minutes. Its time grows with the square of either.
+// busy for minutes. Its time grows with the square of either. Looks only into nodes that hold enough to be either.
 bool is_of_a_source(const TSNode& root) {
     constexpr std::size_t DEEPEST = 2'000;
     constexpr std::size_t WIDEST = 10'000;
@@ -122,10 +124,11 @@ bool is_of_a_source(const TSNode& root) {
     std::vector<std::size_t> places{0};  // of the nodes from the root to here, among their siblings
     std::vector<bool> damage{false};     // of their parents
     while (places.size() <= DEEPEST && !(damage.back() && places.back() > WIDEST)) {
-        const bool is_damaged = ts_node_has_error(ts_tree_cursor_current_node(&cursor));
-        if (ts_tree_cursor_goto_first_child(&cursor)) {
+        const TSNode node = ts_tree_cursor_current_node(&cursor);
+        const bool may_be_too_deep = places.size() + ts_node_descendant_count(node) > DEEPEST;
+        if (may_be_too_deep && ts_tree_cursor_goto_first_child(&cursor)) {
             places.push_back(0);
-            damage.push_back(is_damaged);
+            damage.push_back(ts_node_has_error(node));
             continue;
         }
         while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
