@@ -265,25 +265,53 @@ class OutlineReader {
     std::int32_t last_column_ = 0;
 };
 
-}  // namespace
+// A text that has been parsed in a language.
+class ParsedText {
+  public:
+    ParsedText(string_view text, const Language& language, SyntaxTree tree)
+        : text_(text), language_(&language), tree_(std::move(tree)), captures_(captures_in(tree_, text, language)) {}
 
-std::optional<Outline> outline_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
-                                  Content content) {
+    [[nodiscard]] std::size_t damage() const { return captures_.damage; }
+
+    // Whether another language may suit the text as well: a part does not parse, and it holds nothing that only C++ has.
+    [[nodiscard]] bool may_be_of_another() const { return captures_.is_damaged && !captures_.is_cpp; }
+
+    [[nodiscard]] Outline outline(Content content) && {
+        Outline outline = OutlineReader(text_, *language_, std::move(captures_)).outline();
+        if (content == Content::NAMES && language_->read_syntax != nullptr) {
+            outline.syntax = language_->read_syntax(text_, tree_.root());
+        }
+        return outline;
+    }
+
+  private:
+    string_view text_;
+    const Language* language_;
+    SyntaxTree tree_;
+    Captures captures_;
+};
+
+std::optional<ParsedText> parsed_text(string_view text, const Language& language,
+                                      const std::atomic<bool>& is_cancelled) {
     if (text.starts_with(BYTE_ORDER_MARK)) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }
     if (text.size() > LARGEST_SOURCE || !is_utf8(text)) {
         return std::nullopt;
     }
-    const std::optional<SyntaxTree> tree = parsed(text, language, is_cancelled);
-    if (!tree) {
-        return std::nullopt;
-    }
-    Outline outline = OutlineReader(text, language, captures_in(*tree, text, language)).outline();
-    if (content == Content::NAMES && language.read_syntax != nullptr) {
-        outline.syntax = language.read_syntax(text, tree->root());
-    }
-    return outline;
+    std::optional<SyntaxTree> tree = parsed(text, language, is_cancelled);
+    return tree ? std::optional<ParsedText>(std::in_place, text, language, std::move(*tree)) : std::nullopt;
+}
+
+std::optional<Outline> outline_of(std::optional<ParsedText> parsed, Content content) {
+    return parsed ? std::optional(std::move(*parsed).outline(content)) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Outline> outline_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
+                                  Content content) {
+    return outline_of(parsed_text(text, language, is_cancelled), content);
 }
 
 std::optional<Outline> outline_of(string_view text, string_view stated_language, string_view path,
@@ -292,13 +320,15 @@ std::optional<Outline> outline_of(string_view text, string_view stated_language,
     if (language == nullptr) {
         return std::nullopt;
     }
-    std::optional<Outline> outline = outline_of(text, *language, is_cancelled, content);
+    std::optional<ParsedText> parsed = parsed_text(text, *language, is_cancelled);
     const Language* const usual = understood_language(usual_language(path), path);
-    if (stated_language.empty() && usual != language && outline && outline->is_damaged && !outline->is_cpp) {
-        std::optional<Outline> in_c = outline_of(text, *usual, is_cancelled, content);
-        return in_c && in_c->damage <= outline->damage ? std::move(in_c) : std::move(outline);
+    if (stated_language.empty() && usual != language && parsed && parsed->may_be_of_another()) {
+        std::optional<ParsedText> in_c = parsed_text(text, *usual, is_cancelled);
+        if (in_c && in_c->damage() <= parsed->damage()) {
+            return std::move(*in_c).outline(content);
+        }
     }
-    return outline;
+    return outline_of(std::move(parsed), content);
 }
 
 }  // namespace host::sources
