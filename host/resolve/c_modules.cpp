@@ -4,6 +4,7 @@
 #include "host/resolve/paths.h"
 
 #include <algorithm>
+#include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -17,24 +18,22 @@ namespace {
 class CModules : public ModuleRules {
   public:
     explicit CModules(Catalog& catalog)
-        : catalog_(catalog), files_(catalog.repository()), program_(catalog.module("c:")), included_(catalog.files()),
-          includers_(catalog.files()) {
+        : catalog_(catalog), files_(catalog.repository()), program_(catalog.module("c:")), built_(catalog.files()),
+          left_out_(catalog.files()), includers_(catalog.files()), reached_(catalog.files()) {
         for (FileId file = 0; file < catalog.files(); ++file) {
             if (catalog.file(file).language == "c" || catalog.file(file).language == "cpp") {
                 catalog.set_module(file, program_);
                 by_name_[file_name(catalog.file(file).path)].push_back(file);
             }
         }
-        Includes includes(catalog.files());
+        FilesOfFiles always(catalog.files());
+        std::vector<FileId> of_other_systems;
         for (FileId file = 0; file < catalog.files(); ++file) {
             if (catalog.module_of(file) == program_) {
-                add_includes(file, includes);
+                add_includes(file, always, of_other_systems);
             }
         }
-        leave_out(std::move(includes.of_other_systems), includes.always);
-        for (FileId file = 0; file < catalog.files(); ++file) {
-            add_reached(file, includes);
-        }
+        leave_out(std::move(of_other_systems), always);
     }
 
     [[nodiscard]] Found find(FileId from, const syntax::Import& import) const override {
@@ -55,12 +54,11 @@ class CModules : public ModuleRules {
     [[nodiscard]] Container root(FileId /*file*/) const override { return program_; }
 
     [[nodiscard]] bool sees(FileId from, FileId of) const override {
-        return std::ranges::binary_search(included_[from], of);
+        return std::ranges::binary_search(reached_from(from).files, of);
     }
 
     [[nodiscard]] bool sees_only_elsewhere(FileId from, FileId of) const override {
-        const auto found = included_elsewhere_.find(from);
-        return found != included_elsewhere_.end() && std::ranges::binary_search(found->second, of);
+        return std::ranges::binary_search(reached_from(from).elsewhere, of);
     }
 
     [[nodiscard]] bool sees_where_included(FileId from, FileId of) const override {
@@ -70,10 +68,7 @@ class CModules : public ModuleRules {
                std::ranges::all_of(includers, [&](FileId each) { return each == of || sees(each, of); });
     }
 
-    [[nodiscard]] bool is_open(FileId file) const override {
-        return open_.contains(file) ||
-               std::ranges::any_of(included_[file], [&](FileId each) { return open_.contains(each); });
-    }
+    [[nodiscard]] bool is_open(FileId file) const override { return reached_from(file).is_open; }
 
   private:
     [[nodiscard]] bool is_include(FileId file, const syntax::Import& import) const {
@@ -117,16 +112,8 @@ class CModules : public ModuleRules {
 
     using FilesOfFiles = std::vector<std::vector<FileId>>;
 
-    struct Includes {
-        explicit Includes(std::size_t files) : built(files), left_out(files), always(files) {}
-
-        FilesOfFiles built;     // by file: what it includes where a build may take that
-        FilesOfFiles left_out;  // and where none does
-        FilesOfFiles always;    // by header: what always includes it
-        std::vector<FileId> of_other_systems;
-    };
-
-    void add_includes(FileId file, Includes& includes) {
+    // `always` is of each header what always includes it.
+    void add_includes(FileId file, FilesOfFiles& always, std::vector<FileId>& of_other_systems) {
         for (const syntax::Import& import : catalog_.syntax(file).imports) {
             if (!is_include(file, import)) {
                 continue;
@@ -134,11 +121,11 @@ class CModules : public ModuleRules {
             const std::optional<FileId> header = find_header(file, import);
             const bool is_always = import.built == syntax::Built::ALWAYS;
             if (header) {
-                (import.built == syntax::Built::NEVER ? includes.left_out : includes.built)[file].push_back(*header);
+                (import.built == syntax::Built::NEVER ? left_out_ : built_)[file].push_back(*header);
                 includers_[*header].push_back(file);
-                includes.always[*header].insert(includes.always[*header].end(), is_always ? 1 : 0, file);
+                always[*header].insert(always[*header].end(), is_always ? 1 : 0, file);
             } else if (is_always && is_header_of_other_system(catalog_.syntax(file).name(import.module))) {
-                includes.of_other_systems.push_back(file);
+                of_other_systems.push_back(file);
             } else if (!import.is_system) {
                 open_.insert(file);
             }
@@ -157,9 +144,23 @@ class CModules : public ModuleRules {
         }
     }
 
-    void add_reached(FileId file, const Includes& includes) {
-        std::vector<FileId>& reached = included_[file];
-        std::vector<bool> is_known(includes.built.size(), false);
+    // What a file includes, at any depth.
+    struct Reached {
+        std::once_flag once;
+        std::vector<FileId> files;      // ascending
+        std::vector<FileId> elsewhere;  // of these what no build takes in; ascending
+        bool is_open = false;           // whether a header is not found, of the file or of one of these
+    };
+
+    // Found when it is first asked for: by the thread that resolves the file, mostly.
+    [[nodiscard]] const Reached& reached_from(FileId file) const {
+        Reached& reached = reached_[file];
+        std::call_once(reached.once, [&] { find_reached(file, reached); });
+        return reached;
+    }
+
+    void find_reached(FileId file, Reached& reached) const {
+        std::vector<bool> is_known(built_.size(), false);
         const auto follow = [&](std::vector<FileId> waiting, bool is_built) {
             while (!waiting.empty()) {
                 const FileId next = waiting.back();
@@ -168,37 +169,38 @@ class CModules : public ModuleRules {
                     continue;
                 }
                 is_known[next] = true;
-                reached.push_back(next);
-                waiting.insert(waiting.end(), includes.built[next].begin(), includes.built[next].end());
+                reached.files.push_back(next);
+                waiting.insert(waiting.end(), built_[next].begin(), built_[next].end());
                 if (!is_built) {
-                    waiting.insert(waiting.end(), includes.left_out[next].begin(), includes.left_out[next].end());
+                    waiting.insert(waiting.end(), left_out_[next].begin(), left_out_[next].end());
                 }
             }
         };
-        follow(includes.built[file], true);
-        const std::size_t built = reached.size();
-        std::vector<FileId> elsewhere = includes.left_out[file];
+        follow(built_[file], true);
+        const std::size_t built = reached.files.size();
+        std::vector<FileId> elsewhere = left_out_[file];
         for (std::size_t at = 0; at < built; ++at) {
-            elsewhere.insert(elsewhere.end(), includes.left_out[reached[at]].begin(),
-                             includes.left_out[reached[at]].end());
+            const std::vector<FileId>& left_out = left_out_[reached.files[at]];
+            elsewhere.insert(elsewhere.end(), left_out.begin(), left_out.end());
         }
         follow(std::move(elsewhere), false);
-        if (reached.size() > built) {
-            std::vector<FileId>& alone = included_elsewhere_[file];
-            alone.assign(reached.begin() + static_cast<std::ptrdiff_t>(built), reached.end());
-            std::ranges::sort(alone);
-        }
-        std::ranges::sort(reached);
+        reached.elsewhere.assign(reached.files.begin() + static_cast<std::ptrdiff_t>(built), reached.files.end());
+        reached.is_open = open_.contains(file) ||
+                          std::ranges::any_of(reached.files, [&](FileId each) { return open_.contains(each); });
+        reached.files.shrink_to_fit();
+        std::ranges::sort(reached.files);
+        std::ranges::sort(reached.elsewhere);
     }
 
     Catalog& catalog_;
     FilesByPath files_;
     Container program_;
     std::unordered_map<std::string_view, std::vector<FileId>> by_name_;
-    std::vector<std::vector<FileId>> included_;  // by file: all that it includes, at any depth, ascending
-    std::unordered_map<FileId, std::vector<FileId>> included_elsewhere_;  // of it, what no build takes in; ascending
-    std::vector<std::vector<FileId>> includers_;                          // by header
-    std::unordered_set<FileId> open_;  // with an #include of a header that is not found
+    FilesOfFiles built_;                    // by file: what it includes itself, where a build may take that
+    FilesOfFiles left_out_;                 // and where none does
+    FilesOfFiles includers_;                // by header
+    std::unordered_set<FileId> open_;       // with an #include of a header that is not found
+    mutable std::vector<Reached> reached_;  // by file
 };
 
 }  // namespace
