@@ -49,10 +49,11 @@ Catalog::Catalog(const Repository& repository)
     for (FileId file = 0; file < files(); ++file) {
         std::vector<Name>& names = names_of_files_.emplace_back();
         names.reserve(syntax(file).names.size());
-        for (const std::string& each : syntax(file).names) {
-            const auto [found, is_new] = names_.emplace(each, static_cast<Name>(names_.size()));
+        for (syntax::NameId each = 0; each < syntax(file).names.size(); ++each) {
+            const std::string_view spelling = syntax(file).name(each);
+            const auto [found, is_new] = names_.try_emplace(spelling, static_cast<Name>(names_.size()));
             if (is_new) {
-                spellings_.emplace_back(each);
+                spellings_.push_back(spelling);
             }
             names.push_back(found->second);
         }

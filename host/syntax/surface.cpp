@@ -68,7 +68,7 @@ class Surface {
     NameId name(NameId id) {
         if (names_[id] == NEW) {
             names_[id] = static_cast<NameId>(to_.names.size());
-            to_.names.push_back(from_.names[id]);
+            to_.names.add(from_.names[id]);
         }
         return names_[id];
     }

@@ -13,16 +13,14 @@
 // what the file says of its value.
 #pragma once
 
+#include "host/syntax/names.h"
+
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 namespace host::syntax {
-
-/// Index in `Syntax::names`. 0 is the empty name.
-using NameId = std::uint32_t;
 
 /// Index in `Syntax::expressions`. 0 is the unknown value.
 using ExpressionId = std::uint32_t;
@@ -188,7 +186,7 @@ struct Mention {
 
 /// All that the text of one file states.
 struct Syntax {
-    std::vector<std::string> names{""};
+    Names names;
     std::vector<Expression> expressions{{}};
     std::vector<ExpressionId> lists{0};
     std::vector<Declaration> declarations;

@@ -41,11 +41,11 @@ SyntaxBuilder::SyntaxBuilder(Visibility visibility) : visibility_(visibility) {
 }
 
 NameId SyntaxBuilder::name(std::string_view text) {
-    const auto [found, is_new] = names_.emplace(text, static_cast<NameId>(syntax_.names.size()));
-    if (is_new) {
-        syntax_.names.emplace_back(text);
+    const auto found = names_.find(text);
+    if (found != names_.end()) {
+        return found->second;
     }
-    return found->second;
+    return names_.emplace(text, syntax_.names.add(text)).first->second;
 }
 
 ListId SyntaxBuilder::list(std::span<const ExpressionId> expressions) {
@@ -60,7 +60,7 @@ ListId SyntaxBuilder::list(std::span<const ExpressionId> expressions) {
 
 ExpressionId SyntaxBuilder::add(const Expression& expression) {
     const auto [found, is_new] =
-        expressions_.emplace(expression, static_cast<ExpressionId>(syntax_.expressions.size()));
+        expressions_.try_emplace(expression, static_cast<ExpressionId>(syntax_.expressions.size()));
     if (is_new) {
         syntax_.expressions.push_back(expression);
     }
@@ -124,7 +124,7 @@ ExpressionId SyntaxBuilder::use_member(ExpressionId of, const Token& token) {
 void SyntaxBuilder::mention(ExpressionId expression, const Token& token) {
     const Built built = built_at_line(token.line);
     const auto [found, is_new] =
-        mentions_.emplace(MentionKey{expression, token.role, built, token.arguments}, syntax_.mentions.size());
+        mentions_.try_emplace({expression, token.role, built, token.arguments}, syntax_.mentions.size());
     if (is_new) {
         syntax_.mentions.push_back({.expression = expression,
                                     .role = token.role,
@@ -174,12 +174,12 @@ void SyntaxBuilder::release(std::string_view name) {
 }
 
 bool SyntaxBuilder::is_bound(std::string_view name) const {
-    const auto known = names_.find(std::string(name));
+    const auto known = names_.find(name);
     return known != names_.end() && scopes_[scope_].locals.contains(known->second);
 }
 
 bool SyntaxBuilder::is_local(std::string_view name) const {
-    const auto known = names_.find(std::string(name));
+    const auto known = names_.find(name);
     return known != names_.end() && find_local(scope_, known->second) != nullptr;
 }
 
@@ -220,6 +220,12 @@ Syntax SyntaxBuilder::finish() {
         settle_names();
         drop_mentions_of_locals();
     }
+    syntax_.names.shrink_to_fit();
+    syntax_.expressions.shrink_to_fit();
+    syntax_.lists.shrink_to_fit();
+    syntax_.declarations.shrink_to_fit();
+    syntax_.imports.shrink_to_fit();
+    syntax_.mentions.shrink_to_fit();
     return std::move(syntax_);
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -137,6 +138,11 @@ class SyntaxBuilder {
         std::unordered_map<NameId, Local> locals = {};
     };
 
+    /// Lets a text be looked up that is no string.
+    struct NameHash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+
     struct ExpressionHash {
         std::size_t operator()(const Expression& expression) const;
     };
@@ -161,7 +167,7 @@ class SyntaxBuilder {
 
     Visibility visibility_;
     Syntax syntax_;
-    std::unordered_map<std::string, NameId> names_;
+    std::unordered_map<std::string, NameId, NameHash, std::equal_to<>> names_;
     std::unordered_map<Expression, ExpressionId, ExpressionHash> expressions_;
     std::map<std::vector<ExpressionId>, ListId> lists_;
     std::unordered_map<MentionKey, std::size_t, MentionHash> mentions_;

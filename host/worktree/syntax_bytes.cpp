@@ -83,8 +83,7 @@ void write_mention(ByteWriter& out, const Mention& mention) {
 // Reads a syntax whose numbers of things are known from the beginning.
 class SyntaxReader {
   public:
-    explicit SyntaxReader(ByteReader& in) : in_(in) {
-        syntax_.names.resize(in.count());
+    explicit SyntaxReader(ByteReader& in) : in_(in), names_(in.count()) {
         syntax_.expressions.resize(in.count());
         syntax_.lists.resize(in.count());
         syntax_.declarations.resize(in.count());
@@ -93,8 +92,8 @@ class SyntaxReader {
     }
 
     Syntax read() {
-        for (std::string& name : syntax_.names) {
-            name = in_.text();
+        while (syntax_.names.size() < names_) {
+            syntax_.names.add(in_.text());
         }
         syntax_.package = name();
         syntax_.constraint = name();
@@ -214,6 +213,7 @@ class SyntaxReader {
     }
 
     ByteReader& in_;
+    std::size_t names_;
     Syntax syntax_;
 };
 
@@ -235,8 +235,8 @@ void write_syntax(ByteWriter& out, const Syntax& syntax) {
          {names.size(), expressions.size(), lists.size(), declarations.size(), imports.size(), mentions.size()}) {
         out.number(size);
     }
-    for (const std::string& name : names) {
-        out.text(name);
+    for (syntax::NameId id = 1; id < names.size(); ++id) {  // the first is always the empty one
+        out.text(names[id]);
     }
     out.number(package);
     out.number(constraint);
