@@ -151,18 +151,25 @@ void Catalog::link() {
 }
 
 void Catalog::link_members() {
-    members_.clear();
+    struct Member {
+        Container home;
+        Name name;
+        Symbol symbol;
+    };
+    std::vector<Member> members;
     for (Symbol symbol = 0; symbol < symbols(); ++symbol) {
         if (homes_[symbol] != NONE) {
-            members_.push_back(symbol);
+            members.push_back({homes_[symbol], name_of(symbol), symbol});
         }
     }
-    std::ranges::sort(members_, {}, [&](Symbol symbol) { return std::tuple(homes_[symbol], name_of(symbol), symbol); });
+    std::ranges::sort(members, {}, [](const Member& each) { return std::tuple(each.home, each.name, each.symbol); });
+    members_.clear();
     member_names_.clear();
     std::vector<Container> containers;
-    for (const Symbol symbol : members_) {
-        member_names_.push_back(name_of(symbol));
-        containers.push_back(homes_[symbol]);
+    for (const Member& member : members) {
+        members_.push_back(member.symbol);
+        member_names_.push_back(member.name);
+        containers.push_back(member.home);
     }
     first_members_ = starts(containers, container_count_);
 }

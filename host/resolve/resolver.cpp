@@ -41,10 +41,12 @@ class Resolver::Linked {
   public:
     explicit Linked(const Repository& repository) : catalog_(repository), languages_(catalog_) {
         catalog_.link();
-        place_owned([](Kind kind) { return kind == Kind::TYPE; });  // in which others may have their place
-        catalog_.link();
-        place_owned([](Kind kind) { return kind != Kind::TYPE; });
-        catalog_.link();
+        if (place_owned([](Kind kind) { return kind == Kind::TYPE; })) {  // in which others may have their place
+            catalog_.link();
+        }
+        if (place_owned([](Kind kind) { return kind != Kind::TYPE; })) {
+            catalog_.link();
+        }
     }
 
     [[nodiscard]] References references_of(FileId file) const {
@@ -87,7 +89,8 @@ class Resolver::Linked {
 
   private:
     // Has what stands outside of its type be a member of that, and a type have the bases that are stated elsewhere.
-    void place_owned(bool (*is_wanted)(Kind)) {
+    // Returns whether there is any such, so that the catalog must be linked again.
+    [[nodiscard]] bool place_owned(bool (*is_wanted)(Kind)) {
         Evaluator evaluator(catalog_, languages_, further_bases_);
         std::vector<std::pair<Symbol, Symbol>> owned;
         for (Symbol symbol = 0; symbol < catalog_.symbols(); ++symbol) {
@@ -110,6 +113,7 @@ class Resolver::Linked {
                 }
             }
         }
+        return !owned.empty();
     }
 
     // The type, or the target of a pointer to it, that an expression means; NONE when nothing is known. Of several, as
