@@ -43,6 +43,11 @@ std::span<const Element> part(const std::vector<Element>& elements, const std::v
 
 }  // namespace
 
+bool may_define(const syntax::Declaration& definition, const syntax::Declaration& announced) {
+    return definition.is_definition && definition.kind == announced.kind &&
+           (definition.kind != syntax::Kind::FUNCTION || definition.most_arguments == announced.most_arguments);
+}
+
 Catalog::Catalog(const Repository& repository)
     : repository_(repository), modules_of_files_(files(), NONE), is_left_out_(files(), false),
       star_imports_of_files_(files()) {
@@ -172,6 +177,66 @@ void Catalog::link_members() {
         containers.push_back(member.home);
     }
     first_members_ = starts(containers, container_count_);
+    link_announcements();
+}
+
+void Catalog::link_announcements() {
+    alike_ = members_;
+    definitions_.clear();
+    definition_names_.clear();
+    for (std::size_t begin = 0, end = 0; begin < members_.size(); begin = end) {
+        const auto is_of_the_name = [&](std::size_t at) {
+            return member_names_[at] == member_names_[begin] && homes_[members_[at]] == homes_[members_[begin]];
+        };
+        bool has_announcements = false;
+        for (end = begin; end < members_.size() && is_of_the_name(end); ++end) {
+            has_announcements = has_announcements || !declaration(members_[end]).is_definition;
+        }
+        if (has_announcements) {
+            link_announcements(begin, end);
+        }
+    }
+    std::vector<Container> containers;
+    for (const Symbol symbol : definitions_) {
+        containers.push_back(homes_[symbol]);
+    }
+    first_definitions_ = starts(containers, container_count_);
+}
+
+// Links the announcements among all members of one name.
+void Catalog::link_announcements(std::size_t begin, std::size_t end) {
+    const std::size_t first_definition = definitions_.size();
+    for (std::size_t at = begin; at < end; ++at) {
+        if (declaration(members_[at]).is_definition) {
+            definitions_.push_back(members_[at]);
+            definition_names_.push_back(member_names_[at]);
+        }
+    }
+    const auto definitions = std::span(definitions_).subspan(first_definition);
+    std::vector<Symbol> firsts;  // of those that are alike
+    for (std::size_t at = begin; at < end; ++at) {
+        const Symbol symbol = members_[at];
+        const syntax::Declaration& announced = declaration(symbol);
+        const auto is_defined = [&](bool is_private) {
+            return std::ranges::any_of(definitions, [&](Symbol each) {
+                const bool is_of_the_file = !is_private || file_of(each) == file_of(symbol);
+                return declaration(each).is_private == is_private && is_of_the_file &&
+                       may_define(declaration(each), announced);
+            });
+        };
+        if (announced.is_definition || is_defined(true) || !is_defined(false)) {
+            continue;
+        }
+        const auto first = std::ranges::find_if(firsts, [&](Symbol each) {
+            return declaration(each).kind == announced.kind && built(each) == built(symbol) &&
+                   declaration(each).most_arguments == announced.most_arguments;
+        });
+        if (first == firsts.end()) {
+            firsts.push_back(symbol);
+        } else {
+            alike_[at] = *first;
+        }
+    }
 }
 
 void Catalog::link_imports() {
@@ -221,6 +286,14 @@ Name Catalog::bound_name(const ImportPlace& place) const {
 
 std::span<const Symbol> Catalog::members(Container container, Name name) const {
     return part(members_, member_names_, first_members_, container, name);
+}
+
+std::span<const Symbol> Catalog::alike(Container container, Name name) const {
+    return part(alike_, member_names_, first_members_, container, name);
+}
+
+std::span<const Symbol> Catalog::definitions(Container container, Name name) const {
+    return part(definitions_, definition_names_, first_definitions_, container, name);
 }
 
 std::span<const ImportPlace> Catalog::imports(Container container, Name name) const {

@@ -32,6 +32,9 @@ struct ImportPlace {
     std::uint32_t import = 0;  ///< index in the file's imports
 };
 
+/// Returns whether one declaration may be the definition that another of its name and container announces.
+bool may_define(const syntax::Declaration& definition, const syntax::Declaration& announced);
+
 /// The declarations of all files, numbered, with the containers that they stand in.
 ///
 /// Filled in two steps, because what a declaration outside of its type is a member of must be looked up:
@@ -112,6 +115,13 @@ class Catalog {
     /// Returns the members of a name, by symbol. Valid until `link`.
     [[nodiscard]] std::span<const Symbol> members(Container container, Name name) const;
 
+    /// Returns for each of `members`, in their order, the first of them that announces the same definitions; itself for
+    /// a definition, and where nothing is defined. Valid until `link`.
+    [[nodiscard]] std::span<const Symbol> alike(Container container, Name name) const;
+    /// Returns those of `members` that are definitions, where others of them announce some; else none. Valid until
+    /// `link`.
+    [[nodiscard]] std::span<const Symbol> definitions(Container container, Name name) const;
+
     // Imports, but for those that bind locals.
 
     /// Has an import that states no name bind this one: that of the package it leads to.
@@ -129,6 +139,8 @@ class Catalog {
   private:
     Container container_in(Container home, Name name, Symbol symbol);
     void link_members();
+    void link_announcements();
+    void link_announcements(std::size_t begin, std::size_t end);
     void link_imports();
     [[nodiscard]] Name bound_name(const ImportPlace& place) const;
 
@@ -153,6 +165,10 @@ class Catalog {
     std::vector<std::uint32_t> first_members_;
     std::vector<Symbol> members_;
     std::vector<Name> member_names_;
+    std::vector<Symbol> alike_;
+    std::vector<std::uint32_t> first_definitions_;
+    std::vector<Symbol> definitions_;
+    std::vector<Name> definition_names_;
     std::vector<std::uint32_t> first_imports_;
     std::vector<ImportPlace> imports_;
     std::vector<Name> import_names_;  // STAR for those of all names

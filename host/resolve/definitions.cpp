@@ -4,25 +4,14 @@
 
 namespace host::resolve {
 
-namespace {
-
-using syntax::Declaration;
-
-bool may_define(const Declaration& definition, const Declaration& announced) {
-    return definition.is_definition && definition.kind == announced.kind &&
-           (definition.kind != syntax::Kind::FUNCTION || definition.most_arguments == announced.most_arguments);
-}
-
-}  // namespace
-
 std::vector<Symbol> definitions(const Catalog& catalog, std::span<const Symbol> symbols) {
     std::vector<Symbol> found;
     for (const Symbol symbol : symbols) {
-        const Declaration& announced = catalog.declaration(symbol);
+        const syntax::Declaration& announced = catalog.declaration(symbol);
         const std::size_t before = found.size();
         if (!announced.is_definition) {
-            for (const Symbol other : catalog.members(catalog.home_of(symbol), catalog.name_of(symbol))) {
-                const Declaration& definition = catalog.declaration(other);
+            for (const Symbol other : catalog.definitions(catalog.home_of(symbol), catalog.name_of(symbol))) {
+                const syntax::Declaration& definition = catalog.declaration(other);
                 const bool is_visible = !definition.is_private || catalog.file_of(other) == catalog.file_of(symbol);
                 if (is_visible && may_define(definition, announced)) {
                     found.push_back(other);

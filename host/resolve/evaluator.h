@@ -59,6 +59,7 @@ class Evaluator {
     Meaning named(FileId file, const syntax::Expression& name);
     Meaning named_in_scope(FileId file, const syntax::Expression& name);
     Meaning named_around(FileId file, Symbol around, bool is_innermost, Name name, syntax::Space space);
+    void add_visible(FileId file, Container container, Name name, Meaning& found) const;
     [[nodiscard]] bool may_mean_another(const Meaning& found, syntax::Space space) const;
     Meaning named_at_top(FileId file, Name name, syntax::Space space);
     Meaning global(FileId file, const syntax::Expression& name);

@@ -86,12 +86,7 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
         break;
     case Kind::NAMESPACE: {
         const Container container = catalog_.container_of(around);
-        for (const Symbol symbol : catalog_.members(container, name)) {
-            const FileId of = catalog_.file_of(symbol);
-            if (of == file || languages_.modules(file).sees(file, of)) {
-                add_once(found, symbol_entity(symbol));
-            }
-        }
+        add_visible(file, container, name, found);
         for (const ImportPlace& place : catalog_.imports(container, name)) {
             if (place.file == file) {
                 add_once(found, import_meaning(place));
@@ -109,6 +104,22 @@ Meaning Evaluator::named_around(FileId file, Symbol around, bool is_innermost, N
         break;
     }
     return chosen(found, space, rules);
+}
+
+// Adds the members of a name that a file sees. Of those that announce the same definitions, one stands for all: some
+// types are announced in thousands of files.
+void Evaluator::add_visible(FileId file, Container container, Name name, Meaning& found) const {
+    const std::span<const Symbol> members = catalog_.members(container, name);
+    const std::span<const Symbol> alike = catalog_.alike(container, name);
+    std::vector<Symbol> announced;
+    for (std::size_t at = 0; at < members.size(); ++at) {
+        const FileId of = catalog_.file_of(members[at]);
+        const bool is_new = std::ranges::find(announced, alike[at]) == announced.end();
+        if (is_new && (of == file || languages_.modules(file).sees(file, of))) {
+            add_once(found, symbol_entity(members[at]));
+            announced.push_back(alike[at]);
+        }
+    }
 }
 
 // A macro may be defined again, and a tag is not what a plain name means where an alias has it. What is not always built
@@ -141,8 +152,7 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     if (!found.empty() && !(rules.has_macros && may_mean_another(found, space))) {
         return found;
     }
-    add_members_in(
-        catalog_, module, name, [&](FileId of) { return of != file && modules.sees(file, of); }, found);
+    add_visible(file, module, name, found);
     found = chosen(found, space, rules);
     if (!found.empty()) {
         return found;
@@ -157,9 +167,8 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
         add_members_in(
             catalog_, module, name, [&](FileId of) { return modules.sees_where_included(file, of); }, found);
     }
-    if (found.empty()) {
-        add_members_in(
-            catalog_, modules.globals(), name, [&](FileId of) { return modules.sees(file, of); }, found);
+    if (const Container globals = modules.globals(); found.empty() && globals != NONE) {
+        add_visible(file, globals, name, found);
     }
     return chosen(found, space, rules);
 }

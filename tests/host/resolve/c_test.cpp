@@ -30,6 +30,16 @@ TEST(C, ATagIsNoAliasAndAnAliasLeadsToAStructThatIsHiddenFromIt) {
               "s.h: import S of own.h, 1 from line 1\n");
 }
 
+TEST(C, OfManyAnnouncementsOneStandsForAllThatHaveItsDefinitions) {
+    const std::string both = "#include \"g.h\"\n#include \"h.h\"\n";
+    EXPECT_EQ(targets_from("a.c", {{"a.c", both + "int a(struct T *t) { return f(t) + f(t, 1) + u() + t->m; }"},
+                                   {"f.c", "int f(struct T *t) {}\nint f(struct T *t, int i) {}"},
+                                   {"g.h", "struct T;\nint f(struct T *);\nint u(void);"},
+                                   {"h.h", "struct T;\nint f(struct T *, int);\nint u(void);"},
+                                   {"t.h", "struct T { int m; };"}}),
+              "f.c:f f.c:f ?g.h:u ?h.h:u t.h:T t.h:T.m");
+}
+
 TEST(C, NamesThatNoIncludeBringsAreNotFound) {
     EXPECT_EQ(resolved({{"a.c", "int f(void) { return g(MAX); }"}, {"b.h", "#define MAX 1\nint g(int a) {}"}}), "");
 }
