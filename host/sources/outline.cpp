@@ -278,8 +278,11 @@ class ParsedText {
 
     [[nodiscard]] Outline outline(Content content) && {
         Outline outline = OutlineReader(text_, *language_, std::move(captures_)).outline();
-        if (content == Content::NAMES && language_->read_syntax != nullptr) {
+        if (content != Content::DECLARATIONS && language_->read_syntax != nullptr) {
             outline.syntax = language_->read_syntax(text_, tree_.root());
+            if (content == Content::NAMES) {
+                outline.syntax->offsets = {};
+            }
         }
         return outline;
     }

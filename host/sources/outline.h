@@ -79,7 +79,8 @@ inline constexpr std::size_t LARGEST_SOURCE = 4'194'304;
 /// How much an outline holds.
 enum class Content {
     DECLARATIONS,
-    NAMES,  ///< and what each name of the text is looked up in, `Outline::syntax`
+    NAMES,   ///< and what each name of the text is looked up in, `Outline::syntax`
+    TOKENS,  ///< and where each of these names stands
 };
 
 /// Parses the text of a source file. What stands in a damaged part of it is left out. None when the text is not UTF-8,

@@ -154,7 +154,7 @@ class SyntaxReader {
     /// Returns a node as a name token.
     [[nodiscard]] syntax::Token token(const Node& node, syntax::Role role = syntax::Role::VALUE,
                                       syntax::Space space = syntax::Space::VALUE) const {
-        return {.name = text(node), .line = node.line(), .role = role, .space = space};
+        return {.name = text(node), .offset = node.begin(), .line = node.line(), .role = role, .space = space};
     }
 
     syntax::SyntaxBuilder out_;

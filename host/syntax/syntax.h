@@ -192,6 +192,9 @@ struct Syntax {
     std::vector<Declaration> declarations;
     std::vector<Import> imports;
     std::vector<Mention> mentions;
+    /// Where the tokens of the mentions stand in the text, in bytes: those of the first mention, then those of the next.
+    /// Empty where they were not asked for.
+    std::vector<std::uint32_t> offsets = {};
     NameId package = 0;     ///< what the file says it belongs to: `package p;`
     NameId constraint = 0;  ///< when it is compiled, as it says: `linux && !cgo`; 0: always
 

@@ -134,6 +134,7 @@ void SyntaxBuilder::mention(ExpressionId expression, const Token& token) {
                                     .line = token.line});
     }
     ++syntax_.mentions[found->second].count;
+    places_.push_back({found->second, token.offset});
 }
 
 void SyntaxBuilder::open(DeclarationId declaration) {
@@ -218,8 +219,10 @@ Built SyntaxBuilder::built_before(std::vector<Region>::const_iterator next) cons
 Syntax SyntaxBuilder::finish() {
     if (visibility_ == Visibility::WHOLE_SCOPE) {
         settle_names();
-        drop_mentions_of_locals();
+        settle_mentions();
     }
+    add_offsets();
+    std::erase_if(syntax_.mentions, [](const Mention& mention) { return mention.count == 0; });
     syntax_.names.shrink_to_fit();
     syntax_.expressions.shrink_to_fit();
     syntax_.lists.shrink_to_fit();
@@ -263,16 +266,32 @@ void SyntaxBuilder::settle_names() {
     }
 }
 
-void SyntaxBuilder::drop_mentions_of_locals() {
+// Has mentions of locals be of what these stand for, or count nothing.
+void SyntaxBuilder::settle_mentions() {
     for (Mention& mention : syntax_.mentions) {
         const Expression& expression = syntax_.expressions[mention.expression];
         if (expression.operation == Operation::LOCAL && stands_for_a_declaration(syntax_.expressions[expression.a])) {
             mention.expression = expression.a;
+        } else if (expression.operation == Operation::LOCAL) {
+            mention.count = 0;
         }
     }
-    std::erase_if(syntax_.mentions, [&](const Mention& mention) {
-        return syntax_.expressions[mention.expression].operation == Operation::LOCAL;
-    });
+}
+
+// Orders the places of tokens by their mentions.
+void SyntaxBuilder::add_offsets() {
+    std::vector<std::size_t> next;  // by mention: where its next token goes
+    std::size_t tokens = 0;
+    for (const Mention& mention : syntax_.mentions) {
+        next.push_back(tokens);
+        tokens += mention.count;
+    }
+    syntax_.offsets.resize(tokens);
+    for (const Place& place : places_) {
+        if (syntax_.mentions[place.mention].count > 0) {
+            syntax_.offsets[next[place.mention]++] = place.offset;
+        }
+    }
 }
 
 }  // namespace host::syntax

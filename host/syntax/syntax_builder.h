@@ -25,7 +25,8 @@ enum class Visibility : std::uint8_t {
 /// A name token: where it stands, and how it is used.
 struct Token {
     std::string_view name;
-    std::uint32_t line = 1;  ///< 1-based
+    std::uint32_t offset = 0;  ///< in the text, in bytes
+    std::uint32_t line = 1;    ///< 1-based
     Role role = Role::VALUE;
     Space space = Space::VALUE;
     std::uint8_t arguments = Declaration::ANY_NUMBER;  ///< of a call
@@ -131,6 +132,11 @@ class SyntaxBuilder {
         bool is_released = false;
     };
 
+    struct Place {
+        std::size_t mention = 0;
+        std::uint32_t offset = 0;
+    };
+
     struct Scope {
         std::size_t parent = 0;
         DeclarationId declaration = NO_DECLARATION;  // around it
@@ -163,7 +169,8 @@ class SyntaxBuilder {
     [[nodiscard]] Built built_before(std::vector<Region>::const_iterator next) const;
     ExpressionId value_of(const Local& local);
     void settle_names();
-    void drop_mentions_of_locals();
+    void settle_mentions();
+    void add_offsets();
 
     Visibility visibility_;
     Syntax syntax_;
@@ -172,6 +179,7 @@ class SyntaxBuilder {
     std::map<std::vector<ExpressionId>, ListId> lists_;
     std::unordered_map<MentionKey, std::size_t, MentionHash> mentions_;
     std::vector<Region> regions_;
+    std::vector<Place> places_;  // of tokens, in the order in which they came
     std::vector<Scope> scopes_{{}};
     std::size_t scope_ = 0;  // the innermost
     // In a WHOLE_SCOPE, a name is settled when all scopes are known: until then its `a` is the scope it stands in.

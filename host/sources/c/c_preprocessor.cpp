@@ -36,6 +36,7 @@ class CReplacementTokens {
     }
 
     [[nodiscard]] std::string_view name() const { return text_.substr(begin_, at_ - begin_); }
+    [[nodiscard]] std::uint32_t begin() const { return static_cast<std::uint32_t>(begin_); }
 
     // What stands before and behind the name, but for blanks.
     [[nodiscard]] std::string_view before() const {
@@ -130,6 +131,7 @@ void CReader::read_replacement(const Node& macro) {
         }
         const bool is_tag = before.ends_with("struct") || before.ends_with("union") || before.ends_with("enum");
         out_.use({.name = tokens.name(),
+                  .offset = value.begin() + tokens.begin(),
                   .line = value.line() + tokens.lines_before(),
                   .role = is_tag               ? Role::TYPE
                           : tokens.is_called() ? Role::CALL

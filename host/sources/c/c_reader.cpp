@@ -170,6 +170,7 @@ syntax::Syntax CReader::read_file(TSNode root) {
     if (is_mended) {
         for (const LooseMacro& macro : macros) {
             out_.use({.name = macro.name,
+                      .offset = static_cast<std::uint32_t>(macro.name.data() - text_.data()),
                       .line = macro.line,
                       .role = macro.is_called ? syntax::Role::CALL : syntax::Role::VALUE,
                       .space = syntax::Space::TYPE});
@@ -194,7 +195,10 @@ void CReader::read_calls_in(const std::vector<CSplit>& splits, const CTokens& sc
             const bool is_member = at > 0 && begins_with(at - 1, ".>");
             if (tokens[at].begin >= split.begin && tokens[at].is_word && begins_with(at + 1, "(") && !is_member &&
                 !is_c_keyword(word)) {
-                out_.use({.name = word, .line = tokens[at].line, .role = syntax::Role::CALL});
+                out_.use({.name = word,
+                          .offset = static_cast<std::uint32_t>(tokens[at].begin),
+                          .line = tokens[at].line,
+                          .role = syntax::Role::CALL});
             }
         }
     }

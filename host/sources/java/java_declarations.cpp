@@ -334,7 +334,7 @@ JavaReader::Id JavaReader::read_annotation(const Node& node) {
     for_each_child(arguments, [&](const Node& child, TSFieldId) {
         if (child.type() == "element_value_pair") {
             const std::string name = method_name(text(child.child(at.key)));
-            out_.use_member(type, {.name = name, .line = child.line(), .role = Role::KEY});
+            out_.use_member(type, {.name = name, .offset = child.begin(), .line = child.line(), .role = Role::KEY});
             visit(child.child(at.value));
         } else {
             visit(child);

@@ -157,6 +157,7 @@ JavaReader::Id JavaReader::read_call(const Node& node) {
                         : out_.look_up(method, Space::VALUE);
     const Id call = out_.add(Operation::CALL, function, out_.list(arguments));
     out_.mention(call, {.name = method,
+                        .offset = name.exists() ? name.begin() : node.begin(),
                         .line = name.exists() ? name.line() : node.line(),
                         .role = Role::CALL,
                         .arguments = java_count(arguments.size())});
@@ -175,9 +176,12 @@ JavaReader::Id JavaReader::read_constructor_call(const Node& node) {
     if (type != syntax::UNKNOWN) {
         const Id constructor =
             out_.add({Operation::MEMBER, type, static_cast<std::uint32_t>(Space::VALUE), out_.name(name)});
-        out_.mention(
-            out_.add(Operation::CALL, constructor, out_.list(arguments)),
-            {.name = name, .line = node.line(), .role = Role::CALL, .arguments = java_count(arguments.size())});
+        out_.mention(out_.add(Operation::CALL, constructor, out_.list(arguments)),
+                     {.name = name,
+                      .offset = word.exists() ? word.begin() : node.begin(),
+                      .line = node.line(),
+                      .role = Role::CALL,
+                      .arguments = java_count(arguments.size())});
     }
     return syntax::UNKNOWN;
 }
@@ -309,7 +313,7 @@ JavaReader::Id JavaReader::read_method_reference(const Node& node) {
         return syntax::UNKNOWN;
     }
     const std::string method = method_name(text(name));
-    out_.use_member(qualifier(first), {.name = method, .line = name.line()});
+    out_.use_member(qualifier(first), {.name = method, .offset = name.begin(), .line = name.line()});
     return syntax::UNKNOWN;
 }
 

@@ -47,7 +47,9 @@ RustReader::Id RustReader::read_field(const Node& node) {
 
 RustReader::Id RustReader::use_field(Id value, const Node& name, Role role) {
     const std::string field = rust_field_name(name_text(name));
-    return out_.use_member(value, {.name = field, .line = name.exists() ? name.line() : 1, .role = role});
+    syntax::Token token = this->token(name, role);
+    token.name = field;
+    return out_.use_member(value, token);
 }
 
 // A field with a number, of a tuple or a struct.

@@ -14,10 +14,10 @@ inline Outline outline(const std::string& path, const std::string& text) {
     return outline_of(text, *understood_language("", path), never).value();
 }
 
-/// Returns the outline with what each name of the text is looked up in.
+/// Returns the outline with what each name of the text is looked up in, and where it stands.
 inline Outline names_in(const std::string& path, const std::string& text) {
     static const std::atomic<bool> never = false;
-    return outline_of(text, "", path, never, Content::NAMES).value();
+    return outline_of(text, "", path, never, Content::TOKENS).value();
 }
 
 inline SourceDeclaration declaration(const std::string& path, const std::string& text, const std::string& name) {

@@ -1,6 +1,6 @@
 // Texts whose words say what a reader must find in them: `type_a` is a mention in the role of a type, on its line, once.
 //
-//     value_ call_ type_ import_ key_   exactly one mention in that role, on that line
+//     value_ call_ type_ import_ key_   exactly one mention in that role, on that line, with a token there
 //     own_                              a declaration, of the outline and of the Syntax; never a mention
 //     local_ none_                      neither: a local, a word in a string or a comment
 //
@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -94,22 +95,29 @@ inline std::string mentioned_word(const syntax::Syntax& syntax, syntax::Expressi
 /// Expects what the words of a text say, and nothing else.
 inline void expect_roles(const std::string& path, const std::string& text) {
     constexpr std::array<std::string_view, 5> ROLES{"value", "call", "type", "import", "key"};
+    constexpr std::size_t LONGEST_BEFORE_WORD = 15;  // bytes
     const Outline outline = names_in(path, text);
     EXPECT_FALSE(outline.is_damaged) << text;
     const syntax::Syntax& syntax = outline.syntax.value();
 
     std::multiset<std::string> found;
+    auto offset = syntax.offsets.begin();
     for (const syntax::Mention& mention : syntax.mentions) {
+        const std::span<const std::uint32_t> offsets(offset, offset + mention.count);
+        offset += mention.count;
         const syntax::Expression& expression = syntax.expressions[mention.expression];
         if (expression.operation == syntax::Operation::DECLARATION && syntax.declarations[expression.a].is_hidden) {
             continue;  // a local class or function
         }
         const std::string word = mentioned_word(syntax, mention.expression);
-        for (std::uint32_t count = 0; !role_of_word(word).empty() && count < mention.count; ++count) {
-            found.insert(word + " " + std::to_string(mention.line) + " " +
+        for (const std::uint32_t each : role_of_word(word).empty() ? std::span<const std::uint32_t>() : offsets) {
+            // A token may begin before its word: "none_a.import_b", "#value_a", `none_a from "./import_b"`.
+            const std::size_t at = text.substr(0, each + word.size() + LONGEST_BEFORE_WORD).find(word, each);
+            found.insert(word + " " + std::to_string(mention.line) + " at " + std::to_string(at) + " " +
                          std::string(ROLES.at(static_cast<std::size_t>(mention.role))));
         }
     }
+    EXPECT_EQ(offset, syntax.offsets.end());
     std::set<std::string> declared;  // a component of a record twice: as a field, and as the method that reads it
     for (const syntax::Declaration& declaration : syntax.declarations) {
         const std::string word = word_of_name(syntax.name(declaration.name));
@@ -131,7 +139,8 @@ inline void expect_roles(const std::string& path, const std::string& text) {
             expected.insert(word.text + " declared at " + std::to_string(word.offset));
             expected.insert(word.text + " outlined at " + std::to_string(word.offset));
         } else if (!role.empty() && role != "local" && role != "none") {
-            expected.insert(word.text + " " + std::to_string(word.line) + " " + role);
+            expected.insert(word.text + " " + std::to_string(word.line) + " at " + std::to_string(word.offset) + " " +
+                            role);
         }
     }
 

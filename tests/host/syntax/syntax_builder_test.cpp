@@ -8,6 +8,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace host::syntax {
@@ -68,6 +69,17 @@ TEST(SyntaxBuilder, TokensInOneRoleAreCountedFromTheFirst) {
     builder.use_member(a, value_token("b", 9));
     builder.look_up("c", Space::VALUE);
     EXPECT_EQ(mentions_of(builder.finish()), "3 value a x2\n7 call a\n8 call a\n9 value a.b\n");
+}
+
+TEST(SyntaxBuilder, TokensStandWithTheirMentionsWithoutThoseOfLocals) {
+    SyntaxBuilder builder = in_function(Visibility::WHOLE_SCOPE);
+    for (const auto& [name, offset] : std::vector<std::pair<std::string_view, std::uint32_t>>{
+             {"local", 1}, {"a", 2}, {"b", 3}, {"a", 4}, {"local", 5}, {"b", 6}, {"a", 7}}) {
+        builder.use({.name = name, .offset = offset});
+    }
+    builder.bind("local", UNKNOWN);
+    builder.close();
+    EXPECT_EQ(builder.finish().offsets, (std::vector<std::uint32_t>{2, 4, 7, 3, 6}));
 }
 
 TEST(SyntaxBuilder, FromItsDeclarationOnALocalHidesWhatIsAround) {
