@@ -28,6 +28,10 @@ struct Targets {
     bool is_unique = false;         // by its name alone
 };
 
+bool is_bound(Evidence evidence) {
+    return evidence == Evidence::IMPORT || evidence == Evidence::LOCAL;
+}
+
 bool takes(const Declaration& function, std::uint8_t arguments) {
     return function.kind != Kind::FUNCTION || arguments == Declaration::ANY_NUMBER ||
            (function.least_arguments <= arguments &&
@@ -76,6 +80,53 @@ class Resolver::Linked {
         }
         give_back(std::move(evaluator));
         return references;
+    }
+
+    [[nodiscard]] std::vector<TokenTarget> tokens_of(FileId file) const {
+        const syntax::Syntax& syntax = catalog_.syntax(file);
+        std::vector<TokenTarget> tokens;
+        if (syntax.offsets.empty()) {
+            return tokens;
+        }
+        std::unique_ptr<Evaluator> evaluator = borrow();
+        std::span<const std::uint32_t> offsets = syntax.offsets;
+        for (const Mention& mention : syntax.mentions) {
+            const Targets targets = targets_of(*evaluator, file, mention);
+            for (const Target& target : targets.targets) {
+                const Evidence evidence = evidence_for(file, target, targets);
+                for (std::size_t at = 0; at < mention.count && is_bound(evidence); ++at) {
+                    tokens.push_back({offsets[at], target});
+                }
+            }
+            offsets = offsets.subspan(mention.count);
+        }
+        give_back(std::move(evaluator));
+        std::ranges::sort(tokens);
+        return tokens;
+    }
+
+    [[nodiscard]] std::vector<FileId> imports_of(FileId file) const {
+        std::vector<FileId> files;
+        if (languages_.rules(file) == nullptr) {
+            return files;
+        }
+        const syntax::Syntax& syntax = catalog_.syntax(file);
+        for (const syntax::Import& import : syntax.imports) {
+            const Found found = languages_.modules(file).find(file, import);
+            if (found.modules.size() != 1 || !found.path.empty()) {
+                continue;
+            }
+            const Container module = found.modules.front();
+            const std::span<const FileId> of_module = catalog_.files_of(module);
+            const bool is_file = of_module.size() == 1 && of_module.front() != file;
+            if (is_file &&
+                languages_.modules(of_module.front()).submodule(module, syntax.name(import.original)) == NONE) {
+                files.push_back(of_module.front());
+            }
+        }
+        std::ranges::sort(files);
+        files.erase(std::unique(files.begin(), files.end()), files.end());
+        return files;
     }
 
     [[nodiscard]] bool is_defined_elsewhere(Symbol symbol) const {
@@ -304,6 +355,14 @@ Resolver::~Resolver() = default;
 
 References Resolver::references_of(FileId file) const {
     return linked_->references_of(file);
+}
+
+std::vector<TokenTarget> Resolver::tokens_of(FileId file) const {
+    return linked_->tokens_of(file);
+}
+
+std::vector<FileId> Resolver::imports_of(FileId file) const {
+    return linked_->imports_of(file);
 }
 
 bool Resolver::is_defined_elsewhere(FileId file, syntax::DeclarationId declaration) const {

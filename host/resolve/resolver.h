@@ -35,6 +35,14 @@ struct Reference {
     std::uint32_t line = 0;  ///< of the first, 1-based
 };
 
+/// A name token, and one of the declarations that it leads to.
+struct TokenTarget {
+    std::uint32_t offset = 0;  ///< of the token in its text, in bytes
+    Target target;
+
+    friend auto operator<=>(const TokenTarget&, const TokenTarget&) = default;
+};
+
 /// The references of one file.
 struct References {
     std::vector<Reference> references;  ///< by target, then evidence
@@ -51,6 +59,15 @@ class Resolver {
 
     /// Returns the references of a file. May be called on several threads.
     [[nodiscard]] References references_of(FileId file) const;
+
+    /// Returns where bindings lead the tokens of a file, those of `IMPORT` and `LOCAL`, by offset and target. A token has
+    /// several targets where these are parts of one declaration. None for a file whose syntax has no offsets. May be
+    /// called on several threads.
+    [[nodiscard]] std::vector<TokenTarget> tokens_of(FileId file) const;
+
+    /// Returns the files that a file imports names from, or for their own sake, ascending; not that of a package where it
+    /// imports a module of that. May be called on several threads.
+    [[nodiscard]] std::vector<FileId> imports_of(FileId file) const;
 
     /// Returns whether a declaration only announces others, such as a prototype of a function that the repository
     /// defines. References lead to these instead.

@@ -40,7 +40,7 @@ inline Stated stated(const std::map<std::string, std::string>& sources, const st
     Stated stated{.outlines = {}, .repository = {.files = {}, .packages = packages}};
     stated.outlines.reserve(sources.size());
     for (const auto& [path, text] : sources) {
-        stated.outlines.push_back(sources::outline_of(text, "", path, never, sources::Content::NAMES).value());
+        stated.outlines.push_back(sources::outline_of(text, "", path, never, sources::Content::TOKENS).value());
         stated.repository.files.push_back(
             {path, sources::understood_language("", path)->name, &*stated.outlines.back().syntax});
     }

@@ -54,6 +54,25 @@ TEST(Resolver, WhatRefersToItselfMeansNothingAndEndsSo) {
               "A.java: local C of A.java, 1 from line 8\n");
 }
 
+TEST(Resolver, TokensLeadToWhatBindingsSay) {
+    const Stated all = stated({{"a.py", "from p import B\nfrom p.c import C\nclass A: pass\nA(B, C, D, B)\n"},
+                               {"p/__init__.py", "if x:\n    class C: pass\nelse:\n    class C: pass\n"},
+                               {"p/b.py", "from . import C\nfrom . import b\n"},
+                               {"p/c.py", "from p.b import B\n"}});
+    const Resolver resolver(all.repository);
+    const auto tokens = [&](FileId file) {
+        std::string text;
+        for (const TokenTarget& token : resolver.tokens_of(file)) {
+            text += std::to_string(token.offset) + " " + name_of(all.repository, token.target) + "; ";
+        }
+        return text;
+    };
+    EXPECT_EQ(tokens(0), "5 p/__init__.py; 21 p/c.py; 48 A; ") << "B and C have no declaration there";
+    EXPECT_EQ(tokens(2), "30 p/b.py; ") << "which C is meant, nobody knows";
+    EXPECT_EQ(resolver.imports_of(0), (std::vector<FileId>{1, 3}));
+    EXPECT_EQ(resolver.imports_of(2), std::vector<FileId>{1}) << "for C, not for b";
+}
+
 TEST(Resolver, OverloadsThatNothingTellsApartAreAmbiguous) {
     EXPECT_EQ(resolved({{"A.java", "class A {\n"
                                    "    static void f(int a) { f(1, 2); }\n"
