@@ -5,10 +5,10 @@
 #include "fixtures/temporary_folder.h"
 #include "fuzz/promise.h"
 #include "host/files/checkout.h"
+#include "host/imports/import.h"
 #include "host/page/page.h"
 #include "host/page/page_json.h"
 #include "host/page/page_markdown.h"
-#include "host/scip/import.h"
 #include "host/sqlite/schema.h"
 #include "host/sqlite/sqlite_database.h"
 #include "host/sqlite/sqlite_index.h"
@@ -69,8 +69,8 @@ class Workshop {
             promise(0 <= done && done <= total && total > 0, "the steps that are done are some of all");
         };
         try {
-            return scip::import_scip({{folder_ / "in.scip"}, folder_ / "checkout"}, *SqliteIndex(index_).replace(),
-                                     check_progress);
+            return imports::import_scip({{folder_ / "in.scip"}, folder_ / "checkout"}, *SqliteIndex(index_).replace(),
+                                        check_progress);
         } catch (const std::runtime_error& error) {
             const std::string_view said = error.what();
             promise(said.starts_with(folder_ / "in.scip" + ": "), "a failure names the file");

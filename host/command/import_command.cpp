@@ -7,9 +7,9 @@
 #include "host/command/progress_line.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
+#include "host/imports/import.h"
 #include "host/indexing/report_text.h"
 #include "host/location/index_at.h"
-#include "host/scip/import.h"
 #include "host/worktree/import.h"
 
 #include <CLI/CLI.hpp>
@@ -28,6 +28,8 @@
 namespace host {
 
 namespace {
+
+using indexing::ImportReport;
 
 struct ImportArguments {
     std::vector<std::string> sources;
@@ -54,44 +56,50 @@ bool is_folder(const std::string& path) {
     return std::filesystem::is_directory(path, error);
 }
 
-void require_one_kind(const ImportArguments& arguments) {
+void require_one_checkout(const ImportArguments& arguments) {
     if (std::ranges::count(arguments.sources, "-") > 1) {
         throw CLI::ValidationError("SOURCE", "- may be given only once");
     }
-    if (std::ranges::any_of(arguments.sources, is_folder) &&
-        (arguments.sources.size() > 1 || !arguments.checkout.empty())) {
-        throw CLI::ValidationError("SOURCE", "a folder is imported alone, without --checkout");
+    const auto folders = std::ranges::count_if(arguments.sources, is_folder);
+    if (folders > 1 || (folders == 1 && !arguments.checkout.empty())) {
+        throw CLI::ValidationError("SOURCE", "only one folder holds the sources: give no other, nor --checkout");
     }
 }
 
-scip::ImportRequest request_of_scip(const ImportArguments& arguments) {
-    return {.scip_paths = arguments.sources,
-            .checkout = arguments.checkout.empty() ? std::nullopt : std::optional(arguments.checkout),
-            .exclusions = arguments.exclusions.rules(),
-            .tests = arguments.tests.rules()};
-}
-
-worktree::ImportRequest request_of_folder(const ImportArguments& arguments) {
-    return {.folder = arguments.sources.front(),
-            .exclusions = arguments.exclusions.rules(),
-            .tests = arguments.tests.rules()};
+ImportReport import_all(const ImportArguments& arguments, NewIndex& index, const indexing::OnProgress& on_progress) {
+    std::vector<std::string> scip_paths = arguments.sources;
+    const auto folder = std::ranges::find_if(scip_paths, is_folder);
+    const bool has_other_files = folder != scip_paths.end();
+    std::string checkout = arguments.checkout;
+    if (has_other_files) {
+        checkout = *folder;
+        scip_paths.erase(folder);
+    }
+    if (scip_paths.empty()) {
+        return worktree::import_sources({checkout, arguments.exclusions.rules(), arguments.tests.rules()}, index,
+                                        on_progress);
+    }
+    return imports::import_scip({.scip_paths = scip_paths,
+                                 .checkout = checkout.empty() ? std::nullopt : std::optional(checkout),
+                                 .has_other_files = has_other_files,
+                                 .exclusions = arguments.exclusions.rules(),
+                                 .tests = arguments.tests.rules()},
+                                index, on_progress);
 }
 
 void run_import(const ImportArguments& arguments) {
-    require_one_kind(arguments);
+    require_one_checkout(arguments);
     const Interruption interruption;
     const std::unique_ptr<Index> index = index_at(arguments.index.place, arguments.index.repository);
     const std::unique_ptr<NewIndex> made = begin_index(arguments.index, *index);
-    indexing::ImportReport report;
+    ImportReport report;
     {
         ProgressLine progress("Importing");
         const indexing::OnProgress on_progress = [&](std::int64_t done, std::int64_t total) {
             Interruption::throw_if_requested(interruption_message(*index));
             progress.show(done, total);
         };
-        report = is_folder(arguments.sources.front())
-                     ? worktree::import_sources(request_of_folder(arguments), *made, on_progress)
-                     : scip::import_scip(request_of_scip(arguments), *made, on_progress);
+        report = import_all(arguments, *made, on_progress);
     }
     print([&](std::ostream& out) {
         write_made(out, made->name(), report);
@@ -108,7 +116,7 @@ void add_import_command(CLI::App& app) {
     const auto arguments = std::make_shared<ImportArguments>();
     CLI::App& command = *app.add_subcommand("import", "Make an index of a repository, from its sources or SCIP files");
     add_file_option(command, "SOURCE", arguments->sources,
-                    "The folder of a checkout; or SCIP files that indexers have written, - for standard input");
+                    "The folder of a checkout, SCIP files that indexers have written (- for standard input), or both");
     add_index_options(command, arguments->index, "The index to make, or to replace", IndexDefault::NONE);
     add_file_option(command, "--checkout", arguments->checkout,
                     "The folder that holds the sources; by default the project root that the SCIP files state")

@@ -8,10 +8,12 @@
 #include "host/indexing/line_span.h"
 #include "host/indexing/symbols.h"
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -41,11 +43,28 @@ struct DeclaredSymbol {
     bool is_described = false;    ///< whether the front end knows more than its name
 };
 
+/// Where the name of a symbol stands that a file declares.
+struct NamePlace {
+    std::uint32_t offset = 0;  ///< in the text behind a byte-order mark, in bytes
+    SymbolNumber symbol = 0;
+
+    friend auto operator<=>(const NamePlace&, const NamePlace&) = default;
+};
+
+/// A token of a file, and what it names: one or more symbols.
+struct NamedToken {
+    std::uint32_t offset = 0;         ///< as that of a `NamePlace`
+    TokenNames names = LOCAL_SYMBOL;  ///< `LOCAL_SYMBOL`: nothing that is counted among the references of the file
+
+    friend auto operator<=>(const NamedToken&, const NamedToken&) = default;
+};
+
 /// What a file declares.
 struct FileDeclarations {
     std::vector<Declaration> declarations;  ///< by first line, then in the order of first definition
     std::vector<DeclaredSymbol> symbols;    ///< every symbol with a declaration, once
     std::vector<SymbolNumber> modules;      ///< the symbols of the file as a module; the first names it
+    std::vector<NamePlace> names;           ///< ascending; for `joined` (joining.h) alone
     std::int32_t line_count = 1;            ///< of the file
 };
 
@@ -59,7 +78,11 @@ struct ExtractedFile {
     std::unordered_map<TokenNames, std::int64_t> references;
     /// The number of tokens from which no binding leads on, by the only declaration that bears their name.
     std::unordered_map<SymbolNumber, std::int64_t> unique_references = {};
-    std::size_t steps = 0;  ///< progress of the import for writing this file
+    /// Every token of which it is known what it names, by offset, each once; for `joined` (joining.h) alone. None where
+    /// it is not known which tokens these are.
+    std::optional<std::vector<NamedToken>> tokens = {};
+    std::vector<std::uint32_t> misnamed = {};  ///< where others stand, of which documents state another name
+    std::size_t steps = 0;                     ///< progress of the import for writing this file
 };
 
 struct Extraction {
@@ -68,8 +91,8 @@ struct Extraction {
     std::unique_ptr<const Symbols> symbols;
     std::set<std::string, std::less<>> languages;  ///< in which imports are followed as a compiler does
 
-    std::string damaged;           ///< paths of files with declarations in parts that do not parse, each ended by "\n"
-    std::string shared_summaries;  ///< as `host::shared_summaries` returns them
+    std::string damaged;  ///< paths of files with declarations in parts that do not parse, each ended by "\n"
+    std::vector<std::string> summaries;  ///< of the files whose source was read, in no order
 };
 
 }  // namespace host::indexing

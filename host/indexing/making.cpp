@@ -6,6 +6,7 @@
 #include "host/indexing/report_json.h"
 #include "host/indexing/rules_of_uses.h"
 #include "host/rules/test_paths.h"
+#include "host/summary/shared_summaries.h"
 
 #include <cstddef>
 
@@ -17,7 +18,7 @@ void write_notes(RowWriter& out, const Extraction& extraction, const std::vector
                  const ImportReport& report) {
     out.note(notes::CHECKOUT, report.checkout);
     out.note(notes::TEST_RULES, to_json(tests));
-    out.note(notes::SHARED_SUMMARIES, extraction.shared_summaries);
+    out.note(notes::SHARED_SUMMARIES, shared_summaries(extraction.summaries));
     out.note(notes::DAMAGED, extraction.damaged);
     out.note(notes::REPORT, to_json(report));
 }

@@ -68,6 +68,9 @@ class Symbols {
     /// names would take most of an import's memory.
     [[nodiscard]] virtual DeclarationName name_of(SymbolNumber symbol, std::uint32_t file) const = 0;
 
+    /// Returns whether a file says what the symbol is, though that may be no declaration.
+    [[nodiscard]] virtual bool is_defined(SymbolNumber symbol) const = 0;
+
     /// Returns where a symbol is declared that no extracted file declares. None when that is not worth reporting, as
     /// for a parameter.
     [[nodiscard]] virtual std::optional<Elsewhere> declared_elsewhere(SymbolNumber symbol) const = 0;

@@ -95,7 +95,8 @@ class ContentsReader {
     // The text of the current document, where its language decides by it what tokens name.
     std::optional<RangedText> read_text(std::string_view language) {
         is_python_ = language == "python";
-        std::optional<std::string> text = is_python_ || language == "rust" ? listener_.text_of(path_) : std::nullopt;
+        is_rust_ = language == "rust";
+        std::optional<std::string> text = listener_.text_of(path_);
         return text ? std::optional<RangedText>(std::in_place, std::move(*text)) : std::nullopt;
     }
 
@@ -173,10 +174,10 @@ class ContentsReader {
         }
         if (text_ && is_python_ && !is_text_of_document()) {
             text_ = std::nullopt;
-        } else if (text_ && is_python_ && !file.tokens_seen) {
-            file.tokens_seen.emplace();
-        } else if (text_ && !is_python_) {
-            first_test_line_ = first_line_of_tests();
+        }
+        first_test_line_ = text_ && is_rust_ ? first_line_of_tests() : std::numeric_limits<std::int32_t>::max();
+        if (text_ && !file.tokens) {
+            file.tokens.emplace();
         }
         for (auto begin = parts_.begin(); begin != parts_.end();) {
             const auto end =
@@ -184,7 +185,6 @@ class ContentsReader {
             add_token(std::span(begin, end), file);
             begin = end;
         }
-        before_ = std::nullopt;
     }
 
     void add_occurrence(const Occurrence& occurrence, SymbolNumber symbol, FileContents& file) {
@@ -219,6 +219,8 @@ class ContentsReader {
                               .name = std::nullopt};
         if (occurrence.range) {
             definition.name = {lines_of(*occurrence.range).first, occurrence.range->start_column};
+            const bool is_named = text_ && may_name(text_->at(*occurrence.range), occurrence.symbol);
+            definition.offset = is_named ? text_->offset_of(*occurrence.range) : std::nullopt;
         }
         file.last_line = std::max(file.last_line, definition.lines.last);
         file.definitions.push_back(definition);
@@ -246,52 +248,33 @@ class ContentsReader {
         const TokenNames names = contents_.tokens.number(symbols_, contents_.symbols);
         const bool is_reference = std::ranges::none_of(token, &Part::defines);
         const Range& range = token.front().range;
-        if (before_ && !may_follow_by_a_dot(before_->range, range)) {
-            before_ = std::nullopt;
-        }
-        if (is_reference && is_open(names, range, file)) {
-            file.open_tokens.push_back({names, range, before_});
-            before_ = Receiver{std::nullopt, range};
+        if (is_reference && names != LOCAL_SYMBOL && is_open(range)) {
+            file.open_tokens.push_back({names, range});
             return;
         }
         if (is_reference && names != LOCAL_SYMBOL) {
             ++file.references[names];
         }
-        const bool is_module = symbols_.size() == 1 && names != LOCAL_SYMBOL && contents_.symbols.is_module(names);
-        before_ = is_module ? std::optional(Receiver{names, range}) : std::nullopt;
+        if (!is_reference || names != LOCAL_SYMBOL || names_a_local_) {
+            keep_token(is_reference ? names : LOCAL_SYMBOL, range, file);
+        }
+    }
+
+    void keep_token(TokenNames names, const Range& range, FileContents& file) {
+        if (const auto offset = text_ && file.tokens ? text_->offset_of(range) : std::nullopt) {
+            file.tokens->push_back({*offset, names});
+        }
     }
 
     // Whether the source has the last word on what a token names.
-    bool is_open(TokenNames names, const Range& range, FileContents& file) {
-        const bool is_one = symbols_.size() == 1;
-        if (names == LOCAL_SYMBOL) {
-            return before_ || (!names_a_local_ && !is_python_);
-        }
-        if (is_one && contents_.symbols.is_module(names) && file_of_nameless_package(contents_.symbols.symbol(names))) {
-            return true;
-        }
-        if (!text_) {
-            return false;
-        }
-        if (!is_python_) {
+    bool is_open(const Range& range) {
+        if (!text_ || !is_python_) {
             return range.start_line >= first_test_line_;
         }
         const std::string_view text = text_->at(range);
-        const bool may_mean_another = std::ranges::any_of(symbols_, [&](SymbolNumber symbol) {
-            const std::string_view named =
-                symbol == LOCAL_SYMBOL ? std::string_view() : contents_.symbols.symbol(symbol);
-            return symbol != LOCAL_SYMBOL && ((before_ && is_built_in(named)) || !may_name(text, named));
+        return std::ranges::any_of(symbols_, [&](SymbolNumber symbol) {
+            return symbol != LOCAL_SYMBOL && !may_name(text, contents_.symbols.symbol(symbol));
         });
-        if (!may_mean_another) {
-            file.tokens_seen->add(text_->with_name_before(text));
-        }
-        return may_mean_another;
-    }
-
-    // Whether nothing but a dot may stand between two tokens, and blanks where they stand on several lines.
-    static bool may_follow_by_a_dot(const Range& before, const Range& range) {
-        return before.end_line < range.start_line ||
-               (before.end_line == range.start_line && before.end_column == range.start_column - 1);
     }
 
     TextSpool& spool_;
@@ -302,22 +285,14 @@ class ContentsReader {
     std::unordered_set<std::string_view> defined_locals_;  // by the current document
     std::vector<SymbolNumber> symbols_;                    // of the current token
     bool names_a_local_ = false;                           // whether that names one which the document defines
-    std::optional<Receiver> before_;  // the token before, where the next one may be a member of what it names
-    std::string path_;                // of the current document
-    std::optional<RangedText> text_;  // of the current document
+    std::string path_;                                     // of the current document
+    std::optional<RangedText> text_;                       // of the current document
     bool is_python_ = false;
+    bool is_rust_ = false;
     std::int32_t first_test_line_ = 0;  // of a source of Rust
 };
 
 }  // namespace
-
-void Contents::add_references(FileContents& file, std::vector<SymbolNumber> meant, std::int64_t count) {
-    if (count > 0) {
-        std::ranges::sort(meant);
-        meant.erase(std::unique(meant.begin(), meant.end()), meant.end());
-        file.references[tokens.number(meant, symbols)] += count;
-    }
-}
 
 Contents read_contents(std::span<const PlacedScipFile> files, TextSpool& spool, const ContentsListener& listener) {
     ContentsReader reader(spool, listener);

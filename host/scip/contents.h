@@ -2,11 +2,13 @@
 //
 // A SCIP file is a list of documents, each a list of occurrences; documents of one or of several SCIP files may speak
 // of one source file, and a symbol is the same wherever it stands. Every document is read once: its definitions are
-// kept, and its references counted by what their tokens name. So what is kept grows with symbols, and with pairs of a
-// file and what it mentions, not with occurrences. Signatures and documentation go to a spool.
+// kept, and its references counted by what their tokens name. So without sources, what is kept grows with symbols, and
+// with pairs of a file and what it mentions, not with occurrences; of a file whose text is there, the places of all
+// tokens are kept as well. Signatures and documentation go to a spool.
 #pragma once
 
 #include "host/files/text_spool.h"
+#include "host/indexing/extraction.h"
 #include "host/indexing/line_span.h"
 #include "host/scip/description.h"
 #include "host/scip/scip_file.h"
@@ -30,36 +32,17 @@ namespace host::scip {
 /// A place where a global symbol is defined.
 struct Definition {
     SymbolNumber symbol = 0;
-    indexing::LineSpan lines;               ///< of the whole declaration, if the document says where that is
-    bool is_whole = false;                  ///< whether it does; else these are the lines of the name
-    bool is_forward = false;                ///< whether it only announces what is defined elsewhere
-    std::optional<sources::Position> name;  ///< where the name stands
+    indexing::LineSpan lines;                  ///< of the whole declaration, if the document says where that is
+    bool is_whole = false;                     ///< whether it does; else these are the lines of the name
+    bool is_forward = false;                   ///< whether it only announces what is defined elsewhere
+    std::optional<sources::Position> name;     ///< where the name stands
+    std::optional<std::uint32_t> offset = {};  ///< the same in bytes, as that of a `NamedToken`; if texts tell
 };
 
-/// What stands before a token, with a dot between them for all that its document knows.
-struct Receiver {
-    std::optional<SymbolNumber> module;  ///< that it names; none where it is the open token before this one
-    Range range;
-};
-
-/// A token of which the source has the last word (open_tokens.h): what it names is left open, or may be wrong.
+/// A token of which the source has the last word (open_tokens.h): what its document says may be wrong.
 struct OpenToken {
-    TokenNames names = LOCAL_SYMBOL;  ///< as its document says
+    TokenNames names = 0;  ///< as its document says
     Range range;
-    std::optional<Receiver> receiver;
-};
-
-/// How many tokens of a file have a text. Of one behind a dot the name before it belongs to its text: "a.b".
-class TextCounts {
-  public:
-    void add(std::string_view text) { ++counts_[std::hash<std::string_view>()(text)]; }
-    [[nodiscard]] std::int64_t of(std::string_view text) const {
-        const auto found = counts_.find(std::hash<std::string_view>()(text));
-        return found == counts_.end() ? 0 : found->second;
-    }
-
-  private:
-    std::unordered_map<std::size_t, std::int32_t> counts_;  // by a hash, which no two texts of a file have by chance
 };
 
 /// What the documents of one source file say, in the order in which they came.
@@ -70,7 +53,8 @@ struct FileContents {
     std::unordered_map<SymbolNumber, Description> descriptions;
     std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing
     std::vector<OpenToken> open_tokens;                       ///< others, in the order of the text
-    std::optional<TextCounts> tokens_seen;                    ///< where the source tells what tokens lack
+    std::optional<std::vector<indexing::NamedToken>> tokens;  ///< whose meaning is known; none where no text tells
+    std::vector<std::uint32_t> misnamed = {};                 ///< as those of an `indexing::ExtractedFile`
     std::int32_t last_line = 1;                               ///< the last on which anything stands
 };
 
@@ -84,9 +68,6 @@ struct Contents {
     std::int64_t unusable_definitions = 0;  ///< left out for want of a usable range
     /// By a symbol as documents state it, where projects whose packages have no name share it: what it may stand for.
     std::unordered_map<SymbolNumber, std::vector<SymbolNumber>> namesakes;
-
-    /// Adds references of a file to what all of these symbols, at least one, stand for; none for a count below 1.
-    void add_references(FileContents& file, std::vector<SymbolNumber> meant, std::int64_t count);
 };
 
 struct ContentsListener {
@@ -94,8 +75,7 @@ struct ContentsListener {
     std::function<bool(const std::string& path, bool is_generated)> wants = [](auto&, bool) { return true; };
     /// Called with the path and the stated language of each source file, when its first document begins.
     std::function<void(const std::string& path, const std::string& language)> new_file = [](auto&, auto&) {};
-    /// Asked for the text of a source file whose language decides by texts what tokens name; none where it is not
-    /// there.
+    /// Asked for the text of a source file, for each of its documents; none where it is not there.
     std::function<std::optional<std::string>(const std::string& path)> text_of = [](auto&) { return std::nullopt; };
     /// Called after each document. What it throws ends the reading.
     std::function<void()> after_document = [] {};

@@ -6,8 +6,8 @@
 #include "host/scip/relative_modules.h"
 #include "host/scip/scip_symbols.h"
 #include "host/sources/language.h"
-#include "host/summary/shared_summaries.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -27,6 +27,14 @@ void add_noted(const std::string& path, std::string& paths) {
     if (path.find('\n') == std::string::npos && paths.size() + path.size() < MOST) {
         paths.append(path).append("\n");
     }
+}
+
+// Of several documents of one file, the one that says what a token names counts.
+std::vector<indexing::NamedToken> by_offset(std::vector<indexing::NamedToken> tokens) {
+    std::ranges::sort(tokens);  // LOCAL_SYMBOL comes last
+    const auto repeated = std::ranges::unique(tokens, {}, &indexing::NamedToken::offset);
+    tokens.erase(repeated.begin(), repeated.end());
+    return tokens;
 }
 
 // What becomes of one file, and of its source, which is null when it could not be read.
@@ -107,13 +115,20 @@ Extraction extract(Contents contents, const sources::Sources& sources, const std
     }
     auto extracted = extraction.files.begin();
     for (auto& [path, file] : contents.files) {
-        (extracted++)->references = std::move(file.references);
+        extracted->references = std::move(file.references);
+        if (extracted->has_moved) {
+            extracted->declared.names.clear();
+        } else if (file.tokens) {
+            extracted->tokens = by_offset(std::move(*file.tokens));
+            extracted->misnamed = std::move(file.misnamed);
+        }
+        ++extracted;
     }
     for (const indexing::ExtractedFile& file : extraction.files) {
         extraction.languages.insert(file.language);  // an indexer follows imports as its language's compiler does
     }
     extraction.damaged = extractor.damaged();
-    extraction.shared_summaries = shared_summaries(extractor.summaries());
+    extraction.summaries = extractor.summaries();
     extraction.tokens = contents.tokens.take();
     add_relative_modules(extraction.files, contents.symbols);
     extraction.symbols = std::make_unique<ScipSymbols>(std::move(contents));

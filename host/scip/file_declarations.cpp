@@ -309,6 +309,14 @@ class FileReader {
             result_.declared.symbols.push_back({candidate.symbol, declaration, candidate.best.lines.count(),
                                                 file_.descriptions.contains(candidate.symbol)});
         }
+        for (const Definition& definition : file_.definitions) {
+            if (definition.offset && declaration_of_symbol.contains(definition.symbol)) {
+                result_.declared.names.push_back({*definition.offset, definition.symbol});
+            }
+        }
+        std::ranges::sort(result_.declared.names);
+        const auto repeated = std::ranges::unique(result_.declared.names);
+        result_.declared.names.erase(repeated.begin(), repeated.end());
     }
 
     const std::string& path_;

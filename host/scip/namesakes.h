@@ -4,13 +4,13 @@
 // projects: `index.ts`/main(). is then the symbol of each one's.
 #pragma once
 
-#include "host/indexing/modules.h"
 #include "host/scip/contents.h"
+#include "host/sources/source_reader.h"
 
 namespace host::scip {
 
 /// Lets each reference to a symbol that several projects share lead to the file's own declaration, else to that of a
 /// file that it has names from; where neither tells, to every one, which makes it ambiguous.
-void choose_namesakes(Contents& contents, indexing::Modules& modules);
+void choose_namesakes(Contents& contents, const sources::Sources& sources);
 
 }  // namespace host::scip

@@ -17,6 +17,7 @@ class ScipSymbols : public indexing::Symbols {
 
     [[nodiscard]] std::size_t size() const override { return contents_.symbols.size(); }
     [[nodiscard]] indexing::DeclarationName name_of(SymbolNumber symbol, std::uint32_t file) const override;
+    [[nodiscard]] bool is_defined(SymbolNumber symbol) const override { return is_defined_[symbol]; }
     [[nodiscard]] std::optional<indexing::Elsewhere> declared_elsewhere(SymbolNumber symbol) const override;
 
   private:

@@ -13,6 +13,8 @@ namespace host::scip {
 
 namespace {
 
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
 // Whether the symbol ends with the text as the name of its last descriptor. Tells most that bear it, at little cost.
 bool ends_with_name(std::string_view symbol, std::string_view text) {
     const std::size_t at = text.empty() ? std::string_view::npos : symbol.rfind(text);
@@ -43,6 +45,9 @@ bool may_name_module(std::string_view text, std::string_view module) {
 }  // namespace
 
 RangedText::RangedText(std::string text) : text_(std::move(text)), lines_{0} {
+    if (text_.starts_with(BYTE_ORDER_MARK)) {
+        text_.erase(0, BYTE_ORDER_MARK.size());
+    }
     for (std::size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1)) {
         lines_.push_back(end + 1);
     }
@@ -52,6 +57,11 @@ std::string_view RangedText::at(const Range& range) {
     const std::optional<std::size_t> begin = offset_of(range.start_line, range.start_column);
     const std::optional<std::size_t> end = offset_of(range.end_line, range.end_column);
     return begin && end && *begin < *end ? std::string_view(text_).substr(*begin, *end - *begin) : std::string_view();
+}
+
+std::optional<std::uint32_t> RangedText::offset_of(const Range& range) {
+    const std::optional<std::size_t> offset = offset_of(range.start_line, range.start_column);
+    return offset ? std::optional(static_cast<std::uint32_t>(*offset)) : std::nullopt;
 }
 
 std::string_view RangedText::behind(const Range& range) {

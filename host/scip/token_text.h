@@ -15,7 +15,7 @@
 
 namespace host::scip {
 
-/// The text of a source, to be asked for by range. Columns count UTF-16 code units. Fast where the ranges ascend.
+/// The text of a source behind a byte-order mark, to be asked for by range. Columns count UTF-16 code units. Fast where the ranges ascend.
 class RangedText {
   public:
     explicit RangedText(std::string text);
@@ -23,6 +23,9 @@ class RangedText {
     /// What stands at the range, line ends included; empty where the range is none of the text. Valid as long as this
     /// object.
     std::string_view at(const Range& range);
+
+    /// Where the range begins, in bytes; none where the text has no such line.
+    std::optional<std::uint32_t> offset_of(const Range& range);
 
     /// What stands behind the range on its last line.
     std::string_view behind(const Range& range);

@@ -2,7 +2,6 @@
 
 #include "host/scip/built_in_names.h"
 #include "host/scip/lines_of_range.h"
-#include "host/scip/modules_of.h"
 #include "host/scip/project_root.h"
 #include "host/scip/symbol.h"
 #include "host/scip/token_text.h"
@@ -27,6 +26,17 @@ Suffix suffix_of(const SourceDeclaration& declaration) {
         return Suffix::METHOD;
     }
     return declaration.is_variable || declaration.kind == "constant" ? Suffix::TERM : Suffix::TYPE;
+}
+
+// The symbol of a file as a module, if its documents define that.
+std::optional<SymbolNumber> module_at(std::string_view path, const FileContents& file, const SymbolTable& symbols) {
+    for (const Definition& definition : file.definitions) {
+        const bool may_be_it = symbols.is_module(definition.symbol);
+        if (may_be_it && is_module_of(parse_symbol(symbols.symbol(definition.symbol)).value().descriptors, path)) {
+            return definition.symbol;
+        }
+    }
+    return std::nullopt;
 }
 
 // What the documents of a file define.
@@ -96,7 +106,8 @@ class UndeclaredInFile {
                                      .lines = {declaration.first_line, declaration.last_line},
                                      .is_whole = true,
                                      .is_forward = false,
-                                     .name = declaration.position});
+                                     .name = declaration.position,
+                                     .offset = declaration.offset});
         undeclared_.push_back({declaration.position, symbol});
     }
 
@@ -157,7 +168,6 @@ class LocalReferences {
 }  // namespace
 
 UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sources) {
-    const indexing::Modules modules = modules_of(contents, sources);
     std::set<std::string> built_in;
     for (const auto& [symbol, name] : built_in_names(contents.symbols)) {
         built_in.insert(name);
@@ -165,7 +175,7 @@ UndeclaredByFile add_undeclared(Contents& contents, const sources::Sources& sour
     UndeclaredByFile undeclared;
     for (auto& [path, file] : contents.files) {
         const auto source = sources.find(path);
-        const std::optional<SymbolNumber> module = modules.module_at(path);
+        const std::optional<SymbolNumber> module = module_at(path, file, contents.symbols);
         if (!module || source == sources.end() || !source->second.outline || source->second.outline->is_damaged) {
             continue;
         }

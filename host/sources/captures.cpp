@@ -137,62 +137,6 @@ void add_parts(const Match& match, string_view text, NodeId id, Captures& captur
     });
 }
 
-// Adds the link that a match is about, if it is about one.
-void add_link(const Match& match, string_view text, Captures& captures) {
-    Link link;
-    std::optional<Bytes> bytes;
-    match.for_each_capture([&](Capture capture, const TSNode& node) {
-        const bool is_all = capture == Capture::ALL;
-        const bool is_name = capture == Capture::LINK || capture == Capture::PASSED;
-        link.is_exported = link.is_exported || is_all || capture == Capture::PASSED;
-        if (is_name || is_all) {
-            bytes = bytes_of(node);
-        }
-        if (is_name) {
-            link.name = text_of(text, node);
-        }
-        if (capture == Capture::ORIGINAL) {
-            link.original = text_of(text, node);
-        } else if (capture == Capture::FROM || is_all) {
-            link.module = text_of(text, node);
-        }
-    });
-    if (bytes) {
-        captures.links.push_back({std::move(link), *bytes});
-    }
-}
-
-// Adds what a match says of names and of where they mean what.
-void add_names(const Match& match, Captures& captures) {
-    std::optional<Bytes> scope;
-    match.for_each_capture([&](Capture capture, const TSNode& node) {
-        const Bytes bytes = bytes_of(node);
-        switch (capture) {
-        case Capture::MENTION:
-            captures.mentions.push_back(bytes);
-            break;
-        case Capture::UNMENTIONED:
-            captures.unmentioned.insert(bytes.begin);
-            break;
-        case Capture::BOUND:
-            captures.bound.push_back(bytes);
-            break;
-        case Capture::MEMBERS:
-            captures.scopes.push_back({bytes, true});
-            break;
-        case Capture::SCOPE:
-            scope = {std::min(scope.value_or(bytes).begin, bytes.begin),
-                     std::max(scope.value_or(bytes).end, bytes.end)};
-            break;
-        default:
-            break;
-        }
-    });
-    if (scope) {
-        captures.scopes.push_back({*scope});
-    }
-}
-
 // Adds what a match says of the text as a whole.
 void add_surroundings(const Match& match, string_view text, Captures& captures) {
     match.for_each_capture([&](Capture capture, const TSNode& node) {
@@ -260,8 +204,6 @@ Captures captures_in(const SyntaxTree& tree, string_view text, const Language& l
             if (const std::optional<NodeId> subject = add_subject(match, captures)) {
                 add_parts(match, text, *subject, captures);
             }
-            add_link(match, text, captures);
-            add_names(match, captures);
             add_surroundings(match, text, captures);
         }
     }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "host/sources/language.h"
-#include "host/sources/link.h"
 #include "host/sources/syntax_tree.h"
 
 #include <cstddef>
@@ -55,16 +54,6 @@ struct CapturedNode {
     bool is_const = false;
 };
 
-struct CapturedLink {
-    Link link;
-    Bytes name;  ///< of the link; of a module all of whose names are passed on, how the file names that
-};
-
-struct CapturedScope {
-    Bytes bytes;
-    bool is_class = false;
-};
-
 /// language.h tells what the captures mean.
 struct Captures {
     std::vector<CapturedName> names;
@@ -77,11 +66,6 @@ struct Captures {
     std::vector<Bytes> visible;
     std::vector<Bytes> hidden;
     std::vector<Bytes> local;
-    std::vector<CapturedLink> links;
-    std::vector<CapturedScope> scopes;
-    std::vector<Bytes> bound;
-    std::vector<Bytes> mentions;
-    std::unordered_set<std::uint32_t> unmentioned;  ///< where they begin
     std::unordered_set<std::string> exports;
     std::unordered_set<std::string> slots;
     bool has_list = false;

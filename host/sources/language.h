@@ -29,16 +29,8 @@
 //     @visible       a region whose declarations are public
 //     @hidden        a region, or a single declaration, that is not
 //     @local         the body of a function
-//     @link          a name by which the file has what another module calls @original, or without that the module
-//                    itself; @from, in the same match, is how the file names the module
-//     @passed        the same, and the file exports it; without @from it is the @original of the file itself
-//     @all           how the file names a module all of whose names it passes on
 //     @cpp           what C++ has and C has not
 //     @slot          the name of an attribute that a class lists
-//     @mention       a name that is looked up in the scopes around it, unless it is @unmentioned, too
-//     @bound         a name that the scope around it binds, but not by a link
-//     @scope         what has names of its own; several in one match are one, with all between them
-//     @members       the same for a class, whose names the functions in it do not see
 //
 // Other captures serve the predicate #eq?, the only one there is. A capture that does neither is an error.
 #pragma once

@@ -3,7 +3,6 @@
 #include "host/files/file_language.h"
 #include "host/sources/captures.h"
 #include "host/sources/doc_comments.h"
-#include "host/sources/mentions.h"
 #include "host/sources/prose.h"
 #include "host/sources/regions.h"
 #include "host/sources/surroundings.h"
@@ -52,10 +51,6 @@ class OutlineReader {
           visible_(std::move(captures.visible)), hidden_(std::move(captures.hidden)), local_(std::move(captures.local)),
           tests_(std::move(captures.tests)), slots_(std::move(captures.slots)), public_names_(text, language, captures),
           is_cpp_(captures.is_cpp), is_damaged_(captures.is_damaged), damage_(captures.damage) {
-        count_mentions(text, captures);
-        for (CapturedLink& each : captures.links) {
-            links_.push_back(std::move(each.link));
-        }
         std::ranges::sort(names_, {}, &CapturedName::name);
         for (std::size_t end = text.find('\n'); end != string_view::npos; end = text.find('\n', end + 1)) {
             line_ends_.push_back(static_cast<std::uint32_t>(end));
@@ -65,7 +60,6 @@ class OutlineReader {
     Outline outline() {
         Outline outline{.declarations = {},
                         .public_names = public_names_,
-                        .links = std::move(links_),
                         .line_count = line_of(last_byte(text_.size())),
                         .is_cpp = is_cpp_,
                         .is_damaged = is_damaged_,
@@ -131,7 +125,6 @@ class OutlineReader {
             .is_at_top = around.is_outermost && !local_.contain(name.name.begin),
             .is_variable = name.is_binding,
             .is_public = is_public,
-            .is_marked = is_public && is_marked,
             .is_constant = node.is_const,
             .signature = {},
             .documentation = {},
@@ -248,7 +241,6 @@ class OutlineReader {
     Regions hidden_;
     Regions local_;
     std::vector<Bytes> tests_;
-    std::vector<Link> links_;
     std::unordered_set<std::string> slots_;
     PublicNames public_names_;
     std::unordered_set<NodeId> public_namespaces_;  // of those that have been read

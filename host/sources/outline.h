@@ -2,7 +2,6 @@
 #pragma once
 
 #include "host/sources/language.h"
-#include "host/sources/link.h"
 #include "host/sources/public_names.h"
 #include "host/syntax/syntax.h"
 
@@ -39,7 +38,6 @@ struct SourceDeclaration {
     bool is_at_top = false;     ///< whether it stands in no other declaration and no function
     bool is_variable = false;   ///< whether it binds a name to a value
     bool is_public = false;     ///< whether the file makes it public, should it stand at the top or in a namespace
-    bool is_marked = false;     ///< whether a mark on it, such as `export`, makes it public
     bool is_callable = false;   ///< whether it is a type that can be called, or a variable without a kind that can be
     bool is_constant = false;   ///< whether it is a variable without a kind that is said to stay as it is
     std::string signature;      ///< its text up to the body, as many lines as that takes, without their common indent
@@ -58,7 +56,6 @@ struct Lines {
 struct Outline {
     std::vector<SourceDeclaration> declarations;  ///< by the position of their names, one for each
     PublicNames public_names;
-    std::vector<Link> links;                ///< in no order
     std::int32_t line_count = 0;            ///< at least 1
     bool is_cpp = false;                    ///< whether the text holds what C++ has and C has not
     bool is_damaged = false;                ///< whether a part of the text does not parse, and may hold more

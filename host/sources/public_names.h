@@ -17,9 +17,6 @@ class PublicNames {
     /// Takes the list of exports from the captures of the text.
     PublicNames(std::string_view text, const Language& language, Captures& captures);
 
-    /// Whether the file lists the name as public.
-    [[nodiscard]] bool list(const std::string& name) const { return listed_.contains(name); }
-
     /// Whether a name is public that is declared without a mark at the top of the file.
     [[nodiscard]] bool contains(const std::string& name) const;
 

@@ -19,12 +19,11 @@ using std::string_view;
 
 // In the order of `Capture`.
 constexpr auto CAPTURE_NAMES = std::to_array<string_view>(
-    {"class",     "struct",   "interface", "enum",        "type",      "function",  "method",    "constructor",
-     "attribute", "constant", "variable",  "declaration", "binding",   "namespace", "wrapper",   "of",
-     "callable",  "const",    "exported",  "name",        "body",      "value",     "docstring", "part",
-     "named",     "link",     "passed",    "all",         "original",  "from",      "mention",   "unmentioned",
-     "bound",     "members",  "scope",     "decorator",   "exporting", "testing",   "test",      "comment",
-     "visible",   "hidden",   "local",     "export",      "slot",      "list",      "module",    "cpp"});
+    {"class",     "struct",    "interface", "enum",        "type",    "function",  "method",    "constructor",
+     "attribute", "constant",  "variable",  "declaration", "binding", "namespace", "wrapper",   "of",
+     "callable",  "const",     "exported",  "name",        "body",    "value",     "docstring", "part",
+     "named",     "decorator", "exporting", "testing",     "test",    "comment",   "visible",   "hidden",
+     "local",     "export",    "slot",      "list",        "module",  "cpp"});
 static_assert(CAPTURE_NAMES.size() == static_cast<std::size_t>(Capture::ARGUMENT));
 
 std::optional<Capture> capture_named(string_view name) {

@@ -25,7 +25,8 @@ std::optional<std::size_t> Source::find(const Position& position, std::string_vi
     return found == end ? std::nullopt : std::optional(static_cast<std::size_t>(found - all.begin()));
 }
 
-SourceReader::SourceReader(const Checkout& checkout, TextSpool& spool) : checkout_(checkout), spool_(spool) {
+SourceReader::SourceReader(const Checkout& checkout, TextSpool& spool, Content content)
+    : checkout_(checkout), spool_(spool), content_(content) {
     const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
     threads_.reserve(cores);
     try {
@@ -117,7 +118,7 @@ std::optional<Source> SourceReader::read(const Request& request) {
     Source source{.content_hash = content->hash, .summary = {}, .outline = std::nullopt, .texts = {}};
     if (content->text) {
         source.summary = wiki::file_summary(lines_of(*content->text));
-        source.outline = outline_of(*content->text, request.language, request.path, is_cancelled_);
+        source.outline = outline_of(*content->text, request.language, request.path, is_cancelled_, content_);
     }
     if (source.outline) {
         source.texts.reserve(source.outline->declarations.size());

@@ -47,7 +47,7 @@ using Sources = std::unordered_map<std::string, Source>;
 class SourceReader {
   public:
     /// Both must outlive the reader.
-    SourceReader(const Checkout& checkout, TextSpool& spool);
+    SourceReader(const Checkout& checkout, TextSpool& spool, Content content = Content::DECLARATIONS);
     /// Drops what is not read yet.
     ~SourceReader();
     SourceReader(const SourceReader&) = delete;
@@ -73,6 +73,7 @@ class SourceReader {
 
     const Checkout& checkout_;
     TextSpool& spool_;
+    const Content content_;
     std::atomic<bool> is_cancelled_ = false;
 
     std::mutex mutex_;

@@ -1,7 +1,6 @@
 #include "host/worktree/extract.h"
 
 #include "host/sources/language.h"
-#include "host/summary/shared_summaries.h"
 #include "host/worktree/source_symbols.h"
 
 #include <algorithm>
@@ -70,6 +69,33 @@ void add_references(const resolve::References& found, const SourceSymbols& symbo
     }
 }
 
+// What is known of a file that another front end describes.
+indexing::ExtractedFile described_file(const resolve::File& file, FileId id, const FoundNames& found,
+                                       const SourceSymbols& symbols, indexing::TokenTable& tokens) {
+    indexing::ExtractedFile described;
+    described.path = file.path;
+    described.declared.modules.push_back(symbols.number({id, resolve::Target::MODULE}));
+    for (syntax::DeclarationId at = 0; at < file.syntax->declarations.size(); ++at) {
+        described.declared.names.push_back({file.syntax->declarations[at].offset, symbols.number({id, at})});
+    }
+    for (const FileId imported : found.imports) {
+        ++described.references[symbols.number({imported, resolve::Target::MODULE})];
+    }
+    std::vector<indexing::NamedToken>& named = described.tokens.emplace();
+    std::span<const resolve::TokenTarget> targets = found.tokens;
+    while (!targets.empty()) {
+        const std::uint32_t offset = targets.front().offset;
+        std::vector<indexing::SymbolNumber> meant;
+        for (; !targets.empty() && targets.front().offset == offset; targets = targets.subspan(1)) {
+            meant.push_back(symbols.number(targets.front().target));
+        }
+        std::ranges::sort(meant);
+        meant.erase(std::unique(meant.begin(), meant.end()), meant.end());
+        named.push_back({offset, tokens.number(std::move(meant))});
+    }
+    return described;
+}
+
 void report_file(const ReadFile& file, const resolve::References& references, ImportReport& report) {
     if (file.content_hash == 0) {
         report.unread.add(file.path);
@@ -107,10 +133,9 @@ std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declar
 
 indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
                              const resolve::Resolver& resolver, std::span<const resolve::References> references,
-                             ImportReport& report) {
+                             std::span<const FoundNames> described, ImportReport& report) {
     indexing::Extraction extraction;
     auto symbols = std::make_unique<SourceSymbols>(repository);
-    std::vector<std::string> summaries;
     for (FileId id = 0; id < files.size(); ++id) {
         ReadFile& file = files[id];
         indexing::ExtractedFile extracted;
@@ -121,15 +146,19 @@ indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repositor
         extracted.steps = 1;
         add_references(references[id], *symbols, extraction.tokens, extracted);
         extraction.files.push_back(std::move(extracted));
-        summaries.push_back(file.facts.summary);
+        extraction.summaries.push_back(file.facts.summary);
         report_file(file, references[id], report);
+    }
+    for (std::size_t at = 0; at < described.size(); ++at) {
+        const auto id = static_cast<FileId>(files.size() + at);
+        extraction.files.push_back(
+            described_file(repository.files[id], id, described[at], *symbols, extraction.tokens));
     }
     for (const sources::Language& language : sources::languages()) {
         if (language.read_syntax != nullptr) {
             extraction.languages.emplace(language.name);
         }
     }
-    extraction.shared_summaries = shared_summaries(summaries);
     extraction.symbols = std::move(symbols);
     return extraction;
 }

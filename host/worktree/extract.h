@@ -28,14 +28,21 @@ struct ReadFile {
     std::vector<ReadDeclaration> declarations;  ///< those of `facts`, which serve no further
 };
 
+/// What the resolver found of a file that another front end describes.
+struct FoundNames {
+    std::vector<resolve::TokenTarget> tokens;
+    std::vector<resolve::FileId> imports;
+};
+
 /// Puts the texts of declarations into the spool.
 std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool);
 
-/// Returns what an index is made from. `repository` holds the files in the order of `files`, and `references` what the
-/// resolver found for each. `repository` and what it points at must outlive the extraction. Adds to `report` what was
+/// Returns what an index is made from. `repository` holds the files in the order of `files`, and then those that another
+/// front end describes (read_sources.h). `references` and `described` are what the resolver found for the former and the
+/// latter. `repository` and what it points at must outlive the extraction. Adds to `report` what was
 /// read, and what could not be.
 indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
                              const resolve::Resolver& resolver, std::span<const resolve::References> references,
-                             indexing::ImportReport& report);
+                             std::span<const FoundNames> described, indexing::ImportReport& report);
 
 }  // namespace host::worktree

@@ -7,8 +7,8 @@
 #include "host/indexing/progress.h"
 #include "host/rules/path_rules.h"
 #include "host/rules/repository_rules.h"
-#include "host/worktree/facts_store.h"
 #include "host/worktree/listed_sources.h"
+#include "host/worktree/read_sources.h"
 
 #include <cstdint>
 #include <string>
@@ -24,7 +24,7 @@ struct ImportRequest {
     std::vector<PathRule> tests = {};
 };
 
-/// Makes one new index of the files of a checkout whose names tell their language, in the way of `scip::import_scip`:
+/// Makes one new index of the files of a checkout whose names tell their language, in the way of `imports::import_scip`:
 /// the old index stays until the new one is complete and durable. Equal files give equal rows. `on_progress` may be
 /// empty; a file is three steps: being read, being resolved and being written.
 ///
@@ -32,21 +32,9 @@ struct ImportRequest {
 indexing::ImportReport import_sources(const ImportRequest& request, NewIndex& index,
                                       const indexing::OnProgress& on_progress);
 
-/// What an index has of a source, beside its rows.
-struct ImportedSource {
-    std::int64_t content_hash = 0;  ///< 0 when it could not be read
-    std::int64_t unresolved = 0;    ///< name tokens that lead to nothing in the checkout
-};
-
 struct Imported {
     indexing::ImportReport report;
     std::vector<ImportedSource> sources;  ///< in the order of `ListedSources`
-};
-
-/// What is known of sources without reading them.
-struct KnownSources {
-    FactsStore& facts;
-    std::vector<std::int64_t> content_hashes;  ///< in the order of `ListedSources`; 0 for one that must be read
 };
 
 /// The same for sources that have been listed. `known` may be null.

@@ -71,7 +71,7 @@ class Refresh {
                 references[file].unresolved - indexed_.sources[file].unresolved;
         }
         indexing::ImportReport report;
-        const indexing::Extraction extraction = extract(files_, repository, resolver, references, report);
+        const indexing::Extraction extraction = extract(files_, repository, resolver, references, {}, report);
         return indexing::revise(extraction, indexed_.changed, state, unresolved, spool_);
     }
 

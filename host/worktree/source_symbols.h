@@ -22,6 +22,7 @@ class SourceSymbols : public indexing::Symbols {
     [[nodiscard]] std::size_t size() const override { return first_.back() + repository_.files.size(); }
     /// The fully qualified name consists of the module's, those of the declarations around it, and its own.
     [[nodiscard]] indexing::DeclarationName name_of(indexing::SymbolNumber symbol, std::uint32_t file) const override;
+    [[nodiscard]] bool is_defined(indexing::SymbolNumber /*symbol*/) const override { return true; }
     /// Always none: every symbol is declared.
     [[nodiscard]] std::optional<indexing::Elsewhere>
     declared_elsewhere(indexing::SymbolNumber /*symbol*/) const override {

@@ -45,22 +45,3 @@
 [(for_statement) (for_in_statement) (while_statement) (do_statement) (try_statement) (switch_statement)] @local
 
 (comment) @comment
-
-; What the file has from other modules, and what it passes on.
-(import_statement (import_clause (namespace_import (identifier) @link)) source: (string (string_fragment) @from))
-(import_statement
-  (import_clause (named_imports (import_specifier !alias name: (_) @link @original)))
-  source: (string (string_fragment) @from))
-(import_statement
-  (import_clause (named_imports (import_specifier name: (_) @original alias: (_) @link)))
-  source: (string (string_fragment) @from))
-(export_statement !source (export_clause (export_specifier !alias name: (_) @passed @original)))
-(export_statement !source (export_clause (export_specifier name: (_) @original alias: (_) @passed)))
-(export_statement
-  (export_clause (export_specifier !alias name: (_) @passed @original))
-  source: (string (string_fragment) @from))
-(export_statement
-  (export_clause (export_specifier name: (_) @original alias: (_) @passed))
-  source: (string (string_fragment) @from))
-(export_statement (namespace_export (_) @passed) source: (string (string_fragment) @from))
-(export_statement "*" source: (string (string_fragment) @all))

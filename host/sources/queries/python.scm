@@ -58,47 +58,9 @@
 
 (comment) @comment
 
-; What the file has from other modules. All names of a module are there for others.
-(import_statement name: (dotted_name . (identifier) @passed @from))
-(import_statement name: (aliased_import name: (_) @from alias: (_) @passed))
-(import_from_statement module_name: (_) @from name: (dotted_name (identifier) @passed @original))
-(import_from_statement
-  module_name: (_) @from name: (aliased_import name: (dotted_name (identifier) @original) alias: (_) @passed))
-(import_from_statement module_name: (_) @all (wildcard_import))
-
 ; What a class says that it has.
 (class_definition body: (block (expression_statement (assignment left: (identifier) @slots right: [
     (tuple (string (string_content) @slot))
     (list (string (string_content) @slot))
     (string (string_content) @slot)
   ]))) (#eq? @slots "__slots__"))
-
-; Where its names mean what.
-(function_definition parameters: (_) @scope body: (_) @scope)
-(lambda body: (_) @scope)
-(lambda parameters: (_) @scope body: (_) @scope)
-[(list_comprehension) (set_comprehension) (dictionary_comprehension) (generator_expression)] @scope
-(class_definition body: (_) @members)
-(parameters (identifier) @bound)
-(lambda_parameters (identifier) @bound)
-(default_parameter name: (identifier) @bound)
-(typed_parameter (identifier) @bound)
-(typed_default_parameter name: (_) @bound)
-(list_splat_pattern (identifier) @bound)
-(dictionary_splat_pattern (identifier) @bound)
-(assignment left: (identifier) @bound)
-(augmented_assignment left: (identifier) @bound)
-(named_expression name: (_) @bound)
-(pattern_list (identifier) @bound)
-(tuple_pattern (identifier) @bound)
-(list_pattern (identifier) @bound)
-(for_statement left: (identifier) @bound)
-(for_in_clause left: (identifier) @bound)
-(as_pattern_target (identifier) @bound)
-(function_definition name: (_) @bound)
-(class_definition name: (_) @bound)
-(identifier) @mention
-(attribute attribute: (_) @unmentioned)
-(keyword_argument name: (_) @unmentioned)
-(dotted_name (identifier) @unmentioned)
-(aliased_import alias: (_) @unmentioned)

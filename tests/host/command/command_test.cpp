@@ -110,6 +110,10 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
     expect_failure("import good.scip --index ''", "--index: an empty name", WRONG_USAGE);
     expect_failure("stats --index postgresql://host/db --repository ''", "--repository: an empty name", WRONG_USAGE);
     expect_failure("import - good.scip - --index new.db", "SOURCE: - may be given only once", WRONG_USAGE);
+    for (const char* const twice : {"import . . good.scip", "import good.scip . --checkout ."}) {
+        expect_failure(twice + std::string(" --index new.db"), "SOURCE: only one folder holds the sources",
+                       WRONG_USAGE);
+    }
     expect_failure("page --index index.db --checkout .", "PATH is required (see wiki-scope page --help)", WRONG_USAGE);
     expect_failure("page a --inde index.db", "The following argument was not expected: --inde (", WRONG_USAGE);
     for (const auto& [option, says] : std::vector<std::pair<std::string, std::string>>{

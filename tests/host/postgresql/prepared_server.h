@@ -2,10 +2,10 @@
 #pragma once
 
 #include "fixtures/scip_builder.h"
+#include "host/imports/import.h"
 #include "host/location/index_at.h"
 #include "host/postgresql/connection.h"
 #include "host/postgresql/schema.h"
-#include "host/scip/import.h"
 #include "tests/host/indexed_folder.h"
 
 #include <gtest/gtest.h>
@@ -38,8 +38,8 @@ class Server : public IndexedFolder {
     /// Imports a file that declares f so many lines long.
     void import(int lines, const std::string& name = "one") const {
         const auto document = scip::ScipDocument("a.ts").defines(scip::F, {0, 0, 1}, {0, 0, lines - 1, 1});
-        scip::import_scip({{folder.write("in.scip", scip::scip_file({document}))}, std::nullopt},
-                          *repository(name)->replace(), {});
+        imports::import_scip({{folder.write("in.scip", scip::scip_file({document}))}, std::nullopt},
+                             *repository(name)->replace(), {});
     }
 
     /// How long f is, as a state of the index has it.

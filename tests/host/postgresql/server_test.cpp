@@ -1,5 +1,6 @@
 // Indexes in a server, beside what pages and imports promise everywhere: tools/with-postgresql server_tests
 
+#include "host/imports/import.h"
 #include "host/location/index_at.h"
 #include "host/page/page.h"
 #include "host/page/page_json.h"
@@ -7,7 +8,6 @@
 #include "host/postgresql/connection.h"
 #include "host/postgresql/schema.h"
 #include "host/postgresql/snapshot_tables.h"
-#include "host/scip/import.h"
 #include "host/serve/index_connections.h"
 #include "tests/host/postgresql/prepared_server.h"
 

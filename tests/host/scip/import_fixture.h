@@ -3,7 +3,7 @@
 
 #include "fixtures/scip_builder.h"
 #include "fixtures/temporary_folder.h"
-#include "host/scip/import.h"
+#include "host/imports/import.h"
 #include "host/sqlite/schema.h"
 #include "host/sqlite/sqlite_index.h"
 #include "tests/host/server.h"
@@ -16,6 +16,8 @@
 
 namespace host::scip {
 
+using imports::import_scip;
+using imports::ImportRequest;
 using indexing::Examples;
 using indexing::ImportReport;
 

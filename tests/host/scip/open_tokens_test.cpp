@@ -14,47 +14,39 @@ TEST_F(ScipImport, ANameThatAModulePassesOnStandsForWhatAnotherOneDeclares) {
     folder.write("checkout/all.ts", "export * from './types.js'\nimport * as deep from './deep'\nexport { deep }\n");
     folder.write("checkout/barrel.ts", "export { string } from './types'\n");
     folder.write("checkout/user.ts",
-                 "/* \xF0\x9F\x98\x80 */ z.string()\nz\n  .string(z, z[string])\nz.deep.low\nz.stringType()\n");
+                 "import * as z from './all'\n/* \xF0\x9F\x98\x80 */ z.string()\nz\n  .string(z, z[string])\n"
+                 "z.deep.low\n");
     import_with_sources({ScipDocument("types.ts").defines(types).defines(types + "stringType().", {0, 9, 19}),
                          ScipDocument("deep/index.ts").defines(deep).defines(deep + "low.", {0, 13, 16}),
                          ScipDocument("all.ts").defines(all),
                          ScipDocument("barrel.ts").occurs("local 7", 0, {0, 9, 15}),
                          ScipDocument("user.ts")
-                             .occurs(all, 0, {0, 9, 10})
-                             .occurs("local 1", 0, {0, 11, 17})  // followed
-                             .occurs(all, 0, {1, 0, 1})
-                             .occurs("local 1", 0, {2, 3, 9})  // followed
-                             .occurs(all, 0, {2, 10, 11})
-                             .occurs(all, 0, {2, 13, 14})
-                             .occurs("local 1", 0, {2, 15, 21})
-                             .occurs(all, 0, {3, 0, 1})
-                             .occurs("local 2", 0, {3, 2, 6})   // followed to a module,
-                             .occurs("local 3", 0, {3, 7, 10})  // and on from there
+                             .occurs(all, 0, {1, 9, 10})
+                             .occurs("local 1", 0, {1, 11, 17})  // followed
+                             .occurs(all, 0, {2, 0, 1})
+                             .occurs("local 1", 0, {3, 3, 9})  // followed
+                             .occurs(all, 0, {3, 10, 11})
+                             .occurs(all, 0, {3, 13, 14})
+                             .occurs("local 1", 0, {3, 15, 21})
                              .occurs(all, 0, {4, 0, 1})
-                             .occurs("local 4", 0, {4, 2, 12})});
-    EXPECT_EQ(rows("SELECT name || ' ' || refs AS row FROM symbols JOIN edges ON id = target_id ORDER BY name, refs"),
-              "all 6; low 1; stringType 1; stringType 2");
+                             .occurs("local 2", 0, {4, 2, 6})      // followed to a module,
+                             .occurs("local 3", 0, {4, 7, 10})});  // and on from there
+    EXPECT_EQ(rows("SELECT path || ' ' || name || ' ' || refs AS row FROM symbols JOIN edges ON symbols.id = target_id "
+                   "JOIN files ON files.id = source_file_id WHERE kind <> 'module' ORDER BY row"),
+              "barrel.ts stringType 1; types.ts stringType 1; user.ts low 1; user.ts stringType 2");
 }
 
-TEST_F(ScipImport, ATokenIsNoMemberOfTheModuleThatTheDocumentBeforeEndsWith) {
+// A document whose local starts where the source binds an import says no more than the source does.
+TEST_F(ScipImport, ALocalThatTheDocumentDefinesIsNothingElse) {
     const std::string m = symbol("`m.ts`/");
     folder.write("checkout/m.ts", "export function f() {}\n");
-    folder.write("checkout/a.ts", "m");
-    folder.write("checkout/b.ts", "x.f()\n");
-    import_with_sources({ScipDocument("m.ts").defines(m).defines(m + "f().", {0, 16, 17}),
-                         ScipDocument("a.ts").occurs(m, 0, {0, 0, 1}),
-                         ScipDocument("b.ts").occurs("local 1", 0, {0, 2, 3})});
-    EXPECT_EQ(rows("SELECT path AS row FROM edges JOIN files ON id = source_file_id"), "a.ts");
-}
-
-TEST_F(ScipImport, ATokenThatNamesOneModuleTwiceNamesOne) {
-    const std::string m = symbol("`m.ts`/");
-    folder.write("checkout/m.ts", "export function f() {}\n");
-    folder.write("checkout/a.ts", "m.f()\n");
+    folder.write("checkout/a.ts", "import { f } from './m'\nf()\nf()\n");
     import_with_sources(
-        {ScipDocument("m.ts").defines(m).defines(m + "f().", {0, 16, 17}),
-         ScipDocument("a.ts").occurs(m, 0, {0, 0, 1}).occurs(m, 0, {0, 0, 1}).occurs("local 1", 0, {0, 2, 3})});
-    EXPECT_EQ(rows("SELECT name || ' ' || refs AS row FROM symbols JOIN edges ON id = target_id"), "f 1");
+        {ScipDocument("m.ts").defines(m).defines(m + "f().", {0, 16, 17}), ScipDocument("a.ts")
+                                                                               .occurs(m + "f().", 0, {0, 9, 10})
+                                                                               .defines("local 1", {1, 0, 1})
+                                                                               .occurs("local 1", 0, {2, 0, 1})});
+    EXPECT_EQ(edges(), "a.ts 1 import 1");
 }
 
 // Modules of Python, as scip-python writes them.
@@ -91,26 +83,24 @@ TEST_F(PythonImport, ATokenWithAnotherNameMeansWhatTheImportsOfItsFileSay) {
                             .occurs(module("p"), 0, {0, 7, 8})
                             .occurs(wrong, 0, {1, 14, 15})  // from p import A
                             .occurs(module("p"), 0, {2, 0, 1})
-                            .occurs(wrong, 0, {2, 2, 3})  // p.A
-                            .occurs(wrong, 0, {3, 0, 1})  // A
-                            .occurs(wrong, 0, {4, 2, 3})  // x.A: nobody knows
-                            .occurs(module("p"), 0, {5, 0, 1})
-                            .occurs(wrong, 0, {5, 2, 4})    // p._C: not passed on
-                            .occurs(wrong, 0, {6, 14, 20})  // B as y
-                            .occurs(wrong, 0, {7, 0, 1})    // y
-                            .occurs(module("p"), 0, {8, 0, 1})
-                            .occurs(wrong, 0, {8, 2, 3})      // p.Z
-                            .occurs("local 7", 0, {9, 0, 1})  // A, which no document defines
-                            .occurs(wrong, 0, {10, 5, 14});   // of p.fields
-    import_user(
-        "import p\nfrom p import A\np.A\nA\nx.A\np._C\nfrom p import B as y\ny\np.Z\nA\nfrom .p.fields import *", user);
-    EXPECT_EQ(used(), "A 5; B 2; p 4");
+                            .occurs(wrong, 0, {2, 2, 3})    // p.A
+                            .occurs(wrong, 0, {3, 0, 1})    // A
+                            .occurs(wrong, 0, {4, 2, 3})    // x.A: nobody knows
+                            .occurs(wrong, 0, {5, 14, 20})  // B as y
+                            .occurs(wrong, 0, {6, 0, 1})    // y
+                            .occurs(module("p"), 0, {7, 0, 1})
+                            .occurs(wrong, 0, {7, 2, 3})      // p.Z
+                            .occurs("local 7", 0, {8, 0, 1})  // A, which no document defines
+                            .occurs(wrong, 0, {9, 5, 14});    // of p.fields
+    import_user("import p\nfrom p import A\np.A\nA\nx.A\nfrom p import B as y\ny\np.Z\nA\nfrom .p.fields import *",
+                user);
+    EXPECT_EQ(used(), "A 5; B 2; p 5");
 }
 
 TEST_F(PythonImport, ANameThatIsImportedAndNowhereATokenIsUsedAsOftenAsTheSourceMentionsIt) {
     ScipDocument user = ScipDocument("user.py").occurs(in("p.fields", "B#"), 0, {1, 14, 15});
     import_user("from p import A as _, B as b\nfrom p import B\ndef f(): return _(_)\ndef g(_): return _", user);
-    EXPECT_EQ(used(), "A 3; B 2; p 1");
+    EXPECT_EQ(used(), "A 3; B 2; p 2");
     ScipDocument whole = ScipDocument("user.py").occurs(in("p.fields", "A#"), 0, {0, 14, 20});  // A as _
     import_user("from p import A as _\n_", whole);
     EXPECT_EQ(used(), "A 2; p 1");
@@ -175,16 +165,16 @@ TEST_F(ScipImport, ProjectsWithoutANameShareNoDeclarations) {
     const std::vector<ScipDocument> documents{declares("one/a.ts").refers(f).refers(g),
                                               declares("two/a.ts"),
                                               ScipDocument("two/g.ts").defines(g),
-                                              ScipDocument("user.ts").refers(f),
+                                              ScipDocument("user.ts").occurs(f, 0, {0, 9, 10}),
                                               ScipDocument("b.ts").defines(nameless("`b.ts`/"), {0, 0, 0}),
                                               ScipDocument("lost.ts").refers(f),
                                               ScipDocument("bare.ts").occurs(file, 0, {0, 7, 16})};
     import_with_sources(documents);
     EXPECT_EQ(rows("SELECT path || ' ' || name || ' ' || kind AS row FROM symbols "
                    "JOIN files ON files.id = file_id ORDER BY symbols.id"),
-              "one/a.ts f function; two/a.ts a module; two/a.ts f function; two/g.ts g function");
-    EXPECT_EQ(edges(), "bare.ts 2 import 1; lost.ts 1 ambiguous 1; lost.ts 3 ambiguous 1; one/a.ts 1 local 1; "
-                       "one/a.ts 4 import 1; user.ts 1 import 1");
+              "one/a.ts a module; one/a.ts f function; two/a.ts a module; two/a.ts f function; two/g.ts g function");
+    EXPECT_EQ(edges(), "b.ts 1 import 1; bare.ts 3 import 1; lost.ts 2 ambiguous 1; lost.ts 4 ambiguous 1; "
+                       "one/a.ts 2 local 1; one/a.ts 5 import 1; user.ts 2 import 1");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // What sources say of their declarations, language by language.
 
+#include "host/sources/module_places.h"
 #include "host/sources/query.h"
 #include "tests/host/sources/outlined.h"
 
@@ -58,16 +59,7 @@ TEST(Outline, TypeScriptExportsOnTheDeclarationInAListAndByDefault) {
     EXPECT_EQ(declarations("a.tsx", "export const A = () => <b/>;"), "A 1-1 public callable constant");
 }
 
-TEST(Outline, ModulesSayWhatTheyHaveFromOthersAndPassOn) {
-    std::string list;
-    for (const auto& [name, original, module, is_exported, mentions] :
-         outline("a.ts", "import d, { a, b as c } from './m'\nimport * as n from './n'\nexport { a, n as o }\n"
-                         "export { default as p } from './p'\nexport * as q from './q'\nexport * from './r'\n"
-                         "export const s = 1\n")
-             .links) {
-        list.append(name).append("<").append(original).append("<").append(module).append(is_exported ? "! " : " ");
-    }
-    EXPECT_EQ(list, "a<a<./m c<b<./m n<<./n a<a<! o<n<! p<default<./p! q<<./q! <<./r! ");
+TEST(Outline, AModuleIsLookedForUnderTheNameThatIsImportedWithEveryExtension) {
     EXPECT_EQ(places_of_module("src/a.ts", "./b.js").front(), "src/b.js");
     EXPECT_EQ(places_of_module("src/a.ts", "./b.js")[1], "src/b.ts");
     EXPECT_EQ(places_of_module("src/a.ts", "..").back(), "index.cjs");

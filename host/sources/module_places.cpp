@@ -1,4 +1,4 @@
-#include "host/sources/link.h"
+#include "host/sources/module_places.h"
 
 #include "host/files/file_language.h"
 

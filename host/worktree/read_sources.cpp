@@ -1,0 +1,50 @@
+#include "host/worktree/read_sources.h"
+
+#include "host/manifests/manifests.h"
+#include "host/resolve/resolver.h"
+#include "host/worktree/all_cores.h"
+#include "host/worktree/source_reading.h"
+
+#include <cstddef>
+
+namespace host::worktree {
+
+ReadSources::ReadSources(const Checkout& checkout, const ListedSources& listed, const KnownSources* known,
+                         TextSpool& spool, indexing::Progress& progress)
+    : files_(listed.sources.size()) {
+    const SourceReading reading(checkout, known == nullptr ? nullptr : &known->facts, spool);
+    const auto read = [&](std::size_t at) {
+        files_[at] = reading.read(listed.sources[at].path, known == nullptr ? 0 : known->content_hashes[at]);
+        files_[at].facts.declarations = {};  // which are in the spool
+    };
+    on_all_cores(files_.size(), read, [&](std::size_t count) { progress.advance(count); });
+    repository_.packages = manifests::packages_of(checkout, listed.paths);
+}
+
+indexing::Extraction ReadSources::extract(const std::vector<resolve::File>& described, indexing::Progress& progress,
+                                          indexing::ImportReport& report) {
+    for (const ReadFile& file : files_) {
+        repository_.files.push_back({file.path, file.facts.dialect, &file.facts.syntax});
+    }
+    repository_.files.insert(repository_.files.end(), described.begin(), described.end());
+    const resolve::Resolver resolver(repository_);
+    std::vector<resolve::References> references(files_.size());
+    std::vector<FoundNames> names(described.size());
+    on_all_cores(
+        files_.size(),
+        [&](std::size_t at) { references[at] = resolver.references_of(static_cast<resolve::FileId>(at)); },
+        [&](std::size_t count) { progress.advance(count); });
+    on_all_cores(
+        described.size(),
+        [&](std::size_t at) {
+            const auto file = static_cast<resolve::FileId>(files_.size() + at);
+            names[at] = {resolver.tokens_of(file), resolver.imports_of(file)};
+        },
+        [&](std::size_t) { progress.report(); });
+    for (std::size_t at = 0; at < files_.size(); ++at) {
+        imported_.push_back({files_[at].content_hash, references[at].unresolved});
+    }
+    return worktree::extract(files_, repository_, resolver, references, names, report);
+}
+
+}  // namespace host::worktree
