@@ -16,21 +16,21 @@ using syntax::Role;
 // is an element.
 const std::unordered_map<std::string_view, Operation>& java_containers() {
     static const std::unordered_map<std::string_view, Operation> containers = [] {
-        constexpr auto LISTS = std::to_array<std::string_view>(
+        constexpr auto JAVA_LISTS = std::to_array<std::string_view>(
             {"ArrayDeque", "ArrayList",     "AtomicReference", "BlockingQueue", "Collection",   "CopyOnWriteArrayList",
              "Deque",      "EnumSet",       "Enumeration",     "Future",        "HashSet",      "Iterable",
              "Iterator",   "LinkedHashSet", "LinkedList",      "List",          "ListIterator", "NavigableSet",
              "Optional",   "PriorityQueue", "Queue",           "Reference",     "Set",          "SoftReference",
              "SortedSet",  "Stack",         "Stream",          "Supplier",      "ThreadLocal",  "TreeSet",
              "Vector",     "WeakReference"});
-        constexpr auto MAPS = std::to_array<std::string_view>(
+        constexpr auto JAVA_MAPS = std::to_array<std::string_view>(
             {"ConcurrentHashMap", "ConcurrentMap", "ConcurrentNavigableMap", "Entry", "EnumMap", "HashMap", "Hashtable",
              "IdentityHashMap", "LinkedHashMap", "Map", "NavigableMap", "SortedMap", "TreeMap", "WeakHashMap"});
         std::unordered_map<std::string_view, Operation> all;
-        for (const std::string_view name : LISTS) {
+        for (const std::string_view name : JAVA_LISTS) {
             all.emplace(name, Operation::LIST);
         }
-        for (const std::string_view name : MAPS) {
+        for (const std::string_view name : JAVA_MAPS) {
             all.emplace(name, Operation::MAP);
         }
         return all;
