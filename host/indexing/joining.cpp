@@ -132,12 +132,12 @@ class Joining {
 
     // A file of the documents, with what its source knows beyond them.
     ExtractedFile completed(const OfPath& of_path) {
-        ExtractedFile& file = documents_.files[*of_path.in_documents];
+        ExtractedFile file = std::move(documents_.files[*of_path.in_documents]);
         if (file.tokens && of_path.in_sources) {
             complete(sources_.files[*of_path.in_sources], file);
         }
         report_.misnamed_references += static_cast<std::int64_t>(file.misnamed.size());
-        return std::move(file);
+        return file;
     }
 
     void complete(const ExtractedFile& source, ExtractedFile& file) {
@@ -189,7 +189,7 @@ class Joining {
 
     // A file of the sources alone, with the numbers of both.
     ExtractedFile renumbered(std::uint32_t at) {
-        ExtractedFile& file = sources_.files[at];
+        ExtractedFile file = std::move(sources_.files[at]);
         for (Declaration& declaration : file.declared.declarations) {
             declaration.symbol += first_;
         }
@@ -204,7 +204,7 @@ class Joining {
             return meant_[symbol] == NOTHING ? std::nullopt
                                              : std::optional(documents_.tokens.symbols(meant_[symbol]).front());
         });
-        return std::move(file);
+        return file;
     }
 
     void renumber(Counts& references, const std::string& language, const auto& meaning) {
