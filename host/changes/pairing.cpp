@@ -136,10 +136,12 @@ void join_by_name(const IndexState& old_state, std::vector<Named> olds, const In
     std::ranges::stable_sort(olds, {}, &Named::name);
     std::ranges::stable_sort(news, {}, &Named::name);
     for (Group begin = olds.begin(); begin != olds.end();) {
-        const auto group = std::ranges::equal_range(begin, olds.end(), begin->name, {}, &Named::name);
-        const auto same = std::ranges::equal_range(news, begin->name, {}, &Named::name);
-        join_group(old_state, {begin, group.end()}, new_state, {same.begin(), same.end()}, declarations);
-        begin = group.end();
+        const Group end = std::ranges::upper_bound(begin, olds.end(), begin->name, {}, &Named::name);
+        join_group(old_state, {begin, end}, new_state,
+                   {std::ranges::lower_bound(news, begin->name, {}, &Named::name),
+                    std::ranges::upper_bound(news, begin->name, {}, &Named::name)},
+                   declarations);
+        begin = end;
     }
 }
 

@@ -27,7 +27,6 @@ namespace host::imports {
 
 namespace {
 
-using indexing::Extraction;
 using indexing::ImportReport;
 using indexing::OnProgress;
 using indexing::Progress;

@@ -32,8 +32,10 @@ void add_noted(const std::string& path, std::string& paths) {
 // Of several documents of one file, the one that says what a token names counts.
 std::vector<indexing::NamedToken> by_offset(std::vector<indexing::NamedToken> tokens) {
     std::ranges::sort(tokens);  // LOCAL_SYMBOL comes last
-    const auto repeated = std::ranges::unique(tokens, {}, &indexing::NamedToken::offset);
-    tokens.erase(repeated.begin(), repeated.end());
+    const auto stands_there_too = [](const indexing::NamedToken& one, const indexing::NamedToken& other) {
+        return one.offset == other.offset;
+    };
+    tokens.erase(std::unique(tokens.begin(), tokens.end(), stands_there_too), tokens.end());
     return tokens;
 }
 

@@ -314,9 +314,9 @@ class FileReader {
                 result_.declared.names.push_back({*definition.offset, definition.symbol});
             }
         }
-        std::ranges::sort(result_.declared.names);
-        const auto repeated = std::ranges::unique(result_.declared.names);
-        result_.declared.names.erase(repeated.begin(), repeated.end());
+        std::vector<indexing::NamePlace>& names = result_.declared.names;
+        std::ranges::sort(names);
+        names.erase(std::unique(names.begin(), names.end()), names.end());
     }
 
     const std::string& path_;

@@ -155,7 +155,8 @@ TEST(Resolver, TheOrderOfFilesChangesNothing) {
     const std::vector<std::string> expected = lines();
     std::ranges::reverse(all.repository.files);
     EXPECT_EQ(lines(), expected);
-    std::ranges::rotate(all.repository.files, all.repository.files.begin() + 17);
+    std::vector<File>& files = all.repository.files;
+    std::rotate(files.begin(), files.begin() + 17, files.end());
     EXPECT_EQ(lines(), expected);
 }
 
