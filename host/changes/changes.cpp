@@ -139,7 +139,7 @@ class Comparison {
         const DeclarationState& declaration = state.declarations()[number];
         std::string name(declaration.name);
         for (Number type = declaration.type; type != NONE; type = state.declarations()[type].type) {
-            name = std::string(state.declarations()[type].name) + "." + name;
+            name.insert(0, ".").insert(0, state.declarations()[type].name.view());
         }
         return {.name = std::move(name),
                 .fqn = std::string(declaration.fqn),

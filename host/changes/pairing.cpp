@@ -73,7 +73,7 @@ void join_group(const IndexState& old_state, std::pair<Group, Group> olds, const
     const auto is_left_of_old = [&](const Named& each) { return declarations.of_old[each.declaration] == NONE; };
     const auto is_left_of_new = [&](const Named& each) { return declarations.of_new[each.declaration] == NONE; };
     if (olds.second - olds.first > 1 || news.second - news.first > 1) {
-        for (Group old_one = olds.first; old_one != olds.second; ++old_one) {
+        for (auto old_one = olds.first; old_one != olds.second; ++old_one) {
             const auto same = std::find_if(news.first, news.second, [&](const Named& each) {
                 return is_left_of_new(each) &&
                        new_state.declarations()[each.declaration].kind ==
@@ -86,8 +86,8 @@ void join_group(const IndexState& old_state, std::pair<Group, Group> olds, const
             }
         }
     }
-    const Group old_one = std::find_if(olds.first, olds.second, is_left_of_old);
-    const Group new_one = std::find_if(news.first, news.second, is_left_of_new);
+    const auto old_one = std::find_if(olds.first, olds.second, is_left_of_old);
+    const auto new_one = std::find_if(news.first, news.second, is_left_of_new);
     if (old_one != olds.second && new_one != news.second &&
         std::find_if(std::next(old_one), olds.second, is_left_of_old) == olds.second &&
         std::find_if(std::next(new_one), news.second, is_left_of_new) == news.second) {
@@ -135,8 +135,8 @@ void join_by_name(const IndexState& old_state, std::vector<Named> olds, const In
                   std::vector<Named> news, Counterparts& declarations) {
     std::ranges::stable_sort(olds, {}, &Named::name);
     std::ranges::stable_sort(news, {}, &Named::name);
-    for (Group begin = olds.begin(); begin != olds.end();) {
-        const Group end = std::ranges::upper_bound(begin, olds.end(), begin->name, {}, &Named::name);
+    for (auto begin = olds.begin(); begin != olds.end();) {
+        const auto end = std::ranges::upper_bound(begin, olds.end(), begin->name, {}, &Named::name);
         join_group(old_state, {begin, end}, new_state,
                    {std::ranges::lower_bound(news, begin->name, {}, &Named::name),
                     std::ranges::upper_bound(news, begin->name, {}, &Named::name)},

@@ -28,7 +28,7 @@ struct Key {
     std::string name;
     std::string text;
 
-    friend auto operator<=>(const Key&, const Key&) = default;
+    auto operator<=>(const Key&) const = default;
 };
 using Keyed = std::map<Key, std::vector<Number>>;
 

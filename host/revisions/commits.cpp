@@ -109,7 +109,7 @@ class CheckingOut {
 
 }  // namespace
 
-Commits::Commits(const fs::path& root) : root_(root) {
+Commits::Commits(fs::path root) : root_(std::move(root)) {
     const std::string folder = git::repository_folder(root_);
     if (folder.empty()) {
         throw std::runtime_error(root_.string() + ": not a checkout of a Git repository; name two indexes instead");
@@ -130,7 +130,7 @@ std::optional<std::string> Commits::find(std::string_view name) const {
     for (const std::string_view place : PLACES) {
         hash = hash ? hash : hash_of(folder, git::shared_folder(folder), std::string(place) + revision->base);
     }
-    Object commit = objects_->commit(hash.value_or(revision->base));
+    Commit commit = objects_->commit(hash.value_or(revision->base));
     commit = commit != nullptr ? std::move(commit) : objects_->commit(revision->base);
     for (const Step& step : revision->steps) {
         commit = Objects::after(std::move(commit), step);
@@ -139,17 +139,17 @@ std::optional<std::string> Commits::find(std::string_view name) const {
         return std::nullopt;
     }
     std::array<char, GIT_OID_HEXSZ + 1> text{};
-    return git_oid_tostr(text.data(), text.size(), git_object_id(commit.get()));
+    return git_oid_tostr(text.data(), text.size(), git_commit_id(commit.get()));
 }
 
 void Commits::check_out(const std::string& commit, const fs::path& folder,
                         const std::function<void()>& check_interrupt) const {
-    const Object found = objects_->commit(commit);
+    const Commit found = objects_->commit(commit);
     if (found == nullptr) {
         throw std::runtime_error(root_.string() + ": has no commit " + commit);
     }
     CheckingOut files(*objects_, folder, check_interrupt);
-    files.write(objects_->tree_of(found.get()).get(), "", 0);
+    files.write(Objects::tree_of(found.get()).get(), "", 0);
     files.write_index();
 }
 

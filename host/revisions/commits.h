@@ -17,7 +17,7 @@ class Commits {
   public:
     /// `root` is the root of a checkout. Throws `std::runtime_error` with one line when it has no repository, or one
     /// whose objects cannot be read.
-    explicit Commits(const std::filesystem::path& root);
+    explicit Commits(std::filesystem::path root);
     ~Commits();
     Commits(const Commits&) = delete;
     Commits& operator=(const Commits&) = delete;

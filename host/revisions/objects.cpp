@@ -73,7 +73,7 @@ Objects::~Objects() {
     git_libgit2_shutdown();
 }
 
-Object Objects::commit(std::string_view hash) const {
+Commit Objects::commit(std::string_view hash) const {
     constexpr std::size_t SHORTEST = 4;
     git_oid id{};
     git_object* object = nullptr;
@@ -82,23 +82,27 @@ Object Objects::commit(std::string_view hash) const {
         return nullptr;
     }
     const Object found(object);
-    git_object* commit = nullptr;
-    return git_object_peel(&commit, found.get(), GIT_OBJECT_COMMIT) == 0 ? Object(commit) : nullptr;
+    git_object* peeled = nullptr;
+    if (git_object_peel(&peeled, found.get(), GIT_OBJECT_COMMIT) != 0) {
+        return nullptr;
+    }
+    const Object tagged(peeled);
+    git_commit* commit = nullptr;
+    return git_commit_lookup(&commit, repository_.get(), git_object_id(tagged.get())) == 0 ? Commit(commit) : nullptr;
 }
 
-Object Objects::after(Object commit, const Step& step) {
+Commit Objects::after(Commit commit, const Step& step) {
     for (std::size_t generation = 0; generation < step.generations && commit != nullptr; ++generation) {
         git_commit* parent = nullptr;
-        const auto* const child = reinterpret_cast<const git_commit*>(commit.get());
-        const bool is_there = git_commit_parent(&parent, child, static_cast<unsigned>(step.parent - 1)) == 0;
-        commit.reset(is_there ? reinterpret_cast<git_object*>(parent) : nullptr);
+        const bool is_there = git_commit_parent(&parent, commit.get(), static_cast<unsigned>(step.parent - 1)) == 0;
+        commit.reset(is_there ? parent : nullptr);
     }
     return commit;
 }
 
-Tree Objects::tree_of(const git_object* commit) const {
+Tree Objects::tree_of(const git_commit* commit) {
     git_tree* tree = nullptr;
-    require(git_commit_tree(&tree, reinterpret_cast<const git_commit*>(commit)) == 0);
+    require(git_commit_tree(&tree, commit) == 0);
     return Tree(tree);
 }
 

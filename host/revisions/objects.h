@@ -26,10 +26,10 @@ class Objects {
 
     /// Returns the commit that a hash stands for, or the beginning of one of at least four characters, or a tag of such
     /// a hash; null for none.
-    [[nodiscard]] Object commit(std::string_view hash) const;
+    [[nodiscard]] Commit commit(std::string_view hash) const;
     /// Returns the commit that a step leads to from a commit, which may be null; null for none.
-    static Object after(Object commit, const Step& step);
-    [[nodiscard]] Tree tree_of(const git_object* commit) const;
+    static Commit after(Commit commit, const Step& step);
+    [[nodiscard]] static Tree tree_of(const git_commit* commit);
     [[nodiscard]] Tree tree(const git_oid& id) const;
     [[nodiscard]] Blob blob(const git_oid& id) const;
     /// Returns how many bytes an object has, without reading it.

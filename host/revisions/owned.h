@@ -17,6 +17,7 @@ using Owned = std::unique_ptr<Object, Free<Object, FREE>>;
 using Database = Owned<git_odb, git_odb_free>;
 using Repository = Owned<git_repository, git_repository_free>;
 using Object = Owned<git_object, git_object_free>;
+using Commit = Owned<git_commit, git_commit_free>;
 using Tree = Owned<git_tree, git_tree_free>;
 using Blob = Owned<git_blob, git_blob_free>;
 

@@ -79,10 +79,7 @@ CReader::Declarator CReader::declarator(const Node& node, Id type) {
                    kind == "attributed_declarator" || kind == "variadic_declarator") {
             inner = inner.exists() ? inner : first_child(part);
         } else {
-            found.name = part;
-            if (const Node last = last_name(part); last.exists() && last.type() == "operator_cast") {
-                type_of(last.child(fields_.type));
-            }
+            found.name = declared_name(part);
             break;
         }
         part = inner;
@@ -91,6 +88,14 @@ CReader::Declarator CReader::declarator(const Node& node, Id type) {
         make(Operation::FUNCTION);
     }
     return found;
+}
+
+// A conversion is named by a type.
+Node CReader::declared_name(const Node& name) {
+    if (const Node last = last_name(name); last.exists() && last.type() == "operator_cast") {
+        type_of(last.child(fields_.type));
+    }
+    return name;
 }
 
 // `API int (f)(void);` looks like a function `int` of what `f` is, which gives a function. Returns `f`, sets its type.

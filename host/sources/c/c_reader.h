@@ -129,6 +129,7 @@ class CReader : public SyntaxReader<CReader> {
     Id read_type_definition(const Node& node);
     Specifiers specifiers(const Node& node);
     Declarator declarator(const Node& node, Id type);
+    Node declared_name(const Node& name);
     Node name_behind_macro(const Node& function, Id& type);
     Id read_trailing_type(const Node& function, Id type);
     void declare(const Specifiers& stated, const Declarator& declarator);

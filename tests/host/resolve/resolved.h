@@ -80,7 +80,12 @@ inline std::string targets_from(const std::string& path, const std::map<std::str
     std::string found;
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
-        std::string from, evidence, name, of, file, count;
+        std::string from;
+        std::string evidence;
+        std::string name;
+        std::string of;
+        std::string file;
+        std::string count;
         words >> from >> evidence >> name >> of >> file >> count;
         file.pop_back();  // the comma
         if (from == path + ":") {
