@@ -75,7 +75,7 @@ struct DeclarationChange {
     std::int64_t name_matches = 0;        ///< references of other production files that only match its name
 };
 
-/// A file of which other files are proven to use something than before.
+/// A file that other files are proven to use than before.
 struct FileUsersChange {
     std::string path;  ///< in the new state
     std::vector<std::string> gained = {};

@@ -67,7 +67,7 @@ bool join_in_order(const IndexState& old_state, const std::vector<Named>& olds, 
 
 using Group = std::vector<Named>::iterator;
 
-// Joins declarations of one name: `olds` to `olds_end`, `news` to `news_end`.
+// Joins declarations of one name, each list from its first to behind its last.
 void join_group(const IndexState& old_state, std::pair<Group, Group> olds, const IndexState& new_state,
                 std::pair<Group, Group> news, Counterparts& declarations) {
     const auto is_left_of_old = [&](const Named& each) { return declarations.of_old[each.declaration] == NONE; };
