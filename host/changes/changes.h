@@ -75,7 +75,7 @@ struct DeclarationChange {
     std::int64_t name_matches = 0;        ///< references of other production files that only match its name
 };
 
-/// A file that other files are proven to use than before.
+/// A file whose users are others than before, by the uses that are proven.
 struct FileUsersChange {
     std::string path;  ///< in the new state
     std::vector<std::string> gained = {};

@@ -85,6 +85,26 @@ class KeptRows : public testing::Test {
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
+    // Kills a process that refreshes the index at each of its callbacks in turn. Before its last the index keeps its
+    // rows, behind it the process ends. Returns how many were killed.
+    [[nodiscard]] int times_killed() const {
+        constexpr int KILLED = 9;
+        const std::string index = kept_folder() / "index.db";
+        const std::string old_rows = rows_in(index);
+        int killed = 0;
+        const auto refresh = [&] {
+            static_cast<void>(kept_rows([left = killed](std::int64_t, std::int64_t) mutable {
+                if (left-- == 0) {
+                    _exit(KILLED);
+                }
+            }));
+        };
+        for (; in_child(refresh) == KILLED; ++killed) {
+            EXPECT_EQ(rows_in(index), old_rows) << killed;
+        }
+        return killed;
+    }
+
     const AsAnybody anybody;
     TemporaryFolder folder;
 };
