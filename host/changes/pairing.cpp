@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <string>
 #include <utility>
 
 namespace host::changes {
@@ -67,22 +68,30 @@ bool join_in_order(const IndexState& old_state, const std::vector<Named>& olds, 
 
 using Group = std::vector<Named>::iterator;
 
+// What tells declarations of one name apart: their kind, and their signature.
+using Overload = std::pair<models::Text, std::string>;
+
+Overload overload(const IndexState& state, Number declaration) {
+    return {state.declarations()[declaration].kind, compact(state.signature(declaration))};
+}
+
 // Joins declarations of one name, each list from its first to behind its last.
 void join_group(const IndexState& old_state, std::pair<Group, Group> olds, const IndexState& new_state,
                 std::pair<Group, Group> news, Counterparts& declarations) {
     const auto is_left_of_old = [&](const Named& each) { return declarations.of_old[each.declaration] == NONE; };
     const auto is_left_of_new = [&](const Named& each) { return declarations.of_new[each.declaration] == NONE; };
     if (olds.second - olds.first > 1 || news.second - news.first > 1) {
+        std::multimap<Overload, Number> left;
+        for (auto each = news.first; each != news.second; ++each) {
+            if (is_left_of_new(*each)) {
+                left.emplace(overload(new_state, each->declaration), each->declaration);
+            }
+        }
         for (auto old_one = olds.first; old_one != olds.second; ++old_one) {
-            const auto same = std::find_if(news.first, news.second, [&](const Named& each) {
-                return is_left_of_new(each) &&
-                       new_state.declarations()[each.declaration].kind ==
-                           old_state.declarations()[old_one->declaration].kind &&
-                       is_same_signature(new_state.signature(each.declaration),
-                                         old_state.signature(old_one->declaration));
-            });
-            if (same != news.second) {
-                declarations.join(old_one->declaration, same->declaration);
+            const Overload wanted = overload(old_state, old_one->declaration);
+            if (const auto same = left.lower_bound(wanted); same != left.end() && same->first == wanted) {
+                declarations.join(old_one->declaration, same->second);
+                left.erase(same);
             }
         }
     }

@@ -12,8 +12,9 @@ bool is_blank(char character) {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
 
-// Without the blanks that no two words need, and without commas before brackets.
-std::string essence(std::string_view signature) {
+}  // namespace
+
+std::string compact(std::string_view signature) {
     std::string text;
     bool is_apart = false;
     for (const char each : signature) {
@@ -34,10 +35,8 @@ std::string essence(std::string_view signature) {
     return text;
 }
 
-}  // namespace
-
 bool is_same_signature(std::string_view one, std::string_view other) {
-    return one == other || essence(one) == essence(other);
+    return one == other || compact(one) == compact(other);
 }
 
 std::string on_one_line(std::string_view signature) {
