@@ -1,8 +1,8 @@
 #include "host/page/declaration_blocks.h"
 
 #include "host/page/citation.h"
-#include "host/page/descriptions.h"
 #include "host/page/doc_comment.h"
+#include "host/page/selected_declarations.h"
 #include "host/text/counted.h"
 #include "host/text/markdown_text.h"
 #include "host/text/split_lines.h"
@@ -22,22 +22,12 @@ using storage::ScopeSymbol;
 using wiki::scope::LineRange;
 
 // What a block says above the doc comment.
-std::string introduction(const ScopeSymbol& symbol, const std::string& name, const wiki::scope::FanIn& fan_in) {
-    return "\n### " + code_span(name) + "\n\n" + plain_text(symbol.kind) + ", " +
+std::string introduction(const SelectedDeclaration& selected, const wiki::scope::FanIn& fan_in) {
+    const ScopeSymbol& symbol = *selected.symbol;
+    return "\n### " + code_span(selected.name) + "\n\n" + plain_text(symbol.kind) + ", " +
            code_span(citation(symbol.path, cited_lines(symbol))) + ", " +
            counted(fan_in.outside.get(symbol.id, 0), "use") + " outside, " +
            std::to_string(fan_in.inside.get(symbol.id, 0)) + " inside\n";
-}
-
-// The declaration's lines, as far as the file has them.
-std::vector<std::string> lines_of_declaration(const ScopeSymbol& symbol, const std::vector<std::string>& file) {
-    const std::optional<LineRange> range = cited_lines(symbol);
-    if (!range || std::cmp_greater(range->first, file.size())) {
-        return {};
-    }
-    const auto first = static_cast<std::ptrdiff_t>(range->first - 1);
-    const auto last = std::min(static_cast<std::ptrdiff_t>(range->last), std::ssize(file));
-    return {file.begin() + first, file.begin() + last};
 }
 
 // The lines as a block of their own; empty where there are none.
@@ -48,50 +38,29 @@ std::string block_of(std::span<const std::string> lines, std::string_view langua
 }  // namespace
 
 DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bool with_source) : db_(db) {
-    models::OrderedMap<Text, std::string> languages;
-    for (const storage::ScopeFile& file : page.facts.files) {
-        languages[file.path] = std::string(file.language.value_or(Text()));
-    }
-    std::vector<storage::SymbolId> ids(page.selection.size());
-    std::ranges::transform(page.selection, ids.begin(), &ScopeSymbol::id);
-    read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
+    for (const SelectedDeclaration& selected : selected_declarations(page, db, with_source)) {
         db.check_interrupt();
-        const ScopeSymbol& symbol = *page.selection[place];
-        const std::string name = page.names.of(symbol);
-        const std::string lead = lead_of(description.documentation);
-        const std::string language = languages.get(symbol.path, "");
-        const std::vector<std::string_view> lines = split_lines(description.signature);
-        declarations_.push_back({.symbol = &symbol,
-                                 .introduction = introduction(symbol, name, page.fan_in),
-                                 .comment = lead.empty() ? "" : "\n" + lead + "\n",
-                                 .language = language,
-                                 .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), language),
-                                 .source = {},
-                                 .reference = "\nIts source is part of that of " + code_span(name) + ".\n"});
-    });
-    if (with_source) {
-        read_sources(page.sources);
+        const std::string lead = lead_of(selected.documentation);
+        const std::vector<std::string_view> lines = split_lines(selected.signature);
+        declarations_.push_back(
+            {.symbol = selected.symbol,
+             .introduction = introduction(selected, page.fan_in),
+             .comment = lead.empty() ? "" : "\n" + lead + "\n",
+             .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), selected.language),
+             .source = block_of(selected.source, selected.language),
+             .reference = "\nIts source is part of that of " + code_span(selected.name) + ".\n"});
     }
+    sources_ = with_source ? declarations_.size() : 0;
+    order_by_file();
 }
 
-// A selection goes back and forth between the files, so each is read once and kept until the last declaration has its
-// lines.
-void DeclarationBlocks::read_sources(const PageSources& sources) {
-    models::OrderedMap<Text, std::optional<std::vector<std::string>>> files;
+void DeclarationBlocks::order_by_file() {
     models::OrderedMap<Text, std::vector<std::size_t>> by_file;
     for (std::size_t place = 0; place < declarations_.size(); ++place) {
-        db_.check_interrupt();
-        Declaration& declaration = declarations_[place];
-        std::optional<std::vector<std::string>>& file = files[declaration.symbol->path];
-        if (!file) {
-            file = sources.read(declaration.symbol->path).lines;
-        }
-        declaration.source = block_of(lines_of_declaration(*declaration.symbol, *file), declaration.language);
-        if (!declaration.source.empty()) {
-            by_file[declaration.symbol->path].push_back(place);
+        if (!declarations_[place].source.empty()) {
+            by_file[declarations_[place].symbol->path].push_back(place);
         }
     }
-    sources_ = declarations_.size();
     for (const auto& [path, places] : by_file) {
         std::ranges::sort(by_file_.emplace_back(places), {}, [this](std::size_t place) {
             const LineRange lines = cited_lines(*declarations_[place].symbol).value();

@@ -31,7 +31,6 @@ class DeclarationBlocks : public Items {
         const storage::ScopeSymbol* symbol;
         std::string introduction;  // everything above the doc comment
         std::string comment;       // what it says, as a paragraph; empty when it says nothing
-        std::string language;      // of its file; empty when unknown
         std::string signature;     // as a fenced block, as the source is
         std::string source;
         std::string reference;  // what stands for a source that is part of this one
@@ -46,7 +45,7 @@ class DeclarationBlocks : public Items {
         bool lacks_comment = false;
     };
 
-    void read_sources(const PageSources& sources);
+    void order_by_file();
 
     // For each declaration the one that is printed whole with the source of it in it, when the first `sources` have
     // theirs; null for the others.
