@@ -2,7 +2,7 @@
 
 #include "host/manifests/manifests.h"
 #include "host/resolve/resolver.h"
-#include "host/worktree/all_cores.h"
+#include "host/threads/all_cores.h"
 #include "host/worktree/source_reading.h"
 
 #include <cstddef>

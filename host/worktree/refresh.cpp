@@ -7,7 +7,7 @@
 #include "host/resolve/resolver.h"
 #include "host/rules/test_paths.h"
 #include "host/sqlite/revised_sqlite_index.h"
-#include "host/worktree/all_cores.h"
+#include "host/threads/all_cores.h"
 #include "host/worktree/extract.h"
 #include "host/worktree/source_reading.h"
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <functional>
 
-namespace host::worktree {
+namespace host {
 
 /// Calls `work` once for each number below `count`, in any order and on several threads: one for each core, fewer where
 /// the system gives no more, and the calling one where it gives none.
@@ -14,4 +14,4 @@ namespace host::worktree {
 void on_all_cores(std::size_t count, const std::function<void(std::size_t)>& work,
                   const std::function<void(std::size_t)>& on_done);
 
-}  // namespace host::worktree
+}  // namespace host

@@ -1,4 +1,4 @@
-#include "host/worktree/all_cores.h"
+#include "host/threads/all_cores.h"
 
 #include <algorithm>
 #include <atomic>
@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace host::worktree {
+namespace host {
 
 namespace {
 
@@ -91,4 +91,4 @@ void on_all_cores(std::size_t count, const std::function<void(std::size_t)>& wor
     Crew(count, work).wait(on_done);
 }
 
-}  // namespace host::worktree
+}  // namespace host
