@@ -164,10 +164,10 @@ class ShortenedPage {
     std::vector<ShortenedPassage> passages_;
 };
 
-std::runtime_error too_few(std::size_t least) {
+TooFewBytes too_few(std::size_t least) {
     const std::size_t tokens = (least + BYTES_OF_A_TOKEN - 1) / BYTES_OF_A_TOKEN;
-    return std::runtime_error("too few bytes: the page needs at least " + std::to_string(least) + " (" +
-                              std::to_string(tokens) + " tokens); allow as many, or choose fewer sections");
+    return TooFewBytes("too few bytes: the page needs at least " + std::to_string(least) + " (" +
+                       std::to_string(tokens) + " tokens); allow as many, or choose fewer sections");
 }
 
 }  // namespace

@@ -176,9 +176,14 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
 
 }  // namespace
 
-void write_json(std::ostream& out, const Page& page, storage::Database& db, const SectionChoice& only) {
+void write_json(std::ostream& out, const Page& page, storage::Database& db, const SectionChoice& only,
+                const PageHead& head) {
     JsonWriter json(out);
     json.document([&] {
+        if (!head.title.empty()) {
+            json.member("stamp").value(head.stamp);
+            json.member("title").value(head.title);
+        }
         write(json.member("missing"), page.missing);
         write(json.member("options"), page.options);
         for (const Section section : SECTIONS) {

@@ -189,6 +189,10 @@ std::vector<Passage> passages_of(Section section, const Page& page, storage::Dat
     return {};
 }
 
+std::string head_of(const PageHead& head) {
+    return head.title.empty() ? "" : "<!-- " + head.stamp + " -->\n\n# " + plain_text(head.title) + "\n\n";
+}
+
 }  // namespace
 
 void write_markdown(std::ostream& out, const Page& page, storage::Database& db, const MarkdownOptions& options) {
@@ -196,7 +200,7 @@ void write_markdown(std::ostream& out, const Page& page, storage::Database& db, 
     for (const Section section : SECTIONS) {
         if (options.only.contains(section)) {
             std::vector<Passage> of_section = passages_of(section, page, db, options.with_source);
-            of_section.front().heading.insert(0, passages.empty() ? "" : "\n");
+            of_section.front().heading.insert(0, passages.empty() ? head_of(options.head) : "\n");
             std::ranges::move(of_section, std::back_inserter(passages));
         }
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/page/page.h"
+#include "host/page/page_head.h"
 #include "host/page/section.h"
 
 #include <cstddef>
@@ -12,6 +13,7 @@ namespace host {
 
 struct MarkdownOptions {
     SectionChoice only = {};  ///< the sections to write
+    PageHead head = {};       ///< of which the stamp stands in a comment
     bool with_source = true;  ///< whether each selected declaration stands with its source lines, or its signature
     std::optional<std::size_t> max_bytes =
         std::nullopt;  ///< how long the text may be, as `fitted` (budget.h) shortens it

@@ -64,12 +64,15 @@ std::vector<std::string> RequestedPage::remarks() const {
     return remarks;
 }
 
-void RequestedPage::write(std::ostream& out) const {
+void RequestedPage::write(std::ostream& out, const PageHead& head) const {
     if (request_.format == PageRequest::Format::JSON) {
-        write_json(out, page_, db_, request_.only);
+        write_json(out, page_, db_, request_.only, head);
     } else {
         write_markdown(out, page_, db_,
-                       {.only = request_.only, .with_source = request_.with_source, .max_bytes = most_bytes(request_)});
+                       {.only = request_.only,
+                        .head = head,
+                        .with_source = request_.with_source,
+                        .max_bytes = most_bytes(request_)});
     }
 }
 

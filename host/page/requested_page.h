@@ -3,6 +3,7 @@
 
 #include "host/index/database.h"
 #include "host/page/page.h"
+#include "host/page/page_head.h"
 #include "host/page/section.h"
 #include "host/paths/source_folder.h"
 #include "host/rules/path_rules.h"
@@ -52,7 +53,7 @@ class RequestedPage {
     [[nodiscard]] const Page& page() const { return page_; }
 
     /// Writes the page in the format that was asked for. Throws what `write_json` and `write_markdown` throw.
-    void write(std::ostream& out) const;
+    void write(std::ostream& out, const PageHead& head = {}) const;
 
   private:
     const PageRequest& request_;
