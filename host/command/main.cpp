@@ -7,6 +7,7 @@
 #include "host/command/import_command.h"
 #include "host/command/init_command.h"
 #include "host/command/page_command.h"
+#include "host/command/pages_command.h"
 #include "host/command/serve_command.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
@@ -72,6 +73,7 @@ int run(int argc, char** argv) {
     host::add_init_command(app);
     host::add_import_command(app);
     host::add_page_command(app);
+    host::add_pages_command(app);
     host::add_files_command(app);
     host::add_find_command(app);
     host::add_stats_command(app);

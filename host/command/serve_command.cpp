@@ -21,6 +21,7 @@ namespace {
 struct ServeArguments {
     IndexOption index;
     std::string checkout;  // empty for the result of `source_folder`
+    std::string wiki;      // empty for none
 };
 
 [[noreturn]] void end_without_output(const std::string& reason) {
@@ -37,7 +38,12 @@ void run_server(const ServeArguments& arguments, const std::shared_ptr<const Ind
     };
     const auto out = std::make_shared<serve::MessageWriter>(STDOUT_FILENO, end_without_output);
     serve::MessageReader in(STDIN_FILENO);
-    serve::Server server({index, arguments.checkout, WIKI_SCOPE_VERSION, describe}, out);
+    serve::Server server({.index = index,
+                          .checkout = arguments.checkout,
+                          .version = WIKI_SCOPE_VERSION,
+                          .describe = describe,
+                          .wiki = arguments.wiki.empty() ? pages::Wiki() : pages::read_wiki(arguments.wiki)},
+                         out);
     if (!server.run(in)) {
         std::_Exit(0);  // without waiting for calls whose client is gone
     }
@@ -50,6 +56,9 @@ void add_serve_command(CLI::App& app) {
     CLI::App& serve = *app.add_subcommand("serve", "Serve an index over the Model Context Protocol");
     add_index_options(serve, arguments->index, "The index");
     add_checkout_option(serve, arguments->checkout);
+    add_file_option(serve, "--wiki", arguments->wiki, "The file that lists the pages of a wiki, which become resources")
+        ->type_name("FILE")
+        ->required(false);
     serve.callback([arguments] {
         const std::shared_ptr<const Index> index = index_of(arguments->index);
         try {

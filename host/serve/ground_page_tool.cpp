@@ -101,29 +101,6 @@ Sent output_schema() {
         {"missing", "remarks"});
 }
 
-// Whether a page reads so much that its call is a long one.
-bool is_long(storage::Database& db, std::span<const std::string> files) {
-    constexpr std::size_t MANY_FILES = 100;
-    constexpr std::int64_t MANY_DECLARATIONS = 5'000;
-    constexpr std::int64_t MANY_USES = 20'000;
-    if (files.size() > MANY_FILES) {
-        return true;
-    }
-    std::vector<RowId> ids;
-    std::int64_t declarations = 0;
-    db.read_files_at(files, [&](const FileRow& file) {
-        ids.push_back(file.id);
-        declarations = utils::saturating_sum(declarations, file.declarations);
-    });
-    if (declarations > MANY_DECLARATIONS) {
-        return true;
-    }
-    std::int64_t uses = 0;
-    db.read_declarations_in(std::move(ids),
-                            [&](const DeclarationRow& row) { uses = utils::saturating_sum(uses, row.uses); });
-    return uses > MANY_USES;
-}
-
 PageRequest request_of(const Received& arguments) {
     PageRequest request{.paths = arguments["paths"],
                         .tests = test_rules(arguments),
@@ -173,6 +150,28 @@ PageRequest page_request(const Received& arguments) {
     return request_of(checked(arguments, input_schema()));
 }
 
+bool is_long_page(storage::Database& db, std::span<const std::string> files) {
+    constexpr std::size_t MANY_FILES = 100;
+    constexpr std::int64_t MANY_DECLARATIONS = 5'000;
+    constexpr std::int64_t MANY_USES = 20'000;
+    if (files.size() > MANY_FILES) {
+        return true;
+    }
+    std::vector<RowId> ids;
+    std::int64_t declarations = 0;
+    db.read_files_at(files, [&](const FileRow& file) {
+        ids.push_back(file.id);
+        declarations = utils::saturating_sum(declarations, file.declarations);
+    });
+    if (declarations > MANY_DECLARATIONS) {
+        return true;
+    }
+    std::int64_t uses = 0;
+    db.read_declarations_in(std::move(ids),
+                            [&](const DeclarationRow& row) { uses = utils::saturating_sum(uses, row.uses); });
+    return uses > MANY_USES;
+}
+
 ToolAnswer grounded(const PageRequest& request, const ToolContext& context, const Call& call) {
     constexpr std::int64_t STEPS = 3;
     if (asks_for_many_patterns(request.paths, request.tests)) {
@@ -185,7 +184,7 @@ ToolAnswer grounded(const PageRequest& request, const ToolContext& context, cons
         [&call] { call.check(); },
         [&](storage::Database& db) {
             const RequestedPage page(here, db, [&](std::span<const std::string> files) {
-                if (is_long(db, files)) {
+                if (is_long_page(db, files)) {
                     call.take_long();
                 }
                 call.report(1, STEPS, "found " + counted(std::ssize(files), "file"));

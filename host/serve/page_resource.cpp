@@ -1,5 +1,6 @@
 #include "host/serve/page_resource.h"
 
+#include "host/serve/resource.h"
 #include "host/text/percent_encoding.h"
 
 #include <optional>
@@ -10,10 +11,6 @@ namespace host::serve {
 namespace {
 
 constexpr std::string_view PREFIX = "scope://page/";
-
-RpcError no_such_page(const std::string& uri, const std::string& reason) {
-    return {ErrorCode::RESOURCE_NOT_FOUND, reason, {{"uri", uri}}};
-}
 
 }  // namespace
 
@@ -28,17 +25,17 @@ Sent page_template() {
 
 PageRequest page_at(const std::string& uri) {
     if (!uri.starts_with(PREFIX)) {
-        throw no_such_page(uri, "no such resource; pages are at " + std::string(PREFIX) + "{+path}");
+        throw no_such_resource(uri, "no such resource; pages are at " + std::string(PREFIX) + "{+path}");
     }
     const std::optional<std::string> path = percent_decoded(std::string_view(uri).substr(PREFIX.size()));
     if (!path) {
-        throw no_such_page(uri, "% must be written as %25");
+        throw no_such_resource(uri, "% must be written as %25");
     }
     if (path->empty()) {
-        throw no_such_page(uri, "no path given; " + std::string(PREFIX) + ". is the page of all files");
+        throw no_such_resource(uri, "no path given; " + std::string(PREFIX) + ". is the page of all files");
     }
     if (path->size() > LONGEST_PATH || path->find('\0') != std::string::npos) {
-        throw no_such_page(uri, "a path may have at most " + std::to_string(LONGEST_PATH) + " bytes and no NUL");
+        throw no_such_resource(uri, "a path may have at most " + std::to_string(LONGEST_PATH) + " bytes and no NUL");
     }
     return {.paths = {*path}};
 }
@@ -48,10 +45,9 @@ std::string read_page(const std::string& uri, const PageRequest& request, const 
     try {
         const ToolAnswer page = grounded(request, context, call);
         context.warn(page.remarks);
-        return text_of(
-            {{"contents", Sent::array({{{"uri", uri}, {"mimeType", "text/markdown"}, {"text", page.text}}})}});
+        return resource_contents(uri, page.text);
     } catch (const ToolFailure& failure) {
-        throw no_such_page(uri, failure.what());
+        throw no_such_resource(uri, failure.what());
     }
 }
 

@@ -5,6 +5,7 @@
 #include "host/serve/page_prompt.h"
 #include "host/serve/page_resource.h"
 #include "host/serve/schema.h"
+#include "host/serve/wiki_resource.h"
 
 #include <algorithm>
 #include <array>
@@ -187,8 +188,8 @@ std::string Server::immediate_result(const Message& message) {
         }
         return listed(params, "tools", list);
     }
-    if (method == "resources/list") {  // all resources come from the template
-        return listed(params, "resources", Sent::array());
+    if (method == "resources/list") {  // other pages come from the template
+        return listed(params, "resources", resources_of(options_.wiki));
     }
     if (method == "resources/templates/list") {
         return listed(params, "resourceTemplates", Sent::array({page_template()}));
@@ -231,6 +232,9 @@ Server::Work Server::work_of(const Message& message) {
     }
     if (message.method == "resources/read") {
         const std::string& uri = text_parameter(params, "uri");
+        if (const pages::WikiPage* const page = wiki_page_at(options_.wiki, uri)) {
+            return [this, uri, page](Call& call) { return read_wiki_page(uri, *page, context_, call); };
+        }
         const PageRequest page = page_at(uri);
         return [this, uri, page](Call& call) { return read_page(uri, page, context_, call); };
     }

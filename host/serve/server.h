@@ -4,6 +4,7 @@
 // answered at once. Requests that do are calls on other threads, so their answers may come in another order.
 #pragma once
 
+#include "host/pages/wiki.h"
 #include "host/serve/index_connections.h"
 #include "host/serve/message_stream.h"
 #include "host/serve/running_calls.h"
@@ -25,6 +26,7 @@ struct ServerOptions {
     std::string version;   ///< of this program
     /// Returns one line about a failure to read the index. Called on any thread.
     std::function<std::string(const std::exception&)> describe;
+    pages::Wiki wiki = {};  ///< whose pages are resources; without pages for none
 };
 
 /// One session with one client.

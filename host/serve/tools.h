@@ -84,6 +84,9 @@ Tool changes_tool();
 /// field.
 PageRequest page_request(const Received& arguments);
 
+/// Returns whether a page of these files of the index reads so much that its call is a long one.
+bool is_long_page(storage::Database& db, std::span<const std::string> files);
+
 /// Returns the requested page. Throws what `RunTool` throws.
 ToolAnswer grounded(const PageRequest& request, const ToolContext& context, const Call& call);
 

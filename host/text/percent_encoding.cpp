@@ -1,5 +1,7 @@
 #include "host/text/percent_encoding.h"
 
+#include "host/text/ascii.h"
+
 #include <charconv>
 #include <system_error>
 
@@ -31,6 +33,21 @@ std::optional<std::string> percent_decoded(std::string_view text) {
         text.remove_prefix(is_encoded ? 3 : 1);
     }
     return decoded;
+}
+
+std::string percent_encoded(std::string_view text) {
+    constexpr std::string_view DIGITS = "0123456789ABCDEF";
+    constexpr std::string_view UNRESERVED = "-._~/0123456789";
+    std::string encoded;
+    for (const char character : text) {
+        if (is_letter(character) || UNRESERVED.find(character) != std::string_view::npos) {
+            encoded += character;
+        } else {
+            const auto byte = static_cast<unsigned char>(character);
+            encoded.append(1, '%').append(1, DIGITS[byte >> 4U]).append(1, DIGITS[byte & 0xFU]);
+        }
+    }
+    return encoded;
 }
 
 }  // namespace host

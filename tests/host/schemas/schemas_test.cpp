@@ -109,6 +109,9 @@ TEST_F(Schemas, SayWhatEachCommandPrints) {
         EXPECT_EQ(violation("page", printed("page src --checkout ." + arguments)), "") << arguments;
     }
     EXPECT_EQ(violation("page", printed("page . none --checkout ." + sections)), "");
+    folder.write("wiki.toml", "[[page]]\ntitle = 'A'\npaths = ['src', 'none']\n");
+    EXPECT_EQ(run("pages wiki.toml --out docs --checkout . --index index.db --format json").exit_code, 0);
+    EXPECT_EQ(violation("page", json::parse(folder.read("docs/a.json"))), "");
     EXPECT_EQ(violation("files", printed("files")), "");
     EXPECT_EQ(violation("find", printed("find f")), "");
     EXPECT_EQ(violation("stats", printed("stats --check")), "");

@@ -1,0 +1,29 @@
+// The file of a wiki's page.
+#pragma once
+
+#include "host/index/database.h"
+#include "host/pages/stated_facts.h"
+#include "host/pages/wiki.h"
+
+#include <string>
+#include <vector>
+
+namespace host::pages {
+
+struct PageFile {
+    std::string text;                       ///< sealed (stamp.h)
+    StatedFacts facts = {};                 ///< what it states
+    std::vector<std::string> files = {};    ///< the files of the index that the page is about
+    std::vector<std::string> remarks = {};  ///< what leaves the page in doubt, one line each
+    bool is_failure = false;                ///< whether there is no page; the remarks say why
+};
+
+/// Returns the ending of the files of a format: ".md".
+std::string ending_of(PageRequest::Format format);
+
+/// Makes the file of a page from its index: the stamp, the title, and the page itself. In JSON, these are the members
+/// "stamp", "title" and those of the page. `max_bytes` holds for all of it; one that is too small is a failure of the
+/// page alone. Calls `before_reading` as `load_page` does. Throws what `RequestedPage` throws and writes.
+PageFile page_file(const WikiPage& page, storage::Database& db, const BeforeReading& before_reading = {});
+
+}  // namespace host::pages
