@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -54,6 +55,19 @@ std::vector<PageShape> page_shapes() {
             {"page of a folder of 500 files", {"src/core"}, 0, REPOSITORY.core_files - 1},
             {"page of 5 files with a hot header", paths(0, 4), 0, 4},
             {"page of 12 files", paths(MIDDLE, MIDDLE + 11), MIDDLE, MIDDLE + 11}};
+}
+
+// Writes the file of a wiki whose pages share the files of the repository out, in their order.
+void write_wiki(const std::string& file, int pages) {
+    std::ofstream out(file);
+    for (int page = 0; page < pages; ++page) {
+        out << "[[page]]\ntitle = 'Page " << page << "'\npaths = [\n";
+        for (const std::string& path :
+             paths(REPOSITORY.files * page / pages, REPOSITORY.files * (page + 1) / pages - 1)) {
+            out << "  '" << path << "',\n";
+        }
+        out << "]\n";
+    }
 }
 
 // A table of integers that holds the edges of a repository, clustered both ways.
@@ -182,6 +196,13 @@ void measure(const std::string& wiki_scope, const std::string& server) {
         add_command(lookup.front(), command);
     }
     costs.add("diff", [&] { return bench::cost_of_program({wiki_scope, "diff", index, changed_index}); });
+    constexpr int PAGES = 300;
+    write_wiki(folder / "wiki.toml", PAGES);
+    costs.add("pages", [&] {
+        std::filesystem::remove_all(folder / "pages");
+        return bench::cost_of_program({wiki_scope, "pages", folder / "wiki.toml", "--out", folder / "pages", "--index",
+                                       index, "--checkout", checkout});
+    });
     costs.run(ROUNDS);
 
     const PageShape all = page_shapes().front();
@@ -204,6 +225,7 @@ void measure(const std::string& wiki_scope, const std::string& server) {
         print(lookup.front(), all);
     }
     print("diff", all);
+    print("pages", all);
     if (!server.empty()) {
         std::printf("\n| Command | elapsed ms with a file | with a server | times |\n|---|---|---|---|\n");
     }
