@@ -68,9 +68,9 @@ void print_lines(const pages::UpdateReport& report) {
 std::string closing_words(const pages::UpdateReport& report, bool is_check) {
     std::string words = counted(std::ssize(report.changes), "page") + (is_check ? " to write, " : " written, ");
     if (!report.removed.empty()) {
-        words += std::to_string(report.removed.size()) + (is_check ? " to remove, " : " removed, ");
+        words.append(std::to_string(report.removed.size())).append(is_check ? " to remove, " : " removed, ");
     }
-    words += std::to_string(report.unchanged) + " unchanged";
+    words.append(std::to_string(report.unchanged)).append(" unchanged");
     return report.failures.empty() ? words : words + "; not all could be made";
 }
 
@@ -82,7 +82,8 @@ void say_which_are_shared(const pages::Wiki& wiki, std::span<const pages::Shared
         for (const std::size_t page : pages) {
             titles.append(titles.empty() ? "" : ", ").append(wiki.pages[page].title);
         }
-        say(path + ": on " + counted(std::ssize(pages), "page") + ": " + titles);
+        std::string line = path;
+        say(line.append(": on ").append(counted(std::ssize(pages), "page")).append(": ").append(titles));
     }
     if (shared.size() > NAMED) {
         say("... and " + counted(static_cast<std::int64_t>(shared.size() - NAMED), "more file") + " on several pages");

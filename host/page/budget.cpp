@@ -164,10 +164,10 @@ class ShortenedPage {
     std::vector<ShortenedPassage> passages_;
 };
 
-TooFewBytes too_few(std::size_t least) {
+std::string least_that_would_do(std::size_t least) {
     const std::size_t tokens = (least + BYTES_OF_A_TOKEN - 1) / BYTES_OF_A_TOKEN;
-    return TooFewBytes("too few bytes: the page needs at least " + std::to_string(least) + " (" +
-                       std::to_string(tokens) + " tokens); allow as many, or choose fewer sections");
+    return "too few bytes: the page needs at least " + std::to_string(least) + " (" + std::to_string(tokens) +
+           " tokens); allow as many, or choose fewer sections";
 }
 
 }  // namespace
@@ -184,7 +184,7 @@ std::string fitted(std::vector<Passage> passages, std::size_t most) {
     const std::size_t steps = page.steps();
     page.shorten(steps);
     if (page.keep_share(0); page.size() > most) {
-        throw too_few(page.size());
+        throw TooFewBytes(least_that_would_do(page.size()));
     }
     if (page.keep_share(WHOLE); page.size() <= most) {
         page.shorten(steps - largest(0, steps, [&](std::size_t spared) {

@@ -37,7 +37,8 @@ std::string block_of(std::span<const std::string> lines, std::string_view langua
 
 }  // namespace
 
-DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bool with_source) : db_(db) {
+DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bool with_source)
+    : db_(db), sources_(with_source ? page.selection.size() : 0) {
     for (const SelectedDeclaration& selected : selected_declarations(page, db, with_source)) {
         db.check_interrupt();
         const std::string lead = lead_of(selected.documentation);
@@ -50,7 +51,6 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bo
              .source = block_of(selected.source, selected.language),
              .reference = "\nIts source is part of that of " + code_span(selected.name) + ".\n"});
     }
-    sources_ = with_source ? declarations_.size() : 0;
     order_by_file();
 }
 

@@ -57,7 +57,7 @@ class DeclarationBlocks : public Items {
     std::vector<Declaration> declarations_;  // in the order of the selection
     // The places of those that have a source, file by file: what begins first, and of that what ends last, comes first.
     std::vector<std::vector<std::size_t>> by_file_;
-    std::size_t sources_ = 0;  // how many were to be read
+    std::size_t sources_;  // how many were to be read
 };
 
 }  // namespace host

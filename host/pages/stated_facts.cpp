@@ -121,7 +121,7 @@ class FactsReader {
         }
         return listing.add(request_.max_bytes.value_or(0))
             .add(request_.max_tokens.value_or(0))
-            .add(std::int64_t{request_.with_source})
+            .add(request_.with_source ? "with source" : "")
             .digest();
     }
 
@@ -146,7 +146,7 @@ class FactsReader {
                     listing.add(used.declaration->name)
                         .add(std::int64_t{used.declaration->start_line})
                         .add(used.references)
-                        .add(std::int64_t{card.is_used_inside_only});
+                        .add(card.is_used_inside_only ? "inside" : "");
                 });
             values[aspect::FILE_USERS] = digest_of_excerpt(
                 card.users, [](Listing& listing, const scope::FileUser& user) { listing.add(user.path); });
@@ -295,14 +295,14 @@ std::string to_json(const StatedFacts& facts) {
         for (const Statement& statement : facts.about(subject)) {
             rows.push_back(row_of(statement));
         }
-        json[KEYS.at(static_cast<std::size_t>(subject))] = std::move(rows);
+        json[KEYS.at(static_cast<std::size_t>(subject))] = rows;
     }
     return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
-StatedFacts read_facts(std::string_view text) {
+StatedFacts read_facts(std::string_view json_text) {
     try {
-        const nlohmann::json json = nlohmann::json::parse(text);
+        const nlohmann::json json = nlohmann::json::parse(json_text);
         StatedFacts facts;
         for (const Subject subject : SUBJECTS) {
             for (const nlohmann::json& row : json.at(KEYS.at(static_cast<std::size_t>(subject)))) {

@@ -58,6 +58,6 @@ StatedFacts stated_facts(const std::string& title, const PageRequest& request, c
 std::string to_json(const StatedFacts& facts);
 
 /// Reads what `to_json` wrote. Throws `std::runtime_error` for any other text.
-StatedFacts read_facts(std::string_view json);
+StatedFacts read_facts(std::string_view json_text);
 
 }  // namespace host::pages

@@ -20,6 +20,10 @@ std::string file_of(const WikiPage& page) {
     return page.name + ending_of(page.request.format);
 }
 
+std::string line_about(const std::string& title, const std::string& what) {
+    return title + ": " + what;
+}
+
 class Update {
   public:
     Update(const Wiki& wiki, const UpdateOptions& options)
@@ -93,7 +97,7 @@ class Update {
         if (recorded == old_record_.end()) {
             return "nothing tells what it stated before";
         }
-        const std::string changes = changes_between(recorded->second.facts, facts);
+        std::string changes = changes_between(recorded->second.facts, facts);
         if (!changes.empty()) {
             return changes;
         }
@@ -107,10 +111,10 @@ class Update {
             const auto& [state, why, remarks] = outcomes_[at];
             std::vector<std::string>& lines = state == Outcome::State::FAILED ? report.failures : report.remarks;
             for (const std::string& remark : remarks) {
-                lines.push_back(title + ": " + remark);
+                lines.push_back(line_about(title, remark));
             }
             if (state == Outcome::State::CHANGED) {
-                report.changes.push_back(title + ": " + why);
+                report.changes.push_back(line_about(title, why));
             }
             report.unchanged += state == Outcome::State::UNCHANGED ? 1 : 0;
         }
