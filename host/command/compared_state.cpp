@@ -2,32 +2,19 @@
 
 #include "host/command/index_option.h"
 #include "host/command/interruption.h"
-#include "host/command/progress_line.h"
+#include "host/command/reading_progress.h"
 #include "host/files/folder_name.h"
 #include "host/index/index_error.h"
 #include "host/index/place.h"
 #include "host/location/index_at.h"
 #include "host/worktree/checkout_index.h"
 
-#include <cstdint>
 #include <system_error>
 #include <utility>
 
 namespace host {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-// Shows on a terminal how far the reading of sources has come, and ends it when the user asks for that.
-indexing::OnProgress progress_of_reading() {
-    return [line = std::make_shared<ProgressLine>("Reading the sources")](std::int64_t done, std::int64_t total) {
-        Interruption::throw_if_requested("interrupted");
-        0 < done&& done < total ? line->show(done, total) : line->clear();
-    };
-}
-
-}  // namespace
 
 ComparedState::ComparedState(std::unique_ptr<Index> index) : named_(std::move(index)), index_(named_.get()) {
     open();

@@ -2,14 +2,13 @@
 
 #include "host/command/file_option.h"
 #include "host/command/named_index.h"
-#include "host/command/progress_line.h"
+#include "host/command/reading_progress.h"
 #include "host/files/folder_name.h"
 #include "host/index/index_error.h"
 #include "host/index/place.h"
 #include "host/location/index_at.h"
 #include "host/worktree/checkout_index.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
@@ -47,14 +46,11 @@ void name_elsewhere(IndexOption& option, IndexDefault otherwise) {
     }
 }
 
-// The index of the sources of a checkout. Shows on a terminal how far it has come.
+// The index of the sources of a checkout.
 std::unique_ptr<Index> kept_index(const std::string& checkout) {
-    const auto line = std::make_shared<ProgressLine>("Reading the sources");
     const std::string root =
         checkout.empty() ? worktree::checkout_around(std::filesystem::current_path()).string() : checkout;
-    return std::make_unique<worktree::CheckoutIndex>(root, [line](std::int64_t done, std::int64_t total) {
-        0 < done&& done < total ? line->show(done, total) : line->clear();
-    });
+    return std::make_unique<worktree::CheckoutIndex>(root, progress_of_reading());
 }
 
 }  // namespace
