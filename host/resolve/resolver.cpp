@@ -85,20 +85,20 @@ class Resolver::Linked {
     [[nodiscard]] std::vector<TokenTarget> tokens_of(FileId file) const {
         const syntax::Syntax& syntax = catalog_.syntax(file);
         std::vector<TokenTarget> tokens;
-        if (syntax.offsets.empty()) {
+        if (syntax.places.empty()) {
             return tokens;
         }
         std::unique_ptr<Evaluator> evaluator = borrow();
-        std::span<const std::uint32_t> offsets = syntax.offsets;
+        std::span<const syntax::TokenPlace> places = syntax.places;
         for (const Mention& mention : syntax.mentions) {
             const Targets targets = targets_of(*evaluator, file, mention);
             for (const Target& target : targets.targets) {
                 const Evidence evidence = evidence_for(file, target, targets);
                 for (std::size_t at = 0; at < mention.count && is_bound(evidence); ++at) {
-                    tokens.push_back({offsets[at], target});
+                    tokens.push_back({places[at], target});
                 }
             }
-            offsets = offsets.subspan(mention.count);
+            places = places.subspan(mention.count);
         }
         give_back(std::move(evaluator));
         std::ranges::sort(tokens);

@@ -37,7 +37,7 @@ struct Reference {
 
 /// A name token, and one of the declarations that it leads to.
 struct TokenTarget {
-    std::uint32_t offset = 0;  ///< of the token in its text, in bytes
+    syntax::TokenPlace place;
     Target target;
 
     friend auto operator<=>(const TokenTarget&, const TokenTarget&) = default;
@@ -60,8 +60,8 @@ class Resolver {
     /// Returns the references of a file. May be called on several threads.
     [[nodiscard]] References references_of(FileId file) const;
 
-    /// Returns where bindings lead the tokens of a file, those of `IMPORT` and `LOCAL`, by offset and target. A token has
-    /// several targets where these are parts of one declaration. None for a file whose syntax has no offsets. May be
+    /// Returns where bindings lead the tokens of a file, those of `IMPORT` and `LOCAL`, by place and target. A token has
+    /// several targets where these are parts of one declaration. None for a file whose syntax has no places. May be
     /// called on several threads.
     [[nodiscard]] std::vector<TokenTarget> tokens_of(FileId file) const;
 

@@ -22,7 +22,7 @@ class Surface {
 
     Syntax copy() {
         // Fails to compile when a member is added.
-        const auto& [names, expressions, lists, declarations, imports, mentions, offsets, package, constraint] = from_;
+        const auto& [names, expressions, lists, declarations, imports, mentions, places, package, constraint] = from_;
         to_.package = name(package);
         to_.constraint = name(constraint);
         to_.declarations = declarations;

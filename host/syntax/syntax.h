@@ -184,6 +184,14 @@ struct Mention {
     std::uint32_t line = 0;  ///< of the first, 1-based
 };
 
+/// Where a token stands.
+struct TokenPlace {
+    std::uint32_t offset = 0;  ///< in the text, in bytes
+    std::uint32_t line = 0;    ///< 1-based
+
+    friend auto operator<=>(const TokenPlace&, const TokenPlace&) = default;
+};
+
 /// All that the text of one file states.
 struct Syntax {
     Names names;
@@ -192,9 +200,9 @@ struct Syntax {
     std::vector<Declaration> declarations;
     std::vector<Import> imports;
     std::vector<Mention> mentions;
-    /// Where the tokens of the mentions stand in the text, in bytes: those of the first mention, then those of the next.
-    /// Empty where they were not asked for.
-    std::vector<std::uint32_t> offsets = {};
+    /// Where the tokens of the mentions stand: those of the first mention, then those of the next. Empty where they were
+    /// not asked for.
+    std::vector<TokenPlace> places = {};
     NameId package = 0;     ///< what the file says it belongs to: `package p;`
     NameId constraint = 0;  ///< when it is compiled, as it says: `linux && !cgo`; 0: always
 

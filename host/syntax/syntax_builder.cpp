@@ -133,8 +133,10 @@ void SyntaxBuilder::mention(ExpressionId expression, const Token& token) {
                                     .count = 0,
                                     .line = token.line});
     }
-    ++syntax_.mentions[found->second].count;
-    places_.push_back({found->second, token.offset});
+    Mention& mention = syntax_.mentions[found->second];
+    ++mention.count;
+    mention.line = std::min(mention.line, token.line);
+    places_.push_back({found->second, {token.offset, token.line}});
 }
 
 void SyntaxBuilder::open(DeclarationId declaration) {
@@ -221,7 +223,7 @@ Syntax SyntaxBuilder::finish() {
         settle_names();
         settle_mentions();
     }
-    add_offsets();
+    add_places();
     std::erase_if(syntax_.mentions, [](const Mention& mention) { return mention.count == 0; });
     syntax_.names.shrink_to_fit();
     syntax_.expressions.shrink_to_fit();
@@ -279,17 +281,17 @@ void SyntaxBuilder::settle_mentions() {
 }
 
 // Orders the places of tokens by their mentions.
-void SyntaxBuilder::add_offsets() {
+void SyntaxBuilder::add_places() {
     std::vector<std::size_t> next;  // by mention: where its next token goes
     std::size_t tokens = 0;
     for (const Mention& mention : syntax_.mentions) {
         next.push_back(tokens);
         tokens += mention.count;
     }
-    syntax_.offsets.resize(tokens);
-    for (const Place& place : places_) {
-        if (syntax_.mentions[place.mention].count > 0) {
-            syntax_.offsets[next[place.mention]++] = place.offset;
+    syntax_.places.resize(tokens);
+    for (const auto& [mention, place] : places_) {
+        if (syntax_.mentions[mention].count > 0) {
+            syntax_.places[next[mention]++] = place;
         }
     }
 }

@@ -132,9 +132,9 @@ class SyntaxBuilder {
         bool is_released = false;
     };
 
-    struct Place {
+    struct PlacedMention {
         std::size_t mention = 0;
-        std::uint32_t offset = 0;
+        TokenPlace place;
     };
 
     struct Scope {
@@ -170,7 +170,7 @@ class SyntaxBuilder {
     ExpressionId value_of(const Local& local);
     void settle_names();
     void settle_mentions();
-    void add_offsets();
+    void add_places();
 
     Visibility visibility_;
     Syntax syntax_;
@@ -179,7 +179,7 @@ class SyntaxBuilder {
     std::map<std::vector<ExpressionId>, ListId> lists_;
     std::unordered_map<MentionKey, std::size_t, MentionHash> mentions_;
     std::vector<Region> regions_;
-    std::vector<Place> places_;  // of tokens, in the order in which they came
+    std::vector<PlacedMention> places_;  // of tokens, in the order in which they came
     std::vector<Scope> scopes_{{}};
     std::size_t scope_ = 0;  // the innermost
     // In a WHOLE_SCOPE, a name is settled when all scopes are known: until then its `a` is the scope it stands in.

@@ -84,9 +84,9 @@ indexing::ExtractedFile described_file(const resolve::File& file, FileId id, con
     std::vector<indexing::NamedToken>& named = described.tokens.emplace();
     std::span<const resolve::TokenTarget> targets = found.tokens;
     while (!targets.empty()) {
-        const std::uint32_t offset = targets.front().offset;
+        const std::uint32_t offset = targets.front().place.offset;
         std::vector<indexing::SymbolNumber> meant;
-        for (; !targets.empty() && targets.front().offset == offset; targets = targets.subspan(1)) {
+        for (; !targets.empty() && targets.front().place.offset == offset; targets = targets.subspan(1)) {
             meant.push_back(symbols.number(targets.front().target));
         }
         std::ranges::sort(meant);

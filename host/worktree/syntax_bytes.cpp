@@ -230,7 +230,7 @@ void write_expression(ByteWriter& out, const Expression& expression) {
 }  // namespace
 
 void write_syntax(ByteWriter& out, const Syntax& syntax) {
-    const auto& [names, expressions, lists, declarations, imports, mentions, offsets, package, constraint] = syntax;
+    const auto& [names, expressions, lists, declarations, imports, mentions, places, package, constraint] = syntax;
     for (const std::size_t size :
          {names.size(), expressions.size(), lists.size(), declarations.size(), imports.size(), mentions.size()}) {
         out.number(size);

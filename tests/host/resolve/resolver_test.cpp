@@ -63,7 +63,7 @@ TEST(Resolver, TokensLeadToWhatBindingsSay) {
     const auto tokens = [&](FileId file) {
         std::string text;
         for (const TokenTarget& token : resolver.tokens_of(file)) {
-            text += std::to_string(token.offset) + " " + name_of(all.repository, token.target) + "; ";
+            text += std::to_string(token.place.offset) + " " + name_of(all.repository, token.target) + "; ";
         }
         return text;
     };

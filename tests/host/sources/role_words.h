@@ -101,23 +101,23 @@ inline void expect_roles(const std::string& path, const std::string& text) {
     const syntax::Syntax& syntax = outline.syntax.value();
 
     std::multiset<std::string> found;
-    auto offset = syntax.offsets.begin();
+    auto place = syntax.places.begin();
     for (const syntax::Mention& mention : syntax.mentions) {
-        const std::span<const std::uint32_t> offsets(offset, offset + mention.count);
-        offset += mention.count;
+        const std::span<const syntax::TokenPlace> places(place, place + mention.count);
+        place += mention.count;
         const syntax::Expression& expression = syntax.expressions[mention.expression];
         if (expression.operation == syntax::Operation::DECLARATION && syntax.declarations[expression.a].is_hidden) {
             continue;  // a local class or function
         }
         const std::string word = mentioned_word(syntax, mention.expression);
-        for (const std::uint32_t each : role_of_word(word).empty() ? std::span<const std::uint32_t>() : offsets) {
+        for (const auto& [offset, line] : role_of_word(word).empty() ? std::span<const syntax::TokenPlace>() : places) {
             // A token may begin before its word: "none_a.import_b", "#value_a", `none_a from "./import_b"`.
-            const std::size_t at = text.substr(0, each + word.size() + LONGEST_BEFORE_WORD).find(word, each);
+            const std::size_t at = text.substr(0, offset + word.size() + LONGEST_BEFORE_WORD).find(word, offset);
             found.insert(word + " " + std::to_string(mention.line) + " at " + std::to_string(at) + " " +
                          std::string(ROLES.at(static_cast<std::size_t>(mention.role))));
         }
     }
-    EXPECT_EQ(offset, syntax.offsets.end());
+    EXPECT_EQ(place, syntax.places.end());
     std::set<std::string> declared;  // a component of a record twice: as a field, and as the method that reads it
     for (const syntax::Declaration& declaration : syntax.declarations) {
         const std::string word = word_of_name(syntax.name(declaration.name));

@@ -75,11 +75,13 @@ TEST(SyntaxBuilder, TokensStandWithTheirMentionsWithoutThoseOfLocals) {
     SyntaxBuilder builder = in_function(Visibility::WHOLE_SCOPE);
     for (const auto& [name, offset] : std::vector<std::pair<std::string_view, std::uint32_t>>{
              {"local", 1}, {"a", 2}, {"b", 3}, {"a", 4}, {"local", 5}, {"b", 6}, {"a", 7}}) {
-        builder.use({.name = name, .offset = offset});
+        builder.use({.name = name, .offset = offset, .line = 10 - offset});
     }
     builder.bind("local", UNKNOWN);
     builder.close();
-    EXPECT_EQ(builder.finish().offsets, (std::vector<std::uint32_t>{2, 4, 7, 3, 6}));
+    const Syntax syntax = builder.finish();
+    EXPECT_EQ(syntax.places, (std::vector<TokenPlace>{{2, 8}, {4, 6}, {7, 3}, {3, 7}, {6, 4}}));
+    EXPECT_EQ(mentions_of(syntax), "3 value f/a x3\n4 value f/b x2\n") << "the first line, in whatever order they come";
 }
 
 TEST(SyntaxBuilder, FromItsDeclarationOnALocalHidesWhatIsAround) {
