@@ -87,7 +87,7 @@ void check_file(const FileContents& file, const Contents& contents) {
                           description == file.descriptions.end() ? Description() : description->second);
     }
     for (const auto& [names, references] : file.references) {
-        promise(references > 0, "a reference is counted");
+        promise(references.count > 0 && references.first_line >= 0, "a reference is counted, and its line is one");
         const auto symbols = contents.tokens.symbols(names);
         promise(!symbols.empty() && symbols.front() != LOCAL_SYMBOL && std::ranges::is_sorted(symbols),
                 "a token names symbols, in order, and not local ones alone");
@@ -100,14 +100,14 @@ void check_extraction(const indexing::Extraction& extraction, TextSpool& spool) 
         const indexing::ExtractedFile& file = extraction.files[place];
         check_declarations(file.declared, spool);
         std::int64_t counted = 0;
-        for (const auto& [names, count] : file.references) {
-            counted += count * static_cast<std::int64_t>(extraction.tokens.symbols(names).size());
+        for (const auto& [names, tokens] : file.references) {
+            counted += tokens.count * static_cast<std::int64_t>(extraction.tokens.symbols(names).size());
         }
         for (const indexing::Edge& edge : references.from(place).edges) {
             promise(edge.target.file < extraction.files.size() &&
                         edge.target.declaration < extraction.files[edge.target.file].declared.declarations.size(),
                     "an edge leads to a declaration");
-            counted -= edge.references;
+            counted -= edge.references.count;
         }
         promise(counted >= 0, "no token is counted more than once for each of its symbols");
     }

@@ -64,6 +64,7 @@ struct EdgeRow {
     RowId target = 0;  ///< a declaration
     RowId resolution = 0;
     std::int64_t references = 0;
+    std::int64_t first_line = 0;  ///< of the file, 1-based, on which one of them stands; 0 when unknown
 
     // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
     friend auto operator<=>(const EdgeRow&, const EdgeRow&) = default;

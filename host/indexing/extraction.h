@@ -6,6 +6,7 @@
 
 #include "host/files/text_spool.h"
 #include "host/indexing/line_span.h"
+#include "host/indexing/occurrences.h"
 #include "host/indexing/symbols.h"
 
 #include <compare>
@@ -55,6 +56,7 @@ struct NamePlace {
 struct NamedToken {
     std::uint32_t offset = 0;         ///< as that of a `NamePlace`
     TokenNames names = LOCAL_SYMBOL;  ///< `LOCAL_SYMBOL`: nothing that is counted among the references of the file
+    std::int32_t line = 0;            ///< 1-based
 
     friend auto operator<=>(const NamedToken&, const NamedToken&) = default;
 };
@@ -74,10 +76,10 @@ struct ExtractedFile {
     FileDeclarations declared;
     std::int64_t content_hash = 0;  ///< of the source; 0 when none was read
     bool has_moved = false;         ///< whether the source has changed since it was indexed
-    /// The number of tokens that define nothing, by what they name.
-    std::unordered_map<TokenNames, std::int64_t> references;
-    /// The number of tokens from which no binding leads on, by the only declaration that bears their name.
-    std::unordered_map<SymbolNumber, std::int64_t> unique_references = {};
+    /// The tokens that define nothing, by what they name.
+    std::unordered_map<TokenNames, Occurrences> references;
+    /// The tokens from which no binding leads on, by the only declaration that bears their name.
+    std::unordered_map<SymbolNumber, Occurrences> unique_references = {};
     /// Every token of which it is known what it names, by offset, each once; for `joined` (joining.h) alone. None where
     /// it is not known which tokens these are.
     std::optional<std::vector<NamedToken>> tokens = {};

@@ -58,11 +58,14 @@ FileRow file_row(const Extraction& extraction, std::uint32_t file, const RowIds&
 std::vector<EdgeRow> edge_rows(const FileReferences& references, std::uint32_t file, const RowIds& ids) {
     const RowId source = RowIds::of_file(file);
     std::vector<EdgeRow> rows;
+    const auto add = [&](RowId target, Resolution resolution, const Occurrences& tokens) {
+        rows.push_back({source, target, id_of(resolution), tokens.count, tokens.first_line});
+    };
     for (const Edge& edge : references.edges) {
-        rows.push_back({source, ids.of(edge.target), id_of(edge.resolution), edge.references});
+        add(ids.of(edge.target), edge.resolution, edge.references);
     }
-    for (const auto& [module, count] : references.modules) {
-        rows.push_back({source, ids.of_module(module), id_of(Resolution::IMPORT), count});
+    for (const auto& [module, tokens] : references.modules) {
+        add(ids.of_module(module), Resolution::IMPORT, tokens);
     }
     std::ranges::stable_sort(rows, {}, &EdgeRow::target);
     return rows;

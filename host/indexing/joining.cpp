@@ -50,7 +50,7 @@ class JoinedSymbols : public Symbols {
 
 constexpr TokenNames NOTHING = LOCAL_SYMBOL;
 
-using Counts = std::unordered_map<TokenNames, std::int64_t>;
+using Counts = std::unordered_map<TokenNames, Occurrences>;
 
 class Joining {
   public:
@@ -155,7 +155,7 @@ class Joining {
             if (is_known) {
                 remove(known->names, file.references);
             }
-            ++file.references[*meaning];
+            file.references[*meaning].add({1, token.line});
             completed.insert(token.offset);
         }
         if (!file.declared.modules.empty() && file.declared.modules.front() < first_) {
@@ -166,9 +166,9 @@ class Joining {
 
     // What a module imports is used, even where nothing else of it is.
     void add_imports(const ExtractedFile& source, ExtractedFile& file) {
-        for (const auto& [module, count] : source.references) {
+        for (const auto& [module, tokens] : source.references) {
             if (const std::optional<TokenNames> meaning = this->meaning(module)) {
-                file.references.try_emplace(*meaning, count);
+                file.references.try_emplace(*meaning, tokens);
             }
         }
     }
@@ -180,9 +180,10 @@ class Joining {
         });
     }
 
+    // No declaration is named by these, so no row has a line of theirs.
     static void remove(const TokenNames& names, Counts& references) {
         const auto found = references.find(names);
-        if (found != references.end() && --found->second == 0) {
+        if (found != references.end() && --found->second.count == 0) {
             references.erase(found);
         }
     }
@@ -208,11 +209,11 @@ class Joining {
     }
 
     void renumber(Counts& references, const std::string& language, const auto& meaning) {
-        for (const auto& [names, count] : std::exchange(references, {})) {
+        for (const auto& [names, tokens] : std::exchange(references, {})) {
             if (const std::optional<TokenNames> meant = meaning(names)) {
-                references[*meant] += count;
+                references[*meant].add(tokens);
             } else {
-                report_.unresolved_by_language[language] += count;
+                report_.unresolved_by_language[language] += tokens.count;
             }
         }
     }

@@ -98,31 +98,31 @@ bool References::may_name_modules(std::uint32_t file) const {
 }
 
 FileReferences References::from(std::uint32_t file) const {
-    std::map<std::pair<DeclarationPlace, Resolution>, std::int64_t> edges;
-    std::map<std::uint32_t, std::int64_t> modules;
+    std::map<std::pair<DeclarationPlace, Resolution>, Occurrences> edges;
+    std::map<std::uint32_t, Occurrences> modules;
     FileReferences references;
-    for (const auto& [names, count] : extraction_.files[file].references) {
+    for (const auto& [names, tokens] : extraction_.files[file].references) {
         const std::span<const SymbolNumber> symbols = extraction_.tokens.symbols(names);
         const ResolvedTargets targets = resolve(symbols, file);
         for (const DeclarationPlace& target : targets.places) {
-            edges[{target, resolution(targets, target, file)}] += count;
+            edges[{target, resolution(targets, target, file)}].add(tokens);
         }
         const std::optional<std::uint32_t> module = module_of(symbols);
         if (module && *module != file) {
-            modules[*module] += count;
+            modules[*module].add(tokens);
         }
         if (targets.places.empty() && !module && symbols.front() != LOCAL_SYMBOL) {
-            references.nowhere.emplace_back(symbols.front(), count);
+            references.nowhere.emplace_back(symbols.front(), tokens.count);
         }
     }
-    for (const auto& [symbol, count] : extraction_.files[file].unique_references) {
+    for (const auto& [symbol, tokens] : extraction_.files[file].unique_references) {
         if (const auto target = target_of(symbol, file)) {
-            edges[{*target, Resolution::UNIQUE}] += count;
+            edges[{*target, Resolution::UNIQUE}].add(tokens);
         }
     }
-    for (const auto& [target, count] : edges) {
+    for (const auto& [target, tokens] : edges) {
         modules.erase(target.first.file);
-        references.edges.push_back({target.first, target.second, count});
+        references.edges.push_back({target.first, target.second, tokens});
     }
     references.modules.assign(modules.begin(), modules.end());
     return references;

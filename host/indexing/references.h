@@ -40,14 +40,14 @@ std::string_view name_of(Resolution resolution);
 struct Edge {
     DeclarationPlace target;
     Resolution resolution = Resolution::AMBIGUOUS;
-    std::int64_t references = 0;
+    Occurrences references;
 };
 
 /// The references of one file.
 struct FileReferences {
     std::vector<Edge> edges;  ///< by target, then resolution
-    /// The files that it names as modules and has no edge into, with the number of tokens. By index, ascending.
-    std::vector<std::pair<std::uint32_t, std::int64_t>> modules;
+    /// The files that it names as modules and has no edge into, with the tokens. By index, ascending.
+    std::vector<std::pair<std::uint32_t, Occurrences>> modules;
     /// The symbols that no file declares, with the number of tokens.
     std::vector<std::pair<SymbolNumber, std::int64_t>> nowhere;
 };

@@ -59,7 +59,8 @@ const std::string FILES = "SELECT files.id, files.path, files.language, files.co
 const std::string DECLARATIONS = "SELECT symbols.id, symbols.file_id, symbols.name, symbols.fqn, symbols.kind, "
                                  "symbols.is_export, symbols.start_line, symbols.end_line, symbols.uses ";
 
-const std::string EDGES = "SELECT edges.source_file_id, edges.target_id, edges.resolution_id, edges.refs ";
+const std::string EDGES =
+    "SELECT edges.source_file_id, edges.target_id, edges.resolution_id, edges.refs, edges.first_line ";
 
 void take_files(Rows& rows, const OnRow<FileRow>& on_row) {
     while (rows.step()) {
@@ -89,7 +90,7 @@ void take_declarations(Rows& rows, const OnRow<DeclarationRow>& on_row) {
 std::vector<EdgeRow> all_edges(Rows& rows) {
     std::vector<EdgeRow> edges;
     while (rows.step()) {
-        edges.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3)});
+        edges.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3), rows.integer(4)});
     }
     return edges;
 }

@@ -159,7 +159,7 @@ void RowCopy::add(const ResolutionRow& row) {
 }
 
 void RowCopy::add(const EdgeRow& row) {
-    append<place_of("edges")>(row.source, row.target, row.resolution, row.references);
+    append<place_of("edges")>(row.source, row.target, row.resolution, row.references, row.first_line);
 }
 
 }  // namespace host::postgresql

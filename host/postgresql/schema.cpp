@@ -126,6 +126,33 @@ constexpr std::array MIGRATIONS{
         END $$;
         REVOKE EXECUTE ON FUNCTION wiki_scope.remove_other_snapshots FROM PUBLIC;
     )sql",
+    // What can be cited for a use, and is unknown in the indexes that are there. Whoever has divided the table may have
+    // other names for its key and its index.
+    R"sql(
+        ALTER TABLE wiki_scope.edges
+            ADD first_line bigint NOT NULL DEFAULT 0;   -- of the source, 1-based, of one of them; 0 when unknown
+        DO $$
+        DECLARE
+            old record;
+        BEGIN
+            FOR old IN SELECT conname AS name FROM pg_catalog.pg_constraint
+                       WHERE conrelid = 'wiki_scope.edges'::regclass AND contype = 'p'
+            LOOP
+                EXECUTE format('ALTER TABLE wiki_scope.edges DROP CONSTRAINT %I', old.name);
+            END LOOP;
+            FOR old IN SELECT indexrelid::regclass AS name FROM pg_catalog.pg_index
+                       WHERE indrelid = 'wiki_scope.edges'::regclass
+            LOOP
+                EXECUTE format('DROP INDEX %s', old.name);
+            END LOOP;
+        END $$;
+        ALTER TABLE wiki_scope.edges
+            ADD PRIMARY KEY(repository, snapshot, source_file_id, target_id, resolution_id) INCLUDE(refs, first_line);
+        CREATE INDEX edges_by_target
+            ON wiki_scope.edges(repository, snapshot, target_id, source_file_id, resolution_id)
+            INCLUDE(refs, first_line);
+        UPDATE wiki_scope.repositories SET checksums = NULL;
+    )sql",
 };
 
 // Who else owns the schema or something in it.

@@ -28,7 +28,7 @@ inline constexpr std::array SNAPSHOT_TABLES{
     SnapshotTable{"symbols", "id, file_id, name, fqn, kind, is_export, start_line, end_line, uses"},
     SnapshotTable{"descriptions", "symbol_id, signature, documentation"},
     SnapshotTable{"resolutions", "id, name"},
-    SnapshotTable{"edges", "source_file_id, target_id, resolution_id, refs"},
+    SnapshotTable{"edges", "source_file_id, target_id, resolution_id, refs, first_line"},
     SnapshotTable{"names", "symbol_id, lowered, rows"},
 };
 

@@ -202,7 +202,7 @@ class ContentsReader {
         if (defines) {
             add_definition(occurrence, symbol, file);
         } else if (!occurrence.range) {
-            ++file.references[symbol];  // nobody can tell that it is not a token of its own
+            file.references[symbol].add({1});  // nobody can tell that it is not a token of its own
         }
     }
 
@@ -253,7 +253,7 @@ class ContentsReader {
             return;
         }
         if (is_reference && names != LOCAL_SYMBOL) {
-            ++file.references[names];
+            file.references[names].add({1, lines_of(range).first});
         }
         if (!is_reference || names != LOCAL_SYMBOL || names_a_local_) {
             keep_token(is_reference ? names : LOCAL_SYMBOL, range, file);
@@ -262,7 +262,7 @@ class ContentsReader {
 
     void keep_token(TokenNames names, const Range& range, FileContents& file) {
         if (const auto offset = text_ && file.tokens ? text_->offset_of(range) : std::nullopt) {
-            file.tokens->push_back({*offset, names});
+            file.tokens->push_back({*offset, names, lines_of(range).first});
         }
     }
 

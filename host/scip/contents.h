@@ -51,8 +51,8 @@ struct FileContents {
     std::string language;  ///< the first that is stated; empty when none is
     std::vector<Definition> definitions;
     std::unordered_map<SymbolNumber, Description> descriptions;
-    std::unordered_map<TokenNames, std::int64_t> references;  ///< tokens that define nothing
-    std::vector<OpenToken> open_tokens;                       ///< others, in the order of the text
+    std::unordered_map<TokenNames, indexing::Occurrences> references;  ///< tokens that define nothing
+    std::vector<OpenToken> open_tokens;                                ///< others, in the order of the text
     std::optional<std::vector<indexing::NamedToken>> tokens;  ///< whose meaning is known; none where no text tells
     std::vector<std::uint32_t> misnamed = {};                 ///< as those of an `indexing::ExtractedFile`
     std::int32_t last_line = 1;                               ///< the last on which anything stands

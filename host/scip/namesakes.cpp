@@ -31,16 +31,16 @@ class NamesakeChoice {
 
     void choose(std::string_view path, FileContents& file) {
         std::unordered_map<TokenNames, TokenNames> chosen;
-        for (const auto& [names, count] : file.references) {
+        for (const auto& [names, tokens] : file.references) {
             const std::span<const SymbolNumber> symbols = contents_.tokens.symbols(names);
             if (std::ranges::any_of(symbols, [&](SymbolNumber each) { return contents_.namesakes.contains(each); })) {
                 chosen.emplace(names, choice(path, symbols));
             }
         }
-        std::unordered_map<TokenNames, std::int64_t> references;
-        for (const auto& [names, count] : file.references) {
+        std::unordered_map<TokenNames, indexing::Occurrences> references;
+        for (const auto& [names, tokens] : file.references) {
             const auto found = chosen.find(names);
-            references[found == chosen.end() ? names : found->second] += count;
+            references[found == chosen.end() ? names : found->second].add(tokens);
         }
         file.references = std::move(references);
         if (file.tokens) {

@@ -1,5 +1,6 @@
 #include "host/scip/open_tokens.h"
 
+#include "host/scip/lines_of_range.h"
 #include "host/scip/token_text.h"
 
 #include <algorithm>
@@ -64,9 +65,10 @@ void settle_open_tokens(Contents& contents, const sources::Sources& sources, con
                 continue;
             }
             const TokenNames names = contents.tokens.number(symbols, contents.symbols);
-            ++file.references[names];
+            const std::int32_t line = lines_of(token.range).first;
+            file.references[names].add({1, line});
             if (offset && file.tokens) {
-                file.tokens->push_back({*offset, names});
+                file.tokens->push_back({*offset, names, line});
             }
         }
     }

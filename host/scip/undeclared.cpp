@@ -144,12 +144,12 @@ class LocalReferences {
             // A local of another file, which this one imports, may have the same number.
             if (local != locals.end() && !occurrence.is_definition() && seen.insert(*occurrence.range).second &&
                 text.at(*occurrence.range) == names_.at(occurrence.symbol)) {
-                ++counts_[local->second->symbol];
+                found_[local->second->symbol].add({1, lines_of(*occurrence.range).first});
             }
         });
     }
 
-    [[nodiscard]] const std::map<SymbolNumber, std::int64_t>& counts() const { return counts_; }
+    [[nodiscard]] const std::map<SymbolNumber, indexing::Occurrences>& found() const { return found_; }
 
   private:
     static void for_each_local(const Document& document, const auto& visit) {
@@ -162,7 +162,7 @@ class LocalReferences {
     }
 
     std::map<std::string_view, std::string_view> names_;
-    std::map<SymbolNumber, std::int64_t> counts_;
+    std::map<SymbolNumber, indexing::Occurrences> found_;
 };
 
 }  // namespace
@@ -204,8 +204,8 @@ void count_locals(std::span<const PlacedScipFile> files, const UndeclaredByFile&
             }
             RangedText text(*read->text);
             const LocalReferences references(document, found->second, text);
-            for (const auto& [symbol, count] : references.counts()) {
-                contents.files.at(*path).references[symbol] += count;
+            for (const auto& [symbol, tokens] : references.found()) {
+                contents.files.at(*path).references[symbol].add(tokens);
             }
         });
     }

@@ -87,11 +87,12 @@ IndexState RevisedSqliteIndex::state(std::span<const RowId> files) const {
     while (declarations.step()) {
         state.declarations.push_back(declarations.integer(0));
     }
-    Statement edges(*connection_, "SELECT target_id, resolution_id, refs FROM edges WHERE source_file_id = ?1");
+    Statement edges(*connection_,
+                    "SELECT target_id, resolution_id, refs, first_line FROM edges WHERE source_file_id = ?1");
     for (const RowId file : files) {
         edges.bind(1, file);
         while (edges.step()) {
-            state.edges.push_back({file, edges.integer(0), edges.integer(1), edges.integer(2)});
+            state.edges.push_back({file, edges.integer(0), edges.integer(1), edges.integer(2), edges.integer(3)});
         }
         edges.reset();
     }

@@ -24,7 +24,8 @@ SqliteRowWriter::SqliteRowWriter(const SqliteConnection& connection)
                     "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)"),
       descriptions_(connection, "INSERT INTO descriptions(symbol_id, signature, documentation) VALUES(?1, ?2, ?3)"),
       resolutions_(connection, "INSERT INTO resolutions(id, name) VALUES(?1, ?2)"),
-      edges_(connection, "INSERT INTO edges(source_file_id, target_id, resolution_id, refs) VALUES(?1, ?2, ?3, ?4)") {}
+      edges_(connection, "INSERT INTO edges(source_file_id, target_id, resolution_id, refs, first_line) "
+                         "VALUES(?1, ?2, ?3, ?4, ?5)") {}
 
 void SqliteRowWriter::note(std::string_view key, std::string_view value) {
     insert(notes_, key, value);
@@ -52,7 +53,7 @@ void SqliteRowWriter::add(const ResolutionRow& row) {
 }
 
 void SqliteRowWriter::add(const EdgeRow& row) {
-    insert(edges_, row.source, row.target, row.resolution, row.references);
+    insert(edges_, row.source, row.target, row.resolution, row.references, row.first_line);
 }
 
 }  // namespace host

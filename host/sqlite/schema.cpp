@@ -58,6 +58,7 @@ constexpr const char* TABLES = R"sql(
         target_id INTEGER,
         resolution_id INTEGER,
         refs INTEGER,                       -- how many references the row stands for
+        first_line INTEGER,                 -- of the source, 1-based, on which one of them stands; 0 when unknown
         PRIMARY KEY(source_file_id, target_id, resolution_id)
     ) WITHOUT ROWID;
     CREATE TABLE meta(key TEXT PRIMARY KEY, value TEXT);
@@ -66,7 +67,7 @@ constexpr const char* TABLES = R"sql(
 constexpr const char* INDEXES = R"sql(
     CREATE INDEX symbols_by_file ON symbols(file_id);
     CREATE INDEX symbols_by_name ON symbols(name, uses);
-    CREATE INDEX edges_by_target ON edges(target_id, source_file_id, resolution_id, refs);
+    CREATE INDEX edges_by_target ON edges(target_id, source_file_id, resolution_id, refs, first_line);
 )sql";
 
 // The statements that have made what is in a database, written as those above. The table that lists them is asked for

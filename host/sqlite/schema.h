@@ -14,7 +14,7 @@
 namespace host {
 
 /// The version of the schema that this program writes and reads.
-inline constexpr std::string_view SCHEMA_VERSION = "4";
+inline constexpr std::string_view SCHEMA_VERSION = "5";
 
 /// What `meta` has a value for when the file has checksums (page_checksums.h), which its header states too.
 inline constexpr std::string_view CHECKSUMS_NOTE = "checksums";

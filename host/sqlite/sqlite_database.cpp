@@ -22,7 +22,8 @@ const std::string IS_NAMED = "typeof(file.path) = 'text' AND instr(file.path, ch
 const std::string DECLARATIONS = "SELECT symbol.id, symbol.file_id, symbol.name, symbol.fqn, symbol.kind, "
                                  "symbol.is_export, symbol.start_line, symbol.end_line, symbol.uses FROM ";
 
-const std::string EDGES = "SELECT edge.source_file_id, edge.target_id, edge.resolution_id, edge.refs FROM ";
+const std::string EDGES =
+    "SELECT edge.source_file_id, edge.target_id, edge.resolution_id, edge.refs, edge.first_line FROM ";
 
 // Rows whose integer in a column lies in one of the ranges that are bound to ?1.
 std::string in_ranges(const std::string& table, const std::string& column) {
@@ -62,7 +63,7 @@ void take_declarations(Statement& rows, const OnRow<DeclarationRow>& on_row) {
 std::vector<EdgeRow> all_edges(Statement& rows) {
     std::vector<EdgeRow> edges;
     while (rows.step()) {
-        edges.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3)});
+        edges.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3), rows.integer(4)});
     }
     return edges;
 }

@@ -52,21 +52,29 @@ FileDeclarations declared_in(ReadFile& file, FileId id, const resolve::Resolver&
     return declared;
 }
 
-void add_references(const resolve::References& found, const SourceSymbols& symbols, indexing::TokenTable& tokens,
+void add_references(const resolve::References& found, const SourceSymbols& symbols, indexing::TokenTable& names,
                     indexing::ExtractedFile& file) {
     for (const resolve::Reference& reference : found.references) {
         const indexing::SymbolNumber symbol = symbols.number(reference.target);
+        const indexing::Occurrences tokens{static_cast<std::uint32_t>(reference.count),
+                                           static_cast<std::int32_t>(reference.line)};
         switch (reference.evidence) {
         case Evidence::UNIQUE:
-            file.unique_references[symbol] += reference.count;
+            file.unique_references[symbol].add(tokens);
             break;
         case Evidence::AMBIGUOUS:  // with a symbol that nothing declares
-            file.references[tokens.number({symbol, indexing::LOCAL_SYMBOL})] += reference.count;
+            file.references[names.number({symbol, indexing::LOCAL_SYMBOL})].add(tokens);
             break;
         default:
-            file.references[symbol] += reference.count;
+            file.references[symbol].add(tokens);
         }
     }
+}
+
+// The line of the first token that leads into a file; 0 when none does.
+std::int32_t first_line_into(FileId file, std::span<const resolve::TokenTarget> tokens) {
+    const auto first = std::ranges::find(tokens, file, [](const auto& token) { return token.target.file; });
+    return first == tokens.end() ? 0 : static_cast<std::int32_t>(first->place.line);
 }
 
 // What is known of a file that another front end describes.
@@ -79,19 +87,20 @@ indexing::ExtractedFile described_file(const resolve::File& file, FileId id, con
         described.declared.names.push_back({file.syntax->declarations[at].offset, symbols.number({id, at})});
     }
     for (const FileId imported : found.imports) {
-        ++described.references[symbols.number({imported, resolve::Target::MODULE})];
+        described.references[symbols.number({imported, resolve::Target::MODULE})].add(
+            {1, first_line_into(imported, found.tokens)});
     }
     std::vector<indexing::NamedToken>& named = described.tokens.emplace();
     std::span<const resolve::TokenTarget> targets = found.tokens;
     while (!targets.empty()) {
-        const std::uint32_t offset = targets.front().place.offset;
+        const syntax::TokenPlace place = targets.front().place;
         std::vector<indexing::SymbolNumber> meant;
-        for (; !targets.empty() && targets.front().place.offset == offset; targets = targets.subspan(1)) {
+        for (; !targets.empty() && targets.front().place == place; targets = targets.subspan(1)) {
             meant.push_back(symbols.number(targets.front().target));
         }
         std::ranges::sort(meant);
         meant.erase(std::unique(meant.begin(), meant.end()), meant.end());
-        named.push_back({offset, tokens.number(std::move(meant))});
+        named.push_back({place.offset, tokens.number(std::move(meant)), static_cast<std::int32_t>(place.line)});
     }
     return described;
 }

@@ -51,9 +51,9 @@ TEST_F(Command, ExplainsInOneLineWhyAnIndexCannotBeRead) {
              {"other.db", ": not a wiki-scope index; name another file\n"},
              {"/", ": not a wiki-scope index but a folder or a device; name another file\n"},
              {changed_index("index1.db", "UPDATE meta SET value = '1'"),
-              ": an index of schema version 1, but this program reads version 4; import the SCIP file again\n"},
+              ": an index of schema version 1, but this program reads version 5; import the SCIP file again\n"},
              {changed_index("newer.db", "UPDATE meta SET value = '10'"),
-              ": an index of schema version 10, but this program reads version 4; install a newer wiki-scope\n"},
+              ": an index of schema version 10, but this program reads version 5; install a newer wiki-scope\n"},
              {changed_index("null.db", "UPDATE meta SET value = NULL"), ": not a wiki-scope index; "},
              {changed_index("half.db", "DROP TABLE languages"),
               ": its tables and indexes are not those that an import makes; it is not a whole wiki-scope index: import "

@@ -34,11 +34,11 @@ class BothImport : public ScipImport {
                           .exclusions = std::move(exclusions)});
     }
 
-    /// The edges between files as "source > target resolution references".
+    /// The edges between files as "source > target resolution references, first line".
     [[nodiscard]] std::string uses() const {
         return rows(
-            "SELECT users.path || ' > ' || symbols.name || ' ' || resolution || ' ' || refs AS row FROM (SELECT edges.*, "
-            "resolutions.name AS resolution FROM edges JOIN resolutions ON id = resolution_id) AS e "
+            "SELECT users.path || ' > ' || symbols.name || ' ' || resolution || ' ' || refs || ' L' || first_line AS row "
+            "FROM (SELECT edges.*, resolutions.name AS resolution FROM edges JOIN resolutions ON id = resolution_id) AS e "
             "JOIN files AS users ON users.id = source_file_id JOIN symbols ON symbols.id = target_id "
             "WHERE file_id <> source_file_id ORDER BY row");
     }
@@ -48,8 +48,9 @@ TEST_F(BothImport, ReferencesLeadFromSourcesToDocumentsAndBack) {
     folder.write("checkout/web/g.ts", "export function g() {}\n");
     folder.write("checkout/web/h.ts", "import { g } from './g'\ng()\n");
     const ImportReport report = import_both({document()});
-    EXPECT_EQ(uses(), "lib/a.py > B import 2; lib/a.py > C import 1; lib/b.py > A import 3; lib/b.py > m import 1; "
-                      "web/h.ts > g import 2");
+    EXPECT_EQ(uses(),
+              "lib/a.py > B import 2 L1; lib/a.py > C import 1 L1; lib/b.py > A import 3 L1; lib/b.py > m import 1 L4; "
+              "web/h.ts > g import 2 L1");
     EXPECT_EQ(rows("SELECT name || import_resolved AS row FROM languages ORDER BY name"), "python1; typescript1");
     EXPECT_EQ(report.sources, 4);
     EXPECT_EQ(report.unresolved_by_language.at("python"), 1);  // gone
@@ -108,7 +109,7 @@ TEST_F(BothImport, ASourceThatHasChangedSinceItWasIndexedCompletesNothing) {
     folder.write("checkout/lib/a.py", "# new\nfrom lib.b import B, C\nclass A:\n    def m(self): return B()\n");
     const ImportReport report = import_both({document()});
     EXPECT_EQ(report.moved.count, 1);
-    EXPECT_EQ(uses(), "lib/b.py > a import 1") << "the module, but nothing by its place";
+    EXPECT_EQ(uses(), "lib/b.py > a import 1 L1") << "the module, but nothing by its place";
 }
 
 }  // namespace

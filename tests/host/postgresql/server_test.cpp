@@ -314,6 +314,12 @@ TEST_F(Server, ReadsAnIndexFromBeforeThereWereChecksumsAndSaysSo) {
     migrate(connection, 2);
     connection.execute("INSERT INTO wiki_scope.repositories(name, snapshot, made) VALUES('one', 1, now());"
                        "INSERT INTO wiki_scope.symbols VALUES(1, 1, 7, 1, '\\\\Na\\303ME', '', '', true, 1, 1, 3)");
+    connection.execute(
+        "ALTER TABLE wiki_scope.edges RENAME TO whole;"
+        "CREATE TABLE wiki_scope.edges(LIKE wiki_scope.whole INCLUDING ALL) PARTITION BY HASH(repository);"
+        "CREATE TABLE wiki_scope.edges_0 PARTITION OF wiki_scope.edges "
+        "FOR VALUES WITH (MODULUS 1, REMAINDER 0);"
+        "DROP TABLE wiki_scope.whole; INSERT INTO wiki_scope.edges VALUES(1, 1, 2, 7, 1, 5)");
     migrate(connection);
     const std::unique_ptr<IndexConnection> reader = repository()->connect();
     int found = 0;
@@ -322,6 +328,7 @@ TEST_F(Server, ReadsAnIndexFromBeforeThereWereChecksumsAndSaysSo) {
         ++found;
     });
     EXPECT_EQ(found, 1);
+    EXPECT_EQ(reader->read()->read_edges_into({7}), (std::vector<EdgeRow>{{2, 7, 1, 5, 0}}));
     EXPECT_NO_THROW(reader->read()->check());
     EXPECT_FALSE(reader->read()->origin().has_checksums);
     import(3);

@@ -29,6 +29,14 @@ TEST_F(ScipImport, ALocalThatItsDocumentNowhereDefinesTakesNoPartInAToken) {
     EXPECT_EQ(edges(), "a.ts 1 local 1; b.ts 1 ambiguous 2; b.ts 1 import 2");
 }
 
+TEST_F(ScipImport, AnEdgeHasTheFirstLineThatIsKnownOfItsReferences) {
+    import({ScipDocument("a.ts").defines(F).defines(G),
+            ScipDocument("b.ts").occurs(F, 0, {8, 0, 1}).occurs(F, 0, {6, 0, 1}).occurs(G, 0, {}),
+            ScipDocument("b.ts").occurs(F, 0, {4, 0, 1}).occurs(F, 0, {}).refers_to_all({F, G})});
+    EXPECT_EQ(rows("SELECT target_id || ' ' || refs || ' L' || first_line AS row FROM edges"),
+              "1 1 L1002; 1 4 L5; 2 1 L1002; 2 1 L0");
+}
+
 TEST_F(ScipImport, ATokenThatDefinesOrAnnouncesAnythingIsNoReference) {
     const ScipDocument a =
         ScipDocument("a.ts").defines(F, {1, 0, 1}).defines(G, {2, 0, 1}).refers_to_all({G}, 64).refers_to_all({F}, 65);

@@ -83,7 +83,7 @@ TEST_F(SqliteQueries, NeedOneStatementForAPageOfAnySizeAndNoFullScan) {
     change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
            "INSERT INTO files(id, path, language) SELECT i, printf('src/%d.ts', i), 'typescript' FROM n");
     change("INSERT INTO symbols SELECT id, id, 'f', 'f', 'function', 1, 1, 2, 0 FROM files");
-    change("INSERT INTO edges SELECT id, id % 5000 + 1, 1, 1 FROM files");
+    change("INSERT INTO edges SELECT id, id % 5000 + 1, 1, 1, 1 FROM files");
     SqliteDatabase db(connection, {});
 
     std::vector<std::string> queries;

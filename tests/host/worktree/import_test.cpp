@@ -43,7 +43,7 @@ class SourcesImport : public testing::Test {
     }
     [[nodiscard]] std::string edges() const {
         return rows(
-            "SELECT path || ' ' || symbols.name || ' ' || kind || ' ' || resolutions.name || ' ' || refs AS row "
+            "SELECT path || ' ' || symbols.name || ' ' || kind || ' ' || resolutions.name || ' ' || refs || ' L' || first_line AS row "
             "FROM edges JOIN files ON files.id = source_file_id JOIN symbols ON symbols.id = target_id "
             "JOIN resolutions ON resolutions.id = resolution_id ORDER BY source_file_id, target_id");
     }
@@ -60,8 +60,8 @@ TEST_F(SourcesImport, HoldsDeclarationsAndWhatBindingsLeadTo) {
               "example.org/m/cmd.Run function 3-3 public; p.Store class 3-7 public; p.Store.size attribute 4-4; "
               "p.Store.Store constructor 5-5; p.Store.add method 6-6; q.Shop class 4-7; q.Shop.store attribute 5-5; "
               "q.Shop.buy method 6-6");
-    EXPECT_EQ(edges(), "src/p/Store.java size attribute local 1; src/q/Shop.java Store class import 3; "
-                       "src/q/Shop.java add method import 1; src/q/Shop.java store attribute local 1");
+    EXPECT_EQ(edges(), "src/p/Store.java size attribute local 1 L6; src/q/Shop.java Store class import 3 L2; "
+                       "src/q/Shop.java add method import 1 L6; src/q/Shop.java store attribute local 1 L6");
     EXPECT_EQ(rows("SELECT documentation AS row FROM descriptions WHERE documentation <> ''"), "Keeps items.");
     EXPECT_EQ(rows("SELECT name || import_resolved AS row FROM languages ORDER BY name"), "go1; java1");
     EXPECT_EQ(report.sources, 3);

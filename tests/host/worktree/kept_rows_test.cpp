@@ -46,7 +46,7 @@ const std::vector<Edited> EDITED{
     {"w/p/lib/index.js", {"exports.f = 1\n"}},
     {"w/q/use.ts",
      {"import { f } from \"p\";\nf();\n", "import { f } from \"../p/other\";\nf();\n",
-      "import { f } from \"../p/other\";\n\n"}},
+      "import { f } from \"../p/other\";\n\n", "\n\nimport { f } from \"../p/other\";\n\nf();\n"}},
     {"s/pkg/__init__.py", {"", "from .x import X\n"}},
     {"s/pkg/x.py", {"class X:\n    def m(self): pass\n", "X = 1\n"}},
     {"s/use.py", {"from pkg import X\nX().m()\n", "from pkg import X\nX\n", "import pkg.x\npkg.x.X()\n"}},
