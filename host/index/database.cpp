@@ -14,12 +14,6 @@ using host::OnRow;
 using host::ResolutionRow;
 using host::RowId;
 
-// An index may hold any integer as a line; the nearest line that a record can hold stands for it.
-std::int32_t line(std::int64_t stored) {
-    using Line = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(stored, Line::min(), Line::max()));
-}
-
 }  // namespace
 
 models::Text Database::text(std::string_view characters) {
@@ -32,6 +26,11 @@ void Database::read_paths(std::vector<FileId> files) {
     if (!files.empty()) {
         read_files(std::move(files), [&](const FileRow& file) { paths_[file.id] = text(file.path); });
     }
+}
+
+std::int32_t Database::line(std::int64_t stored) {
+    using Line = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(stored, Line::min(), Line::max()));
 }
 
 models::Text Database::resolution(RowId id) {

@@ -112,6 +112,14 @@ class Database {
     /// of a page are about the same files; it is valid until the next question.
     const host::DeclarationTable& declarations_of(std::span<const FileId> files);
 
+    /// Gives away what `inbound_references` kept when it was last called: for each reference that it returned, the first
+    /// line (`EdgeRow::first_line`) in its source.
+    [[nodiscard]] std::vector<std::int32_t> take_inbound_lines() { return std::exchange(inbound_lines_, {}); }
+    void keep_inbound_lines(std::vector<std::int32_t> lines) { inbound_lines_ = std::move(lines); }
+
+    /// A line of a row as records hold it: an index may have any integer, of which this is the nearest.
+    [[nodiscard]] static std::int32_t line(std::int64_t stored);
+
     /// The declarations with these ids, as far as the index has them and their files.
     [[nodiscard]] host::DeclarationTable declarations(const std::vector<SymbolId>& ids);
 
@@ -125,6 +133,7 @@ class Database {
     models::OrderedMap<host::RowId, models::Text> resolutions_;
     std::vector<FileId> page_;  // the files of which these are the declarations
     host::DeclarationTable declarations_of_page_;
+    std::vector<std::int32_t> inbound_lines_;
 };
 
 }  // namespace storage

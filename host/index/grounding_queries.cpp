@@ -81,7 +81,9 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
     std::ranges::sort(edges);
     db.read_paths(sources_of(edges));
     std::vector<InboundReference> references;
+    std::vector<std::int32_t> lines;
     references.reserve(edges.size());
+    lines.reserve(edges.size());
     for (const EdgeRow& edge : edges) {
         const Text* const source = db.path(edge.source);
         const ScopeSymbol* const target = declarations.find(edge.target);
@@ -93,8 +95,10 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
                                   .target_kind = target->kind,
                                   .resolution = db.resolution(edge.resolution),
                                   .refs = edge.references});
+            lines.push_back(Database::line(edge.first_line));
         }
     }
+    db.keep_inbound_lines(std::move(lines));
     return references;
 }
 

@@ -65,6 +65,7 @@ class ShortenedPassage {
     struct Sum {
         std::size_t bytes = 0;
         std::size_t sources = 0;
+        std::size_t uses = 0;
         std::size_t comments = 0;
     };
 
@@ -73,14 +74,16 @@ class ShortenedPassage {
         for (const ItemSize& item : passage_.items->sizes(steps_)) {
             const Sum& before = sums_.back();
             sums_.push_back({before.bytes + item.bytes, before.sources + (item.lacks_source ? 1U : 0U),
-                             before.comments + (item.lacks_comment ? 1U : 0U)});
+                             before.uses + item.lacking_uses, before.comments + (item.lacks_comment ? 1U : 0U)});
         }
         kept_ = count();
     }
 
     [[nodiscard]] std::string left_out(std::size_t kept) const {
-        const LeftOut left_out{
-            .items = count() - kept, .sources = sums_[kept].sources, .comments = sums_[kept].comments};
+        const LeftOut left_out{.items = count() - kept,
+                               .sources = sums_[kept].sources,
+                               .uses = sums_[kept].uses,
+                               .comments = sums_[kept].comments};
         return what_is_left_out(passage_, left_out, kept > 0);
     }
 

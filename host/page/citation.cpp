@@ -18,4 +18,8 @@ std::string citation(std::string_view path, const std::optional<LineRange>& line
                  : std::string(path);
 }
 
+std::string citation(std::string_view path, const std::optional<std::int32_t>& line) {
+    return line ? std::string(path) + ":L" + std::to_string(*line) : std::string(path);
+}
+
 }  // namespace host

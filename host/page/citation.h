@@ -4,6 +4,7 @@
 #include "storage/grounding_queries.h"
 #include "workers/wiki/scope/ranking.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,5 +16,8 @@ std::optional<wiki::scope::LineRange> cited_lines(const storage::ScopeSymbol& sy
 
 /// "src/a.ts:L2-L4", or the path alone.
 std::string citation(std::string_view path, const std::optional<wiki::scope::LineRange>& lines);
+
+/// "src/b.ts:L45", or the path alone.
+std::string citation(std::string_view path, const std::optional<std::int32_t>& line);
 
 }  // namespace host

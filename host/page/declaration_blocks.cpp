@@ -30,6 +30,18 @@ std::string introduction(const SelectedDeclaration& selected, const wiki::scope:
            std::to_string(fan_in.inside.get(symbol.id, 0)) + " inside\n";
 }
 
+// The files that use it most, each with its first use.
+std::string used_at(const models::Excerpt<UseSite>& uses) {
+    std::string text;
+    for (const UseSite& site : uses.shown) {
+        text.append(text.empty() ? "\nUsed at " : ", ").append(code_span(citation(site.path, site.line)));
+    }
+    if (uses.left_out() > 0) {
+        text += " and in " + counted(static_cast<std::int64_t>(uses.left_out()), "other file");
+    }
+    return text.empty() ? "" : text + ".\n";
+}
+
 // The lines as a block of their own; empty where there are none.
 std::string block_of(std::span<const std::string> lines, std::string_view language) {
     return lines.empty() ? "" : "\n" + fenced_block(lines, language);
@@ -46,6 +58,8 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bo
         declarations_.push_back(
             {.symbol = selected.symbol,
              .introduction = introduction(selected, page.fan_in),
+             .uses = used_at(selected.uses),
+             .cited_uses = selected.uses.shown.size(),
              .comment = lead.empty() ? "" : "\n" + lead + "\n",
              .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), selected.language),
              .source = block_of(selected.source, selected.language),
@@ -87,8 +101,14 @@ std::vector<const DeclarationBlocks::Declaration*> DeclarationBlocks::printed_ar
 }
 
 std::vector<DeclarationBlocks::Block> DeclarationBlocks::blocks(std::size_t steps) const {
-    const std::size_t sources = sources_ - std::min(steps, sources_);
-    const std::size_t comments = declarations_.size() - (steps - std::min(steps, sources_));
+    const auto left_of = [&steps](std::size_t parts) {
+        const std::size_t taken = std::min(steps, parts);
+        steps -= taken;
+        return parts - taken;
+    };
+    const std::size_t sources = left_of(sources_);
+    const std::size_t uses = left_of(declarations_.size());
+    const std::size_t comments = left_of(declarations_.size());
     const std::vector<const Declaration*> around = printed_around(sources);
     std::vector<Block> blocks;
     blocks.reserve(declarations_.size());
@@ -97,6 +117,8 @@ std::vector<DeclarationBlocks::Block> DeclarationBlocks::blocks(std::size_t step
         const Declaration& declaration = declarations_[at];
         Block& block = blocks.emplace_back();
         block.introduction = declaration.introduction;
+        block.lacking_uses = at >= uses ? declaration.cited_uses : 0;
+        block.uses = at >= uses ? std::string_view() : declaration.uses;
         block.lacks_comment = at >= comments && !declaration.comment.empty();
         block.comment = block.lacks_comment ? std::string_view() : declaration.comment;
         if (around[at] != nullptr) {
@@ -113,9 +135,11 @@ std::vector<ItemSize> DeclarationBlocks::sizes(std::size_t steps) const {
     std::vector<ItemSize> sizes;
     sizes.reserve(declarations_.size());
     for (const Block& block : blocks(steps)) {
-        sizes.push_back({.bytes = block.introduction.size() + block.comment.size() + block.source.size(),
-                         .lacks_source = block.lacks_source,
-                         .lacks_comment = block.lacks_comment});
+        sizes.push_back(
+            {.bytes = block.introduction.size() + block.uses.size() + block.comment.size() + block.source.size(),
+             .lacks_source = block.lacks_source,
+             .lacks_comment = block.lacks_comment,
+             .lacking_uses = block.lacking_uses});
     }
     return sizes;
 }
@@ -123,7 +147,7 @@ std::vector<ItemSize> DeclarationBlocks::sizes(std::size_t steps) const {
 void DeclarationBlocks::print(std::string& text, std::size_t count, std::size_t steps) const {
     const std::vector<Block> all = blocks(steps);
     for (const Block& block : std::span(all).first(count)) {
-        text.append(block.introduction).append(block.comment).append(block.source);
+        text.append(block.introduction).append(block.uses).append(block.comment).append(block.source);
     }
 }
 

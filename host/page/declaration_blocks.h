@@ -13,8 +13,8 @@
 namespace host {
 
 /// The selected declarations of a page, each as a block of its own, in the order of the selection. Each step of
-/// shortening takes from one block, from the last one on, first the source and then the doc comment. A block without a
-/// source has the signature. A source that is part of one that another block prints is not printed; the block says so.
+/// shortening takes from one block, from the last one on, first the source, then where it is used, then the doc comment.
+/// A block without a source has the signature. A source that is part of one that another block prints is not printed; the block says so.
 class DeclarationBlocks : public Items {
   public:
     /// Asks the index what it says of the declarations in words and, when they are to have their source, reads each of
@@ -22,14 +22,16 @@ class DeclarationBlocks : public Items {
     /// `IndexError`; as the functions that follow, what `db.check_interrupt` throws.
     DeclarationBlocks(const Page& page, storage::Database& db, bool with_source);
 
-    [[nodiscard]] std::size_t steps() const override { return sources_ + declarations_.size(); }
+    [[nodiscard]] std::size_t steps() const override { return sources_ + 2 * declarations_.size(); }
     [[nodiscard]] std::vector<ItemSize> sizes(std::size_t steps) const override;
     void print(std::string& text, std::size_t count, std::size_t steps) const override;
 
   private:
     struct Declaration {
         const storage::ScopeSymbol* symbol;
-        std::string introduction;  // everything above the doc comment
+        std::string introduction;  // name, kind, place and counts
+        std::string uses;          // where it is used, as a paragraph; empty when nobody knows
+        std::size_t cited_uses;    // how many places that names
         std::string comment;       // what it says, as a paragraph; empty when it says nothing
         std::string signature;     // as a fenced block, as the source is
         std::string source;
@@ -39,10 +41,12 @@ class DeclarationBlocks : public Items {
     // What a block consists of.
     struct Block {
         std::string_view introduction;
+        std::string_view uses;
         std::string_view comment;
         std::string_view source;  // or what stands for it
         bool lacks_source = false;
         bool lacks_comment = false;
+        std::size_t lacking_uses = 0;
     };
 
     void order_by_file();

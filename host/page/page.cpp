@@ -30,6 +30,7 @@ Page load_page(storage::Database& db, const Checkout& checkout, std::span<const 
             .missing = std::move(paths.missing),
             .suggestions = std::move(paths.suggestions),
             .facts = wiki::scope::load_scope_facts(db, paths.indexed, read_lines),
+            .inbound_lines = db.take_inbound_lines(),
             .caveats = reader.caveats(),
             .sources = std::move(sources)};
 }

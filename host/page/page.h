@@ -46,6 +46,7 @@ struct Page {
     const std::vector<std::string> missing;     ///< the named paths that the index does not hold
     const std::vector<Suggestion> suggestions;  ///< what some of these were most likely meant to be
     const wiki::scope::ScopeFacts facts;
+    const std::vector<std::int32_t> inbound_lines;  ///< of `facts.inbound`, in its order: `EdgeRow::first_line`
     const Caveats caveats;
     const PageSources sources;
 

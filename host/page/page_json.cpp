@@ -5,6 +5,7 @@
 #include "host/page/flowchart.h"
 #include "host/page/outline.h"
 #include "host/page/records_json.h"
+#include "host/page/use_sites.h"
 #include "host/text/json_writer.h"
 #include "workers/wiki/scope/render.h"
 #include "workers/wiki/scope_tests.h"
@@ -95,6 +96,15 @@ void write_descriptions(JsonWriter& json, const Page& page, storage::Database& d
     }
 }
 
+void write_uses(JsonWriter& json, const Page& page) {
+    json.object("uses", [&] {
+        const std::vector<models::Excerpt<UseSite>> uses = uses_of_selection(page);
+        for (std::size_t place = 0; place < uses.size(); ++place) {
+            write(json.member(key_text(page.selection[place]->id)), uses[place]);
+        }
+    });
+}
+
 void write_file_users(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
     json.object("file_users", [&] {
         for (const auto& [target, users] : wiki::scope::file_users(facts)) {
@@ -133,6 +143,14 @@ void write_file_cards(JsonWriter& json, const Page& page) {
 void write_consumers(JsonWriter& json, const Page& page) {
     const wiki::scope::Consumers consumers = wiki::scope::consumers(page.facts, page.fan_in);
     write(json.member("consumers"), consumers);
+    json.object("first_uses", [&] {
+        const std::vector<std::optional<std::int32_t>> lines = first_uses(page, consumers.files.shown);
+        for (std::size_t at = 0; at < lines.size(); ++at) {
+            if (lines[at]) {
+                json.member(consumers.files.shown[at].path).value(*lines[at]);
+            }
+        }
+    });
     json.member("consumers_text").value(render_consumers(consumers, "## Consumers"));
 }
 
@@ -153,6 +171,7 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
         write_mapping(json, "ranked", page.ranked);
         write_rank_keys(json, page);
         write(json.member("selection"), page.selection);
+        write_uses(json, page);
         break;
     case Section::IN_DEPTH:
         write_array(json, "scored", page.scored);

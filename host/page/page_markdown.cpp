@@ -7,6 +7,7 @@
 #include "host/page/flowchart.h"
 #include "host/page/outline_blocks.h"
 #include "host/page/passage.h"
+#include "host/page/use_sites.h"
 #include "host/text/markdown_text.h"
 #include "host/text/split_lines.h"
 #include "workers/wiki/scope/render.h"
@@ -51,10 +52,19 @@ Passage files(const Page& page) {
             .rank = Passage::Rank::FILE_BY_FILE};
 }
 
+// What follows the point of a consumer.
+std::string first_use(const Text& path, const std::optional<std::int32_t>& line) {
+    return line ? "  - first at " + code_span(citation(path, line)) + "\n" : "";
+}
+
 // Who uses the page, and what is known of who does not.
 std::vector<Passage> consumers(const Page& page) {
     const wiki::scope::Consumers found = wiki::scope::consumers(page.facts, page.fan_in);
-    const wiki::scope::ConsumersText text = wiki::scope::consumers_text(found);
+    wiki::scope::ConsumersText text = wiki::scope::consumers_text(found);
+    const std::vector<std::optional<std::int32_t>> lines = first_uses(page, found.files.shown);
+    for (std::size_t at = 0; at < lines.size(); ++at) {
+        text.consumers[at] += first_use(found.files.shown[at].path, lines[at]);
+    }
     Passage users{.heading = heading("Consumers"),
                   .items = fixed(text.consumers),
                   .after = text.more_consumers,

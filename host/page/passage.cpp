@@ -30,6 +30,7 @@ std::string what_is_left_out(const Passage& passage, const LeftOut& left_out, bo
     };
     add(left_out.items, (has_items ? "more " : "") + std::string(passage.item_name));
     add(left_out.sources, "source");
+    add(left_out.uses, "cited use");
     add(left_out.comments, "doc comment");
     return list.empty() ? "" : (passage.is_bulleted ? "- _..." : "\n_...") + list + " left out to fit_\n";
 }

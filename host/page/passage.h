@@ -15,6 +15,7 @@ struct ItemSize {
     std::size_t bytes = 0;
     bool lacks_source = false;
     bool lacks_comment = false;
+    std::size_t lacking_uses = 0;  ///< citations of where a declaration is used
 };
 
 /// The points, rows or blocks of a list, what matters most first; each is whole lines. Some can be shortened, step by
@@ -68,6 +69,7 @@ struct Passage {
 struct LeftOut {
     std::size_t items = 0;
     std::size_t sources = 0;   ///< of the items that are kept
+    std::size_t uses = 0;      ///< citations of the items that are kept
     std::size_t comments = 0;  ///< of the items that are kept
 };
 

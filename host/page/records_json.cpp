@@ -45,6 +45,14 @@ void write(JsonValue& json, const storage::ScopeSymbol* declaration) {
     write(json, *declaration);
 }
 
+void write(JsonValue& json, const UseSite& site) {
+    json.object([&] {
+        json.member("path").value(site.path);
+        json.member("references").value(site.references);
+        json.member("line").value(site.line);
+    });
+}
+
 void write(JsonValue& json, const Consumer& consumer);
 
 template <class Element>
@@ -213,6 +221,10 @@ void write(JsonValue& json, const OutlinedDeclaration& declaration) {
         json.member("end_line").value(symbol.end_line);
         json.member("signature").value(declaration.signature);
     });
+}
+
+void write(JsonValue& json, const models::Excerpt<UseSite>& uses) {
+    write<UseSite>(json, uses);
 }
 
 void write(JsonValue& json, const FileOutline& file) {

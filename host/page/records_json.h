@@ -3,7 +3,9 @@
 
 #include "host/page/outline.h"
 #include "host/page/page.h"
+#include "host/page/use_sites.h"
 #include "host/text/json_writer.h"
+#include "models/excerpt.h"
 #include "workers/wiki/scope/consumers.h"
 #include "workers/wiki/scope/file_cards.h"
 
@@ -24,6 +26,8 @@ void write(JsonValue& json, const PageOptions& options);
 void write(JsonValue& json, const OutlinedDeclaration& declaration);
 /// The declarations stand in the order of their lines.
 void write(JsonValue& json, const FileOutline& file);
+
+void write(JsonValue& json, const models::Excerpt<UseSite>& uses);
 
 void write(JsonValue& json, const wiki::scope::FileCard& card);
 void write(JsonValue& json, const wiki::scope::Consumers& consumers);

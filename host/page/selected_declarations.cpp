@@ -51,6 +51,7 @@ std::vector<SelectedDeclaration> selected_declarations(const Page& page, storage
     }
     std::vector<storage::SymbolId> ids(page.selection.size());
     std::ranges::transform(page.selection, ids.begin(), &ScopeSymbol::id);
+    std::vector<models::Excerpt<UseSite>> uses = uses_of_selection(page);
     std::vector<SelectedDeclaration> declarations;
     declarations.reserve(ids.size());
     read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
@@ -60,7 +61,9 @@ std::vector<SelectedDeclaration> selected_declarations(const Page& page, storage
                                 .name = page.names.of(symbol),
                                 .language = languages.get(symbol.path, ""),
                                 .documentation = std::string(description.documentation),
-                                .signature = std::string(description.signature)});
+                                .signature = std::string(description.signature),
+                                .source = {},
+                                .uses = std::move(uses[place])});
     });
     if (with_source) {
         read_sources(declarations, page.sources, db);

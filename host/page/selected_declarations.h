@@ -3,6 +3,8 @@
 
 #include "host/index/database.h"
 #include "host/page/page.h"
+#include "host/page/use_sites.h"
+#include "models/excerpt.h"
 
 #include <string>
 #include <vector>
@@ -17,6 +19,7 @@ struct SelectedDeclaration {
     std::string documentation = {};                ///< its doc comment; empty when it has none
     std::string signature = {};                    ///< empty when the index has none
     std::vector<std::string> source = {};          ///< its lines, as far as its file has them
+    models::Excerpt<UseSite> uses = {};            ///< by production files outside of the page
 };
 
 /// Returns the selected declarations of a page, in the order of the selection. With sources, each of their files is

@@ -67,6 +67,8 @@ constexpr std::array WORDINGS{
     Wording{Subject::DEPENDENCY, aspect::DEPENDENCY_REFERENCES, "has another number of references"},
     Wording{Subject::FILE, aspect::LINES, "has another length"},
     Wording{Subject::DECLARATION, aspect::RANGE, "stands on other lines"},
+    Wording{Subject::DECLARATION, aspect::CITED_USES, "is used in other places"},
+    Wording{Subject::CONSUMER, aspect::FIRST_USE, "uses the page first on another line"},
     Wording{Subject::UNUSED, aspect::UNUSED_PLACE, "stands on other lines"},
     Wording{Subject::DEPENDENCY, aspect::DEPENDENCY_PLACE, "stands on other lines"},
     Wording{Subject::FILE, aspect::SEED, "has another seed"},

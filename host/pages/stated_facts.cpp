@@ -5,6 +5,7 @@
 #include "host/page/flowchart.h"
 #include "host/page/outline.h"
 #include "host/page/selected_declarations.h"
+#include "host/page/use_sites.h"
 #include "host/pages/digest.h"
 #include "workers/wiki/scope/consumers.h"
 #include "workers/wiki/scope/file_cards.h"
@@ -159,12 +160,15 @@ class FactsReader {
         const scope::Consumers consumers = scope::consumers(page_.facts, page_.fan_in);
         about_page_[aspect::USERS] = std::to_string(consumers.files.total);
         about_page_[aspect::UNUSED_TOTAL] = std::to_string(consumers.unused.total);
-        for (const scope::Consumer& consumer : consumers.files.shown) {
+        const std::vector<std::optional<std::int32_t>> lines = first_uses(page_, consumers.files.shown);
+        for (std::size_t at = 0; at < lines.size(); ++at) {
+            const scope::Consumer& consumer = consumers.files.shown[at];
             const std::string names = digest_of_excerpt(
                 consumer.names, [](Listing& listing, const scope::UsedName& used) { listing.add(used.name); });
             facts_.about(Subject::CONSUMER)
                 .push_back({.name = std::string(consumer.path),
-                            .values = {Listing().add(consumer.references).add(names).digest()}});
+                            .values = {Listing().add(consumer.references).add(names).digest(),
+                                       lines[at] ? std::to_string(*lines[at]) : ""}});
         }
         for (const scope::ScopeSymbol* const symbol : consumers.unused.shown) {
             facts_.about(Subject::UNUSED)
@@ -200,7 +204,10 @@ class FactsReader {
                                 digest_of_text(selected.signature), digest_of_text(lead_of(selected.documentation)),
                                 source.digest(), range_of(symbol),
                                 std::to_string(page_.fan_in.outside.get(symbol.id, 0)) + "+" +
-                                    std::to_string(page_.fan_in.inside.get(symbol.id, 0))}});
+                                    std::to_string(page_.fan_in.inside.get(symbol.id, 0)),
+                                digest_of_excerpt(selected.uses, [](Listing& listing, const UseSite& use) {
+                                    listing.add(use.path).add(std::to_string(use.line.value_or(0)));
+                                })}});
         }
     }
 

@@ -23,8 +23,8 @@ inline constexpr std::array SUBJECTS{Subject::PAGE,   Subject::FILE,       Subje
 namespace aspect {
 enum Page : std::uint8_t { TITLE, OPTIONS, USERS, UNUSED_TOTAL, UNRESOLVED, UNCOUNTED, IN_DEPTH, GRAPH };
 enum File : std::uint8_t { LINES, DECLARATIONS, SUMMARY, MOST_USED, FILE_USERS, TESTS, SEED, OUTLINE };
-enum Declaration : std::uint8_t { KIND, LANGUAGE, SIGNATURE, DOC_COMMENT, SOURCE, RANGE, USES };
-enum Consumer : std::uint8_t { NAMES };
+enum Declaration : std::uint8_t { KIND, LANGUAGE, SIGNATURE, DOC_COMMENT, SOURCE, RANGE, USES, CITED_USES };
+enum Consumer : std::uint8_t { NAMES, FIRST_USE };
 enum Unused : std::uint8_t { UNUSED_PLACE };
 enum Dependency : std::uint8_t { DEPENDENCY_PLACE, DEPENDENCY_REFERENCES };
 enum NameMatch : std::uint8_t { MATCH_REFERENCES };

@@ -61,7 +61,11 @@ class PrintedPage : public IndexedFolder {
         add<DescriptionRow>({{1, "class One<\n  T>", "A <thing> to {@link run|run},\nor not.\n\n## More"},
                              {2, "run()", ""},
                              {4, "", "Of another page."}});
-        add<EdgeRow>({{3, 1, IMPORT, 3}, {1, 1, LOCAL, 4}, {4, 1, IMPORT, 1}, {3, 3, UNIQUE, 2}, {1, 4, IMPORT, 5}});
+        add<EdgeRow>({{3, 1, IMPORT, 3, 7},
+                      {1, 1, LOCAL, 4, 2},
+                      {4, 1, IMPORT, 1, 1},
+                      {3, 3, UNIQUE, 2, 4},
+                      {1, 4, IMPORT, 5, 3}});
         folder.write("src/a.ts", "// Says what it is for.\nclass One {\n  run() {}\n}\n");
         folder.write("src/b.lua", "TICKS = '```'\n");
     }
@@ -86,7 +90,9 @@ TEST_F(PrintedPage, StatesEverySectionOfTheNamedFilesAndFolders) {
 TEST_F(PrintedPage, StatesTheSameAsJson) {
     Json expected = Json::parse(expected_page("page.json"));
     expected["file_cards_text"] = print("src none.ts --only files");
-    expected["consumers_text"] = print("src none.ts --only consumers");
+    std::string consumers = print("src none.ts --only consumers");
+    const std::string first_use = "  - first at `srclib/c.ts:L7`\n";
+    expected["consumers_text"] = consumers.replace(consumers.find(first_use), first_use.size(), "");
     expected["graph"] = drawn(print("src none.ts --only graph"));
     EXPECT_EQ(json("src none.ts"), expected);
     Json part;
@@ -115,7 +121,8 @@ TEST_F(PrintedPage, QuotesTheLinesThatTheCheckoutHasUnlessToldNotTo) {
     change("UPDATE symbols SET end_line = 99 WHERE id = 1; UPDATE symbols SET start_line = 0 WHERE id = 2;"
            "UPDATE symbols SET kind = 'a' || char(10) || '`b', start_line = 2, end_line = 1 WHERE id = 3;");
     const std::string one =
-        "### `One`\n\nclass, `src/a.ts:L2-L99`, 3 uses outside, 4 inside\n\nA \\<thing> to run, or not.\n\n";
+        "### `One`\n\nclass, `src/a.ts:L2-L99`, 3 uses outside, 4 inside\n\nUsed at `srclib/c.ts:L7`.\n\n"
+        "A \\<thing> to run, or not.\n\n";
     const std::string source = "```typescript\nclass One {\n  run() {}\n}\n```\n\n";
     const std::string signature = "```typescript\nclass One<\n  T>\n```\n\n";
     const std::string others = "### `TICKS`\n\na\uFFFD\\`b, `src/b.lua:L2-L2`, 2 uses outside, 0 inside\n\n"
@@ -146,7 +153,7 @@ TEST_F(PrintedPage, PrintsNoSourceTwiceAndTellsNamesApart) {
     EXPECT_EQ(count(print("src --only declarations"), "Its source"), 1);
 }
 
-TEST_F(PrintedPage, GivesUpSentencesThenSourcesThenCommentsThenItems) {
+TEST_F(PrintedPage, GivesUpSentencesThenSourcesThenUsesThenCommentsThenItems) {
     const auto fitted = [&](const std::string& options, std::size_t most) {
         return print("src " + options + " --max-bytes " + std::to_string(most));
     };
@@ -162,9 +169,10 @@ TEST_F(PrintedPage, GivesUpSentencesThenSourcesThenCommentsThenItems) {
     folder.write("src/b.lua", "TICKS = '" + std::string(300, '-') + "'\n");
     const std::vector<std::pair<std::size_t, std::string>> shorter{
         {700, "part of that of `One`.\n\n_...1 source left out to fit_\n"},
-        {450, "run()\n```\n\n_...3 sources left out to fit_\n"},
-        {320, "run()\n```\n\n_...3 sources, 1 doc comment left out to fit_\n"},
-        {290, "inside\n\n_...1 more declaration, 2 sources, 1 doc comment left out to fit_\n"},
+        {356, "run()\n```\n\n_...3 sources left out to fit_\n"},
+        {342, "run()\n```\n\n_...3 sources, 1 cited use left out to fit_\n"},
+        {329, "run()\n```\n\n_...3 sources, 1 cited use, 1 doc comment left out to fit_\n"},
+        {300, "inside\n\n_...1 more declaration, 2 sources, 1 cited use, 1 doc comment left out to fit_\n"},
         {90, "## Declarations\n\n_...3 declarations left out to fit_\n"}};
     for (const auto& [most, end] : shorter) {
         EXPECT_TRUE(fitted("--only declarations", most).ends_with(end)) << fitted("--only declarations", most);

@@ -52,7 +52,7 @@ class RandomPages : public IndexedFolder {
             writer.add(DescriptionRow{id, "sig" + std::to_string(below(3)), below(2) == 0 ? "Does it." : ""});
             for (RowId file = 1; file <= FILES; ++file) {
                 if (below(3) == 0) {
-                    writer.add(EdgeRow{file, id, 1 + below(3), 1 + below(4)});
+                    writer.add(EdgeRow{file, id, 1 + below(3), 1 + below(4), below(9)});
                 }
             }
         }
@@ -71,6 +71,7 @@ class RandomPages : public IndexedFolder {
             "UPDATE descriptions SET signature = 'another' WHERE symbol_id = " + id,
             "UPDATE descriptions SET documentation = 'Says more.' WHERE symbol_id = " + id,
             "UPDATE edges SET refs = refs + 1 WHERE target_id = " + id,
+            "UPDATE edges SET first_line = first_line + 1 WHERE target_id = " + id,
             "DELETE FROM edges WHERE target_id = " + id,
             "DELETE FROM edges WHERE source_file_id = " + std::to_string(1 + below(FILES)),
             "DELETE FROM edges WHERE target_id = " + id + ";DELETE FROM symbols WHERE id = " + id,
