@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -139,8 +140,7 @@ std::optional<Markup> markup_at(string_view text, std::size_t place) {
     return std::nullopt;
 }
 
-// Gathers what is printed before anything of it is escaped: without a tag between them, two characters may be markup.
-class MarkupLine {
+class InlineReader {
   public:
     void read(string_view prose) {
         for (std::size_t place = 0; place < prose.size();) {
@@ -153,45 +153,55 @@ class MarkupLine {
             const string_view rest = prose.substr(place);
             const std::size_t backticks = std::min(rest.find_first_not_of('`'), rest.size());
             const std::size_t length = std::max<std::size_t>(backticks, 1);
-            add(rest.substr(0, length), false);
+            add(rest.substr(0, length));
             place += length;
         }
     }
 
-    [[nodiscard]] std::string markdown() const {
-        const string_view line = trimmed(text_);
-        const auto begin = static_cast<std::size_t>(line.data() - text_.data());
-        std::string markdown;
-        for (std::size_t place = 0; place < line.size(); ++place) {
-            const bool is_escaped = !is_code_[begin + place] && line[place] != '&' && is_markup(line, place);
-            markdown.append(is_escaped ? "\\" : "") += line[place];
-        }
-        return markdown;
-    }
+    std::vector<InlinePart> parts() { return std::move(parts_); }
 
   private:
     void add_code(string_view content) {
-        if (!is_code_.empty() && is_code_.back()) {
-            add(" ", false);  // else their fences would be one
+        if (!parts_.empty() && parts_.back().is_code) {
+            add(" ");  // else they would be one
         }
-        add(code_span(content), true);
+        parts_.push_back({.text = std::string(content), .is_code = true});
     }
 
-    void add(string_view text, bool is_code) {
-        text_ += text;
-        is_code_.insert(is_code_.end(), text.size(), is_code);
+    void add(string_view text) {
+        if (parts_.empty() || parts_.back().is_code) {
+            parts_.emplace_back();
+        }
+        parts_.back().text += text;
     }
 
-    std::string text_;
-    std::vector<bool> is_code_;  // by the byte of the text
+    std::vector<InlinePart> parts_;
 };
 
 }  // namespace
 
+std::vector<InlinePart> inline_parts(string_view prose) {
+    InlineReader reader;
+    reader.read(prose);
+    return reader.parts();
+}
+
 std::string inline_markdown(string_view prose) {
-    MarkupLine line;
-    line.read(prose);
-    return line.markdown();
+    // Put together before anything is escaped: without a tag between them, two characters may be markup.
+    std::string text;
+    std::vector<bool> is_code;  // by the byte of the text
+    for (const InlinePart& part : inline_parts(prose)) {
+        text += part.is_code ? code_span(part.text) : part.text;
+        is_code.resize(text.size(), part.is_code);
+    }
+    const string_view line = trimmed(text);
+    const auto begin = static_cast<std::size_t>(line.data() - text.data());
+    std::string markdown;
+    for (std::size_t place = 0; place < line.size(); ++place) {
+        const bool is_escaped = !is_code[begin + place] && line[place] != '&' && is_markup(line, place);
+        markdown.append(is_escaped ? "\\" : "") += line[place];
+    }
+    return markdown;
 }
 
 }  // namespace host
