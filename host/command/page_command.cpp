@@ -6,13 +6,18 @@
 #include "host/command/path_rule_options.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
+#include "host/html/page_html.h"
+#include "host/index/notes.h"
+#include "host/indexing/report_json.h"
 #include "host/page/requested_page.h"
 #include "host/schemas/schemas.h"
 
 #include <CLI/CLI.hpp>
 
+#include <cstddef>
 #include <memory>
 #include <ostream>
+#include <ranges>
 #include <string>
 #include <vector>
 
@@ -29,16 +34,33 @@ struct PageArguments {
     PageRequest page;  // what the options say directly
 };
 
+// The paths as somebody named them, of many the first.
+std::string title_of(const PageArguments& arguments) {
+    constexpr std::size_t NAMED = 3;
+    std::string title;
+    for (const std::string& path : arguments.page.paths | std::views::take(NAMED)) {
+        title.append(title.empty() ? "" : ", ").append(path);
+    }
+    const std::size_t count = arguments.page.paths.size();
+    return count > NAMED ? title + " and " + std::to_string(count - NAMED) + " more" : title;
+}
+
 PageRequest request_of(const PageArguments& arguments) {
     PageRequest request = arguments.page;
     request.paths = paths_in_index(arguments.index, request.paths);
+    if (arguments.format != "markdown" && (request.max_bytes || request.max_tokens)) {
+        throw CLI::ValidationError(request.max_bytes ? "--max-bytes" : "--max-tokens", "applies to Markdown only");
+    }
     if (arguments.format == "json") {
         request.format = PageRequest::Format::JSON;
-        if (request.max_bytes || request.max_tokens) {
-            throw CLI::ValidationError(request.max_bytes ? "--max-bytes" : "--max-tokens", "applies to Markdown only");
-        }
         if (arguments.without_source) {
-            throw CLI::ValidationError("--no-source", "applies to Markdown only: JSON holds signatures and no source");
+            throw CLI::ValidationError("--no-source",
+                                       "applies to Markdown and HTML only: JSON holds signatures and no source");
+        }
+    }
+    if (arguments.format == "html" && arguments.only.empty()) {  // which folds what is long
+        for (const Section section : SECTIONS) {
+            request.only.add(section);
         }
     }
     for (const std::string& name : arguments.only) {
@@ -49,12 +71,31 @@ PageRequest request_of(const PageArguments& arguments) {
     return request;
 }
 
-void print_page(const PageRequest& request, storage::Database& index) {
+html::Origin origin_of(storage::Database& index) {
+    const std::string report = index.noted(notes::REPORT);
+    return {.indexer = report.empty() ? "" : indexing::read_report(report).tool,
+            .made = index.origin().made,
+            .program = "wiki-scope " WIKI_SCOPE_VERSION};
+}
+
+void write_html(std::ostream& out, const PageArguments& arguments, const PageRequest& request,
+                const RequestedPage& page, storage::Database& index) {
+    html::write_html(out, page.page(), index,
+                     {.head = {.title = title_of(arguments)},
+                      .only = request.only,
+                      .with_source = request.with_source,
+                      .remarks = page.remarks(),
+                      .origin = origin_of(index)});
+}
+
+void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
     const RequestedPage page(request, index);
     // Whole or not at all: of a page that fails halfway nobody sees a part, nor remarks on it.
     TextPieces text;
     if (!page.is_failure()) {
-        write_to(text, [&](std::ostream& out) { page.write(out); });
+        write_to(text, [&](std::ostream& out) {
+            arguments.format == "html" ? write_html(out, arguments, request, page, index) : page.write(out);
+        });
     }
     for (const std::string& remark : page.remarks()) {
         say(remark);
@@ -78,7 +119,7 @@ void add_page_command(CLI::App& app) {
     page.add_flag("--strict", arguments->page.is_strict, "Fail when the index does not hold one of the paths");
 
     add_test_options(page, arguments->tests);
-    add_format_options(page, arguments->format, schemas::PAGE);
+    add_format_options(page, arguments->format, schemas::PAGE, {{"html", "for a browser"}});
     page.add_option("--only", arguments->only,
                     "Print these sections alone, of JSON their keys, the outline only so: " + section_names())
         ->type_name("SECTION[,SECTION]")
@@ -86,7 +127,7 @@ void add_page_command(CLI::App& app) {
         ->allow_extra_args(false)
         ->check([](const std::string& name) { return section_named(name) ? "" : "no such section: " + name; });
     page.add_flag("--no-source", arguments->without_source,
-                  "Print the signatures of the declarations in the Markdown, instead of their source");
+                  "Print the signatures of the declarations, instead of their source");
 
     add_number_option(page, "--max-bytes", arguments->page.max_bytes,
                       "How long the Markdown may be; what matters least is left out");
@@ -109,7 +150,7 @@ void add_page_command(CLI::App& app) {
 
     page.callback([arguments] {
         const PageRequest request = request_of(*arguments);
-        read_index(arguments->index, [&](storage::Database& index) { print_page(request, index); });
+        read_index(arguments->index, [&](storage::Database& index) { print_page(*arguments, request, index); });
     });
 }
 

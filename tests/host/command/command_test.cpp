@@ -121,7 +121,7 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
              {"--deep=-1", "--deep: \"-1\" is not a valid number"},
              {"--total 0x10", "--total: \"0x10\" is not a valid number"},
              {"--deep 9223372036854775808", "--deep: \"9223372036854775808\" is"},
-             {"--no-source --format json", "--no-source: applies to Markdown only"},
+             {"--no-source --format json", "--no-source: applies to Markdown and HTML only"},
              {"--max-share 1.01", "--max-share: 1.01 is more than 1"},
              {"--max-share nan", "--max-share: \"nan\" is not a valid number"},
              {"--max-share 1e999", "--max-share: \"1e999\" is not a valid number"},

@@ -1,0 +1,16 @@
+# content_hash(TEXT VARIABLE): the hash of a script or a style sheet as a Content-Security-Policy names it, "sha256-...".
+function(content_hash text variable)
+    string(SHA256 digits "${text}")
+    set(alphabet ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/)
+    set(base64 "")
+    foreach(place RANGE 0 63 3)  # three hexadecimal digits are two of base 64; the last one stands alone
+        string(SUBSTRING "${digits}00" ${place} 3 three)
+        math(EXPR high "0x${three} >> 6")
+        math(EXPR low "0x${three} & 63")
+        string(SUBSTRING ${alphabet} ${high} 1 high)
+        string(SUBSTRING ${alphabet} ${low} 1 low)
+        string(APPEND base64 ${high}${low})
+    endforeach()
+    string(SUBSTRING ${base64} 0 43 base64)
+    set(${variable} "sha256-${base64}=" PARENT_SCOPE)
+endfunction()

@@ -1,0 +1,98 @@
+// The declarations of a page, each with what its file says of it.
+#include "host/html/html_text.h"
+#include "host/html/prose_html.h"
+#include "host/html/sections.h"
+#include "host/page/citation.h"
+#include "host/page/selected_declarations.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <tuple>
+#include <vector>
+
+namespace host::html {
+
+namespace {
+
+// For each declaration whose source is part of that of another one the other one; null for the others.
+std::vector<const SelectedDeclaration*> sources_around(const std::vector<SelectedDeclaration>& declarations) {
+    std::vector<std::size_t> places;
+    for (std::size_t place = 0; place < declarations.size(); ++place) {
+        if (!declarations[place].source.empty()) {
+            places.push_back(place);
+        }
+    }
+    const auto lines = [&](std::size_t place) { return cited_lines(*declarations[place].symbol).value(); };
+    std::ranges::sort(places, {}, [&](std::size_t place) {
+        return std::tuple(declarations[place].symbol->path.view(), lines(place).first, -lines(place).last, place);
+    });
+    std::vector<const SelectedDeclaration*> around(declarations.size());
+    const std::size_t* outermost = nullptr;  // what ends last of what has begun in the file
+    for (const std::size_t& place : places) {
+        const bool is_in_file =
+            outermost != nullptr && declarations[*outermost].symbol->path == declarations[place].symbol->path;
+        if (is_in_file && lines(place).last <= lines(*outermost).last) {
+            around[place] = &declarations[*outermost];
+        } else {
+            outermost = &place;
+        }
+    }
+    return around;
+}
+
+// The numbers of lines, one below the other.
+std::string line_numbers(std::int64_t first, std::size_t count) {
+    std::string numbers;
+    for (std::size_t line = 0; line < count; ++line) {
+        numbers += std::to_string(first + static_cast<std::int64_t>(line)) + "\n";
+    }
+    return numbers;
+}
+
+std::string code_html(const std::vector<std::string>& lines) {
+    std::string html;
+    for (const std::string& line : lines) {
+        html += html_text(line) + "\n";
+    }
+    return html;
+}
+
+View source_view(const SelectedDeclaration& declaration) {
+    if (declaration.source.empty()) {
+        return false;
+    }
+    const std::int64_t first = cited_lines(*declaration.symbol).value().first;
+    return object_of({
+        {"count", text_of(std::ssize(declaration.source))},
+        {"is_one_line", declaration.source.size() == 1},
+        {"numbers", text_of(line_numbers(first, declaration.source.size()))},
+        {"code", text_of(code_html(declaration.source))},
+    });
+}
+
+}  // namespace
+
+View declarations_view(const Page& page, storage::Database& db, const Links& links, bool with_source) {
+    const std::vector<SelectedDeclaration> declarations = selected_declarations(page, db, with_source);
+    const std::vector<const SelectedDeclaration*> around = sources_around(declarations);
+    View list(View::type::list);
+    for (std::size_t place = 0; place < declarations.size(); ++place) {
+        db.check_interrupt();
+        const SelectedDeclaration& declaration = declarations[place];
+        const storage::ScopeSymbol& symbol = *declaration.symbol;
+        View view = declaration_view(symbol, declaration.name, links);
+        view.set("outside", text_of(page.fan_in.outside.get(symbol.id, 0)));
+        view.set("inside", text_of(page.fan_in.inside.get(symbol.id, 0)));
+        view.set("is_entry", page.fan_in.entry.contains(symbol.id));
+        view.set("documentation", text_if_any(lead_html(declaration.documentation)));
+        view.set("signature", text_if_any(html_text(declaration.signature)));
+        const SelectedDeclaration* const outer = around[place];
+        view.set("around", outer == nullptr ? View(false) : declaration_view(*outer->symbol, outer->name, links));
+        view.set("source", outer == nullptr ? source_view(declaration) : View(false));
+        list.push_back(view);
+    }
+    return object_of({{"has_list", !declarations.empty()}, {"list", list}});
+}
+
+}  // namespace host::html

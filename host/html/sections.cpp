@@ -1,0 +1,212 @@
+#include "host/html/sections.h"
+
+#include "host/html/html_text.h"
+#include "host/html/prose_html.h"
+#include "host/page/citation.h"
+#include "host/page/outline.h"
+#include "workers/wiki/scope/consumers.h"
+#include "workers/wiki/scope/file_cards.h"
+#include "workers/wiki/scope/neighbours.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace host::html {
+
+namespace {
+
+using models::Text;
+using storage::ScopeSymbol;
+using wiki::scope::FileCard;
+
+View most_used_view(const FileCard& card, const Links& links) {
+    return list_of(card.most_used.shown, [&](const wiki::scope::UsedDeclaration& used) {
+        const ScopeSymbol& symbol = *used.declaration;
+        View view = declaration_view(symbol, std::string(symbol.name), links);
+        view.set("references", text_of(used.references));
+        return view;
+    });
+}
+
+View card_view(const FileCard& card, const Links& links) {
+    return object_of({
+        {"anchor", text_if_any(card.is_indexed ? links.file(card.path) : "")},
+        {"path", text_of(path_html(card.path))},
+        {"is_indexed", card.is_indexed},
+        {"lines", card.lines ? text_of(*card.lines) : text_of("?")},
+        {"declarations", text_of(static_cast<std::int64_t>(card.declarations))},
+        {"summary", text_if_any(inline_html(card.summary))},
+        {"most_used", most_used_view(card, links)},
+        {"has_most_used", !card.most_used.shown.empty()},
+        {"most_used_left_out", number_if_any(card.most_used.left_out())},
+        {"is_used_inside_only", card.is_used_inside_only},
+        {"users_count", text_of(static_cast<std::int64_t>(card.users.total))},
+        {"users", list_of(card.users.shown, [&](const auto& user) { return file_view(user.path, links); })},
+        {"users_left_out", number_if_any(card.users.left_out())},
+        {"tests_count", text_of(static_cast<std::int64_t>(card.tests.total))},
+        {"tests", list_of(card.tests.shown, [&](const Text& test) { return file_view(test, links); })},
+        {"tests_left_out", number_if_any(card.tests.left_out())},
+    });
+}
+
+// The references that all consumers make, those that are not shown too.
+std::int64_t references_from_outside(const Page& page) {
+    const models::TextSet of_page = page.facts.paths();
+    models::Counter<Text> outside;
+    for (const auto& [target, sources] : wiki::scope::file_users(page.facts)) {
+        for (const auto& [source, references] : sources) {
+            outside.add(Text(), of_page.contains(source) ? 0 : references);
+        }
+    }
+    return outside.get(Text(), 0);
+}
+
+View consumer_view(const wiki::scope::Consumer& consumer, std::int64_t most, std::int64_t all) {
+    return object_of({
+        {"path", text_of(path_html(consumer.path))},
+        {"references", text_of(consumer.references)},
+        {"bar", text_of(percent_of(consumer.references, most))},
+        {"share", text_of(percent_of(consumer.references, all))},
+        {"names",
+         list_of(consumer.names.shown,
+                 [](const wiki::scope::UsedName& used) {
+                     return object_of({{"name", text_of(used.name)}, {"references", text_of(used.references)}});
+                 })},
+        {"names_left_out", number_if_any(consumer.names.left_out())},
+    });
+}
+
+// The languages, joined by ", ".
+std::string joined(const std::vector<Text>& languages) {
+    std::string text;
+    for (const Text& language : languages) {
+        text.append(text.empty() ? "" : ", ").append(language.empty() ? "files of unknown language" : language.view());
+    }
+    return text;
+}
+
+}  // namespace
+
+View file_view(const Text& path, const Links& links) {
+    return object_of({{"anchor", text_if_any(links.file(path))}, {"path", text_of(path_html(path))}});
+}
+
+View declaration_view(const ScopeSymbol& symbol, const std::string& name, const Links& links) {
+    return object_of({
+        {"anchor", text_if_any(links.declaration(symbol))},
+        {"name", text_of(name)},
+        {"kind", text_of(symbol.kind)},
+        {"citation", text_of(citation(symbol.path, cited_lines(symbol)))},
+        {"line", text_of(std::int64_t{symbol.start_line})},
+    });
+}
+
+std::string percent_of(std::int64_t number, std::int64_t largest) {
+    // Before the multiplication: counts stop at the ends of 64 bits.
+    return std::to_string(largest < 100 ? number * 100 / std::max<std::int64_t>(largest, 1) : number / (largest / 100));
+}
+
+View files_view(const Page& page, const Links& links) {
+    const auto cards = wiki::scope::file_cards(page.facts, page.fan_in, page.missing);
+    return object_of({{"cards", list_of(cards, [&](const FileCard& card) { return card_view(card, links); })}});
+}
+
+View consumers_view(const Page& page, const Links& links) {
+    const wiki::scope::Consumers found = wiki::scope::consumers(page.facts, page.fan_in);
+    const std::int64_t all = references_from_outside(page);
+    const std::int64_t most = found.files.shown.empty() ? 0 : found.files.shown.front().references;
+    return object_of({
+        {"likely", text_if_any(joined(found.unresolved_languages))},
+        {"has_files", !found.files.shown.empty()},
+        {"files", list_of(found.files.shown, [&](const auto& consumer) { return consumer_view(consumer, most, all); })},
+        {"files_left_out", number_if_any(found.files.left_out())},
+        {"has_uncounted", !found.uncounted.empty()},
+        {"uncounted", list_of(found.uncounted,
+                              [](const auto& uncounted) {
+                                  return object_of({{"resolution", text_of(uncounted.resolution)},
+                                                    {"references", text_of(uncounted.references)}});
+                              })},
+        {"uncounted_files", text_of(static_cast<std::int64_t>(found.uncounted_files))},
+        {"has_unused", !found.unused.shown.empty()},
+        {"unused", list_of(found.unused.shown,
+                           [&](const ScopeSymbol* symbol) {
+                               return declaration_view(*symbol, std::string(symbol->name), links);
+                           })},
+        {"unused_left_out", number_if_any(found.unused.left_out())},
+    });
+}
+
+View in_depth_view(const Page& page, const Links& links) {
+    // A name that several selected declarations bear leads to none of them.
+    std::map<std::string, const ScopeSymbol*> bearers;
+    for (const ScopeSymbol* const symbol : page.selection) {
+        const auto [bearer, is_first] = bearers.try_emplace(page.names.of(*symbol), symbol);
+        bearer->second = is_first ? symbol : nullptr;
+    }
+    return object_of({{"has_names", !page.deep.empty()},
+                      {"names", list_of(page.deep, [&](const Text& name) {
+                           const auto bearer = bearers.find(std::string(name));
+                           const bool is_known = bearer != bearers.end() && bearer->second != nullptr;
+                           const std::string anchor = is_known ? links.declaration(*bearer->second) : "";
+                           return object_of({{"anchor", text_if_any(anchor)}, {"name", text_of(name)}});
+                       })}});
+}
+
+View dependencies_view(const Page& page, const Links& links) {
+    const std::int64_t most = page.neighbours.empty() ? 0 : page.neighbours.front().refs;
+    const auto matches = wiki::scope::name_match_counts(page.facts);
+    return object_of({
+        {"has_declarations", !page.neighbours.empty()},
+        {"declarations", list_of(page.neighbours,
+                                 [&](const wiki::scope::Neighbour& neighbour) {
+                                     const ScopeSymbol& target = *neighbour.target;
+                                     return object_of({
+                                         {"name", text_of(target.name)},
+                                         {"kind", text_of(target.kind)},
+                                         {"citation", text_of(citation(target.path, cited_lines(target)))},
+                                         {"references", text_of(neighbour.refs)},
+                                         {"bar", text_of(percent_of(neighbour.refs, most))},
+                                     });
+                                 })},
+        {"has_matches", !matches.empty()},
+        {"matches", list_of(matches,
+                            [&](const auto& match) {
+                                const auto& [files, references] = match;
+                                return object_of({{"source", file_view(files.source_path, links)},
+                                                  {"target", file_view(files.target_path, links)},
+                                                  {"references", text_of(references)}});
+                            })},
+    });
+}
+
+View seeds_view(const Page& page, const Links& links) {
+    const auto seeds = wiki::scope::file_seeds(page.facts, page.fan_in);
+    return object_of({{"files", list_of(seeds, [&](const auto& seed) {
+                           const auto& [path, range] = seed;
+                           View view = file_view(path, links);
+                           view.set("citation", text_of(citation(path, range)));
+                           return view;
+                       })}});
+}
+
+View outline_view(const Page& page, storage::Database& db, const Links& links) {
+    return object_of({{"files", list_of(file_outlines(page, db), [&](const FileOutline& file) {
+                           View view = file_view(file.path, links);
+                           view.set("lines", file.lines ? text_of(*file.lines) : View(false));
+                           view.set("count", text_of(std::ssize(file.declarations)));
+                           view.set("declarations",
+                                    list_of(by_lines(file, file.declarations.size()), [&](const auto* declaration) {
+                                        const ScopeSymbol& symbol = *declaration->symbol;
+                                        View row = declaration_view(symbol, std::string(symbol.name), links);
+                                        row.set("has_block", links.has_block(symbol));
+                                        row.set("is_export", symbol.is_export);
+                                        row.set("signature", text_if_any(declaration->signature));
+                                        return row;
+                                    }));
+                           return view;
+                       })}});
+}
+
+}  // namespace host::html

@@ -1,0 +1,140 @@
+// Pages as `wiki-scope page --format html` prints them, without a browser.
+
+#include "tests/host/indexed_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace host {
+namespace {
+
+const std::string BIDI = "\u202E";  // turns the direction of writing around
+
+class HtmlPage : public IndexedFolder {
+  protected:
+    HtmlPage() {
+        add<FileRow>({{1, "src/a.ts", "typescript"},
+                      {2, "src/<b> &\"'.ts", "typescript"},
+                      {3, "lib/c.ts", "typescript"},
+                      {4, "lib/</script><script>alert(1)</script>.ts", "typescript"}});
+        add<LanguageRow>({{"typescript", true}});
+        add<DeclarationRow>({{1, 1, "One", "a.One", "class", true, 2, 4},
+                             {2, 1, "run", "a.One.run", "method", true, 3, 3},
+                             {3, 2, "x<img src=1 onerror=alert(1)>", "b.x", "function", true, 1, 1},
+                             {4, 3, "used\" onclick=\"alert(1)", "c.used", "function", true, 5, 6},
+                             {5, 1, "run", "a.One.run", "method", true, 4, 4}});
+        add<DescriptionRow>({{1, "class One<T>", "Runs <script>alert(1)</script> or `<b>`.\n\n- &lt;one&gt;\n- two"},
+                             {3, "", "An ![image](javascript:alert(1)) and [text](javascript:alert(2))."}});
+        add<EdgeRow>({{3, 1, IMPORT, 3}, {4, 3, IMPORT, 1}, {1, 4, IMPORT, 5}, {1, 3, LOCAL, 2}});
+        folder.write("src/a.ts",
+                     "// What <i>it</i> is for.\nclass One {\n  run() { '</code><script>" + BIDI + "'; }\n}\n");
+    }
+
+    [[nodiscard]] std::string html(const std::string& arguments) const {
+        const Outcome page = run("page --format html --index index.db --checkout . " + arguments);
+        EXPECT_EQ(page.exit_code, 0) << page.err;
+        return page.out;
+    }
+};
+
+// What stands in the one group of each match.
+std::vector<std::string> all(const std::string& text, const std::string& pattern) {
+    std::vector<std::string> found;
+    const std::regex regex(pattern);
+    for (std::sregex_iterator match(text.begin(), text.end(), regex); match != std::sregex_iterator(); ++match) {
+        found.push_back((*match)[1]);
+    }
+    return found;
+}
+
+TEST_F(HtmlPage, ShowsWhateverItIsGivenAsText) {
+    const std::string page = html("src");
+    std::string tags = page;
+    for (const std::string element : {"style", "script"}) {  // its own, once each
+        const std::size_t begin = tags.find("<" + element + ">");
+        tags.erase(begin, tags.find("</" + element + ">") + element.size() + 3 - begin);
+    }
+    for (const std::string bad : {"<script", "<img", "<i>", "onerror=\"", " onclick=\"", "javascript:", "style="}) {
+        EXPECT_EQ(tags.find(bad), std::string::npos) << bad;
+    }
+    EXPECT_EQ(page.find(BIDI), std::string::npos);
+    for (const std::string shown :
+         {"x&lt;img src=1 onerror=alert(1)&gt;", "&lt;b&gt; &amp;&quot;&#39;.ts", "<code>&lt;b&gt;</code>",
+          "&lt;script&gt;alert(1)&lt;/script&gt; or", "<li>&lt;one&gt;</li><li>two</li>",
+          "&#39;&lt;/code&gt;&lt;script&gt;[U+202E]", "used&quot; onclick=&quot;alert(1)"}) {
+        EXPECT_NE(tags.find(shown), std::string::npos) << shown;
+    }
+}
+
+TEST_F(HtmlPage, LinksOnlyToWhatStandsOnIt) {
+    for (const std::string sections :
+         {"", " --only files,consumers", " --only outline", " --only declarations,graph"}) {
+        const std::string page = html("src none.ts" + sections);
+        const std::vector<std::string> ids = all(page, " id=\"([^\"]*)\"");
+        const std::set<std::string> targets(ids.begin(), ids.end());
+        EXPECT_EQ(targets.size(), ids.size());
+        for (const std::string& link : all(page, " href=\"#([^\"]*)\"")) {
+            EXPECT_TRUE(targets.contains(link)) << link << sections;
+        }
+        EXPECT_TRUE(all(page, "(src|href)=\"[^#]").empty());
+    }
+}
+
+TEST_F(HtmlPage, HasAnchorsThatStay) {
+    const std::set<std::string> anchors{"file:src/a.ts", "src/a.ts:a.One", "src/a.ts:a.One.run",
+                                        "src/a.ts:a.One.run:2"};
+    const auto are_there = [&](const std::string& page) {
+        const std::vector<std::string> ids = all(page, " id=\"([^\"]*)\"");
+        const std::set<std::string> all_ids(ids.begin(), ids.end());
+        return std::ranges::includes(all_ids, anchors);
+    };
+    EXPECT_TRUE(are_there(html("src")));
+    add<DeclarationRow>({{6, 1, "First", "a.First", "class", true, 1, 1}});
+    change("UPDATE symbols SET start_line = start_line + 9, end_line = end_line + 9 WHERE file_id = 1 AND id < 6");
+    EXPECT_TRUE(are_there(html("src/a.ts --only outline,files")));
+}
+
+TEST_F(HtmlPage, ForbidsABrowserAllButItsStyleAndItsScript) {
+    folder.write("page.html", html("src"));
+    const Outcome hashes =
+        shell("node -e 'const page = require(\"fs\").readFileSync(\"page.html\", \"utf8\");"
+              "for (const name of [\"style\", \"script\"]) {"
+              "  const text = page.match(new RegExp(`<${name}>([^]*?)</${name}>`))[1];"
+              "  const hash = require(\"crypto\").createHash(\"sha256\").update(text).digest(\"base64\");"
+              "  console.log(`${name}-src \\u0027sha256-${hash}\\u0027`);"
+              "}'");
+    ASSERT_EQ(hashes.exit_code, 0) << hashes.err;
+    std::string policy = "content=\"default-src 'none'; ";
+    for (const std::string& hash : all(hashes.out, "(.+)\n")) {
+        policy += hash + "; ";
+    }
+    EXPECT_NE(folder.read("page.html").find(policy + "base-uri 'none'; form-action 'none'\""), std::string::npos);
+}
+
+TEST_F(HtmlPage, SaysWhatIsInDoubtAndHasTheSectionsThatWereAskedFor) {
+    EXPECT_NE(html("src none.ts").find("not in the index"), std::string::npos);
+    EXPECT_NE(html(".").find("<section id=\"doubts\""), std::string::npos);
+    EXPECT_EQ(all(html("src --only seeds,files"), "<section id=\"([^\"]*)\""),
+              std::vector<std::string>({"files", "seeds"}));
+    EXPECT_EQ(run("page src --index index.db --checkout . --format html --max-bytes 9").exit_code, 2);
+}
+
+TEST_F(HtmlPage, TakesFewBytesWithoutSources) {
+    change("WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n WHERE i < 21) "
+           "INSERT INTO files(id, path) SELECT i, 'big/' || i || '.ts' FROM n;"
+           "WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n WHERE i < 459) "
+           "INSERT INTO symbols(id, file_id, name, fqn, kind, is_export, start_line, end_line, uses) "
+           "SELECT i, 10 + i % 12, 'name' || i, 'big.name' || i, 'function', 1, i, i + 9, 0 FROM n");
+    constexpr std::size_t MOST = 200 * 1024;
+    const std::string page = html("big --no-source");
+    EXPECT_LT(page.size(), MOST);
+    EXPECT_EQ(page, html("big --no-source"));
+}
+
+}  // namespace
+}  // namespace host
