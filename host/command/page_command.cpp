@@ -1,14 +1,12 @@
 #include "host/command/page_command.h"
 
 #include "host/command/format_option.h"
+#include "host/command/html_format.h"
 #include "host/command/index_option.h"
 #include "host/command/number_option.h"
 #include "host/command/path_rule_options.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
-#include "host/html/page_html.h"
-#include "host/index/notes.h"
-#include "host/indexing/report_json.h"
 #include "host/page/requested_page.h"
 #include "host/schemas/schemas.h"
 
@@ -58,34 +56,15 @@ PageRequest request_of(const PageArguments& arguments) {
                                        "applies to Markdown and HTML only: JSON holds signatures and no source");
         }
     }
-    if (arguments.format == "html" && arguments.only.empty()) {  // which folds what is long
-        for (const Section section : SECTIONS) {
-            request.only.add(section);
-        }
-    }
     for (const std::string& name : arguments.only) {
         request.only.add(section_named(name).value());
+    }
+    if (arguments.format == "html") {
+        choose_all_sections(request);
     }
     request.with_source = !arguments.without_source;
     request.tests = arguments.tests.rules();
     return request;
-}
-
-html::Origin origin_of(storage::Database& index) {
-    const std::string report = index.noted(notes::REPORT);
-    return {.indexer = report.empty() ? "" : indexing::read_report(report).tool,
-            .made = index.origin().made,
-            .program = "wiki-scope " WIKI_SCOPE_VERSION};
-}
-
-void write_html(std::ostream& out, const PageArguments& arguments, const PageRequest& request,
-                const RequestedPage& page, storage::Database& index) {
-    html::write_html(out, page.page(), index,
-                     {.head = {.title = title_of(arguments)},
-                      .only = request.only,
-                      .with_source = request.with_source,
-                      .remarks = page.remarks(),
-                      .origin = origin_of(index)});
 }
 
 void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
@@ -94,7 +73,7 @@ void print_page(const PageArguments& arguments, const PageRequest& request, stor
     TextPieces text;
     if (!page.is_failure()) {
         write_to(text, [&](std::ostream& out) {
-            arguments.format == "html" ? write_html(out, arguments, request, page, index) : page.write(out);
+            arguments.format == "html" ? write_html(out, page, index, {.title = title_of(arguments)}) : page.write(out);
         });
     }
     for (const std::string& remark : page.remarks()) {

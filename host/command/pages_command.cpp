@@ -1,6 +1,7 @@
 #include "host/command/pages_command.h"
 
 #include "host/command/file_option.h"
+#include "host/command/html_format.h"
 #include "host/command/index_option.h"
 #include "host/command/interruption.h"
 #include "host/command/progress_line.h"
@@ -41,9 +42,18 @@ pages::Wiki wiki_of(const PagesArguments& arguments) {
     pages::Wiki wiki = pages::read_wiki(arguments.wiki);
     for (pages::WikiPage& page : wiki.pages) {
         page.request.checkout = arguments.checkout;
-        page.request.format = arguments.format == "json" ? PageRequest::Format::JSON : PageRequest::Format::MARKDOWN;
+        if (arguments.format == "json") {
+            page.request.format = PageRequest::Format::JSON;
+        }
+        if (arguments.format == "html") {
+            choose_all_sections(page.request);
+        }
     }
     return wiki;
+}
+
+pages::PageFormat format_named(const std::string& name) {
+    return name == "html" ? html_format() : name == "json" ? pages::json_format() : pages::markdown_format();
 }
 
 void say_all(const std::vector<std::string>& lines) {
@@ -150,9 +160,9 @@ void add_pages_command(CLI::App& app) {
                                     ->required(false);
     add_index_options(pages, arguments->index, "The index");
     add_checkout_option(pages, arguments->checkout);
-    pages.add_option("--format", arguments->format, "markdown for people, json for programs")
+    pages.add_option("--format", arguments->format, "markdown for people, json for programs, html for a browser")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember(std::vector<std::string>{"markdown", "json"}))
+        ->check(CLI::IsMember(std::vector<std::string>{"markdown", "json", "html"}))
         ->capture_default_str();
     CLI::Option* const check = pages.add_flag("--check", arguments->update.is_check,
                                               "Write nothing; exit with 1 when a page would change, and say why");
@@ -171,6 +181,7 @@ void add_pages_command(CLI::App& app) {
         if (folder->empty()) {
             throw CLI::RequiredError("--out");
         }
+        arguments->update.format = format_named(arguments->format);
         update(*arguments);
     });
 }

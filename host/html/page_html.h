@@ -17,9 +17,9 @@ namespace host::html {
 
 /// Where the facts of a page come from. Each text may be empty.
 struct Origin {
-    std::string indexer;  ///< with its version
-    std::string made;     ///< when the index was written, in UTC: "2026-11-24T10:53:02Z"
-    std::string program;  ///< what has written the page, with its version
+    std::string indexer = {};  ///< with its version
+    std::string made = {};     ///< when the index was written, in UTC: "2026-11-24T10:53:02Z"
+    std::string program = {};  ///< what has written the page, with its version
 };
 
 struct HtmlOptions {

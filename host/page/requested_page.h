@@ -50,6 +50,7 @@ class RequestedPage {
     /// all missing paths, and what leaves the page in doubt. Each is one line.
     [[nodiscard]] std::vector<std::string> remarks() const;
 
+    [[nodiscard]] const PageRequest& request() const { return request_; }
     [[nodiscard]] const Page& page() const { return page_; }
 
     /// Writes the page in the format that was asked for. Throws what `write_json` and `write_markdown` throw.

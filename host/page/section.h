@@ -30,6 +30,7 @@ std::string section_names();
 class SectionChoice {
   public:
     void add(Section section) { sections_.insert(section); }
+    [[nodiscard]] bool is_empty() const { return sections_.empty(); }
     [[nodiscard]] bool contains(Section section) const {
         return sections_.empty() ? section != Section::OUTLINE : sections_.contains(section);
     }

@@ -34,6 +34,9 @@ struct Wording {
 
 // What concerns a reader most comes first.
 constexpr std::array WORDINGS{
+    Wording{Subject::PAGE, REMOVED, "fewer pages"},
+    Wording{Subject::PAGE, ADDED, "more pages"},
+    Wording{Subject::PAGE, REORDERED, "another order of pages"},
     Wording{Subject::PAGE, aspect::TITLE, "another title"},
     Wording{Subject::PAGE, aspect::OPTIONS, "other options"},
     Wording{Subject::FILE, REMOVED, "is no longer on the page"},

@@ -9,17 +9,8 @@
 
 namespace host::pages {
 
-std::string ending_of(PageRequest::Format format) {
-    switch (format) {
-    case PageRequest::Format::MARKDOWN:
-        return ".md";
-    case PageRequest::Format::JSON:
-        return ".json";
-    }
-    return "";
-}
-
-PageFile page_file(const WikiPage& page, storage::Database& db, const BeforeReading& before_reading) {
+PageFile page_file(const WikiPage& page, const PageFormat& format, storage::Database& db,
+                   const BeforeReading& before_reading) {
     const RequestedPage requested(page.request, db, before_reading);
     PageFile file{.text = {}, .remarks = requested.remarks(), .is_failure = requested.is_failure()};
     if (file.is_failure) {
@@ -31,7 +22,7 @@ PageFile page_file(const WikiPage& page, storage::Database& db, const BeforeRead
     file.facts = stated_facts(page.title, page.request, requested.page(), db);
     try {
         std::ostringstream out;
-        requested.write(out, {.title = page.title, .stamp = open_stamp(digest_of(to_json(file.facts)))});
+        format.write(out, requested, db, {.title = page.title, .stamp = open_stamp(digest_of(to_json(file.facts)))});
         file.text = sealed(std::move(out).str());
     } catch (const TooFewBytes& error) {
         file.remarks = {error.what()};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/index/database.h"
+#include "host/pages/page_format.h"
 #include "host/pages/stated_facts.h"
 #include "host/pages/wiki.h"
 
@@ -18,12 +19,9 @@ struct PageFile {
     bool is_failure = false;                ///< whether there is no page; the remarks say why
 };
 
-/// Returns the ending of the files of a format: ".md".
-std::string ending_of(PageRequest::Format format);
-
-/// Makes the file of a page from its index: the stamp, the title, and the page itself. In JSON, these are the members
-/// "stamp", "title" and those of the page. `max_bytes` holds for all of it; one that is too small is a failure of the
-/// page alone. Calls `before_reading` as `load_page` does. Throws what `RequestedPage` throws and writes.
-PageFile page_file(const WikiPage& page, storage::Database& db, const BeforeReading& before_reading = {});
+/// Makes the file of a page from its index. A budget that is too small is a failure of the page alone. Calls
+/// `before_reading` as `load_page` does. Throws what `RequestedPage` and the format's `write` throw.
+PageFile page_file(const WikiPage& page, const PageFormat& format, storage::Database& db,
+                   const BeforeReading& before_reading = {});
 
 }  // namespace host::pages

@@ -1,5 +1,6 @@
 #include "host/pages/update.h"
 
+#include "host/pages/digest.h"
 #include "host/pages/fact_changes.h"
 #include "host/pages/one_state.h"
 #include "host/pages/page_file.h"
@@ -7,18 +8,21 @@
 #include "host/pages/stamp.h"
 #include "host/pages/wiki_folder.h"
 
+#include <algorithm>
 #include <mutex>
 #include <optional>
 #include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
 #include <utility>
 
 namespace host::pages {
 
 namespace {
 
-std::string file_of(const WikiPage& page) {
-    return page.name + ending_of(page.request.format);
-}
+// The name of the file that leads to the pages.
+constexpr std::string_view INDEX = "index";
 
 std::string line_about(const std::string& title, const std::string& what) {
     return title + ": " + what;
@@ -29,11 +33,17 @@ class Update {
     Update(const Wiki& wiki, const UpdateOptions& options)
         : wiki_(wiki), options_(options),
           folder_(options.folder, options.is_check ? WikiFolder::Access::READ : WikiFolder::Access::WRITE),
-          old_record_(read_record(folder_)), outcomes_(wiki.pages.size()), files_(wiki.pages.size()) {}
+          old_record_(read_record(folder_)), outcomes_(wiki.pages.size()), files_(wiki.pages.size()) {
+        const auto page = std::ranges::find(wiki.pages, INDEX, &WikiPage::name);
+        if (options.format.write_index && page != wiki.pages.end()) {
+            throw std::runtime_error(line_about(page->title, "the name index is that of the file that leads to all "
+                                                             "pages; set `name`"));
+        }
+    }
 
     // Compares a page with its file, and stages the file if they differ. For any thread.
     void make(std::size_t at, storage::Database& db) {
-        PageFile page = page_file(wiki_.pages[at], db);
+        PageFile page = page_file(wiki_.pages[at], options_.format, db);
         const std::scoped_lock lock(mutex_);
         files_[at] = std::move(page.files);
         Outcome& outcome = outcomes_[at];
@@ -43,24 +53,16 @@ class Update {
             return;
         }
         const std::string file = file_of(wiki_.pages[at]);
-        const std::optional<std::string> old = folder_.read(file);
-        if (old && *old != page.text && !options_.is_check && !is_as_sealed(*old)) {
-            outcome.state = Outcome::State::FAILED;
-            outcome.remarks.push_back(folder_.path_of(file) +
-                                      " is not as wiki-scope wrote it; remove it to have it written anew");
-            return;
+        replace(file, page.text, page.facts, outcome);
+        if (outcome.state != Outcome::State::FAILED) {
+            record_[file] = {.facts = std::move(page.facts), .version = options_.version};
         }
-        if (old != page.text) {
-            outcome.state = Outcome::State::CHANGED;
-            outcome.why = why(file, old, page.facts);
-            if (!options_.is_check) {
-                folder_.stage(file, page.text);
-            }
-        }
-        record_[file] = {.facts = std::move(page.facts), .version = options_.version};
     }
 
     UpdateReport finish(storage::Database& db) {
+        if (options_.format.write_index) {
+            make_index();
+        }
         UpdateReport report;
         report_pages(report);
         report.coverage = coverage_of(files_, wiki_.tests, db);
@@ -83,6 +85,48 @@ class Update {
         std::string why = {};
         std::vector<std::string> remarks = {};
     };
+
+    [[nodiscard]] std::string file_of(const WikiPage& page) const { return page.name + options_.format.ending; }
+
+    [[nodiscard]] std::string index_file() const { return std::string(INDEX) + options_.format.ending; }
+
+    // Stages a file unless it has the text, or is somebody else's.
+    void replace(const std::string& file, const std::string& text, const StatedFacts& facts, Outcome& outcome) {
+        const std::optional<std::string> old = folder_.read(file);
+        if (old == text) {
+            return;
+        }
+        if (old && !options_.is_check && !is_as_sealed(*old)) {
+            outcome.state = Outcome::State::FAILED;
+            outcome.remarks.push_back(folder_.path_of(file) +
+                                      " is not as wiki-scope wrote it; remove it to have it written anew");
+            return;
+        }
+        outcome.state = Outcome::State::CHANGED;
+        outcome.why = why(file, old, facts);
+        if (!options_.is_check) {
+            folder_.stage(file, text);
+        }
+    }
+
+    // The file that leads to the pages. It states which there are.
+    void make_index() {
+        std::vector<MadePage> pages;
+        StatedFacts facts;
+        for (const WikiPage& page : wiki_.pages) {
+            const std::string file = file_of(page);
+            if (record_.contains(file)) {
+                pages.push_back({page.title, file});
+                facts.about(Subject::PAGE).push_back({.name = page.title, .path = file});
+            }
+        }
+        std::ostringstream out;
+        options_.format.write_index(out, pages, open_stamp(digest_of(to_json(facts))));
+        const std::string file = index_file();
+        Outcome& outcome = outcomes_.emplace_back();
+        replace(file, sealed(std::move(out).str()), facts, outcome);
+        record_[file] = {.facts = std::move(facts), .version = options_.version};
+    }
 
     // Why a file differs from its page.
     [[nodiscard]] std::string why(const std::string& file, const std::optional<std::string>& old,
@@ -107,7 +151,7 @@ class Update {
 
     void report_pages(UpdateReport& report) {
         for (std::size_t at = 0; at < outcomes_.size(); ++at) {
-            const std::string& title = wiki_.pages[at].title;
+            const std::string title = at < wiki_.pages.size() ? wiki_.pages[at].title : std::string(INDEX);
             const auto& [state, why, remarks] = outcomes_[at];
             std::vector<std::string>& lines = state == Outcome::State::FAILED ? report.failures : report.remarks;
             for (const std::string& remark : remarks) {
@@ -122,7 +166,7 @@ class Update {
 
     // Tells of the files of pages that are gone, and returns those that are to be removed. The others stay recorded.
     std::vector<std::string> report_gone_files(UpdateReport& report) {
-        std::set<std::string> current;
+        std::set<std::string> current{options_.format.write_index ? index_file() : ""};
         for (const WikiPage& page : wiki_.pages) {
             current.insert(file_of(page));
         }

@@ -3,6 +3,7 @@
 
 #include "host/index/index.h"
 #include "host/pages/coverage.h"
+#include "host/pages/page_format.h"
 #include "host/pages/wiki.h"
 
 #include <cstddef>
@@ -13,7 +14,8 @@
 namespace host::pages {
 
 struct UpdateOptions {
-    std::string folder;     ///< of the wiki's files
+    std::string folder;  ///< of the wiki's files
+    PageFormat format = markdown_format();
     bool is_check = false;  ///< whether nothing is written
     bool prunes = false;    ///< whether files of pages that are gone are removed
     std::string version;    ///< of this program

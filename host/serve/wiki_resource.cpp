@@ -57,11 +57,12 @@ std::string read_wiki_page(const std::string& uri, const pages::WikiPage& page, 
     pages::PageFile file;
     context.index.borrow([&call] { call.check(); },
                          [&](storage::Database& db) {
-                             file = pages::page_file(here, db, [&](std::span<const std::string> files) {
-                                 if (is_long_page(db, files)) {
-                                     call.take_long();
-                                 }
-                             });
+                             file = pages::page_file(here, pages::markdown_format(), db,
+                                                     [&](std::span<const std::string> files) {
+                                                         if (is_long_page(db, files)) {
+                                                             call.take_long();
+                                                         }
+                                                     });
                          });
     if (file.is_failure) {
         throw no_such_resource(uri, lines_of(file.remarks));

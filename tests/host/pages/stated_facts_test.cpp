@@ -91,7 +91,7 @@ class RandomPages : public IndexedFolder {
 
     [[nodiscard]] PageFile page(const WikiPage& asked) const {
         const std::unique_ptr<IndexConnection> connection = served_index()->connect();
-        return page_file(asked, *connection->read());
+        return page_file(asked, markdown_format(), *connection->read());
     }
 
     // Without what depends on the facts themselves.

@@ -1,0 +1,70 @@
+#include "host/command/html_format.h"
+
+#include "host/html/page_html.h"
+#include "host/html/site_index.h"
+#include "host/index/notes.h"
+#include "host/indexing/report_json.h"
+#include "host/page/section.h"
+
+#include <memory>
+#include <ostream>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace host {
+
+namespace {
+
+// Where a page comes from, but for the time of the index.
+html::Origin origin_of(storage::Database& index) {
+    const std::string report = index.noted(notes::REPORT);
+    return {.indexer = report.empty() ? "" : indexing::read_report(report).tool,
+            .program = "wiki-scope " WIKI_SCOPE_VERSION};
+}
+
+void write_page(std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head,
+                const html::Origin& origin) {
+    html::write_html(out, page.page(), index,
+                     {.head = head,
+                      .only = page.request().only,
+                      .with_source = page.request().with_source,
+                      .remarks = page.remarks(),
+                      .origin = origin});
+}
+
+}  // namespace
+
+void choose_all_sections(PageRequest& request) {
+    if (request.only.is_empty()) {
+        for (const Section section : SECTIONS) {
+            request.only.add(section);
+        }
+    }
+}
+
+void write_html(std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head) {
+    html::Origin origin = origin_of(index);
+    origin.made = index.origin().made;
+    write_page(out, page, index, head, origin);
+}
+
+pages::PageFormat html_format() {
+    const auto site = std::make_shared<html::SiteIndex>();
+    return {.ending = ".html",
+            .write =
+                [site](std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head) {
+                    site->add(head.title, page.page(), page.request().only);
+                    write_page(out, page, index, head, origin_of(index));
+                },
+            .write_index =
+                [site](std::ostream& out, std::span<const pages::MadePage> made, const std::string& stamp) {
+                    std::vector<html::SitePage> listed;
+                    for (const auto& [title, file] : made) {
+                        listed.push_back({title, file});
+                    }
+                    site->write(out, listed, stamp);
+                }};
+}
+
+}  // namespace host
