@@ -1,14 +1,16 @@
-#include "host/revisions/references.h"
+#include "host/git/references.h"
 
 #include "host/files/checkout.h"
-#include "host/revisions/revision_name.h"
+#include "host/git/repository_folder.h"
+#include "host/git/revision_name.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <sstream>
 #include <string_view>
 
-namespace host::revisions {
+namespace host::git {
 
 namespace {
 
@@ -54,4 +56,14 @@ std::optional<std::string> hash_of(const std::string& own_folder, const std::str
     return std::nullopt;
 }
 
-}  // namespace host::revisions
+std::optional<std::string> checked_out_commit(const std::filesystem::path& root) {
+    constexpr std::array<std::size_t, 2> LENGTHS{40, 64};  // in hexadecimal digits
+    const std::string folder = repository_folder(root);
+    const std::optional<std::string> hash =
+        folder.empty() ? std::nullopt : hash_of(folder, shared_folder(folder), "HEAD");
+    const bool is_hash = hash && std::ranges::find(LENGTHS, hash->size()) != LENGTHS.end() &&
+                         hash->find_first_not_of("0123456789abcdef") == std::string::npos;
+    return is_hash ? hash : std::nullopt;
+}
+
+}  // namespace host::git

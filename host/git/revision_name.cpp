@@ -1,4 +1,4 @@
-#include "host/revisions/revision_name.h"
+#include "host/git/revision_name.h"
 
 #include "host/text/control_characters.h"
 
@@ -6,7 +6,7 @@
 #include <charconv>
 #include <system_error>
 
-namespace host::revisions {
+namespace host::git {
 
 namespace {
 
@@ -59,4 +59,4 @@ std::optional<RevisionName> revision_name(std::string_view text) {
     return name;
 }
 
-}  // namespace host::revisions
+}  // namespace host::git

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace host::revisions {
+namespace host::git {
 
 /// A step from a commit to one that it was made from.
 struct Step {
@@ -25,4 +25,4 @@ struct RevisionName {
 /// for bases that no reference can bear.
 std::optional<RevisionName> revision_name(std::string_view text);
 
-}  // namespace host::revisions
+}  // namespace host::git

@@ -6,7 +6,9 @@
 
 namespace host::notes {
 
-inline constexpr std::string_view CHECKOUT = "checkout";      ///< the folder that sources were read from; may be empty
+inline constexpr std::string_view CHECKOUT = "checkout";  ///< the folder that sources were read from; may be empty
+/// The hash of the commit that was checked out there when the import wrote the index; none where there was none.
+inline constexpr std::string_view COMMIT = "commit";
 inline constexpr std::string_view TEST_RULES = "test_rules";  ///< what is a test (rules/path_rules.h)
 /// What several files say that they are for, which is of none of them (summary/shared_summaries.h).
 inline constexpr std::string_view SHARED_SUMMARIES = "shared_summaries";

@@ -1,5 +1,6 @@
 #include "host/indexing/making.h"
 
+#include "host/git/references.h"
 #include "host/index/notes.h"
 #include "host/indexing/index_writer.h"
 #include "host/indexing/references.h"
@@ -17,6 +18,9 @@ namespace {
 void write_notes(RowWriter& out, const Extraction& extraction, const std::vector<PathRule>& tests,
                  const ImportReport& report) {
     out.note(notes::CHECKOUT, report.checkout);
+    if (const auto commit = report.checkout.empty() ? std::nullopt : git::checked_out_commit(report.checkout)) {
+        out.note(notes::COMMIT, *commit);
+    }
     out.note(notes::TEST_RULES, to_json(tests));
     out.note(notes::SHARED_SUMMARIES, shared_summaries(extraction.summaries));
     out.note(notes::DAMAGED, extraction.damaged);

@@ -1,10 +1,10 @@
 #include "host/revisions/commits.h"
 
+#include "host/git/references.h"
 #include "host/git/repository_folder.h"
+#include "host/git/revision_name.h"
 #include "host/git/tracked_files.h"
 #include "host/revisions/objects.h"
-#include "host/revisions/references.h"
-#include "host/revisions/revision_name.h"
 #include "host/text/ascii.h"
 
 #include <git2.h>
@@ -121,18 +121,18 @@ Commits::~Commits() = default;
 
 std::optional<std::string> Commits::find(std::string_view name) const {
     constexpr std::array<std::string_view, 5> PLACES{"", "refs/", "refs/tags/", "refs/heads/", "refs/remotes/"};
-    const std::optional<RevisionName> revision = revision_name(name);
+    const std::optional<git::RevisionName> revision = git::revision_name(name);
     if (!revision) {
         return std::nullopt;
     }
     const std::string folder = git::repository_folder(root_);
     std::optional<std::string> hash;
     for (const std::string_view place : PLACES) {
-        hash = hash ? hash : hash_of(folder, git::shared_folder(folder), std::string(place) + revision->base);
+        hash = hash ? hash : git::hash_of(folder, git::shared_folder(folder), std::string(place) + revision->base);
     }
     Commit commit = objects_->commit(hash.value_or(revision->base));
     commit = commit != nullptr ? std::move(commit) : objects_->commit(revision->base);
-    for (const Step& step : revision->steps) {
+    for (const git::Step& step : revision->steps) {
         commit = Objects::after(std::move(commit), step);
     }
     if (commit == nullptr) {

@@ -91,7 +91,7 @@ Commit Objects::commit(std::string_view hash) const {
     return git_commit_lookup(&commit, repository_.get(), git_object_id(tagged.get())) == 0 ? Commit(commit) : nullptr;
 }
 
-Commit Objects::after(Commit commit, const Step& step) {
+Commit Objects::after(Commit commit, const git::Step& step) {
     for (std::size_t generation = 0; generation < step.generations && commit != nullptr; ++generation) {
         git_commit* parent = nullptr;
         const bool is_there = git_commit_parent(&parent, commit.get(), static_cast<unsigned>(step.parent - 1)) == 0;

@@ -1,8 +1,8 @@
 // The objects of a repository of Git, by libgit2.
 #pragma once
 
+#include "host/git/revision_name.h"
 #include "host/revisions/owned.h"
-#include "host/revisions/revision_name.h"
 
 #include <git2.h>
 
@@ -28,7 +28,7 @@ class Objects {
     /// a hash; null for none.
     [[nodiscard]] Commit commit(std::string_view hash) const;
     /// Returns the commit that a step leads to from a commit, which may be null; null for none.
-    static Commit after(Commit commit, const Step& step);
+    static Commit after(Commit commit, const git::Step& step);
     [[nodiscard]] static Tree tree_of(const git_commit* commit);
     [[nodiscard]] Tree tree(const git_oid& id) const;
     [[nodiscard]] Blob blob(const git_oid& id) const;

@@ -5,7 +5,7 @@
 #include "fixtures/temporary_folder.h"
 #include "host/files/checkout.h"
 #include "host/git/checkout_files.h"
-#include "host/revisions/revision_name.h"
+#include "host/git/revision_name.h"
 
 #include <gtest/gtest.h>
 

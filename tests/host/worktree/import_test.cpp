@@ -96,6 +96,20 @@ TEST_F(SourcesImport, LeavesOutWhatRulesAndConfigurationSay) {
     EXPECT_EQ(rows("SELECT path AS row FROM files ORDER BY id"), "cmd/run.go; src/p/Store.java");
 }
 
+TEST_F(SourcesImport, NotesTheCommitThatIsCheckedOut) {
+    const auto noted = [&](const std::string& head) {
+        folder.write("checkout/.git/HEAD", head + "\n");
+        import();
+        return rows("SELECT value AS row FROM meta WHERE key = 'commit'");
+    };
+    const std::string hash(40, 'a');
+    EXPECT_EQ(noted(hash), hash);
+    EXPECT_EQ(noted("ref: refs/heads/main"), "") << "which has no commit yet";
+    folder.write("checkout/.git/packed-refs", hash + " refs/heads/main\n");
+    EXPECT_EQ(noted("ref: refs/heads/main"), hash);
+    EXPECT_EQ(noted("[x](y)" + hash.substr(6)), "");
+}
+
 TEST_F(SourcesImport, KeepsTheOldIndexWhereNoSourceIs) {
     import();
     folder.write("empty/README.md", "# Nothing\n");
