@@ -7,6 +7,8 @@
 #include "host/command/path_rule_options.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
+#include "host/git/references.h"
+#include "host/index/notes.h"
 #include "host/page/requested_page.h"
 #include "host/schemas/schemas.h"
 
@@ -16,6 +18,7 @@
 #include <memory>
 #include <ostream>
 #include <ranges>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -28,6 +31,7 @@ struct PageArguments {
     std::string format = "markdown";
     std::vector<std::string> only;
     bool without_source = false;
+    std::string source_url;
     PathRuleOptions tests;
     PageRequest page;  // what the options say directly
 };
@@ -49,6 +53,9 @@ PageRequest request_of(const PageArguments& arguments) {
     if (arguments.format != "markdown" && (request.max_bytes || request.max_tokens)) {
         throw CLI::ValidationError(request.max_bytes ? "--max-bytes" : "--max-tokens", "applies to Markdown only");
     }
+    if (arguments.format != "markdown" && !arguments.source_url.empty()) {
+        throw CLI::ValidationError("--source-url", "applies to Markdown only");
+    }
     if (arguments.format == "json") {
         request.format = PageRequest::Format::JSON;
         if (arguments.without_source) {
@@ -64,7 +71,24 @@ PageRequest request_of(const PageArguments& arguments) {
     }
     request.with_source = !arguments.without_source;
     request.tests = arguments.tests.rules();
+    if (!arguments.source_url.empty()) {
+        request.source_url.emplace(arguments.source_url);
+    }
     return request;
+}
+
+// The index of a checkout holds what is there now, whatever commit it was made at.
+std::string commit_of(const IndexOption& option, storage::Database& index) {
+    return option.place.empty() ? git::checked_out_commit(index.noted(notes::CHECKOUT)).value_or("") : "";
+}
+
+std::string fault_of_url(const std::string& text) {
+    try {
+        SourceUrl url(text);
+        return "";
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
 }
 
 void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
@@ -108,6 +132,11 @@ void add_page_command(CLI::App& app) {
     page.add_flag("--no-source", arguments->without_source,
                   "Print the signatures of the declarations, instead of their source");
 
+    page.add_option("--source-url", arguments->source_url,
+                    "Make each citation in the Markdown a link: an address with {commit}, {path}, {first} and {last}")
+        ->type_name("URL")
+        ->check(fault_of_url);
+
     add_number_option(page, "--max-bytes", arguments->page.max_bytes,
                       "How long the Markdown may be; what matters least is left out");
     add_number_option(page, "--max-tokens", arguments->page.max_tokens, "As --max-bytes, four bytes a token");
@@ -128,8 +157,11 @@ void add_page_command(CLI::App& app) {
     add_number("--neighbours", numbers.neighbours, "Declarations of other files that the page leans on");
 
     page.callback([arguments] {
-        const PageRequest request = request_of(*arguments);
-        read_index(arguments->index, [&](storage::Database& index) { print_page(*arguments, request, index); });
+        PageRequest request = request_of(*arguments);
+        read_index(arguments->index, [&](storage::Database& index) {
+            request.commit = commit_of(arguments->index, index);
+            print_page(*arguments, request, index);
+        });
     });
 }
 

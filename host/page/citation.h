@@ -1,6 +1,7 @@
 // Citations of files and lines.
 #pragma once
 
+#include "host/links/source_links.h"
 #include "storage/grounding_queries.h"
 #include "workers/wiki/scope/ranking.h"
 
@@ -19,5 +20,13 @@ std::string citation(std::string_view path, const std::optional<wiki::scope::Lin
 
 /// "src/b.ts:L45", or the path alone.
 std::string citation(std::string_view path, const std::optional<std::int32_t>& line);
+
+/// The Markdown of a citation: in code, and where both `links` and lines are given, as a link. `links` may be null.
+std::string cited(std::string_view path, const std::optional<wiki::scope::LineRange>& lines, const SourceLinks* links);
+std::string cited(std::string_view path, const std::optional<std::int32_t>& line, const SourceLinks* links);
+
+/// The same for a cell of a table.
+std::string cited_in_cell(std::string_view path, const std::optional<wiki::scope::LineRange>& lines,
+                          const SourceLinks* links);
 
 }  // namespace host

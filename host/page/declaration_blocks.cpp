@@ -22,19 +22,19 @@ using storage::ScopeSymbol;
 using wiki::scope::LineRange;
 
 // What a block says above the doc comment.
-std::string introduction(const SelectedDeclaration& selected, const wiki::scope::FanIn& fan_in) {
+std::string introduction(const SelectedDeclaration& selected, const wiki::scope::FanIn& fan_in,
+                         const SourceLinks* links) {
     const ScopeSymbol& symbol = *selected.symbol;
     return "\n### " + code_span(selected.name) + "\n\n" + plain_text(symbol.kind) + ", " +
-           code_span(citation(symbol.path, cited_lines(symbol))) + ", " +
-           counted(fan_in.outside.get(symbol.id, 0), "use") + " outside, " +
-           std::to_string(fan_in.inside.get(symbol.id, 0)) + " inside\n";
+           cited(symbol.path, cited_lines(symbol), links) + ", " + counted(fan_in.outside.get(symbol.id, 0), "use") +
+           " outside, " + std::to_string(fan_in.inside.get(symbol.id, 0)) + " inside\n";
 }
 
 // The files that use it most, each with its first use.
-std::string used_at(const models::Excerpt<UseSite>& uses) {
+std::string used_at(const models::Excerpt<UseSite>& uses, const SourceLinks* links) {
     std::string text;
     for (const UseSite& site : uses.shown) {
-        text.append(text.empty() ? "\nUsed at " : ", ").append(code_span(citation(site.path, site.line)));
+        text.append(text.empty() ? "\nUsed at " : ", ").append(cited(site.path, site.line, links));
     }
     if (uses.left_out() > 0) {
         text += " and in " + counted(static_cast<std::int64_t>(uses.left_out()), "other file");
@@ -49,7 +49,8 @@ std::string block_of(std::span<const std::string> lines, std::string_view langua
 
 }  // namespace
 
-DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bool with_source)
+DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bool with_source,
+                                     const SourceLinks* links)
     : db_(db), sources_(with_source ? page.selection.size() : 0) {
     for (const SelectedDeclaration& selected : selected_declarations(page, db, with_source)) {
         db.check_interrupt();
@@ -57,8 +58,8 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bo
         const std::vector<std::string_view> lines = split_lines(selected.signature);
         declarations_.push_back(
             {.symbol = selected.symbol,
-             .introduction = introduction(selected, page.fan_in),
-             .uses = used_at(selected.uses),
+             .introduction = introduction(selected, page.fan_in, links),
+             .uses = used_at(selected.uses, links),
              .cited_uses = selected.uses.shown.size(),
              .comment = lead.empty() ? "" : "\n" + lead + "\n",
              .signature = block_of(std::vector<std::string>(lines.begin(), lines.end()), selected.language),

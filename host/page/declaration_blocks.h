@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/index/database.h"
+#include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/passage.h"
 
@@ -18,9 +19,9 @@ namespace host {
 class DeclarationBlocks : public Items {
   public:
     /// Asks the index what it says of the declarations in words and, when they are to have their source, reads each of
-    /// their files once; what the page may not show is left out. Both arguments must outlive this object. Throws
+    /// their files once; what the page may not show is left out. `links` may be null. `page` and `db` must outlive this object. Throws
     /// `IndexError`; as the functions that follow, what `db.check_interrupt` throws.
-    DeclarationBlocks(const Page& page, storage::Database& db, bool with_source);
+    DeclarationBlocks(const Page& page, storage::Database& db, bool with_source, const SourceLinks* links);
 
     [[nodiscard]] std::size_t steps() const override { return sources_ + 2 * declarations_.size(); }
     [[nodiscard]] std::vector<ItemSize> sizes(std::size_t steps) const override;

@@ -53,17 +53,17 @@ Passage files(const Page& page) {
 }
 
 // What follows the point of a consumer.
-std::string first_use(const Text& path, const std::optional<std::int32_t>& line) {
-    return line ? "  - first at " + code_span(citation(path, line)) + "\n" : "";
+std::string first_use(const Text& path, const std::optional<std::int32_t>& line, const SourceLinks* links) {
+    return line ? "  - first at " + cited(path, line, links) + "\n" : "";
 }
 
 // Who uses the page, and what is known of who does not.
-std::vector<Passage> consumers(const Page& page) {
+std::vector<Passage> consumers(const Page& page, const SourceLinks* links) {
     const wiki::scope::Consumers found = wiki::scope::consumers(page.facts, page.fan_in);
     wiki::scope::ConsumersText text = wiki::scope::consumers_text(found);
     const std::vector<std::optional<std::int32_t>> lines = first_uses(page, found.files.shown);
     for (std::size_t at = 0; at < lines.size(); ++at) {
-        text.consumers[at] += first_use(found.files.shown[at].path, lines[at]);
+        text.consumers[at] += first_use(found.files.shown[at].path, lines[at], links);
     }
     Passage users{.heading = heading("Consumers"),
                   .items = fixed(text.consumers),
@@ -76,7 +76,7 @@ std::vector<Passage> consumers(const Page& page) {
     return {users, {.items = fixed(text.notes), .item_name = "note"}};
 }
 
-Passage declarations(const Page& page, storage::Database& db, bool with_source) {
+Passage declarations(const Page& page, storage::Database& db, bool with_source, const SourceLinks* links) {
     if (page.selection.empty()) {
         return nothing("Declarations");
     }
@@ -84,7 +84,7 @@ Passage declarations(const Page& page, storage::Database& db, bool with_source) 
             .sentence =
                 "\nThe declarations of this page that matter most, every file represented: what production code "
                 "outside the page uses and its entry points first.\n",
-            .items = std::make_shared<DeclarationBlocks>(page, db, with_source),
+            .items = std::make_shared<DeclarationBlocks>(page, db, with_source, links),
             .item_name = "declaration"};
 }
 
@@ -103,14 +103,14 @@ Passage in_depth(const Page& page) {
             .is_bulleted = true};
 }
 
-Passage neighbours(const Page& page) {
+Passage neighbours(const Page& page, const SourceLinks* links) {
     if (page.neighbours.empty()) {
         return nothing("Dependencies");
     }
     std::vector<std::string> rows;
     for (const auto& [target, references] : page.neighbours) {
         rows.push_back("| " + code_cell(target->name) + " | " + plain_cell(target->kind) + " | " +
-                       code_cell(citation(target->path, cited_lines(*target))) + " | " + std::to_string(references) +
+                       cited_in_cell(target->path, cited_lines(*target), links) + " | " + std::to_string(references) +
                        " |\n");
     }
     return {.heading = heading("Dependencies"),
@@ -123,17 +123,17 @@ Passage neighbours(const Page& page) {
 }
 
 // What the page leans on and, where there are such references, what only looks so.
-std::vector<Passage> dependencies(const Page& page) {
+std::vector<Passage> dependencies(const Page& page, const SourceLinks* links) {
     const auto matches = name_match_counts(page.facts);
     if (matches.empty()) {
-        return {neighbours(page)};
+        return {neighbours(page, links)};
     }
     std::vector<std::string> rows;
     for (const auto& [files, references] : matches) {
         rows.push_back("| " + code_cell(files.source_path) + " | " + code_cell(files.target_path) + " | " +
                        std::to_string(references) + " |\n");
     }
-    return {neighbours(page),
+    return {neighbours(page, links),
             {.heading = "\nReferences that only match the name of an attribute or a constant, and prove no use.\n",
              .table_head = "\n| Source | Target | References |\n"
                            "|---|---|---|\n",
@@ -155,10 +155,10 @@ Passage graph(const Page& page) {
             .item_name = "flowchart"};
 }
 
-Passage seeds(const Page& page) {
+Passage seeds(const Page& page, const SourceLinks* links) {
     std::vector<std::string> points;
     for (const auto& [path, range] : file_seeds(page.facts, page.fan_in)) {
-        points.push_back("- " + code_span(citation(path, range)) + "\n");
+        points.push_back("- " + cited(path, range, links) + "\n");
     }
     return {.heading = heading("Seeds"),
             .sentence = "\nOne citable range for each file: its most important declaration, or the whole file when "
@@ -177,22 +177,23 @@ Passage outline(const Page& page, storage::Database& db) {
             .rank = Passage::Rank::FILE_BY_FILE};
 }
 
-std::vector<Passage> passages_of(Section section, const Page& page, storage::Database& db, bool with_source) {
+std::vector<Passage> passages_of(Section section, const Page& page, storage::Database& db,
+                                 const MarkdownOptions& options) {
     switch (section) {
     case Section::FILES:
         return {files(page)};
     case Section::CONSUMERS:
-        return consumers(page);
+        return consumers(page, options.links);
     case Section::DECLARATIONS:
-        return {declarations(page, db, with_source)};
+        return {declarations(page, db, options.with_source, options.links)};
     case Section::IN_DEPTH:
         return {in_depth(page)};
     case Section::DEPENDENCIES:
-        return dependencies(page);
+        return dependencies(page, options.links);
     case Section::GRAPH:
         return {graph(page)};
     case Section::SEEDS:
-        return {seeds(page)};
+        return {seeds(page, options.links)};
     case Section::OUTLINE:
         return {outline(page, db)};
     }
@@ -209,7 +210,7 @@ void write_markdown(std::ostream& out, const Page& page, storage::Database& db, 
     std::vector<Passage> passages;
     for (const Section section : SECTIONS) {
         if (options.only.contains(section)) {
-            std::vector<Passage> of_section = passages_of(section, page, db, options.with_source);
+            std::vector<Passage> of_section = passages_of(section, page, db, options);
             of_section.front().heading.insert(0, passages.empty() ? head_of(options.head) : "\n");
             std::ranges::move(of_section, std::back_inserter(passages));
         }

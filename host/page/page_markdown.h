@@ -1,6 +1,7 @@
 // A page's grounding as Markdown, for people.
 #pragma once
 
+#include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/page_head.h"
 #include "host/page/section.h"
@@ -16,7 +17,8 @@ struct MarkdownOptions {
     PageHead head = {};       ///< of which the stamp stands in a comment
     bool with_source = true;  ///< whether each selected declaration stands with its source lines, or its signature
     std::optional<std::size_t> max_bytes =
-        std::nullopt;  ///< how long the text may be, as `fitted` (budget.h) shortens it
+        std::nullopt;                    ///< how long the text may be, as `fitted` (budget.h) shortens it
+    const SourceLinks* links = nullptr;  ///< where citations lead; null where they are plain text
 };
 
 /// Writes the sections of the page, each under its own "##" heading. What the index says of the selected declarations

@@ -32,6 +32,22 @@ SourceFolder existing_folder(const PageRequest& request, storage::Database& db) 
     return folder;
 }
 
+// Where citations lead; throws when that takes a commit which nobody knows.
+std::optional<SourceLinks> links_of(const PageRequest& request, storage::Database& db) {
+    if (!request.source_url) {
+        return std::nullopt;
+    }
+    SourceLinks links{.url = *request.source_url};
+    if (links.url.has_commit()) {
+        links.commit = request.commit.empty() ? db.noted(notes::COMMIT) : request.commit;
+    }
+    if (links.url.has_commit() && links.commit.empty()) {
+        throw std::runtime_error(db.name() + ": of no commit that is known; name one in --source-url, or import from a "
+                                             "checkout of Git that has one");
+    }
+    return links;
+}
+
 // How long the Markdown may be.
 std::optional<std::size_t> most_bytes(const PageRequest& request) {
     if (!request.max_tokens) {
@@ -47,6 +63,7 @@ std::optional<std::size_t> most_bytes(const PageRequest& request) {
 RequestedPage::RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading)
     : request_(request), folder_(existing_folder(request, db)), tests_(with_noted_rules(request.tests, db)),
       in_force_(tests_, [&db] { db.check_interrupt(); }), shared_summaries_(db.noted(notes::SHARED_SUMMARIES)), db_(db),
+      links_(links_of(request, db)),
       page_(load_page(db_, Checkout(folder_.path), request.paths, request.numbers,
                       folder_.is_the_users_choice ? SourceAccess::ALL : SourceAccess::AS_INDEXED, before_reading)) {}
 
@@ -72,7 +89,8 @@ void RequestedPage::write(std::ostream& out, const PageHead& head) const {
                        {.only = request_.only,
                         .head = head,
                         .with_source = request_.with_source,
-                        .max_bytes = most_bytes(request_)});
+                        .max_bytes = most_bytes(request_),
+                        .links = links_ ? &*links_ : nullptr});
     }
 }
 

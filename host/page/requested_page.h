@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/index/database.h"
+#include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/page_head.h"
 #include "host/page/section.h"
@@ -33,6 +34,8 @@ struct PageRequest {
     std::optional<std::size_t> max_bytes = std::nullopt;  ///< as in `MarkdownOptions`; nothing to JSON
     /// As many times `BYTES_OF_A_TOKEN` bytes (budget.h); of this and `max_bytes` the smaller counts.
     std::optional<std::size_t> max_tokens = std::nullopt;
+    std::optional<SourceUrl> source_url = std::nullopt;  ///< where citations lead; nothing to JSON
+    std::string commit = {};  ///< of the sources, for `source_url`; empty for the one that the index notes
 };
 
 /// The page that somebody asks for. The rules for tests and the shared summaries of its index are in force as long as
@@ -40,7 +43,8 @@ struct PageRequest {
 class RequestedPage {
   public:
     /// Both arguments must outlive this object; `before_reading` is called as `load_page` says. Throws `IndexError`,
-    /// and `std::runtime_error` with one line when there is no checkout or the rules of the index cannot be read.
+    /// and `std::runtime_error` with one line when there is no checkout, the rules of the index cannot be read, or nobody
+    /// knows the commit that links are to name.
     RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading = {});
 
     /// Whether paths are missing so that the page was not to be made; the remarks say which.
@@ -63,6 +67,7 @@ class RequestedPage {
     const TestRulesInForce in_force_;
     const SharedSummariesInForce shared_summaries_;
     storage::Database& db_;
+    const std::optional<SourceLinks> links_;
     const Page page_;
 };
 

@@ -305,6 +305,33 @@ TEST_F(PrintedPage, DrawsThirtyNodesAtMostWhateverTheirPathsHold) {
     EXPECT_NE(graph.find(" -->|59| "), std::string::npos) << graph;
 }
 
+TEST_F(PrintedPage, LinksItsCitationsToTheCommitThatWasIndexed) {
+    const auto page = [&](const std::string& url) { return run("page src --index index.db --checkout . " + url); };
+    const std::string url = "--source-url 'https://forge/o/r/blob/{commit}/{path}?plain#L{first}-L{last}'";
+    const Outcome unknown = page(url);
+    EXPECT_EQ(unknown.exit_code, 1);
+    EXPECT_NE(unknown.err.find(": of no commit that is known; "), std::string::npos) << unknown.err;
+    change(
+        "INSERT INTO meta(key, value) VALUES('commit', '12ab)'); UPDATE files SET path = 'src/(a)|é.ts' WHERE id = 1");
+    const std::string text = page(url).out;
+    const std::string base = "](https://forge/o/r/blob/12ab%29/";
+    const std::string own = base + "src/%28a%29%7C%C3%A9.ts?plain#L2-L4)";
+    EXPECT_EQ(count(text, "class, [`src/(a)|é.ts:L2-L4`" + own + ", 3 uses"), 1) << text;
+    EXPECT_EQ(count(text, "- [`src/(a)|é.ts:L2-L4`" + own + "\n"), 1) << text;
+    EXPECT_EQ(count(text, " at [`srclib/c.ts:L7`" + base + "srclib/c.ts?plain#L7-L7)"), 2) << text;
+    EXPECT_EQ(count(text, "| [`srclib/c.ts:L5-L6`" + base + "srclib/c.ts?plain#L5-L6) |"), 1) << text;
+    EXPECT_EQ(count(page("--source-url 'https://forge/main/{path}'").out, "](https://forge/main/srclib/c.ts)"), 3);
+    for (const auto& [wrong, says] :
+         {std::pair("https://f/{path}/{branch}", "and no other {...}"),
+          std::pair("https://f/{path}/{first", "and no other {...}"), std::pair("https://f/{first}", "holds {path}"),
+          std::pair("https://f/{path})(", "has no blanks, quotes, brackets"),
+          std::pair("javascript:{path}", "begins with https:// or http://")}) {
+        const Outcome failed = page("--source-url '" + std::string(wrong) + "'");
+        EXPECT_NE(failed.err.find(says), std::string::npos) << failed.err;
+        EXPECT_EQ(std::ranges::count(failed.err, '\n'), 1) << failed.err;
+    }
+}
+
 TEST_F(PrintedPage, HoldsNothingThatARepositoryCouldTakeItOverWith) {
     change("UPDATE files SET path = '__lib__/<b>|`' || char(10) || '## G.ts' WHERE id = 3;"
            "UPDATE files SET path = 'src/a|b.ts' WHERE id = 1;"
