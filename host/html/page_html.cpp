@@ -1,6 +1,7 @@
 #include "host/html/page_html.h"
 
 #include "host/html/html_text.h"
+#include "host/html/picture.h"
 #include "host/html/sections.h"
 #include "host/html/templates.h"
 
@@ -24,7 +25,7 @@ View section_view(Section section, const Page& page, storage::Database& db, cons
     case Section::DEPENDENCIES:
         return dependencies_view(page, links);
     case Section::GRAPH:
-        return false;
+        return picture_view(page, links);
     case Section::SEEDS:
         return seeds_view(page, links);
     case Section::OUTLINE:

@@ -124,6 +124,21 @@ TEST_F(HtmlPage, SaysWhatIsInDoubtAndHasTheSectionsThatWereAskedFor) {
     EXPECT_EQ(run("page src --index index.db --checkout . --format html --max-bytes 9").exit_code, 2);
 }
 
+TEST_F(HtmlPage, DrawsWhoUsesItAndFoldsFoldersUntilThirtyNodesAreLeft) {
+    EXPECT_EQ(all(html("src"), "class=\"node (user|page|used)"),
+              std::vector<std::string>({"user", "user", "page", "page", "used"}));
+    change("WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n WHERE i < 69) "
+           "INSERT INTO files(id, path) SELECT i, iif(i < 50, 'many/', 'few/deep/') || i || '.ts' FROM n;"
+           "WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n WHERE i < 69) "
+           "INSERT INTO edges(source_file_id, target_id, resolution_id, refs) SELECT i, 1, 1, i FROM n");
+    const std::string page = html("src --only graph");
+    EXPECT_EQ(page, html("src --only graph"));
+    const std::vector<std::string> labels = all(page, "class=\"node user folder\"[^>]*aria-label=\"([^\"]*)\"");
+    EXPECT_EQ(labels, std::vector<std::string>({"few/deep/, 20 files", "many/, 40 files"}));
+    EXPECT_LE(all(page, "class=\"node (user|page|used)").size(), 30U);
+    EXPECT_NE(page.find("<td class=\"number\">1190</td>"), std::string::npos);  // 50 + ... + 69
+}
+
 TEST_F(HtmlPage, TakesFewBytesWithoutSources) {
     change("WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n WHERE i < 21) "
            "INSERT INTO files(id, path) SELECT i, 'big/' || i || '.ts' FROM n;"

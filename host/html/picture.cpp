@@ -1,0 +1,212 @@
+#include "host/html/picture.h"
+
+#include "host/html/html_text.h"
+#include "host/html/layout.h"
+#include "host/html/use_graph.h"
+#include "host/text/counted.h"
+#include "host/text/percent_encoding.h"
+#include "host/text/utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace host::html {
+
+namespace {
+
+// Of the drawing, in its units. Its font has one width for all characters.
+constexpr double CHARACTER = 7.3;
+constexpr double BOX_HEIGHT = 26;
+constexpr double BOX_PADDING = 10;
+constexpr std::size_t LONGEST_LABEL = 30;
+
+struct DrawnNode {
+    std::string label;
+    std::string path;         // and what it stands for, in words
+    std::string anchor = {};  // that the node leads to; empty for none
+    double width = 0;
+};
+
+// The characters of a text; a byte that begins none is one.
+std::vector<std::string_view> picture_characters(std::string_view text) {
+    std::vector<std::string_view> characters;
+    while (!text.empty()) {
+        characters.push_back(text.substr(0, std::max<std::size_t>(code_point_bytes(text), 1)));
+        text.remove_prefix(characters.back().size());
+    }
+    return characters;
+}
+
+// How many columns of the font a character takes: outside of alphabets mostly two.
+std::size_t columns_of(std::string_view character) {
+    return character.size() > 2 ? 2 : 1;
+}
+
+// The end of a path, of which no more than fits is left, and how many columns it takes.
+std::pair<std::string, std::size_t> label_of(std::string_view path) {
+    const std::size_t slash = path.substr(0, path.rfind('/')).rfind('/');
+    const std::string_view end =
+        path.find('/') == std::string_view::npos || slash == std::string_view::npos ? path : path.substr(slash + 1);
+    const std::vector<std::string_view> characters = picture_characters(end);
+    std::size_t columns = 0;
+    auto begin = characters.end();
+    while (begin != characters.begin() && columns + columns_of(*(begin - 1)) < LONGEST_LABEL) {
+        columns += columns_of(*--begin);
+    }
+    std::string label;
+    if (begin != characters.begin()) {
+        label = "\u2026";
+        ++columns;
+    }
+    for (; begin != characters.end(); ++begin) {
+        label += *begin;
+    }
+    return {label, columns};
+}
+
+DrawnNode drawn(const GraphNode& node, const Links& links) {
+    const bool is_folder = node.files > 0;
+    const std::string path = node.path.empty() ? "other files" : node.path + (is_folder ? "/" : "");
+    auto [label, columns] = label_of(path);
+    DrawnNode drawn{.label = std::move(label), .path = path};
+    if (is_folder) {
+        const std::string count = counted(static_cast<std::int64_t>(node.files), "file");
+        drawn.label += " " + std::to_string(node.files);
+        drawn.path += ", " + count;
+        columns += 1 + std::to_string(node.files).size();
+    }
+    drawn.width = std::ceil(static_cast<double>(columns) * CHARACTER + 2 * BOX_PADDING);
+    const std::string file = node.side == GraphNode::Side::PAGE ? links.file(models::Text(node.path)) : "";
+    const std::string_view side = node.side == GraphNode::Side::USED ? "used:" : "user:";
+    drawn.anchor = !is_folder && !file.empty() ? file : std::string(side) + percent_encoded(path);
+    if (node.side == GraphNode::Side::PAGE && (is_folder || file.empty())) {
+        drawn.anchor = "page:" + percent_encoded(path);
+    }
+    return drawn;
+}
+
+std::string number(double value) {
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.begin(), digits.end(), std::round(value * 10) / 10).ptr;
+    return {digits.begin(), end};
+}
+
+std::string point(const Point& at) {
+    return number(at.x) + " " + number(at.y);
+}
+
+// What no arrow touches has no row in the table that its node could lead to.
+void unlink_lonely_nodes(const UseGraph& graph, std::vector<DrawnNode>& nodes) {
+    std::vector<bool> is_touched(nodes.size());
+    for (const GraphArrow& arrow : graph.arrows) {
+        is_touched[arrow.from] = true;
+        is_touched[arrow.to] = true;
+    }
+    for (std::size_t place = 0; place < nodes.size(); ++place) {
+        if (!is_touched[place] && !nodes[place].anchor.starts_with("file:")) {
+            nodes[place].anchor.clear();
+        }
+    }
+}
+
+// The curve of an arrow up to its head, and the head.
+std::string arrow_svg(const GraphArrow& arrow, const std::vector<Point>& points, bool is_inside) {
+    constexpr double HALF_HEAD = 3.5;
+    const Point& tip = points.back();
+    const Point& base = points[points.size() - 2];
+    const double length = std::max(std::hypot(tip.x - base.x, tip.y - base.y), 0.1);
+    const Point across{(base.y - tip.y) / length * HALF_HEAD, (tip.x - base.x) / length * HALF_HEAD};
+    std::string svg = std::string("<g class=\"arrow") + (is_inside ? " inside" : "") + "\" data-from=\"" +
+                      std::to_string(arrow.from) + "\" data-to=\"" + std::to_string(arrow.to) +
+                      "\"><path class=\"shaft\" d=\"M" + point(points.front()) + "C";
+    for (std::size_t at = 1; at + 1 < points.size(); ++at) {
+        svg += (at == 1 ? "" : " ") + point(points[at]);
+    }
+    return svg + "\"/><path class=\"head\" d=\"M" + point({base.x + across.x, base.y + across.y}) + "L" + point(tip) +
+           "L" + point({base.x - across.x, base.y - across.y}) + "z\"/></g>\n";
+}
+
+std::string node_svg(std::size_t place, const GraphNode& node, const DrawnNode& drawn, const Point& center) {
+    constexpr std::array<std::string_view, 3> CLASSES{"user", "page", "used"};
+    const Point corner{center.x - drawn.width / 2, center.y - BOX_HEIGHT / 2};
+    std::string svg = "<a class=\"node ";
+    svg.append(CLASSES.at(static_cast<std::size_t>(node.side))).append(node.files > 0 ? " folder" : "");
+    svg += (drawn.anchor.empty() ? "\"" : "\" href=\"#" + drawn.anchor + "\"") + " data-node=\"" +
+           std::to_string(place) + "\" aria-label=\"" + html_text(drawn.path) + "\"><title>" + html_text(drawn.path) +
+           "</title><rect x=\"" + number(corner.x) + "\" y=\"" + number(corner.y) + "\" width=\"" +
+           number(drawn.width) + "\" height=\"" + number(BOX_HEIGHT) + "\" rx=\"5\"/><text x=\"" + number(center.x) +
+           "\" y=\"" + number(center.y + 4) + "\">" + html_text(drawn.label) + "</text></a>\n";
+    return svg;
+}
+
+std::string frame_svg(const Layout& layout) {
+    const Point& begin = layout.frame_begin;
+    return "<rect class=\"frame\" x=\"" + number(begin.x) + "\" y=\"" + number(begin.y) + "\" width=\"" +
+           number(layout.frame_end.x - begin.x) + "\" height=\"" + number(layout.frame_end.y - begin.y) +
+           "\" rx=\"10\"/>\n";
+}
+
+std::string drawing_of(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
+    std::vector<Box> boxes;
+    std::vector<Connection> connections;
+    for (std::size_t place = 0; place < nodes.size(); ++place) {
+        const bool is_of_page = graph.nodes[place].side == GraphNode::Side::PAGE;
+        boxes.push_back({.width = nodes[place].width, .height = BOX_HEIGHT, .is_framed = is_of_page});
+    }
+    for (const GraphArrow& arrow : graph.arrows) {
+        connections.push_back({.from = arrow.from, .to = arrow.to});
+    }
+    const Layout layout = layout_of(boxes, connections);
+    const std::string width = number(std::ceil(layout.width) + 2);
+    const std::string height = number(std::ceil(layout.height) + 2);
+    std::string svg = "<svg class=\"picture\" role=\"group\" aria-labelledby=\"picture-heading\" viewBox=\"-1 -1 " +
+                      width + " " + height + "\" width=\"" + width + "\" height=\"" + height + "\">\n" +
+                      frame_svg(layout) + "<g aria-hidden=\"true\">\n";
+    for (std::size_t at = 0; at < graph.arrows.size(); ++at) {
+        const GraphArrow& arrow = graph.arrows[at];
+        const bool is_inside = boxes[arrow.from].is_framed && boxes[arrow.to].is_framed;
+        svg += arrow_svg(arrow, layout.curves[at], is_inside);
+    }
+    svg += "</g>\n";
+    for (std::size_t place = 0; place < nodes.size(); ++place) {
+        svg += node_svg(place, graph.nodes[place], nodes[place], layout.centers[place]);
+    }
+    return svg + "</svg>";
+}
+
+// The arrows as rows. An anchor of a node stands at the first arrow of it, unless it is one of a file of the page.
+View arrows_view(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
+    std::vector<bool> is_anchored(nodes.size());
+    const auto end_view = [&](std::size_t place) {
+        const bool is_elsewhere = is_anchored[place] || nodes[place].anchor.starts_with("file:");
+        is_anchored[place] = true;
+        return object_of({{"id", is_elsewhere ? View(false) : text_of(nodes[place].anchor)},
+                          {"path", text_of(path_html(nodes[place].path))}});
+    };
+    return list_of(graph.arrows, [&](const GraphArrow& arrow) {
+        View from = end_view(arrow.from);
+        return object_of({{"from", from}, {"to", end_view(arrow.to)}, {"references", text_of(arrow.references)}});
+    });
+}
+
+}  // namespace
+
+View picture_view(const Page& page, const Links& links) {
+    const UseGraph graph = use_graph(page);
+    std::vector<DrawnNode> nodes;
+    for (const GraphNode& node : graph.nodes) {
+        nodes.push_back(drawn(node, links));
+    }
+    unlink_lonely_nodes(graph, nodes);
+    const bool has_arrows = !graph.arrows.empty();
+    return object_of({
+        {"has_arrows", has_arrows},
+        {"has_folders", std::ranges::any_of(graph.nodes, [](const GraphNode& node) { return node.files > 0; })},
+        {"drawing", has_arrows ? text_of(drawing_of(graph, nodes)) : View(false)},
+        {"arrows", arrows_view(graph, nodes)},
+    });
+}
+
+}  // namespace host::html
