@@ -1,5 +1,5 @@
 // The declarations of a page, each with what its file says of it.
-#include "host/html/html_text.h"
+#include "host/html/code_html.h"
 #include "host/html/prose_html.h"
 #include "host/html/sections.h"
 #include "host/page/citation.h"
@@ -50,12 +50,16 @@ std::string line_numbers(std::int64_t first, std::size_t count) {
     return numbers;
 }
 
-std::string code_html(const std::vector<std::string>& lines) {
-    std::string html;
+std::string joined_lines(const std::vector<std::string>& lines) {
+    std::string text;
     for (const std::string& line : lines) {
-        html += html_text(line) + "\n";
+        text += line + "\n";
     }
-    return html;
+    return text;
+}
+
+std::string html_of(std::string_view code, const SelectedDeclaration& declaration) {
+    return code_html(code, declaration.language, declaration.symbol->path);
 }
 
 View source_view(const SelectedDeclaration& declaration) {
@@ -67,7 +71,7 @@ View source_view(const SelectedDeclaration& declaration) {
         {"count", text_of(std::ssize(declaration.source))},
         {"is_one_line", declaration.source.size() == 1},
         {"numbers", text_of(line_numbers(first, declaration.source.size()))},
-        {"code", text_of(code_html(declaration.source))},
+        {"code", text_of(html_of(joined_lines(declaration.source), declaration))},
     });
 }
 
@@ -86,7 +90,7 @@ View declarations_view(const Page& page, storage::Database& db, const Links& lin
         view.set("inside", text_of(page.fan_in.inside.get(symbol.id, 0)));
         view.set("is_entry", page.fan_in.entry.contains(symbol.id));
         view.set("documentation", text_if_any(lead_html(declaration.documentation)));
-        view.set("signature", text_if_any(html_text(declaration.signature)));
+        view.set("signature", text_if_any(html_of(declaration.signature, declaration)));
         const SelectedDeclaration* const outer = around[place];
         view.set("around", outer == nullptr ? View(false) : declaration_view(*outer->symbol, outer->name, links));
         view.set("source", outer == nullptr ? source_view(declaration) : View(false));

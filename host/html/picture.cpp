@@ -129,10 +129,10 @@ std::string arrow_svg(const GraphArrow& arrow, const std::vector<Point>& points,
 }
 
 std::string node_svg(std::size_t place, const GraphNode& node, const DrawnNode& drawn, const Point& center) {
-    constexpr std::array<std::string_view, 3> CLASSES{"user", "page", "used"};
+    constexpr std::array<std::string_view, 3> CLASSES_OF_SIDES{"user", "page", "used"};
     const Point corner{center.x - drawn.width / 2, center.y - BOX_HEIGHT / 2};
     std::string svg = "<a class=\"node ";
-    svg.append(CLASSES.at(static_cast<std::size_t>(node.side))).append(node.files > 0 ? " folder" : "");
+    svg.append(CLASSES_OF_SIDES.at(static_cast<std::size_t>(node.side))).append(node.files > 0 ? " folder" : "");
     svg += (drawn.anchor.empty() ? "\"" : "\" href=\"#" + drawn.anchor + "\"") + " data-node=\"" +
            std::to_string(place) + "\" aria-label=\"" + html_text(drawn.path) + "\"><title>" + html_text(drawn.path) +
            "</title><rect x=\"" + number(corner.x) + "\" y=\"" + number(corner.y) + "\" width=\"" +

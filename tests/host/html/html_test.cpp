@@ -1,5 +1,6 @@
 // Pages as `wiki-scope page --format html` prints them, without a browser.
 
+#include "host/html/code_html.h"
 #include "tests/host/indexed_folder.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace host {
@@ -137,6 +139,29 @@ TEST_F(HtmlPage, DrawsWhoUsesItAndFoldsFoldersUntilThirtyNodesAreLeft) {
     EXPECT_EQ(labels, std::vector<std::string>({"few/deep/, 20 files", "many/, 40 files"}));
     EXPECT_LE(all(page, "class=\"node (user|page|used)").size(), 30U);
     EXPECT_NE(page.find("<td class=\"number\">1190</td>"), std::string::npos);  // 50 + ... + 69
+}
+
+TEST_F(HtmlPage, ColorsCodeByWhatItIsInEveryLanguage) {
+    const std::string keyword = "<span class=\"k\">";
+    const std::string type = "<span class=\"t\">";
+    const std::string function = "<span class=\"f\">";
+    const std::string number = "<span class=\"n\">";
+    const std::string comment = "<span class=\"c\">";
+    const std::string string = "<span class=\"s\">";
+    const std::string end = "</span>";
+    for (const auto& [name, code, html] : std::vector<std::tuple<std::string, std::string, std::string>>{
+             {"a.ts", "class A {}", keyword + "class" + end + " " + type + "A" + end + " {}"},
+             {"a.tsx", "return 1", keyword + "return" + end + " " + number + "1" + end},
+             {"a.js", "f('<') // x", function + "f" + end + "(" + string + "&#39;&lt;&#39;" + end + ") " + comment},
+             {"a.py", "return f(1)", keyword + "return" + end + " " + function + "f" + end + "(" + number + "1" + end},
+             {"a.go", "func f() {}", keyword + "func" + end + " " + function + "f" + end + "() {}"},
+             {"a.rs", "fn f() {}", keyword + "fn" + end + " " + function + "f" + end + "() {}"},
+             {"a.java", "class A {}", keyword + "class" + end + " " + type + "A" + end + " {}"},
+             {"a.c", "return f(1);", keyword + "return" + end + " " + function + "f" + end + "(" + number + "1" + end},
+             {"a.cc", "class A {};", keyword + "class" + end + " " + type + "A" + end + " {};"},
+             {"a.txt", "class A {}", "class A {}"}}) {
+        EXPECT_TRUE(html::code_html(code, "", name).starts_with(html)) << html::code_html(code, "", name);
+    }
 }
 
 TEST_F(HtmlPage, TakesFewBytesWithoutSources) {
