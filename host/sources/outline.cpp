@@ -273,7 +273,7 @@ class ParsedText {
         if (content != Content::DECLARATIONS && language_->read_syntax != nullptr) {
             outline.syntax = language_->read_syntax(text_, tree_.root());
             if (content == Content::NAMES) {
-                outline.syntax->places = {};
+                outline.syntax->places = std::vector<syntax::TokenPlace>();  // {} would keep the memory
             }
         }
         return outline;

@@ -15,7 +15,7 @@ ReadSources::ReadSources(const Checkout& checkout, const ListedSources& listed, 
     const SourceReading reading(checkout, known == nullptr ? nullptr : &known->facts, spool);
     const auto read = [&](std::size_t at) {
         files_[at] = reading.read(listed.sources[at].path, known == nullptr ? 0 : known->content_hashes[at]);
-        files_[at].facts.declarations = {};  // which are in the spool
+        files_[at].facts.declarations = std::vector<DeclarationFacts>();  // {} would keep the memory
     };
     on_all_cores(files_.size(), read, [&](std::size_t count) { progress.advance(count); });
     repository_.packages = manifests::packages_of(checkout, listed.paths);
