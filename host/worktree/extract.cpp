@@ -18,19 +18,16 @@ using indexing::ImportReport;
 using resolve::Evidence;
 using resolve::FileId;
 
-// Returns what a file declares, without what is defined elsewhere. References to a constructor lead to its type.
-// Alternatives are one declaration, from the first line of the first to the last of the last.
-FileDeclarations declared_in(ReadFile& file, FileId id, const resolve::Resolver& resolver,
-                             const SourceSymbols& symbols) {
+// Returns what a file declares. References to a constructor lead to its type. Alternatives are one declaration, from the
+// first line of the first to the last of the last.
+FileDeclarations declared_in(ReadFile& file, FileId id, const SourceSymbols& symbols) {
     FileDeclarations declared;
     declared.line_count = file.facts.line_count;
     declared.modules.push_back(symbols.number({id, resolve::Target::MODULE}));
     const std::vector<syntax::Declaration>& stated = file.facts.syntax.declarations;
     std::unordered_map<syntax::DeclarationId, std::uint32_t> places;
-    for (ReadDeclaration& read : file.declarations) {
-        if (resolver.is_defined_elsewhere(id, read.id)) {
-            continue;
-        }
+    declared.declarations.reserve(file.declarations.size());
+    for (ReadDeclaration& read : std::exchange(file.declarations, {})) {
         const syntax::DeclarationId of = stated[read.id].alternative_of;
         const syntax::DeclarationId first = of == syntax::NO_DECLARATION ? read.id : of;
         const auto [place, is_new] =
@@ -44,6 +41,7 @@ FileDeclarations declared_in(ReadFile& file, FileId id, const resolve::Resolver&
             row.further_signatures.push_back(read.row.signature);
         }
     }
+    declared.symbols.reserve(places.size());
     for (const auto& [declaration, place] : places) {
         const indexing::Declaration& row = declared.declarations[place];
         const auto type = row.kind == "constructor" ? places.find(stated[declaration].parent) : places.end();
@@ -105,7 +103,7 @@ indexing::ExtractedFile described_file(const resolve::File& file, FileId id, con
     return described;
 }
 
-void report_file(const ReadFile& file, const resolve::References& references, ImportReport& report) {
+void report_file(const ReadFile& file, ImportReport& report) {
     if (file.content_hash == 0) {
         report.unread.add(file.path);
         return;
@@ -117,8 +115,8 @@ void report_file(const ReadFile& file, const resolve::References& references, Im
     if (file.facts.is_damaged) {
         report.damaged.add(file.path);
     }
-    if (references.unresolved > 0) {
-        report.unresolved_by_language[std::string(file.facts.language)] += references.unresolved;
+    if (file.references.unresolved > 0) {
+        report.unresolved_by_language[std::string(file.facts.language)] += file.references.unresolved;
     }
 }
 
@@ -140,23 +138,30 @@ std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declar
     return spooled;
 }
 
+void resolve_names(ReadFile& file, FileId id, const resolve::Resolver& resolver) {
+    file.references = resolver.references_of(id);
+    std::erase_if(file.declarations,
+                  [&](const ReadDeclaration& each) { return resolver.is_defined_elsewhere(id, each.id); });
+}
+
 indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
-                             const resolve::Resolver& resolver, std::span<const resolve::References> references,
                              std::span<const FoundNames> described, ImportReport& report) {
     indexing::Extraction extraction;
+    extraction.files.reserve(repository.files.size());
     auto symbols = std::make_unique<SourceSymbols>(repository);
     for (FileId id = 0; id < files.size(); ++id) {
         ReadFile& file = files[id];
         indexing::ExtractedFile extracted;
         extracted.path = file.path;
         extracted.language = file.facts.language;
-        extracted.declared = declared_in(file, id, resolver, *symbols);
+        extracted.declared = declared_in(file, id, *symbols);
         extracted.content_hash = file.content_hash;
         extracted.steps = 1;
-        add_references(references[id], *symbols, extraction.tokens, extracted);
+        add_references(file.references, *symbols, extraction.tokens, extracted);
         extraction.files.push_back(std::move(extracted));
         extraction.summaries.push_back(file.facts.summary);
-        report_file(file, references[id], report);
+        report_file(file, report);
+        file.references = {};
     }
     for (std::size_t at = 0; at < described.size(); ++at) {
         const auto id = static_cast<FileId>(files.size() + at);

@@ -20,12 +20,13 @@ struct ReadDeclaration {
     indexing::Declaration row;  ///< its symbol is not set
 };
 
-/// A file of the checkout, read. Its texts are in a spool.
+/// A file of the checkout, read, and then resolved. Its texts are in a spool.
 struct ReadFile {
     std::string path;
     std::int64_t content_hash = 0;  ///< 0 when it could not be read
     SourceFacts facts;
     std::vector<ReadDeclaration> declarations;  ///< those of `facts`, which serve no further
+    resolve::References references;
 };
 
 /// What the resolver found of a file that another front end describes.
@@ -37,12 +38,15 @@ struct FoundNames {
 /// Puts the texts of declarations into the spool.
 std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool);
 
+/// Resolves the names of the file with this number, and drops its declarations that are defined elsewhere. May be called
+/// for several files at once.
+void resolve_names(ReadFile& file, resolve::FileId id, const resolve::Resolver& resolver);
+
 /// Returns what an index is made from. `repository` holds the files in the order of `files`, and then those that another
-/// front end describes (read_sources.h). `references` and `described` are what the resolver found for the former and the
-/// latter. `repository` and what it points at must outlive the extraction. Adds to `report` what was
-/// read, and what could not be.
+/// front end describes (read_sources.h), of which `described` is what the resolver found. `repository` and what it points
+/// at must outlive the extraction. Takes declarations and references out of `files`. Adds to `report` what was read, and
+/// what could not be.
 indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
-                             const resolve::Resolver& resolver, std::span<const resolve::References> references,
                              std::span<const FoundNames> described, indexing::ImportReport& report);
 
 }  // namespace host::worktree

@@ -27,24 +27,31 @@ indexing::Extraction ReadSources::extract(const std::vector<resolve::File>& desc
         repository_.files.push_back({file.path, file.facts.dialect, &file.facts.syntax});
     }
     repository_.files.insert(repository_.files.end(), described.begin(), described.end());
+    const std::vector<FoundNames> found = resolve_files(described.size(), progress);
+    for (const ReadFile& file : files_) {
+        imported_.push_back({file.content_hash, file.references.unresolved});
+    }
+    return worktree::extract(files_, repository_, found, report);
+}
+
+std::vector<FoundNames> ReadSources::resolve_files(std::size_t described, indexing::Progress& progress) {
     const resolve::Resolver resolver(repository_);
-    std::vector<resolve::References> references(files_.size());
-    std::vector<FoundNames> names(described.size());
     on_all_cores(
         files_.size(),
-        [&](std::size_t at) { references[at] = resolver.references_of(static_cast<resolve::FileId>(at)); },
+        [&](std::size_t at) {
+            resolve_names(files_[at], static_cast<resolve::FileId>(at), resolver);
+            files_[at].facts.syntax.mentions = std::vector<syntax::Mention>();  // {} would keep the memory
+        },
         [&](std::size_t count) { progress.advance(count); });
+    std::vector<FoundNames> found(described);
     on_all_cores(
-        described.size(),
+        found.size(),
         [&](std::size_t at) {
             const auto file = static_cast<resolve::FileId>(files_.size() + at);
-            names[at] = {resolver.tokens_of(file), resolver.imports_of(file)};
+            found[at] = {resolver.tokens_of(file), resolver.imports_of(file)};
         },
         [&](std::size_t) { progress.report(); });
-    for (std::size_t at = 0; at < files_.size(); ++at) {
-        imported_.push_back({files_[at].content_hash, references[at].unresolved});
-    }
-    return worktree::extract(files_, repository_, resolver, references, names, report);
+    return found;
 }
 
 }  // namespace host::worktree

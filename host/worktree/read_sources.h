@@ -49,6 +49,10 @@ class ReadSources {
     [[nodiscard]] const std::vector<ImportedSource>& imported() const { return imported_; }
 
   private:
+    // Resolves the names of the files, whose mentions serve no further, and of the files that are described. Returns
+    // what was found of these.
+    std::vector<FoundNames> resolve_files(std::size_t described, indexing::Progress& progress);
+
     std::vector<ReadFile> files_;
     resolve::Repository repository_;
     std::vector<ImportedSource> imported_;

@@ -59,19 +59,18 @@ class Refresh {
         }
         const resolve::Resolver resolver(repository);
         progress.report();
-        std::vector<resolve::References> references(files_.size());
         on_all_cores(
-            indexed_.changed.size(),
-            [&](std::size_t at) { references[indexed_.changed[at]] = resolver.references_of(indexed_.changed[at]); },
+            files_.size(),
+            [&](std::size_t at) { resolve_names(files_[at], static_cast<resolve::FileId>(at), resolver); },
             [&](std::size_t) { progress.report(); });
         std::map<std::string, std::int64_t> unresolved;
         for (const std::uint32_t file : indexed_.changed) {
-            unresolved_[file] = references[file].unresolved;
+            unresolved_[file] = files_[file].references.unresolved;
             unresolved[std::string(files_[file].facts.language)] +=
-                references[file].unresolved - indexed_.sources[file].unresolved;
+                files_[file].references.unresolved - indexed_.sources[file].unresolved;
         }
         indexing::ImportReport report;
-        const indexing::Extraction extraction = extract(files_, repository, resolver, references, {}, report);
+        const indexing::Extraction extraction = extract(files_, repository, {}, report);
         return indexing::revise(extraction, indexed_.changed, state, unresolved, spool_);
     }
 
