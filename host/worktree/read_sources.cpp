@@ -5,9 +5,20 @@
 #include "host/threads/all_cores.h"
 #include "host/worktree/source_reading.h"
 
+#include <malloc.h>
+
 #include <cstddef>
 
 namespace host::worktree {
+
+namespace {
+
+// Gives free memory back to the system, which the allocator keeps for each thread: others go on, and could not use it.
+void release_free_memory() {
+    malloc_trim(0);
+}
+
+}  // namespace
 
 ReadSources::ReadSources(const Checkout& checkout, const ListedSources& listed, const KnownSources* known,
                          TextSpool& spool, indexing::Progress& progress)
@@ -18,6 +29,7 @@ ReadSources::ReadSources(const Checkout& checkout, const ListedSources& listed, 
         files_[at].facts.declarations = std::vector<DeclarationFacts>();  // {} would keep the memory
     };
     on_all_cores(files_.size(), read, [&](std::size_t count) { progress.advance(count); });
+    release_free_memory();
     repository_.packages = manifests::packages_of(checkout, listed.paths);
 }
 
@@ -28,6 +40,7 @@ indexing::Extraction ReadSources::extract(const std::vector<resolve::File>& desc
     }
     repository_.files.insert(repository_.files.end(), described.begin(), described.end());
     const std::vector<FoundNames> found = resolve_files(described.size(), progress);
+    release_free_memory();
     for (const ReadFile& file : files_) {
         imported_.push_back({file.content_hash, file.references.unresolved});
     }
