@@ -55,12 +55,7 @@ Catalog::Catalog(const Repository& repository)
         std::vector<Name>& names = names_of_files_.emplace_back();
         names.reserve(syntax(file).names.size());
         for (syntax::NameId each = 0; each < syntax(file).names.size(); ++each) {
-            const std::string_view spelling = syntax(file).name(each);
-            const auto [found, is_new] = names_.try_emplace(spelling, static_cast<Name>(names_.size()));
-            if (is_new) {
-                spellings_.push_back(spelling);
-            }
-            names.push_back(found->second);
+            names.push_back(spellings_.add(syntax(file).name(each)));
         }
         first_symbols_.push_back(static_cast<Symbol>(files_of_symbols_.size()));
         files_of_symbols_.insert(files_of_symbols_.end(), syntax(file).declarations.size(), file);
@@ -74,11 +69,6 @@ const syntax::Syntax& Catalog::syntax(FileId id) const {
     static const syntax::Syntax nothing;
     const syntax::Syntax* const stated = file(id).syntax;
     return stated == nullptr ? nothing : *stated;
-}
-
-Name Catalog::name(std::string_view spelling) const {
-    const auto found = names_.find(spelling);
-    return found == names_.end() ? NONE : found->second;
 }
 
 Symbol Catalog::around(Symbol symbol) const {

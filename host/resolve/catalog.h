@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/resolve/repository.h"
+#include "host/resolve/spellings.h"
 
 #include <compare>
 #include <cstddef>
@@ -20,9 +21,6 @@ using Symbol = std::uint32_t;
 
 /// What has members: a module, a namespace or a type. Namespaces of one name in one container are one container.
 using Container = std::uint32_t;
-
-/// A name of the repository: equal spellings have one number.
-using Name = std::uint32_t;
 
 inline constexpr std::uint32_t NONE = 0xFFFF'FFFF;
 
@@ -60,7 +58,7 @@ class Catalog {
     /// Returns the number of a name of a file.
     [[nodiscard]] Name name(FileId file, syntax::NameId name) const { return names_of_files_[file][name]; }
     /// Returns the number of a spelling; NONE when no file has it.
-    [[nodiscard]] Name name(std::string_view spelling) const;
+    [[nodiscard]] Name name(std::string_view spelling) const { return spellings_.find(spelling, NONE); }
     [[nodiscard]] std::string_view spelling(Name name) const { return spellings_[name]; }
 
     // Symbols.
@@ -145,8 +143,7 @@ class Catalog {
     [[nodiscard]] Name bound_name(const ImportPlace& place) const;
 
     const Repository& repository_;
-    std::unordered_map<std::string_view, Name> names_;
-    std::vector<std::string_view> spellings_;        // by name
+    Spellings spellings_;
     std::vector<std::vector<Name>> names_of_files_;  // by file, then by its own number of the name
     std::vector<Symbol> first_symbols_;              // by file; one more element holds the number of all
     std::vector<FileId> files_of_symbols_;
