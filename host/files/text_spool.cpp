@@ -1,5 +1,8 @@
 #include "host/files/text_spool.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace host {
 
 SpooledText TextSpool::add(std::string_view text) {
@@ -14,13 +17,21 @@ SpooledText TextSpool::add(std::string_view text) {
 }
 
 std::string TextSpool::read(const SpooledText& text) {
+    constexpr std::uint64_t AT_ONCE = 65'536;  // bytes: texts are mostly read in the order in which they were added
+    if (text.empty()) {
+        return {};
+    }
     const std::lock_guard lock(mutex_);
     if (text.offset + text.size > file_.size()) {
         flush();
     }
-    std::string result(text.size, '\0');
-    file_.read(text.offset, result);
-    return result;
+    if (text.offset < read_from_ || text.offset + text.size > read_from_ + read_.size()) {
+        std::string part(std::max(text.size, std::min(AT_ONCE, file_.size() - text.offset)), '\0');
+        file_.read(text.offset, part);
+        read_ = std::move(part);
+        read_from_ = text.offset;
+    }
+    return read_.substr(text.offset - read_from_, text.size);
 }
 
 void TextSpool::flush() {

@@ -35,7 +35,9 @@ class TextSpool {
 
     NamelessFile file_;
     std::mutex mutex_;
-    std::string end_;  // texts that are not written yet
+    std::string end_;              // texts that are not written yet
+    std::string read_;             // what was last read of the file
+    std::uint64_t read_from_ = 0;  // where that begins
 };
 
 }  // namespace host
