@@ -44,7 +44,9 @@ indexing::Extraction ReadSources::extract(const std::vector<resolve::File>& desc
     for (const ReadFile& file : files_) {
         imported_.push_back({file.content_hash, file.references.unresolved});
     }
-    return worktree::extract(files_, repository_, found, report);
+    indexing::Extraction extraction = worktree::extract(files_, repository_, found, report);
+    release_free_memory();
+    return extraction;
 }
 
 std::vector<FoundNames> ReadSources::resolve_files(std::size_t described, indexing::Progress& progress) {
