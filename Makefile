@@ -1,6 +1,6 @@
 # Everything a person or CI does with this project. Builds are CMake presets, below build/.
 
-.PHONY: all test sanitize fuzz release install package install-check demo truth serve-check server-check style lint bench format clean
+.PHONY: all test sanitize fuzz release install package install-check demo truth serve-check view-check server-check style lint bench format clean
 
 all: build/dev/build.ninja
 	cmake --build --preset dev
@@ -40,6 +40,12 @@ serve-check: build/dev/build.ninja
 	tools/install-packages demo
 	cmake --build --preset dev --target wiki-scope
 	clients/run build/dev/host/wiki-scope
+
+# Has a browser look at pages of HTML: links, tools, colors, access; needs the network once.
+view-check: build/dev/build.ninja
+	tools/install-packages view
+	cmake --build --preset dev --target wiki-scope
+	tests/view/run build/dev/host/wiki-scope
 
 # Has pages and imports work with a PostgreSQL server of its own, then for LOAD_SECONDS under load while it fails.
 LOAD_SECONDS = 60

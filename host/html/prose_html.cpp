@@ -5,6 +5,7 @@
 #include "host/page/lead_blocks.h"
 #include "host/text/blanks.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -32,6 +33,15 @@ std::string without_references(std::string_view prose) {
         prose.remove_prefix(length);
     }
     return text;
+}
+
+// Prose on one line: code spans as such, everything else as text.
+std::string inline_html(std::string_view prose) {
+    std::string html;
+    for (const InlinePart& part : inline_parts(prose)) {
+        html += part.is_code ? "<code>" + html_text(part.text) + "</code>" : html_text(without_references(part.text));
+    }
+    return std::string(trimmed(html));
 }
 
 std::string code_block(const std::vector<std::string>& lines) {
@@ -97,12 +107,31 @@ class LeadWriter {
 
 }  // namespace
 
-std::string inline_html(std::string_view prose) {
+std::string html_of_markdown(std::string_view line) {
     std::string html;
-    for (const InlinePart& part : inline_parts(prose)) {
-        html += part.is_code ? "<code>" + html_text(part.text) + "</code>" : html_text(without_references(part.text));
+    std::string text;
+    const auto end_text = [&] {
+        html += html_text(without_references(text));
+        text.clear();
+    };
+    while (!line.empty()) {
+        const std::size_t fence = std::min(line.find_first_not_of('`'), line.size());
+        const std::size_t close = fence == 0 ? std::string_view::npos : line.find(line.substr(0, fence), fence);
+        if (line.front() == '\\' && line.size() > 1) {
+            text += line[1];
+            line.remove_prefix(2);
+        } else if (close != std::string_view::npos) {
+            end_text();
+            html += "<code>" + html_text(trimmed(line.substr(fence, close - fence))) + "</code>";
+            line.remove_prefix(close + fence);
+        } else {
+            const std::size_t length = std::max<std::size_t>(fence, 1);
+            text += line.substr(0, length);
+            line.remove_prefix(length);
+        }
     }
-    return std::string(trimmed(html));
+    end_text();
+    return html;
 }
 
 std::string lead_html(std::string_view documentation) {

@@ -6,8 +6,9 @@
 
 namespace host::html {
 
-/// Returns prose on one line as HTML: code spans as such, everything else as text.
-std::string inline_html(std::string_view prose);
+/// Returns Markdown of one line, as inline_markdown.h prints it, as HTML: its code spans as such, everything else as
+/// text.
+std::string html_of_markdown(std::string_view line);
 
 /// Returns the lead of a doc comment (lead_blocks.h) as HTML: paragraphs, lists, and the code in these. Empty when there
 /// is none. What the comment has of HTML is shown as text, or left out as inline_markdown.h says.

@@ -30,6 +30,16 @@ View most_used_view(const FileCard& card, const Links& links) {
     });
 }
 
+// A file by the end of its path, which tells it from most others; its whole path is there for whoever asks.
+View user_view(const Text& path, const Links& links) {
+    const std::size_t slash = path.view().substr(0, path.view().rfind('/')).rfind('/');
+    const bool is_short = path.view().find('/') == std::string_view::npos || slash == std::string_view::npos;
+    View view = file_view(path, links);
+    view.set("end", text_of(path_html(is_short ? path.view() : path.view().substr(slash + 1))));
+    view.set("whole", text_of(path));
+    return view;
+}
+
 View card_view(const FileCard& card, const Links& links) {
     return object_of({
         {"anchor", text_if_any(card.is_indexed ? links.file(card.path) : "")},
@@ -37,16 +47,16 @@ View card_view(const FileCard& card, const Links& links) {
         {"is_indexed", card.is_indexed},
         {"lines", card.lines ? text_of(*card.lines) : text_of("?")},
         {"declarations", text_of(static_cast<std::int64_t>(card.declarations))},
-        {"summary", text_if_any(inline_html(card.summary))},
+        {"summary", text_if_any(html_of_markdown(card.summary))},
         {"most_used", most_used_view(card, links)},
         {"has_most_used", !card.most_used.shown.empty()},
         {"most_used_left_out", number_if_any(card.most_used.left_out())},
         {"is_used_inside_only", card.is_used_inside_only},
         {"users_count", text_of(static_cast<std::int64_t>(card.users.total))},
-        {"users", list_of(card.users.shown, [&](const auto& user) { return file_view(user.path, links); })},
+        {"users", list_of(card.users.shown, [&](const auto& user) { return user_view(user.path, links); })},
         {"users_left_out", number_if_any(card.users.left_out())},
         {"tests_count", text_of(static_cast<std::int64_t>(card.tests.total))},
-        {"tests", list_of(card.tests.shown, [&](const Text& test) { return file_view(test, links); })},
+        {"tests", list_of(card.tests.shown, [&](const Text& test) { return user_view(test, links); })},
         {"tests_left_out", number_if_any(card.tests.left_out())},
     });
 }
