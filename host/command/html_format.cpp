@@ -30,7 +30,8 @@ void write_page(std::ostream& out, const RequestedPage& page, storage::Database&
                       .only = page.request().only,
                       .with_source = page.request().with_source,
                       .remarks = page.remarks(),
-                      .origin = origin});
+                      .origin = origin,
+                      .links = page.source_links()});
 }
 
 }  // namespace
@@ -45,6 +46,7 @@ void choose_all_sections(PageRequest& request) {
 
 void write_html(std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head) {
     html::Origin origin = origin_of(index);
+    origin.commit = page.request().commit.empty() ? index.noted(notes::COMMIT) : page.request().commit;
     origin.made = index.origin().made;
     write_page(out, page, index, head, origin);
 }

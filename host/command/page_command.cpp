@@ -53,8 +53,8 @@ PageRequest request_of(const PageArguments& arguments) {
     if (arguments.format != "markdown" && (request.max_bytes || request.max_tokens)) {
         throw CLI::ValidationError(request.max_bytes ? "--max-bytes" : "--max-tokens", "applies to Markdown only");
     }
-    if (arguments.format != "markdown" && !arguments.source_url.empty()) {
-        throw CLI::ValidationError("--source-url", "applies to Markdown only");
+    if (arguments.format == "json" && !arguments.source_url.empty()) {
+        throw CLI::ValidationError("--source-url", "applies to Markdown and HTML only");
     }
     if (arguments.format == "json") {
         request.format = PageRequest::Format::JSON;
@@ -133,7 +133,7 @@ void add_page_command(CLI::App& app) {
                   "Print the signatures of the declarations, instead of their source");
 
     page.add_option("--source-url", arguments->source_url,
-                    "Make each citation in the Markdown a link: an address with {commit}, {path}, {first} and {last}")
+                    "Make each citation a link, but not in JSON: an address with {commit}, {path}, {first} and {last}")
         ->type_name("URL")
         ->check(fault_of_url);
 

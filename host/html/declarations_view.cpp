@@ -91,6 +91,10 @@ View declarations_view(const Page& page, storage::Database& db, const Links& lin
         view.set("is_entry", page.fan_in.entry.contains(symbol.id));
         view.set("documentation", text_if_any(lead_html(declaration.documentation)));
         view.set("signature", text_if_any(html_of(declaration.signature, declaration)));
+        view.set("has_uses", !declaration.uses.shown.empty());
+        view.set("uses", list_of(declaration.uses.shown,
+                                 [&](const UseSite& site) { return site_view(site.path, site.line, links); }));
+        view.set("uses_left_out", number_if_any(declaration.uses.left_out()));
         const SelectedDeclaration* const outer = around[place];
         view.set("around", outer == nullptr ? View(false) : declaration_view(*outer->symbol, outer->name, links));
         view.set("source", outer == nullptr ? source_view(declaration) : View(false));

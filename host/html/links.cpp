@@ -2,8 +2,8 @@
 
 namespace host::html {
 
-Links::Links(const Page& page, const SectionChoice& sections)
-    : anchors_(page.facts), has_outline_(sections.contains(Section::OUTLINE)) {
+Links::Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources)
+    : anchors_(page.facts), has_outline_(sections.contains(Section::OUTLINE)), sources_(sources) {
     if (sections.contains(Section::FILES)) {
         files_ = page.facts.paths();
     }
@@ -20,6 +20,10 @@ std::string Links::file(const models::Text& path) const {
 
 std::string Links::declaration(const storage::ScopeSymbol& symbol) const {
     return has_outline_ || has_block(symbol) ? anchors_.of(symbol) : "";
+}
+
+std::string Links::source(std::string_view path, const std::optional<wiki::scope::LineRange>& lines) const {
+    return sources_ == nullptr || !lines ? "" : sources_->url.of(sources_->commit, path, lines->first, lines->last);
 }
 
 }  // namespace host::html

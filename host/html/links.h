@@ -1,19 +1,22 @@
-// Links within a page: only to what stands on it.
+// Links within a page, only to what stands on it, and to a site with the sources.
 #pragma once
 
 #include "host/html/anchors.h"
+#include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/section.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 namespace host::html {
 
 class Links {
   public:
-    /// `page` must outlive it.
-    Links(const Page& page, const SectionChoice& sections);
+    /// `page` and `sources`, which may be null, must outlive it.
+    Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources = nullptr);
 
     /// The anchor of a file, without "#"; empty when the file does not stand on the page.
     [[nodiscard]] std::string file(const models::Text& path) const;
@@ -24,11 +27,15 @@ class Links {
     /// Whether the declaration has a block of its own, which its anchor leads to.
     [[nodiscard]] bool has_block(const storage::ScopeSymbol& symbol) const { return blocks_.contains(symbol.id); }
 
+    /// The address of some lines of a file; empty without lines, or when nobody has named a site.
+    [[nodiscard]] std::string source(std::string_view path, const std::optional<wiki::scope::LineRange>& lines) const;
+
   private:
     DeclarationAnchors anchors_;
     models::TextSet files_;                         // that stand on the page
     std::unordered_set<storage::SymbolId> blocks_;  // declarations that have one
     bool has_outline_;
+    const SourceLinks* sources_;
 };
 
 }  // namespace host::html

@@ -54,7 +54,7 @@ View extent_view(const Page& page) {
 }
 
 View page_view(const Page& page, storage::Database& db, const HtmlOptions& options) {
-    const Links links(page, options.only);
+    const Links links(page, options.only, options.links);
     View view = object_of({
         {"title", text_of(options.head.title)},
         {"stamp", text_if_any(options.head.stamp)},
@@ -66,6 +66,7 @@ View page_view(const Page& page, storage::Database& db, const HtmlOptions& optio
         {"has_doubts", !options.remarks.empty()},
         {"doubts", list_of(options.remarks, [](const std::string& remark) { return text_of(remark); })},
         {"indexer", text_if_any(options.origin.indexer)},
+        {"commit", text_if_any(options.origin.commit)},
         {"made", text_if_any(options.origin.made)},
         {"program", text_if_any(options.origin.program)},
     });

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/index/database.h"
+#include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/page_head.h"
 #include "host/page/section.h"
@@ -18,6 +19,7 @@ namespace host::html {
 /// Where the facts of a page come from. Each text may be empty.
 struct Origin {
     std::string indexer = {};  ///< with its version
+    std::string commit = {};   ///< that the sources are of
     std::string made = {};     ///< when the index was written, in UTC: "2026-11-24T10:53:02Z"
     std::string program = {};  ///< what has written the page, with its version
 };
@@ -28,6 +30,7 @@ struct HtmlOptions {
     bool with_source = true;             ///< whether the selected declarations stand with their sources
     std::vector<std::string> remarks{};  ///< what leaves the page in doubt, one line each
     Origin origin = {};
+    const SourceLinks* links = nullptr;  ///< where citations lead; null where they are plain text
 };
 
 /// Writes the page. Equal pages of equal options have equal bytes. Whatever an index, a path or a source holds is shown

@@ -4,6 +4,7 @@
 #include "host/html/prose_html.h"
 #include "host/page/citation.h"
 #include "host/page/outline.h"
+#include "host/page/use_sites.h"
 #include "workers/wiki/scope/consumers.h"
 #include "workers/wiki/scope/file_cards.h"
 #include "workers/wiki/scope/neighbours.h"
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace host::html {
@@ -73,8 +75,10 @@ std::int64_t references_from_outside(const Page& page) {
     return outside.get(Text(), 0);
 }
 
-View consumer_view(const wiki::scope::Consumer& consumer, std::int64_t most, std::int64_t all) {
+View consumer_view(const wiki::scope::Consumer& consumer, const std::optional<std::int32_t>& first_use,
+                   std::int64_t most, std::int64_t all, const Links& links) {
     return object_of({
+        {"first_use", first_use ? site_view(consumer.path, first_use, links) : View(false)},
         {"path", text_of(path_html(consumer.path))},
         {"references", text_of(consumer.references)},
         {"bar", text_of(percent_of(consumer.references, most))},
@@ -108,9 +112,19 @@ View declaration_view(const ScopeSymbol& symbol, const std::string& name, const 
         {"anchor", text_if_any(links.declaration(symbol))},
         {"name", text_of(name)},
         {"kind", text_of(symbol.kind)},
-        {"citation", text_of(citation(symbol.path, cited_lines(symbol)))},
+        {"citation", citation_view(symbol.path, cited_lines(symbol), links)},
         {"line", text_of(std::int64_t{symbol.start_line})},
     });
+}
+
+View citation_view(std::string_view path, const std::optional<wiki::scope::LineRange>& lines, const Links& links) {
+    return object_of({{"text", text_of(citation(path, lines))}, {"url", text_if_any(links.source(path, lines))}});
+}
+
+View site_view(std::string_view path, const std::optional<std::int32_t>& line, const Links& links) {
+    const std::optional<wiki::scope::LineRange> lines =
+        line ? std::optional(wiki::scope::LineRange{*line, *line}) : std::nullopt;
+    return object_of({{"text", text_of(citation(path, line))}, {"url", text_if_any(links.source(path, lines))}});
 }
 
 std::string percent_of(std::int64_t number, std::int64_t largest) {
@@ -127,10 +141,15 @@ View consumers_view(const Page& page, const Links& links) {
     const wiki::scope::Consumers found = wiki::scope::consumers(page.facts, page.fan_in);
     const std::int64_t all = references_from_outside(page);
     const std::int64_t most = found.files.shown.empty() ? 0 : found.files.shown.front().references;
+    const std::vector<std::optional<std::int32_t>> first = first_uses(page, found.files.shown);
+    View files(View::type::list);
+    for (std::size_t at = 0; at < first.size(); ++at) {
+        files.push_back(consumer_view(found.files.shown[at], first[at], most, all, links));
+    }
     return object_of({
         {"likely", text_if_any(joined(found.unresolved_languages))},
         {"has_files", !found.files.shown.empty()},
-        {"files", list_of(found.files.shown, [&](const auto& consumer) { return consumer_view(consumer, most, all); })},
+        {"files", files},
         {"files_left_out", number_if_any(found.files.left_out())},
         {"has_uncounted", !found.uncounted.empty()},
         {"uncounted", list_of(found.uncounted,
@@ -175,7 +194,7 @@ View dependencies_view(const Page& page, const Links& links) {
                                      return object_of({
                                          {"name", text_of(target.name)},
                                          {"kind", text_of(target.kind)},
-                                         {"citation", text_of(citation(target.path, cited_lines(target)))},
+                                         {"citation", citation_view(target.path, cited_lines(target), links)},
                                          {"references", text_of(neighbour.refs)},
                                          {"bar", text_of(percent_of(neighbour.refs, most))},
                                      });
@@ -196,7 +215,7 @@ View seeds_view(const Page& page, const Links& links) {
     return object_of({{"files", list_of(seeds, [&](const auto& seed) {
                            const auto& [path, range] = seed;
                            View view = file_view(path, links);
-                           view.set("citation", text_of(citation(path, range)));
+                           view.set("citation", citation_view(path, range, links));
                            return view;
                        })}});
 }

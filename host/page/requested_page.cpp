@@ -90,7 +90,7 @@ void RequestedPage::write(std::ostream& out, const PageHead& head) const {
                         .head = head,
                         .with_source = request_.with_source,
                         .max_bytes = most_bytes(request_),
-                        .links = links_ ? &*links_ : nullptr});
+                        .links = source_links()});
     }
 }
 

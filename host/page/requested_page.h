@@ -56,6 +56,8 @@ class RequestedPage {
 
     [[nodiscard]] const PageRequest& request() const { return request_; }
     [[nodiscard]] const Page& page() const { return page_; }
+    /// Where citations lead; null where they are plain text.
+    [[nodiscard]] const SourceLinks* source_links() const { return links_ ? &*links_ : nullptr; }
 
     /// Writes the page in the format that was asked for. Throws what `write_json` and `write_markdown` throw.
     void write(std::ostream& out, const PageHead& head = {}) const;

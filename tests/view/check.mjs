@@ -36,7 +36,9 @@ const checkLinks = async (page) => {
     links
       .filter((link) => {
         const address = link.getAttribute("href");
-        return !address.startsWith("#") || document.getElementById(address.slice(1)) === null;
+        return address.startsWith("#")
+          ? document.getElementById(address.slice(1)) === null
+          : !/^https:\/\/forge\.example\/[\w\/.%<>-]+#L\d+-L\d+$/.test(address);
       })
       .map((link) => link.getAttribute("href")),
   );

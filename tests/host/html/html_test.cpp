@@ -101,6 +101,16 @@ TEST_F(HtmlPage, HasAnchorsThatStay) {
     EXPECT_TRUE(are_there(html("src/a.ts --only outline,files")));
 }
 
+TEST_F(HtmlPage, CitesUsesAndLinksEveryCitationToTheNamedSite) {
+    change("UPDATE edges SET first_line = 7 WHERE source_file_id = 3 AND target_id = 1");
+    EXPECT_EQ(all(html("src"), "href=\"(http[^\"]*)").size(), 0U);
+    const std::string page = html("src/a.ts --source-url 'https://forge.example/{path}?L{first}-{last}'");
+    for (const std::string lines : {"src/a.ts?L2-4", "src/a.ts?L3-3", "lib/c.ts?L7-7", "lib/c.ts?L5-6"}) {
+        EXPECT_NE(page.find("href=\"https://forge.example/" + lines + "\""), std::string::npos) << lines;
+    }
+    EXPECT_NE(page.find("first at <a href=\"https://forge.example/lib/c.ts?L7-7\""), std::string::npos);
+}
+
 TEST_F(HtmlPage, ForbidsABrowserAllButItsStyleAndItsScript) {
     folder.write("page.html", html("src"));
     const Outcome hashes =
