@@ -6,6 +6,8 @@
 #include "host/indexing/report_json.h"
 #include "host/page/section.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <ostream>
 #include <span>
@@ -42,6 +44,15 @@ void choose_all_sections(PageRequest& request) {
             request.only.add(section);
         }
     }
+}
+
+std::string title_of(std::span<const std::string> paths) {
+    constexpr std::size_t NAMED = 3;
+    std::string title;
+    for (const std::string& path : paths.first(std::min(paths.size(), NAMED))) {
+        title.append(title.empty() ? "" : ", ").append(path);
+    }
+    return paths.size() > NAMED ? title + " and " + std::to_string(paths.size() - NAMED) + " more" : title;
 }
 
 void write_html(std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head) {

@@ -12,6 +12,7 @@
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
 #include "host/command/stats_command.h"
+#include "host/command/view_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -74,6 +75,7 @@ int run(int argc, char** argv) {
     host::add_import_command(app);
     host::add_page_command(app);
     host::add_pages_command(app);
+    host::add_view_command(app);
     host::add_files_command(app);
     host::add_find_command(app);
     host::add_stats_command(app);

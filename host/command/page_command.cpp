@@ -14,10 +14,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cstddef>
 #include <memory>
 #include <ostream>
-#include <ranges>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -35,17 +33,6 @@ struct PageArguments {
     PathRuleOptions tests;
     PageRequest page;  // what the options say directly
 };
-
-// The paths as somebody named them, of many the first.
-std::string title_of(const PageArguments& arguments) {
-    constexpr std::size_t NAMED = 3;
-    std::string title;
-    for (const std::string& path : arguments.page.paths | std::views::take(NAMED)) {
-        title.append(title.empty() ? "" : ", ").append(path);
-    }
-    const std::size_t count = arguments.page.paths.size();
-    return count > NAMED ? title + " and " + std::to_string(count - NAMED) + " more" : title;
-}
 
 PageRequest request_of(const PageArguments& arguments) {
     PageRequest request = arguments.page;
@@ -97,7 +84,8 @@ void print_page(const PageArguments& arguments, const PageRequest& request, stor
     TextPieces text;
     if (!page.is_failure()) {
         write_to(text, [&](std::ostream& out) {
-            arguments.format == "html" ? write_html(out, page, index, {.title = title_of(arguments)}) : page.write(out);
+            arguments.format == "html" ? write_html(out, page, index, {.title = title_of(arguments.page.paths)})
+                                       : page.write(out);
         });
     }
     for (const std::string& remark : page.remarks()) {

@@ -111,6 +111,19 @@ TEST_F(HtmlPage, CitesUsesAndLinksEveryCitationToTheNamedSite) {
     EXPECT_NE(page.find("first at <a href=\"https://forge.example/lib/c.ts?L7-7\""), std::string::npos);
 }
 
+TEST_F(HtmlPage, IsWrittenWhereNobodyElseReadsAndOpened) {
+    folder.write("bin/xdg-open", "#!/bin/sh\ncat \"$1\" >opened\n");
+    const std::string view = "chmod +x bin/xdg-open && XDG_CACHE_HOME=\"$PWD/cache\" PATH=\"$PWD/bin:$PATH\" DISPLAY=";
+    const std::string command = " WAYLAND_DISPLAY= '" WIKI_SCOPE "' view src --index index.db --checkout .";
+    const Outcome opened = shell(view + ":0" + command);
+    ASSERT_EQ(opened.exit_code, 0) << opened.err;
+    EXPECT_EQ(folder.read("opened"), html("src"));
+    const Outcome told = shell(view + command);
+    EXPECT_EQ(told.out, opened.out);
+    EXPECT_EQ(told.err, "wiki-scope: no browser could be opened here; open the file above in one\n");
+    EXPECT_EQ(shell("stat -c %a \"$(dirname " + told.out.substr(0, told.out.size() - 1) + ")\"").out, "700\n");
+}
+
 TEST_F(HtmlPage, ForbidsABrowserAllButItsStyleAndItsScript) {
     folder.write("page.html", html("src"));
     const Outcome hashes =
