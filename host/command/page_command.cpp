@@ -5,10 +5,9 @@
 #include "host/command/index_option.h"
 #include "host/command/number_option.h"
 #include "host/command/path_rule_options.h"
+#include "host/command/source_url_option.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
-#include "host/git/references.h"
-#include "host/index/notes.h"
 #include "host/page/requested_page.h"
 #include "host/schemas/schemas.h"
 
@@ -16,7 +15,6 @@
 
 #include <memory>
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -58,24 +56,11 @@ PageRequest request_of(const PageArguments& arguments) {
     }
     request.with_source = !arguments.without_source;
     request.tests = arguments.tests.rules();
+    request.commit = commit_of_checkout(arguments.index);
     if (!arguments.source_url.empty()) {
         request.source_url.emplace(arguments.source_url);
     }
     return request;
-}
-
-// The index of a checkout holds what is there now, whatever commit it was made at.
-std::string commit_of(const IndexOption& option, storage::Database& index) {
-    return option.place.empty() ? git::checked_out_commit(index.noted(notes::CHECKOUT)).value_or("") : "";
-}
-
-std::string fault_of_url(const std::string& text) {
-    try {
-        SourceUrl url(text);
-        return "";
-    } catch (const std::runtime_error& error) {
-        return error.what();
-    }
 }
 
 void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
@@ -120,10 +105,7 @@ void add_page_command(CLI::App& app) {
     page.add_flag("--no-source", arguments->without_source,
                   "Print the signatures of the declarations, instead of their source");
 
-    page.add_option("--source-url", arguments->source_url,
-                    "Make each citation a link, but not in JSON: an address with {commit}, {path}, {first} and {last}")
-        ->type_name("URL")
-        ->check(fault_of_url);
+    add_source_url_option(page, arguments->source_url);
 
     add_number_option(page, "--max-bytes", arguments->page.max_bytes,
                       "How long the Markdown may be; what matters least is left out");
@@ -145,11 +127,8 @@ void add_page_command(CLI::App& app) {
     add_number("--neighbours", numbers.neighbours, "Declarations of other files that the page leans on");
 
     page.callback([arguments] {
-        PageRequest request = request_of(*arguments);
-        read_index(arguments->index, [&](storage::Database& index) {
-            request.commit = commit_of(arguments->index, index);
-            print_page(*arguments, request, index);
-        });
+        const PageRequest request = request_of(*arguments);
+        read_index(arguments->index, [&](storage::Database& index) { print_page(*arguments, request, index); });
     });
 }
 

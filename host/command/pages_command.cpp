@@ -5,6 +5,7 @@
 #include "host/command/index_option.h"
 #include "host/command/interruption.h"
 #include "host/command/progress_line.h"
+#include "host/command/source_url_option.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
 #include "host/index/index_error.h"
@@ -34,14 +35,20 @@ struct PagesArguments {
     std::string checkout;
     IndexOption index;
     std::string format = "markdown";
+    std::string source_url;
     pages::UpdateOptions update;
     bool only_lists_uncovered = false;
 };
 
 pages::Wiki wiki_of(const PagesArguments& arguments) {
     pages::Wiki wiki = pages::read_wiki(arguments.wiki);
+    const std::string commit = arguments.source_url.empty() ? "" : commit_of_checkout(arguments.index);
     for (pages::WikiPage& page : wiki.pages) {
         page.request.checkout = arguments.checkout;
+        page.request.commit = commit;
+        if (!arguments.source_url.empty()) {
+            page.request.source_url.emplace(arguments.source_url);
+        }
         if (arguments.format == "json") {
             page.request.format = PageRequest::Format::JSON;
         }
@@ -164,6 +171,7 @@ void add_pages_command(CLI::App& app) {
         ->type_name("FORMAT")
         ->check(CLI::IsMember(std::vector<std::string>{"markdown", "json", "html"}))
         ->capture_default_str();
+    add_source_url_option(pages, arguments->source_url);
     CLI::Option* const check = pages.add_flag("--check", arguments->update.is_check,
                                               "Write nothing; exit with 1 when a page would change, and say why");
     CLI::Option* const prune =

@@ -19,7 +19,7 @@ PageFile page_file(const WikiPage& page, const PageFormat& format, storage::Data
     for (const storage::ScopeFile& each : requested.page().facts.files) {
         file.files.emplace_back(each.path);
     }
-    file.facts = stated_facts(page.title, page.request, requested.page(), db);
+    file.facts = stated_facts(page.title, requested, db);
     try {
         std::ostringstream out;
         format.write(out, requested, db, {.title = page.title, .stamp = open_stamp(digest_of(to_json(file.facts)))});

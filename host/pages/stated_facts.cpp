@@ -67,10 +67,10 @@ std::string range_of(const scope::ScopeSymbol& symbol) {
 // What the sections of a page state, one after the other.
 class FactsReader {
   public:
-    FactsReader(const std::string& title, const PageRequest& request, const Page& page, storage::Database& db)
-        : request_(request), page_(page), db_(db), about_page_(aspect::GRAPH + 1) {
+    FactsReader(const std::string& title, const RequestedPage& page, storage::Database& db)
+        : request_(page.request()), page_(page.page()), db_(db), about_page_(aspect::GRAPH + 1) {
         about_page_[aspect::TITLE] = title;
-        about_page_[aspect::OPTIONS] = digest_of_options();
+        about_page_[aspect::OPTIONS] = digest_of_options(page.source_links());
     }
 
     StatedFacts read() {
@@ -114,8 +114,8 @@ class FactsReader {
         }
     }
 
-    // What the request leaves out of a page. How much is chosen shows in what the page states.
-    [[nodiscard]] std::string digest_of_options() const {
+    // What the request leaves out of a page, and where its citations lead. How much is chosen shows in what the page states.
+    [[nodiscard]] std::string digest_of_options(const SourceLinks* links) const {
         Listing listing;
         for (const Section section : SECTIONS) {
             listing.add(request_.only.contains(section) ? name_of(section) : "");
@@ -123,6 +123,7 @@ class FactsReader {
         return listing.add(request_.max_bytes.value_or(0))
             .add(request_.max_tokens.value_or(0))
             .add(request_.with_source ? "with source" : "")
+            .add(links == nullptr ? "" : links->url.of(links->commit, "", 0, 0))
             .digest();
     }
 
@@ -290,9 +291,8 @@ Statement statement_of(const nlohmann::json& row) {
 
 }  // namespace
 
-StatedFacts stated_facts(const std::string& title, const PageRequest& request, const Page& page,
-                         storage::Database& db) {
-    return FactsReader(title, request, page, db).read();
+StatedFacts stated_facts(const std::string& title, const RequestedPage& page, storage::Database& db) {
+    return FactsReader(title, page, db).read();
 }
 
 std::string to_json(const StatedFacts& facts) {

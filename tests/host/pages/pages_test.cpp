@@ -167,6 +167,28 @@ TEST_F(Pages, TellWhatTheyCover) {
     EXPECT_EQ(run("pages wiki.toml --index index.db").exit_code, 2);  // without --out
 }
 
+TEST_F(Pages, AreASiteInHtml) {
+    EXPECT_EQ(pages("--format html --source-url 'https://forge.example/{path}#L{first}'").out,
+              "The *first*: new\nAdding: new\nindex: new\n");
+    const std::string page = folder.read("docs/deep/adding.html");
+    EXPECT_NE(page.find("https://forge.example/src/a.ts#L2"), std::string::npos) << page;
+    const std::string site = folder.read("docs/index.html");
+    for (const std::string link : {"the-first.html", "the-first.html#file:src/a.ts", "the-first.html#src/a.ts:add",
+                                   "deep/adding.html#file:lib/c.ts"}) {
+        EXPECT_NE(site.find("href=\"" + link + "\""), std::string::npos) << link << site;
+        const std::size_t anchor = link.find('#');
+        const std::string target = folder.read("docs/" + link.substr(0, anchor));
+        EXPECT_NE(target.find(anchor == std::string::npos ? "<h1>" : "id=\"" + link.substr(anchor + 1) + "\""),
+                  std::string::npos)
+            << link;
+    }
+    EXPECT_EQ(pages("--format html --source-url 'https://forge.example/{path}#L{first}' --check").exit_code, 0);
+    EXPECT_NE(pages("--format html --check").out.find("Adding: other options\n"), std::string::npos);
+    folder.write("wiki.toml", "[[page]]\ntitle = 'Index'\npaths = ['src']\n");
+    EXPECT_EQ(pages("--format html").err,
+              "wiki-scope: Index: the name index is that of the file that leads to all pages; set `name`\n");
+}
+
 TEST_F(Pages, AreResourcesOfTheServer) {
     EXPECT_EQ(pages("").exit_code, 0);
     const auto asked = [](int id, const std::string& method, const std::string& params) {
