@@ -2,6 +2,7 @@
 
 #include "host/html/page_html.h"
 #include "host/html/site_index.h"
+#include "host/html/site_map.h"
 #include "host/index/notes.h"
 #include "host/indexing/report_json.h"
 #include "host/page/section.h"
@@ -12,6 +13,7 @@
 #include <ostream>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -26,14 +28,15 @@ html::Origin origin_of(storage::Database& index) {
 }
 
 void write_page(std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head,
-                const html::Origin& origin) {
+                const html::Origin& origin, const html::PageElsewhere& elsewhere = {}) {
     html::write_html(out, page.page(), index,
                      {.head = head,
                       .only = page.request().only,
                       .with_source = page.request().with_source,
                       .remarks = page.remarks(),
                       .origin = origin,
-                      .links = page.source_links()});
+                      .links = page.source_links(),
+                      .elsewhere = elsewhere});
 }
 
 }  // namespace
@@ -63,21 +66,32 @@ void write_html(std::ostream& out, const RequestedPage& page, storage::Database&
 }
 
 pages::PageFormat html_format() {
+    const std::string ending = ".html";
     const auto site = std::make_shared<html::SiteIndex>();
-    return {.ending = ".html",
-            .write =
-                [site](std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head) {
-                    site->add(head.title, page.page(), page.request().only);
-                    write_page(out, page, index, head, origin_of(index));
-                },
-            .write_index =
-                [site](std::ostream& out, std::span<const pages::MadePage> made, const std::string& stamp) {
-                    std::vector<html::SitePage> listed;
-                    for (const auto& [title, file] : made) {
-                        listed.push_back({title, file});
-                    }
-                    site->write(out, listed, stamp);
-                }};
+    const auto map = std::make_shared<html::SiteMap>();
+    return {
+        .ending = ending,
+        .begin =
+            [map, ending](const pages::Wiki& wiki, std::span<const std::vector<std::string>> files_of_pages) {
+                for (std::size_t at = 0; at < wiki.pages.size(); ++at) {
+                    const auto& [title, name, request] = wiki.pages[at];
+                    map->add({title, name + ending}, files_of_pages[at], request.only.contains(Section::FILES));
+                }
+            },
+        .write =
+            [site, map](std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head) {
+                site->add(head.title, page.page(), page.request().only);
+                write_page(out, page, index, head, origin_of(index),
+                           [&](std::string_view path) { return map->address(head.title, path); });
+            },
+        .write_index =
+            [site](std::ostream& out, std::span<const pages::MadePage> made, const std::string& stamp) {
+                std::vector<html::SitePage> listed;
+                for (const auto& [title, file] : made) {
+                    listed.push_back({title, file});
+                }
+                site->write(out, listed, stamp);
+            }};
 }
 
 }  // namespace host

@@ -1,9 +1,12 @@
 #include "host/html/links.h"
 
+#include <utility>
+
 namespace host::html {
 
-Links::Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources)
-    : anchors_(page.facts), has_outline_(sections.contains(Section::OUTLINE)), sources_(sources) {
+Links::Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources, PageElsewhere elsewhere)
+    : anchors_(page.facts), has_outline_(sections.contains(Section::OUTLINE)), sources_(sources),
+      elsewhere_(std::move(elsewhere)) {
     if (sections.contains(Section::FILES)) {
         files_ = page.facts.paths();
     }
@@ -16,6 +19,13 @@ Links::Links(const Page& page, const SectionChoice& sections, const SourceLinks*
 
 std::string Links::file(const models::Text& path) const {
     return files_.contains(path) ? file_anchor(path) : "";
+}
+
+std::string Links::address(const models::Text& path) const {
+    if (files_.contains(path)) {
+        return "#" + file_anchor(path);
+    }
+    return elsewhere_ ? elsewhere_(path) : "";
 }
 
 std::string Links::declaration(const storage::ScopeSymbol& symbol) const {

@@ -1,4 +1,4 @@
-// Links within a page, only to what stands on it, and to a site with the sources.
+// Links within a page and to other pages, only to what stands there, and to a site with the sources.
 #pragma once
 
 #include "host/html/anchors.h"
@@ -6,6 +6,7 @@
 #include "host/page/page.h"
 #include "host/page/section.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,13 +14,20 @@
 
 namespace host::html {
 
+/// Returns the address of a file on another page of the wiki; empty when it stands on none.
+using PageElsewhere = std::function<std::string(std::string_view path)>;
+
 class Links {
   public:
-    /// `page` and `sources`, which may be null, must outlive it.
-    Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources = nullptr);
+    /// `page` and `sources`, which may be null, must outlive it. `elsewhere` may be null, too.
+    Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources = nullptr,
+          PageElsewhere elsewhere = {});
 
     /// The anchor of a file, without "#"; empty when the file does not stand on the page.
     [[nodiscard]] std::string file(const models::Text& path) const;
+
+    /// The address of a file, on this page or another one; empty when it stands on none.
+    [[nodiscard]] std::string address(const models::Text& path) const;
 
     /// The anchor of a declaration that stands on the page; else empty.
     [[nodiscard]] std::string declaration(const storage::ScopeSymbol& symbol) const;
@@ -36,6 +44,7 @@ class Links {
     std::unordered_set<storage::SymbolId> blocks_;  // declarations that have one
     bool has_outline_;
     const SourceLinks* sources_;
+    PageElsewhere elsewhere_;
 };
 
 }  // namespace host::html

@@ -4,6 +4,7 @@
 // into the program, with hashes of the last two: the file forbids a browser whatever else it might run or load.
 #pragma once
 
+#include "host/html/links.h"
 #include "host/index/database.h"
 #include "host/links/source_links.h"
 #include "host/page/page.h"
@@ -31,6 +32,7 @@ struct HtmlOptions {
     std::vector<std::string> remarks{};  ///< what leaves the page in doubt, one line each
     Origin origin = {};
     const SourceLinks* links = nullptr;  ///< where citations lead; null where they are plain text
+    PageElsewhere elsewhere = {};        ///< leads to other pages; null where there are none
 };
 
 /// Writes the page. Equal pages of equal options have equal bytes. Whatever an index, a path or a source holds is shown

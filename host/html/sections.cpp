@@ -79,6 +79,7 @@ View consumer_view(const wiki::scope::Consumer& consumer, const std::optional<st
                    std::int64_t most, std::int64_t all, const Links& links) {
     return object_of({
         {"first_use", first_use ? site_view(consumer.path, first_use, links) : View(false)},
+        {"href", text_if_any(links.address(consumer.path))},
         {"path", text_of(path_html(consumer.path))},
         {"references", text_of(consumer.references)},
         {"bar", text_of(percent_of(consumer.references, most))},
@@ -104,7 +105,7 @@ std::string joined(const std::vector<Text>& languages) {
 }  // namespace
 
 View file_view(const Text& path, const Links& links) {
-    return object_of({{"anchor", text_if_any(links.file(path))}, {"path", text_of(path_html(path))}});
+    return object_of({{"href", text_if_any(links.address(path))}, {"path", text_of(path_html(path))}});
 }
 
 View declaration_view(const ScopeSymbol& symbol, const std::string& name, const Links& links) {
@@ -192,6 +193,7 @@ View dependencies_view(const Page& page, const Links& links) {
                                  [&](const wiki::scope::Neighbour& neighbour) {
                                      const ScopeSymbol& target = *neighbour.target;
                                      return object_of({
+                                         {"href", text_if_any(links.address(target.path))},
                                          {"name", text_of(target.name)},
                                          {"kind", text_of(target.kind)},
                                          {"citation", citation_view(target.path, cited_lines(target), links)},

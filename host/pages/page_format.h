@@ -4,11 +4,13 @@
 #include "host/index/database.h"
 #include "host/page/page_head.h"
 #include "host/page/requested_page.h"
+#include "host/pages/wiki.h"
 
 #include <functional>
 #include <iosfwd>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace host::pages {
 
@@ -20,6 +22,9 @@ struct MadePage {
 
 struct PageFormat {
     std::string ending;  ///< of each file: ".md"
+
+    /// Is told before all others which pages there are, and the files of the index that each is about; may be null.
+    std::function<void(const Wiki& wiki, std::span<const std::vector<std::string>> files_of_pages)> begin = {};
 
     /// Writes a page under its head, whose stamp must stand in the text. `db` is the page's. Called on any thread.
     std::function<void(std::ostream& out, const RequestedPage& page, storage::Database& db, const PageHead& head)>

@@ -210,6 +210,9 @@ UpdateReport update_wiki(const Index& index, const Wiki& wiki, const UpdateOptio
                          const CheckInterrupt& check_interrupt, const std::function<void(std::size_t done)>& on_done) {
     Update update(wiki, options);
     const OneState state(index, wiki.pages.size(), check_interrupt);
+    if (options.format.begin) {
+        options.format.begin(wiki, files_of_pages(wiki, state.database()));
+    }
     state.for_each(
         wiki.pages.size(), [&](std::size_t at, storage::Database& db) { update.make(at, db); }, on_done);
     return update.finish(state.database());

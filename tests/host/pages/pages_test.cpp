@@ -182,6 +182,8 @@ TEST_F(Pages, AreASiteInHtml) {
                   std::string::npos)
             << link;
     }
+    EXPECT_NE(page.find("href=\"../the-first.html#file:src/b.ts\""), std::string::npos) << page;
+    EXPECT_NE(folder.read("docs/the-first.html").find("href=\"deep/adding.html#file:lib/c.ts\""), std::string::npos);
     EXPECT_EQ(pages("--format html --source-url 'https://forge.example/{path}#L{first}' --check").exit_code, 0);
     EXPECT_NE(pages("--format html --check").out.find("Adding: other options\n"), std::string::npos);
     folder.write("wiki.toml", "[[page]]\ntitle = 'Index'\npaths = ['src']\n");
