@@ -21,11 +21,18 @@ void set(void* object, std::string name, std::string value) {
     agsafeset(object, name.data(), value.data(), none.data());
 }
 
+// The library with its plugins. It is never released: it would leave parts of itself behind each time.
+GVC_t* library() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the library takes it so
+    static GVC_t* const context = gvContext();
+    return context;
+}
+
 // A graph of the library with its layout, which is there as long as it lives.
 class LibraryGraph {
   public:
     LibraryGraph(std::span<const Box> boxes, std::span<const Connection> connections)
-        : context_(gvContext()), graph_(agopen(std::string("page").data(), Agdirected, nullptr)) {
+        : graph_(agopen(std::string("page").data(), Agdirected, nullptr)) {
         set(graph_.get(), "rankdir", "LR");
         set(graph_.get(), "ranksep", "1.6");
         set(graph_.get(), "nodesep", "0.16");
@@ -36,14 +43,14 @@ class LibraryGraph {
                 set(edges_.back(), "constraint", "false");  // within the frame there is one layer
             }
         }
-        if (gvLayout(context_.get(), graph_.get(), "dot") != 0) {
+        if (gvLayout(library(), graph_.get(), "dot") != 0) {
             throw std::runtime_error("Graphviz has no layout of the name dot; install it anew");
         }
         is_laid_out_ = true;
     }
     ~LibraryGraph() {
         if (is_laid_out_) {
-            gvFreeLayout(context_.get(), graph_.get());
+            gvFreeLayout(library(), graph_.get());
         }
     }
     LibraryGraph(const LibraryGraph&) = delete;
@@ -96,10 +103,8 @@ class LibraryGraph {
     }
 
     struct Deleter {
-        void operator()(GVC_t* context) const { gvFreeContext(context); }
         void operator()(Agraph_t* graph) const { agclose(graph); }
     };
-    std::unique_ptr<GVC_t, Deleter> context_;
     std::unique_ptr<Agraph_t, Deleter> graph_;
     Agraph_t* frame_ = nullptr;
     std::vector<Agnode_t*> nodes_;

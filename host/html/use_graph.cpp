@@ -20,6 +20,7 @@ using Side = GraphNode::Side;
 struct Place {
     Side side = Side::USERS;
     std::string path;
+    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
     friend auto operator<=>(const Place&, const Place&) = default;
 };
 
@@ -92,6 +93,7 @@ class Folding {
             }
         }
         std::vector<const std::pair<const Place, std::vector<Place>>*> largest_first;
+        largest_first.reserve(folders.size());
         for (const auto& folder : folders) {
             largest_first.push_back(&folder);
         }
@@ -122,7 +124,7 @@ std::vector<Place> files_of(const Page& page, const References& references) {
         files.push_back(ends.second);
     }
     std::ranges::sort(files);
-    files.erase(std::ranges::unique(files).begin(), files.end());
+    files.erase(std::unique(files.begin(), files.end()), files.end());
     return files;
 }
 
