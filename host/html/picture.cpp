@@ -20,6 +20,7 @@ namespace {
 constexpr double CHARACTER = 7.3;
 constexpr double BOX_HEIGHT = 26;
 constexpr double BOX_PADDING = 10;
+constexpr double HALF_X_HEIGHT = 4;
 constexpr std::size_t LONGEST_LABEL = 30;
 
 struct DrawnNode {
@@ -89,8 +90,9 @@ DrawnNode drawn(const GraphNode& node, const Links& links) {
 
 std::string number(double value) {
     std::array<char, 32> digits{};
-    const auto end = std::to_chars(digits.begin(), digits.end(), std::round(value * 10) / 10).ptr;
-    return {digits.begin(), end};
+    const char* const end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), std::round(value * 10) / 10).ptr;
+    return {digits.data(), static_cast<std::size_t>(end - digits.data())};
 }
 
 std::string point(const Point& at) {
@@ -112,43 +114,50 @@ void unlink_lonely_nodes(const UseGraph& graph, std::vector<DrawnNode>& nodes) {
 }
 
 // The curve of an arrow up to its head, and the head.
-std::string arrow_svg(const GraphArrow& arrow, const std::vector<Point>& points, bool is_inside) {
+View arrow_view(const GraphArrow& arrow, const std::vector<Point>& points, bool is_inside) {
     constexpr double HALF_HEAD = 3.5;
     const Point& tip = points.back();
     const Point& base = points[points.size() - 2];
     const double length = std::max(std::hypot(tip.x - base.x, tip.y - base.y), 0.1);
     const Point across{(base.y - tip.y) / length * HALF_HEAD, (tip.x - base.x) / length * HALF_HEAD};
-    std::string svg = std::string("<g class=\"arrow") + (is_inside ? " inside" : "") + "\" data-from=\"" +
-                      std::to_string(arrow.from) + "\" data-to=\"" + std::to_string(arrow.to) +
-                      "\"><path class=\"shaft\" d=\"M" + point(points.front()) + "C";
+    std::string shaft = "M" + point(points.front()) + "C";
     for (std::size_t at = 1; at + 1 < points.size(); ++at) {
-        svg += (at == 1 ? "" : " ") + point(points[at]);
+        shaft += (at == 1 ? "" : " ") + point(points[at]);
     }
-    return svg + "\"/><path class=\"head\" d=\"M" + point({base.x + across.x, base.y + across.y}) + "L" + point(tip) +
-           "L" + point({base.x - across.x, base.y - across.y}) + "z\"/></g>\n";
+    const std::string head = "M" + point({base.x + across.x, base.y + across.y}) + "L" + point(tip) + "L" +
+                             point({base.x - across.x, base.y - across.y}) + "z";
+    return object_of({{"from", text_of(static_cast<std::int64_t>(arrow.from))},
+                      {"to", text_of(static_cast<std::int64_t>(arrow.to))},
+                      {"is_inside", is_inside},
+                      {"shaft", text_of(shaft)},
+                      {"head", text_of(head)}});
 }
 
-std::string node_svg(std::size_t place, const GraphNode& node, const DrawnNode& drawn, const Point& center) {
-    constexpr std::array<std::string_view, 3> CLASSES_OF_SIDES{"user", "page", "used"};
-    const Point corner{center.x - drawn.width / 2, center.y - BOX_HEIGHT / 2};
-    std::string svg = "<a class=\"node ";
-    svg.append(CLASSES_OF_SIDES.at(static_cast<std::size_t>(node.side))).append(node.files > 0 ? " folder" : "");
-    svg += (drawn.anchor.empty() ? "\"" : "\" href=\"#" + drawn.anchor + "\"") + " data-node=\"" +
-           std::to_string(place) + "\" aria-label=\"" + html_text(drawn.path) + "\"><title>" + html_text(drawn.path) +
-           "</title><rect x=\"" + number(corner.x) + "\" y=\"" + number(corner.y) + "\" width=\"" +
-           number(drawn.width) + "\" height=\"" + number(BOX_HEIGHT) + "\" rx=\"5\"/><text x=\"" + number(center.x) +
-           "\" y=\"" + number(center.y + 4) + "\">" + html_text(drawn.label) + "</text></a>\n";
-    return svg;
+View node_view(std::size_t place, const GraphNode& node, const DrawnNode& drawn, const Point& center) {
+    constexpr std::array<std::string_view, 3> SIDES{"user", "page", "used"};
+    return object_of({{"side", text_of(SIDES.at(static_cast<std::size_t>(node.side)))},
+                      {"is_folder", node.files > 0},
+                      {"anchor", text_if_any(drawn.anchor)},
+                      {"place", text_of(static_cast<std::int64_t>(place))},
+                      {"path", text_of(drawn.path)},
+                      {"label", text_of(drawn.label)},
+                      {"x", text_of(number(center.x - drawn.width / 2))},
+                      {"y", text_of(number(center.y - BOX_HEIGHT / 2))},
+                      {"width", text_of(number(drawn.width))},
+                      {"height", text_of(number(BOX_HEIGHT))},
+                      {"middle", text_of(number(center.x))},
+                      {"base", text_of(number(center.y + HALF_X_HEIGHT))}});
 }
 
-std::string frame_svg(const Layout& layout) {
+View frame_view(const Layout& layout) {
     const Point& begin = layout.frame_begin;
-    return "<rect class=\"frame\" x=\"" + number(begin.x) + "\" y=\"" + number(begin.y) + "\" width=\"" +
-           number(layout.frame_end.x - begin.x) + "\" height=\"" + number(layout.frame_end.y - begin.y) +
-           "\" rx=\"10\"/>\n";
+    return object_of({{"x", text_of(number(begin.x))},
+                      {"y", text_of(number(begin.y))},
+                      {"width", text_of(number(layout.frame_end.x - begin.x))},
+                      {"height", text_of(number(layout.frame_end.y - begin.y))}});
 }
 
-std::string drawing_of(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
+View drawing_view(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
     std::vector<Box> boxes;
     std::vector<Connection> connections;
     for (std::size_t place = 0; place < nodes.size(); ++place) {
@@ -159,21 +168,21 @@ std::string drawing_of(const UseGraph& graph, const std::vector<DrawnNode>& node
         connections.push_back({.from = arrow.from, .to = arrow.to});
     }
     const Layout layout = layout_of(boxes, connections);
-    const std::string width = number(std::ceil(layout.width) + 2);
-    const std::string height = number(std::ceil(layout.height) + 2);
-    std::string svg = "<svg class=\"picture\" role=\"group\" aria-labelledby=\"picture-heading\" viewBox=\"-1 -1 " +
-                      width + " " + height + "\" width=\"" + width + "\" height=\"" + height + "\">\n" +
-                      frame_svg(layout) + "<g aria-hidden=\"true\">\n";
+    View arrows(View::type::list);
     for (std::size_t at = 0; at < graph.arrows.size(); ++at) {
         const GraphArrow& arrow = graph.arrows[at];
         const bool is_inside = boxes[arrow.from].is_framed && boxes[arrow.to].is_framed;
-        svg += arrow_svg(arrow, layout.curves[at], is_inside);
+        arrows.push_back(arrow_view(arrow, layout.curves[at], is_inside));
     }
-    svg += "</g>\n";
+    View drawn(View::type::list);
     for (std::size_t place = 0; place < nodes.size(); ++place) {
-        svg += node_svg(place, graph.nodes[place], nodes[place], layout.centers[place]);
+        drawn.push_back(node_view(place, graph.nodes[place], nodes[place], layout.centers[place]));
     }
-    return svg + "</svg>";
+    return object_of({{"width", text_of(number(std::ceil(layout.width) + 2))},
+                      {"height", text_of(number(std::ceil(layout.height) + 2))},
+                      {"frame", frame_view(layout)},
+                      {"shafts", arrows},
+                      {"nodes", drawn}});
 }
 
 // The arrows as rows. An anchor of a node stands at the first arrow of it, unless it is one of a file of the page.
@@ -204,7 +213,7 @@ View picture_view(const Page& page, const Links& links) {
     return object_of({
         {"has_arrows", has_arrows},
         {"has_folders", std::ranges::any_of(graph.nodes, [](const GraphNode& node) { return node.files > 0; })},
-        {"drawing", has_arrows ? text_of(drawing_of(graph, nodes)) : View(false)},
+        {"drawing", has_arrows ? drawing_view(graph, nodes) : View(false)},
         {"arrows", arrows_view(graph, nodes)},
     });
 }

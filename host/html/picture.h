@@ -7,8 +7,8 @@
 
 namespace host::html {
 
-/// The drawing as SVG whose nodes are links, and its arrows as rows of a table, for the template. The drawing has no
-/// colors: these are for the style sheet. Throws what `layout_of` throws.
+/// The nodes and arrows of the drawing with their places, and the arrows as rows of a table, for the template. Throws
+/// what `layout_of` throws.
 View picture_view(const Page& page, const Links& links);
 
 }  // namespace host::html

@@ -113,7 +113,7 @@ TEST_F(HtmlPage, CitesUsesAndLinksEveryCitationToTheNamedSite) {
 
 TEST_F(HtmlPage, IsWrittenWhereNobodyElseReadsAndOpened) {
     folder.write("bin/xdg-open", "#!/bin/sh\ncat \"$1\" >opened\n");
-    const std::string view = "chmod +x bin/xdg-open && XDG_CACHE_HOME=\"$PWD/cache\" PATH=\"$PWD/bin:$PATH\" DISPLAY=";
+    const std::string view = R"(chmod +x bin/xdg-open && XDG_CACHE_HOME="$PWD/cache" PATH="$PWD/bin:$PATH" DISPLAY=)";
     const std::string command = " WAYLAND_DISPLAY= '" WIKI_SCOPE "' view src --index index.db --checkout .";
     const Outcome opened = shell(view + ":0" + command);
     ASSERT_EQ(opened.exit_code, 0) << opened.err;
@@ -193,7 +193,7 @@ TEST_F(HtmlPage, TakesFewBytesWithoutSources) {
            "WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n WHERE i < 459) "
            "INSERT INTO symbols(id, file_id, name, fqn, kind, is_export, start_line, end_line, uses) "
            "SELECT i, 10 + i % 12, 'name' || i, 'big.name' || i, 'function', 1, i, i + 9, 0 FROM n");
-    constexpr std::size_t MOST = 200 * 1024;
+    constexpr std::size_t MOST = 204'800;
     const std::string page = html("big --no-source");
     EXPECT_LT(page.size(), MOST);
     EXPECT_EQ(page, html("big --no-source"));
