@@ -1,6 +1,7 @@
-// Looks at pages in a browser, and fails when one of them breaks a promise: check.mjs PAGE...
+// Looks at pages in a browser, and fails when one of them breaks a promise: check.mjs PAGE... SITE
 import { createRequire } from "node:module";
-import { readFileSync } from "node:fs";
+import { readFileSync, readdirSync } from "node:fs";
+import { join } from "node:path";
 import { pathToFileURL } from "node:url";
 import { HtmlValidate } from "html-validate";
 import puppeteer from "puppeteer-core";
@@ -177,12 +178,53 @@ const checkPage = async (browser, path) => {
   await checkWithoutScripts(browser, address);
 };
 
+// A folder of pages that lead to one another: every link does, and one search finds what stands on any of them.
+const checkSite = async (browser, folder) => {
+  const files = readdirSync(folder, { recursive: true }).filter((file) => file.endsWith(".html"));
+  const ids = new Map();
+  const links = [];
+  const page = await browser.newPage();
+  page.on("console", (message) => expect(false, `console: ${message.text()}`));
+  for (const file of files) {
+    await checkMarkup(join(folder, file));
+    await page.goto(pathToFileURL(join(folder, file)).href);
+    const found = await page.$$eval("[id]", (elements) => elements.map((element) => element.id));
+    ids.set(page.url(), new Set(found));
+    links.push(...(await page.$$eval("a[href]", (anchors) => anchors.map((anchor) => new URL(anchor.getAttribute("href"), document.baseURI).href))));
+  }
+  const dead = links.filter((link) => {
+    const [address, anchor] = link.split("#");
+    return !ids.has(address) || (anchor && !ids.get(address).has(anchor));
+  });
+  expect(dead.length === 0, `dead links: ${dead.slice(0, 5).join(" ")}`);
+  const between = links.filter((link) => !link.includes("index.html")).map((link) => link.split("#")[0]);
+  expect(new Set(between).size === files.length - 1, "the pages do not lead to one another");
+
+  const index = pathToFileURL(join(folder, "index.html")).href;
+  for (const theme of ["light", "dark"]) {
+    await page.goto(index);
+    await checkAccess(page, theme);
+  }
+  await page.goto(index);
+  const name = await page.$eval(".outline li:last-child a", (link) => link.textContent);
+  await page.keyboard.press("/");
+  await page.keyboard.type(name);
+  const left = await page.$$eval(".outline li:not(.left-out) a", (found) => found.map((link) => link.textContent));
+  expect(left.includes(name) && left.every((each) => each.includes(name)), `the search does not find ${name}`);
+  await checkWidth(page, join(folder, "index"));
+  await page.close();
+};
+
 const browser = await puppeteer.launch({
   executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
   args: ["--no-sandbox", "--disable-gpu"], // it opens nothing but these pages, and may run as root
 });
 try {
-  for (const path of process.argv.slice(2)) {
+  const paths = process.argv.slice(2);
+  const site = paths.pop();
+  console.log(site);
+  await checkSite(browser, site);
+  for (const path of paths) {
     console.log(path);
     await checkMarkup(path);
     await checkPage(browser, path);
