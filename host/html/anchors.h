@@ -21,7 +21,7 @@ class DeclarationAnchors {
   public:
     explicit DeclarationAnchors(const wiki::scope::ScopeFacts& facts);
 
-    /// The anchor of a declaration of the page: "src/a.ts:a.One.run", "src/a.ts:a.One.run:2".
+    /// The anchor of a declaration of the page: "src/a.ts:One.run", "src/a.ts:One.run:2".
     [[nodiscard]] const std::string& of(const storage::ScopeSymbol& declaration) const;
 
   private:
