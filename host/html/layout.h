@@ -34,8 +34,8 @@ struct Layout {
 };
 
 /// Places boxes in layers from the left to the right, as the connections lead. The same boxes and connections always
-/// give the same layout, which takes no fonts. Throws `std::runtime_error` when Graphviz lacks its layouts. Safe to call
-/// on several threads.
+/// give the same layout, which takes no fonts. Throws `std::runtime_error` when Graphviz lacks its layouts. Safe to
+/// call on several threads.
 Layout layout_of(std::span<const Box> boxes, std::span<const Connection> connections);
 
 }  // namespace host::html

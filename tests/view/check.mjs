@@ -74,11 +74,15 @@ const checkFilter = async (page) => {
   const name = await page.$eval(".declaration h3 code", (code) => code.textContent);
   await page.keyboard.press("/");
   await page.keyboard.type(name);
-  const left = await page.$$eval(".declaration:not(.left-out) h3 code", (codes) => codes.map((code) => code.textContent));
+  const left = await page.$$eval(".declaration:not(.left-out) h3 code", (codes) =>
+    codes.map((code) => code.textContent),
+  );
   expect(left.includes(name), `the filter does not find ${name}`);
-  expect(/^[1-9]\d* found$/.test(await page.$eval("#found", (found) => found.textContent)), "the filter does not count");
+  const count = await page.$eval("#found", (found) => found.textContent);
+  expect(/^[1-9]\d* found$/.test(count), "the filter does not count");
   await page.keyboard.type(" qqqqqq");
-  expect((await page.$$(".declaration:not(.left-out), .filtered tbody tr:not(.left-out)")).length === 0, "the filter leaves what does not match");
+  const others = await page.$$(".declaration:not(.left-out), .filtered tbody tr:not(.left-out)");
+  expect(others.length === 0, "the filter leaves what does not match");
   await page.keyboard.press("Escape");
   expect((await page.$$(".left-out")).length === 0, "the filter is not taken back");
 };
