@@ -1,8 +1,8 @@
 // What an index from sources alone costs, beside a bare parse of the same files: checkout_bench WIKI_SCOPE CHECKOUT
 //
-// The repository is made of copies of CHECKOUT, each under names of its own, until it has a million lines. The bare parse
-// is the floor: on all cores it reads every file and makes its syntax tree, asks nothing of it and keeps nothing. Of
-// all runs the best counts: what else the machine does only ever adds to a time.
+// The repository is made of copies of CHECKOUT, each under names of its own, until it has a million lines. The bare
+// parse is the floor: on all cores it reads every file and makes its syntax tree, asks nothing of it and keeps nothing.
+// Of all runs the best counts: what else the machine does only ever adds to a time.
 
 #include "bench/child.h"
 #include "fixtures/temporary_folder.h"

@@ -104,8 +104,8 @@ struct Changes {
     [[nodiscard]] bool empty() const;
 };
 
-/// Compares two indexes, each on a thread of its own. Throws `IndexError`, what the interrupt checks of their connections
-/// throw, and `std::runtime_error` with one line when the rules that an index notes cannot be read.
+/// Compares two indexes, each on a thread of its own. Throws `IndexError`, what the interrupt checks of their
+/// connections throw, and `std::runtime_error` with one line when the rules that an index notes cannot be read.
 Changes compare(storage::Database& old_index, storage::Database& new_index, const ChangesRequest& request);
 
 }  // namespace host::changes

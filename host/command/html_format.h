@@ -20,8 +20,8 @@ std::string title_of(std::span<const std::string> paths);
 /// Writes a page that says from when its index is. `index` is the page's. Throws what `html::write_html` throws.
 void write_html(std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head);
 
-/// The files of a wiki as HTML, with an index of all pages. They do not say from when the index is, so that a file stays
-/// as it is while its page states the same.
+/// The files of a wiki as HTML, with an index of all pages. They do not say from when the index is, so that a file
+/// stays as it is while its page states the same.
 pages::PageFormat html_format();
 
 }  // namespace host

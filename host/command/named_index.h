@@ -13,8 +13,8 @@ struct NamedIndex {
 };
 
 /// Returns the index that the environment variable WIKI_SCOPE_INDEX names, else the one in the configuration of the
-/// checkout; none when neither names one. `checkout` is empty for that around the current folder. Throws what `Checkout` and
-/// `read_configuration` throw.
+/// checkout; none when neither names one. `checkout` is empty for that around the current folder. Throws what
+/// `Checkout` and `read_configuration` throw.
 std::optional<NamedIndex> index_named_elsewhere(const std::string& checkout);
 
 }  // namespace host

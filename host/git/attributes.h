@@ -24,8 +24,8 @@ struct AttributeState {
     std::optional<bool> value;  ///< none where the word takes back what is said elsewhere
 };
 
-/// Groups of attributes that have a name: "[attr]made linguist-generated -diff". Only the file in the root of a checkout
-/// can define them.
+/// Groups of attributes that have a name: "[attr]made linguist-generated -diff". Only the file in the root of a
+/// checkout can define them.
 using AttributeMacros = std::map<std::string, std::vector<AttributeState>, std::less<>>;
 
 /// Returns the groups that the text of the file in the root defines.

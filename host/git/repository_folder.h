@@ -7,8 +7,8 @@
 namespace host::git {
 
 /// Returns the folder of the repository of the checkout whose root is `root`: its ".git", or the folder that a file of
-/// this name states, as in a second working tree; "" where there is none. Throws `std::runtime_error` with one line when
-/// `root` is no folder.
+/// this name states, as in a second working tree; "" where there is none. Throws `std::runtime_error` with one line
+/// when `root` is no folder.
 std::string repository_folder(const std::filesystem::path& root);
 
 /// Returns the folder that holds the objects and branches of the repository in the folder `repository`: that itself, or

@@ -16,9 +16,11 @@ namespace {
 constexpr double UNITS_OF_AN_INCH = 72;
 
 // The library takes texts that it does not change as if it did.
-void set(void* object, std::string name, std::string value) {
+void set(void* object, const std::string& name, const std::string& value) {
+    std::string key = name;
+    std::string text = value;
     std::string none;
-    agsafeset(object, name.data(), value.data(), none.data());
+    agsafeset(object, key.data(), text.data(), none.data());
 }
 
 // The library with its plugins. It is never released: it would leave parts of itself behind each time.

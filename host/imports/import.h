@@ -3,8 +3,8 @@
 //
 // Every path of the SCIP files becomes a file, every global symbol that they define a declaration
 // (scip/file_declarations.h), and what their other tokens name become edges (indexing/references.h). The sources
-// complete them: what a token names of which the SCIP files do not say it (indexing/joining.h), and, where that is asked
-// for, the files of the checkout of which the SCIP files say nothing.
+// complete them: what a token names of which the SCIP files do not say it (indexing/joining.h), and, where that is
+// asked for, the files of the checkout of which the SCIP files say nothing.
 #pragma once
 
 #include "host/index/index.h"
@@ -34,14 +34,14 @@ struct ImportRequest {
     std::vector<PathRule> tests = {};
 };
 
-/// Makes one new index of SCIP files, from its beginning to its end. Their paths become relative to the
-/// root of the repository (scip/project_root.h). The order in which they are named changes nothing, and a content that is
-/// named twice counts once. `on_progress` may be empty; a document is two steps: being read, and being written.
+/// Makes one new index of SCIP files, from its beginning to its end. Their paths become relative to the root of the
+/// repository (scip/project_root.h). The order in which they are named changes nothing, and a content that is named
+/// twice counts once. `on_progress` may be empty; a document is two steps: being read, and being written.
 ///
-/// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes: not
-/// when the import fails, is killed, or is interrupted by an exception from `on_progress`, which comes out as it went
-/// in. Two imports into one index do not run at once: the second fails. SCIP files without any usable document make
-/// an empty index where there is none, but replace none: they were hardly meant to.
+/// The new index replaces the old when it is complete and durable. Until then nothing of the old one changes: not when
+/// the import fails, is killed, or is interrupted by an exception from `on_progress`, which comes out as it went in.
+/// Two imports into one index do not run at once: the second fails. SCIP files without any usable document make an
+/// empty index where there is none, but replace none: they were hardly meant to.
 ///
 /// Equal SCIP files at equal paths give, with equal sources, equal bytes. Ids start at 1: files by path, declarations
 /// by file, first line and order of first definition; edges stand by source file, target and resolution. A source that

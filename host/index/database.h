@@ -43,9 +43,9 @@ namespace storage {
 /// One state of an index: every answer is from the state in which it was opened, whatever is written meanwhile. The
 /// component's queries and all look-ups read its rows. For one thread at a time; its records are for any number.
 ///
-/// Every function that reads throws `host::IndexError`, and what the interrupt check of the connection throws. Rows come
-/// in any order unless the function says otherwise; ids and paths that the index lacks are passed over. Lists may have
-/// any length.
+/// Every function that reads throws `host::IndexError`, and what the interrupt check of the connection throws. Rows
+/// come in any order unless the function says otherwise; ids and paths that the index lacks are passed over. Lists may
+/// have any length.
 class Database {
   public:
     Database() = default;
@@ -112,8 +112,8 @@ class Database {
     /// of a page are about the same files; it is valid until the next question.
     const host::DeclarationTable& declarations_of(std::span<const FileId> files);
 
-    /// Gives away what `inbound_references` kept when it was last called: for each reference that it returned, the first
-    /// line (`EdgeRow::first_line`) in its source.
+    /// Gives away what `inbound_references` kept when it was last called: for each reference that it returned, the
+    /// first line (`EdgeRow::first_line`) in its source.
     [[nodiscard]] std::vector<std::int32_t> take_inbound_lines() { return std::exchange(inbound_lines_, {}); }
     void keep_inbound_lines(std::vector<std::int32_t> lines) { inbound_lines_ = std::move(lines); }
 

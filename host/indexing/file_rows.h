@@ -12,7 +12,8 @@
 
 namespace host::indexing {
 
-/// The ids of rows, from 1 on: files have the order of the extraction; declarations follow their files, the module first.
+/// The ids of rows, from 1 on: files have the order of the extraction; declarations follow their files, the module
+/// first.
 class RowIds {
   public:
     /// `is_module` says which files get a declaration as modules.

@@ -13,9 +13,9 @@ namespace host::indexing {
 /// Returns the extraction of all files of both.
 ///
 /// A reference from a source to a file of the documents leads to the symbols that these define where its declaration
-/// has its name; one to a declaration that they do not define is dropped, and counted as unresolved in `report`. A token
-/// in a file of the documents is completed by its source where they do not say what it names, or name a symbol that
-/// none of them defines.
+/// has its name; one to a declaration that they do not define is dropped, and counted as unresolved in `report`. A
+/// token in a file of the documents is completed by its source where they do not say what it names, or name a symbol
+/// that none of them defines.
 ///
 /// Both must have their places: `FileDeclarations::names` and `ExtractedFile::tokens` of the documents' files.
 Extraction joined(Extraction documents, Extraction sources, ImportReport& report);

@@ -12,14 +12,14 @@ namespace host {
 /// "https://forge/owner/repo/blob/{commit}/{path}#L{first}-L{last}"
 class SourceUrl {
   public:
-    /// Throws `std::runtime_error` with one line when the text is no address of the web, has other placeholders, or lacks
-    /// "{path}".
+    /// Throws `std::runtime_error` with one line when the text is no address of the web, has other placeholders, or
+    /// lacks "{path}".
     explicit SourceUrl(std::string_view text);
 
     [[nodiscard]] bool has_commit() const;
 
-    /// Returns the address of the lines of a file, 1-based and inclusive. It holds no character that would end a link of
-    /// Markdown.
+    /// Returns the address of the lines of a file, 1-based and inclusive. It holds no character that would end a link
+    /// of Markdown.
     [[nodiscard]] std::string of(std::string_view commit, std::string_view path, std::int64_t first,
                                  std::int64_t last) const;
 

@@ -14,13 +14,14 @@
 namespace host {
 
 /// The selected declarations of a page, each as a block of its own, in the order of the selection. Each step of
-/// shortening takes from one block, from the last one on, first the source, then where it is used, then the doc comment.
-/// A block without a source has the signature. A source that is part of one that another block prints is not printed; the block says so.
+/// shortening takes from one block, from the last one on, first the source, then where it is used, then the doc
+/// comment. A block without a source has the signature. A source that is part of one that another block prints is not
+/// printed; the block says so.
 class DeclarationBlocks : public Items {
   public:
     /// Asks the index what it says of the declarations in words and, when they are to have their source, reads each of
-    /// their files once; what the page may not show is left out. `links` may be null. `page` and `db` must outlive this object. Throws
-    /// `IndexError`; as the functions that follow, what `db.check_interrupt` throws.
+    /// their files once; what the page may not show is left out. `links` may be null. `page` and `db` must outlive this
+    /// object. Throws `IndexError`; as the functions that follow, what `db.check_interrupt` throws.
     DeclarationBlocks(const Page& page, storage::Database& db, bool with_source, const SourceLinks* links);
 
     [[nodiscard]] std::size_t steps() const override { return sources_ + 2 * declarations_.size(); }

@@ -10,8 +10,8 @@
 namespace host {
 
 /// Writes one JSON object with the keys of the chosen sections, record by record, so that no page has to fit into
-/// memory twice. Mappings keep the component's order; sets are sorted arrays. A head comes first, as "stamp" and "title". host/schemas/page.schema.json says what
-/// the keys hold.
+/// memory twice. Mappings keep the component's order; sets are sorted arrays. A head comes first, as "stamp" and
+/// "title". host/schemas/page.schema.json says what the keys hold.
 ///
 /// Bytes that are not UTF-8 become U+FFFD: paths that differ in nothing else then look alike, and a mapping by path
 /// holds one key for each of them, the same key twice. Throws what `tests_reaching` throws; whether everything was

@@ -43,8 +43,8 @@ struct PageRequest {
 class RequestedPage {
   public:
     /// Both arguments must outlive this object; `before_reading` is called as `load_page` says. Throws `IndexError`,
-    /// and `std::runtime_error` with one line when there is no checkout, the rules of the index cannot be read, or nobody
-    /// knows the commit that links are to name.
+    /// and `std::runtime_error` with one line when there is no checkout, the rules of the index cannot be read, or
+    /// nobody knows the commit that links are to name.
     RequestedPage(const PageRequest& request, storage::Database& db, const BeforeReading& before_reading = {});
 
     /// Whether paths are missing so that the page was not to be made; the remarks say which.

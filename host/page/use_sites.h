@@ -22,8 +22,8 @@ struct UseSite {
     friend bool operator==(const UseSite&, const UseSite&) = default;
 };
 
-/// Returns the uses of each selected declaration by production files outside of the page, in the order of the selection:
-/// three files at most of each; most references first, equal counts in path order.
+/// Returns the uses of each selected declaration by production files outside of the page, in the order of the
+/// selection: three files at most of each; most references first, equal counts in path order.
 std::vector<models::Excerpt<UseSite>> uses_of_selection(const Page& page);
 
 /// Returns the line on which each of these consumers first uses the page, in their order; none for one that is known by

@@ -114,7 +114,8 @@ class FactsReader {
         }
     }
 
-    // What the request leaves out of a page, and where its citations lead. How much is chosen shows in what the page states.
+    // What the request leaves out of a page, and where its citations lead. How much is chosen shows in what the page
+    // states.
     [[nodiscard]] std::string digest_of_options(const SourceLinks* links) const {
         Listing listing;
         for (const Section section : SECTIONS) {

@@ -50,8 +50,8 @@ class StatedFacts {
     std::array<std::vector<Statement>, SUBJECTS.size()> all_;
 };
 
-/// Returns what a page states in the sections that its request chooses. `db` is the page's. Two pages of one request that
-/// state the same are the same text. Throws `IndexError`, and what the interrupt check of `db` throws.
+/// Returns what a page states in the sections that its request chooses. `db` is the page's. Two pages of one request
+/// that state the same are the same text. Throws `IndexError`, and what the interrupt check of `db` throws.
 StatedFacts stated_facts(const std::string& title, const RequestedPage& page, storage::Database& db);
 
 /// Returns the facts as JSON on one line.

@@ -20,8 +20,8 @@ using FurtherBases = std::unordered_map<Symbol, std::vector<Place>>;
 
 /// Evaluates the expressions of a repository, for one thread. What it found out it keeps.
 ///
-/// A result does not depend on what was evaluated before: where an expression refers to itself, nothing is kept but what
-/// the outermost evaluation gives.
+/// A result does not depend on what was evaluated before: where an expression refers to itself, nothing is kept but
+/// what the outermost evaluation gives.
 class Evaluator {
   public:
     /// All must outlive the object. The catalog must be linked.

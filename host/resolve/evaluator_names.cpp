@@ -122,8 +122,8 @@ void Evaluator::add_visible(FileId file, Container container, Name name, Meaning
     }
 }
 
-// A macro may be defined again, and a tag is not what a plain name means where an alias has it. What is not always built
-// may have been declared in place of another.
+// A macro may be defined again, and a tag is not what a plain name means where an alias has it. What is not always
+// built may have been declared in place of another.
 bool Evaluator::may_mean_another(const Meaning& found, Space space) const {
     const auto is_always_there = [&](const Entity& entity) {
         return entity.what != What::SYMBOL || catalog_.built(entity.id) == syntax::Built::ALWAYS;

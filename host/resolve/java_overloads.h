@@ -24,8 +24,8 @@ class JavaOverloads {
   public:
     JavaOverloads(const Catalog& catalog, Evaluator& evaluator) : catalog_(catalog), evaluator_(evaluator) {}
 
-    /// Returns those methods among `functions` that a call with these arguments may be of, by the types that the sources
-    /// state: none where none fits, several where the types do not tell. What is no method stays.
+    /// Returns those methods among `functions` that a call with these arguments may be of, by the types that the
+    /// sources state: none where none fits, several where the types do not tell. What is no method stays.
     [[nodiscard]] Meaning taking(const Meaning& functions, FileId file,
                                  std::span<const syntax::ExpressionId> arguments) const;
 

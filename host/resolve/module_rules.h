@@ -30,7 +30,8 @@ class ModuleRules {
     /// Returns the module of a name in a module, where that is no declaration: a file in a folder. NONE for none.
     [[nodiscard]] virtual Container submodule(Container /*module*/, std::string_view /*name*/) const { return NONE; }
 
-    /// Returns the module of a package that paths in a file may begin with, where nothing else has its name. NONE for none.
+    /// Returns the module of a package that paths in a file may begin with, where nothing else has its name. NONE for
+    /// none.
     [[nodiscard]] virtual Container package(std::string_view /*name*/) const { return NONE; }
 
     /// Returns the container that GLOBAL names of a file are looked up in; NONE where there are none.
@@ -39,13 +40,15 @@ class ModuleRules {
     /// Returns the container whose names every file sees, where nothing else has them; NONE where there is none.
     [[nodiscard]] virtual Container globals() const { return NONE; }
 
-    /// Returns whether the names at the top of file `of`, of the same module or of `globals`, are visible in the file `from`.
+    /// Returns whether the names at the top of file `of`, of the same module or of `globals`, are visible in the file
+    /// `from`.
     [[nodiscard]] virtual bool sees(FileId /*from*/, FileId /*of*/) const { return true; }
 
     /// Returns whether the file `from` sees those names only in what no build takes.
     [[nodiscard]] virtual bool sees_only_elsewhere(FileId /*from*/, FileId /*of*/) const { return false; }
 
-    /// Returns whether all files that include the file `from` see the names at the top of `of`, so that it has them, too.
+    /// Returns whether all files that include the file `from` see the names at the top of `of`, so that it has them,
+    /// too.
     [[nodiscard]] virtual bool sees_where_included(FileId /*from*/, FileId /*of*/) const { return false; }
 
     /// Returns whether what stands in a namespace sees the names around that.
@@ -56,7 +59,8 @@ class ModuleRules {
 };
 
 // The rules of each language. Each sets the modules of its files in the catalog, which it keeps a reference to, and has
-// the catalog leave out the files that no build for this system takes. The catalog must be linked before other files are looked for.
+// the catalog leave out the files that no build for this system takes. The catalog must be linked before other files
+// are looked for.
 
 std::unique_ptr<ModuleRules> c_modules(Catalog& catalog);
 std::unique_ptr<ModuleRules> ecmascript_modules(Catalog& catalog);

@@ -35,8 +35,8 @@ struct Package {
     /// The same for names that the package's own files import, the likeliest target first: `paths` of tsconfig.json,
     /// `imports` of package.json. Of Cargo.toml, the names of dependencies that it renames.
     std::map<std::string, std::vector<std::string>> aliases;
-    /// Relative to the folder: the folders below which its modules lie ("src", `baseUrl`); of Cargo.toml, the files that
-    /// it states as roots of crates beside `entry`.
+    /// Relative to the folder: the folders below which its modules lie ("src", `baseUrl`); of Cargo.toml, the files
+    /// that it states as roots of crates beside `entry`.
     std::vector<std::string> roots;
     std::set<std::string> dependencies;  ///< names of other packages, of this repository or from elsewhere
     std::string_view language;           ///< whose manifest it is: "javascript", "python", "go", "rust", "java"

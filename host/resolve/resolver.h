@@ -60,13 +60,13 @@ class Resolver {
     /// Returns the references of a file. May be called on several threads.
     [[nodiscard]] References references_of(FileId file) const;
 
-    /// Returns where bindings lead the tokens of a file, those of `IMPORT` and `LOCAL`, by place and target. A token has
-    /// several targets where these are parts of one declaration. None for a file whose syntax has no places. May be
+    /// Returns where bindings lead the tokens of a file, those of `IMPORT` and `LOCAL`, by place and target. A token
+    /// has several targets where these are parts of one declaration. None for a file whose syntax has no places. May be
     /// called on several threads.
     [[nodiscard]] std::vector<TokenTarget> tokens_of(FileId file) const;
 
-    /// Returns the files that a file imports names from, or for their own sake, ascending; not that of a package where it
-    /// imports a module of that. May be called on several threads.
+    /// Returns the files that a file imports names from, or for their own sake, ascending; not that of a package where
+    /// it imports a module of that. May be called on several threads.
     [[nodiscard]] std::vector<FileId> imports_of(FileId file) const;
 
     /// Returns whether a declaration only announces others, such as a prototype of a function that the repository

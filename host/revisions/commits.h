@@ -28,8 +28,8 @@ class Commits {
 
     /// Writes the regular files of a commit into an empty folder, with an index of Git that tracks them: a checkout to
     /// be read by this program. Symbolic links, submodules and what no system would check out are left out. Calls
-    /// `check_interrupt` for each file, and throws what that throws, and `std::runtime_error` with one line when objects
-    /// are missing or the files cannot be written.
+    /// `check_interrupt` for each file, and throws what that throws, and `std::runtime_error` with one line when
+    /// objects are missing or the files cannot be written.
     void check_out(const std::string& commit, const std::filesystem::path& folder,
                    const std::function<void()>& check_interrupt) const;
 

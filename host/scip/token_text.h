@@ -15,7 +15,8 @@
 
 namespace host::scip {
 
-/// The text of a source behind a byte-order mark, to be asked for by range. Columns count UTF-16 code units. Fast where the ranges ascend.
+/// The text of a source behind a byte-order mark, to be asked for by range. Columns count UTF-16 code units. Fast where
+/// the ranges ascend.
 class RangedText {
   public:
     explicit RangedText(std::string text);

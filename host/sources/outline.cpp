@@ -265,7 +265,8 @@ class ParsedText {
 
     [[nodiscard]] std::size_t damage() const { return captures_.damage; }
 
-    // Whether another language may suit the text as well: a part does not parse, and it holds nothing that only C++ has.
+    // Whether another language may suit the text as well: a part does not parse, and it holds nothing that only C++
+    // has.
     [[nodiscard]] bool may_be_of_another() const { return captures_.is_damaged && !captures_.is_cpp; }
 
     [[nodiscard]] Outline outline(Content content) && {

@@ -33,8 +33,8 @@ class SyntaxTree {
 };
 
 /// Parses the text. None when `is_cancelled`, which is read all the while, becomes true, and when parsing takes seconds
-/// or hundreds of megabytes, or gives a tree that no source has: sources take a fraction. The tree does not refer to the
-/// text, but to where its parts are.
+/// or hundreds of megabytes, or gives a tree that no source has: sources take a fraction. The tree does not refer to
+/// the text, but to where its parts are.
 std::optional<SyntaxTree> parsed(std::string_view text, const Language& language,
                                  const std::atomic<bool>& is_cancelled);
 

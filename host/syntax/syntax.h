@@ -99,8 +99,8 @@ enum class Kind : std::uint8_t {
     MACRO,        ///< is replaced before names are looked up
 };
 
-/// Whether a build for this system takes a part of a text: for Linux on x86-64, with GNU C or what is compatible with it.
-/// The same on every machine, so that an index is.
+/// Whether a build for this system takes a part of a text: for Linux on x86-64, with GNU C or what is compatible with
+/// it. The same on every machine, so that an index is.
 enum class Built : std::uint8_t {
     ALWAYS,
     MAYBE,  ///< by what is configured elsewhere
@@ -121,8 +121,8 @@ struct Declaration {
     ListId bases = 0;  ///< of a type: the types it inherits from, in the order in which they are asked
     /// Of a function or constructor: the types of its parameters. Empty where the language needs none of them.
     ListId parameters = 0;
-    /// The first declaration of the file in whose place it stands in another branch of an `#if`: no build takes both, so
-    /// that they are one to the reader of an index.
+    /// The first declaration of the file in whose place it stands in another branch of an `#if`: no build takes both,
+    /// so that they are one to the reader of an index.
     DeclarationId alternative_of = NO_DECLARATION;
     std::uint32_t offset = 0;  ///< of its name in the text, in bytes
     Built built = Built::ALWAYS;
@@ -200,8 +200,8 @@ struct Syntax {
     std::vector<Declaration> declarations;
     std::vector<Import> imports;
     std::vector<Mention> mentions;
-    /// Where the tokens of the mentions stand: those of the first mention, then those of the next. Empty where they were
-    /// not asked for.
+    /// Where the tokens of the mentions stand: those of the first mention, then those of the next. Empty where they
+    /// were not asked for.
     std::vector<TokenPlace> places = {};
     NameId package = 0;     ///< what the file says it belongs to: `package p;`
     NameId constraint = 0;  ///< when it is compiled, as it says: `linux && !cgo`; 0: always

@@ -45,8 +45,8 @@ class SyntaxBuilder {
   public:
     explicit SyntaxBuilder(Visibility visibility);
 
-    /// States which parts of the text are built, in its order. What stands before the first always is. Holds for what is
-    /// added from there on.
+    /// States which parts of the text are built, in its order. What stands before the first always is. Holds for what
+    /// is added from there on.
     void set_regions(std::vector<Region> regions) { regions_ = std::move(regions); }
 
     // Expressions. Equal ones have one id.

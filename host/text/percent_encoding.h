@@ -11,8 +11,8 @@ namespace host {
 /// behind it. The bytes may be any, also NUL.
 std::optional<std::string> percent_decoded(std::string_view text);
 
-/// The text with "%20" and the like for each byte that a path of a URI cannot hold as it is: all but letters, digits and
-/// "-._~/".
+/// The text with "%20" and the like for each byte that a path of a URI cannot hold as it is: all but letters, digits
+/// and "-._~/".
 std::string percent_encoded(std::string_view text);
 
 }  // namespace host

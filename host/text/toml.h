@@ -1,5 +1,5 @@
-// The library for TOML, without its assertions: a text such as "[[[" breaks one, and is then refused with a parse error.
-// For rooms that use the library.
+// The library for TOML, without its assertions: a text such as "[[[" breaks one, and is then refused with a parse
+// error. For rooms that use the library.
 #pragma once
 
 #include <toml++/impl/preprocessor.h>

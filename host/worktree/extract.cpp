@@ -18,8 +18,8 @@ using indexing::ImportReport;
 using resolve::Evidence;
 using resolve::FileId;
 
-// Returns what a file declares. References to a constructor lead to its type. Alternatives are one declaration, from the
-// first line of the first to the last of the last.
+// Returns what a file declares. References to a constructor lead to its type. Alternatives are one declaration, from
+// the first line of the first to the last of the last.
 FileDeclarations declared_in(ReadFile& file, FileId id, const SourceSymbols& symbols) {
     FileDeclarations declared;
     declared.line_count = file.facts.line_count;

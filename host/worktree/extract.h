@@ -38,14 +38,14 @@ struct FoundNames {
 /// Puts the texts of declarations into the spool.
 std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool);
 
-/// Resolves the names of the file with this number, and drops its declarations that are defined elsewhere. May be called
-/// for several files at once.
+/// Resolves the names of the file with this number, and drops its declarations that are defined elsewhere. May be
+/// called for several files at once.
 void resolve_names(ReadFile& file, resolve::FileId id, const resolve::Resolver& resolver);
 
-/// Returns what an index is made from. `repository` holds the files in the order of `files`, and then those that another
-/// front end describes (read_sources.h), of which `described` is what the resolver found. `repository` and what it points
-/// at must outlive the extraction. Takes declarations and references out of `files`. Adds to `report` what was read, and
-/// what could not be.
+/// Returns what an index is made from. `repository` holds the files in the order of `files`, and then those that
+/// another front end describes (read_sources.h), of which `described` is what the resolver found. `repository` and what
+/// it points at must outlive the extraction. Takes declarations and references out of `files`. Adds to `report` what
+/// was read, and what could not be.
 indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
                              std::span<const FoundNames> described, indexing::ImportReport& report);
 

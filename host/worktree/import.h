@@ -24,9 +24,9 @@ struct ImportRequest {
     std::vector<PathRule> tests = {};
 };
 
-/// Makes one new index of the files of a checkout whose names tell their language, in the way of `imports::import_scip`:
-/// the old index stays until the new one is complete and durable. Equal files give equal rows. `on_progress` may be
-/// empty; a file is three steps: being read, being resolved and being written.
+/// Makes one new index of the files of a checkout whose names tell their language, in the way of
+/// `imports::import_scip`: the old index stays until the new one is complete and durable. Equal files give equal rows.
+/// `on_progress` may be empty; a file is three steps: being read, being resolved and being written.
 ///
 /// Throws `std::runtime_error` with one line that says what to do.
 indexing::ImportReport import_sources(const ImportRequest& request, NewIndex& index,

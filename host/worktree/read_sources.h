@@ -40,8 +40,8 @@ class ReadSources {
     /// could not be.
     ///
     /// `described` are files, none of them listed, of which another front end tells all but what their tokens mean: of
-    /// each, the extraction holds where the names of its declarations and its tokens stand, and as a reference each file
-    /// that it imports. Names lead to them as to any others. Their syntax must outlive this object.
+    /// each, the extraction holds where the names of its declarations and its tokens stand, and as a reference each
+    /// file that it imports. Names lead to them as to any others. Their syntax must outlive this object.
     indexing::Extraction extract(const std::vector<resolve::File>& described, indexing::Progress& progress,
                                  indexing::ImportReport& report);
 

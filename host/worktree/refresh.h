@@ -23,11 +23,11 @@ struct IndexedSources {
 };
 
 /// Revises the index where the changed sources have the surfaces that they had (`surface_of`): then the names of all
-/// other files mean what they meant. Only the changed ones are read, resolved and written, and the index becomes the one
-/// that `import_listed` would make. All but these sources, and the rules, must be what the index was made of.
+/// other files mean what they meant. Only the changed ones are read, resolved and written, and the index becomes the
+/// one that `import_listed` would make. All but these sources, and the rules, must be what the index was made of.
 ///
-/// Returns what is then known of the sources. Returns none, and leaves the index, where that is not enough: another file
-/// may see the change, something is not known, or the index cannot be read. Throws what `import_listed` throws.
+/// Returns what is then known of the sources. Returns none, and leaves the index, where that is not enough: another
+/// file may see the change, something is not known, or the index cannot be read. Throws what `import_listed` throws.
 std::optional<std::vector<ImportedSource>> refresh_listed(const Checkout& checkout, const ListedSources& listed,
                                                           const RepositoryRules& rules, const IndexedSources& indexed,
                                                           const SqliteIndex& index, indexing::Progress& progress);

@@ -16,7 +16,8 @@
 namespace host {
 namespace {
 
-// A page "src" of 8 files, and random edges between its declarations and those of 24 other files, a third of them tests.
+// A page "src" of 8 files, and random edges between its declarations and those of 24 other files, a third of them
+// tests.
 class CitedUses : public IndexedFolder, public testing::WithParamInterface<unsigned> {
   protected:
     CitedUses() {

@@ -72,8 +72,8 @@ inline std::string resolved(const std::map<std::string, std::string>& sources,
     return text;
 }
 
-/// Returns what the source at `path` refers to: "b.py:Store.find*2 ?c.py:f b.py", with how often where that is not once,
-/// "?" before what is ambiguous, and a file alone for a module.
+/// Returns what the source at `path` refers to: "b.py:Store.find*2 ?c.py:f b.py", with how often where that is not
+/// once, "?" before what is ambiguous, and a file alone for a module.
 inline std::string targets_from(const std::string& path, const std::map<std::string, std::string>& sources,
                                 const std::vector<Package>& packages = {}) {
     std::istringstream lines(resolved(sources, packages));

@@ -1,4 +1,5 @@
-// Texts whose words say what a reader must find in them: `type_a` is a mention in the role of a type, on its line, once.
+// Texts whose words say what a reader must find in them: `type_a` is a mention in the role of a type, on its line,
+// once.
 //
 //     value_ call_ type_ import_ key_   exactly one mention in that role, on that line, with a token there
 //     own_                              a declaration, of the outline and of the Syntax; never a mention

@@ -1,4 +1,5 @@
-// What the values of locals and members are said to be, language by language: of each text, what `probe` is looked up in.
+// What the values of locals and members are said to be, language by language: of each text, what `probe` is looked up
+// in.
 #include "tests/host/sources/role_words.h"
 
 #include <gtest/gtest.h>
