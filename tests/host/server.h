@@ -49,7 +49,7 @@ inline void copy_index(const Index& from, const Index& to) {
         out.add(row);
         ++counts.edges;
     }
-    for (const char* const key : {"checkout", "test_rules", "shared_summaries", "damaged", "report"}) {
+    for (const char* const key : {"checkout", "commit", "test_rules", "shared_summaries", "damaged", "report"}) {
         if (const std::string value = db->noted(key); !value.empty()) {
             out.note(key, value);
         }
