@@ -68,8 +68,7 @@ View source_view(const SelectedDeclaration& declaration) {
     }
     const std::int64_t first = cited_lines(*declaration.symbol).value().first;
     return object_of({
-        {"count", text_of(std::ssize(declaration.source))},
-        {"is_one_line", declaration.source.size() == 1},
+        {"count", text_of(counted(std::ssize(declaration.source), "line"))},
         {"numbers", text_of(line_numbers(first, declaration.source.size()))},
         {"code", text_of(html_of(joined_lines(declaration.source), declaration))},
     });
@@ -94,7 +93,7 @@ View declarations_view(const Page& page, storage::Database& db, const Links& lin
         view.set("has_uses", !declaration.uses.shown.empty());
         view.set("uses", list_of(declaration.uses.shown,
                                  [&](const UseSite& site) { return site_view(site.path, site.line, links); }));
-        view.set("uses_left_out", number_if_any(declaration.uses.left_out()));
+        view.set("uses_left_out", counted_if_any(declaration.uses.left_out(), "other file"));
         const SelectedDeclaration* const outer = around[place];
         view.set("around", outer == nullptr ? View(false) : declaration_view(*outer->symbol, outer->name, links));
         view.set("source", outer == nullptr ? source_view(declaration) : View(false));

@@ -2,11 +2,13 @@
 
 #include "host/html/html_text.h"
 #include "host/html/picture.h"
+#include "host/html/render.h"
 #include "host/html/sections.h"
 #include "host/html/templates.h"
 
-#include <ostream>
-#include <stdexcept>
+#include <cstdint>
+#include <iterator>
+#include <string>
 
 namespace host::html {
 
@@ -40,17 +42,11 @@ View extent_view(const Page& page) {
     for (const auto& [path, count] : page.facts.line_counts) {
         lines += count;
     }
-    const auto noun = [](std::int64_t count, const char* thing) {
-        return std::string(thing) + (count == 1 ? "" : "s");
-    };
-    const auto files = std::ssize(page.facts.files);
-    const auto declarations = std::ssize(page.facts.symbols);
-    return object_of({{"files", text_of(files)},
-                      {"files_noun", noun(files, "file")},
-                      {"lines", text_of(lines)},
-                      {"lines_noun", noun(lines, "line")},
-                      {"declarations", text_of(declarations)},
-                      {"declarations_noun", noun(declarations, "declaration")}});
+    View extent(View::type::list);
+    extent.push_back(number_view(std::ssize(page.facts.files), "file"));
+    extent.push_back(number_view(lines, "line"));
+    extent.push_back(number_view(std::ssize(page.facts.symbols), "declaration"));
+    return extent;
 }
 
 View page_view(const Page& page, storage::Database& db, const HtmlOptions& options) {
@@ -58,10 +54,6 @@ View page_view(const Page& page, storage::Database& db, const HtmlOptions& optio
     View view = object_of({
         {"title", text_of(options.head.title)},
         {"stamp", text_if_any(options.head.stamp)},
-        {"style", text_of(templates::STYLE)},
-        {"style_hash", text_of(templates::STYLE_HASH)},
-        {"script", text_of(templates::SCRIPT)},
-        {"script_hash", text_of(templates::SCRIPT_HASH)},
         {"extent", extent_view(page)},
         {"has_doubts", !options.remarks.empty()},
         {"doubts", list_of(options.remarks, [](const std::string& remark) { return text_of(remark); })},
@@ -71,10 +63,9 @@ View page_view(const Page& page, storage::Database& db, const HtmlOptions& optio
         {"program", text_if_any(options.origin.program)},
     });
     for (const Section section : SECTIONS) {
-        std::string name(name_of(section));
-        name = name == "in-depth" ? "in_depth" : name;
-        view.set(name, options.only.contains(section) ? section_view(section, page, db, links, options.with_source)
-                                                      : View(false));
+        view.set(std::string(name_of(section)), options.only.contains(section)
+                                                    ? section_view(section, page, db, links, options.with_source)
+                                                    : View(false));
     }
     return view;
 }
@@ -82,12 +73,7 @@ View page_view(const Page& page, storage::Database& db, const HtmlOptions& optio
 }  // namespace
 
 void write_html(std::ostream& out, const Page& page, storage::Database& db, const HtmlOptions& options) {
-    kainjow::mustache::mustache page_template{std::string(templates::PAGE)};
-    page_template.set_custom_escape(html_text);
-    page_template.render(page_view(page, db, options), [&out](const std::string& text) { out << text; });
-    if (!page_template.is_valid()) {
-        throw std::logic_error("the template of the page: " + page_template.error_message());
-    }
+    render(out, templates::PAGE, page_view(page, db, options));
 }
 
 }  // namespace host::html

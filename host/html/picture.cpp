@@ -5,6 +5,7 @@
 #include "host/html/use_graph.h"
 #include "host/text/counted.h"
 #include "host/text/percent_encoding.h"
+#include "host/text/short_path.h"
 #include "host/text/utf8.h"
 
 #include <algorithm>
@@ -47,10 +48,7 @@ std::size_t columns_of(std::string_view character) {
 
 // The end of a path, of which no more than fits is left, and how many columns it takes.
 std::pair<std::string, std::size_t> label_of(std::string_view path) {
-    const std::size_t slash = path.substr(0, path.rfind('/')).rfind('/');
-    const std::string_view end =
-        path.find('/') == std::string_view::npos || slash == std::string_view::npos ? path : path.substr(slash + 1);
-    const std::vector<std::string_view> characters = picture_characters(end);
+    const std::vector<std::string_view> characters = picture_characters(short_path(path));
     std::size_t columns = 0;
     auto begin = characters.end();
     while (begin != characters.begin() && columns + columns_of(*(begin - 1)) < LONGEST_LABEL) {

@@ -5,12 +5,15 @@
 #include "host/page/citation.h"
 #include "host/page/outline.h"
 #include "host/page/use_sites.h"
+#include "host/text/short_path.h"
+#include "utils/saturating.h"
 #include "workers/wiki/scope/consumers.h"
 #include "workers/wiki/scope/file_cards.h"
 #include "workers/wiki/scope/neighbours.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -34,10 +37,8 @@ View most_used_view(const FileCard& card, const Links& links) {
 
 // A file by the end of its path, which tells it from most others; its whole path is there for whoever asks.
 View user_view(const Text& path, const Links& links) {
-    const std::size_t slash = path.view().substr(0, path.view().rfind('/')).rfind('/');
-    const bool is_short = path.view().find('/') == std::string_view::npos || slash == std::string_view::npos;
     View view = file_view(path, links);
-    view.set("end", text_of(path_html(is_short ? path.view() : path.view().substr(slash + 1))));
+    view.set("end", text_of(path_html(short_path(path))));
     view.set("whole", text_of(path));
     return view;
 }
@@ -66,13 +67,13 @@ View card_view(const FileCard& card, const Links& links) {
 // The references that all consumers make, those that are not shown too.
 std::int64_t references_from_outside(const Page& page) {
     const models::TextSet of_page = page.facts.paths();
-    models::Counter<Text> outside;
+    std::int64_t outside = 0;
     for (const auto& [target, sources] : wiki::scope::file_users(page.facts)) {
         for (const auto& [source, references] : sources) {
-            outside.add(Text(), of_page.contains(source) ? 0 : references);
+            outside = utils::saturating_sum(outside, of_page.contains(source) ? 0 : references);
         }
     }
-    return outside.get(Text(), 0);
+    return outside;
 }
 
 View consumer_view(const wiki::scope::Consumer& consumer, const std::optional<std::int32_t>& first_use,
@@ -129,8 +130,12 @@ View site_view(std::string_view path, const std::optional<std::int32_t>& line, c
 }
 
 std::string percent_of(std::int64_t number, std::int64_t largest) {
-    // Before the multiplication: counts stop at the ends of 64 bits.
-    return std::to_string(largest < 100 ? number * 100 / std::max<std::int64_t>(largest, 1) : number / (largest / 100));
+    constexpr std::int64_t ALL = 100;
+    // What an index was made to say may be more than all, or negative.
+    const std::int64_t whole = std::max<std::int64_t>(largest, 1);
+    const std::int64_t part = std::clamp<std::int64_t>(number, 0, whole);
+    const bool is_small = part <= std::numeric_limits<std::int64_t>::max() / ALL;
+    return std::to_string(is_small ? part * ALL / whole : std::min(part / (whole / ALL), ALL));
 }
 
 View files_view(const Page& page, const Links& links) {
@@ -158,7 +163,7 @@ View consumers_view(const Page& page, const Links& links) {
                                   return object_of({{"resolution", text_of(uncounted.resolution)},
                                                     {"references", text_of(uncounted.references)}});
                               })},
-        {"uncounted_files", text_of(static_cast<std::int64_t>(found.uncounted_files))},
+        {"uncounted_files", counted_if_any(found.uncounted_files, "file")},
         {"has_unused", !found.unused.shown.empty()},
         {"unused", list_of(found.unused.shown,
                            [&](const ScopeSymbol* symbol) {
@@ -185,7 +190,6 @@ View in_depth_view(const Page& page, const Links& links) {
 }
 
 View dependencies_view(const Page& page, const Links& links) {
-    const std::int64_t most = page.neighbours.empty() ? 0 : page.neighbours.front().refs;
     const auto matches = wiki::scope::name_match_counts(page.facts);
     return object_of({
         {"has_declarations", !page.neighbours.empty()},
@@ -198,7 +202,6 @@ View dependencies_view(const Page& page, const Links& links) {
                                          {"kind", text_of(target.kind)},
                                          {"citation", citation_view(target.path, cited_lines(target), links)},
                                          {"references", text_of(neighbour.refs)},
-                                         {"bar", text_of(percent_of(neighbour.refs, most))},
                                      });
                                  })},
         {"has_matches", !matches.empty()},
@@ -216,23 +219,19 @@ View seeds_view(const Page& page, const Links& links) {
     const auto seeds = wiki::scope::file_seeds(page.facts, page.fan_in);
     return object_of({{"files", list_of(seeds, [&](const auto& seed) {
                            const auto& [path, range] = seed;
-                           View view = file_view(path, links);
-                           view.set("citation", citation_view(path, range, links));
-                           return view;
+                           return object_of({{"citation", citation_view(path, range, links)}});
                        })}});
 }
 
 View outline_view(const Page& page, storage::Database& db, const Links& links) {
     return object_of({{"files", list_of(file_outlines(page, db), [&](const FileOutline& file) {
                            View view = file_view(file.path, links);
-                           view.set("lines", file.lines ? text_of(*file.lines) : View(false));
                            view.set("count", text_of(std::ssize(file.declarations)));
                            view.set("declarations",
                                     list_of(by_lines(file, file.declarations.size()), [&](const auto* declaration) {
                                         const ScopeSymbol& symbol = *declaration->symbol;
                                         View row = declaration_view(symbol, std::string(symbol.name), links);
                                         row.set("has_block", links.has_block(symbol));
-                                        row.set("is_export", symbol.is_export);
                                         row.set("signature", text_if_any(declaration->signature));
                                         return row;
                                     }));

@@ -2,13 +2,13 @@
 
 #include "host/html/html_text.h"
 #include "host/html/links.h"
+#include "host/html/render.h"
 #include "host/html/templates.h"
 #include "host/html/view.h"
 #include "host/text/percent_encoding.h"
 
 #include <cstdint>
-#include <ostream>
-#include <stdexcept>
+#include <iterator>
 #include <utility>
 
 namespace host::html {
@@ -50,22 +50,15 @@ void SiteIndex::write(std::ostream& out, std::span<const SitePage> pages, const 
                           {"count", text_of(std::ssize(contents.files))},
                           {"lines", text_of(contents.lines)},
                           {"files", list_of(contents.files, entry_view)},
-                          {"has_declarations", !contents.declarations.empty()},
                           {"declarations", list_of(contents.declarations, entry_view)}});
     };
-    kainjow::mustache::mustache index_template{std::string(templates::INDEX)};
-    index_template.set_custom_escape(html_text);
-    index_template.render(object_of({{"stamp", text_of(stamp)},
-                                     {"style", text_of(templates::STYLE)},
-                                     {"style_hash", text_of(templates::STYLE_HASH)},
-                                     {"script", text_of(templates::SCRIPT)},
-                                     {"script_hash", text_of(templates::SCRIPT_HASH)},
-                                     {"count", text_of(std::ssize(pages))},
-                                     {"pages", list_of(pages, page_view)}}),
-                          [&out](const std::string& text) { out << text; });
-    if (!index_template.is_valid()) {
-        throw std::logic_error("the template of the index: " + index_template.error_message());
-    }
+    View extent(View::type::list);
+    extent.push_back(number_view(std::ssize(pages), "page"));
+    render(out, templates::INDEX,
+           object_of({{"title", text_of("All pages")},
+                      {"stamp", text_of(stamp)},
+                      {"extent", extent},
+                      {"pages", list_of(pages, page_view)}}));
 }
 
 }  // namespace host::html

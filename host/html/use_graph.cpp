@@ -1,5 +1,6 @@
 #include "host/html/use_graph.h"
 
+#include "utils/saturating.h"
 #include "workers/wiki/scope/neighbours.h"
 #include "workers/wiki/scope/uses.h"
 
@@ -26,12 +27,17 @@ struct Place {
 
 using References = std::map<std::pair<Place, Place>, std::int64_t>;  // from a file to a file
 
+// Counts stop at the ends of 64 bits, as everywhere.
+void add(std::int64_t& sum, std::int64_t count) {
+    sum = utils::saturating_sum(sum, count);
+}
+
 void add_uses(const Page& page, References& references) {
     const models::TextSet of_page = page.facts.paths();
     for (const auto& [target, sources] : wiki::scope::file_users(page.facts)) {
         for (const auto& [source, count] : sources) {
             const Side side = of_page.contains(source) ? Side::PAGE : Side::USERS;
-            references[{{side, std::string(source)}, {Side::PAGE, std::string(target)}}] += count;
+            add(references[{{side, std::string(source)}, {Side::PAGE, std::string(target)}}], count);
         }
     }
 }
@@ -45,8 +51,9 @@ void add_dependencies(const Page& page, References& references) {
     for (const storage::OutboundReference& reference : page.facts.outbound) {
         const wiki::scope::TargetKinds counted = wiki::scope::use_rules(reference.resolution).neighbour;
         if (used.contains(reference.target.id) && includes(counted, reference.target.kind)) {
-            references[{{Side::PAGE, std::string(reference.source_path)},
-                        {Side::USED, std::string(reference.target.path)}}] += reference.refs;
+            add(references[{{Side::PAGE, std::string(reference.source_path)},
+                            {Side::USED, std::string(reference.target.path)}}],
+                reference.refs);
         }
     }
 }
@@ -154,7 +161,7 @@ UseGraph use_graph(const Page& page, std::size_t most) {
     for (const auto& [ends, count] : references) {
         const std::pair between(nodes.at(ends.first), nodes.at(ends.second));
         if (between.first != between.second) {
-            arrows[between] += count;
+            add(arrows[between], count);
         }
     }
     for (const auto& [between, count] : arrows) {

@@ -1,6 +1,8 @@
 // What the template is filled with: objects, lists and texts.
 #pragma once
 
+#include "host/text/counted.h"
+
 #include <kainjow/mustache.hpp>
 
 #include <cstdint>
@@ -43,6 +45,16 @@ inline View text_of(std::int64_t number) {
 /// A text whose section is not shown when it is empty.
 inline View text_if_any(std::string_view text) {
     return text.empty() ? View(false) : text_of(text);
+}
+
+/// A number and its noun apart: "number", and "file" or "files" as "noun". `thing` is as `counted` takes it.
+inline View number_view(std::int64_t number, const std::string& thing) {
+    return object_of({{"number", text_of(number)}, {"noun", text_of(number == 1 ? thing : thing + "s")}});
+}
+
+/// How many things there are, as "2 files"; not shown when there are none.
+inline View counted_if_any(std::size_t number, const std::string& thing) {
+    return number == 0 ? View(false) : text_of(counted(static_cast<std::int64_t>(number), thing));
 }
 
 /// A number whose section is not shown when it is 0.

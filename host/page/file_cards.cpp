@@ -3,9 +3,8 @@
 #include "host/text/blanks.h"
 #include "host/text/control_characters.h"
 #include "host/text/markdown_text.h"
+#include "host/text/short_path.h"
 #include "workers/wiki/scope/render.h"
-
-#include <string_view>
 
 namespace host {
 
@@ -24,16 +23,6 @@ std::string listed(const models::Excerpt<Element>& excerpt, TextOf text_of) {
         text.append(text.empty() ? "" : ", ").append(text_of(element));
     }
     return excerpt.left_out() > 0 ? text + " +" + std::to_string(excerpt.left_out()) : text;
-}
-
-// The last two segments of a path: enough to tell two files of one name apart.
-std::string_view short_path(std::string_view path) {
-    const std::size_t last = path.rfind('/');
-    if (last == std::string_view::npos || last == 0) {
-        return path;
-    }
-    const std::size_t previous = path.rfind('/', last - 1);
-    return previous == std::string_view::npos ? path : path.substr(previous + 1);
 }
 
 std::string most_used(const FileCard& card) {

@@ -111,6 +111,17 @@ TEST_F(HtmlPage, CitesUsesAndLinksEveryCitationToTheNamedSite) {
     EXPECT_NE(page.find("first at <a href=\"https://forge.example/lib/c.ts?L7-7\""), std::string::npos);
 }
 
+TEST_F(HtmlPage, SharesOutWhatItCountsHoweverMuchThatIs) {
+    const auto shares = [&] { return all(html("src --only consumers,graph"), "</svg> ([^<]*)</td>"); };
+    change("DELETE FROM edges; INSERT INTO edges(source_file_id, target_id, resolution_id, refs) "
+           "VALUES(3, 1, 1, 100), (4, 1, 1, 50)");
+    EXPECT_EQ(shares(), std::vector<std::string>({"66 %", "33 %"}));
+    change("UPDATE edges SET refs = 9223372036854775807");
+    EXPECT_EQ(shares(), std::vector<std::string>({"100 %", "100 %"}));
+    change("UPDATE edges SET refs = -9223372036854775807");
+    EXPECT_EQ(all(html("src"), "width=\"(-[^\"]*)\"").size(), 0U);
+}
+
 TEST_F(HtmlPage, IsWrittenWhereNobodyElseReadsAndOpened) {
     folder.write("bin/xdg-open", "#!/bin/sh\ncat \"$1\" >opened\n");
     const std::string view = R"(chmod +x bin/xdg-open && XDG_CACHE_HOME="$PWD/cache" PATH="$PWD/bin:$PATH" DISPLAY=)";
