@@ -8,9 +8,7 @@
 #include "workers/wiki/scope/uses.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
-#include <system_error>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
@@ -43,12 +41,6 @@ bool is_private_name(std::string_view name) {
     return name.starts_with('_') || name.starts_with('#');
 }
 
-std::optional<Checkout> sources_of(storage::Database& db) {
-    const std::string folder = source_folder("", db).path;
-    std::error_code error;
-    return std::filesystem::is_directory(folder, error) ? std::optional<Checkout>(folder) : std::nullopt;
-}
-
 }  // namespace
 
 NumberById::NumberById(const std::vector<RowId>& ids) {
@@ -74,7 +66,8 @@ Number NumberById::find(RowId id) const {
     return found != rows_.end() && found->first == id ? found->second : NONE;
 }
 
-IndexState::IndexState(storage::Database& db, const std::vector<PathRule>& tests) : db_(db), sources_(sources_of(db)) {
+IndexState::IndexState(storage::Database& db, const std::vector<PathRule>& tests)
+    : db_(db), sources_(source_checkout("", db)) {
     read_files(tests);
     read_declarations();
     find_members();

@@ -189,6 +189,9 @@ void add_pages_command(CLI::App& app) {
         if (folder->empty()) {
             throw CLI::RequiredError("--out");
         }
+        if (arguments->format == "json" && !arguments->source_url.empty()) {
+            throw CLI::ValidationError("--source-url", "applies to Markdown and HTML only");
+        }
         arguments->update.format = format_named(arguments->format);
         update(*arguments);
     });

@@ -1,11 +1,13 @@
 #include "host/pages/coverage.h"
 
 #include "host/paths/find_paths.h"
+#include "host/paths/source_folder.h"
 #include "host/rules/noted_rules.h"
 #include "host/rules/test_paths.h"
 #include "utils/path_filter.h"
 
 #include <map>
+#include <optional>
 #include <utility>
 
 namespace host::pages {
@@ -39,7 +41,8 @@ std::vector<std::vector<std::string>> files_of_pages(const Wiki& wiki, storage::
     std::vector<std::vector<std::string>> files;
     files.reserve(wiki.pages.size());
     for (const WikiPage& page : wiki.pages) {
-        files.push_back(find_paths(db, nullptr, page.request.paths).indexed);
+        const std::optional<Checkout> checkout = source_checkout(page.request.checkout, db);
+        files.push_back(find_paths(db, checkout ? &*checkout : nullptr, page.request.paths).indexed);
     }
     return files;
 }

@@ -117,6 +117,11 @@ class Comparison {
     Comparison(const StatedFacts& before, const StatedFacts& after) {
         for (const Subject subject : SUBJECTS) {
             compare(subject, before.about(subject), after.about(subject));
+            if (groups_.contains({Subject::PAGE, aspect::OPTIONS})) {
+                std::erase_if(groups_,
+                              [](const auto& group) { return !is_told_with_other_options(group.first.second); });
+                return;
+            }
         }
     }
 
@@ -134,6 +139,9 @@ class Comparison {
     }
 
   private:
+    // With other options a page says more or less of the same things, which is no change of these.
+    static bool is_told_with_other_options(int change) { return change == aspect::TITLE || change == aspect::OPTIONS; }
+
     void compare(Subject subject, const std::vector<Statement>& before, const std::vector<Statement>& after) {
         const std::map<Key, const Statement*> old = by_key(before);
         const std::map<Key, const Statement*> now = by_key(after);

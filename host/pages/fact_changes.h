@@ -12,7 +12,8 @@ namespace host::pages {
 ///     `Session.close` has another signature; 2 users fewer
 ///
 /// What happened to several things is said once, with the first two of them. At most five changes are told, and how
-/// many more there are. Empty when the facts are equal.
+/// many more there are. Of a page with other options only that and its title are told, since what it says then may differ
+/// for no other reason. Empty when the facts are equal.
 std::string changes_between(const StatedFacts& before, const StatedFacts& after);
 
 }  // namespace host::pages

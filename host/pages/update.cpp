@@ -9,6 +9,7 @@
 #include "host/pages/wiki_folder.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -52,11 +53,7 @@ class Update {
             outcome.state = Outcome::State::FAILED;
             return;
         }
-        const std::string file = file_of(wiki_.pages[at]);
-        replace(file, page.text, page.facts, outcome);
-        if (outcome.state != Outcome::State::FAILED) {
-            record_[file] = {.facts = std::move(page.facts), .version = options_.version};
-        }
+        replace(file_of(wiki_.pages[at]), page.text, std::move(page.facts), outcome);
     }
 
     UpdateReport finish(storage::Database& db) {
@@ -90,23 +87,23 @@ class Update {
 
     [[nodiscard]] std::string index_file() const { return std::string(INDEX) + options_.format.ending; }
 
-    // Stages a file unless it has the text, or is somebody else's.
-    void replace(const std::string& file, const std::string& text, const StatedFacts& facts, Outcome& outcome) {
+    // Stages a file that does not have the text yet, and records what it states. One that is somebody else's stays.
+    void replace(const std::string& file, const std::string& text, StatedFacts facts, Outcome& outcome) {
         const std::optional<std::string> old = folder_.read(file);
-        if (old == text) {
-            return;
-        }
-        if (old && !options_.is_check && !is_as_sealed(*old)) {
+        if (old && old != text && !options_.is_check && !is_as_sealed(*old)) {
             outcome.state = Outcome::State::FAILED;
             outcome.remarks.push_back(folder_.path_of(file) +
                                       " is not as wiki-scope wrote it; remove it to have it written anew");
             return;
         }
-        outcome.state = Outcome::State::CHANGED;
-        outcome.why = why(file, old, facts);
-        if (!options_.is_check) {
-            folder_.stage(file, text);
+        if (old != text) {
+            outcome.state = Outcome::State::CHANGED;
+            outcome.why = why(file, old, facts);
+            if (!options_.is_check) {
+                folder_.stage(file, text);
+            }
         }
+        record_[file] = {.facts = std::move(facts), .version = options_.version};
     }
 
     // The file that leads to the pages. It states which there are.
@@ -122,10 +119,7 @@ class Update {
         }
         std::ostringstream out;
         options_.format.write_index(out, pages, open_stamp(digest_of(to_json(facts))));
-        const std::string file = index_file();
-        Outcome& outcome = outcomes_.emplace_back();
-        replace(file, sealed(std::move(out).str()), facts, outcome);
-        record_[file] = {.facts = std::move(facts), .version = options_.version};
+        replace(index_file(), sealed(std::move(out).str()), std::move(facts), outcomes_.emplace_back());
     }
 
     // Why a file differs from its page.

@@ -1,6 +1,7 @@
 #include "host/paths/source_folder.h"
 
 #include "host/index/notes.h"
+
 #include <filesystem>
 #include <system_error>
 
@@ -38,6 +39,12 @@ SourceFolder source_folder(const std::string& named, storage::Database& db) {
         return {.path = noted, .is_the_users_choice = true};
     }
     return {.path = db.origin().is_users_own ? noted : repository.string()};
+}
+
+std::optional<Checkout> source_checkout(const std::string& named, storage::Database& db) {
+    const std::string folder = source_folder(named, db).path;
+    std::error_code error;
+    return fs::is_directory(folder, error) ? std::optional<Checkout>(folder) : std::nullopt;
 }
 
 }  // namespace host

@@ -1,8 +1,10 @@
 // Which folder the sources of an index are read from.
 #pragma once
 
+#include "host/files/checkout.h"
 #include "host/index/database.h"
 
+#include <optional>
 #include <string>
 
 namespace host {
@@ -19,5 +21,8 @@ struct SourceFolder {
 /// 4. For any other index, the root of the repository around the current folder, or that folder.
 /// The user has chosen the first two.
 SourceFolder source_folder(const std::string& named, storage::Database& db);
+
+/// Returns the checkout in that folder; none when there is no such folder. Throws `IndexError`.
+std::optional<Checkout> source_checkout(const std::string& named, storage::Database& db);
 
 }  // namespace host

@@ -163,6 +163,9 @@ TEST_F(Pages, TellWhatTheyCover) {
     EXPECT_EQ(uncovered.err, "wiki-scope: src/a.ts: on 2 pages: The *first*, Adding\n");
     folder.write("wiki.toml", "[defaults]\ntest = ['left.ts']\nnot-test = ['*.test.ts']\n" + folder.read("wiki.toml"));
     EXPECT_EQ(run("pages wiki.toml --uncovered --index index.db").out, "lib/left.test.ts\n");
+    const std::string wiki = folder.read("wiki.toml");
+    folder.write("wiki.toml", wiki + "[[page]]\ntitle = 'Here'\npaths = ['" + folder / "lib/left.test.ts" + "']\n");
+    EXPECT_EQ(run("pages wiki.toml --uncovered --index index.db --checkout .").out, "");  // as `page` finds it
     EXPECT_EQ(run("pages wiki.toml --uncovered --check --index index.db").exit_code, 2);
     EXPECT_EQ(run("pages wiki.toml --index index.db").exit_code, 2);  // without --out
 }
@@ -186,6 +189,10 @@ TEST_F(Pages, AreASiteInHtml) {
     EXPECT_NE(folder.read("docs/the-first.html").find("href=\"deep/adding.html#file:lib/c.ts\""), std::string::npos);
     EXPECT_EQ(pages("--format html --source-url 'https://forge.example/{path}#L{first}' --check").exit_code, 0);
     EXPECT_NE(pages("--format html --check").out.find("Adding: other options\n"), std::string::npos);
+    EXPECT_EQ(pages("--format json --source-url 'https://forge.example/{path}'").exit_code, 2);
+    folder.write("docs/index.html", "By hand.\n");
+    EXPECT_EQ(pages("--format html").exit_code, 1);
+    EXPECT_EQ(folder.read("docs/index.html"), "By hand.\n");
     folder.write("wiki.toml", "[[page]]\ntitle = 'Index'\npaths = ['src']\n");
     EXPECT_EQ(pages("--format html").err,
               "wiki-scope: Index: the name index is that of the file that leads to all pages; set `name`\n");

@@ -176,6 +176,9 @@ TEST(FactChanges, AreToldWithWhatConcernsAReaderMostFirst) {
     std::swap(after.about(Subject::CONSUMER)[0], after.about(Subject::CONSUMER)[2]);
     EXPECT_EQ(changes_between(before, after), "another order of users");
     EXPECT_EQ(changes_between(before, before), "");
+    after.about(Subject::PAGE)[0].values[aspect::OPTIONS] = "others";  // which may be why it shows fewer users
+    after.about(Subject::PAGE)[0].values[aspect::USERS] = "";
+    EXPECT_EQ(changes_between(before, after), "other options");
 }
 
 }  // namespace
