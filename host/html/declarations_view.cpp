@@ -4,42 +4,16 @@
 #include "host/html/sections.h"
 #include "host/page/citation.h"
 #include "host/page/selected_declarations.h"
+#include "host/page/source_nesting.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <tuple>
+#include <optional>
 #include <vector>
 
 namespace host::html {
 
 namespace {
-
-// For each declaration whose source is part of that of another one the other one; null for the others.
-std::vector<const SelectedDeclaration*> sources_around(const std::vector<SelectedDeclaration>& declarations) {
-    std::vector<std::size_t> places;
-    for (std::size_t place = 0; place < declarations.size(); ++place) {
-        if (!declarations[place].source.empty()) {
-            places.push_back(place);
-        }
-    }
-    const auto lines = [&](std::size_t place) { return cited_lines(*declarations[place].symbol).value(); };
-    std::ranges::sort(places, {}, [&](std::size_t place) {
-        return std::tuple(declarations[place].symbol->path.view(), lines(place).first, -lines(place).last, place);
-    });
-    std::vector<const SelectedDeclaration*> around(declarations.size());
-    const std::size_t* outermost = nullptr;  // what ends last of what has begun in the file
-    for (const std::size_t& place : places) {
-        const bool is_in_file =
-            outermost != nullptr && declarations[*outermost].symbol->path == declarations[place].symbol->path;
-        if (is_in_file && lines(place).last <= lines(*outermost).last) {
-            around[place] = &declarations[*outermost];
-        } else {
-            outermost = &place;
-        }
-    }
-    return around;
-}
 
 // The numbers of lines, one below the other.
 std::string line_numbers(std::int64_t first, std::size_t count) {
@@ -78,7 +52,8 @@ View source_view(const SelectedDeclaration& declaration) {
 
 View declarations_view(const Page& page, storage::Database& db, const Links& links, bool with_source) {
     const std::vector<SelectedDeclaration> declarations = selected_declarations(page, db, with_source);
-    const std::vector<const SelectedDeclaration*> around = sources_around(declarations);
+    const std::vector<std::optional<std::size_t>> around =
+        SourceNesting(declarations).printed_around(declarations.size());
     View list(View::type::list);
     for (std::size_t place = 0; place < declarations.size(); ++place) {
         db.check_interrupt();
@@ -94,7 +69,7 @@ View declarations_view(const Page& page, storage::Database& db, const Links& lin
         view.set("uses", list_of(declaration.uses.shown,
                                  [&](const UseSite& site) { return site_view(site.path, site.line, links); }));
         view.set("uses_left_out", counted_if_any(declaration.uses.left_out(), "other file"));
-        const SelectedDeclaration* const outer = around[place];
+        const SelectedDeclaration* const outer = around[place] ? &declarations[*around[place]] : nullptr;
         view.set("around", outer == nullptr ? View(false) : declaration_view(*outer->symbol, outer->name, links));
         view.set("source", outer == nullptr ? source_view(declaration) : View(false));
         list.push_back(view);

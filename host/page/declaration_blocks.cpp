@@ -2,7 +2,6 @@
 
 #include "host/page/citation.h"
 #include "host/page/doc_comment.h"
-#include "host/page/selected_declarations.h"
 #include "host/text/counted.h"
 #include "host/text/markdown_text.h"
 #include "host/text/split_lines.h"
@@ -10,16 +9,12 @@
 #include <algorithm>
 #include <optional>
 #include <span>
-#include <tuple>
-#include <utility>
 
 namespace host {
 
 namespace {
 
-using models::Text;
 using storage::ScopeSymbol;
-using wiki::scope::LineRange;
 
 // What a block says above the doc comment.
 std::string introduction(const SelectedDeclaration& selected, const wiki::scope::FanIn& fan_in,
@@ -51,14 +46,17 @@ std::string block_of(std::span<const std::string> lines, std::string_view langua
 
 DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bool with_source,
                                      const SourceLinks* links)
-    : db_(db), sources_(with_source ? page.selection.size() : 0) {
-    for (const SelectedDeclaration& selected : selected_declarations(page, db, with_source)) {
+    : DeclarationBlocks(selected_declarations(page, db, with_source), page, db, with_source, links) {}
+
+DeclarationBlocks::DeclarationBlocks(std::span<const SelectedDeclaration> declarations, const Page& page,
+                                     const storage::Database& db, bool with_source, const SourceLinks* links)
+    : db_(db), nesting_(declarations), sources_(with_source ? declarations.size() : 0) {
+    for (const SelectedDeclaration& selected : declarations) {
         db.check_interrupt();
         const std::string lead = lead_of(selected.documentation);
         const std::vector<std::string_view> lines = split_lines(selected.signature);
         declarations_.push_back(
-            {.symbol = selected.symbol,
-             .introduction = introduction(selected, page.fan_in, links),
+            {.introduction = introduction(selected, page.fan_in, links),
              .uses = used_at(selected.uses, links),
              .cited_uses = selected.uses.shown.size(),
              .comment = lead.empty() ? "" : "\n" + lead + "\n",
@@ -66,39 +64,6 @@ DeclarationBlocks::DeclarationBlocks(const Page& page, storage::Database& db, bo
              .source = block_of(selected.source, selected.language),
              .reference = "\nIts source is part of that of " + code_span(selected.name) + ".\n"});
     }
-    order_by_file();
-}
-
-void DeclarationBlocks::order_by_file() {
-    models::OrderedMap<Text, std::vector<std::size_t>> by_file;
-    for (std::size_t place = 0; place < declarations_.size(); ++place) {
-        if (!declarations_[place].source.empty()) {
-            by_file[declarations_[place].symbol->path].push_back(place);
-        }
-    }
-    for (const auto& [path, places] : by_file) {
-        std::ranges::sort(by_file_.emplace_back(places), {}, [this](std::size_t place) {
-            const LineRange lines = cited_lines(*declarations_[place].symbol).value();
-            return std::tuple(lines.first, -lines.last, place);
-        });
-    }
-}
-
-std::vector<const DeclarationBlocks::Declaration*> DeclarationBlocks::printed_around(std::size_t sources) const {
-    std::vector<const Declaration*> around(declarations_.size());
-    const auto last = [this](std::size_t place) { return cited_lines(*declarations_[place].symbol).value().last; };
-    for (const std::vector<std::size_t>& places : by_file_) {
-        std::vector<std::size_t> printed;  // each ends behind the one before it
-        for (const std::size_t place : places) {
-            const auto outermost = std::ranges::lower_bound(printed, last(place), {}, last);
-            if (outermost != printed.end()) {
-                around[place] = &declarations_[*outermost];
-            } else if (place < sources) {
-                printed.push_back(place);
-            }
-        }
-    }
-    return around;
 }
 
 std::vector<DeclarationBlocks::Block> DeclarationBlocks::blocks(std::size_t steps) const {
@@ -110,7 +75,7 @@ std::vector<DeclarationBlocks::Block> DeclarationBlocks::blocks(std::size_t step
     const std::size_t sources = left_of(sources_);
     const std::size_t uses = left_of(declarations_.size());
     const std::size_t comments = left_of(declarations_.size());
-    const std::vector<const Declaration*> around = printed_around(sources);
+    const std::vector<std::optional<std::size_t>> around = nesting_.printed_around(sources);
     std::vector<Block> blocks;
     blocks.reserve(declarations_.size());
     for (std::size_t at = 0; at < declarations_.size(); ++at) {
@@ -122,8 +87,8 @@ std::vector<DeclarationBlocks::Block> DeclarationBlocks::blocks(std::size_t step
         block.uses = at >= uses ? std::string_view() : declaration.uses;
         block.lacks_comment = at >= comments && !declaration.comment.empty();
         block.comment = block.lacks_comment ? std::string_view() : declaration.comment;
-        if (around[at] != nullptr) {
-            block.source = around[at]->reference;
+        if (around[at]) {
+            block.source = declarations_[*around[at]].reference;
         } else {
             block.lacks_source = at >= sources && !declaration.source.empty();
             block.source = block.lacks_source || sources_ == 0 ? declaration.signature : declaration.source;

@@ -5,8 +5,11 @@
 #include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/passage.h"
+#include "host/page/selected_declarations.h"
+#include "host/page/source_nesting.h"
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,7 +33,6 @@ class DeclarationBlocks : public Items {
 
   private:
     struct Declaration {
-        const storage::ScopeSymbol* symbol;
         std::string introduction;  // name, kind, place and counts
         std::string uses;          // where it is used, as a paragraph; empty when nobody knows
         std::size_t cited_uses;    // how many places that names
@@ -51,18 +53,14 @@ class DeclarationBlocks : public Items {
         std::size_t lacking_uses = 0;
     };
 
-    void order_by_file();
-
-    // For each declaration the one that is printed whole with the source of it in it, when the first `sources` have
-    // theirs; null for the others.
-    [[nodiscard]] std::vector<const Declaration*> printed_around(std::size_t sources) const;
+    DeclarationBlocks(std::span<const SelectedDeclaration> declarations, const Page& page, const storage::Database& db,
+                      bool with_source, const SourceLinks* links);
 
     [[nodiscard]] std::vector<Block> blocks(std::size_t steps) const;
 
     const storage::Database& db_;
     std::vector<Declaration> declarations_;  // in the order of the selection
-    // The places of those that have a source, file by file: what begins first, and of that what ends last, comes first.
-    std::vector<std::vector<std::size_t>> by_file_;
+    SourceNesting nesting_;
     std::size_t sources_;  // how many were to be read
 };
 
