@@ -7,6 +7,7 @@
 #include "host/command/path_rule_options.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
+#include "host/files/staged_file.h"
 #include "host/page/requested_page.h"
 #include "host/pages/digest.h"
 #include "host/worktree/cache_folder.h"
@@ -15,12 +16,10 @@
 #include <CLI/CLI.hpp>
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <ostream>
-#include <stdexcept>
+#include <sstream>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace host {
@@ -45,28 +44,11 @@ fs::path file_of(const std::vector<std::string>& paths) {
            ("view-" + pages::digest_of(all) + ".html");
 }
 
-// Writes the file whole or not at all.
-void write_file(const fs::path& file, const TextPieces& text) {
-    const fs::path partial = file.string() + ".partial";
-    std::ofstream out(partial, std::ios::binary | std::ios::trunc);
-    for (const std::string& piece : text.pieces()) {
-        out << piece;
-    }
-    out.close();
-    std::error_code error;
-    if (out) {
-        fs::rename(partial, file, error);
-    }
-    if (!out || error) {
-        throw std::runtime_error(file.string() + ": cannot be written; is the disk full?");
-    }
-}
-
 void view(const PageRequest& request, const std::string& title, storage::Database& index) {
     const RequestedPage page(request, index);
-    TextPieces text;
+    std::ostringstream text;
     if (!page.is_failure()) {
-        write_to(text, [&](std::ostream& out) { write_html(out, page, index, {.title = title}); });
+        write_html(text, page, index, {.title = title});
     }
     for (const std::string& remark : page.remarks()) {
         say(remark);
@@ -75,7 +57,7 @@ void view(const PageRequest& request, const std::string& title, storage::Databas
         throw CLI::RuntimeError(1);
     }
     const fs::path file = file_of(request.paths);
-    write_file(file, text);
+    StagedFile(file, text.str()).commit();
     print([&](std::ostream& out) { out << file.string() << '\n'; });
     if (!open_in_browser(file)) {
         say("no browser could be opened here; open the file above in one");

@@ -1,17 +1,13 @@
 #include "host/pages/wiki_folder.h"
 
-#include "host/files/remedy.h"
 #include "host/files/whole_file.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <cstdio>
 #include <stdexcept>
 #include <system_error>
 
@@ -20,11 +16,6 @@ namespace host::pages {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::runtime_error cannot_be_written(const fs::path& path, const std::error_code& failure) {
-    return std::runtime_error(path.string() + ": cannot be written (" + failure.message() + "); " +
-                              remedy_for(failure));
-}
 
 void make_folder(const fs::path& path) {
     std::error_code error;
@@ -45,28 +36,12 @@ FileDescriptor locked(const fs::path& root) {
     return folder;
 }
 
-void write_all(const FileDescriptor& file, std::string_view text, const fs::path& place) {
-    while (!text.empty()) {
-        const ssize_t count = write(file.number(), text.data(), text.size());
-        if (count < 0 && errno != EINTR) {
-            throw cannot_be_written(place, last_system_error());
-        }
-        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    }
-}
-
 }  // namespace
 
 WikiFolder::WikiFolder(const std::string& path, Access access) : root_(path) {
     if (access == Access::WRITE) {
         make_folder(root_);
         lock_.emplace(locked(root_));
-    }
-}
-
-WikiFolder::~WikiFolder() {
-    for (const Staged& each : staged_) {
-        unlink(each.partial.c_str());
     }
 }
 
@@ -91,28 +66,15 @@ std::optional<std::string> WikiFolder::read(const std::string& file) const {
 void WikiFolder::stage(const std::string& file, std::string_view text) {
     const fs::path place = place_of(file);
     make_folder(place.parent_path());
-    const fs::path partial = place.parent_path() / ("." + place.filename().string() + ".wiki-scope-partial");
-    unlink(partial.c_str());  // of a run that was killed
-    const FileDescriptor out(partial, O_WRONLY | O_CREAT | O_EXCL);
-    if (!out.is_open()) {
-        throw cannot_be_written(place, last_system_error());
-    }
-    staged_.push_back({partial, place});
-    struct stat old {};
-    if (stat(place.c_str(), &old) == 0 && fchmod(out.number(), old.st_mode & 0777U) != 0) {
-        throw cannot_be_written(place, last_system_error());
-    }
-    write_all(out, text, place);
+    staged_.emplace_back(place, text);
 }
 
 void WikiFolder::commit() {
     if (!staged_.empty() && syncfs(lock_->number()) != 0) {
         throw cannot_be_written(root_, last_system_error());
     }
-    for (const Staged& each : staged_) {
-        if (std::rename(each.partial.c_str(), each.place.c_str()) != 0) {
-            throw cannot_be_written(each.place, last_system_error());
-        }
+    for (StagedFile& file : staged_) {
+        file.commit();
     }
     staged_.clear();
 }

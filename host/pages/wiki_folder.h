@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/files/file_descriptor.h"
+#include "host/files/staged_file.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -12,8 +13,8 @@
 
 namespace host::pages {
 
-/// Reads the files of a wiki, and replaces them: new ones are staged, each as a hidden file beside its place, and take
-/// their places in `commit`. So each is written whole or not at all, and a run that ends before has changed nothing.
+/// Reads the files of a wiki, and replaces them: new ones are staged (staged_file.h), and take their places in `commit`.
+/// So each is written whole or not at all, and a run that ends before has changed nothing.
 ///
 /// Files go by their paths in the folder. None is reached through a symbolic link, which may lead anywhere. Every
 /// function throws `std::runtime_error` with one line that names the file.
@@ -24,10 +25,6 @@ class WikiFolder {
         WRITE,  ///< the folder is made, and nobody else can write to it through this class
     };
     WikiFolder(const std::string& path, Access access);
-    /// Removes what is staged.
-    ~WikiFolder();
-    WikiFolder(const WikiFolder&) = delete;
-    WikiFolder& operator=(const WikiFolder&) = delete;
 
     /// Returns the path of a file on this machine.
     [[nodiscard]] std::string path_of(const std::string& file) const { return root_ / file; }
@@ -45,16 +42,11 @@ class WikiFolder {
     void remove(const std::string& file) const;
 
   private:
-    struct Staged {
-        std::filesystem::path partial;
-        std::filesystem::path place;
-    };
-
     [[nodiscard]] std::filesystem::path place_of(const std::string& file) const;
 
     std::filesystem::path root_;
     std::optional<FileDescriptor> lock_;
-    std::vector<Staged> staged_;
+    std::vector<StagedFile> staged_;
 };
 
 }  // namespace host::pages
