@@ -22,7 +22,7 @@ class SourceNesting {
   private:
     struct PlacedSource {
         wiki::scope::LineRange lines;
-        std::size_t place;  // of the declaration
+        std::size_t place = 0;  // of the declaration
     };
     std::size_t declarations_;
     // Those that have a source, file by file: what begins first, and of that what ends last, comes first.
