@@ -28,7 +28,7 @@ html::Origin origin_of(storage::Database& index) {
 }
 
 void write_page(std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head,
-                const html::Origin& origin, const html::PageElsewhere& elsewhere = {}) {
+                const html::Origin& origin, const html::OtherPages* others = nullptr) {
     html::write_html(out, page.page(), index,
                      {.head = head,
                       .only = page.request().only,
@@ -36,7 +36,7 @@ void write_page(std::ostream& out, const RequestedPage& page, storage::Database&
                       .remarks = page.remarks(),
                       .origin = origin,
                       .links = page.source_links(),
-                      .elsewhere = elsewhere});
+                      .others = others});
 }
 
 }  // namespace
@@ -75,14 +75,14 @@ pages::PageFormat html_format() {
             [map, ending](const pages::Wiki& wiki, std::span<const std::vector<std::string>> files_of_pages) {
                 for (std::size_t at = 0; at < wiki.pages.size(); ++at) {
                     const auto& [title, name, request] = wiki.pages[at];
-                    map->add({title, name + ending}, files_of_pages[at], request.only.contains(Section::FILES));
+                    map->add({title, name + ending}, files_of_pages[at], request.only);
                 }
             },
         .write =
             [site, map](std::ostream& out, const RequestedPage& page, storage::Database& index, const PageHead& head) {
                 site->add(head.title, page.page(), page.request().only);
-                write_page(out, page, index, head, origin_of(index),
-                           [&](std::string_view path) { return map->address(head.title, path); });
+                const html::OtherPages others(*map, head.title, index);
+                write_page(out, page, index, head, origin_of(index), &others);
             },
         .write_index =
             [site](std::ostream& out, std::span<const pages::MadePage> made, const std::string& stamp) {

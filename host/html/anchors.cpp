@@ -25,9 +25,9 @@ std::string file_anchor(std::string_view path) {
     return "file:" + percent_encoded(path);
 }
 
-DeclarationAnchors::DeclarationAnchors(const wiki::scope::ScopeFacts& facts) {
+DeclarationAnchors::DeclarationAnchors(std::span<const storage::ScopeSymbol> declarations) {
     std::vector<const storage::ScopeSymbol*> in_order;
-    for (const storage::ScopeSymbol& symbol : facts.symbols) {
+    for (const storage::ScopeSymbol& symbol : declarations) {
         in_order.push_back(&symbol);
     }
     std::ranges::sort(in_order, {}, [](const storage::ScopeSymbol* symbol) {

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "storage/grounding_queries.h"
-#include "workers/wiki/scope/facts.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,14 +14,15 @@ namespace host::html {
 /// percent-encoded.
 std::string file_anchor(std::string_view path);
 
-/// The anchors of the declarations of a page. They tell declarations by file and qualified name, not by line, so that
+/// The anchors of declarations. They tell declarations by file and qualified name, not by line, so that
 /// an anchor leads to the same declaration when others come and go. Only of several with one qualified name in a file,
 /// the second and further ones bear their number.
 class DeclarationAnchors {
   public:
-    explicit DeclarationAnchors(const wiki::scope::ScopeFacts& facts);
+    /// `declarations` holds all of each file that has one there.
+    explicit DeclarationAnchors(std::span<const storage::ScopeSymbol> declarations);
 
-    /// The anchor of a declaration of the page: "src/a.ts:One.run", "src/a.ts:One.run:2".
+    /// The anchor of one of these: "src/a.ts:One.run", "src/a.ts:One.run:2".
     [[nodiscard]] const std::string& of(const storage::ScopeSymbol& declaration) const;
 
   private:

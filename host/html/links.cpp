@@ -1,12 +1,10 @@
 #include "host/html/links.h"
 
-#include <utility>
-
 namespace host::html {
 
-Links::Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources, PageElsewhere elsewhere)
-    : anchors_(page.facts), has_outline_(sections.contains(Section::OUTLINE)), sources_(sources),
-      elsewhere_(std::move(elsewhere)) {
+Links::Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources, const OtherPages* others)
+    : anchors_(page.facts.symbols), has_outline_(sections.contains(Section::OUTLINE)), sources_(sources),
+      others_(others) {
     if (sections.contains(Section::FILES)) {
         files_ = page.facts.paths();
     }
@@ -25,7 +23,11 @@ std::string Links::address(const models::Text& path) const {
     if (files_.contains(path)) {
         return "#" + file_anchor(path);
     }
-    return elsewhere_ ? elsewhere_(path) : "";
+    return others_ == nullptr ? "" : others_->file(path);
+}
+
+std::string Links::address(const storage::ScopeSymbol& symbol) const {
+    return others_ == nullptr ? "" : others_->declaration(symbol);
 }
 
 std::string Links::declaration(const storage::ScopeSymbol& symbol) const {

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "host/html/anchors.h"
+#include "host/html/other_pages.h"
 #include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/section.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,20 +14,20 @@
 
 namespace host::html {
 
-/// Returns the address of a file on another page of the wiki; empty when it stands on none.
-using PageElsewhere = std::function<std::string(std::string_view path)>;
-
 class Links {
   public:
-    /// `page` and `sources`, which may be null, must outlive it. `elsewhere` may be null, too.
+    /// `page`, `sources` and `others` must outlive it. The last two may be null.
     Links(const Page& page, const SectionChoice& sections, const SourceLinks* sources = nullptr,
-          PageElsewhere elsewhere = {});
+          const OtherPages* others = nullptr);
 
     /// The anchor of a file, without "#"; empty when the file does not stand on the page.
     [[nodiscard]] std::string file(const models::Text& path) const;
 
     /// The address of a file, on this page or another one; empty when it stands on none.
     [[nodiscard]] std::string address(const models::Text& path) const;
+
+    /// The address of a declaration of another file, or of that file; empty when it stands on no other page.
+    [[nodiscard]] std::string address(const storage::ScopeSymbol& symbol) const;
 
     /// The anchor of a declaration that stands on the page; else empty.
     [[nodiscard]] std::string declaration(const storage::ScopeSymbol& symbol) const;
@@ -44,7 +44,7 @@ class Links {
     std::unordered_set<storage::SymbolId> blocks_;  // declarations that have one
     bool has_outline_;
     const SourceLinks* sources_;
-    PageElsewhere elsewhere_;
+    const OtherPages* others_;
 };
 
 }  // namespace host::html

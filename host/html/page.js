@@ -134,19 +134,23 @@
     });
   };
 
-  const copy = async (button) => {
-    const citation = button.dataset.citation;
-    try {
-      await navigator.clipboard.writeText(citation);
-    } catch {
-      // where the page may not write to the clipboard, the citation is selected for whoever copies it
-      getSelection().selectAllChildren(button.parentElement.querySelector("code"));
-      return;
-    }
-    button.textContent = "Copied";
-    setTimeout(() => {
-      button.textContent = "Copy";
-    }, 1500);
+  // Buttons and the numbers of lines in outlines copy a citation.
+  const copying = (element) => {
+    const outline = element.closest("details.outline");
+    const citation = element.dataset.citation ?? outline.dataset.path + element.dataset.lines;
+    element.title = `Copy ${citation}`;
+    element.addEventListener("click", async (event) => {
+      event.preventDefault();
+      try {
+        await navigator.clipboard.writeText(citation);
+      } catch {
+        // where the page may not write to the clipboard, the text is selected for whoever copies it
+        getSelection().selectAllChildren(element.parentElement.querySelector("code"));
+        return;
+      }
+      element.classList.add("copied");
+      setTimeout(() => element.classList.remove("copied"), 1500);
+    });
   };
 
   // Whatever is folded opens for a link that leads into it, and on paper.
@@ -175,7 +179,7 @@
     document.querySelectorAll("table.sortable").forEach(sortable);
     filter();
     document.querySelectorAll("svg.picture").forEach(picture);
-    document.querySelectorAll(".copy").forEach((button) => button.addEventListener("click", () => copy(button)));
+    document.querySelectorAll(".copy, .line[data-lines]").forEach(copying);
     unfold();
   });
 })();

@@ -50,7 +50,7 @@ View extent_view(const Page& page) {
 }
 
 View page_view(const Page& page, storage::Database& db, const HtmlOptions& options) {
-    const Links links(page, options.only, options.links, options.elsewhere);
+    const Links links(page, options.only, options.links, options.others);
     View view = object_of({
         {"title", text_of(options.head.title)},
         {"stamp", text_if_any(options.head.stamp)},

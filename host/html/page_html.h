@@ -32,7 +32,7 @@ struct HtmlOptions {
     std::vector<std::string> remarks{};  ///< what leaves the page in doubt, one line each
     Origin origin = {};
     const SourceLinks* links = nullptr;  ///< where citations lead; null where they are plain text
-    PageElsewhere elsewhere = {};        ///< leads to other pages; null where there are none
+    const OtherPages* others = nullptr;  ///< lead to the rest of a wiki; null where there is none
 };
 
 /// Writes the page. Equal pages of equal options have equal bytes. Whatever an index, a path or a source holds is shown

@@ -26,8 +26,9 @@ constexpr std::size_t LONGEST_LABEL = 30;
 
 struct DrawnNode {
     std::string label;
-    std::string path;         // and what it stands for, in words
-    std::string anchor = {};  // that the node leads to; empty for none
+    std::string path;       // and what it stands for, in words
+    std::string page = {};  // the address of the file on a page of this wiki; empty for none
+    std::string row = {};   // the anchor of its first row in the table below; empty when nothing leads there
     double width = 0;
 };
 
@@ -65,7 +66,12 @@ std::pair<std::string, std::size_t> label_of(std::string_view path) {
     return {label, columns};
 }
 
-DrawnNode drawn(const GraphNode& node, const Links& links) {
+std::string_view name_of(GraphNode::Side side) {
+    constexpr std::array<std::string_view, 3> SIDES{"user", "page", "used"};
+    return SIDES.at(static_cast<std::size_t>(side));
+}
+
+DrawnNode drawn(const GraphNode& node, bool has_row, const Links& links) {
     const bool is_folder = node.files > 0;
     const std::string path = node.path.empty() ? "other files" : node.path + (is_folder ? "/" : "");
     auto [label, columns] = label_of(path);
@@ -77,11 +83,9 @@ DrawnNode drawn(const GraphNode& node, const Links& links) {
         columns += 1 + std::to_string(node.files).size();
     }
     drawn.width = std::ceil(static_cast<double>(columns) * CHARACTER + 2 * BOX_PADDING);
-    const std::string file = node.side == GraphNode::Side::PAGE ? links.file(models::Text(node.path)) : "";
-    const std::string_view side = node.side == GraphNode::Side::USED ? "used:" : "user:";
-    drawn.anchor = !is_folder && !file.empty() ? file : std::string(side) + percent_encoded(path);
-    if (node.side == GraphNode::Side::PAGE && (is_folder || file.empty())) {
-        drawn.anchor = "page:" + percent_encoded(path);
+    drawn.page = is_folder ? "" : links.address(models::Text(node.path));
+    if (drawn.page.empty() && has_row) {
+        drawn.row = std::string(name_of(node.side)) + ":" + percent_encoded(path);
     }
     return drawn;
 }
@@ -95,20 +99,6 @@ std::string number(double value) {
 
 std::string point(const Point& at) {
     return number(at.x) + " " + number(at.y);
-}
-
-// What no arrow touches has no row in the table that its node could lead to.
-void unlink_lonely_nodes(const UseGraph& graph, std::vector<DrawnNode>& nodes) {
-    std::vector<bool> is_touched(nodes.size());
-    for (const GraphArrow& arrow : graph.arrows) {
-        is_touched[arrow.from] = true;
-        is_touched[arrow.to] = true;
-    }
-    for (std::size_t place = 0; place < nodes.size(); ++place) {
-        if (!is_touched[place] && !nodes[place].anchor.starts_with("file:")) {
-            nodes[place].anchor.clear();
-        }
-    }
 }
 
 // The curve of an arrow up to its head, and the head.
@@ -132,10 +122,9 @@ View arrow_view(const GraphArrow& arrow, const std::vector<Point>& points, bool 
 }
 
 View node_view(std::size_t place, const GraphNode& node, const DrawnNode& drawn, const Point& center) {
-    constexpr std::array<std::string_view, 3> SIDES{"user", "page", "used"};
-    return object_of({{"side", text_of(SIDES.at(static_cast<std::size_t>(node.side)))},
+    return object_of({{"side", text_of(name_of(node.side))},
                       {"is_folder", node.files > 0},
-                      {"anchor", text_if_any(drawn.anchor)},
+                      {"href", text_if_any(drawn.row.empty() ? drawn.page : "#" + drawn.row)},
                       {"place", text_of(static_cast<std::int64_t>(place))},
                       {"path", text_of(drawn.path)},
                       {"label", text_of(drawn.label)},
@@ -183,14 +172,26 @@ View drawing_view(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
                       {"nodes", drawn}});
 }
 
-// The arrows as rows. An anchor of a node stands at the first arrow of it, unless it is one of a file of the page.
+// Which nodes an arrow begins or ends at.
+std::vector<bool> touched_nodes(const UseGraph& graph) {
+    std::vector<bool> are_touched(graph.nodes.size());
+    for (const GraphArrow& arrow : graph.arrows) {
+        are_touched[arrow.from] = true;
+        are_touched[arrow.to] = true;
+    }
+    return are_touched;
+}
+
+// The arrows as rows.
 View arrows_view(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
-    std::vector<bool> is_anchored(nodes.size());
+    std::vector<bool> has_row(nodes.size());
     const auto end_view = [&](std::size_t place) {
-        const bool is_elsewhere = is_anchored[place] || nodes[place].anchor.starts_with("file:");
-        is_anchored[place] = true;
-        return object_of({{"id", is_elsewhere ? View(false) : text_of(nodes[place].anchor)},
-                          {"path", text_of(path_html(nodes[place].path))}});
+        const DrawnNode& node = nodes[place];
+        const bool is_first = !has_row[place];
+        has_row[place] = true;
+        return object_of({{"id", is_first ? text_if_any(node.row) : View(false)},
+                          {"href", text_if_any(node.page)},
+                          {"path", text_of(path_html(node.path))}});
     };
     return list_of(graph.arrows, [&](const GraphArrow& arrow) {
         View from = end_view(arrow.from);
@@ -203,10 +204,10 @@ View arrows_view(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
 View picture_view(const Page& page, const Links& links) {
     const UseGraph graph = use_graph(page);
     std::vector<DrawnNode> nodes;
-    for (const GraphNode& node : graph.nodes) {
-        nodes.push_back(drawn(node, links));
+    const std::vector<bool> are_touched = touched_nodes(graph);
+    for (std::size_t place = 0; place < graph.nodes.size(); ++place) {
+        nodes.push_back(drawn(graph.nodes[place], are_touched[place], links));
     }
-    unlink_lonely_nodes(graph, nodes);
     const bool has_arrows = !graph.arrows.empty();
     return object_of({
         {"has_arrows", has_arrows},

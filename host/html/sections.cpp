@@ -17,6 +17,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 namespace host::html {
 
@@ -43,8 +44,17 @@ View user_view(const Text& path, const Links& links) {
     return view;
 }
 
+// All lines of a file, as far as they are known.
+std::optional<wiki::scope::LineRange> whole_file(const FileCard& card) {
+    constexpr std::int64_t MOST = std::numeric_limits<std::int32_t>::max();
+    return card.lines.value_or(0) < 1
+               ? std::nullopt
+               : std::optional(wiki::scope::LineRange{1, static_cast<std::int32_t>(std::min(*card.lines, MOST))});
+}
+
 View card_view(const FileCard& card, const Links& links) {
     return object_of({
+        {"citation", citation_view(card.path, whole_file(card), links)},
         {"anchor", text_if_any(card.is_indexed ? links.file(card.path) : "")},
         {"path", text_of(path_html(card.path))},
         {"is_indexed", card.is_indexed},
@@ -76,8 +86,20 @@ std::int64_t references_from_outside(const Page& page) {
     return outside;
 }
 
+// The anchors of the declarations by their short names; none for a name that several bear.
+using AnchorsByName = std::unordered_map<Text, std::string, models::TextHash>;
+
+AnchorsByName anchors_by_name(const Page& page, const Links& links) {
+    AnchorsByName anchors;
+    for (const ScopeSymbol& symbol : page.facts.symbols) {
+        const auto [anchor, is_first] = anchors.try_emplace(symbol.name);
+        anchor->second = is_first ? links.declaration(symbol) : "";
+    }
+    return anchors;
+}
+
 View consumer_view(const wiki::scope::Consumer& consumer, const std::optional<std::int32_t>& first_use,
-                   std::int64_t most, std::int64_t all, const Links& links) {
+                   std::int64_t most, std::int64_t all, const AnchorsByName& anchors, const Links& links) {
     return object_of({
         {"first_use", first_use ? site_view(consumer.path, first_use, links) : View(false)},
         {"href", text_if_any(links.address(consumer.path))},
@@ -85,11 +107,13 @@ View consumer_view(const wiki::scope::Consumer& consumer, const std::optional<st
         {"references", text_of(consumer.references)},
         {"bar", text_of(percent_of(consumer.references, most))},
         {"share", text_of(percent_of(consumer.references, all))},
-        {"names",
-         list_of(consumer.names.shown,
-                 [](const wiki::scope::UsedName& used) {
-                     return object_of({{"name", text_of(used.name)}, {"references", text_of(used.references)}});
-                 })},
+        {"names", list_of(consumer.names.shown,
+                          [&](const wiki::scope::UsedName& used) {
+                              const auto anchor = anchors.find(used.name);
+                              return object_of({{"anchor", text_if_any(anchor == anchors.end() ? "" : anchor->second)},
+                                                {"name", text_of(used.name)},
+                                                {"references", text_of(used.references)}});
+                          })},
         {"names_left_out", number_if_any(consumer.names.left_out())},
     });
 }
@@ -123,10 +147,13 @@ View citation_view(std::string_view path, const std::optional<wiki::scope::LineR
     return object_of({{"text", text_of(citation(path, lines))}, {"url", text_if_any(links.source(path, lines))}});
 }
 
-View site_view(std::string_view path, const std::optional<std::int32_t>& line, const Links& links) {
+View site_view(const Text& path, const std::optional<std::int32_t>& line, const Links& links) {
     const std::optional<wiki::scope::LineRange> lines =
         line ? std::optional(wiki::scope::LineRange{*line, *line}) : std::nullopt;
-    return object_of({{"text", text_of(citation(path, line))}, {"url", text_if_any(links.source(path, lines))}});
+    const std::string url = links.source(path, lines);
+    return object_of({{"text", text_of(citation(path, line))},
+                      {"url", text_if_any(url)},
+                      {"href", text_if_any(url.empty() ? links.address(path) : url)}});
 }
 
 std::string percent_of(std::int64_t number, std::int64_t largest) {
@@ -148,9 +175,10 @@ View consumers_view(const Page& page, const Links& links) {
     const std::int64_t all = references_from_outside(page);
     const std::int64_t most = found.files.shown.empty() ? 0 : found.files.shown.front().references;
     const std::vector<std::optional<std::int32_t>> first = first_uses(page, found.files.shown);
+    const AnchorsByName anchors = anchors_by_name(page, links);
     View files(View::type::list);
     for (std::size_t at = 0; at < first.size(); ++at) {
-        files.push_back(consumer_view(found.files.shown[at], first[at], most, all, links));
+        files.push_back(consumer_view(found.files.shown[at], first[at], most, all, anchors, links));
     }
     return object_of({
         {"likely", text_if_any(joined(found.unresolved_languages))},
@@ -197,7 +225,7 @@ View dependencies_view(const Page& page, const Links& links) {
                                  [&](const wiki::scope::Neighbour& neighbour) {
                                      const ScopeSymbol& target = *neighbour.target;
                                      return object_of({
-                                         {"href", text_if_any(links.address(target.path))},
+                                         {"href", text_if_any(links.address(target))},
                                          {"name", text_of(target.name)},
                                          {"kind", text_of(target.kind)},
                                          {"citation", citation_view(target.path, cited_lines(target), links)},
@@ -226,12 +254,18 @@ View seeds_view(const Page& page, const Links& links) {
 View outline_view(const Page& page, storage::Database& db, const Links& links) {
     return object_of({{"files", list_of(file_outlines(page, db), [&](const FileOutline& file) {
                            View view = file_view(file.path, links);
+                           view.set("whole", text_of(file.path));
                            view.set("count", text_of(std::ssize(file.declarations)));
                            view.set("declarations",
                                     list_of(by_lines(file, file.declarations.size()), [&](const auto* declaration) {
                                         const ScopeSymbol& symbol = *declaration->symbol;
+                                        const bool has_block = links.has_block(symbol);
+                                        const auto lines = cited_lines(symbol);
                                         View row = declaration_view(symbol, std::string(symbol.name), links);
-                                        row.set("has_block", links.has_block(symbol));
+                                        row.set("has_block", has_block);
+                                        row.set("href", text_if_any(has_block ? "#" + links.declaration(symbol)
+                                                                              : links.source(symbol.path, lines)));
+                                        row.set("lines", text_if_any(citation("", lines)));
                                         row.set("signature", text_if_any(declaration->signature));
                                         return row;
                                     }));

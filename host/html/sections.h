@@ -27,8 +27,8 @@ View declaration_view(const storage::ScopeSymbol& symbol, const std::string& nam
 /// A citation of lines of a file, or of the file: its text and, where it leads to a site, its address.
 View citation_view(std::string_view path, const std::optional<wiki::scope::LineRange>& lines, const Links& links);
 
-/// The same of one line.
-View site_view(std::string_view path, const std::optional<std::int32_t>& line, const Links& links);
+/// The same of one line. Where it leads to no site, "href" leads to the page that the file stands on.
+View site_view(const models::Text& path, const std::optional<std::int32_t>& line, const Links& links);
 
 /// How much a number is of another one, which is the largest: from "0" to "100".
 std::string percent_of(std::int64_t number, std::int64_t largest);

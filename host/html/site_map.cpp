@@ -1,6 +1,5 @@
 #include "host/html/site_map.h"
 
-#include "host/html/anchors.h"
 #include "host/text/percent_encoding.h"
 
 #include <algorithm>
@@ -8,25 +7,27 @@
 
 namespace host::html {
 
-void SiteMap::add(const SitePage& page, std::span<const std::string> files, bool has_table) {
+void SiteMap::add(const SitePage& page, std::span<const std::string> files, const SectionChoice& sections) {
     files_[page.title] = page.file;
     for (const std::string& file : files) {
-        pages_.try_emplace(file, Place{page.file, has_table});
+        pages_.try_emplace(file, Place{.address = page.file,
+                                       .has_files = sections.contains(Section::FILES),
+                                       .has_declarations = sections.contains(Section::OUTLINE)});
     }
 }
 
-std::string SiteMap::address(const std::string& from, std::string_view path) const {
+std::optional<SiteMap::Place> SiteMap::place(const std::string& from, std::string_view path) const {
     const auto source = files_.find(from);
-    const auto place = pages_.find(path);
-    if (source == files_.end() || place == pages_.end() || place->second.page == source->second) {
-        return "";
+    const auto found = pages_.find(path);
+    if (source == files_.end() || found == pages_.end() || found->second.address == source->second) {
+        return std::nullopt;
     }
-    std::string address;
+    Place place = found->second;
+    place.address = percent_encoded(place.address);
     for (std::ptrdiff_t above = std::ranges::count(source->second, '/'); above > 0; --above) {
-        address += "../";
+        place.address.insert(0, "../");
     }
-    address += percent_encoded(place->second.page);
-    return place->second.has_table ? address + "#" + file_anchor(path) : address;
+    return place;
 }
 
 }  // namespace host::html

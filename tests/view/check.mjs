@@ -110,6 +110,39 @@ const checkPicture = async (page) => {
   expect(hash === address, "a node is no link for the keyboard");
 };
 
+const checkCopying = async (page) => {
+  const copied = await page.evaluate(async () => {
+    const texts = [];
+    navigator.clipboard.writeText = async (text) => void texts.push(text);
+    document.querySelectorAll("details").forEach((details) => (details.open = true));
+    const buttons = [...document.querySelectorAll("#files .copy, .declaration .copy, .line[data-lines]")];
+    buttons.forEach((button) => button.click());
+    await new Promise((resolve) => setTimeout(resolve, 100));
+    return buttons.map((button, at) => [button.closest("tr, .declaration, li").textContent, texts[at] ?? "nothing"]);
+  });
+  const wrong = copied.filter(([, text]) => !/^[^\n]+:L[1-9]\d*-L[1-9]\d*$/.test(text));
+  expect(copied.length > 10 && wrong.length === 0, `what is copied is no citation: ${wrong[0]}`);
+};
+
+// On paper nothing is folded, no tool is shown, and addresses can be read.
+const checkPaper = async (page) => {
+  await page.emulateMediaType("print");
+  await page.evaluate(() => new Promise(requestAnimationFrame)); // what is unfolded is laid out with the next frame
+  const [folded, tools, withoutAddress] = await page.evaluate(() => {
+    const isShown = (element) => element.checkVisibility({ contentVisibilityAuto: true }) && element.offsetHeight > 0;
+    const hasAddress = (link) => getComputedStyle(link, "::after").content.includes("forge.example");
+    return [
+      [...document.querySelectorAll("details pre, details li, details td")].filter((element) => !isShown(element)),
+      [...document.querySelectorAll("nav, .tools, .copy")].filter(isShown),
+      [...document.querySelectorAll("a[href^=http]")].filter((link) => isShown(link) && !hasAddress(link)),
+    ].map((elements) => elements.map((element) => element.outerHTML.slice(0, 100)));
+  });
+  expect(folded.length === 0, `paper folds ${folded[0]}`);
+  expect(tools.length === 0, `paper shows ${tools[0]}`);
+  expect(withoutAddress.length === 0, `paper lacks the address of ${withoutAddress[0]}`);
+  await page.emulateMediaType(null);
+};
+
 const checkTheme = async (page) => {
   const ground = () => page.evaluate(() => getComputedStyle(document.body).backgroundColor);
   const system = await ground();
@@ -120,6 +153,7 @@ const checkTheme = async (page) => {
   }
   expect(grounds.size === 2 && grounds.has(system), "the switch does not change the theme");
   const chosen = await ground();
+  await new Promise((resolve) => setTimeout(resolve, 200)); // the browser stores it a moment later
   await page.reload();
   expect((await ground()) === chosen, "the theme is not remembered");
   await page.click("#theme");
@@ -169,6 +203,9 @@ const checkPage = async (browser, path) => {
   await checkSorting(page);
   await checkFilter(page);
   await checkPicture(page);
+  await checkPaper(page);
+  await checkCopying(page);
+  await page.goto(address);
   await checkTheme(page);
   for (const theme of ["light", "dark"]) {
     await page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: theme }]);
@@ -203,6 +240,8 @@ const checkSite = async (browser, folder) => {
   expect(dead.length === 0, `dead links: ${dead.slice(0, 5).join(" ")}`);
   const between = links.filter((link) => !link.includes("index.html")).map((link) => link.split("#")[0]);
   expect(new Set(between).size === files.length - 1, "the pages do not lead to one another");
+  const declarations = links.filter((link) => /\.html#(?!file:)[^:]+:/.test(link) && !link.includes("/index.html"));
+  expect(declarations.some((link) => link.includes("deep/files.html#")), "no page leads to a declaration of another");
 
   const index = pathToFileURL(join(folder, "index.html")).href;
   for (const theme of ["light", "dark"]) {

@@ -171,6 +171,8 @@ TEST_F(Pages, TellWhatTheyCover) {
 }
 
 TEST_F(Pages, AreASiteInHtml) {
+    add<DeclarationRow>({{2, 3, "c", "c", "function", true, 1, 1, 0}, {3, 3, "c", "c", "function", true, 2, 2, 1}});
+    add<EdgeRow>({{2, 3, IMPORT, 1}});
     EXPECT_EQ(pages("--format html --source-url 'https://forge.example/{path}#L{first}'").out,
               "The *first*: new\nAdding: new\nindex: new\n");
     const std::string page = folder.read("docs/deep/adding.html");
@@ -186,7 +188,10 @@ TEST_F(Pages, AreASiteInHtml) {
             << link;
     }
     EXPECT_NE(page.find("href=\"../the-first.html#file:src/b.ts\""), std::string::npos) << page;
-    EXPECT_NE(folder.read("docs/the-first.html").find("href=\"deep/adding.html#file:lib/c.ts\""), std::string::npos);
+    const std::string first = folder.read("docs/the-first.html");
+    EXPECT_NE(first.find("href=\"deep/adding.html#file:lib/c.ts\""), std::string::npos);
+    EXPECT_NE(first.find("href=\"deep/adding.html#lib/c.ts:c:2\""), std::string::npos);
+    EXPECT_NE(page.find("id=\"lib/c.ts:c:2\""), std::string::npos);
     EXPECT_EQ(pages("--format html --source-url 'https://forge.example/{path}#L{first}' --check").exit_code, 0);
     EXPECT_NE(pages("--format html --check").out.find("Adding: other options\n"), std::string::npos);
     EXPECT_EQ(pages("--format json --source-url 'https://forge.example/{path}'").exit_code, 2);
