@@ -39,7 +39,7 @@ const checkLinks = async (page) => {
         const address = link.getAttribute("href");
         return address.startsWith("#")
           ? document.getElementById(address.slice(1)) === null
-          : !/^https:\/\/forge\.example\/[\w\/.%<>-]+#L\d+-L\d+$/.test(address);
+          : !/^https:\/\/forge\.example\/[\w/.%<>-]+#L\d+-L\d+$/.test(address);
       })
       .map((link) => link.getAttribute("href")),
   );
