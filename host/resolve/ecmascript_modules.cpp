@@ -54,6 +54,8 @@ class EcmascriptModules : public ModuleRules {
                                   : found(file_of_package(*package, module.substr(package->name.size())), import);
     }
 
+    [[nodiscard]] std::string_view whole() const override { return WHOLE; }
+
     [[nodiscard]] Container globals() const override { return globals_; }
 
     // Declarations for a package are of no use elsewhere.

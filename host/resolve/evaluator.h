@@ -67,6 +67,7 @@ class Evaluator {
     Meaning imported_modules(const ImportPlace& place, const syntax::Import& import);
     Meaning exported(Container container, Name name);
     Meaning compute_exported(Container container, Name name);
+    Meaning member_of_whole(Container module, Name name);
     [[nodiscard]] Meaning chosen(const Meaning& found, syntax::Space space, const LanguageRules& rules) const;
 
     // Members (evaluator_members.cpp).

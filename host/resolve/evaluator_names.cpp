@@ -144,7 +144,8 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     add_members_in(
         catalog_, module, name, [&](FileId of) { return of == file; }, found);
     for (const ImportPlace& place : catalog_.imports(module, name)) {
-        if (place.file == file) {
+        const bool is_for_others = catalog_.syntax(place.file).imports[place.import].module == 0;  // `export {a as b}`
+        if (place.file == file && !is_for_others) {
             add_once(found, import_meaning(place));
         }
     }
@@ -251,7 +252,17 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
             }
         }
     }
-    return found;
+    return found.empty() ? member_of_whole(container, name) : found;
+}
+
+// A member of what a module exports as a whole.
+Meaning Evaluator::member_of_whole(Container module, Name name) {
+    const std::span<const FileId> files = catalog_.files_of(module);
+    if (files.empty() || languages_.rules(files.front()) == nullptr) {
+        return {};
+    }
+    const Name whole = catalog_.name(languages_.modules(files.front()).whole());
+    return whole == NONE || whole == name ? Meaning() : members(exported(module, whole), name);
 }
 
 // Those that a name in this space binds to: a type binds to types alone, a value rather to a value than to a class.

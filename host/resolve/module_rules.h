@@ -30,6 +30,10 @@ class ModuleRules {
     /// Returns the module of a name in a module, where that is no declaration: a file in a folder. NONE for none.
     [[nodiscard]] virtual Container submodule(Container /*module*/, std::string_view /*name*/) const { return NONE; }
 
+    /// Returns the name under which a module exports what it is as a whole, of which it has the members, too; empty where
+    /// no module does.
+    [[nodiscard]] virtual std::string_view whole() const { return {}; }
+
     /// Returns the module of a package that paths in a file may begin with, where nothing else has its name. NONE for
     /// none.
     [[nodiscard]] virtual Container package(std::string_view /*name*/) const { return NONE; }

@@ -194,7 +194,9 @@ class Resolver::Linked {
         std::vector<Symbol> symbols;
         for (const Entity& entity : meaning_of(evaluator, {file, mention.expression})) {
             targets.is_foreign = targets.is_foreign || entity.what == What::FOREIGN;
-            if (entity.what == What::SYMBOL) {
+            if (entity.what == What::SYMBOL && is_nameless_export(entity.id)) {
+                targets.targets.push_back({catalog_.file_of(entity.id), Target::MODULE});
+            } else if (entity.what == What::SYMBOL) {
                 add_shown(evaluator, entity, symbols);
             } else if (entity.what == What::MODULE && catalog_.files_of(entity.id).size() == 1) {
                 targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
@@ -221,6 +223,14 @@ class Resolver::Linked {
             }
         }
         return targets;
+    }
+
+    // Whether it is what a module exports without a declaration: `export default () => 1`.
+    [[nodiscard]] bool is_nameless_export(Symbol symbol) const {
+        const Declaration& declaration = catalog_.declaration(symbol);
+        return declaration.is_hidden && declaration.kind == Kind::VALUE && !declaration.is_private &&
+               declaration.parent == syntax::NO_DECLARATION &&
+               !languages_.modules(catalog_.file_of(symbol)).whole().empty();
     }
 
     // Whether a declaration announces what no file defines, where a build may lack it: `#ifndef HAVE_F`, `void *f();`.

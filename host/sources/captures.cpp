@@ -35,14 +35,15 @@ class Match {
 
     [[nodiscard]] std::uint32_t pattern() const { return pattern_; }
 
-    // Whether every predicate of the pattern holds: (#eq? @capture "text"), (#eq? @capture @other).
+    // Whether every predicate of the pattern holds: (#eq? @capture "text"), (#eq? @capture @other), and #not-eq?.
     [[nodiscard]] bool holds() const {
         std::uint32_t count = 0;
         const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query_.handle(), pattern_, &count);
         constexpr std::uint32_t STEPS = 4;  // of each: the name, the two arguments, the end
         for (std::uint32_t at = 0; at + STEPS <= count; at += STEPS) {
             const std::span predicate(steps + at, STEPS);
-            if (argument(predicate[1]) != argument(predicate[2])) {
+            const bool is_wanted = argument(predicate[0]) == "eq?";
+            if ((argument(predicate[1]) == argument(predicate[2])) != is_wanted) {
                 return false;
             }
         }

@@ -32,7 +32,7 @@
 //     @cpp           what C++ has and C has not
 //     @slot          the name of an attribute that a class lists
 //
-// Other captures serve the predicate #eq?, the only one there is. A capture that does neither is an error.
+// Other captures serve the predicates #eq? and #not-eq?, the only ones. A capture that does neither is an error.
 #pragma once
 
 #include "host/syntax/syntax.h"

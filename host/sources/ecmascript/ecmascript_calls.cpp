@@ -62,6 +62,9 @@ ExpressionId EcmascriptReader::callee(const Node& node, std::uint8_t arguments) 
         return out_.use(token);
     }
     if (node.exists() && node.type() == "member_expression") {
+        if (const std::optional<ExpressionId> exported = own_export(node, Role::CALL, arguments)) {
+            return *exported;
+        }
         return property(visit(node.child(fields_.object)), node.child(fields_.property), Role::CALL, arguments);
     }
     return visit(node);
@@ -76,9 +79,10 @@ ExpressionId EcmascriptReader::call(const Node& node) {
     const bool has_list = arguments.exists() && arguments.type() == "arguments";  // else a template
     const std::uint8_t count = argument_count(has_list ? arguments : Node());
     const bool is_method = function.exists() && function.type() == "member_expression";
-    const ExpressionId of = is_method ? visit(function.child(fields_.object)) : UNKNOWN;
+    const bool is_of_value = is_method && !is_own_exports(function.child(fields_.object));
+    const ExpressionId of = is_of_value ? visit(function.child(fields_.object)) : UNKNOWN;
     const ExpressionId called =
-        is_method ? property(of, function.child(fields_.property), Role::CALL, count) : callee(function, count);
+        is_of_value ? property(of, function.child(fields_.property), Role::CALL, count) : callee(function, count);
     visit(node.child(fields_.type_arguments));
     const string_view method = is_method ? text(function.child(fields_.property)) : string_view();
     if (has_list) {

@@ -36,6 +36,7 @@ DeclarationId EcmascriptReader::declare(const Node& name, Kind kind) {
 
 // A member can be named by all who have its type.
 DeclarationId EcmascriptReader::declare_member(const Node& name, Kind kind) {
+    declared_members_.emplace(context_.container, name_text(name));
     return out_.declare({.name = out_.name(name_text(name)),
                          .kind = kind,
                          .parent = context_.container,
@@ -147,7 +148,7 @@ void EcmascriptReader::read_members(const Node& body, DeclarationId type) {
     context_.container = type;
     context_.type = type;
     context_.is_exported = false;
-    context_.self = out_.add(Operation::SELF, type);
+    context_.self = self_of(type);
     context_.is_static = false;
     context_.is_class = body.type() == "class_body";
     std::unordered_set<string_view> around = std::exchange(members_, {});

@@ -53,6 +53,9 @@ ExpressionId EcmascriptReader::property(ExpressionId of, const Node& name, Role 
 }
 
 ExpressionId EcmascriptReader::member(const Node& node) {
+    if (const std::optional<ExpressionId> exported = own_export(node, Role::VALUE, syntax::Declaration::ANY_NUMBER)) {
+        return *exported;
+    }
     return property(visit(node.child(fields_.object)), node.child(fields_.property), Role::VALUE,
                     syntax::Declaration::ANY_NUMBER);
 }
@@ -115,10 +118,17 @@ ExpressionId EcmascriptReader::awaited(const Node& node) {
 ExpressionId EcmascriptReader::assignment(const Node& node) {
     const Node left = node.child(fields_.left);
     const Node right = node.child(fields_.right);
-    if (context_.locals == 0 && read_common_js_export(left, right)) {
-        return UNKNOWN;
+    if (context_.locals == 0 && left.exists() && right.exists() && left.type() == "member_expression") {
+        if (const std::optional<ExpressionId> exported = common_js_export(left, right)) {
+            return *exported;
+        }
+        if (const std::optional<ExpressionId> member = assigned_member(left, right)) {
+            return *member;
+        }
     }
-    return visit_expecting(right, visit(left));
+    const ExpressionId value = visit_expecting(right, visit(left));
+    note_own_member(left, right, value);
+    return value;
 }
 
 ExpressionId EcmascriptReader::binary(const Node& node) {

@@ -159,7 +159,7 @@ EcmascriptReader::Signature EcmascriptReader::read_function(const Node& node, co
     const LocalScope scope(*this, LocalScope::Of::FUNCTION);
     const string_view kind = node.type();
     if (kind.starts_with("function") || kind.starts_with("generator")) {
-        context_.self = UNKNOWN;
+        context_.self = arguments.self;
         context_.type = syntax::NO_DECLARATION;
         if (const Node name = node.child(fields_.name); kind == "function_expression" && name.exists()) {
             out_.bind(text(name), UNKNOWN);
@@ -204,8 +204,8 @@ ExpressionId EcmascriptReader::function_value(const Node& node, const Arguments&
 }
 
 // Reads what is declared as a function.
-void EcmascriptReader::read_declared(const Node& node, syntax::DeclarationId declared) {
-    const Signature signature = read_function(node, {});
+void EcmascriptReader::read_declared(const Node& node, syntax::DeclarationId declared, ExpressionId self) {
+    const Signature signature = read_function(node, {.self = self});
     out_.declaration(declared).type = signature.result;
     out_.declaration(declared).parameters = signature.parameters;
 }
@@ -248,6 +248,10 @@ ExpressionId EcmascriptReader::function_declaration(const Node& node) {
         if (has_body) {
             out_.bind(text(name), value);
         }
+        return UNKNOWN;
+    }
+    if (constructors_.contains(text(name))) {
+        read_constructor(node, name);
         return UNKNOWN;
     }
     const syntax::DeclarationId declared = declare(name, Kind::FUNCTION);

@@ -78,12 +78,15 @@ ExpressionId EcmascriptReader::variables(const Node& node) {
 void EcmascriptReader::read_variable(const Node& node, bool is_var) {
     const Node name = node.child(fields_.name);
     const Node type = node.child(fields_.type);
-    const Node initial = node.child(fields_.value);
+    Node initial = node.child(fields_.value);
     if (!name.exists()) {
         return;
     }
     if (context_.locals == 0 && read_required(name, initial)) {
         return;
+    }
+    if (context_.locals == 0 && initial.exists() && name.type() == "identifier") {
+        initial = exported_as(initial, text(name));
     }
     const ExpressionId stated = value_of_type(type);
     // A declaration comes before those in its value.

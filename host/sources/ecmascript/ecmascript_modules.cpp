@@ -16,8 +16,6 @@ using syntax::Role;
 using syntax::UNKNOWN;
 
 constexpr string_view DEFAULT = "default";
-/// How a module is found that is one value: `export = a`, `module.exports = a`.
-constexpr string_view WHOLE = "export=";
 
 }  // namespace
 
@@ -47,6 +45,8 @@ void EcmascriptReader::collect_names(const Node& root) {
             add_all(add_all, statement);
         } else if (statement.type() == "lexical_declaration" || statement.type() == "variable_declaration") {
             for_each_child(statement, [&](const Node& variable, TSFieldId) { add(variable); });
+        } else if (statement.type() == "expression_statement") {
+            collect_assigned(statement.named_child(0));
         } else {
             add(statement);
         }
@@ -136,7 +136,7 @@ ExpressionId EcmascriptReader::export_statement(const Node& node) {
     } else if (is_all && source.exists()) {
         out_.import({.module = out_.name(string_value(source)), .is_star = true, .is_exported = true});
     } else if (value.exists()) {
-        export_value(value, is_default ? DEFAULT : WHOLE);
+        export_value(value, is_default ? DEFAULT : WHOLE_MODULE);
     } else {
         for_each_child(node, [&](const Node& child, TSFieldId) {
             if (child.type() == "export_clause") {
@@ -146,7 +146,7 @@ ExpressionId EcmascriptReader::export_statement(const Node& node) {
                              .module = out_.name(string_value(source)),
                              .is_exported = true});
             } else if (child != source) {
-                export_value(child, WHOLE);  // `export = a`
+                export_value(child, WHOLE_MODULE);  // `export = a`
             }
         });
     }
@@ -177,20 +177,26 @@ void EcmascriptReader::read_export_clause(const Node& clause, const Node& source
     });
 }
 
-// Exports a value under a name of which the file has no declaration: a name that it has, or anything else.
-void EcmascriptReader::export_value(const Node& value, string_view as) {
-    if (as == WHOLE) {  // which others can import as the default, too
-        out_.import({.name = out_.name(DEFAULT), .original = out_.name(WHOLE), .is_exported = true});
-    }
-    if (value.type() == "identifier") {
-        visit(value);
-        exports_.push_back({text(value), as});
-        return;
+// Exports a value under a name of which the file has no declaration: a name that it has, or anything else. Returns what
+// the value is.
+ExpressionId EcmascriptReader::export_value(const Node& value, string_view as) {
+    if (as == WHOLE_MODULE) {  // which others can import as the default, too
+        pass_on(DEFAULT, WHOLE_MODULE);
     }
     const ExpressionId meaning = visit(value);
+    if (value.type() == "identifier") {
+        exports_.push_back({text(value), as});
+        return meaning;
+    }
     const DeclarationId declared =
         out_.declare({.name = out_.name(as), .kind = Kind::VALUE, .offset = value.begin(), .is_hidden = true});
     out_.declaration(declared).type = meaning;
+    return meaning;
+}
+
+// Exports what the file has under another name.
+void EcmascriptReader::pass_on(string_view as, string_view name) {
+    out_.import({.name = out_.name(as), .original = out_.name(name), .is_exported = true});
 }
 
 // Exports names that the file declares or imports, now that all of these are known.
@@ -209,7 +215,7 @@ void EcmascriptReader::settle_exports() {
                 out_.declaration(id).is_private = false;
             }
             if (each.name != each.as) {
-                out_.import({.name = out_.name(each.as), .original = out_.name(each.name), .is_exported = true});
+                pass_on(each.as, each.name);
             }
         } else if (const auto imported = imports_.find(each.name); imported != imports_.end()) {
             syntax::Import again = imported->second;
@@ -218,72 +224,6 @@ void EcmascriptReader::settle_exports() {
             out_.import(again);
         }
     }
-}
-
-// `const a = require("m")`, `const {a, b: c} = require("m")` in JavaScript are imports. Returns whether it was one.
-bool EcmascriptReader::read_required(const Node& name, const Node& initial) {
-    const bool is_call = initial.exists() && initial.type() == "call_expression";
-    const string_view module = is_call ? module_of_call(initial) : string_view();
-    if (module.empty() || initial.child(fields_.function).type() == "import") {
-        return false;
-    }
-    if (name.type() == "identifier") {
-        import(text(name), module, "");
-        return true;
-    }
-    bool is_plain = name.type() == "object_pattern";
-    for_each_child(name, [&](const Node& child, TSFieldId) {
-        const Node value = child.child(fields_.value);
-        is_plain = is_plain && (child.type() == "shorthand_property_identifier_pattern" ||
-                                (child.type() == "pair_pattern" && value.exists() && value.type() == "identifier"));
-    });
-    if (is_plain) {
-        for_each_child(name, [&](const Node& child, TSFieldId) {
-            const Node key = child.child(fields_.key);
-            const Node bound = key.exists() ? child.child(fields_.value) : child;
-            const Node original = key.exists() ? key : child;
-            out_.mention(import(text(bound), module, name_text(original)), token(original, Role::IMPORT));
-        });
-    }
-    return is_plain;
-}
-
-// `module.exports = ...`, `exports.a = ...`, `module.exports.a = ...`. Returns whether it was one.
-bool EcmascriptReader::read_common_js_export(const Node& left, const Node& right) {
-    if (!left.exists() || !right.exists() || left.type() != "member_expression" || own_names_.contains("module") ||
-        own_names_.contains("exports")) {
-        return false;
-    }
-    const Node object = left.child(fields_.object);
-    const Node property = left.child(fields_.property);
-    if (text(left) == "module.exports") {
-        if (right.type() == "object") {
-            export_members(right);
-        } else {
-            export_value(right, WHOLE);
-        }
-        return true;
-    }
-    if (text(object) == "exports" || text(object) == "module.exports") {
-        export_value(right, text(property));
-        return true;
-    }
-    return false;
-}
-
-// `module.exports = {a, b: c, d() {}}`
-void EcmascriptReader::export_members(const Node& object) {
-    for_each_child(object, [&](const Node& child, TSFieldId) {
-        const Node key = child.child(fields_.key);
-        if (child.type() == "shorthand_property_identifier") {
-            visit(child);
-            exports_.push_back({text(child), text(child)});
-        } else if (child.type() == "pair" && key.exists() && key.type() != "computed_property_name") {
-            export_value(child.child(fields_.value), name_text(key));
-        } else {
-            visit(child);  // a method is declared at the top
-        }
-    });
 }
 
 }  // namespace host::sources

@@ -190,6 +190,7 @@ syntax::Syntax EcmascriptReader::read(const Node& root) {
     collect_names(root);
     visit(root);
     settle_exports();
+    settle_own_members();
     return out_.finish();
 }
 

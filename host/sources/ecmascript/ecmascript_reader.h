@@ -9,10 +9,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace host::sources {
@@ -171,6 +175,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     struct Arguments {
         std::vector<syntax::ExpressionId> known = {};
         syntax::ExpressionId function = syntax::UNKNOWN;  // that the function is to be like
+        syntax::ExpressionId self = syntax::UNKNOWN;      // `this`, of one that is assigned to a member
     };
 
     struct Signature {
@@ -178,6 +183,13 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
         syntax::ListId parameters = 0;  // their types
     };
 
+    // What is assigned to a member of `this`.
+    struct OwnMember {
+        std::uint32_t offset = 0;  // of its name, where it is assigned first
+        std::vector<syntax::ExpressionId> values;
+    };
+
+    using MemberKey = std::pair<syntax::DeclarationId, std::string_view>;  // its type, its name
     using MergedKey = std::tuple<syntax::DeclarationId, syntax::Kind, std::string_view>;
 
     // Expressions.
@@ -211,7 +223,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId result_type(const Node& node, const std::vector<Parameter>& parameters);
     Signature read_function(const Node& node, const Arguments& arguments);
     syntax::ExpressionId function_value(const Node& node, const Arguments& arguments);
-    void read_declared(const Node& node, syntax::DeclarationId declared);
+    void read_declared(const Node& node, syntax::DeclarationId declared, syntax::ExpressionId self = syntax::UNKNOWN);
     syntax::ExpressionId argument(const Arguments& arguments, std::size_t at);
     syntax::ExpressionId result_of(syntax::ExpressionId stated, syntax::ExpressionId expected, bool is_async);
     syntax::ListId read_parameters(const Node& node, const Arguments& expected);
@@ -248,14 +260,42 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId import(std::string_view name, std::string_view module, std::string_view original,
                                 bool is_type = false);
     void read_import_clause(const Node& clause, std::string_view module, bool is_type);
-    bool read_required(const Node& name, const Node& initial);
     void read_export_clause(const Node& clause, const Node& source);
-    void export_value(const Node& value, std::string_view as);
-    bool read_common_js_export(const Node& left, const Node& right);
-    void export_members(const Node& object);
+    syntax::ExpressionId export_value(const Node& value, std::string_view as);
+    void pass_on(std::string_view as, std::string_view name);
     void settle_exports();
     void collect_names(const Node& root);
     [[nodiscard]] std::string_view string_value(const Node& node) const;
+
+    // CommonJS (common_js.cpp).
+    bool read_required(const Node& name, const Node& initial);
+    void bind_required(const Node& pattern, std::string_view module);
+    std::optional<syntax::ExpressionId> common_js_export(const Node& left, const Node& right);
+    Node exported_as(Node value, std::string_view name);
+    [[nodiscard]] bool is_own_exports(const Node& node) const;
+    std::optional<syntax::ExpressionId> own_export(const Node& node, syntax::Role role, std::uint8_t arguments);
+    static std::string name_of_export(std::string_view name);
+    syntax::ExpressionId export_whole(const Node& value);
+    syntax::ExpressionId export_property(const Node& property, const Node& value);
+    syntax::ExpressionId export_as(const Node& value, std::string_view name);
+    void export_members(const Node& object);
+
+    // Members that assignments declare (assigned.cpp).
+    [[nodiscard]] Node assigned_value(Node node) const;
+    void collect_assigned(const Node& assignment);
+    std::optional<syntax::ExpressionId> assigned_member(const Node& left, const Node& right);
+    syntax::DeclarationId declare_assigned(const syntax::Declaration& declaration, std::string_view member);
+    syntax::ExpressionId read_assigned(const Node& value, syntax::DeclarationId declared, syntax::ExpressionId self);
+    void read_constructor(const Node& node, const Node& name);
+    syntax::ExpressionId self_of(syntax::DeclarationId type);
+    void note_own_member(const Node& left, const Node& right, syntax::ExpressionId value);
+    void settle_own_members();
+
+    /// Whether the language has types and, with them, always classes.
+    [[nodiscard]] bool has_types() const { return fields_.return_type != 0; }
+
+    /// How a module is found that is one value: `export = a`, `module.exports = a`.
+    static constexpr std::string_view WHOLE_MODULE = "export=";
 
     const NodeRules<EcmascriptReader>& rules_;
     EcmascriptFields fields_;
@@ -268,6 +308,11 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     std::map<MergedKey, syntax::DeclarationId> merged_;             // the first of each
     std::unordered_map<std::string_view, syntax::Import> imports_;  // by the name that they bind
     std::vector<Export> exports_;
+    std::unordered_set<std::string_view> constructors_;      // functions to which members are assigned
+    std::map<std::string, syntax::DeclarationId> assigned_;  // the first to each member
+    std::unordered_map<syntax::ExpressionId, syntax::DeclarationId> types_by_self_;
+    std::map<MemberKey, OwnMember> own_members_;
+    std::set<MemberKey> declared_members_;
 };
 
 }  // namespace host::sources

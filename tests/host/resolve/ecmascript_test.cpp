@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -55,6 +56,41 @@ TEST(Ecmascript, ImportsLeadThroughEveryFormOfExport) {
     EXPECT_EQ(references_from({{"a.js", "const {F, G: H} = require('./m'), m = require('./m'); F(); H(); m.G();"},
                                {"m.js", "function F() {}\nmodule.exports = {F, G() {}};"}}),
               "import F of m.js, 2 from line 1\nimport G of m.js, 3 from line 1\nimport m.js of m.js, 1 from line 1\n");
+}
+
+TEST(Ecmascript, AssignmentsDeclareWhatCommonJsExports) {
+    const auto found = [](const std::string& user, const std::string& module) {
+        return references_from({{"a.js", user}, {"m.js", module}});
+    };
+    const auto imported = [](const std::string& name) { return "import " + name + " of m.js, 1 from line 2\n"; };
+    for (
+        const auto& [user, module, name] : std::vector<std::tuple<std::string, std::string, std::string>>{
+            {"const F =\nrequire('./m').F;", "exports.F = function () {};", "exports.F"},
+            {"const m = require('./m');\nm.F();", "module.exports.F = 1;", "exports.F"},
+            {"const m = require('./m');\nm.F();", "module.exports = {F: () => 1};", "exports.F"},
+            {"const m = require('./m');\nm.F();", "const m = module.exports = {}; m.F = function () {};", "F"},
+            {"const m = require('./m');\nm.F();", "function m() {} m.F = m.G = () => 1; module.exports = m;", "F"},
+            {"const {\nF} = require('./m');", "const m = module.exports = {}; m.F = () => 1;", "F"},
+            {"const C = require('./m');\nnew C().F();", "module.exports = C; function C() {} C.prototype.F = () => 1;",
+             "F"},
+            {"const C = require('./m');\nnew C().F();", "module.exports = class { F() {} };", ".F"},
+            {"const C = require('./m');\nnew C().d.F();",
+             "function C() { this.d = null; this.d = new D(); } C.prototype.e = 1; class D { F() {} } module.exports = C;",
+             "D.F"},
+            {"const m = require('./m');\nm();", "module.exports = function F() {};", "export="},
+            {"const m = require('./m');\nm();", "module.exports = class F {};", "export="},
+            {"const m = require('./m');\nm();", "const F = exports.G = module.exports = () => 1;", "F"},
+            {"const m = require('./m');\nm();", "module.exports = () => 1;", "m.js"},  // it has no name
+        }) {
+        EXPECT_NE(found(user, module).find(imported(name)), std::string::npos) << user << module << found(user, module);
+    }
+    // What is exported is no name of the file, but a member of `exports`; `this` is what the function is a member of.
+    EXPECT_EQ(found("exports.F = function () { F(); };\nexports.F(exports.G);\nexports.H = a.H;\nH();", ""),
+              "local exports.F of a.js, 1 from line 2\n");
+    EXPECT_EQ(found("function C() {}\nC.prototype.F = function () { this.G(); C.H(); };\n"
+                    "C.prototype.G = () => 1;\nC.H = () => 1;",
+                    ""),
+              "local C of a.js, 4 from line 2\nlocal G of a.js, 1 from line 2\nlocal H of a.js, 1 from line 2\n");
 }
 
 TEST(Ecmascript, NamesOfPackagesAndAliasesLeadWhereManifestsSay) {

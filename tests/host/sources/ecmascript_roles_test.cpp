@@ -53,7 +53,7 @@ TEST(TypeScriptRoles, WhatIsFoundInDamageStandsWhereItSays) {
     expect_true_places_in_damage("a.ts", TYPESCRIPT_FILE);
 }
 
-const std::string JAVASCRIPT_FILE = R"(const own_a = require("none_a").value_a;
+const std::string JAVASCRIPT_FILE = R"(const none_b = require("none_a").import_a, own_a = value_a;
 class Own_c extends Value_b { static own_d = value_c; own_e() { this.value_n = value_d; } }
 function own_g(local_a, local_b = value_e) {
   const local_c = () => <Call_a key_a={local_a} key_b="none_c" {...local_b}>none_d {value_f}<value_g.Call_b /></Call_a>;

@@ -114,6 +114,12 @@ TEST(Outline, JavaScriptExportsAsItsModulesAndAsCommonJsDo) {
         "b 1-1 constant; f 2-2 public; g 3-3 public");
     EXPECT_EQ(declarations("a.cjs", "function f() {}\nfunction g() {}\nexports.f = f\nmodule.exports.x = g"),
               "f 1-1 public; g 2-2 public");
+    EXPECT_EQ(declarations("a.js",
+                           "exports.a = function () {\n};\nmodule.exports.b = c(1);\nexports.d = require('d');\n"
+                           "A.prototype.e = A.f = () => 1;\nmodule.exports = { g: 1, h, i: j }\n"
+                           "function k() { exports.l = 1; }"),
+              "a 1-2 public callable; b 3-3 public; e 5-5; f 5-5; g 6-6 public; k 7-7");
+    EXPECT_EQ(declarations("a.js", "module.exports = class A { m() {} }"), "A 1-1 public; m 1-1");
     EXPECT_EQ(declarations("a.mjs", "export class A { x = 1; m() {} }\nclass B {}"),
               "A 1-1 public; x 1-1; m 1-1; B 2-2");
 }
