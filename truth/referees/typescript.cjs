@@ -18,7 +18,18 @@ const checker = program.getTypeChecker();
 
 const isHere = (source) => source.fileName.startsWith(root) && !source.fileName.includes("/node_modules/");
 const lineOf = (source, position) => source.getLineAndCharacterOfPosition(position).line + 1;
-const nameOf = (declaration) => ts.getNameOfDeclaration(declaration);
+const nameOf = (declaration) => isAssigned(declaration) ? declaration.name : ts.getNameOfDeclaration(declaration);
+
+// In JavaScript assignments declare: `exports.a = 1`, `A.prototype.b = function () {}`.
+const isAssigned = (declaration) => ts.isPropertyAccessExpression(declaration) && Boolean(declaration.symbol);
+const isFunction = (node) => ts.isFunctionExpression(node) || ts.isArrowFunction(node);
+const valueOf = (property) => ts.isBinaryExpression(property.parent) && property.parent.left === property ? property.parent.right : property;
+
+// `const { a } = require("m")`, `const a = require("m").a`: imports, which the compiler takes for such.
+function isRequired(declaration) {
+  const variable = ts.findAncestor(declaration, (node) => !ts.isBindingElement(node) && !ts.isObjectBindingPattern(node));
+  return ts.isVariableDeclaration(variable) && ts.isVariableDeclarationInitializedToBareOrAccessedRequire(variable);
+}
 
 const KINDS = new Map([
   [ts.SyntaxKind.FunctionDeclaration, "function"],
@@ -30,6 +41,7 @@ const KINDS = new Map([
   [ts.SyntaxKind.EnumDeclaration, "enum"],
   [ts.SyntaxKind.EnumMember, "constant"],
   [ts.SyntaxKind.VariableDeclaration, "variable"],
+  [ts.SyntaxKind.BindingElement, "variable"],
   [ts.SyntaxKind.ModuleDeclaration, "namespace"],
   [ts.SyntaxKind.PropertyDeclaration, "attribute"],
   [ts.SyntaxKind.PropertySignature, "attribute"],
@@ -40,18 +52,31 @@ const KINDS = new Map([
   [ts.SyntaxKind.Parameter, "attribute"], // of a constructor that makes it a property
 ]);
 
+// A function or class that has a name and is all that a module exports: `module.exports = function a() {}`.
+const isWhole = ({ parent }) => parent && ts.isBinaryExpression(parent) && /^(module\.)?exports$/.test(parent.left.getText());
+const WHOLE = new Map([[ts.SyntaxKind.FunctionExpression, "function"], [ts.SyntaxKind.ClassExpression, "class"]]);
+
+const kindOf = (declaration) =>
+  WHOLE.has(declaration.kind) ? isWhole(declaration) && WHOLE.get(declaration.kind) : isAssigned(declaration) ? (isFunction(valueOf(declaration)) ? "function" : "variable") : KINDS.get(declaration.kind);
+
+const isOfFile = (element) => {
+  const variable = ts.findAncestor(element, ts.isVariableDeclaration);
+  return Boolean(variable) && ts.isIdentifier(element.name);
+};
+
 // Whether code elsewhere may name a declaration: it stands in no function, and is no addition to another module.
 function isShared(declaration) {
   if (ts.isModuleDeclaration(declaration) && ts.isStringLiteral(declaration.name)) return false;
   const isProperty = !ts.isParameter(declaration) || ts.isParameterPropertyDeclaration(declaration, declaration.parent);
   let around = ts.isParameter(declaration) ? declaration.parent.parent : declaration.parent;
   while (around && !ts.isFunctionLike(around)) around = around.parent;
-  const isLocal = around && around.body;
-  return isProperty && !isLocal && KINDS.has(declaration.kind) && nameOf(declaration) && isHere(declaration.getSourceFile());
+  const isLocal = (around && around.body) || (ts.isBindingElement(declaration) && !isOfFile(declaration));
+  return isProperty && !isLocal && kindOf(declaration) && !isRequired(declaration) && nameOf(declaration) && isHere(declaration.getSourceFile());
 }
 
 // Of the overloads of a function the one with a body, else the first: they are one declaration.
 function implementationOf(declaration) {
+  if (isAssigned(declaration)) return declaration.symbol.declarations.find(isShared);
   if (!ts.isFunctionLike(declaration) || ts.isAccessor(declaration)) return declaration;
   const overloads = declaration.symbol.declarations.filter((each) => each.kind === declaration.kind &&
     each.parent === declaration.parent);
@@ -68,7 +93,7 @@ function definitionOf(overload) {
       path: source.fileName.slice(root.length),
       line: lineOf(source, name.getStart()),
       name: name.text ?? name.getText(),
-      kind: KINDS.get(declaration.kind),
+      kind: kindOf(declaration),
       first: lineOf(source, declaration.getStart()),
       last: lineOf(source, declaration.getEnd()),
       exported: Boolean(ts.getCombinedModifierFlags(declaration) & ts.ModifierFlags.Export),
@@ -104,16 +129,74 @@ function referredTo(token) {
   const isDeclared = parent.name === token && !isImport && !ts.isPropertyAccessExpression(parent);
   if (isNewName || isDeclared) return [];
   const symbol = checker.getSymbolAtLocation(token);
+  if (isAssigned(parent) && parent.name === token && symbol?.declarations?.includes(parent)) return [];
   return symbol ? [[symbol]] : [];
 }
 
-const resolved = (symbol) => (symbol.flags & ts.SymbolFlags.Alias ? checker.getAliasedSymbol(symbol) : symbol);
+// Follows aliases; in JavaScript also the keys of an object that a module exports, which are other names of what they hold.
+function resolved(symbol, depth = 0) {
+  const target = symbol.flags & ts.SymbolFlags.Alias ? checker.getAliasedSymbol(symbol) : symbol;
+  const [key] = target.declarations ?? [];
+  const variable = key && variableAround(key);
+  if (variable) return checker.getSymbolAtLocation(variable.name);
+  if (key && ts.isSourceFile(key)) return wholeVariable(key) ?? target;
+  if (key && ts.isBinaryExpression(key)) return wholeOf(key, depth) ?? target;
+  if (depth > 8 || !key || !isExportedKey(key)) return target;
+  const value = ts.isShorthandPropertyAssignment(key)
+    ? checker.getShorthandAssignmentValueSymbol(key)
+    : ts.isIdentifier(key.initializer) || ts.isPropertyAccessExpression(key.initializer)
+      ? checker.getSymbolAtLocation(key.initializer)
+      : undefined;
+  return value ? resolved(value, depth + 1) : target;
+}
+
+// `const a = module.exports = {}`, which the compiler takes for nothing.
+function wholeVariable(file) {
+  const variables = file.statements.filter(ts.isVariableStatement).flatMap((each) => each.declarationList.declarations);
+  const found = variables.find(({ initializer }) => initializer && /^(exports = )?module\.exports = \{\}$/.test(initializer.getText()));
+  return found && checker.getSymbolAtLocation(found.name);
+}
+
+// What `module.exports = exports = value` exports, if that has a name.
+function wholeOf(assignment, depth) {
+  let value = assignment.right;
+  while (ts.isBinaryExpression(value)) value = value.right;
+  return ts.isIdentifier(value) ? resolved(checker.getSymbolAtLocation(value), depth + 1) : value.name && value.symbol;
+}
+
+// The variable that `const a = exports.b = module.exports = value` exports under other names.
+function variableAround(node) {
+  if (!node.parent) return undefined;
+  let value = ts.isPropertyAccessExpression(node) && ts.isBinaryExpression(node.parent) ? node.parent : node;
+  let isExported = value !== node || (ts.isBinaryExpression(node) && /^module\.exports$/.test(node.left.getText()));
+  while (ts.isBinaryExpression(value.parent) && value.parent.right === value) {
+    value = value.parent;
+    isExported ||= /^(module\.)?exports\b/.test(value.left.getText());
+  }
+  return isExported && ts.isVariableDeclaration(value.parent) ? value.parent : undefined;
+}
+
+function isExportedKey(key) {
+  const assignment = key.parent?.parent;
+  return (ts.isShorthandPropertyAssignment(key) || ts.isPropertyAssignment(key)) && assignment &&
+    ts.isBinaryExpression(assignment) && assignment.left.getText() === "module.exports";
+}
 
 const isMember = ({ parent }) =>
   ts.isClassLike(parent) || ts.isInterfaceDeclaration(parent) || ts.isTypeLiteralNode(parent) || ts.isObjectLiteralExpression(parent);
 
 const edges = new Map();
+// A member of something of which the compiler of JavaScript knows nothing.
+function isUnknown(token) {
+  const isMember = ts.isPropertyAccessExpression(token.parent) && token.parent.name === token;
+  if (!isMember || !ts.isInJSFile(token)) return false;
+  const of = token.parent.expression;
+  const isLost = of.kind === ts.SyntaxKind.ThisKeyword && !checker.getSymbolAtLocation(token);
+  return isLost || Boolean(checker.getTypeAtLocation(of).flags & ts.TypeFlags.Any);
+}
+
 function addEdges(source, token, unjudged) {
+  if (isUnknown(token)) unjudged[token.text] = (unjudged[token.text] ?? 0) + 1;
   for (const symbols of referredTo(token)) {
     const declarations = symbols.flatMap((symbol) => resolved(symbol).declarations ?? []).filter(isShared);
     if (new Set(declarations.filter(isMember).map((each) => each.parent)).size > 1) {
