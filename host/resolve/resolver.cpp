@@ -269,10 +269,10 @@ class Resolver::Linked {
         return operation == syntax::Operation::CALL ? evaluator.functions_called(place) : evaluator.evaluate(place);
     }
 
-    // Adds a declaration; in place of a hidden alias the types that it stands for.
+    // Adds a declaration; in place of a hidden alias, unless that is a function's own, the types that it stands for.
     void add_shown(Evaluator& evaluator, const Entity& entity, std::vector<Symbol>& symbols) const {
         const Declaration& declaration = catalog_.declaration(entity.id);
-        if (!declaration.is_hidden || declaration.kind != Kind::ALIAS) {
+        if (!declaration.is_hidden || declaration.is_local || declaration.kind != Kind::ALIAS) {
             symbols.push_back(entity.id);
             return;
         }

@@ -27,7 +27,8 @@ DeclarationId EcmascriptReader::declare(const Node& name, Kind kind) {
                                                  .parent = is_local ? syntax::NO_DECLARATION : context_.container,
                                                  .offset = name.begin(),
                                                  .is_private = !context_.is_exported,
-                                                 .is_hidden = is_local});
+                                                 .is_hidden = is_local,
+                                                 .is_local = is_local});
     if (!is_local && context_.container == syntax::NO_DECLARATION) {
         top_[spelling].push_back(declared);
     }

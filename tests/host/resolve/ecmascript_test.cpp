@@ -58,6 +58,13 @@ TEST(Ecmascript, ImportsLeadThroughEveryFormOfExport) {
               "import F of m.js, 2 from line 1\nimport G of m.js, 3 from line 1\nimport m.js of m.js, 1 from line 1\n");
 }
 
+TEST(Ecmascript, ATypeOfAFunctionIsNotWhatItStandsFor) {
+    const std::string found =
+        references_from({{"a.ts", "import {T} from './m';\nfunction f(b: T) { type R = T; let c: R; c = b as R; }"},
+                         {"m.ts", "export interface T {}"}});
+    EXPECT_NE(found.find("import T of m.ts, 3 from line 1\n"), std::string::npos) << found;
+}
+
 TEST(Ecmascript, AssignmentsDeclareWhatCommonJsExports) {
     const auto found = [](const std::string& user, const std::string& module) {
         return references_from({{"a.js", user}, {"m.js", module}});
