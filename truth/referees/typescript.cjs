@@ -110,7 +110,7 @@ const propertyOf = (type, name) => {
 // What a token refers to, where it is no name that is declared there: lists of symbols, of each of which one is meant.
 function referredTo(token) {
   const { parent } = token;
-  if (ts.isBindingElement(parent) && ts.isObjectBindingPattern(parent.parent)) {
+  if (ts.isBindingElement(parent) && ts.isObjectBindingPattern(parent.parent) && parent.initializer !== token) {
     const isKey = parent.propertyName === token || (!parent.propertyName && parent.name === token);
     return isKey ? [propertyOf(checker.getTypeAtLocation(parent.parent), token.text)] : [];
   }
