@@ -68,6 +68,8 @@ class CModules : public ModuleRules {
                std::ranges::all_of(includers, [&](FileId each) { return each == of || sees(each, of); });
     }
 
+    [[nodiscard]] bool is_included(FileId file) const override { return !includers_[file].empty(); }
+
     [[nodiscard]] bool is_open(FileId file) const override { return reached_from(file).is_open; }
 
   private:

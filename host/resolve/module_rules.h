@@ -55,6 +55,9 @@ class ModuleRules {
     /// too.
     [[nodiscard]] virtual bool sees_where_included(FileId /*from*/, FileId /*of*/) const { return false; }
 
+    /// Returns whether another file includes this one, so that names of both are looked up there together.
+    [[nodiscard]] virtual bool is_included(FileId /*file*/) const { return false; }
+
     /// Returns whether what stands in a namespace sees the names around that.
     [[nodiscard]] virtual bool sees_around(Symbol /*of*/) const { return true; }
 

@@ -4,10 +4,12 @@
 #include "host/resolve/definitions.h"
 #include "host/resolve/evaluator.h"
 #include "host/resolve/languages.h"
+#include "host/resolve/possible_targets.h"
 
 #include <algorithm>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 namespace host::resolve {
@@ -24,6 +26,7 @@ using What = Entity::What;
 struct Targets {
     std::vector<Target> targets;    // each once
     std::vector<Target> elsewhere;  // on other systems than the one whose code it stands in; likewise
+    std::vector<Target> possible;   // where it leads to nothing: what it may yet mean; likewise
     bool is_foreign = false;        // or to something foreign
     bool is_unique = false;         // by its name alone
 };
@@ -51,6 +54,7 @@ class Resolver::Linked {
         if (place_owned([](Kind kind) { return kind != Kind::TYPE; })) {
             catalog_.link();
         }
+        possible_targets_.emplace(catalog_, languages_);
     }
 
     [[nodiscard]] References references_of(FileId file) const {
@@ -71,8 +75,10 @@ class Resolver::Linked {
             for (const Target& target : targets.targets) {
                 add(target, evidence_for(file, target, targets));
             }
-            for (const Target& target : targets.elsewhere) {
-                add(target, Evidence::AMBIGUOUS);
+            for (const std::vector<Target>& unproven : {targets.elsewhere, targets.possible}) {
+                for (const Target& target : unproven) {
+                    add(target, Evidence::AMBIGUOUS);
+                }
             }
         }
         for (const auto& [key, reference] : found) {
@@ -216,10 +222,12 @@ class Resolver::Linked {
             const bool is_elsewhere =
                 is_built && (catalog_.built(symbol) == Built::NEVER ||
                              languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
-            std::vector<Target>& those = is_elsewhere ? targets.elsewhere : targets.targets;
-            const Target target{catalog_.file_of(symbol), catalog_.declaration_id(catalog_.first_alternative(symbol))};
-            if (std::ranges::find(those, target) == those.end()) {
-                those.push_back(target);
+            add_target(symbol, is_elsewhere ? targets.elsewhere : targets.targets);
+        }
+        if (symbols.empty() && targets.targets.empty() &&
+            (!targets.is_foreign || is_plain_name({file, mention.expression}))) {
+            for (const Symbol symbol : definitions(catalog_, possible_targets_->of(file, mention))) {
+                add_target(symbol, targets.possible);
             }
         }
         return targets;
@@ -231,6 +239,18 @@ class Resolver::Linked {
         return declaration.is_hidden && declaration.kind == Kind::VALUE && !declaration.is_private &&
                declaration.parent == syntax::NO_DECLARATION &&
                !languages_.modules(catalog_.file_of(symbol)).whole().empty();
+    }
+
+    // Whether something foreign may have the name because the file includes it, not because the text says so.
+    [[nodiscard]] bool is_plain_name(const Place& place) const {
+        return catalog_.syntax(place.file).expressions[place.expression].operation == syntax::Operation::NAME;
+    }
+
+    void add_target(Symbol symbol, std::vector<Target>& targets) const {
+        const Target target{catalog_.file_of(symbol), catalog_.declaration_id(catalog_.first_alternative(symbol))};
+        if (std::ranges::find(targets, target) == targets.end()) {
+            targets.push_back(target);
+        }
     }
 
     // Whether a declaration announces what no file defines, where a build may lack it: `#ifndef HAVE_F`, `void *f();`.
@@ -355,6 +375,7 @@ class Resolver::Linked {
     Catalog catalog_;
     Languages languages_;
     FurtherBases further_bases_;
+    std::optional<PossibleTargets> possible_targets_;
     mutable std::mutex mutex_;
     mutable std::vector<std::unique_ptr<Evaluator>> idle_;
 };

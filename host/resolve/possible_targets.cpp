@@ -1,0 +1,79 @@
+#include "host/resolve/possible_targets.h"
+
+#include <algorithm>
+#include <ranges>
+
+namespace host::resolve {
+
+using syntax::Kind;
+using syntax::Operation;
+using syntax::Space;
+
+namespace {
+
+// Whether an expression is a name that a declaration outside of types may bear: `f`, `::f`, `n::f`.
+bool may_be_of_namespace(const syntax::Syntax& syntax, const syntax::Expression& expression) {
+    const auto is_name = [](const syntax::Expression& each) {
+        return each.operation == Operation::NAME || each.operation == Operation::GLOBAL;
+    };
+    if (expression.operation != Operation::MEMBER) {
+        return is_name(expression);
+    }
+    const syntax::Expression& qualifier = syntax.expressions[expression.a];
+    return (is_name(qualifier) || qualifier.operation == Operation::MEMBER) &&
+           static_cast<Space>(qualifier.b) == Space::QUALIFIER;
+}
+
+}  // namespace
+
+PossibleTargets::PossibleTargets(const Catalog& catalog, const Languages& languages)
+    : catalog_(catalog), languages_(languages) {
+    for (Symbol symbol = 0; symbol < catalog.symbols(); ++symbol) {
+        const LanguageRules* const rules = languages.rules(catalog.file_of(symbol));
+        const Symbol around = catalog.around(symbol);
+        if (rules != nullptr && rules->has_macros && around != NONE &&
+            catalog.declaration(around).kind == Kind::NAMESPACE && catalog.home_of(symbol) != NONE) {
+            in_namespaces_.emplace_back(catalog.name_of(symbol), symbol);
+        }
+    }
+    std::ranges::sort(in_namespaces_);
+}
+
+std::vector<Symbol> PossibleTargets::of(FileId file, const syntax::Mention& mention) const {
+    constexpr std::size_t MOST = 16;
+    const syntax::Syntax& syntax = catalog_.syntax(file);
+    const syntax::Expression& expression = syntax.expressions[mention.expression];
+    const LanguageRules* const rules = languages_.rules(file);
+    if (rules == nullptr || !rules->has_macros || !may_be_of_namespace(syntax, expression)) {
+        return {};
+    }
+    const Name name = catalog_.name(file, expression.name);
+    std::vector<Symbol> found;
+    const auto add = [&](Symbol symbol) {
+        if (found.size() <= MOST && may_mean(file, static_cast<Space>(expression.b), symbol)) {
+            found.push_back(symbol);
+        }
+    };
+    std::ranges::for_each(catalog_.members(catalog_.module_of(file), name), add);
+    for (const auto& [of_name, symbol] :
+         std::ranges::equal_range(in_namespaces_, name, {}, &std::pair<Name, Symbol>::first)) {
+        add(symbol);
+    }
+    if (found.size() > MOST) {
+        return {};
+    }
+    std::ranges::sort(found);
+    return found;
+}
+
+bool PossibleTargets::may_mean(FileId file, Space space, Symbol symbol) const {
+    const syntax::Declaration& declaration = catalog_.declaration(symbol);
+    const FileId of = catalog_.file_of(symbol);
+    const bool is_value = declaration.kind == Kind::FUNCTION || declaration.kind == Kind::VALUE;
+    const ModuleRules& modules = languages_.modules(file);
+    return of != file && !(is_value && (space == Space::TYPE || space == Space::TAG)) &&
+           ((is_value && !declaration.is_private) ||
+            (modules.is_included(of) && (modules.is_included(file) || modules.is_open(file))));
+}
+
+}  // namespace host::resolve
