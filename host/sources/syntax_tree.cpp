@@ -64,7 +64,8 @@ Tree parse(string_view text, const Language& language, Limits& limits) {
     return Tree(ts_parser_parse_with_options(parser.get(), nullptr, input, options));
 }
 
-// How many bytes of the text do not parse, what is missing counted as one.
+// How many bytes of the text do not parse, what is missing counted as one. Damage in what does not parse as a whole
+// counts again: of two trees that are each one error, the one with more in it that parses is better.
 std::size_t damaged_bytes(const TSNode& root) {
     constexpr TSSymbol ERROR = 0xFFFF;
     TSTreeCursor cursor = ts_tree_cursor_new(root);
@@ -74,7 +75,7 @@ std::size_t damaged_bytes(const TSNode& root) {
         const TSNode node = ts_tree_cursor_current_node(&cursor);
         const bool is_error = ts_node_symbol(node) == ERROR;
         bytes += is_error ? ts_node_end_byte(node) - ts_node_start_byte(node) : ts_node_is_missing(node) ? 1 : 0;
-        if (!is_error && ts_node_has_error(node) && ts_tree_cursor_goto_first_child(&cursor)) {
+        if (ts_node_has_error(node) && ts_tree_cursor_goto_first_child(&cursor)) {
             continue;
         }
         while (!ts_tree_cursor_goto_next_sibling(&cursor)) {

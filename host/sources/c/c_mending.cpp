@@ -38,21 +38,28 @@ constexpr auto C_TAGS = std::to_array<string_view>({"class", "struct", "union"})
 // Finds loose macros among the tokens of a text.
 class CLooseMacros {
   public:
-    CLooseMacros(string_view text, const CTokens& scanned) : text_(text), tokens_(scanned.tokens) {}
+    CLooseMacros(string_view text, const CTokens& scanned)
+        : text_(text), tokens_(scanned.tokens), directives_(scanned.directives) {}
 
     struct Part {
         std::size_t begin = 0;
         std::size_t end = 0;
-        LooseMacro macro;  // without a name: no more than a bracket
+        LooseMacro macro;  // without a name: a bracket or a label
     };
 
     // Ascending.
     std::vector<Part> find() {
+        std::size_t end_of_body = 0;
         for (std::size_t at = 0; at < tokens_.size(); ++at) {
             const string_view word = spelling(at);
-            if (word == "{") {
-                at = begins_a_body(at) ? closing(at, "{", "}") : at;
-            } else if (tokens_[at].is_word && is_capital(word)) {
+            const bool is_macro = tokens_[at].is_word && is_capital(word);
+            if (is_macro && is_number(before(at))) {
+                add(at, at, false);  // `64 KB`
+            } else if (at < end_of_body) {
+                consider_label(at);
+            } else if (word == "{") {
+                end_of_body = begins_a_body(at) ? closing(at, "{", "}") + 1 : 0;
+            } else if (is_macro) {
                 consider(at);
             } else if (is_before_two_words(at)) {
                 add(at, at, false);
@@ -76,6 +83,8 @@ class CLooseMacros {
         return word.size() >= 2 && std::ranges::none_of(word, [](char c) { return c >= 'a' && c <= 'z'; }) &&
                std::ranges::any_of(word, [](char c) { return c >= 'A' && c <= 'Z'; });
     }
+
+    static bool is_number(string_view word) { return !word.empty() && std::ranges::all_of(word, is_c_digit); }
 
     static bool is_one_of(const auto& words, string_view word) { return std::ranges::find(words, word) != words.end(); }
 
@@ -117,6 +126,15 @@ class CLooseMacros {
         }
     }
 
+    // One of a statement behind a directive: `label:`, `#endif`.
+    void consider_label(std::size_t at) {
+        const bool is_label = tokens_[at].is_word && tokens_[at].is_first && spelling(at) != "default" &&
+                              spelling(at + 1) == ":" && at + 2 < tokens_.size() && tokens_[at + 2].is_first;
+        if (is_label && std::ranges::binary_search(directives_, at + 2, {}, &CDirective::tokens_before)) {
+            parts_.push_back({tokens_[at].begin, tokens_[at + 1].end, {}});
+        }
+    }
+
     void add(std::size_t at, std::size_t last, bool is_called) {
         parts_.push_back({tokens_[at].begin, tokens_[last].end, {spelling(at), tokens_[at].line, is_called}});
     }
@@ -139,13 +157,15 @@ class CLooseMacros {
                last == "\"C\"" || is_one_of(C_MODIFIERS, last);
     }
 
-    // `API int f();`, `API const char* f();`
+    // `API int f();`, `API const char* f();`, `API CALL int f();`
     [[nodiscard]] bool is_before_declaration(std::size_t at, std::size_t next) const {
+        const bool has_further_macro = is_word(next) && is_capital(spelling(next)) && is_word(next + 1);
+        next += has_further_macro && !is_capital(spelling(next + 1)) ? 1 : 0;
         const bool is_const = spelling(next) == "const" || spelling(next) == "volatile";
         const bool has_type = is_word(next) && !is_capital(spelling(next)) && spelling(next) != "operator";
         const bool has_name =
             is_word(next + 1) || (!is_const && (spelling(next + 1) == "*" || spelling(next + 1) == "&"));
-        return begins_declaration(at) && has_type && has_name;
+        return (begins_declaration(at) || ends_macro(at)) && has_type && has_name;
     }
 
     // `int CALL f(`, `int (CALL *f)(`
@@ -204,6 +224,7 @@ class CLooseMacros {
 
     string_view text_;
     std::span<const CToken> tokens_;
+    std::span<const CDirective> directives_;
     std::vector<Part> parts_;
 };
 

@@ -1,7 +1,8 @@
 // Macros that stand where the grammars of C and C++ know no name: `API int f();`, `int CALL f();`, `class EXPORT C {`,
 // `int f ARGS((int));`, `f() ATTRIBUTE;`, `FIELDS` on a line of its own.
 //
-// They are told by their capitals and their place, and outside of the bodies of functions alone.
+// They are told by their capitals and their place, and outside of the bodies of functions alone; but for what stands
+// behind a number, `64 KB`. A label goes as well that a directive keeps from its statement.
 #pragma once
 
 #include "host/sources/c/c_scanner.h"

@@ -31,6 +31,8 @@ struct CBranch {
     CDepth brackets = {};
     bool begins_with_else = false;
     bool is_empty = true;
+    std::size_t tokens = 0;
+    string_view first = {};  // token
 
     [[nodiscard]] bool is_whole() const { return braces.is_balanced() && brackets.is_balanced() && !begins_with_else; }
 };
@@ -75,6 +77,7 @@ class CSplits {
         const string_view mark = spelling(token);
         branch.begins_with_else = branch.begins_with_else || (branch.is_empty && mark == "else");
         branch.is_empty = false;
+        branch.first = branch.tokens++ == 0 ? mark : branch.first;
         const long brace = mark == "{" ? 1 : mark == "}" ? -1 : 0;
         const long bracket = mark == "(" ? 1 : mark == ")" ? -1 : 0;
         branch.braces.add({.net = brace, .least = std::min(brace, 0L)});
@@ -108,8 +111,11 @@ class CSplits {
         });
         const bool leads_on = group.branches.size() == 1 && (first.braces.net != 0 || first.brackets.net != 0);
         open_brackets_ = group.brackets_before;
+        if (leads_on) {
+            read_linkage(first, {.begin = first.directive->begin, .end = end.end});
+        }
         if (is_whole || !is_alike || leads_on) {
-            return;  // `extern "C" {` has a condition of its own for its end
+            return;
         }
         const auto found =
             std::ranges::find_if(group.branches, [&](const CBranch& each) { return may_be_compiled(each); });
@@ -126,6 +132,16 @@ class CSplits {
         }
     }
 
+    // `extern "C" {` and, in a condition of its own, its end.
+    void read_linkage(const CBranch& branch, const CSplit& whole) {
+        if (branch.first == "extern" && branch.tokens == 3) {
+            linkages_.push_back(whole);
+        } else if (branch.first == "}" && branch.tokens == 1 && !linkages_.empty()) {
+            parts_.insert(parts_.end(), {linkages_.back(), whole});
+            linkages_.pop_back();
+        }
+    }
+
     [[nodiscard]] bool may_be_compiled(const CBranch& branch) const {
         const auto after = std::ranges::upper_bound(regions_, branch.directive->end, {}, &syntax::Region::begin);
         return after == regions_.begin() || std::prev(after)->built != syntax::Built::NEVER;
@@ -137,6 +153,7 @@ class CSplits {
     std::vector<Group> groups_;  // that are open
     std::vector<CSplit> parts_;
     long open_brackets_ = 0;
+    std::vector<CSplit> linkages_;  // that are open
 };
 
 }  // namespace

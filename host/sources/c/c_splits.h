@@ -6,7 +6,7 @@
 //         if (b) {
 //     #endif
 //
-// A tree is made of one branch of each, without its directives.
+// A tree is made of one branch of each, without its directives, and without an `extern "C" {` that only C++ has.
 #pragma once
 
 #include "host/sources/c/c_scanner.h"

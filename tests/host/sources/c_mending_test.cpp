@@ -26,6 +26,9 @@ TEST(CMending, LooseMacrosAreTakenOutAndEveryOtherByteStays) {
         {"class C { T m LOCKED(a); std::string n LOCKED(m) = 0; };",
          "class C { T m          ; std::string n           = 0; };"},
         {"struct S {\n  FIELDS\n  int a;\n};", "struct S {\n        \n  int a;\n};"},
+        {"API(\"a\") CALL int f(void);", "              int f(void);"},
+        {"void f() { a = 64 KB; }", "void f() { a = 64   ; }"},
+        {"void f() {\nout:\n#endif\nb(); }", "void f() {\n    \n#endif\nb(); }"},
         {"DECLARE(a)\nDECLARE(b)\nint c;", "          \n          \nint c;"},
     };
     for (const auto& [text, mended] : cases) {
@@ -43,6 +46,8 @@ TEST(CMending, TypesAndWhatStandsInBodiesStays) {
              "#define API int\n#define F(a) \\\n  API int a\nint b;",
              "// API int f();\n/* API int g(); */ char c = '\"', *s = \"API int h();\";",
              "enum E { A, B };",
+             "void f() {\nout: b();\n#if A\ndefault:\n#endif\nc ? d :\n#if A\ne\n#endif\n; }",
+             "typedef 64BIT_TYPE T64;",
              "static T F(int a); T* G(int a); unsigned int H(int a);",
              "typename T::U f(unsigned long a);",
              "n::TYPE const a;",

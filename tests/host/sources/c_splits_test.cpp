@@ -35,6 +35,7 @@ TEST(CSplits, OneBranchOfASplitConditionIsKeptWithoutDirectives) {
         {"f(a\n#if A\n, b\n#else\n, c\n#endif\n);\n#if A\nd;\n#endif\n", "f(a|, b|);|#if A|d;|#endif|"},
         {"#if A\n#if B\nif (a) {\n#else\nif (b) {\n#endif\n}\n#endif\n", "#if A|if (a) {|}|#endif|"},
         {"#if A\nif (a) {\n#else\n#if B\nif (b) {\n#else\nif (c) {\n#endif\n#endif\n}\n", "if (a) {|}|"},
+        {"#ifdef A\nextern \"C\" {\n#endif\nint a;\n#ifdef A\n}\n#endif\n", "int a;|"},
     };
     for (const auto& [text, lines] : cases) {
         EXPECT_EQ(mended_lines(text), lines) << text;
@@ -44,7 +45,7 @@ TEST(CSplits, OneBranchOfASplitConditionIsKeptWithoutDirectives) {
 TEST(CSplits, WhatIsWholeStaysAndSoDoesWhatOtherConditionsClose) {
     for (const std::string text : {
              "#if A\nint f(a) { }\n#else\nint f(b) { }\n#endif\n",
-             "#ifdef __cplusplus\nextern \"C\" {\n#endif\nint a;\n#ifdef __cplusplus\n}\n#endif\n",
+             "#ifdef __cplusplus\nextern \"C\" {\n#endif\nint a;\n}\n",
              "#if A\nwhile (a) {\n#else\n{ {\n#endif\n",
              "#endif\n#else\n)\n#if A\na;\n",
          }) {

@@ -79,6 +79,10 @@ TEST(CSyntax, DeclarationsSayWhatTheyAreAndOfWhichType) {
     }
 }
 
+TEST(CSyntax, OfTwoTreesThatAreOneErrorTheBetterIsRead) {
+    EXPECT_EQ(c_declarations("a.c", "#ifndef H\nint f ARGS((T a));\n{ {\n"), "f? function foreign\n");
+}
+
 TEST(CSyntax, MembersAreLookedUpInTheTypesThatAreStated) {
     const Cases cases{
         {"s->a.b = t.c;", "value target(of(pointer(S))).a\nvalue target(of(pointer(S))).a.b\nvalue of(T').c\n"},
