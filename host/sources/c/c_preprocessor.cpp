@@ -148,14 +148,10 @@ CReader::Id CReader::read_condition(const Node& node) {
     const Node inside = node.named_child(1);
     const bool defines_it =
         inside.exists() && inside.type() == "preproc_def" && text(inside.child(fields_.name)) == text(name);
-    for_each_child(node, [&](const Node& child, TSFieldId) {
-        if (child != name) {
-            visit(child);
-        } else if (!defines_it) {
-            out_.use(token(name));
-        }
-    });
-    return UNKNOWN;
+    if (!defines_it) {
+        out_.use(token(name));
+    }
+    return read_level(node);
 }
 
 }  // namespace host::sources

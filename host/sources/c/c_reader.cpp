@@ -63,8 +63,12 @@ NodeRules<CReader> CDialect::shared_rules(const TSLanguage* language) {
                 {"preproc_def", &R::read_macro},
                 {"preproc_function_def", &R::read_macro},
                 {"preproc_ifdef", &R::read_condition},
+                {"preproc_if", &R::read_level},
+                {"preproc_elif", &R::read_level},
+                {"preproc_else", &R::read_level},
                 {"preproc_call", &R::ignore},
                 // Declarations.
+                {"declaration_list", &R::read_level},
                 {"declaration", &R::read_declaration},
                 {"field_declaration", &R::read_declaration},
                 {"function_definition", &R::read_function},
@@ -177,7 +181,11 @@ syntax::Syntax CReader::read_file(TSNode root) {
         }
         read_calls_in(splits, scanned);
     }
-    syntax::Syntax stated = read(Node(root));
+    const std::vector<CBody> bodies =
+        ts_node_has_error(root) ? bodies_of_functions(text_, scanned, splits) : std::vector<CBody>();
+    bodies_ = bodies;
+    read_level(Node(root));
+    syntax::Syntax stated = out_.finish();
     join_alternatives(stated, dialect_.is_cpp);
     return stated;
 }

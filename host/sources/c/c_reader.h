@@ -7,12 +7,14 @@
 // around it. So are the members of an anonymous struct or union.
 #pragma once
 
+#include "host/sources/c/c_bodies.h"
 #include "host/sources/c/c_splits.h"
 #include "host/sources/syntax_reader.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -114,6 +116,11 @@ class CReader : public SyntaxReader<CReader> {
         syntax::DeclarationId parent = syntax::NO_DECLARATION;
         Id value = syntax::UNKNOWN;
     };
+
+    // Bodies whose functions the tree does not know (c_damage.cpp).
+    Id read_level(const Node& node);
+    void read_at_level(const Node& node);
+    void close_body();
 
     void read_calls_in(const std::vector<CSplit>& splits, const CTokens& scanned);
 
@@ -232,6 +239,8 @@ class CReader : public SyntaxReader<CReader> {
     const CGrammar& fields_;
     Place place_;
     Enumeration enumeration_;
+    std::span<const CBody> bodies_;                    // those that are not behind what is read, of a damaged tree
+    bool is_in_loose_body_ = false;                    // whether statements of the first of them are read
     std::size_t local_classes_ = 0;                    // that are open
     bool is_in_template_ = false;                      // whether what is read is the template of a template
     std::unordered_set<std::string_view> local_tags_;  // of the function that is read

@@ -73,6 +73,8 @@ TEST(CSyntax, DeclarationsSayWhatTheyAreAndOfWhichType) {
         {"#define M 1\n#define N(a) a", "M macro\nN macro\n"},
         {"int f(a) T *a; { int b; struct L { int c; } d; enum { X }; }", "f function foreign\n"},
         {"#if A\nint a;\n#else\nint b;\n#endif", "a value of(foreign)\nb value of(foreign)\n"},
+        {"int f(int a) {\n int b;\n if (a) { {\n g(b);\n}\n#if A\n int c;\n#endif\nint h(void) { }\nint d;",
+         "h function foreign\nd value of(foreign)\n"},  // a brace is missing
     };
     for (const auto& [text, declarations] : cases) {
         EXPECT_EQ(c_declarations("a.c", text), declarations) << text;
