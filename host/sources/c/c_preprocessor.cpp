@@ -47,6 +47,10 @@ class CReplacementTokens {
         const std::size_t next = text_.find_first_not_of(BLANKS, at_);
         return next != std::string_view::npos && text_[next] == '(';
     }
+    [[nodiscard]] bool is_qualifier() const {
+        const std::size_t next = text_.find_first_not_of(BLANKS, at_);
+        return next != std::string_view::npos && text_.substr(next).starts_with("::");
+    }
     [[nodiscard]] bool is_pasted() const {
         const std::size_t next = text_.find_first_not_of(BLANKS, at_);
         return before().ends_with('#') || (next != std::string_view::npos && text_.substr(next).starts_with("##"));
@@ -123,20 +127,28 @@ void CReader::read_replacement(const Node& macro) {
     out_.open_local();
     for_each_child(macro.child(fields_.parameters),
                    [&](const Node& parameter, TSFieldId) { out_.bind(text(parameter), UNKNOWN); });
+    Id qualifier = UNKNOWN;  // the name before the last `::`
     for (CReplacementTokens tokens(text(value)); tokens.next();) {
         const std::string_view before = tokens.before();
-        const bool is_member = before.ends_with('.') || before.ends_with("->") || before.ends_with("::");
+        const bool is_qualified = before.ends_with("::");
+        const bool is_member =
+            before.ends_with('.') || before.ends_with("->") || (is_qualified && qualifier == UNKNOWN);
         if (is_member || tokens.is_pasted() || is_c_keyword(tokens.name())) {
+            qualifier = UNKNOWN;
             continue;
         }
         const bool is_tag = before.ends_with("struct") || before.ends_with("union") || before.ends_with("enum");
-        out_.use({.name = tokens.name(),
-                  .offset = value.begin() + tokens.begin(),
-                  .line = value.line() + tokens.lines_before(),
-                  .role = is_tag               ? Role::TYPE
-                          : tokens.is_called() ? Role::CALL
-                                               : Role::VALUE,
-                  .space = is_tag ? Space::TAG : Space::VALUE});
+        const syntax::Token token{.name = tokens.name(),
+                                  .offset = value.begin() + tokens.begin(),
+                                  .line = value.line() + tokens.lines_before(),
+                                  .role = is_tag               ? Role::TYPE
+                                          : tokens.is_called() ? Role::CALL
+                                                               : Role::VALUE,
+                                  .space = is_tag                  ? Space::TAG
+                                           : tokens.is_qualifier() ? Space::QUALIFIER
+                                                                   : Space::VALUE};
+        const Id name = is_qualified ? out_.use_member(qualifier, token) : out_.use(token);
+        qualifier = tokens.is_qualifier() ? name : UNKNOWN;
     }
     out_.close();
     out_.close();

@@ -1,6 +1,7 @@
 #include "host/sources/c/c_reader.h"
 
 #include "host/sources/c/c_alternatives.h"
+#include "host/sources/c/c_condition.h"
 #include "host/sources/c/c_conditions.h"
 #include "host/sources/c/c_mending.h"
 #include "host/sources/c/c_scanner.h"
@@ -180,6 +181,7 @@ syntax::Syntax CReader::read_file(TSNode root) {
                       .space = syntax::Space::TYPE});
         }
         read_calls_in(splits, scanned);
+        read_conditions_in(splits, scanned);
     }
     const std::vector<CBody> bodies =
         ts_node_has_error(root) ? bodies_of_functions(text_, scanned, splits) : std::vector<CBody>();
@@ -207,6 +209,28 @@ void CReader::read_calls_in(const std::vector<CSplit>& splits, const CTokens& sc
                           .offset = static_cast<std::uint32_t>(tokens[at].begin),
                           .line = tokens[at].line,
                           .role = syntax::Role::CALL});
+            }
+        }
+    }
+}
+
+// The names of the directives.
+void CReader::read_conditions_in(const std::vector<CSplit>& splits, const CTokens& scanned) {
+    auto directive = scanned.directives.begin();
+    for (const CSplit& split : splits) {
+        for (; directive != scanned.directives.end() && directive->begin < split.end; ++directive) {
+            std::string_view condition = text_.substr(directive->begin + 1, directive->end - directive->begin - 1);
+            const std::string_view keyword = cut_word(condition);
+            if (directive->begin < split.begin || !(keyword.starts_with("if") || keyword == "elif")) {
+                continue;
+            }
+            for (const CToken& token : scan_c(condition).tokens) {
+                const std::string_view word = condition.substr(token.begin, token.end - token.begin);
+                if (token.is_word && word != "defined") {
+                    out_.use({.name = word,
+                              .offset = static_cast<std::uint32_t>(word.data() - text_.data()),
+                              .line = directive->line + token.line - 1});
+                }
             }
         }
     }

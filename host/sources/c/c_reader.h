@@ -123,6 +123,7 @@ class CReader : public SyntaxReader<CReader> {
     void close_body();
 
     void read_calls_in(const std::vector<CSplit>& splits, const CTokens& scanned);
+    void read_conditions_in(const std::vector<CSplit>& splits, const CTokens& scanned);
 
     // Directives (c_preprocessor.cpp).
     Id read_include(const Node& node);

@@ -33,6 +33,8 @@ struct CBranch {
     bool is_empty = true;
     std::size_t tokens = 0;
     string_view first = {};  // token
+    string_view second = {};
+    string_view last = {};
 
     [[nodiscard]] bool is_whole() const { return braces.is_balanced() && brackets.is_balanced() && !begins_with_else; }
 };
@@ -66,6 +68,7 @@ class CSplits {
     struct Group {
         std::vector<CBranch> branches;
         long brackets_before = 0;  // that are open
+        string_view before = {};   // token
     };
 
     [[nodiscard]] string_view spelling(const CToken& token) const {
@@ -77,7 +80,10 @@ class CSplits {
         const string_view mark = spelling(token);
         branch.begins_with_else = branch.begins_with_else || (branch.is_empty && mark == "else");
         branch.is_empty = false;
-        branch.first = branch.tokens++ == 0 ? mark : branch.first;
+        branch.first = branch.tokens == 0 ? mark : branch.first;
+        branch.second = branch.tokens == 1 ? mark : branch.second;
+        branch.last = mark;
+        ++branch.tokens;
         const long brace = mark == "{" ? 1 : mark == "}" ? -1 : 0;
         const long bracket = mark == "(" ? 1 : mark == ")" ? -1 : 0;
         branch.braces.add({.net = brace, .least = std::min(brace, 0L)});
@@ -89,7 +95,10 @@ class CSplits {
         string_view rest = text_.substr(directive.begin + 1, directive.end - directive.begin - 1);
         const string_view keyword = cut_word(rest);
         if (keyword.starts_with("if")) {
-            groups_.push_back({.branches = {{.directive = &directive}}, .brackets_before = open_brackets_});
+            const std::size_t tokens = directive.tokens_before;
+            groups_.push_back({.branches = {{.directive = &directive}},
+                               .brackets_before = open_brackets_,
+                               .before = tokens == 0 ? string_view() : spelling(scanned_.tokens[tokens - 1])});
         } else if (groups_.empty()) {
             return;
         } else if (keyword.starts_with("elif") || keyword == "else") {
@@ -105,7 +114,8 @@ class CSplits {
     // Keeps one branch of a group that splits something: the first that may be compiled.
     void close(const Group& group, const CDirective& end) {
         const CBranch& first = group.branches.front();
-        const bool is_whole = std::ranges::all_of(group.branches, &CBranch::is_whole) && group.brackets_before <= 0;
+        const bool is_whole =
+            std::ranges::all_of(group.branches, &CBranch::is_whole) && group.brackets_before <= 0 && !is_amid(group);
         const bool is_alike = std::ranges::all_of(group.branches, [&](const CBranch& each) {
             return each.braces.net == first.braces.net && each.brackets.net == first.brackets.net;
         });
@@ -130,6 +140,15 @@ class CSplits {
             around.brackets.add(kept->brackets);
             around.is_empty = false;
         }
+    }
+
+    // Whether what stands before a group goes on in it: `template <class T>`, a list of initializers `a(b),`.
+    static bool is_amid(const Group& group) {
+        constexpr string_view OPERATORS = ">&|=?";
+        const CBranch& first = group.branches.front();
+        const bool is_initializer = first.second == "(" && first.last == ",";
+        return !group.before.empty() &&
+               (OPERATORS.find(group.before.back()) != string_view::npos || (group.before == "," && is_initializer));
     }
 
     // `extern "C" {` and, in a condition of its own, its end.

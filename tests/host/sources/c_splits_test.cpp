@@ -35,6 +35,8 @@ TEST(CSplits, OneBranchOfASplitConditionIsKeptWithoutDirectives) {
         {"f(a\n#if A\n, b\n#else\n, c\n#endif\n);\n#if A\nd;\n#endif\n", "f(a|, b|);|#if A|d;|#endif|"},
         {"#if A\n#if B\nif (a) {\n#else\nif (b) {\n#endif\n}\n#endif\n", "#if A|if (a) {|}|#endif|"},
         {"#if A\nif (a) {\n#else\n#if B\nif (b) {\n#else\nif (c) {\n#endif\n#endif\n}\n", "if (a) {|}|"},
+        {"template <class T>\n#if A\nb(1)\n#endif\nvoid f();\n", "template <class T>|b(1)|void f();|"},
+        {"A::A() : b(1),\n#if B\nc(2),\n#endif\nd(3) {}\n", "A::A() : b(1),|c(2),|d(3) {}|"},
         {"#ifdef A\nextern \"C\" {\n#endif\nint a;\n#ifdef A\n}\n#endif\n", "int a;|"},
     };
     for (const auto& [text, lines] : cases) {
@@ -46,6 +48,7 @@ TEST(CSplits, WhatIsWholeStaysAndSoDoesWhatOtherConditionsClose) {
     for (const std::string text : {
              "#if A\nint f(a) { }\n#else\nint f(b) { }\n#endif\n",
              "#ifdef __cplusplus\nextern \"C\" {\n#endif\nint a;\n}\n",
+             "enum E { A,\n#if A\nB,\n#endif\nC };",
              "#if A\nwhile (a) {\n#else\n{ {\n#endif\n",
              "#endif\n#else\n)\n#if A\na;\n",
          }) {
@@ -53,8 +56,9 @@ TEST(CSplits, WhatIsWholeStaysAndSoDoesWhatOtherConditionsClose) {
     }
 }
 
-TEST(CSplits, CallsInWhatIsLeftOutAreMentionsNonetheless) {
-    const std::string text = "void f(int a) {\n#if A\nif (g(a)) {\n#else\nif (h(a) && a.m(a)) {\n#endif\n}\n}\n";
+TEST(CSplits, CallsAndConditionsInWhatIsLeftOutAreMentionsNonetheless) {
+    const std::string text =
+        "void f(int a) {\n#if defined(A) && \\\n B\nif (g(a)) {\n#else\nif (h(a) && a.m(a)) {\n#endif\n}\n}\n";
     EXPECT_FALSE(outline("a.c", text).is_damaged);
     static const std::atomic<bool> never = false;
     const syntax::Syntax stated = outline_of(text, "", "a.c", never, Content::NAMES).value().syntax.value();
@@ -63,7 +67,7 @@ TEST(CSplits, CallsInWhatIsLeftOutAreMentionsNonetheless) {
         calls +=
             std::string(stated.name(stated.expressions[mention.expression].name)) + std::to_string(mention.line) + " ";
     }
-    EXPECT_EQ(calls, "h5 g3 ");
+    EXPECT_EQ(calls, "h6 A2 B3 g4 ");
 }
 
 }  // namespace
