@@ -44,8 +44,11 @@ std::span<const Element> part(const std::vector<Element>& elements, const std::v
 }  // namespace
 
 bool may_define(const syntax::Declaration& definition, const syntax::Declaration& announced) {
+    const bool states_no_parameters = definition.least_arguments == 0 &&
+                                      definition.most_arguments == syntax::Declaration::ANY_NUMBER;  // `int f() {}`
     return definition.is_definition && definition.kind == announced.kind &&
-           (definition.kind != syntax::Kind::FUNCTION || definition.most_arguments == announced.most_arguments);
+           (definition.kind != syntax::Kind::FUNCTION || states_no_parameters ||
+            definition.most_arguments == announced.most_arguments);
 }
 
 Catalog::Catalog(const Repository& repository)

@@ -19,6 +19,7 @@ constexpr std::array RULES{
     LanguageRules{.languages = C,
                   .modules = c_modules,
                   .has_members_in_scope = true,
+                  .has_no_clashing_stars = true,
                   .exports_imports = true,
                   .has_unique_calls = true,
                   .has_macros = true,

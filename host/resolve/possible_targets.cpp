@@ -11,17 +11,15 @@ using syntax::Space;
 
 namespace {
 
-// Whether an expression is a name that a declaration outside of types may bear: `f`, `::f`, `n::f`.
-bool may_be_of_namespace(const syntax::Syntax& syntax, const syntax::Expression& expression) {
-    const auto is_name = [](const syntax::Expression& each) {
-        return each.operation == Operation::NAME || each.operation == Operation::GLOBAL;
-    };
+// Whether an expression is a member of a value: `a.f`, and not `n::f`. A macro may bear its name.
+bool is_member_of_value(const syntax::Syntax& syntax, const syntax::Expression& expression) {
     if (expression.operation != Operation::MEMBER) {
-        return is_name(expression);
+        return false;
     }
-    const syntax::Expression& qualifier = syntax.expressions[expression.a];
-    return (is_name(qualifier) || qualifier.operation == Operation::MEMBER) &&
-           static_cast<Space>(qualifier.b) == Space::QUALIFIER;
+    const syntax::Expression& of = syntax.expressions[expression.a];
+    const bool may_be_qualifier =
+        of.operation == Operation::NAME || of.operation == Operation::GLOBAL || of.operation == Operation::MEMBER;
+    return !may_be_qualifier || static_cast<Space>(of.b) != Space::QUALIFIER;
 }
 
 }  // namespace
@@ -44,13 +42,15 @@ std::vector<Symbol> PossibleTargets::of(FileId file, const syntax::Mention& ment
     const syntax::Syntax& syntax = catalog_.syntax(file);
     const syntax::Expression& expression = syntax.expressions[mention.expression];
     const LanguageRules* const rules = languages_.rules(file);
-    if (rules == nullptr || !rules->has_macros || !may_be_of_namespace(syntax, expression)) {
+    if (rules == nullptr || !rules->has_macros || expression.name == 0) {
         return {};
     }
     const Name name = catalog_.name(file, expression.name);
+    const bool is_member = is_member_of_value(syntax, expression);
     std::vector<Symbol> found;
     const auto add = [&](Symbol symbol) {
-        if (found.size() <= MOST && may_mean(file, static_cast<Space>(expression.b), symbol)) {
+        if (found.size() <= MOST && (!is_member || catalog_.declaration(symbol).kind == Kind::MACRO) &&
+            may_mean(file, static_cast<Space>(expression.b), symbol)) {
             found.push_back(symbol);
         }
     };
@@ -71,9 +71,10 @@ bool PossibleTargets::may_mean(FileId file, Space space, Symbol symbol) const {
     const FileId of = catalog_.file_of(symbol);
     const bool is_value = declaration.kind == Kind::FUNCTION || declaration.kind == Kind::VALUE;
     const ModuleRules& modules = languages_.modules(file);
+    const bool may_see = modules.sees(file, of) || modules.sees(of, file) ||
+                         (modules.is_included(of) && (modules.is_included(file) || modules.is_open(file)));
     return of != file && !(is_value && (space == Space::TYPE || space == Space::TAG)) &&
-           ((is_value && !declaration.is_private) ||
-            (modules.is_included(of) && (modules.is_included(file) || modules.is_open(file))));
+           ((is_value && !declaration.is_private) || may_see);
 }
 
 }  // namespace host::resolve

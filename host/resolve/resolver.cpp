@@ -208,7 +208,7 @@ class Resolver::Linked {
                 targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
             }
         }
-        symbols = called_with(definitions(catalog_, with_parts(symbols)), mention);
+        symbols = definitions(catalog_, called_with(with_parts(symbols), mention));  // an announcement has the defaults
         if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
             symbols = unique_function(file, mention);
             targets.is_unique = true;

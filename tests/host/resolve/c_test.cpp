@@ -109,6 +109,23 @@ TEST(C, WhatIsNotAlwaysDeclaredMayStandForWhatAnIncludeBrings) {
               "?a.c:t ?t.h:t");
 }
 
+TEST(C, MacrosMayBeWhatMembersAndIncludedFilesName) {
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#include \"b.h\"\nint f(struct s *a) { return a->m + a->n; }"},
+                                   {"b.h", "#define m x.y\nstruct s { int k; };\nint n;"}}),
+              "?b.h:m b.h:s");
+    EXPECT_EQ(
+        targets_from(
+            "c.h", {{"c.c", "#define M\n#include \"c.h\""}, {"c.h", "#ifdef M\n#endif"}, {"d.c", "#include \"c.h\""}}),
+        "?c.c:M");
+}
+
+TEST(C, ADefinitionWithoutParametersMayBeOfAnyPrototype) {
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#include \"b.h\"\nint g(void) { return f(); }"},
+                                   {"b.c", "int f() {}"},
+                                   {"b.h", "int f(void);"}}),
+              "b.c:f");
+}
+
 TEST(C, BranchesOfWhichABuildTakesOneDeclareOneThing) {
     const std::string header = "#if A\n#define M 1\ntypedef int T;\nstruct S { int a; };\nint v;\n"
                                "#else\n#define M 2\ntypedef long T;\nstruct S { int a; int b; };\nint v;\n#endif\n";
@@ -130,6 +147,21 @@ TEST(C, AHeaderThatIncludesNothingSeesWhatAllSeeThatIncludeIt) {
     sources.erase("b.c");
     sources["list.h"] = "#include <m2.h>\nM(one)";
     EXPECT_EQ(targets_from("list.h", sources), "?m.h:M");
+}
+
+TEST(Cpp, DefaultsOfAPrototypeCountForItsDefinition) {
+    EXPECT_EQ(targets_from("a.cc", {{"a.cc", "#include \"b.h\"\nint g() { return f(1); }"},
+                                    {"b.cc", "int f(int a, int b) {}\nint f() {}"},
+                                    {"b.h", "int f(int a, int b = 0);\nint f();"}}),
+              "b.cc:f");
+}
+
+TEST(Cpp, MacrosAndSeveralNamespacesLeadIntoNamespaces) {
+    EXPECT_EQ(
+        targets_from("a.cc", {{"a.cc", "#include <v>\n#include \"b.h\"\nusing namespace std;\nusing namespace n;\n"
+                                       "#define M n::f(T::g())\nC c;"},
+                              {"b.h", "namespace n { void f(); class C {}; }"}}),
+        "b.h:n b.h:n.f b.h:n.C");
 }
 
 TEST(Cpp, MembersAreThoseOfTheStatedTypeAndOfItsBases) {
