@@ -141,7 +141,8 @@ void write_file_cards(JsonWriter& json, const Page& page) {
 }
 
 void write_consumers(JsonWriter& json, const Page& page) {
-    const wiki::scope::Consumers consumers = wiki::scope::consumers(page.facts, page.fan_in);
+    const wiki::scope::Consumers consumers =
+        wiki::scope::consumers(page.facts, page.fan_in, wiki::scope::Unproven::MAY_BE_USE);
     write(json.member("consumers"), consumers);
     json.object("first_uses", [&] {
         const std::vector<std::optional<std::int32_t>> lines = first_uses(page, consumers.files.shown);

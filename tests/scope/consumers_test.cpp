@@ -90,6 +90,9 @@ TEST(Consumers, LeavePublicTopLevelCodeUnusedTypesFirstThenByRank) {
     EXPECT_EQ(unused.shown,
               (std::vector<const ScopeSymbol*>{&s[6], &s[1], &s[8], &s[9], &s[10], &s[11], &s[12], &s[13]}));
     EXPECT_EQ(unused.left_out(), 1);  // the one that a reference reaches: it is no entry point
+    const Consumers doubting = consumers(facts, production_fan_in(facts), Unproven::MAY_BE_USE);
+    EXPECT_EQ(doubting.unused.shown, unused.shown);
+    EXPECT_EQ(doubting.unused.left_out(), 0);
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ constexpr std::size_t UNUSED_SHOWN = 8;
 struct OutsideUse {
     Counter<Text> consumers;             // path -> references that count
     OrderedSet<SymbolId> used;           // the targets of the references that count
+    OrderedSet<SymbolId> unproven;       // those of the references that do not
     Counter<Text> uncounted;             // resolution -> references that do not count
     OrderedSet<Text> uncounted_sources;  // the files that make those
 };
@@ -41,6 +42,7 @@ OutsideUse use_from_outside(const ScopeFacts& facts) {
             use.consumers.add(reference.source_path, reference.refs);
             use.used.insert(reference.target_id);
         } else {
+            use.unproven.insert(reference.target_id);
             use.uncounted.add(reference.resolution, reference.refs);
             use.uncounted_sources.insert(reference.source_path);
         }
@@ -102,14 +104,16 @@ struct Unused {
     [[nodiscard]] auto order() const { return std::tie(is_no_type, key, symbol->path); }
 };
 
-// `used` are the ids of the declarations that the consumers use.
-models::Excerpt<const ScopeSymbol*> first_unused(const ScopeFacts& facts, const OrderedSet<SymbolId>& used,
-                                                 const FanIn& fan_in) {
+models::Excerpt<const ScopeSymbol*> first_unused(const ScopeFacts& facts, const OutsideUse& use, const FanIn& fan_in,
+                                                 Unproven unproven) {
     const OrderedSet<SymbolId> members = _members(facts);
+    const auto is_used = [&](SymbolId id) {
+        return use.used.contains(id) || (unproven == Unproven::MAY_BE_USE && use.unproven.contains(id));
+    };
     std::vector<Unused> unused;
     for (const ScopeSymbol& symbol : facts.symbols) {
-        if (is_callable_or_type(symbol.kind) && !used.contains(symbol.id) && symbol.is_export &&
-            !_is_private(symbol.name) && !members.contains(symbol.id)) {
+        if (is_callable_or_type(symbol.kind) && !is_used(symbol.id) && symbol.is_export && !_is_private(symbol.name) &&
+            !members.contains(symbol.id)) {
             unused.push_back({!TYPE_KINDS.contains(symbol.kind), rank_key(symbol, fan_in), &symbol});
         }
     }
@@ -133,12 +137,12 @@ std::vector<Text> unresolved_languages(const ScopeFacts& facts) {
 
 }  // namespace
 
-Consumers consumers(const ScopeFacts& facts, const FanIn& fan_in) {
+Consumers consumers(const ScopeFacts& facts, const FanIn& fan_in, Unproven unproven) {
     const OutsideUse use = use_from_outside(facts);
     Consumers found{.files = first_consumers(use.consumers),
                     .uncounted = by_resolution(use.uncounted),
                     .uncounted_files = use.uncounted_sources.size(),
-                    .unused = first_unused(facts, use.used, fan_in),
+                    .unused = first_unused(facts, use, fan_in, unproven),
                     .unresolved_languages = unresolved_languages(facts)};
     add_names(found.files.shown, facts);
     return found;

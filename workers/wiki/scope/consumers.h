@@ -36,6 +36,12 @@ struct UncountedReferences {
     friend bool operator==(const UncountedReferences&, const UncountedReferences&) = default;
 };
 
+/// What references that `is_use` does not count say of their targets.
+enum class Unproven : std::uint8_t {
+    SAYS_NOTHING,
+    MAY_BE_USE,  ///< so that the target is not listed as unused
+};
+
 /// How production code outside a page uses the page. Counts that would go beyond 64 bits stop at their ends.
 struct Consumers {
     /// Twelve at most; most references first, equal counts in path order.
@@ -45,9 +51,9 @@ struct Consumers {
     std::vector<UncountedReferences> uncounted = {};
     std::size_t uncounted_files = 0;  ///< the files that make them
 
-    /// The exported, public, top-level types and callables that no consumer uses, eight at most; types first, then by
-    /// `rank_key`, then by path, then in the order of `facts.symbols`. They are records of the `ScopeFacts`, and live
-    /// as long.
+    /// The exported, public, top-level types and callables that no consumer uses or, where `Unproven` has it so, may use.
+    /// Eight at most; types first, then by `rank_key`, then by path, then in the order of `facts.symbols`. They are
+    /// records of the `ScopeFacts`, and live as long.
     models::Excerpt<const ScopeSymbol*> unused = {};
 
     /// The languages of the page whose imports are not resolved, in order; an empty one for the files without a
@@ -58,7 +64,8 @@ struct Consumers {
 };
 
 /// The consumers of a page. `fan_in` is the page's.
-Consumers consumers(const ScopeFacts& facts, const FanIn& fan_in);
-Consumers consumers(const ScopeFacts&& facts, const FanIn& fan_in) = delete;  // the result would dangle
+Consumers consumers(const ScopeFacts& facts, const FanIn& fan_in, Unproven unproven = Unproven::SAYS_NOTHING);
+Consumers consumers(const ScopeFacts&& facts, const FanIn& fan_in,
+                    Unproven unproven = Unproven::SAYS_NOTHING) = delete;  // the result would dangle
 
 }  // namespace wiki::scope
