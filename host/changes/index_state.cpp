@@ -138,9 +138,7 @@ void IndexState::read_uses() {
     std::unordered_map<RowId, bool> is_evidence;
     db_.read_resolutions(
         [&](const ResolutionRow& row) { is_evidence.emplace(row.id, wiki::scope::use_rules(row.name).is_evidence); });
-    const std::vector<EdgeRow> edges = db_.read_edges_into(ids_of(declarations_));
-    uses_.reserve(edges.size());
-    for (const EdgeRow& edge : edges) {
+    db_.read_edges_into(ids_of(declarations_), [&](const EdgeRow& edge) {
         const Number target = declaration_by_id_.find(edge.target);
         const Number source = file_by_id_.find(edge.source);
         const auto evidence = is_evidence.find(edge.resolution);
@@ -150,7 +148,7 @@ void IndexState::read_uses() {
                              .is_evidence = evidence != is_evidence.end() && evidence->second,
                              .references = edge.references});
         }
-    }
+    });
     const auto place = [](const Use& use) { return std::tuple(use.target, use.source, !use.is_evidence); };
     if (!std::ranges::is_sorted(uses_, {}, place)) {
         std::ranges::sort(uses_, {}, place);

@@ -89,9 +89,9 @@ class Database {
                                          const host::OnRow<std::string_view>& on_row) = 0;
 
     /// The edges into some declarations.
-    [[nodiscard]] virtual std::vector<host::EdgeRow> read_edges_into(std::vector<SymbolId> declarations) = 0;
+    virtual void read_edges_into(std::vector<SymbolId> declarations, const host::OnRow<host::EdgeRow>& on_row) = 0;
     /// The edges out of some files.
-    [[nodiscard]] virtual std::vector<host::EdgeRow> read_edges_out_of(std::vector<FileId> files) = 0;
+    virtual void read_edges_out_of(std::vector<FileId> files, const host::OnRow<host::EdgeRow>& on_row) = 0;
 
     // What records have in common. Rows refer to files, declarations and resolutions by number; each of these is read
     // once. The texts of paths, languages, kinds and resolutions are shared.

@@ -4,6 +4,7 @@
 #include "models/ordered_map.h"
 
 #include <algorithm>
+#include <deque>
 #include <string_view>
 
 namespace storage {
@@ -14,8 +15,11 @@ using host::DeclarationTable;
 using host::EdgeRow;
 using models::Text;
 
+// Rows as they come: however many they get, none is copied again.
+using Edges = std::deque<EdgeRow>;
+
 // The sources of some edges; of equal ones that stand together one.
-std::vector<FileId> sources_of(const std::vector<EdgeRow>& edges) {
+std::vector<FileId> sources_of(const Edges& edges) {
     std::vector<FileId> sources;
     for (const EdgeRow& edge : edges) {
         if (sources.empty() || sources.back() != edge.source) {
@@ -26,7 +30,7 @@ std::vector<FileId> sources_of(const std::vector<EdgeRow>& edges) {
 }
 
 // The targets of some edges that are not among these declarations, each once.
-std::vector<SymbolId> targets_beyond(const std::vector<EdgeRow>& edges, const DeclarationTable& declarations) {
+std::vector<SymbolId> targets_beyond(const Edges& edges, const DeclarationTable& declarations) {
     std::vector<SymbolId> targets;
     for (const EdgeRow& edge : edges) {
         if (declarations.find(edge.target) == nullptr) {
@@ -77,7 +81,8 @@ std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> fil
 // By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
 std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& declarations = db.declarations_of(file_ids);
-    std::vector<EdgeRow> edges = db.read_edges_into(declarations.ids());
+    Edges edges;
+    db.read_edges_into(declarations.ids(), [&](const EdgeRow& edge) { edges.push_back(edge); });
     std::ranges::sort(edges);
     db.read_paths(sources_of(edges));
     std::vector<InboundReference> references;
@@ -106,7 +111,8 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
 std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& of_page = db.declarations_of(file_ids);
     db.read_paths({file_ids.begin(), file_ids.end()});
-    std::vector<EdgeRow> edges = db.read_edges_out_of({file_ids.begin(), file_ids.end()});
+    Edges edges;
+    db.read_edges_out_of({file_ids.begin(), file_ids.end()}, [&](const EdgeRow& edge) { edges.push_back(edge); });
     if (!std::ranges::is_sorted(edges)) {
         std::ranges::sort(edges);
     }

@@ -45,11 +45,11 @@ class SanitizedDatabase : public storage::Database {
         stored_->read_resolved_languages(names, on_row);
     }
 
-    [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations) override {
-        return stored_->read_edges_into(std::move(declarations));
+    void read_edges_into(std::vector<RowId> declarations, const OnRow<EdgeRow>& on_row) override {
+        stored_->read_edges_into(std::move(declarations), on_row);
     }
-    [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override {
-        return stored_->read_edges_out_of(std::move(files));
+    void read_edges_out_of(std::vector<RowId> files, const OnRow<EdgeRow>& on_row) override {
+        stored_->read_edges_out_of(std::move(files), on_row);
     }
 
   private:

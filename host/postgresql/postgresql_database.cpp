@@ -87,12 +87,10 @@ void take_declarations(Rows& rows, const OnRow<DeclarationRow>& on_row) {
     }
 }
 
-std::vector<EdgeRow> all_edges(Rows& rows) {
-    std::vector<EdgeRow> edges;
+void take_edges(Rows& rows, const OnRow<EdgeRow>& on_row) {
     while (rows.step()) {
-        edges.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3), rows.integer(4)});
+        on_row({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3), rows.integer(4)});
     }
-    return edges;
 }
 
 }  // namespace
@@ -308,14 +306,14 @@ void PostgresqlDatabase::read_resolved_languages(std::span<const models::Text> n
     }
 }
 
-std::vector<EdgeRow> PostgresqlDatabase::read_edges_into(std::vector<RowId> declarations) {
+void PostgresqlDatabase::read_edges_into(std::vector<RowId> declarations, const OnRow<EdgeRow>& on_row) {
     Rows rows(connection_, EDGES + in_ranges("edges", "target_id"), key_and_ranges(std::move(declarations)));
-    return all_edges(rows);
+    take_edges(rows, on_row);
 }
 
-std::vector<EdgeRow> PostgresqlDatabase::read_edges_out_of(std::vector<RowId> files) {
+void PostgresqlDatabase::read_edges_out_of(std::vector<RowId> files, const OnRow<EdgeRow>& on_row) {
     Rows rows(connection_, EDGES + in_ranges("edges", "source_file_id"), key_and_ranges(std::move(files)));
-    return all_edges(rows);
+    take_edges(rows, on_row);
 }
 
 }  // namespace host::postgresql

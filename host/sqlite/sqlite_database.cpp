@@ -60,12 +60,10 @@ void take_declarations(Statement& rows, const OnRow<DeclarationRow>& on_row) {
     }
 }
 
-std::vector<EdgeRow> all_edges(Statement& rows) {
-    std::vector<EdgeRow> edges;
+void take_edges(Statement& rows, const OnRow<EdgeRow>& on_row) {
     while (rows.step()) {
-        edges.push_back({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3), rows.integer(4)});
+        on_row({rows.integer(0), rows.integer(1), rows.integer(2), rows.integer(3), rows.integer(4)});
     }
-    return edges;
 }
 
 }  // namespace
@@ -176,16 +174,16 @@ void SqliteDatabase::read_resolved_languages(std::span<const models::Text> names
     }
 }
 
-std::vector<EdgeRow> SqliteDatabase::read_edges_into(std::vector<RowId> declarations) {
+void SqliteDatabase::read_edges_into(std::vector<RowId> declarations, const OnRow<EdgeRow>& on_row) {
     Statement rows(connection_, EDGES + in_ranges("edges AS edge INDEXED BY edges_by_target", "edge.target_id"));
     rows.bind(1, bound_ranges(std::move(declarations)));
-    return all_edges(rows);
+    take_edges(rows, on_row);
 }
 
-std::vector<EdgeRow> SqliteDatabase::read_edges_out_of(std::vector<RowId> files) {
+void SqliteDatabase::read_edges_out_of(std::vector<RowId> files, const OnRow<EdgeRow>& on_row) {
     Statement rows(connection_, EDGES + in_ranges("edges AS edge", "edge.source_file_id"));
     rows.bind(1, bound_ranges(std::move(files)));
-    return all_edges(rows);
+    take_edges(rows, on_row);
 }
 
 }  // namespace host

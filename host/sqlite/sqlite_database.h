@@ -35,8 +35,8 @@ class SqliteDatabase : public storage::Database {
     void read_resolutions(const OnRow<ResolutionRow>& on_row) override;
     void read_resolved_languages(std::span<const models::Text> names, const OnRow<std::string_view>& on_row) override;
 
-    [[nodiscard]] std::vector<EdgeRow> read_edges_into(std::vector<RowId> declarations) override;
-    [[nodiscard]] std::vector<EdgeRow> read_edges_out_of(std::vector<RowId> files) override;
+    void read_edges_into(std::vector<RowId> declarations, const OnRow<EdgeRow>& on_row) override;
+    void read_edges_out_of(std::vector<RowId> files, const OnRow<EdgeRow>& on_row) override;
 
   private:
     const SqliteConnection& connection_;

@@ -45,10 +45,10 @@ inline void copy_index(const Index& from, const Index& to) {
     counts.declarations = std::ssize(declarations);
     db->read_descriptions(declarations, [&](const DescriptionRow& row) { out.add(row); });
     db->read_resolutions([&](const ResolutionRow& row) { out.add(row); });
-    for (const EdgeRow& row : db->read_edges_out_of(files)) {
+    db->read_edges_out_of(files, [&](const EdgeRow& row) {
         out.add(row);
         ++counts.edges;
-    }
+    });
     for (const char* const key : {"checkout", "commit", "test_rules", "shared_summaries", "damaged", "report"}) {
         if (const std::string value = db->noted(key); !value.empty()) {
             out.note(key, value);
