@@ -1,10 +1,10 @@
 #include "storage/grounding_queries.h"
 
 #include "host/index/database.h"
+#include "host/index/edges.h"
 #include "models/ordered_map.h"
 
 #include <algorithm>
-#include <deque>
 #include <string_view>
 
 namespace storage {
@@ -13,10 +13,8 @@ namespace {
 
 using host::DeclarationTable;
 using host::EdgeRow;
+using host::Edges;
 using models::Text;
-
-// Rows as they come: however many they get, none is copied again.
-using Edges = std::deque<EdgeRow>;
 
 // The sources of some edges; of equal ones that stand together one.
 std::vector<FileId> sources_of(const Edges& edges) {
@@ -83,7 +81,7 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
     const DeclarationTable& declarations = db.declarations_of(file_ids);
     Edges edges;
     db.read_edges_into(declarations.ids(), [&](const EdgeRow& edge) { edges.push_back(edge); });
-    std::ranges::sort(edges);
+    host::sort_edges(edges);
     db.read_paths(sources_of(edges));
     std::vector<InboundReference> references;
     std::vector<std::int32_t> lines;
@@ -113,9 +111,7 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
     db.read_paths({file_ids.begin(), file_ids.end()});
     Edges edges;
     db.read_edges_out_of({file_ids.begin(), file_ids.end()}, [&](const EdgeRow& edge) { edges.push_back(edge); });
-    if (!std::ranges::is_sorted(edges)) {
-        std::ranges::sort(edges);
-    }
+    host::sort_edges(edges);
     const DeclarationTable others = db.declarations(targets_beyond(edges, of_page));
     std::vector<OutboundReference> references;
     references.reserve(edges.size());
