@@ -51,6 +51,22 @@ const DeclarationTable& Database::declarations_of(std::span<const FileId> files)
     return declarations_of_page_;
 }
 
+const host::Edges& Database::edges_out_of(std::span<const FileId> files) {
+    if (!std::ranges::equal(sources_, files)) {
+        forget_edges();
+        read_edges_out_of({files.begin(), files.end()},
+                          [&](const host::EdgeRow& edge) { edges_out_of_sources_.push_back(edge); });
+        host::sort_edges(edges_out_of_sources_);
+        sources_.assign(files.begin(), files.end());
+    }
+    return edges_out_of_sources_;
+}
+
+void Database::forget_edges() {
+    sources_.clear();
+    edges_out_of_sources_ = {};
+}
+
 DeclarationTable Database::declarations(const std::vector<SymbolId>& ids) {
     return ids.empty() ? DeclarationTable()
                        : records([&](const OnRow<DeclarationRow>& on_row) { read_declarations(ids, on_row); });

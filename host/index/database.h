@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/index/declaration_table.h"
+#include "host/index/edges.h"
 #include "host/index/rows.h"
 #include "models/ordered_map.h"
 #include "models/text.h"
@@ -112,6 +113,10 @@ class Database {
     /// of a page are about the same files; it is valid until the next question.
     const host::DeclarationTable& declarations_of(std::span<const FileId> files);
 
+    /// The edges out of these files, sorted. Remembered as the declarations are, until `forget_edges`.
+    const host::Edges& edges_out_of(std::span<const FileId> files);
+    void forget_edges();
+
     /// Gives away what `inbound_references` kept when it was last called: for each reference that it returned, the
     /// first line (`EdgeRow::first_line`) in its source.
     [[nodiscard]] std::vector<std::int32_t> take_inbound_lines() { return std::exchange(inbound_lines_, {}); }
@@ -133,6 +138,8 @@ class Database {
     models::OrderedMap<host::RowId, models::Text> resolutions_;
     std::vector<FileId> page_;  // the files of which these are the declarations
     host::DeclarationTable declarations_of_page_;
+    std::vector<FileId> sources_;  // the files out of which these edges lead
+    host::Edges edges_out_of_sources_;
     std::vector<std::int32_t> inbound_lines_;
 };
 

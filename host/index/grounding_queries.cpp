@@ -5,6 +5,7 @@
 #include "models/ordered_map.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace storage {
@@ -76,12 +77,31 @@ std::vector<ScopeSymbol> scope_symbols(Database& db, std::span<const FileId> fil
     return symbols;
 }
 
-// By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
-std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
-    const DeclarationTable& declarations = db.declarations_of(file_ids);
+// Sorted.
+Edges edges_into_declarations(Database& db, const DeclarationTable& declarations) {
     Edges edges;
     db.read_edges_into(declarations.ids(), [&](const EdgeRow& edge) { edges.push_back(edge); });
     host::sort_edges(edges);
+    return edges;
+}
+
+// Whether the index holds no other files than these.
+bool are_all(Database& db, std::span<const FileId> file_ids) {
+    db.read_paths({file_ids.begin(), file_ids.end()});
+    std::vector<FileId> held;
+    std::ranges::copy_if(file_ids, std::back_inserter(held), [&](FileId file) { return db.path(file) != nullptr; });
+    std::ranges::sort(held);
+    held.erase(std::unique(held.begin(), held.end()), held.end());
+    return db.count_files(std::ssize(held) + 1) == std::ssize(held);
+}
+
+// By the path of the source, the declaration and the name of the resolution, all of which ascend with their ids.
+std::vector<InboundReference> inbound_references(Database& db, std::span<const FileId> file_ids) {
+    const DeclarationTable& declarations = db.declarations_of(file_ids);
+    // Edges into a page of all files lead out of it, too, of which the next question is.
+    const bool is_whole = are_all(db, file_ids);
+    const Edges edges_into = is_whole ? Edges() : edges_into_declarations(db, declarations);
+    const Edges& edges = is_whole ? db.edges_out_of(file_ids) : edges_into;
     db.read_paths(sources_of(edges));
     std::vector<InboundReference> references;
     std::vector<std::int32_t> lines;
@@ -109,9 +129,7 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
 std::vector<OutboundReference> outbound_references(Database& db, std::span<const FileId> file_ids) {
     const DeclarationTable& of_page = db.declarations_of(file_ids);
     db.read_paths({file_ids.begin(), file_ids.end()});
-    Edges edges;
-    db.read_edges_out_of({file_ids.begin(), file_ids.end()}, [&](const EdgeRow& edge) { edges.push_back(edge); });
-    host::sort_edges(edges);
+    const Edges& edges = db.edges_out_of(file_ids);
     const DeclarationTable others = db.declarations(targets_beyond(edges, of_page));
     std::vector<OutboundReference> references;
     references.reserve(edges.size());
@@ -126,6 +144,7 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
                                   .refs = edge.references});
         }
     }
+    db.forget_edges();
     return references;
 }
 
