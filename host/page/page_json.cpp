@@ -3,7 +3,6 @@
 #include "host/page/descriptions.h"
 #include "host/page/file_cards.h"
 #include "host/page/flowchart.h"
-#include "host/page/outline.h"
 #include "host/page/records_json.h"
 #include "host/page/use_sites.h"
 #include "host/text/json_writer.h"
@@ -80,20 +79,16 @@ void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
     write(json.member("entry"), entry);
 }
 
-// The texts that the index has of the page's declarations, those that are empty left out.
-void write_descriptions(JsonWriter& json, const Page& page, storage::Database& db) {
-    std::vector<SymbolId> ids(page.facts.symbols.size());
-    std::ranges::transform(page.facts.symbols, ids.begin(), &ScopeSymbol::id);
-    for (const auto& [key, text] : {std::pair("signatures", &DescriptionRow::signature),
-                                    std::pair("documentation", &DescriptionRow::documentation)}) {
-        json.object(key, [&, text = text] {
-            read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
-                if (const std::string_view said = description.*text; !said.empty()) {
-                    json.member(key_text(ids[place])).value(said);
-                }
-            });
-        });
-    }
+// Of each declaration one of the texts, if it has that.
+void write_descriptions(JsonWriter& json, std::string_view key, const IndexTexts& texts,
+                        std::string IndexTexts::Description::*text) {
+    json.object(key, [&] {
+        for (const IndexTexts::Description& description : texts.descriptions) {
+            if (const std::string& said = description.*text; !said.empty()) {
+                json.member(key_text(description.declaration)).value(said);
+            }
+        }
+    });
 }
 
 void write_uses(JsonWriter& json, const Page& page) {
@@ -155,7 +150,7 @@ void write_consumers(JsonWriter& json, const Page& page) {
     json.member("consumers_text").value(render_consumers(consumers, "## Consumers"));
 }
 
-void write_section(JsonWriter& json, Section section, const Page& page, storage::Database& db) {
+void write_section(JsonWriter& json, Section section, const Page& page, const IndexTexts& texts) {
     switch (section) {
     case Section::FILES:
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
@@ -167,7 +162,8 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
         break;
     case Section::DECLARATIONS:  // and what their ids stand for
         json.object("facts", [&] { write_facts(json, page.facts); });
-        write_descriptions(json, page, db);
+        write_descriptions(json, "signatures", texts, &IndexTexts::Description::signature);
+        write_descriptions(json, "documentation", texts, &IndexTexts::Description::documentation);
         json.object("fan_in", [&] { write_fan_in(json, page.fan_in); });
         write_mapping(json, "ranked", page.ranked);
         write_rank_keys(json, page);
@@ -189,14 +185,32 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
         write_mapping(json, "seeds", file_seeds(page.facts, page.fan_in));
         break;
     case Section::OUTLINE:
-        write_array(json, "outline", file_outlines(page, db));
+        write_array(json, "outline", texts.outlines);
         break;
     }
 }
 
 }  // namespace
 
-void write_json(std::ostream& out, const Page& page, storage::Database& db, const SectionChoice& only,
+IndexTexts read_index_texts(const Page& page, storage::Database& db, const SectionChoice& only) {
+    IndexTexts texts;
+    if (only.contains(Section::DECLARATIONS)) {
+        std::vector<SymbolId> ids(page.facts.symbols.size());
+        std::ranges::transform(page.facts.symbols, ids.begin(), &ScopeSymbol::id);
+        read_descriptions(db, ids, [&](std::size_t /*place*/, const DescriptionRow& row) {
+            if (!row.signature.empty() || !row.documentation.empty()) {
+                texts.descriptions.push_back(
+                    {row.declaration, std::string(row.signature), std::string(row.documentation)});
+            }
+        });
+    }
+    if (only.contains(Section::OUTLINE)) {
+        texts.outlines = file_outlines(page, db);
+    }
+    return texts;
+}
+
+void write_json(std::ostream& out, const Page& page, const IndexTexts& texts, const SectionChoice& only,
                 const PageHead& head) {
     JsonWriter json(out);
     json.document([&] {
@@ -208,7 +222,7 @@ void write_json(std::ostream& out, const Page& page, storage::Database& db, cons
         write(json.member("options"), page.options);
         for (const Section section : SECTIONS) {
             if (only.contains(section)) {
-                write_section(json, section, page, db);
+                write_section(json, section, page, texts);
             }
         }
     });
