@@ -66,8 +66,9 @@ class JsonValue {
     // Writes what stands before a value: a comma, unless it is the first of its container or has a key.
     void begin() {
         if (!std::exchange(stands_alone_, false)) {
-            text_ += is_first_ ? "" : ",";
-            is_first_ = false;
+            if (!std::exchange(is_first_, false)) {
+                text_ += ',';
+            }
         }
     }
 
