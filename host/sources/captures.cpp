@@ -1,5 +1,6 @@
 #include "host/sources/captures.h"
 
+#include "host/sources/pattern_matcher.h"
 #include "host/sources/query.h"
 #include "host/text/blanks.h"
 
@@ -14,10 +15,6 @@ namespace {
 
 using std::string_view;
 
-struct CursorDeleter {
-    void operator()(TSQueryCursor* cursor) const { ts_query_cursor_delete(cursor); }
-};
-
 Bytes bytes_of(const TSNode& node) {
     return {ts_node_start_byte(node), ts_node_end_byte(node)};
 }
@@ -30,55 +27,45 @@ string_view text_of(string_view text, const TSNode& node) {
 // One match of one pattern.
 class Match {
   public:
-    Match(string_view text, const Query& query, const TSQueryMatch& match)
-        : text_(text), query_(query), pattern_(match.pattern_index), captures_(match.captures, match.capture_count) {}
+    Match(string_view text, const Query& query, std::uint32_t pattern, std::span<const CapturedPart> captured)
+        : text_(text), query_(query), pattern_(pattern), captured_(captured) {}
 
     [[nodiscard]] std::uint32_t pattern() const { return pattern_; }
 
-    // Whether every predicate of the pattern holds: (#eq? @capture "text"), (#eq? @capture @other), and #not-eq?.
+    // Whether every predicate of the pattern holds.
     [[nodiscard]] bool holds() const {
-        std::uint32_t count = 0;
-        const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query_.handle(), pattern_, &count);
-        constexpr std::uint32_t STEPS = 4;  // of each: the name, the two arguments, the end
-        for (std::uint32_t at = 0; at + STEPS <= count; at += STEPS) {
-            const std::span predicate(steps + at, STEPS);
-            const bool is_wanted = argument(predicate[0]) == "eq?";
-            if ((argument(predicate[1]) == argument(predicate[2])) != is_wanted) {
-                return false;
-            }
-        }
-        return true;
+        return std::ranges::all_of(query_.predicates(pattern_), [&](const Predicate& predicate) {
+            return (operand(predicate.left) == operand(predicate.right)) == predicate.is_equal;
+        });
     }
 
     // Whether the match has such a capture.
     [[nodiscard]] bool has(Capture wanted) const {
-        return std::ranges::any_of(captures_,
-                                   [&](const TSQueryCapture& each) { return query_.capture(each.index) == wanted; });
+        return std::ranges::any_of(captured_,
+                                   [&](const CapturedPart& each) { return query_.capture(each.capture) == wanted; });
     }
 
     // Calls `visit` with each capture and its node.
     void for_each_capture(const auto& visit) const {
-        for (const TSQueryCapture& each : captures_) {
-            visit(query_.capture(each.index), each.node);
+        for (const CapturedPart& each : captured_) {
+            visit(query_.capture(each.capture), each.node);
         }
     }
 
   private:
-    // The text that an argument of a predicate stands for; none for a capture that is not in the match.
-    [[nodiscard]] std::optional<string_view> argument(const TSQueryPredicateStep& step) const {
-        if (step.type == TSQueryPredicateStepTypeString) {
-            std::uint32_t size = 0;
-            const char* const literal = ts_query_string_value_for_id(query_.handle(), step.value_id, &size);
-            return string_view(literal, size);
+    // The text that an operand of a predicate stands for; none for a capture that is not in the match.
+    [[nodiscard]] std::optional<string_view> operand(const PredicateOperand& operand) const {
+        if (!operand.is_capture) {
+            return operand.text;
         }
-        const auto found = std::ranges::find(captures_, step.value_id, &TSQueryCapture::index);
-        return found == captures_.end() ? std::nullopt : std::optional(text_of(text_, found->node));
+        const auto found = std::ranges::find(captured_, operand.capture, &CapturedPart::capture);
+        return found == captured_.end() ? std::nullopt : std::optional(text_of(text_, found->node));
     }
 
     string_view text_;
     const Query& query_;
     std::uint32_t pattern_;
-    std::span<const TSQueryCapture> captures_;
+    std::span<const CapturedPart> captured_;
 };
 
 // Adds what a match says of the node that it is about; returns that node, if it is about one.
@@ -190,25 +177,60 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
     });
 }
 
+// Collects what the patterns of a query capture in a tree.
+class CaptureWalk {
+  public:
+    CaptureWalk(const SyntaxTree& tree, string_view text, const Query& query)
+        : text_(text), query_(query), root_(tree.root()), matcher_(root_) {
+        captures_.is_damaged = ts_node_has_error(root_);
+        captures_.damage = tree.damage();
+    }
+
+    Captures captures() {
+        TSTreeCursor cursor = ts_tree_cursor_new(root_);
+        const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
+        while (true) {
+            add_matches(ts_tree_cursor_current_node(&cursor));
+            if (ts_tree_cursor_goto_first_child(&cursor)) {
+                continue;
+            }
+            while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
+                if (!ts_tree_cursor_goto_parent(&cursor)) {
+                    return std::move(captures_);
+                }
+            }
+        }
+    }
+
+  private:
+    void add_matches(TSNode node) {
+        for (const auto& [pattern, place] : query_.candidates(ts_node_symbol(node))) {
+            matcher_.match(*pattern, node, [&, place = place](std::span<const CapturedPart> captured) {
+                if (const Match match(text_, query_, place, captured); match.holds()) {
+                    add(match);
+                }
+            });
+        }
+    }
+
+    void add(const Match& match) {
+        if (const std::optional<NodeId> subject = add_subject(match, captures_)) {
+            add_parts(match, text_, *subject, captures_);
+        }
+        add_surroundings(match, text_, captures_);
+    }
+
+    string_view text_;
+    const Query& query_;
+    TSNode root_;
+    PatternMatcher matcher_;
+    Captures captures_;
+};
+
 }  // namespace
 
 Captures captures_in(const SyntaxTree& tree, string_view text, const Language& language) {
-    const Query& query = query_of(language);
-    Captures captures;
-    const TSNode root = tree.root();
-    captures.is_damaged = ts_node_has_error(root);
-    captures.damage = tree.damage();
-    const std::unique_ptr<TSQueryCursor, CursorDeleter> cursor(ts_query_cursor_new());
-    ts_query_cursor_exec(cursor.get(), query.handle(), root);
-    for (TSQueryMatch found{}; ts_query_cursor_next_match(cursor.get(), &found);) {
-        if (const Match match(text, query, found); match.holds()) {
-            if (const std::optional<NodeId> subject = add_subject(match, captures)) {
-                add_parts(match, text, *subject, captures);
-            }
-            add_surroundings(match, text, captures);
-        }
-    }
-    return captures;
+    return CaptureWalk(tree, text, query_of(language)).captures();
 }
 
 }  // namespace host::sources

@@ -1,7 +1,5 @@
 #include "host/sources/query.h"
 
-#include "host/sources/parser_memory.h"
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -40,23 +38,28 @@ std::string text_of(const Language& language) {
     return text;
 }
 
-// The numbers of the captures that predicates compare.
-std::vector<std::uint32_t> arguments_of(const TSQuery* query) {
-    std::vector<std::uint32_t> arguments;
-    for (std::uint32_t pattern = 0; pattern < ts_query_pattern_count(query); ++pattern) {
-        std::uint32_t count = 0;
-        const TSQueryPredicateStep* const steps = ts_query_predicates_for_pattern(query, pattern, &count);
-        for (const TSQueryPredicateStep& step : std::span(steps, count)) {
-            if (step.type == TSQueryPredicateStepTypeCapture) {
-                arguments.push_back(step.value_id);
-            }
-        }
-    }
-    return arguments;
-}
-
 std::logic_error unusable(const Language& language, const std::string& reason) {
     return std::logic_error("the query of " + std::string(language.name) + " " + reason);
+}
+
+// Whether a predicate of some pattern compares the capture.
+bool is_argument(CaptureNumber number, const Patterns& patterns) {
+    const auto is_it = [number](const PredicateOperand& operand) {
+        return operand.is_capture && operand.capture == number;
+    };
+    return std::ranges::any_of(patterns.patterns, [&](const Pattern& pattern) {
+        return std::ranges::any_of(pattern.predicates, [&](const Predicate& predicate) {
+            return is_it(predicate.left) || is_it(predicate.right);
+        });
+    });
+}
+
+Patterns patterns_of(const Language& language) {
+    try {
+        return read_patterns(text_of(language), language.grammar());
+    } catch (const std::logic_error& error) {
+        throw unusable(language, std::string("does not fit its grammar: ") + error.what());
+    }
 }
 
 }  // namespace
@@ -65,26 +68,25 @@ string_view name_of(Capture capture) {
     return capture == Capture::ARGUMENT ? string_view() : CAPTURE_NAMES.at(static_cast<std::size_t>(capture));
 }
 
-Query::Query(const Language& language) {
-    count_parser_memory();  // from the first block on
-    const std::string text = text_of(language);
-    std::uint32_t offset = 0;
-    TSQueryError error = TSQueryErrorNone;
-    query_.reset(
-        ts_query_new(language.grammar(), text.data(), static_cast<std::uint32_t>(text.size()), &offset, &error));
-    if (query_ == nullptr) {
-        throw unusable(language, "does not fit its grammar: " + text.substr(offset, text.find('\n', offset) - offset));
-    }
-    const std::vector<std::uint32_t> arguments = arguments_of(handle());
-    for (std::uint32_t number = 0; number < ts_query_capture_count(handle()); ++number) {
-        std::uint32_t size = 0;
-        const char* const characters = ts_query_capture_name_for_id(handle(), number, &size);
-        const string_view name(characters, size);
+Query::Query(const Language& language)
+    : patterns_(patterns_of(language)), candidates_(ts_language_symbol_count(language.grammar())) {
+    for (const std::string& name : patterns_.captures) {
+        const auto number = static_cast<CaptureNumber>(captures_.size());
         const std::optional<Capture> meaning = capture_named(name);
-        if (!meaning && std::ranges::find(arguments, number) == arguments.end()) {
-            throw unusable(language, "has a capture without a meaning: @" + std::string(name));
+        if (!meaning && !is_argument(number, patterns_)) {
+            throw unusable(language, "has a capture without a meaning: @" + name);
         }
         captures_.push_back(meaning.value_or(Capture::ARGUMENT));
+    }
+    std::uint32_t place = 0;
+    for (const Pattern& pattern : patterns_.patterns) {
+        for (const NodePattern& node : pattern.alternatives) {
+            if (node.symbol == NodePattern::ANY_NAMED) {
+                throw unusable(language, "has a pattern for nodes of any type");
+            }
+            (node.symbol < candidates_.size() ? candidates_[node.symbol] : of_errors_).push_back({&node, place});
+        }
+        ++place;
     }
 }
 
@@ -95,7 +97,7 @@ const Query& query_of(const Language& language) {
     };
     static std::vector<Slot> slots(languages().size());
     Slot& slot = slots.at(static_cast<std::size_t>(&language - languages().data()));
-    std::call_once(slot.once, [&] { slot.query.emplace(language); });  // not before: compiling takes its time
+    std::call_once(slot.once, [&] { slot.query.emplace(language); });
     return *slot.query;
 }
 

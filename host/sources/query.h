@@ -1,12 +1,13 @@
-// The query of a language, compiled.
+// The query of a language, read.
 #pragma once
 
 #include "host/sources/language.h"
+#include "host/sources/pattern.h"
 
 #include <tree_sitter/api.h>
 
 #include <cstdint>
-#include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -69,28 +70,42 @@ constexpr bool is_subject(Capture capture) {
     return capture <= Capture::EXPORTED;
 }
 
-/// A compiled query. Safe to use on several threads.
+/// The patterns of a language, and what their captures mean. Safe to use on several threads.
 class Query {
   public:
+    /// A pattern that a node of some type may match.
+    struct Candidate {
+        const NodePattern* node = nullptr;
+        std::uint32_t pattern = 0;  ///< its place in the query
+    };
+
     /// Throws `std::logic_error` when the query does not fit the grammar, and for a capture that neither means anything
     /// nor serves a predicate.
     explicit Query(const Language& language);
+    Query(const Query&) = delete;
+    Query& operator=(const Query&) = delete;
 
-    [[nodiscard]] const TSQuery* handle() const { return query_.get(); }
+    /// The patterns for nodes of a type, in the order of the query.
+    [[nodiscard]] std::span<const Candidate> candidates(TSSymbol symbol) const {
+        return symbol < candidates_.size() ? candidates_[symbol] : of_errors_;
+    }
 
-    /// What the capture with this number, as matches have it, means.
-    [[nodiscard]] Capture capture(std::uint32_t number) const { return captures_[number]; }
+    /// The predicates of the pattern at this place.
+    [[nodiscard]] std::span<const Predicate> predicates(std::uint32_t pattern) const {
+        return patterns_.patterns[pattern].predicates;
+    }
+
+    /// What the capture with this number means.
+    [[nodiscard]] Capture capture(CaptureNumber number) const { return captures_[number]; }
 
   private:
-    struct Deleter {
-        void operator()(TSQuery* query) const { ts_query_delete(query); }
-    };
-
-    std::unique_ptr<TSQuery, Deleter> query_;
-    std::vector<Capture> captures_;  // by number
+    Patterns patterns_;
+    std::vector<Capture> captures_;                   // by number
+    std::vector<std::vector<Candidate>> candidates_;  // by type
+    std::vector<Candidate> of_errors_;
 };
 
-/// The query of one of `languages()`. Compiled when it is first asked for; lives as long as the program. Safe to call
+/// The query of one of `languages()`. Read when it is first asked for; lives as long as the program. Safe to call
 /// on several threads.
 const Query& query_of(const Language& language);
 

@@ -6,12 +6,16 @@
 
 #include <gtest/gtest.h>
 
+#include <tree_sitter/api.h>
+
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cstdint>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace host::sources {
@@ -31,6 +35,16 @@ std::string declarations(const std::string& path, const std::string& text) {
 TEST(Outline, EveryLanguageHasAQueryThatFitsItsGrammar) {
     for (const Language& language : languages()) {
         EXPECT_NO_THROW(query_of(language)) << language.name;
+        // The library knows more: whether the grammar can have such trees.
+        std::string text;
+        for (const std::string_view query : language.queries) {
+            text += query;
+        }
+        std::uint32_t offset = 0;
+        TSQueryError error = TSQueryErrorNone;
+        ts_query_delete(
+            ts_query_new(language.grammar(), text.data(), static_cast<std::uint32_t>(text.size()), &offset, &error));
+        EXPECT_EQ(error, TSQueryErrorNone) << language.name << ": " << text.substr(offset, 80);
     }
     EXPECT_EQ(understood_language("typescript", "a.tsx")->name, "tsx");
     EXPECT_EQ(understood_language("cpp", "a.h")->name, "cpp");
