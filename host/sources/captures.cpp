@@ -180,8 +180,8 @@ void add_surroundings(const Match& match, string_view text, Captures& captures) 
 // Collects what the patterns of a query capture in a tree.
 class CaptureWalk {
   public:
-    CaptureWalk(const SyntaxTree& tree, string_view text, const Query& query)
-        : text_(text), query_(query), root_(tree.root()), matcher_(root_) {
+    CaptureWalk(const SyntaxTree& tree, string_view text, const Query& query, Bodies bodies)
+        : text_(text), query_(query), bodies_(bodies), root_(tree.root()), matcher_(root_) {
         captures_.is_damaged = ts_node_has_error(root_);
         captures_.damage = tree.damage();
     }
@@ -190,8 +190,9 @@ class CaptureWalk {
         TSTreeCursor cursor = ts_tree_cursor_new(root_);
         const std::unique_ptr<TSTreeCursor, decltype(&ts_tree_cursor_delete)> owner(&cursor, ts_tree_cursor_delete);
         while (true) {
-            add_matches(ts_tree_cursor_current_node(&cursor));
-            if (ts_tree_cursor_goto_first_child(&cursor)) {
+            const TSNode node = ts_tree_cursor_current_node(&cursor);
+            add_matches(node);
+            if (!is_passed_over(node) && ts_tree_cursor_goto_first_child(&cursor)) {
                 continue;
             }
             while (!ts_tree_cursor_goto_next_sibling(&cursor)) {
@@ -218,19 +219,34 @@ class CaptureWalk {
             add_parts(match, text_, *subject, captures_);
         }
         add_surroundings(match, text_, captures_);
+        match.for_each_capture([&](Capture capture, const TSNode& node) {
+            if (capture == Capture::ENCLOSED) {
+                enclosed_.insert(node.id);
+            }
+        });
+    }
+
+    // A body may be all that tells C++ from C, so that it is read until something else has told that. So is one with a
+    // "#", which may define a macro.
+    [[nodiscard]] bool is_passed_over(TSNode node) const {
+        const bool may_tell_language = query_.has(Capture::CPP) && !captures_.is_cpp;
+        return bodies_ == Bodies::PASSED_OVER && enclosed_.contains(node.id) && !may_tell_language &&
+               text_of(text_, node).find('#') == string_view::npos;
     }
 
     string_view text_;
     const Query& query_;
+    Bodies bodies_;
     TSNode root_;
     PatternMatcher matcher_;
+    std::unordered_set<NodeId> enclosed_;
     Captures captures_;
 };
 
 }  // namespace
 
-Captures captures_in(const SyntaxTree& tree, string_view text, const Language& language) {
-    return CaptureWalk(tree, text, query_of(language)).captures();
+Captures captures_in(const SyntaxTree& tree, string_view text, const Language& language, Bodies bodies) {
+    return CaptureWalk(tree, text, query_of(language), bodies).captures();
 }
 
 }  // namespace host::sources

@@ -75,7 +75,10 @@ struct Captures {
     std::size_t damage = 0;   ///< how large that is, in bytes
 };
 
+/// Whether what stands in @enclosed bodies is captured, too.
+enum class Bodies : std::uint8_t { READ, PASSED_OVER };
+
 /// Runs the query of the language over the tree of the text. Nothing is in order.
-Captures captures_in(const SyntaxTree& tree, std::string_view text, const Language& language);
+Captures captures_in(const SyntaxTree& tree, std::string_view text, const Language& language, Bodies bodies);
 
 }  // namespace host::sources

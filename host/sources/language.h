@@ -29,6 +29,7 @@
 //     @visible       a region whose declarations are public
 //     @hidden        a region, or a single declaration, that is not
 //     @local         the body of a function
+//     @enclosed      a body in which nothing is declared that others can name, but for macros
 //     @cpp           what C++ has and C has not
 //     @slot          the name of an attribute that a class lists
 //

@@ -260,8 +260,10 @@ class OutlineReader {
 // A text that has been parsed in a language.
 class ParsedText {
   public:
-    ParsedText(string_view text, const Language& language, SyntaxTree tree)
-        : text_(text), language_(&language), tree_(std::move(tree)), captures_(captures_in(tree_, text, language)) {}
+    ParsedText(string_view text, const Language& language, SyntaxTree tree, Content content)
+        : text_(text), language_(&language), content_(content), tree_(std::move(tree)),
+          captures_(
+              captures_in(tree_, text, language, content == Content::NAMES ? Bodies::PASSED_OVER : Bodies::READ)) {}
 
     [[nodiscard]] std::size_t damage() const { return captures_.damage; }
 
@@ -269,11 +271,11 @@ class ParsedText {
     // has.
     [[nodiscard]] bool may_be_of_another() const { return captures_.is_damaged && !captures_.is_cpp; }
 
-    [[nodiscard]] Outline outline(Content content) && {
+    [[nodiscard]] Outline outline() && {
         Outline outline = OutlineReader(text_, *language_, std::move(captures_)).outline();
-        if (content != Content::DECLARATIONS && language_->read_syntax != nullptr) {
+        if (content_ != Content::DECLARATIONS && language_->read_syntax != nullptr) {
             outline.syntax = language_->read_syntax(text_, tree_.root());
-            if (content == Content::NAMES) {
+            if (content_ == Content::NAMES) {
                 outline.syntax->places = std::vector<syntax::TokenPlace>();  // {} would keep the memory
             }
         }
@@ -283,12 +285,13 @@ class ParsedText {
   private:
     string_view text_;
     const Language* language_;
+    Content content_;
     SyntaxTree tree_;
     Captures captures_;
 };
 
-std::optional<ParsedText> parsed_text(string_view text, const Language& language,
-                                      const std::atomic<bool>& is_cancelled) {
+std::optional<ParsedText> parsed_text(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
+                                      Content content) {
     if (text.starts_with(BYTE_ORDER_MARK)) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }
@@ -296,18 +299,18 @@ std::optional<ParsedText> parsed_text(string_view text, const Language& language
         return std::nullopt;
     }
     std::optional<SyntaxTree> tree = parsed(text, language, is_cancelled);
-    return tree ? std::optional<ParsedText>(std::in_place, text, language, std::move(*tree)) : std::nullopt;
+    return tree ? std::optional<ParsedText>(std::in_place, text, language, std::move(*tree), content) : std::nullopt;
 }
 
-std::optional<Outline> outline_of(std::optional<ParsedText> parsed, Content content) {
-    return parsed ? std::optional(std::move(*parsed).outline(content)) : std::nullopt;
+std::optional<Outline> outline_of(std::optional<ParsedText> parsed) {
+    return parsed ? std::optional(std::move(*parsed).outline()) : std::nullopt;
 }
 
 }  // namespace
 
 std::optional<Outline> outline_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
                                   Content content) {
-    return outline_of(parsed_text(text, language, is_cancelled), content);
+    return outline_of(parsed_text(text, language, is_cancelled, content));
 }
 
 std::optional<Outline> outline_of(string_view text, string_view stated_language, string_view path,
@@ -316,15 +319,15 @@ std::optional<Outline> outline_of(string_view text, string_view stated_language,
     if (language == nullptr) {
         return std::nullopt;
     }
-    std::optional<ParsedText> parsed = parsed_text(text, *language, is_cancelled);
+    std::optional<ParsedText> parsed = parsed_text(text, *language, is_cancelled, content);
     const Language* const usual = understood_language(usual_language(path), path);
     if (stated_language.empty() && usual != language && parsed && parsed->may_be_of_another()) {
-        std::optional<ParsedText> in_c = parsed_text(text, *usual, is_cancelled);
+        std::optional<ParsedText> in_c = parsed_text(text, *usual, is_cancelled, content);
         if (in_c && in_c->damage() <= parsed->damage()) {
-            return std::move(*in_c).outline(content);
+            return std::move(*in_c).outline();
         }
     }
-    return outline_of(std::move(parsed), content);
+    return outline_of(std::move(parsed));
 }
 
 }  // namespace host::sources

@@ -21,7 +21,7 @@ constexpr auto CAPTURE_NAMES = std::to_array<string_view>(
      "attribute", "constant",  "variable",  "declaration", "binding", "namespace", "wrapper",   "of",
      "callable",  "const",     "exported",  "name",        "body",    "value",     "docstring", "part",
      "named",     "decorator", "exporting", "testing",     "test",    "comment",   "visible",   "hidden",
-     "local",     "export",    "slot",      "list",        "module",  "cpp"});
+     "local",     "enclosed",  "export",    "slot",        "list",    "module",    "cpp"});
 static_assert(CAPTURE_NAMES.size() == static_cast<std::size_t>(Capture::ARGUMENT));
 
 std::optional<Capture> capture_named(string_view name) {

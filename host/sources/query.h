@@ -6,6 +6,7 @@
 
 #include <tree_sitter/api.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -49,6 +50,7 @@ enum class Capture : std::uint8_t {
     VISIBLE,
     HIDDEN,
     LOCAL,
+    ENCLOSED,
     EXPORT,
     SLOT,
     LIST,
@@ -97,6 +99,9 @@ class Query {
 
     /// What the capture with this number means.
     [[nodiscard]] Capture capture(CaptureNumber number) const { return captures_[number]; }
+
+    /// Whether any of the patterns captures this.
+    [[nodiscard]] bool has(Capture capture) const { return std::ranges::find(captures_, capture) != captures_.end(); }
 
   private:
     Patterns patterns_;

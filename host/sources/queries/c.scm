@@ -81,6 +81,6 @@
 (function_definition (storage_class_specifier) @static (#eq? @static "static")) @hidden
 (declaration (storage_class_specifier) @static (#eq? @static "static")) @hidden
 
-(function_definition body: (_) @local)
+(function_definition body: (_) @local @enclosed)
 
 (comment) @comment

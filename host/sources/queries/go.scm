@@ -28,8 +28,8 @@
 (const_spec value: (_) @value) @of
 (var_spec value: (_) @value) @of
 
-(function_declaration body: (_) @local)
-(method_declaration body: (_) @local)
-(func_literal body: (_) @local)
+(function_declaration body: (_) @local @enclosed)
+(method_declaration body: (_) @local @enclosed)
+(func_literal body: (_) @local @enclosed)
 
 (comment) @comment

@@ -55,7 +55,7 @@
 (mod_item (visibility_modifier)) @exported
 (attribute_item (attribute . (identifier) @word) (#eq? @word "macro_export")) @exporting
 
-(function_item body: (_) @local)
-(closure_expression body: (_) @local)
+(function_item body: (_) @local @enclosed)
+(closure_expression body: (_) @local @enclosed)
 
 [(line_comment) (block_comment)] @comment

@@ -73,3 +73,11 @@
 (export_statement "=" (identifier) @export)
 (ambient_declaration (module body: (_) @visible))
 (ambient_declaration (internal_module body: (_) @visible))
+
+; Bodies. Those of JavaScript may export something.
+(function_declaration body: (_) @enclosed)
+(generator_function_declaration body: (_) @enclosed)
+(function_expression body: (_) @enclosed)
+(generator_function body: (_) @enclosed)
+(arrow_function body: (_) @enclosed)
+(method_definition body: (_) @enclosed)

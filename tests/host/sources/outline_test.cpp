@@ -63,6 +63,25 @@ TEST(Outline, AQueryMayHaveNoCaptureWithoutAMeaning) {
     EXPECT_THROW(compile("(no_such_node) @class"), std::logic_error);
 }
 
+// The names of the declarations of a text as an index of it has them.
+std::string indexed_names(const std::string& path, const std::string& text) {
+    const std::atomic<bool> never = false;
+    const Outline outline = outline_of(text, "", path, never, Content::NAMES).value();
+    std::string names = outline.is_cpp ? "C++:" : "";
+    for (const SourceDeclaration& each : outline.declarations) {
+        names += " " + each.name;
+    }
+    return names;
+}
+
+TEST(Outline, OfAnIndexHasNothingFromBodiesButMacrosAndWhatTellsTheLanguage) {
+    EXPECT_EQ(indexed_names("a.c", "int f() { struct S { int a; }; }\nint g() {\n#define M\n}\n"), " f g M");
+    EXPECT_EQ(indexed_names("a.h", "inline void f() { class C {}; }"), "C++: f C");
+    EXPECT_EQ(indexed_names("a.h", "class B {}; inline void f() { class C {}; }"), "C++: B f");
+    EXPECT_EQ(indexed_names("a.go", "package p\nfunc f() { type t int }"), " f");
+    EXPECT_EQ(indexed_names("a.py", "class C:\n  def f(self): self.a = 1\n"), " C f a");
+}
+
 TEST(Outline, TypeScriptExportsOnTheDeclarationInAListAndByDefault) {
     EXPECT_EQ(declarations("a.ts", "export function a() {}\nfunction b() { const local = 1 }\nclass C {\n  m() {}\n}\n"
                                    "interface D {}\nenum E { F }\nexport { b as x }\nexport default C\n"),
