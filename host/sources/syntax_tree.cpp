@@ -53,15 +53,16 @@ const char* text_from(void* text, std::uint32_t byte, TSPoint /*place*/, std::ui
     return rest.data();
 }
 
-// None when a limit is passed.
-Tree parse(string_view text, const Language& language, Limits& limits) {
+// Parses the text. What `former`, which may be null, has of a text that is the same there is taken over. None when a
+// limit is passed.
+Tree parse(string_view text, const Language& language, Limits& limits, const TSTree* former = nullptr) {
     const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
     ts_parser_set_language(parser.get(), language.grammar());
     const TSInput input{.payload = &text, .read = text_from, .encoding = TSInputEncodingUTF8, .decode = nullptr};
     const TSParseOptions options{.payload = &limits, .progress_callback = [](TSParseState* state) {
                                      return static_cast<Limits*>(state->payload)->are_passed();
                                  }};
-    return Tree(ts_parser_parse_with_options(parser.get(), nullptr, input, options));
+    return Tree(ts_parser_parse_with_options(parser.get(), former, input, options));
 }
 
 // How many bytes of the text do not parse, what is missing counted as one. Damage in what does not parse as a whole
@@ -96,6 +97,51 @@ Tree less_damaged(Tree one, Tree other) {
     return is_other_better ? std::move(other) : std::move(one);
 }
 
+// The place of a byte in the text, counted on from an earlier place.
+struct TextPlace {
+    std::uint32_t byte = 0;
+    TSPoint point{};
+
+    void go_to(std::size_t target, string_view text) {
+        for (; byte < target; ++byte) {
+            point = text[byte] == '\n' ? TSPoint{.row = point.row + 1, .column = 0}
+                                       : TSPoint{.row = point.row, .column = point.column + 1};
+        }
+    }
+};
+
+// The tree of a text, with the parts marked in which another text of its length differs.
+Tree marked(const Tree& tree, string_view text, string_view other) {
+    Tree marked(ts_tree_copy(tree.get()));
+    TextPlace place;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] == other[at]) {
+            continue;
+        }
+        place.go_to(at, text);
+        const TextPlace begin = place;
+        while (at < text.size() && text[at] != other[at]) {
+            ++at;
+        }
+        place.go_to(at, text);
+        const TSInputEdit edit{.start_byte = begin.byte,
+                               .old_end_byte = place.byte,
+                               .new_end_byte = place.byte,
+                               .start_point = begin.point,
+                               .old_end_point = place.point,
+                               .new_end_point = place.point};
+        ts_tree_edit(marked.get(), &edit);
+    }
+    return marked;
+}
+
+// The tree of a text that has been mended; none where there was nothing to mend. Of the tree of the text itself it
+// takes over what has parsed, so that only what has changed and what is damaged is parsed again.
+Tree mended_tree(const Tree& tree, string_view text, const Language& language, Limits& limits) {
+    const std::string mended = language.mend == nullptr ? std::string(text) : language.mend(text);
+    return mended == text ? nullptr : parse(mended, language, limits, marked(tree, text, mended).get());
+}
+
 bool is_whole(const Tree& tree) {
     return tree != nullptr && !ts_node_has_error(ts_tree_root_node(tree.get()));
 }
@@ -111,7 +157,7 @@ Tree best_tree(string_view text, const Language& language, Limits limits) {
     if (tree == nullptr || is_whole(tree)) {
         return tree;
     }
-    Tree mended = language.mend == nullptr ? nullptr : parse(language.mend(text), language, limits);
+    Tree mended = mended_tree(tree, text, language, limits);
     return less_damaged(std::move(rewritten), less_damaged(std::move(tree), std::move(mended)));
 }
 
