@@ -87,14 +87,18 @@ ExpressionId SyntaxBuilder::one_of(std::span<const ExpressionId> expressions) {
 
 ExpressionId SyntaxBuilder::look_up(std::string_view name, Space space) {
     const NameId id = this->name(name);
+    return look_up(id, visible_local(id), space);
+}
+
+ExpressionId SyntaxBuilder::look_up(NameId name, const Local* local, Space space) {
+    if (local != nullptr) {
+        return local->values.back();
+    }
     if (visibility_ == Visibility::FROM_DECLARATION) {
-        if (const Local* const local = find_local(scope_, id)) {
-            return local->values.back();
-        }
-        return add({Operation::NAME, around(), static_cast<std::uint32_t>(space), id});
+        return add({Operation::NAME, around(), static_cast<std::uint32_t>(space), name});
     }
     const Expression expression{Operation::NAME, static_cast<std::uint32_t>(scope_), static_cast<std::uint32_t>(space),
-                                id};
+                                name};
     const std::size_t before = syntax_.expressions.size();
     const ExpressionId added = add(expression);
     if (syntax_.expressions.size() > before) {
@@ -104,11 +108,10 @@ ExpressionId SyntaxBuilder::look_up(std::string_view name, Space space) {
 }
 
 ExpressionId SyntaxBuilder::use(const Token& token) {
-    const ExpressionId expression = look_up(token.name, token.space);
-    const Expression& found = syntax_.expressions[expression];
-    const bool is_local =
-        visibility_ == Visibility::FROM_DECLARATION && find_local(scope_, name(token.name)) != nullptr;
-    if (!is_local || stands_for_a_declaration(found)) {
+    const NameId id = name(token.name);
+    const Local* const local = visible_local(id);
+    const ExpressionId expression = look_up(id, local, token.space);
+    if (local == nullptr || stands_for_a_declaration(syntax_.expressions[expression])) {
         mention(expression, token);
     }
     return expression;
@@ -232,6 +235,10 @@ Syntax SyntaxBuilder::finish() {
     syntax_.imports.shrink_to_fit();
     syntax_.mentions.shrink_to_fit();
     return std::move(syntax_);
+}
+
+const SyntaxBuilder::Local* SyntaxBuilder::visible_local(NameId name) const {
+    return visibility_ == Visibility::FROM_DECLARATION ? find_local(scope_, name) : nullptr;
 }
 
 // Null where the name is no local.

@@ -165,6 +165,9 @@ class SyntaxBuilder {
         std::size_t operator()(const MentionKey& key) const;
     };
 
+    ExpressionId look_up(NameId name, const Local* local, Space space);
+    // The local that a name means where the reader is; null where it is none, or where that is not known yet.
+    [[nodiscard]] const Local* visible_local(NameId name) const;
     [[nodiscard]] const Local* find_local(std::size_t scope, NameId name) const;
     [[nodiscard]] Built built_before(std::vector<Region>::const_iterator next) const;
     ExpressionId value_of(const Local& local);
