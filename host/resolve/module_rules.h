@@ -55,6 +55,9 @@ class ModuleRules {
     /// too.
     [[nodiscard]] virtual bool sees_where_included(FileId /*from*/, FileId /*of*/) const { return false; }
 
+    /// Returns the module whose declarations state the types of those of this one, a stub; NONE where there is none.
+    [[nodiscard]] virtual Container stub_of(Container /*module*/) const { return NONE; }
+
     /// Returns whether another file includes this one, so that names of both are looked up there together.
     [[nodiscard]] virtual bool is_included(FileId /*file*/) const { return false; }
 

@@ -24,6 +24,11 @@ class PythonModules : public ModuleRules {
                 add_folders(folder_of(path));
             }
         }
+        for (const auto& [path, module] : modules_) {
+            if (const auto stub = modules_.find(path + "i"); stub != modules_.end()) {
+                stubs_.emplace(module, stub->second);
+            }
+        }
         roots_.insert({"", "src"});
         for (const Package& package : catalog.repository().packages) {
             if (package.language == "python") {
@@ -69,6 +74,11 @@ class PythonModules : public ModuleRules {
     [[nodiscard]] Container submodule(Container module, std::string_view name) const override {
         const auto folder = folders_of_modules_.find(module);
         return folder == folders_of_modules_.end() ? NONE : below(folder->second, name);
+    }
+
+    [[nodiscard]] Container stub_of(Container module) const override {
+        const auto stub = stubs_.find(module);
+        return stub == stubs_.end() ? NONE : stub->second;
     }
 
   private:
@@ -117,6 +127,7 @@ class PythonModules : public ModuleRules {
     std::set<std::string> folders_;                       // that hold modules
     std::unordered_map<std::string, Container> modules_;  // by path of the file or folder
     std::unordered_map<Container, std::string> folders_of_modules_;
+    std::unordered_map<Container, Container> stubs_;  // `m.pyi` of `m.py`
 };
 
 }  // namespace

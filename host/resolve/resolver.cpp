@@ -26,7 +26,7 @@ using What = Entity::What;
 struct Targets {
     std::vector<Target> targets;    // each once
     std::vector<Target> elsewhere;  // on other systems than the one whose code it stands in; likewise
-    std::vector<Target> possible;   // where it leads to nothing: what it may yet mean; likewise
+    std::vector<Target> possible;   // without evidence: where it leads to nothing, and in stubs; likewise
     bool is_foreign = false;        // or to something foreign
     bool is_unique = false;         // by its name alone
 };
@@ -223,6 +223,10 @@ class Resolver::Linked {
                 is_built && (catalog_.built(symbol) == Built::NEVER ||
                              languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
             add_target(symbol, is_elsewhere ? targets.elsewhere : targets.targets);
+            const Container stub = languages_.modules(file).stub_of(catalog_.home_of(symbol));
+            for (const Symbol stated : catalog_.members(stub, catalog_.name_of(symbol))) {
+                add_target(stated, targets.possible);
+            }
         }
         if (symbols.empty() && targets.targets.empty() &&
             (!targets.is_foreign || is_plain_name({file, mention.expression}))) {

@@ -226,5 +226,12 @@ TEST(Python, AMemberIsThatOfTheOneClassThatTheSourceStates) {
     }
 }
 
+TEST(Python, WhatAStubStatesMayBeMeantAsWell) {
+    EXPECT_EQ(targets_from("a.py", {{"a.py", "from m import f\nf()\n"},
+                                    {"m.py", "def f(): pass\ndef g(): pass\n"},
+                                    {"m.pyi", "def f() -> None: ...\ndef g() -> None: ...\n"}}),
+              "m.py:f*2 m.py ?m.pyi:f*2");
+}
+
 }  // namespace
 }  // namespace host::resolve
