@@ -26,7 +26,7 @@ using What = Entity::What;
 struct Targets {
     std::vector<Target> targets;    // each once
     std::vector<Target> elsewhere;  // on other systems than the one whose code it stands in; likewise
-    std::vector<Target> possible;   // without evidence: where it leads to nothing, and in stubs; likewise
+    std::vector<Target> possible;   // without evidence: where it leads to nothing, behind aliases, in stubs; likewise
     bool is_foreign = false;        // or to something foreign
     bool is_unique = false;         // by its name alone
 };
@@ -223,6 +223,9 @@ class Resolver::Linked {
                 is_built && (catalog_.built(symbol) == Built::NEVER ||
                              languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
             add_target(symbol, is_elsewhere ? targets.elsewhere : targets.targets);
+            for (const Symbol type : types_behind(evaluator, symbol)) {
+                add_target(type, targets.possible);
+            }
             const Container stub = languages_.modules(file).stub_of(catalog_.home_of(symbol));
             for (const Symbol stated : catalog_.members(stub, catalog_.name_of(symbol))) {
                 add_target(stated, targets.possible);
@@ -248,6 +251,17 @@ class Resolver::Linked {
     // Whether something foreign may have the name because the file includes it, not because the text says so.
     [[nodiscard]] bool is_plain_name(const Place& place) const {
         return catalog_.syntax(place.file).expressions[place.expression].operation == syntax::Operation::NAME;
+    }
+
+    // In C the type that an alias is another name of: `typedef struct S T;`.
+    std::vector<Symbol> types_behind(Evaluator& evaluator, Symbol alias) const {
+        const Declaration& declaration = catalog_.declaration(alias);
+        const FileId file = catalog_.file_of(alias);
+        if (declaration.kind != Kind::ALIAS || !languages_.rules(file)->has_macros) {
+            return {};
+        }
+        const Symbol type = type_at(evaluator, {file, declaration.type});
+        return type == NONE ? std::vector<Symbol>() : definitions(catalog_, std::span(&type, 1));
     }
 
     void add_target(Symbol symbol, std::vector<Target>& targets) const {

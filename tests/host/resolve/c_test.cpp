@@ -20,10 +20,11 @@ TEST(C, PrototypesLeadToTheOnlyDefinitionAndStaticsStayInTheirFile) {
               "v.c: local v of v.c, 1 from line 3\n");
 }
 
-TEST(C, ATagIsNoAliasAndAnAliasLeadsToAStructThatIsHiddenFromIt) {
+TEST(C, ATagIsNoAliasAndAnAliasMayMeanAStructThatIsHiddenFromIt) {
     EXPECT_EQ(resolved({{"a.c", "#include \"own.h\"\nint f(S *s) { return s->a; }\nstruct S *g(void);"},
                         {"own.h", "#include \"s.h\"\nstruct S { int a; };"},
                         {"s.h", "typedef struct S S;"}}),
+              "a.c: ambiguous S of own.h, 1 from line 2\n"
               "a.c: import S of own.h, 1 from line 3\n"
               "a.c: import S.a of own.h, 1 from line 2\n"
               "a.c: import S of s.h, 1 from line 2\n"
