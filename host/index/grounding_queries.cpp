@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 namespace storage {
 
@@ -27,6 +29,29 @@ std::vector<FileId> sources_of(const Edges& edges) {
     }
     return sources;
 }
+
+// Answers questions about ids. Where the same id is asked for again and again, as by the edges of one source, it is
+// looked up once.
+template <class LookUp>
+class Repeated {
+  public:
+    explicit Repeated(LookUp look_up) : look_up_(std::move(look_up)) {}
+
+    const auto& operator()(host::RowId id) {
+        if (!has_answer_ || id != id_) {
+            answer_ = look_up_(id);
+            id_ = id;
+            has_answer_ = true;
+        }
+        return answer_;
+    }
+
+  private:
+    LookUp look_up_;
+    host::RowId id_ = 0;
+    bool has_answer_ = false;
+    std::invoke_result_t<LookUp&, host::RowId> answer_{};
+};
 
 // The targets of some edges that are not among these declarations, each once.
 std::vector<SymbolId> targets_beyond(const Edges& edges, const DeclarationTable& declarations) {
@@ -107,8 +132,10 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
     std::vector<std::int32_t> lines;
     references.reserve(edges.size());
     lines.reserve(edges.size());
+    Repeated path_of([&](FileId file) { return db.path(file); });
+    Repeated name_of([&](host::RowId resolution) { return db.resolution(resolution); });
     for (const EdgeRow& edge : edges) {
-        const Text* const source = db.path(edge.source);
+        const Text* const source = path_of(edge.source);
         const ScopeSymbol* const target = declarations.find(edge.target);
         if (source != nullptr && target != nullptr) {
             references.push_back({.source_path = *source,
@@ -116,7 +143,7 @@ std::vector<InboundReference> inbound_references(Database& db, std::span<const F
                                   .target_path = target->path,
                                   .target_name = target->name,
                                   .target_kind = target->kind,
-                                  .resolution = db.resolution(edge.resolution),
+                                  .resolution = name_of(edge.resolution),
                                   .refs = edge.references});
             lines.push_back(Database::line(edge.first_line));
         }
@@ -133,14 +160,16 @@ std::vector<OutboundReference> outbound_references(Database& db, std::span<const
     const DeclarationTable others = db.declarations(targets_beyond(edges, of_page));
     std::vector<OutboundReference> references;
     references.reserve(edges.size());
+    Repeated path_of([&](FileId file) { return db.path(file); });
+    Repeated name_of([&](host::RowId resolution) { return db.resolution(resolution); });
     for (const EdgeRow& edge : edges) {
-        const Text* const source = db.path(edge.source);
+        const Text* const source = path_of(edge.source);
         const ScopeSymbol* const own = of_page.find(edge.target);
         const ScopeSymbol* const target = own != nullptr ? own : others.find(edge.target);
         if (source != nullptr && target != nullptr && target->path != *source) {
             references.push_back({.source_path = *source,
                                   .target = *target,
-                                  .resolution = db.resolution(edge.resolution),
+                                  .resolution = name_of(edge.resolution),
                                   .refs = edge.references});
         }
     }
