@@ -55,9 +55,9 @@ std::vector<Symbol> PossibleTargets::of(FileId file, const syntax::Mention& ment
         }
     };
     std::ranges::for_each(catalog_.members(catalog_.module_of(file), name), add);
-    for (const auto& [of_name, symbol] :
-         std::ranges::equal_range(in_namespaces_, name, {}, &std::pair<Name, Symbol>::first)) {
-        add(symbol);
+    auto in_namespace = std::ranges::lower_bound(in_namespaces_, name, {}, &std::pair<Name, Symbol>::first);
+    for (; in_namespace != in_namespaces_.end() && in_namespace->first == name; ++in_namespace) {
+        add(in_namespace->second);
     }
     if (found.size() > MOST) {
         return {};

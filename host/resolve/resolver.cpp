@@ -223,13 +223,7 @@ class Resolver::Linked {
                 is_built && (catalog_.built(symbol) == Built::NEVER ||
                              languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
             add_target(symbol, is_elsewhere ? targets.elsewhere : targets.targets);
-            for (const Symbol type : types_behind(evaluator, symbol)) {
-                add_target(type, targets.possible);
-            }
-            const Container stub = languages_.modules(file).stub_of(catalog_.home_of(symbol));
-            for (const Symbol stated : catalog_.members(stub, catalog_.name_of(symbol))) {
-                add_target(stated, targets.possible);
-            }
+            add_unstated(evaluator, symbol, targets.possible);
         }
         if (symbols.empty() && targets.targets.empty() &&
             (!targets.is_foreign || is_plain_name({file, mention.expression}))) {
@@ -251,6 +245,17 @@ class Resolver::Linked {
     // Whether something foreign may have the name because the file includes it, not because the text says so.
     [[nodiscard]] bool is_plain_name(const Place& place) const {
         return catalog_.syntax(place.file).expressions[place.expression].operation == syntax::Operation::NAME;
+    }
+
+    // Adds what a name that leads to a declaration may mean as well.
+    void add_unstated(Evaluator& evaluator, Symbol symbol, std::vector<Target>& targets) const {
+        for (const Symbol type : types_behind(evaluator, symbol)) {
+            add_target(type, targets);
+        }
+        const Container stub = languages_.modules(catalog_.file_of(symbol)).stub_of(catalog_.home_of(symbol));
+        for (const Symbol stated : catalog_.members(stub, catalog_.name_of(symbol))) {
+            add_target(stated, targets);
+        }
     }
 
     // In C the type that an alias is another name of: `typedef struct S T;`.

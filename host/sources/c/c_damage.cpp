@@ -4,8 +4,6 @@
 
 #include <utility>
 
-#include <utility>
-
 namespace host::sources {
 
 using syntax::UNKNOWN;

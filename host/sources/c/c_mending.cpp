@@ -53,16 +53,15 @@ class CLooseMacros {
         for (std::size_t at = 0; at < tokens_.size(); ++at) {
             const string_view word = spelling(at);
             const bool is_macro = tokens_[at].is_word && is_capital(word);
-            if (is_macro && is_number(before(at))) {
-                add(at, at, false);  // `64 KB`
+            const bool is_behind_number = is_macro && is_number(before(at));  // `64 KB`
+            if (is_behind_number || (at >= end_of_body && word != "{" && !is_macro && is_before_two_words(at))) {
+                add(at, at, false);
             } else if (at < end_of_body) {
                 consider_label(at);
             } else if (word == "{") {
                 end_of_body = begins_a_body(at) ? closing(at, "{", "}") + 1 : 0;
             } else if (is_macro) {
                 consider(at);
-            } else if (is_before_two_words(at)) {
-                add(at, at, false);
             }
         }
         std::ranges::sort(parts_, {}, &Part::begin);
