@@ -89,7 +89,7 @@ class Query {
 
     /// The patterns for nodes of a type, in the order of the query.
     [[nodiscard]] std::span<const Candidate> candidates(TSSymbol symbol) const {
-        return symbol < candidates_.size() ? candidates_[symbol] : of_errors_;
+        return symbol >= candidates_.size() ? of_errors_ : candidates_[symbol];
     }
 
     /// The predicates of the pattern at this place.
