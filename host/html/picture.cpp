@@ -189,7 +189,7 @@ View arrows_view(const UseGraph& graph, const std::vector<DrawnNode>& nodes) {
         const DrawnNode& node = nodes[place];
         const bool is_first = !has_row[place];
         has_row[place] = true;
-        return object_of({{"id", is_first ? text_if_any(node.row) : View(false)},
+        return object_of({{"id", text_if_any(is_first ? node.row : "")},
                           {"href", text_if_any(node.page)},
                           {"path", text_of(path_html(node.path))}});
     };

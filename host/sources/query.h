@@ -84,6 +84,7 @@ class Query {
     /// Throws `std::logic_error` when the query does not fit the grammar, and for a capture that neither means anything
     /// nor serves a predicate.
     explicit Query(const Language& language);
+    ~Query() = default;
     Query(const Query&) = delete;
     Query& operator=(const Query&) = delete;
 

@@ -11,7 +11,6 @@ using syntax::DeclarationId;
 using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
-using syntax::UNKNOWN;
 
 bool is_function_value(const Node& node) {
     return node.exists() && (node.type() == "function_expression" || node.type() == "arrow_function" ||

@@ -8,7 +8,6 @@ namespace {
 using std::string_view;
 using syntax::DeclarationId;
 using syntax::ExpressionId;
-using syntax::Kind;
 using syntax::Role;
 using syntax::UNKNOWN;
 
