@@ -171,8 +171,7 @@ View files_view(const Page& page, const Links& links) {
 }
 
 View consumers_view(const Page& page, const Links& links) {
-    const wiki::scope::Consumers found =
-        wiki::scope::consumers(page.facts, page.fan_in, wiki::scope::Unproven::MAY_BE_USE);
+    const wiki::scope::Consumers found = consumers_of(page);
     const std::int64_t all = references_from_outside(page);
     const std::int64_t most = found.files.shown.empty() ? 0 : found.files.shown.front().references;
     const std::vector<std::optional<std::int32_t>> first = first_uses(page, found.files.shown);

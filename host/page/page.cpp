@@ -35,4 +35,8 @@ Page load_page(storage::Database& db, const Checkout& checkout, std::span<const 
             .sources = std::move(sources)};
 }
 
+wiki::scope::Consumers consumers_of(const Page& page) {
+    return wiki::scope::consumers(page.facts, page.fan_in, wiki::scope::Unproven::MAY_BE_USE);
+}
+
 }  // namespace host

@@ -7,6 +7,7 @@
 #include "host/page/page_sources.h"
 #include "host/page/scoped_names.h"
 #include "host/paths/find_paths.h"
+#include "workers/wiki/scope/consumers.h"
 #include "workers/wiki/scope/facts.h"
 #include "workers/wiki/scope/fan_in.h"
 #include "workers/wiki/scope/ranking.h"
@@ -65,5 +66,10 @@ struct Page {
 Page load_page(storage::Database& db, const Checkout& checkout, std::span<const std::string> named,
                const PageOptions& options = {}, SourceAccess access = SourceAccess::ALL,
                const BeforeReading& before_reading = {});
+
+/// Who uses a page, and what of it nothing outside uses: not even by a reference that may mean it. It points at records
+/// of the page, and lives as long.
+wiki::scope::Consumers consumers_of(const Page& page);
+wiki::scope::Consumers consumers_of(const Page&& page) = delete;
 
 }  // namespace host

@@ -59,8 +59,7 @@ std::string first_use(const Text& path, const std::optional<std::int32_t>& line,
 
 // Who uses the page, and what is known of who does not.
 std::vector<Passage> consumers(const Page& page, const SourceLinks* links) {
-    const wiki::scope::Consumers found =
-        wiki::scope::consumers(page.facts, page.fan_in, wiki::scope::Unproven::MAY_BE_USE);
+    const wiki::scope::Consumers found = consumers_of(page);
     wiki::scope::ConsumersText text = wiki::scope::consumers_text(found);
     const std::vector<std::optional<std::int32_t>> lines = first_uses(page, found.files.shown);
     for (std::size_t at = 0; at < lines.size(); ++at) {

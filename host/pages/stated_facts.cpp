@@ -159,7 +159,7 @@ class FactsReader {
     }
 
     void read_consumers() {
-        const scope::Consumers consumers = scope::consumers(page_.facts, page_.fan_in, scope::Unproven::MAY_BE_USE);
+        const scope::Consumers consumers = consumers_of(page_);
         about_page_[aspect::USERS] = std::to_string(consumers.files.total);
         about_page_[aspect::UNUSED_TOTAL] = std::to_string(consumers.unused.total);
         const std::vector<std::optional<std::int32_t>> lines = first_uses(page_, consumers.files.shown);

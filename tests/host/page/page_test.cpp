@@ -103,6 +103,17 @@ TEST_F(PrintedPage, StatesTheSameAsJson) {
     EXPECT_TRUE(print("src --format json").ends_with("}\n"));
 }
 
+TEST_F(PrintedPage, ListsAsUnusedOnlyWhatNoReferenceMayMean) {
+    add<DeclarationRow>(
+        {{5, 1, "hip", "a.hip", "function", true, 9, 9}, {6, 1, "hop", "a.hop", "function", true, 9, 9}});
+    add<EdgeRow>({{3, 6, UNIQUE, 1}});
+    for (const std::string format : {"markdown", "json", "html"}) {
+        const std::string consumers = print("src --only consumers --format " + format);
+        EXPECT_NE(consumers.find("hip"), std::string::npos) << format;
+        EXPECT_EQ(consumers.find("hop"), std::string::npos) << format;
+    }
+}
+
 TEST_F(PrintedPage, HasNoSummaryThatTheIndexNotesAsShared) {
     EXPECT_EQ(json("src")["facts"]["summaries"]["src/a.ts"], "Says what it is for.");
     change("INSERT INTO meta(key, value) VALUES('shared_summaries', 'Says what it is for.' || char(10))");
