@@ -63,32 +63,22 @@ PageRequest request_of(const PageArguments& arguments) {
     return request;
 }
 
-void say_remarks(const RequestedPage& page) {
+void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
+    const RequestedPage page(request, index);
+    // Whole or not at all: of a page that fails halfway nobody sees a part, nor remarks on it.
+    TextPieces text;
+    if (!page.is_failure()) {
+        write_to(text, [&](std::ostream& out) {
+            arguments.format == "html" ? write_html(out, page, index, {.title = title_of(arguments.page.paths)})
+                                       : page.write(out);
+        });
+    }
     for (const std::string& remark : page.remarks()) {
         say(remark);
     }
-}
-
-void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
-    // Kept to the end of the program, which is near: to free millions of records takes a tenth of its time.
-    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory)
-    static const RequestedPage& page = *new RequestedPage(request, index);
     if (page.is_failure()) {
-        say_remarks(page);
         throw CLI::RuntimeError(1);
     }
-    if (arguments.format == "json") {  // which can be long, and has all that it takes of the index
-        say_remarks(page);
-        print_at_once([](std::ostream& out) { page.write(out); });
-        return;
-    }
-    // Whole or not at all: of a page that fails halfway nobody sees a part, nor remarks on it.
-    TextPieces text;
-    write_to(text, [&](std::ostream& out) {
-        arguments.format == "html" ? write_html(out, page, index, {.title = title_of(arguments.page.paths)})
-                                   : page.write(out);
-    });
-    say_remarks(page);
     print_text(text);
 }
 

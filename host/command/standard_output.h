@@ -49,13 +49,13 @@ void write_to(TextPieces& text, Write write) {
     write(out);
 }
 
-/// Prints what `write` writes while it does so. Throws what `write` throws, and `std::runtime_error` with one line when
-/// the output cannot be written completely.
-template <class Write>
-void print_at_once(Write write) {
+/// Prints a result. Throws `std::runtime_error` with one line when it cannot be written completely.
+inline void print_text(const TextPieces& text) {
     std::cout.exceptions(std::ios::badbit);  // throws at once, while errno holds the reason
     try {
-        write(std::cout);
+        for (const std::string& piece : text.pieces()) {
+            std::cout << piece;
+        }
         std::cout << std::flush;
     } catch (const std::ios::failure&) {
         const std::error_code failure(errno, std::generic_category());
@@ -63,15 +63,6 @@ void print_at_once(Write write) {
         throw std::runtime_error("standard output: cannot be written (" + failure.message() + "); " +
                                  remedy_for(failure));
     }
-}
-
-/// Prints a result. Throws `std::runtime_error` with one line when it cannot be written completely.
-inline void print_text(const TextPieces& text) {
-    print_at_once([&](std::ostream& out) {
-        for (const std::string& piece : text.pieces()) {
-            out << piece;
-        }
-    });
 }
 
 /// Prints all that `write` writes, or nothing when `write` throws. Throws what `write` and `print_text` throw.

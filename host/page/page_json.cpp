@@ -3,6 +3,7 @@
 #include "host/page/descriptions.h"
 #include "host/page/file_cards.h"
 #include "host/page/flowchart.h"
+#include "host/page/outline.h"
 #include "host/page/records_json.h"
 #include "host/page/use_sites.h"
 #include "host/text/json_writer.h"
@@ -79,16 +80,20 @@ void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
     write(json.member("entry"), entry);
 }
 
-// Of each declaration one of the texts, if it has that.
-void write_descriptions(JsonWriter& json, std::string_view key, const IndexTexts& texts,
-                        std::string IndexTexts::Description::*text) {
-    json.object(key, [&] {
-        for (const IndexTexts::Description& description : texts.descriptions) {
-            if (const std::string& said = description.*text; !said.empty()) {
-                json.member(key_text(description.declaration)).value(said);
-            }
-        }
-    });
+// The texts that the index has of the page's declarations, those that are empty left out.
+void write_descriptions(JsonWriter& json, const Page& page, storage::Database& db) {
+    std::vector<SymbolId> ids(page.facts.symbols.size());
+    std::ranges::transform(page.facts.symbols, ids.begin(), &ScopeSymbol::id);
+    for (const auto& [key, text] : {std::pair("signatures", &DescriptionRow::signature),
+                                    std::pair("documentation", &DescriptionRow::documentation)}) {
+        json.object(key, [&, text = text] {
+            read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
+                if (const std::string_view said = description.*text; !said.empty()) {
+                    json.member(key_text(ids[place])).value(said);
+                }
+            });
+        });
+    }
 }
 
 void write_uses(JsonWriter& json, const Page& page) {
@@ -136,8 +141,7 @@ void write_file_cards(JsonWriter& json, const Page& page) {
 }
 
 void write_consumers(JsonWriter& json, const Page& page) {
-    const wiki::scope::Consumers consumers =
-        wiki::scope::consumers(page.facts, page.fan_in, wiki::scope::Unproven::MAY_BE_USE);
+    const wiki::scope::Consumers consumers = consumers_of(page);
     write(json.member("consumers"), consumers);
     json.object("first_uses", [&] {
         const std::vector<std::optional<std::int32_t>> lines = first_uses(page, consumers.files.shown);
@@ -150,7 +154,7 @@ void write_consumers(JsonWriter& json, const Page& page) {
     json.member("consumers_text").value(render_consumers(consumers, "## Consumers"));
 }
 
-void write_section(JsonWriter& json, Section section, const Page& page, const IndexTexts& texts) {
+void write_section(JsonWriter& json, Section section, const Page& page, storage::Database& db) {
     switch (section) {
     case Section::FILES:
         write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
@@ -162,8 +166,7 @@ void write_section(JsonWriter& json, Section section, const Page& page, const In
         break;
     case Section::DECLARATIONS:  // and what their ids stand for
         json.object("facts", [&] { write_facts(json, page.facts); });
-        write_descriptions(json, "signatures", texts, &IndexTexts::Description::signature);
-        write_descriptions(json, "documentation", texts, &IndexTexts::Description::documentation);
+        write_descriptions(json, page, db);
         json.object("fan_in", [&] { write_fan_in(json, page.fan_in); });
         write_mapping(json, "ranked", page.ranked);
         write_rank_keys(json, page);
@@ -185,32 +188,14 @@ void write_section(JsonWriter& json, Section section, const Page& page, const In
         write_mapping(json, "seeds", file_seeds(page.facts, page.fan_in));
         break;
     case Section::OUTLINE:
-        write_array(json, "outline", texts.outlines);
+        write_array(json, "outline", file_outlines(page, db));
         break;
     }
 }
 
 }  // namespace
 
-IndexTexts read_index_texts(const Page& page, storage::Database& db, const SectionChoice& only) {
-    IndexTexts texts;
-    if (only.contains(Section::DECLARATIONS)) {
-        std::vector<SymbolId> ids(page.facts.symbols.size());
-        std::ranges::transform(page.facts.symbols, ids.begin(), &ScopeSymbol::id);
-        read_descriptions(db, ids, [&](std::size_t /*place*/, const DescriptionRow& row) {
-            if (!row.signature.empty() || !row.documentation.empty()) {
-                texts.descriptions.push_back(
-                    {row.declaration, std::string(row.signature), std::string(row.documentation)});
-            }
-        });
-    }
-    if (only.contains(Section::OUTLINE)) {
-        texts.outlines = file_outlines(page, db);
-    }
-    return texts;
-}
-
-void write_json(std::ostream& out, const Page& page, const IndexTexts& texts, const SectionChoice& only,
+void write_json(std::ostream& out, const Page& page, storage::Database& db, const SectionChoice& only,
                 const PageHead& head) {
     JsonWriter json(out);
     json.document([&] {
@@ -222,7 +207,7 @@ void write_json(std::ostream& out, const Page& page, const IndexTexts& texts, co
         write(json.member("options"), page.options);
         for (const Section section : SECTIONS) {
             if (only.contains(section)) {
-                write_section(json, section, page, texts);
+                write_section(json, section, page, db);
             }
         }
     });

@@ -65,8 +65,7 @@ RequestedPage::RequestedPage(const PageRequest& request, storage::Database& db, 
       in_force_(tests_, [&db] { db.check_interrupt(); }), shared_summaries_(db.noted(notes::SHARED_SUMMARIES)), db_(db),
       links_(links_of(request, db)),
       page_(load_page(db_, Checkout(folder_.path), request.paths, request.numbers,
-                      folder_.is_the_users_choice ? SourceAccess::ALL : SourceAccess::AS_INDEXED, before_reading)),
-      texts_(request.format == PageRequest::Format::JSON ? read_index_texts(page_, db_, request.only) : IndexTexts()) {}
+                      folder_.is_the_users_choice ? SourceAccess::ALL : SourceAccess::AS_INDEXED, before_reading)) {}
 
 bool RequestedPage::is_failure() const {
     return !page_.missing.empty() && (request_.is_strict || page_.facts.files.empty());
@@ -84,7 +83,7 @@ std::vector<std::string> RequestedPage::remarks() const {
 
 void RequestedPage::write(std::ostream& out, const PageHead& head) const {
     if (request_.format == PageRequest::Format::JSON) {
-        write_json(out, page_, texts_, request_.only, head);
+        write_json(out, page_, db_, request_.only, head);
     } else {
         write_markdown(out, page_, db_,
                        {.only = request_.only,

@@ -5,7 +5,6 @@
 #include "host/links/source_links.h"
 #include "host/page/page.h"
 #include "host/page/page_head.h"
-#include "host/page/page_json.h"
 #include "host/page/section.h"
 #include "host/paths/source_folder.h"
 #include "host/rules/path_rules.h"
@@ -60,8 +59,7 @@ class RequestedPage {
     /// Where citations lead; null where they are plain text.
     [[nodiscard]] const SourceLinks* source_links() const { return links_ ? &*links_ : nullptr; }
 
-    /// Writes the page in the format that was asked for. Throws what `write_json` and `write_markdown` throw. JSON asks
-    /// nothing of the index any more.
+    /// Writes the page in the format that was asked for. Throws what `write_json` and `write_markdown` throw.
     void write(std::ostream& out, const PageHead& head = {}) const;
 
   private:
@@ -73,7 +71,6 @@ class RequestedPage {
     storage::Database& db_;
     const std::optional<SourceLinks> links_;
     const Page page_;
-    const IndexTexts texts_;  // for JSON
 };
 
 }  // namespace host
