@@ -80,7 +80,7 @@ Node EcmascriptReader::exported_as(Node value, string_view name) {
             left.exists() && left.type() == "member_expression" ? left.child(fields_.property) : Node();
         if (text(left) == "module.exports" && is_own_exports(left)) {
             exports_.push_back({name, WHOLE_MODULE});
-            pass_on("default", WHOLE_MODULE);
+            pass_on_whole();
         } else if (property.exists() && is_own_exports(left.child(fields_.object))) {
             exports_.push_back({name, text(property)});
         } else if (!is_own_exports(left)) {
@@ -120,7 +120,7 @@ ExpressionId EcmascriptReader::export_whole(const Node& value) {
     if (!name.exists() || (value.type() != "function_expression" && value.type() != "class")) {
         return export_value(value, WHOLE_MODULE);
     }
-    pass_on("default", WHOLE_MODULE);
+    pass_on_whole();
     const DeclarationId declared =
         out_.declare({.name = out_.name(WHOLE_MODULE), .written = out_.name(text(name)), .offset = name.begin()});
     return read_assigned(value, declared, UNKNOWN);

@@ -15,8 +15,6 @@ using syntax::Operation;
 using syntax::Role;
 using syntax::UNKNOWN;
 
-constexpr string_view DEFAULT = "default";
-
 }  // namespace
 
 // The text of a string literal without its quotes.
@@ -180,8 +178,8 @@ void EcmascriptReader::read_export_clause(const Node& clause, const Node& source
 // Exports a value under a name of which the file has no declaration: a name that it has, or anything else. Returns what
 // the value is.
 ExpressionId EcmascriptReader::export_value(const Node& value, string_view as) {
-    if (as == WHOLE_MODULE) {  // which others can import as the default, too
-        pass_on(DEFAULT, WHOLE_MODULE);
+    if (as == WHOLE_MODULE) {
+        pass_on_whole();
     }
     const ExpressionId meaning = visit(value);
     if (value.type() == "identifier") {
@@ -197,6 +195,11 @@ ExpressionId EcmascriptReader::export_value(const Node& value, string_view as) {
 // Exports what the file has under another name.
 void EcmascriptReader::pass_on(string_view as, string_view name) {
     out_.import({.name = out_.name(as), .original = out_.name(name), .is_exported = true});
+}
+
+// What a module is as a whole others can import as the default, too.
+void EcmascriptReader::pass_on_whole() {
+    pass_on(DEFAULT, WHOLE_MODULE);
 }
 
 // Exports names that the file declares or imports, now that all of these are known.

@@ -263,6 +263,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     void read_export_clause(const Node& clause, const Node& source);
     syntax::ExpressionId export_value(const Node& value, std::string_view as);
     void pass_on(std::string_view as, std::string_view name);
+    void pass_on_whole();
     void settle_exports();
     void collect_names(const Node& root);
     [[nodiscard]] std::string_view string_value(const Node& node) const;
@@ -296,6 +297,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
 
     /// How a module is found that is one value: `export = a`, `module.exports = a`.
     static constexpr std::string_view WHOLE_MODULE = "export=";
+    static constexpr std::string_view DEFAULT = "default";
 
     const NodeRules<EcmascriptReader>& rules_;
     EcmascriptFields fields_;
