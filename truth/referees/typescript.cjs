@@ -22,8 +22,8 @@ const nameOf = (declaration) => isAssigned(declaration) ? declaration.name : ts.
 
 // In JavaScript assignments declare: `exports.a = 1`, `A.prototype.b = function () {}`.
 const isAssigned = (declaration) => ts.isPropertyAccessExpression(declaration) && Boolean(declaration.symbol);
-const isFunction = (node) => ts.isFunctionExpression(node) || ts.isArrowFunction(node);
-const valueOf = (property) => ts.isBinaryExpression(property.parent) && property.parent.left === property ? property.parent.right : property;
+const isFunction = (node) => Boolean(node) && (ts.isFunctionExpression(node) || ts.isArrowFunction(node));
+const valueOf = ({ parent }) => (ts.isBinaryExpression(parent) ? parent.right : undefined);
 
 // `const { a } = require("m")`, `const a = require("m").a`: imports, which the compiler takes for such.
 function isRequired(declaration) {
@@ -56,13 +56,11 @@ const KINDS = new Map([
 const isWhole = ({ parent }) => parent && ts.isBinaryExpression(parent) && /^(module\.)?exports$/.test(parent.left.getText());
 const WHOLE = new Map([[ts.SyntaxKind.FunctionExpression, "function"], [ts.SyntaxKind.ClassExpression, "class"]]);
 
-const kindOf = (declaration) =>
-  WHOLE.has(declaration.kind) ? isWhole(declaration) && WHOLE.get(declaration.kind) : isAssigned(declaration) ? (isFunction(valueOf(declaration)) ? "function" : "variable") : KINDS.get(declaration.kind);
-
-const isOfFile = (element) => {
-  const variable = ts.findAncestor(element, ts.isVariableDeclaration);
-  return Boolean(variable) && ts.isIdentifier(element.name);
-};
+function kindOf(declaration) {
+  if (WHOLE.has(declaration.kind)) return isWhole(declaration) ? WHOLE.get(declaration.kind) : undefined;
+  if (isAssigned(declaration)) return isFunction(valueOf(declaration)) ? "function" : "variable";
+  return KINDS.get(declaration.kind);
+}
 
 // Whether code elsewhere may name a declaration: it stands in no function, and is no addition to another module.
 function isShared(declaration) {
@@ -70,8 +68,10 @@ function isShared(declaration) {
   const isProperty = !ts.isParameter(declaration) || ts.isParameterPropertyDeclaration(declaration, declaration.parent);
   let around = ts.isParameter(declaration) ? declaration.parent.parent : declaration.parent;
   while (around && !ts.isFunctionLike(around)) around = around.parent;
-  const isLocal = (around && around.body) || (ts.isBindingElement(declaration) && !isOfFile(declaration));
-  return isProperty && !isLocal && kindOf(declaration) && !isRequired(declaration) && nameOf(declaration) && isHere(declaration.getSourceFile());
+  const isLocal = around && around.body;
+  const isPattern = ts.isBindingElement(declaration) && !ts.isIdentifier(declaration.name);
+  return isProperty && !isLocal && !isPattern && kindOf(declaration) && !isRequired(declaration) && nameOf(declaration) &&
+    isHere(declaration.getSourceFile());
 }
 
 // Of the overloads of a function the one with a body, else the first: they are one declaration.
@@ -137,11 +137,12 @@ function referredTo(token) {
 function resolved(symbol, depth = 0) {
   const target = symbol.flags & ts.SymbolFlags.Alias ? checker.getAliasedSymbol(symbol) : symbol;
   const [key] = target.declarations ?? [];
-  const variable = key && variableAround(key);
+  if (!key || depth > 8) return target;
+  const variable = variableAround(key);
   if (variable) return checker.getSymbolAtLocation(variable.name);
-  if (key && ts.isSourceFile(key)) return wholeVariable(key) ?? target;
-  if (key && ts.isBinaryExpression(key)) return wholeOf(key, depth) ?? target;
-  if (depth > 8 || !key || !isExportedKey(key)) return target;
+  if (ts.isSourceFile(key)) return wholeVariable(key) ?? target;
+  if (ts.isBinaryExpression(key)) return wholeOf(key, depth) ?? target;
+  if (!isExportedKey(key)) return target;
   const value = ts.isShorthandPropertyAssignment(key)
     ? checker.getShorthandAssignmentValueSymbol(key)
     : ts.isIdentifier(key.initializer) || ts.isPropertyAccessExpression(key.initializer)
