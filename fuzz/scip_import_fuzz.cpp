@@ -130,7 +130,7 @@ void check_page(const Workshop& workshop, const ImportReport& counts) {
     std::ostringstream markdown;
     write_markdown(markdown, page, db, {});
     std::ostringstream json;
-    write_json(json, page, db);
+    write_json(json, page, page_values(page, db));
     promise(nlohmann::json::accept(json.str()), "a page as JSON is JSON");
 }
 

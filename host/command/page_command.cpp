@@ -8,6 +8,8 @@
 #include "host/command/source_url_option.h"
 #include "host/command/standard_error.h"
 #include "host/command/standard_output.h"
+#include "host/page/page_json.h"
+#include "host/page/page_values.h"
 #include "host/page/requested_page.h"
 #include "host/schemas/schemas.h"
 
@@ -63,22 +65,31 @@ PageRequest request_of(const PageArguments& arguments) {
     return request;
 }
 
-void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
-    const RequestedPage page(request, index);
-    // Whole or not at all: of a page that fails halfway nobody sees a part, nor remarks on it.
-    TextPieces text;
-    if (!page.is_failure()) {
-        write_to(text, [&](std::ostream& out) {
-            arguments.format == "html" ? write_html(out, page, index, {.title = title_of(arguments.page.paths)})
-                                       : page.write(out);
-        });
-    }
+void say_remarks(const RequestedPage& page) {
     for (const std::string& remark : page.remarks()) {
         say(remark);
     }
+}
+
+// Prints a page whole or not at all: of one that fails halfway nobody sees a part, nor remarks on it.
+void print_page(const PageArguments& arguments, const PageRequest& request, storage::Database& index) {
+    const RequestedPage page(request, index);
     if (page.is_failure()) {
+        say_remarks(page);
         throw CLI::RuntimeError(1);
     }
+    if (arguments.format == "json") {  // whose text can be many times what it states
+        const PageValues values = page_values(page.page(), index, request.only);
+        say_remarks(page);
+        print_at_once([&](std::ostream& out) { write_json(out, page.page(), values, request.only); });
+        return;
+    }
+    TextPieces text;
+    write_to(text, [&](std::ostream& out) {
+        arguments.format == "html" ? write_html(out, page, index, {.title = title_of(arguments.page.paths)})
+                                   : page.write(out);
+    });
+    say_remarks(page);
     print_text(text);
 }
 

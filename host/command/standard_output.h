@@ -49,13 +49,13 @@ void write_to(TextPieces& text, Write write) {
     write(out);
 }
 
-/// Prints a result. Throws `std::runtime_error` with one line when it cannot be written completely.
-inline void print_text(const TextPieces& text) {
+/// Prints what `write` writes while it does so: for what nothing but the output can keep from being written. Throws what
+/// `write` throws, and `std::runtime_error` with one line when the output cannot be written completely.
+template <class Write>
+void print_at_once(Write write) {
     std::cout.exceptions(std::ios::badbit);  // throws at once, while errno holds the reason
     try {
-        for (const std::string& piece : text.pieces()) {
-            std::cout << piece;
-        }
+        write(std::cout);
         std::cout << std::flush;
     } catch (const std::ios::failure&) {
         const std::error_code failure(errno, std::generic_category());
@@ -63,6 +63,15 @@ inline void print_text(const TextPieces& text) {
         throw std::runtime_error("standard output: cannot be written (" + failure.message() + "); " +
                                  remedy_for(failure));
     }
+}
+
+/// Prints a result. Throws `std::runtime_error` with one line when it cannot be written completely.
+inline void print_text(const TextPieces& text) {
+    print_at_once([&](std::ostream& out) {
+        for (const std::string& piece : text.pieces()) {
+            out << piece;
+        }
+    });
 }
 
 /// Prints all that `write` writes, or nothing when `write` throws. Throws what `write` and `print_text` throw.

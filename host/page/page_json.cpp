@@ -1,20 +1,14 @@
 #include "host/page/page_json.h"
 
-#include "host/page/descriptions.h"
-#include "host/page/file_cards.h"
-#include "host/page/flowchart.h"
-#include "host/page/outline.h"
 #include "host/page/records_json.h"
-#include "host/page/use_sites.h"
 #include "host/text/json_writer.h"
-#include "workers/wiki/scope/render.h"
-#include "workers/wiki/scope_tests.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace host {
@@ -61,53 +55,46 @@ void write_mapping(JsonWriter& json, std::string_view name, const OrderedMap<Key
     });
 }
 
-void write_facts(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
+void write_facts(JsonWriter& json, const wiki::scope::ScopeFacts& facts, const PageValues& values) {
     write_array(json, "files", facts.files);
     write_array(json, "symbols", facts.symbols);
     write_array(json, "inbound", facts.inbound);
     write_array(json, "outbound", facts.outbound);
-    write(json.member("import_resolved_paths"), facts.import_resolved_paths);
-    write(json.member("test_sources"), facts.test_sources);
+    write(json.member("import_resolved_paths"), values.import_resolved_paths);
+    write(json.member("test_sources"), values.test_sources);
     write_mapping(json, "line_counts", facts.line_counts);
     write_mapping(json, "summaries", facts.summaries);
 }
 
-void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in) {
+void write_fan_in(JsonWriter& json, const wiki::scope::FanIn& fan_in, const PageValues& values) {
     write_mapping(json, "outside", fan_in.outside);
     write_mapping(json, "inside", fan_in.inside);
-    std::vector<SymbolId> entry(fan_in.entry.begin(), fan_in.entry.end());
-    std::sort(entry.begin(), entry.end());
-    write(json.member("entry"), entry);
+    write(json.member("entry"), values.entry);
 }
 
-// The texts that the index has of the page's declarations, those that are empty left out.
-void write_descriptions(JsonWriter& json, const Page& page, storage::Database& db) {
-    std::vector<SymbolId> ids(page.facts.symbols.size());
-    std::ranges::transform(page.facts.symbols, ids.begin(), &ScopeSymbol::id);
-    for (const auto& [key, text] : {std::pair("signatures", &DescriptionRow::signature),
-                                    std::pair("documentation", &DescriptionRow::documentation)}) {
-        json.object(key, [&, text = text] {
-            read_descriptions(db, ids, [&](std::size_t place, const DescriptionRow& description) {
-                if (const std::string_view said = description.*text; !said.empty()) {
-                    json.member(key_text(ids[place])).value(said);
-                }
-            });
-        });
-    }
-}
-
-void write_uses(JsonWriter& json, const Page& page) {
-    json.object("uses", [&] {
-        const std::vector<models::Excerpt<UseSite>> uses = uses_of_selection(page);
-        for (std::size_t place = 0; place < uses.size(); ++place) {
-            write(json.member(key_text(page.selection[place]->id)), uses[place]);
+// Of each declaration one of the texts, if it has that.
+void write_descriptions(JsonWriter& json, std::string_view key, const PageValues& values,
+                        std::string Description::*text) {
+    json.object(key, [&] {
+        for (const Description& description : values.descriptions) {
+            if (const std::string& said = description.*text; !said.empty()) {
+                json.member(key_text(description.declaration)).value(said);
+            }
         }
     });
 }
 
-void write_file_users(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
+void write_uses(JsonWriter& json, const Page& page, const PageValues& values) {
+    json.object("uses", [&] {
+        for (std::size_t place = 0; place < values.uses.size(); ++place) {
+            write(json.member(key_text(page.selection[place]->id)), values.uses[place]);
+        }
+    });
+}
+
+void write_file_users(JsonWriter& json, const wiki::scope::FileUsers& file_users) {
     json.object("file_users", [&] {
-        for (const auto& [target, users] : wiki::scope::file_users(facts)) {
+        for (const auto& [target, users] : file_users) {
             write_mapping(json, target, users);
         }
     });
@@ -121,9 +108,9 @@ void write_rank_keys(JsonWriter& json, const Page& page) {
     });
 }
 
-void write_name_matches(JsonWriter& json, const wiki::scope::ScopeFacts& facts) {
+void write_name_matches(JsonWriter& json, const PageValues& values) {
     json.array("name_matches", [&] {
-        for (const auto& [files, references] : name_match_counts(facts)) {
+        for (const auto& [files, references] : values.name_matches) {
             JsonValue& element = json.element();
             element.object([&, &files = files, references = references] {
                 element.member("source").value(files.source_path);
@@ -134,44 +121,38 @@ void write_name_matches(JsonWriter& json, const wiki::scope::ScopeFacts& facts) 
     });
 }
 
-void write_file_cards(JsonWriter& json, const Page& page) {
-    const std::vector<wiki::scope::FileCard> cards = wiki::scope::file_cards(page.facts, page.fan_in, page.missing);
-    write_array(json, "file_cards", cards);
-    json.member("file_cards_text").value(file_table(cards));
-}
-
-void write_consumers(JsonWriter& json, const Page& page) {
-    const wiki::scope::Consumers consumers = consumers_of(page);
-    write(json.member("consumers"), consumers);
+void write_first_uses(JsonWriter& json, const PageValues& values) {
     json.object("first_uses", [&] {
-        const std::vector<std::optional<std::int32_t>> lines = first_uses(page, consumers.files.shown);
-        for (std::size_t at = 0; at < lines.size(); ++at) {
-            if (lines[at]) {
-                json.member(consumers.files.shown[at].path).value(*lines[at]);
+        for (std::size_t at = 0; at < values.first_uses.size(); ++at) {
+            if (const std::optional<std::int32_t> line = values.first_uses[at]) {
+                json.member(values.consumers.files.shown[at].path).value(*line);
             }
         }
     });
-    json.member("consumers_text").value(render_consumers(consumers, "## Consumers"));
 }
 
-void write_section(JsonWriter& json, Section section, const Page& page, storage::Database& db) {
+void write_section(JsonWriter& json, Section section, const Page& page, const PageValues& values) {
     switch (section) {
     case Section::FILES:
-        write_mapping(json, "tests_by_file", wiki::tests_reaching(page.facts).tests_by_file);
-        write_file_cards(json, page);
+        write_mapping(json, "tests_by_file", values.tests_by_file);
+        write_array(json, "file_cards", values.file_cards);
+        json.member("file_cards_text").value(values.file_cards_text);
         break;
     case Section::CONSUMERS:
-        write_file_users(json, page.facts);
-        write_consumers(json, page);
+        write_file_users(json, values.file_users);
+        write(json.member("consumers"), values.consumers);
+        write_first_uses(json, values);
+        json.member("consumers_text").value(values.consumers_text);
         break;
     case Section::DECLARATIONS:  // and what their ids stand for
-        json.object("facts", [&] { write_facts(json, page.facts); });
-        write_descriptions(json, page, db);
-        json.object("fan_in", [&] { write_fan_in(json, page.fan_in); });
+        json.object("facts", [&] { write_facts(json, page.facts, values); });
+        write_descriptions(json, "signatures", values, &Description::signature);
+        write_descriptions(json, "documentation", values, &Description::documentation);
+        json.object("fan_in", [&] { write_fan_in(json, page.fan_in, values); });
         write_mapping(json, "ranked", page.ranked);
         write_rank_keys(json, page);
         write(json.member("selection"), page.selection);
-        write_uses(json, page);
+        write_uses(json, page, values);
         break;
     case Section::IN_DEPTH:
         write_array(json, "scored", page.scored);
@@ -179,23 +160,23 @@ void write_section(JsonWriter& json, Section section, const Page& page, storage:
         break;
     case Section::DEPENDENCIES:
         write_array(json, "neighbours", page.neighbours);
-        write_name_matches(json, page.facts);
+        write_name_matches(json, values);
         break;
     case Section::GRAPH:
-        json.member("graph").value(flowchart(page).source);
+        json.member("graph").value(values.graph);
         break;
     case Section::SEEDS:
-        write_mapping(json, "seeds", file_seeds(page.facts, page.fan_in));
+        write_mapping(json, "seeds", values.seeds);
         break;
     case Section::OUTLINE:
-        write_array(json, "outline", file_outlines(page, db));
+        write_array(json, "outline", values.outline);
         break;
     }
 }
 
 }  // namespace
 
-void write_json(std::ostream& out, const Page& page, storage::Database& db, const SectionChoice& only,
+void write_json(std::ostream& out, const Page& page, const PageValues& values, const SectionChoice& sections,
                 const PageHead& head) {
     JsonWriter json(out);
     json.document([&] {
@@ -206,8 +187,8 @@ void write_json(std::ostream& out, const Page& page, storage::Database& db, cons
         write(json.member("missing"), page.missing);
         write(json.member("options"), page.options);
         for (const Section section : SECTIONS) {
-            if (only.contains(section)) {
-                write_section(json, section, page, db);
+            if (sections.contains(section)) {
+                write_section(json, section, page, values);
             }
         }
     });

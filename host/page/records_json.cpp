@@ -1,7 +1,5 @@
 #include "host/page/records_json.h"
 
-#include <set>
-
 namespace host {
 
 namespace {
@@ -201,14 +199,6 @@ void write(JsonValue& json, const PageOptions& options) {
         json.member("deep").value(options.deep);
         json.member("deep_per_file").value(options.deep_per_file);
         json.member("neighbours").value(options.neighbours);
-    });
-}
-
-void write(JsonValue& json, const models::TextSet& texts) {
-    json.array([&] {
-        for (const std::string_view text : std::set<std::string_view>(texts.begin(), texts.end())) {
-            json.value(text);
-        }
     });
 }
 

@@ -38,8 +38,6 @@ void write(JsonValue& json, const wiki::scope::LineRange& range);
 void write(JsonValue& json, const wiki::scope::RankKey& key);
 /// As an array: name and path.
 void write(JsonValue& json, const wiki::scope::NamedPath& named);
-/// As a sorted array.
-void write(JsonValue& json, const models::TextSet& texts);
 
 template <class Element>
 void write(JsonValue& json, const std::vector<Element>& elements) {

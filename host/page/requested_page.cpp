@@ -83,7 +83,7 @@ std::vector<std::string> RequestedPage::remarks() const {
 
 void RequestedPage::write(std::ostream& out, const PageHead& head) const {
     if (request_.format == PageRequest::Format::JSON) {
-        write_json(out, page_, db_, request_.only, head);
+        write_json(out, page_, page_values(page_, db_, request_.only), request_.only, head);
     } else {
         write_markdown(out, page_, db_,
                        {.only = request_.only,

@@ -1,9 +1,12 @@
 #include "host/text/json_writer.h"
 
+#include "host/text/utf8.h"
+
 #include <nlohmann/json.hpp>
 
 #include <array>
 #include <cstddef>
+#include <string>
 
 namespace host {
 
@@ -35,17 +38,37 @@ std::string dumped(const nlohmann::json& value) {
     return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
+// The beginning of a text, no longer than is good for a copy, that does not end within a code point.
+std::string_view first_piece(std::string_view text) {
+    constexpr std::size_t LONGEST = 4'096;
+    constexpr std::size_t LONGEST_CODE_POINT = 4;
+    if (text.size() <= LONGEST) {
+        return text;
+    }
+    for (std::size_t size = LONGEST; size > LONGEST - LONGEST_CODE_POINT; --size) {
+        if (!continues_code_point(text[size])) {
+            return text.substr(0, size);
+        }
+    }
+    return text.substr(0, LONGEST);  // where nothing is left of a code point that long
+}
+
 }  // namespace
 
 void JsonValue::value(std::string_view text) {
+    begin();
+    out_.put('"');
     if (is_as_in_json(text)) {
-        begin();
-        text_ += '"';
-        text_ += text;
-        text_ += '"';
+        out_.put(text);
     } else {
-        raw(dumped(text));
+        while (!text.empty()) {
+            const std::string_view piece = first_piece(text);
+            const std::string quoted = dumped(piece);
+            out_.put(std::string_view(quoted).substr(1, quoted.size() - 2));
+            text.remove_prefix(piece.size());
+        }
     }
+    out_.put('"');
 }
 
 void JsonValue::value(double number) {
@@ -54,34 +77,11 @@ void JsonValue::value(double number) {
 
 JsonValue& JsonValue::member(std::string_view key) {
     begin();
-    text_ += '"';
-    text_ += key;
-    text_ += "\":";
+    out_.put('"');
+    out_.put(key);
+    out_.put("\":");
     stands_alone_ = true;
     return *this;
-}
-
-void JsonWriter::next() {
-    constexpr std::size_t ENOUGH = 65'536;
-    if (buffer_.size() > ENOUGH) {
-        flush();
-    }
-    if (!is_first_) {
-        buffer_ += ',';
-    }
-    buffer_ += '\n';
-    is_first_ = false;
-}
-
-void JsonWriter::name(std::string_view key) {
-    next();
-    next_value().value(key);
-    buffer_ += ": ";
-}
-
-void JsonWriter::flush() {
-    out_ << buffer_;
-    buffer_.clear();
 }
 
 }  // namespace host

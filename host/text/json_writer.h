@@ -1,13 +1,14 @@
 // JSON written piece by piece, so that no document has to fit into memory as a tree.
 #pragma once
 
+#include "host/text/output_buffer.h"
+
 #include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
 #include <optional>
 #include <ostream>
-#include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -43,7 +44,7 @@ class JsonValue {
     /// What is JSON already, without blanks.
     void raw(std::string_view json) {
         begin();
-        text_ += json;
+        out_.put(json);
     }
 
     /// `fill` writes the members.
@@ -61,13 +62,13 @@ class JsonValue {
 
   private:
     friend class JsonWriter;
-    explicit JsonValue(std::string& text) : text_(text) {}
+    explicit JsonValue(OutputBuffer& out) : out_(out) {}
 
     // Writes what stands before a value: a comma, unless it is the first of its container or has a key.
     void begin() {
         if (!std::exchange(stands_alone_, false)) {
             if (!std::exchange(is_first_, false)) {
-                text_ += ',';
+                out_.put(',');
             }
         }
     }
@@ -75,30 +76,31 @@ class JsonValue {
     template <class Fill>
     void enclose(char open, char close, Fill fill) {
         begin();
-        text_ += open;
+        out_.put(open);
         const bool is_first_outside = std::exchange(is_first_, true);
         fill();
         is_first_ = is_first_outside;
-        text_ += close;
+        out_.put(close);
     }
 
-    std::string& text_;
+    OutputBuffer& out_;
     bool stands_alone_ = true;  // whether no comma belongs before the next value, wherever it stands
     bool is_first_ = true;      // in the innermost container
 };
 
 /// Writes a JSON document to a stream: containers are opened and closed, members and elements written in between. Each
-/// element of these containers stands on a line of its own.
+/// element of these containers stands on a line of its own. However long the document or a text, writing it takes no
+/// more than some 100 KB of memory.
 class JsonWriter {
   public:
-    explicit JsonWriter(std::ostream& out) : out_(out), value_(buffer_) {}
+    explicit JsonWriter(std::ostream& out) : out_(out), value_(out_) {}
 
     /// `fill` writes the members of the whole document, which ends its line. Called once.
     template <class Fill>
     void document(Fill fill) {
         enclose('{', '}', fill);
-        buffer_ += '\n';
-        flush();
+        out_.put('\n');
+        out_.flush();
     }
 
     /// `fill` writes the members of the object that is the member `key`.
@@ -131,24 +133,33 @@ class JsonWriter {
         return value_;
     }
 
-    void next();
-    void name(std::string_view key);
-    void flush();
+    // Begins the line of a member or an element.
+    void next() {
+        if (!std::exchange(is_first_, false)) {
+            out_.put(',');
+        }
+        out_.put('\n');
+    }
+
+    void name(std::string_view key) {
+        next();
+        next_value().value(key);
+        out_.put(": ");
+    }
 
     template <class Fill>
     void enclose(char open, char close, Fill fill) {
-        buffer_ += open;
+        out_.put(open);
         is_first_ = true;
         fill();
         if (!is_first_) {
-            buffer_ += '\n';
+            out_.put('\n');
         }
-        buffer_ += close;
+        out_.put(close);
         is_first_ = false;
     }
 
-    std::ostream& out_;
-    std::string buffer_;  // what is not in the stream yet
+    OutputBuffer out_;
     JsonValue value_;
     bool is_first_ = true;
 };

@@ -2,19 +2,20 @@
 
 #include "host/text/blanks.h"
 #include "host/text/printable.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <ostream>
 
 namespace host {
 
 namespace {
 
-// Counts code points: every byte of UTF-8 except those that continue one.
+// How many code points a cell has.
 std::size_t width_of(const std::string& cell) {
-    return static_cast<std::size_t>(
-        std::ranges::count_if(cell, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+    return static_cast<std::size_t>(std::ranges::count_if(cell, std::not_fn(continues_code_point)));
 }
 
 }  // namespace

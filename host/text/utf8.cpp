@@ -16,9 +16,7 @@ std::size_t code_point_bytes(std::string_view text) {
         return bytes;
     }
     const std::string_view continuation = text.substr(1, bytes - 1);
-    const bool is_whole = continuation.size() == bytes - 1 && std::ranges::all_of(continuation, [](char byte) {
-                              return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-                          });
+    const bool is_whole = continuation.size() == bytes - 1 && std::ranges::all_of(continuation, continues_code_point);
     return is_whole ? bytes : 0;
 }
 
@@ -36,9 +34,7 @@ bool is_utf8(std::string_view text) {
 std::size_t utf16_units(std::string_view text) {
     std::size_t units = 0;
     for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        const bool begins = (byte & 0xC0U) != 0x80U;
-        units += (begins ? 1 : 0) + (byte >= 0xF0 ? 1 : 0);
+        units += (continues_code_point(character) ? 0 : 1) + (static_cast<unsigned char>(character) >= 0xF0 ? 1 : 0);
     }
     return units;
 }

@@ -9,6 +9,11 @@ namespace host {
 /// How many bytes the code point at the beginning of `text`, which is not empty, takes; 0 when none begins there.
 std::size_t code_point_bytes(std::string_view text);
 
+/// Whether a byte is of UTF-8 and not the first of a code point.
+constexpr bool continues_code_point(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
 /// Whether code points are all that `text` consists of.
 bool is_utf8(std::string_view text);
 

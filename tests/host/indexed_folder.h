@@ -55,7 +55,9 @@ class IndexedFolder : public testing::Test {
     [[nodiscard]] Outcome shell(const std::string& line) const {
         const std::string all = "cd '" + folder / "" + "' && exec >out 2>err; " + line;
         const int status = std::system(all.c_str());  // NOLINT(cert-env33-c): a test of a command
-        return {WEXITSTATUS(status), folder.read("out"), folder.read("err")};
+        constexpr int OF_SIGNALS = 128;               // as shells count
+        const int exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : OF_SIGNALS + WTERMSIG(status);
+        return {exit_code, folder.read("out"), folder.read("err")};
     }
     [[nodiscard]] Outcome run(const std::string& arguments) const {
         return shell("'" WIKI_SCOPE "' " + with_served_index(arguments));

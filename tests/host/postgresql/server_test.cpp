@@ -424,7 +424,7 @@ std::string random_pages(const Index& index, const Checkout& checkout) {
         }
         const std::unique_ptr<storage::Database> db = connection->read();
         const Page made = load_page(*db, checkout, paths);
-        write_json(out, made, *db);
+        write_json(out, made, page_values(made, *db));
         write_markdown(out, made, *db, {});
     }
     return out.str();
