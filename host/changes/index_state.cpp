@@ -90,9 +90,10 @@ void IndexState::read_files(const std::vector<PathRule>& tests) {
 void IndexState::read_declarations() {
     db_.read_declarations_in(ids_of(files_), [&](const DeclarationRow& row) {
         if (const Number file = file_by_id_.find(row.file); file != NONE) {
+            // Finding the names that several declarations bear would cost more than it saves.
             declarations_.push_back({.id = row.id,
                                      .file = file,
-                                     .name = db_.text(row.name),
+                                     .name = models::Text(row.name),
                                      .fqn = models::Text(row.fqn),
                                      .kind = db_.text(row.kind),
                                      .first_line = row.first_line,
