@@ -96,7 +96,7 @@ style:
 	tools/check-style
 
 # The same, static analyses, and the second compiler's warnings: no findings. What has not changed since there were none
-# is not checked again; LINT_MARKS names the folder that remembers it, which is build/lint otherwise.
+# is not checked again, in no checkout of this user's; LINT_MARKS names another folder that remembers it.
 lint: style
 	tools/install-packages build sanitize bench lint
 	tools/lint
