@@ -72,6 +72,7 @@ class Evaluator {
 
     // Members (evaluator_members.cpp).
     Meaning members(const Meaning& of, Name name);
+    [[nodiscard]] Meaning without_repeated_namespaces(const Meaning& meaning) const;
     Meaning member(FileId file, const syntax::Expression& member);
     [[nodiscard]] Meaning of_kind(const Meaning& members, Symbol type, bool is_static) const;
     struct MemberSearch {

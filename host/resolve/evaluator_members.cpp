@@ -37,9 +37,25 @@ Meaning Evaluator::member(FileId file, const syntax::Expression& member) {
     return chosen(found, static_cast<syntax::Space>(member.b), *rules);
 }
 
+// A namespace is declared in many files, and all its declarations have the same members: one of them is asked.
+Meaning Evaluator::without_repeated_namespaces(const Meaning& meaning) const {
+    Meaning kept;
+    Container last = NONE;  // the namespace just before
+    for (const Entity& entity : meaning) {
+        const bool is_namespace =
+            entity.what == What::SYMBOL && catalog_.declaration(entity.id).kind == Kind::NAMESPACE;
+        const Container container = is_namespace ? catalog_.container_of(entity.id) : NONE;
+        if (container == NONE || container != last) {
+            kept.push_back(entity);
+        }
+        last = container;
+    }
+    return kept;
+}
+
 Meaning Evaluator::members(const Meaning& of, Name name) {
     Meaning found;
-    for (const Entity& entity : values(of)) {
+    for (const Entity& entity : values(without_repeated_namespaces(of))) {
         MemberSearch search{.name = name};
         add_members(entity, search, found);
     }
