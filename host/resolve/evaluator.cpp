@@ -31,30 +31,29 @@ void add_once(Meaning& meaning, const Meaning& more) {
 // kept, unless the evaluation in progress is its own.
 Meaning Evaluator::remembered(Subject subject, std::uint32_t first, std::uint32_t second,
                               const std::function<Meaning()>& compute) {
-    auto& known = known_.at(static_cast<std::size_t>(subject));
-    auto& in_progress = in_progress_.at(static_cast<std::size_t>(subject));
+    MeaningTable& known = known_.at(static_cast<std::size_t>(subject));
     const std::uint64_t key = (std::uint64_t{first} << 32U) | second;
-    if (const auto found = known.find(key); found != known.end()) {
-        return found->second;
+    if (const auto found = known.find(key)) {
+        return {found->begin(), found->end()};
     }
-    if (const auto found = in_progress.find(key); found != in_progress.end()) {
-        lowest_ = std::min(lowest_, found->second);
+    const std::size_t depth = in_progress_.size();
+    const auto in_progress = std::ranges::find(in_progress_, std::pair(subject, key));
+    if (in_progress != in_progress_.end()) {
+        lowest_ = std::min(lowest_, static_cast<std::size_t>(in_progress - in_progress_.begin()));
         return {};
     }
-    steps_ = depth_ == 0 ? 0 : steps_ + 1;
-    if (depth_ >= DEEPEST || steps_ > MOST_STEPS) {
+    steps_ = depth == 0 ? 0 : steps_ + 1;
+    if (depth >= DEEPEST || steps_ > MOST_STEPS) {
         lowest_ = 0;
         return {};
     }
-    const std::size_t depth = depth_++;
     const std::size_t lowest_before = std::exchange(lowest_, INDEPENDENT);
-    in_progress.emplace(key, depth);
+    in_progress_.emplace_back(subject, key);
     Meaning meaning = compute();
-    in_progress.erase(key);
-    --depth_;
+    in_progress_.pop_back();
     const std::size_t lowest = lowest_ >= depth ? INDEPENDENT : lowest_;
     if (lowest == INDEPENDENT) {
-        known.emplace(key, meaning);
+        known.add(key, meaning);
     }
     lowest_ = std::min(lowest_before, lowest);
     return meaning;

@@ -4,6 +4,7 @@
 #include "host/resolve/catalog.h"
 #include "host/resolve/languages.h"
 #include "host/resolve/meaning.h"
+#include "host/resolve/meaning_table.h"
 
 #include <array>
 #include <cstddef>
@@ -11,6 +12,7 @@
 #include <functional>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace host::resolve {
@@ -111,9 +113,8 @@ class Evaluator {
     const Catalog& catalog_;
     const Languages& languages_;
     const FurtherBases& further_bases_;
-    std::array<std::unordered_map<std::uint64_t, Meaning>, 3> known_;            // by subject
-    std::array<std::unordered_map<std::uint64_t, std::size_t>, 3> in_progress_;  // likewise: their depth
-    std::size_t depth_ = 0;
+    std::array<MeaningTable, 3> known_;                           // by subject
+    std::vector<std::pair<Subject, std::uint64_t>> in_progress_;  // by depth: what is evaluated, with its key
     std::size_t lowest_ = INDEPENDENT;  // the depth of the outermost evaluation in progress that was asked for
     std::size_t steps_ = 0;             // since the outermost evaluation began
 
