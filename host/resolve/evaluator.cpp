@@ -1,17 +1,12 @@
 #include "host/resolve/evaluator.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace host::resolve {
 
 namespace {
 
 using syntax::Operation;
-
-// What nobody writes: deeper chains of expressions, and more work for one of them.
-constexpr std::size_t DEEPEST = 200;
-constexpr std::size_t MOST_STEPS = 20'000;
 
 }  // namespace
 
@@ -27,42 +22,10 @@ void add_once(Meaning& meaning, const Meaning& more) {
     }
 }
 
-// A result that depends on an evaluation in progress, which counts as nothing, holds only within that. So it is not
-// kept, unless the evaluation in progress is its own.
-Meaning Evaluator::remembered(Subject subject, std::uint32_t first, std::uint32_t second,
-                              const std::function<Meaning()>& compute) {
-    MeaningTable& known = known_.at(static_cast<std::size_t>(subject));
-    const std::uint64_t key = (std::uint64_t{first} << 32U) | second;
-    if (const auto found = known.find(key)) {
-        return {found->begin(), found->end()};
-    }
-    const std::size_t depth = in_progress_.size();
-    const auto in_progress = std::ranges::find(in_progress_, std::pair(subject, key));
-    if (in_progress != in_progress_.end()) {
-        lowest_ = std::min(lowest_, static_cast<std::size_t>(in_progress - in_progress_.begin()));
-        return {};
-    }
-    steps_ = depth == 0 ? 0 : steps_ + 1;
-    if (depth >= DEEPEST || steps_ > MOST_STEPS) {
-        lowest_ = 0;
-        return {};
-    }
-    const std::size_t lowest_before = std::exchange(lowest_, INDEPENDENT);
-    in_progress_.emplace_back(subject, key);
-    Meaning meaning = compute();
-    in_progress_.pop_back();
-    const std::size_t lowest = lowest_ >= depth ? INDEPENDENT : lowest_;
-    if (lowest == INDEPENDENT) {
-        known.add(key, meaning);
-    }
-    lowest_ = std::min(lowest_before, lowest);
-    return meaning;
-}
-
 Meaning Evaluator::evaluate(const Place& place) {
     return place.expression == syntax::UNKNOWN
                ? Meaning()
-               : remembered(Subject::EXPRESSION, place.file, place.expression, [&] { return compute(place); });
+               : memory_.find({Subject::EXPRESSION, place.file, place.expression}, [&] { return compute(place); });
 }
 
 Meaning Evaluator::compute(const Place& place) {

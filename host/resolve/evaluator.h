@@ -4,15 +4,12 @@
 #include "host/resolve/catalog.h"
 #include "host/resolve/languages.h"
 #include "host/resolve/meaning.h"
-#include "host/resolve/meaning_table.h"
+#include "host/resolve/meaning_memory.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <unordered_map>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 namespace host::resolve {
@@ -20,10 +17,8 @@ namespace host::resolve {
 /// Types that a type has beside those that its own declaration states: `impl Trait for Type`.
 using FurtherBases = std::unordered_map<Symbol, std::vector<Place>>;
 
-/// Evaluates the expressions of a repository, for one thread. What it found out it keeps.
-///
-/// A result does not depend on what was evaluated before: where an expression refers to itself, nothing is kept but
-/// what the outermost evaluation gives.
+/// Evaluates the expressions of a repository, for one thread. What it found out it keeps; a result does not depend on
+/// what was evaluated before.
 class Evaluator {
   public:
     /// All must outlive the object. The catalog must be linked.
@@ -41,18 +36,12 @@ class Evaluator {
     /// by them.
     Meaning functions_called(const Place& call);
 
-    /// Forgets the meaning of expressions, most of what is kept, once there are more than `most`.
-    void trim(std::size_t most) {
-        if (known_.front().size() > most) {
-            known_.front().clear();
-        }
-    }
+    /// Forgets most of what is kept, once it holds the meanings of more than `most` expressions.
+    void trim(std::size_t most) { memory_.trim(most); }
 
   private:
-    enum class Subject : std::uint8_t { EXPRESSION, EXPORT, IMPORT };
+    using Subject = Question::Subject;
 
-    Meaning remembered(Subject subject, std::uint32_t first, std::uint32_t second,
-                       const std::function<Meaning()>& compute);
     Meaning compute(const Place& place);
     Meaning evaluate(FileId file, syntax::ExpressionId expression) { return evaluate(Place{file, expression}); }
     Meaning values(FileId file, syntax::ExpressionId expression) { return values(evaluate(file, expression)); }
@@ -113,12 +102,7 @@ class Evaluator {
     const Catalog& catalog_;
     const Languages& languages_;
     const FurtherBases& further_bases_;
-    std::array<MeaningTable, 3> known_;                           // by subject
-    std::vector<std::pair<Subject, std::uint64_t>> in_progress_;  // by depth: what is evaluated, with its key
-    std::size_t lowest_ = INDEPENDENT;  // the depth of the outermost evaluation in progress that was asked for
-    std::size_t steps_ = 0;             // since the outermost evaluation began
-
-    static constexpr std::size_t INDEPENDENT = static_cast<std::size_t>(-1);
+    MeaningMemory memory_;
 };
 
 /// Adds an entity unless it is there.

@@ -182,7 +182,7 @@ Meaning Evaluator::global(FileId file, const syntax::Expression& name) {
 }
 
 Meaning Evaluator::import_meaning(const ImportPlace& place) {
-    return remembered(Subject::IMPORT, place.file, place.import, [&]() -> Meaning {
+    return memory_.find({Subject::IMPORT, place.file, place.import}, [&]() -> Meaning {
         const syntax::Import& import = catalog_.syntax(place.file).imports[place.import];
         if (languages_.rules(place.file) == nullptr) {
             return {};
@@ -217,7 +217,7 @@ Meaning Evaluator::imported_modules(const ImportPlace& place, const syntax::Impo
 Meaning Evaluator::exported(Container container, Name name) {
     return name == NONE
                ? Meaning()
-               : remembered(Subject::EXPORT, container, name, [&] { return compute_exported(container, name); });
+               : memory_.find({Subject::EXPORT, container, name}, [&] { return compute_exported(container, name); });
 }
 
 Meaning Evaluator::compute_exported(Container container, Name name) {
