@@ -1,6 +1,5 @@
 #include "host/resolve/meaning_table.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace host::resolve {
@@ -21,9 +20,7 @@ void MeaningTable::add(std::uint64_t key, const Meaning& meaning) {
 }
 
 void MeaningTable::clear() {
-    std::ranges::fill(slots_, Slot());
-    entities_.clear();
-    size_ = 0;
+    *this = MeaningTable();
 }
 
 // Where the meaning of a key stands, or else is to stand: the first such slot from the one that its hash gives.

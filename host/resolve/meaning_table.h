@@ -11,8 +11,8 @@
 
 namespace host::resolve {
 
-/// A hash table whose meanings lie one behind the other: there are hundreds of thousands, most of one entity. Nodes of a
-/// standard table would take twice the memory, and a second to free one by one.
+/// A hash table whose meanings lie one behind the other, since looking one up is the most frequent step of resolving
+/// names. Most are one entity.
 class MeaningTable {
   public:
     /// Returns the meaning that was added for a key; none where there is none. Valid until `add` or `clear`.
@@ -23,7 +23,6 @@ class MeaningTable {
 
     [[nodiscard]] std::size_t size() const { return size_; }
 
-    /// Keeps its memory, for what is added next.
     void clear();
 
   private:

@@ -389,7 +389,7 @@ class Resolver::Linked {
     }
 
     void give_back(std::unique_ptr<Evaluator> evaluator) const {
-        constexpr std::size_t MOST_KEPT = 500'000;  // some 60 MB
+        constexpr std::size_t MOST_KEPT = 10'000;  // more would not stay in the caches of a core
         evaluator->trim(MOST_KEPT);
         const std::scoped_lock lock(mutex_);
         idle_.push_back(std::move(evaluator));
