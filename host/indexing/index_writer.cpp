@@ -4,10 +4,13 @@
 #include "host/indexing/edge_counts.h"
 #include "host/indexing/file_rows.h"
 #include "host/indexing/findings.h"
+#include "host/threads/all_cores.h"
 #include "utils/path_filter.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <future>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -30,16 +33,49 @@ std::string name_of_module(std::string_view path) {
 // Which files get a declaration as modules.
 std::vector<bool> modules_named_in(const Extraction& extraction, const References& references,
                                    const AfterFile& after_file) {
-    std::vector<bool> is_module(extraction.files.size());
-    for (std::uint32_t file = 0; file < extraction.files.size(); ++file) {
+    std::vector<std::vector<std::uint32_t>> named_in_files(extraction.files.size());
+    const auto find_modules = [&](std::size_t at) {
+        const auto file = static_cast<std::uint32_t>(at);
         if (references.may_name_modules(file)) {
             for (const auto& [module, count] : references.from(file).modules) {
-                is_module[module] = true;
+                named_in_files[at].push_back(module);
             }
         }
-        after_file(0);
+    };
+    on_all_cores(named_in_files.size(), find_modules, [&](std::size_t /*files*/) { after_file(0); });
+    std::vector<bool> is_module(extraction.files.size());
+    for (const std::vector<std::uint32_t>& modules : named_in_files) {
+        for (const std::uint32_t module : modules) {
+            is_module[module] = true;
+        }
     }
     return is_module;
+}
+
+// Calls `use` for each file with what `prepare` returns for it, in order. Prepares some files at once on another
+// thread, while those before are used.
+template <class Prepare, class Use>
+void in_order(std::size_t files, const Prepare& prepare, const Use& use) {
+    constexpr std::size_t AT_ONCE = 64;
+    using Prepared = decltype(prepare(std::uint32_t{}));
+    const auto prepare_from = [&](std::size_t first) {
+        std::vector<Prepared> prepared;
+        for (std::size_t file = first; file < std::min(first + AT_ONCE, files); ++file) {
+            prepared.push_back(prepare(static_cast<std::uint32_t>(file)));
+        }
+        return prepared;
+    };
+    const auto begin = [&](std::size_t first) {  // on this thread, later, where the system gives no other
+        return std::async(std::launch::async | std::launch::deferred, prepare_from, first);
+    };
+    std::future<std::vector<Prepared>> next = begin(0);
+    for (std::size_t file = 0; file < files;) {
+        const std::vector<Prepared> prepared = next.get();
+        next = begin(file + AT_ONCE);
+        for (const Prepared& each : prepared) {
+            use(static_cast<std::uint32_t>(file++), each);
+        }
+    }
 }
 
 class IndexWriter {
@@ -76,16 +112,29 @@ class IndexWriter {
         }
     }
 
+    // What the row of a declaration says, and is not at hand.
+    struct DeclarationTexts {
+        Description description;
+        DeclarationName name;
+    };
+
     void insert_declarations() {
-        for (std::uint32_t file = 0; file < files_.size(); ++file) {
+        const auto prepare = [this](std::uint32_t file) {
+            std::vector<DeclarationTexts> texts;
+            for (const Declaration& declaration : files_[file].declared.declarations) {
+                texts.push_back({description_of(declaration, spool_), symbols_.name_of(declaration.symbol, file)});
+            }
+            return texts;
+        };
+        in_order(files_.size(), prepare, [this](std::uint32_t file, const std::vector<DeclarationTexts>& texts) {
             if (ids_.is_module(file)) {
                 insert_module(file);
             }
-            for (std::uint32_t at = 0; at < files_[file].declared.declarations.size(); ++at) {
-                insert_declaration({file, at});
+            for (std::uint32_t at = 0; at < texts.size(); ++at) {
+                insert_declaration({file, at}, texts[at]);
             }
             after_file_(0);
-        }
+        });
     }
 
     void insert_module(std::uint32_t file) {
@@ -101,17 +150,16 @@ class IndexWriter {
                 .last_line = std::max(declared.line_count, 1)});
     }
 
-    void insert_declaration(const DeclarationPlace& place) {
+    void insert_declaration(const DeclarationPlace& place, const DeclarationTexts& texts) {
         const Declaration& declaration = files_[place.file].declared.declarations[place.declaration];
         const RowId id = ids_.of(place);
-        if (const Description description = description_of(declaration, spool_); !description.is_empty()) {
-            out_.add(DescriptionRow{id, description.signature, description.documentation});
+        if (!texts.description.is_empty()) {
+            out_.add(DescriptionRow{id, texts.description.signature, texts.description.documentation});
         }
-        const DeclarationName name = symbols_.name_of(declaration.symbol, place.file);
         insert({.id = id,
                 .file = RowIds::of_file(place.file),
-                .name = name.name,
-                .fqn = name.fqn,
+                .name = texts.name.name,
+                .fqn = texts.name.fqn,
                 .kind = declaration.kind,
                 .is_export = declaration.is_public && references_.lead_to(place),
                 .first_line = declaration.lines.first,
@@ -130,20 +178,28 @@ class IndexWriter {
         }
     }
 
+    struct FileEdges {
+        FileReferences references;
+        std::vector<EdgeRow> rows;
+    };
+
     void insert_edges() {
         Findings findings(extraction_);
-        for (std::uint32_t file = 0; file < files_.size(); ++file) {
-            const FileReferences references = references_.from(file);
+        const auto prepare = [this](std::uint32_t file) {
+            FileEdges edges{references_.from(file), {}};
+            edges.rows = edge_rows(edges.references, file, ids_);
+            return edges;
+        };
+        in_order(files_.size(), prepare, [&](std::uint32_t file, const FileEdges& edges) {
             const bool is_test = utils::is_test_path(files_[file].path);
-            const std::vector<EdgeRow> edges = edge_rows(references, file, ids_);
-            for (const EdgeRow& edge : edges) {
+            for (const EdgeRow& edge : edges.rows) {
                 out_.add(edge);
                 counts_.add(edge, is_test);
             }
-            report_.edges += static_cast<std::int64_t>(edges.size());
-            findings.add(file, references);
+            report_.edges += static_cast<std::int64_t>(edges.rows.size());
+            findings.add(file, edges.references);
             after_file_(files_[file].steps);
-        }
+        });
         findings.report(report_);
         report_.edges_by_resolution = counts_.by_resolution();
     }

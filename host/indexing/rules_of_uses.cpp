@@ -3,6 +3,7 @@
 #include "host/rules/misnamed_tests.h"
 #include "host/rules/package_exports.h"
 #include "host/rules/test_paths.h"
+#include "host/threads/all_cores.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -18,14 +19,19 @@ namespace {
 
 std::vector<FileImport> imports_into(const std::vector<bool>& targets, const Extraction& extraction,
                                      const References& references, const std::function<void()>& check_interrupt) {
-    std::vector<FileImport> imports;
-    for (std::uint32_t file = 0; file < extraction.files.size(); ++file) {
+    std::vector<std::vector<FileImport>> imports_of_files(extraction.files.size());
+    const auto find_imports = [&](std::size_t at) {
+        const auto file = static_cast<std::uint32_t>(at);
         for (const Edge& edge : references.from(file).edges) {
             if (edge.resolution == Resolution::IMPORT && targets[edge.target.file]) {
-                imports.push_back({file, edge.target.file});
+                imports_of_files[at].push_back({file, edge.target.file});
             }
         }
-        check_interrupt();
+    };
+    on_all_cores(imports_of_files.size(), find_imports, [&](std::size_t /*files*/) { check_interrupt(); });
+    std::vector<FileImport> imports;
+    for (const std::vector<FileImport>& of_file : imports_of_files) {
+        imports.insert(imports.end(), of_file.begin(), of_file.end());
     }
     return imports;
 }

@@ -4,13 +4,6 @@
 
 namespace host::indexing {
 
-namespace {
-
-// The bit that marks a combination. Of symbols, only `LOCAL_SYMBOL` has it.
-constexpr TokenNames COMBINATION = 0x8000'0000;
-
-}  // namespace
-
 TokenNames TokenTable::number(std::vector<SymbolNumber> symbols) {
     if (symbols.size() == 1) {
         return symbols.front();
@@ -21,11 +14,6 @@ TokenNames TokenTable::number(std::vector<SymbolNumber> symbols) {
         combinations_.push_back(&combination->first);
     }
     return combination->second;
-}
-
-std::span<const SymbolNumber> TokenTable::symbols(const TokenNames& names) const {
-    const bool is_combination = names != LOCAL_SYMBOL && (names & COMBINATION) != 0;
-    return is_combination ? std::span(*combinations_[names & ~COMBINATION]) : std::span(&names, 1);
 }
 
 }  // namespace host::indexing

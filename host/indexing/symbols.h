@@ -35,9 +35,15 @@ class TokenTable {
     TokenNames number(std::vector<SymbolNumber> symbols);
 
     /// Returns the symbols for a number, ascending. Valid as long as both the table and `names`.
-    [[nodiscard]] std::span<const SymbolNumber> symbols(const TokenNames& names) const;
+    [[nodiscard]] std::span<const SymbolNumber> symbols(const TokenNames& names) const {
+        const bool is_combination = names != LOCAL_SYMBOL && (names & COMBINATION) != 0;
+        return is_combination ? std::span(*combinations_[names & ~COMBINATION]) : std::span(&names, 1);
+    }
 
   private:
+    // The bit that marks a combination. Of symbols, only `LOCAL_SYMBOL` has it.
+    static constexpr TokenNames COMBINATION = 0x8000'0000;
+
     std::map<std::vector<SymbolNumber>, TokenNames> numbers_;
     std::vector<const std::vector<SymbolNumber>*> combinations_;  // the keys of `numbers_`
 };
