@@ -97,7 +97,8 @@ class CModules : public ModuleRules {
         bool is_one = false;
         for (const FileId file : candidates->second) {
             const std::string& other = catalog_.file(file).path;
-            if (other != name && !other.ends_with("/" + std::string(name))) {
+            const bool is_longer = other.size() > name.size() && other[other.size() - name.size() - 1] == '/';
+            if (!other.ends_with(name) || !(is_longer || other.size() == name.size())) {
                 continue;
             }
             const auto common = static_cast<std::size_t>(std::ranges::mismatch(path, other).in1 - path.begin());

@@ -17,6 +17,10 @@ void add_once(Meaning& meaning, const Entity& entity) {
 }
 
 void add_once(Meaning& meaning, const Meaning& more) {
+    if (meaning.empty()) {
+        meaning = more;
+        return;
+    }
     for (const Entity& entity : more) {
         add_once(meaning, entity);
     }

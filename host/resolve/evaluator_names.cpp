@@ -224,7 +224,7 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
     Meaning found;
     for (const Symbol symbol : catalog_.members(container, name)) {
         if (!catalog_.declaration(symbol).is_private) {
-            add_once(found, symbol_entity(symbol));
+            found.push_back(symbol_entity(symbol));
         }
     }
     const auto is_passed_on = [&](const ImportPlace& place) {
