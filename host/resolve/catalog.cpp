@@ -54,7 +54,10 @@ bool may_define(const syntax::Declaration& definition, const syntax::Declaration
 Catalog::Catalog(const Repository& repository)
     : repository_(repository), modules_of_files_(files(), NONE), is_left_out_(files(), false),
       star_imports_of_files_(files()) {
+    static const syntax::Syntax nothing;
     for (FileId file = 0; file < files(); ++file) {
+        const syntax::Syntax* const stated = this->file(file).syntax;
+        syntaxes_.push_back(stated == nullptr ? &nothing : stated);
         std::vector<Name>& names = names_of_files_.emplace_back();
         names.reserve(syntax(file).names.size());
         for (syntax::NameId each = 0; each < syntax(file).names.size(); ++each) {
@@ -66,12 +69,6 @@ Catalog::Catalog(const Repository& repository)
     first_symbols_.push_back(static_cast<Symbol>(files_of_symbols_.size()));
     containers_.assign(symbols(), NONE);
     homes_.assign(symbols(), NONE);
-}
-
-const syntax::Syntax& Catalog::syntax(FileId id) const {
-    static const syntax::Syntax nothing;
-    const syntax::Syntax* const stated = file(id).syntax;
-    return stated == nullptr ? nothing : *stated;
 }
 
 Symbol Catalog::around(Symbol symbol) const {
@@ -155,9 +152,13 @@ void Catalog::link_members() {
         Symbol symbol;
     };
     std::vector<Member> members;
-    for (Symbol symbol = 0; symbol < symbols(); ++symbol) {
-        if (homes_[symbol] != NONE) {
-            members.push_back({homes_[symbol], name_of(symbol), symbol});
+    for (FileId file = 0; file < files(); ++file) {
+        Symbol symbol = first_symbols_[file];
+        for (const syntax::Declaration& declaration : syntax(file).declarations) {
+            if (homes_[symbol] != NONE) {
+                members.push_back({homes_[symbol], name(file, declaration.name), symbol});
+            }
+            ++symbol;
         }
     }
     std::ranges::sort(members, {}, [](const Member& each) { return std::tuple(each.home, each.name, each.symbol); });

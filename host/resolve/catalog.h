@@ -51,7 +51,7 @@ class Catalog {
     [[nodiscard]] std::size_t files() const { return repository_.files.size(); }
     [[nodiscard]] const File& file(FileId id) const { return repository_.files[id]; }
     /// Returns what a file states; an empty one where nothing is known.
-    [[nodiscard]] const syntax::Syntax& syntax(FileId id) const;
+    [[nodiscard]] const syntax::Syntax& syntax(FileId id) const { return *syntaxes_[id]; }
 
     // Names.
 
@@ -143,6 +143,7 @@ class Catalog {
     [[nodiscard]] Name bound_name(const ImportPlace& place) const;
 
     const Repository& repository_;
+    std::vector<const syntax::Syntax*> syntaxes_;  // by file; none is null
     Spellings spellings_;
     std::vector<std::vector<Name>> names_of_files_;  // by file, then by its own number of the name
     std::vector<Symbol> first_symbols_;              // by file; one more element holds the number of all
