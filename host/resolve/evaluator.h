@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -56,6 +57,9 @@ class Evaluator {
     Meaning global(FileId file, const syntax::Expression& name);
     Meaning import_meaning(const ImportPlace& place);
     Meaning imported_modules(const ImportPlace& place, const syntax::Import& import);
+    [[nodiscard]] std::vector<ImportPlace> leading_apart(std::span<const ImportPlace> stars) const;
+    [[nodiscard]] bool is_passed_on(const ImportPlace& place) const;
+    const std::vector<ImportPlace>& passed_on_stars(Container container);
     Meaning exported(Container container, Name name);
     Meaning compute_exported(Container container, Name name);
     Meaning member_of_whole(Container module, Name name);
@@ -103,6 +107,9 @@ class Evaluator {
     const Languages& languages_;
     const FurtherBases& further_bases_;
     MeaningMemory memory_;
+    // Imports of all names that lead apart, at the top of a file, and passed on by a container.
+    std::unordered_map<FileId, std::vector<ImportPlace>> stars_of_files_;
+    std::unordered_map<Container, std::vector<ImportPlace>> passed_on_stars_;
 };
 
 /// Adds an entity unless it is there.

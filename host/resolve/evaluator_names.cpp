@@ -3,7 +3,11 @@
 #include "host/resolve/evaluator.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 
 namespace host::resolve {
 
@@ -158,7 +162,11 @@ Meaning Evaluator::named_at_top(FileId file, Name name, Space space) {
     if (!found.empty()) {
         return found;
     }
-    for (const ImportPlace& place : catalog_.star_imports_of(file)) {
+    const auto [stars, is_new] = stars_of_files_.try_emplace(file);
+    if (is_new) {
+        stars->second = leading_apart(catalog_.star_imports_of(file));
+    }
+    for (const ImportPlace& place : stars->second) {
         add_once(found, members(import_meaning(place), name));
     }
     if (rules.has_no_clashing_stars && !std::ranges::all_of(found, is_foreign)) {
@@ -213,6 +221,46 @@ Meaning Evaluator::imported_modules(const ImportPlace& place, const syntax::Impo
     return modules;
 }
 
+// Of imports of all names those that may bring some: of several that lead to the same, the first. Among all #include of
+// a program that leaves one that leads out of it.
+std::vector<ImportPlace> Evaluator::leading_apart(std::span<const ImportPlace> stars) const {
+    std::vector<ImportPlace> apart;
+    std::set<std::tuple<bool, std::vector<Container>, std::vector<std::string>, Name>> led_to;
+    for (const ImportPlace& place : stars) {
+        if (languages_.rules(place.file) == nullptr) {
+            continue;
+        }
+        const syntax::Import& import = catalog_.syntax(place.file).imports[place.import];
+        Found found = languages_.modules(place.file).find(place.file, import);
+        const bool leads_on = found.is_foreign || !found.modules.empty();
+        if (leads_on && led_to
+                            .emplace(found.is_foreign, std::move(found.modules), std::move(found.path),
+                                     catalog_.name(place.file, import.original))
+                            .second) {
+            apart.push_back(place);
+        }
+    }
+    return apart;
+}
+
+// Whether what an import binds can be imported from where it stands.
+bool Evaluator::is_passed_on(const ImportPlace& place) const {
+    const LanguageRules* const rules = languages_.rules(place.file);
+    return catalog_.syntax(place.file).imports[place.import].is_exported ||
+           (rules != nullptr && rules->exports_imports);
+}
+
+const std::vector<ImportPlace>& Evaluator::passed_on_stars(Container container) {
+    const auto [known, is_new] = passed_on_stars_.try_emplace(container);
+    if (is_new) {
+        std::vector<ImportPlace> stars;
+        std::ranges::copy_if(catalog_.star_imports(container), std::back_inserter(stars),
+                             [&](const ImportPlace& place) { return is_passed_on(place); });
+        known->second = leading_apart(stars);
+    }
+    return known->second;
+}
+
 // What others can have of a module or namespace by this name.
 Meaning Evaluator::exported(Container container, Name name) {
     return name == NONE
@@ -227,11 +275,6 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
             found.push_back(symbol_entity(symbol));
         }
     }
-    const auto is_passed_on = [&](const ImportPlace& place) {
-        const LanguageRules* const rules = languages_.rules(place.file);
-        return catalog_.syntax(place.file).imports[place.import].is_exported ||
-               (rules != nullptr && rules->exports_imports);
-    };
     for (const ImportPlace& place : catalog_.imports(container, name)) {
         if (is_passed_on(place)) {
             add_once(found, import_meaning(place));
@@ -246,10 +289,8 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
         }
     }
     if (found.empty()) {
-        for (const ImportPlace& place : catalog_.star_imports(container)) {
-            if (is_passed_on(place)) {
-                add_once(found, members(import_meaning(place), name));
-            }
+        for (const ImportPlace& place : passed_on_stars(container)) {
+            add_once(found, members(import_meaning(place), name));
         }
     }
     return found.empty() ? member_of_whole(container, name) : found;

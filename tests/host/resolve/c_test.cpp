@@ -165,6 +165,19 @@ TEST(Cpp, MacrosAndSeveralNamespacesLeadIntoNamespaces) {
         "b.h:n b.h:n.f b.h:n.C");
 }
 
+TEST(Cpp, HoweverManyFilesAreIncludedNamespacesAreFoundInOneAnother) {
+    std::map<std::string, std::string> sources{{"z.cpp",
+                                                "namespace a { namespace b { int f(); } }\n"
+                                                "using namespace a;\nusing namespace b;\nint g() { return f(); }\n"}};
+    for (int at = 0; at < 21; ++at) {
+        std::string& text = sources["a" + std::to_string(at) + ".cpp"];
+        for (int header = 0; header < 1'000; ++header) {
+            text += "#include <" + std::to_string(header) + ".h>\n";
+        }
+    }
+    EXPECT_EQ(targets_from("z.cpp", sources), "z.cpp:a.b.f");
+}
+
 TEST(Cpp, MembersAreThoseOfTheStatedTypeAndOfItsBases) {
     EXPECT_EQ(resolved({{"a.cc", "#include \"a.h\"\nnamespace n {\nint A::m() { return b + B::s(); }\n"
                                  "int f(std::vector<A*> all) { return all[0]->m(); }\n}"},
