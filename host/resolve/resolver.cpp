@@ -68,7 +68,7 @@ class Resolver::Linked {
             }
             const auto add = [&](const Target& target, Evidence evidence) {
                 Reference& reference =
-                    found.try_emplace({target, evidence}, Reference{target, evidence, 0, mention.line}).first->second;
+                    found.try_emplace({target, evidence}, Reference{target, 0, mention.line, evidence}).first->second;
                 reference.count += mention.count;
                 reference.line = std::min(reference.line, mention.line);
             };
@@ -81,6 +81,7 @@ class Resolver::Linked {
                 }
             }
         }
+        references.references.reserve(found.size());
         for (const auto& [key, reference] : found) {
             references.references.push_back(reference);
         }

@@ -30,9 +30,9 @@ struct Target {
 /// All references from one file to one declaration with one kind of evidence.
 struct Reference {
     Target target;
-    Evidence evidence = Evidence::AMBIGUOUS;
     std::int64_t count = 0;  ///< name tokens
     std::uint32_t line = 0;  ///< of the first, 1-based
+    Evidence evidence = Evidence::AMBIGUOUS;
 };
 
 /// A name token, and one of the declarations that it leads to.
