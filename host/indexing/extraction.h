@@ -26,9 +26,9 @@ namespace host::indexing {
 /// A declaration of a file.
 struct Declaration {
     SymbolNumber symbol = 0;  ///< of merged symbols, the one that gave kind and lines
-    std::string_view kind;    ///< class, struct, interface, enum, type, function, method, ...; of static storage
-    LineSpan lines;
     bool is_public = false;
+    LineSpan lines;
+    std::string_view kind;  ///< class, struct, interface, enum, type, function, method, ...; of static storage
     SpooledText signature;
     std::vector<SpooledText> further_signatures;  ///< of the symbols merged into it, in order of definition
     SpooledText documentation;                    ///< its own, else that of the first merged symbol that has one

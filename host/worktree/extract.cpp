@@ -18,29 +18,31 @@ using indexing::ImportReport;
 using resolve::Evidence;
 using resolve::FileId;
 
-// Returns what a file declares. References to a constructor lead to its type. Alternatives are one declaration, from
-// the first line of the first to the last of the last.
+// Takes from a file what it declares. References to a constructor lead to its type. Alternatives are one declaration,
+// from the first line of the first to the last of the last.
 FileDeclarations declared_in(ReadFile& file, FileId id, const SourceSymbols& symbols) {
     FileDeclarations declared;
     declared.line_count = file.facts.line_count;
     declared.modules.push_back(symbols.number({id, resolve::Target::MODULE}));
     const std::vector<syntax::Declaration>& stated = file.facts.syntax.declarations;
     std::unordered_map<syntax::DeclarationId, std::uint32_t> places;
-    declared.declarations.reserve(file.declarations.size());
-    for (ReadDeclaration& read : std::exchange(file.declarations, {})) {
-        const syntax::DeclarationId of = stated[read.id].alternative_of;
-        const syntax::DeclarationId first = of == syntax::NO_DECLARATION ? read.id : of;
-        const auto [place, is_new] =
-            places.try_emplace(first, static_cast<std::uint32_t>(declared.declarations.size()));
+    std::vector<indexing::Declaration>& rows = declared.declarations = std::move(file.declarations);
+    std::uint32_t kept = 0;
+    for (std::size_t at = 0; at < rows.size(); ++at) {
+        const syntax::DeclarationId of = stated[rows[at].symbol].alternative_of;
+        const syntax::DeclarationId first = of == syntax::NO_DECLARATION ? rows[at].symbol : of;
+        const auto [place, is_new] = places.try_emplace(first, kept);
         if (is_new) {
-            read.row.symbol = symbols.number({id, first});
-            declared.declarations.push_back(std::move(read.row));
+            std::swap(rows[kept], rows[at]);
+            rows[kept].symbol = symbols.number({id, first});
+            ++kept;
         } else {
-            indexing::Declaration& row = declared.declarations[place->second];
-            row.lines.last = std::max(row.lines.last, read.row.lines.last);
-            row.further_signatures.push_back(read.row.signature);
+            indexing::Declaration& row = rows[place->second];
+            row.lines.last = std::max(row.lines.last, rows[at].lines.last);
+            row.further_signatures.push_back(rows[at].signature);
         }
     }
+    rows.resize(kept);
     declared.symbols.reserve(places.size());
     for (const auto& [declaration, place] : places) {
         const indexing::Declaration& row = declared.declarations[place];
@@ -122,18 +124,17 @@ void report_file(const ReadFile& file, ImportReport& report) {
 
 }  // namespace
 
-std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool) {
-    std::vector<ReadDeclaration> spooled;
+std::vector<indexing::Declaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool) {
+    std::vector<indexing::Declaration> spooled;
     spooled.reserve(declarations.size());
     for (const DeclarationFacts& facts : declarations) {
-        spooled.push_back({facts.id,
-                           {.symbol = 0,
-                            .kind = facts.kind,
-                            .lines = facts.lines,
-                            .is_public = facts.is_public,
-                            .signature = spool.add(facts.signature),
-                            .further_signatures = {},
-                            .documentation = spool.add(facts.documentation)}});
+        spooled.push_back({.symbol = facts.id,
+                           .is_public = facts.is_public,
+                           .lines = facts.lines,
+                           .kind = facts.kind,
+                           .signature = spool.add(facts.signature),
+                           .further_signatures = {},
+                           .documentation = spool.add(facts.documentation)});
     }
     return spooled;
 }
@@ -141,7 +142,7 @@ std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declar
 void resolve_names(ReadFile& file, FileId id, const resolve::Resolver& resolver) {
     file.references = resolver.references_of(id);
     std::erase_if(file.declarations,
-                  [&](const ReadDeclaration& each) { return resolver.is_defined_elsewhere(id, each.id); });
+                  [&](const indexing::Declaration& each) { return resolver.is_defined_elsewhere(id, each.symbol); });
 }
 
 indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,

@@ -14,18 +14,14 @@
 
 namespace host::worktree {
 
-/// A declaration as an index holds it.
-struct ReadDeclaration {
-    syntax::DeclarationId id = 0;
-    indexing::Declaration row;  ///< its symbol is not set
-};
-
 /// A file of the checkout, read, and then resolved. Its texts are in a spool.
 struct ReadFile {
     std::string path;
     std::int64_t content_hash = 0;  ///< 0 when it could not be read
     SourceFacts facts;
-    std::vector<ReadDeclaration> declarations;  ///< those of `facts`, which serve no further
+    /// Those of `facts`, which serve no further. Their symbols are their numbers in `facts.syntax`, until `extract` gives
+    /// them numbers among those of all files.
+    std::vector<indexing::Declaration> declarations;
     resolve::References references;
 };
 
@@ -35,8 +31,8 @@ struct FoundNames {
     std::vector<resolve::FileId> imports;
 };
 
-/// Puts the texts of declarations into the spool.
-std::vector<ReadDeclaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool);
+/// Returns the declarations as a `ReadFile` has them, with their texts in the spool.
+std::vector<indexing::Declaration> spooled(const std::vector<DeclarationFacts>& declarations, TextSpool& spool);
 
 /// Resolves the names of the file with this number, and drops its declarations that are defined elsewhere. May be
 /// called for several files at once.
