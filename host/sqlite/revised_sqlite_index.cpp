@@ -16,33 +16,17 @@ std::string note(const SqliteConnection& connection, std::string_view key) {
     return note.step() ? std::string(note.text(0)) : "";
 }
 
-// Runs statements that change rows, one for each set of values.
-class Change {
-  public:
-    Change(const SqliteConnection& connection, std::string_view sql) : statement_(connection, sql) {}
-
-    template <class... Values>
-    void run(const Values&... values) {
-        int parameter = 0;
-        (statement_.bind(++parameter, values), ...);
-        statement_.run();
-    }
-
-  private:
-    Statement statement_;
-};
-
 void revise_files(const SqliteConnection& connection, const Revision& revision, SqliteRowWriter& writer) {
-    Change file(connection, "UPDATE files SET content_hash = ?2, declared_lines = ?3 WHERE id = ?1");
-    Change lines(connection, "UPDATE symbols SET start_line = ?2, end_line = ?3 WHERE id = ?1");
-    Change no_description(connection, "DELETE FROM descriptions WHERE symbol_id = ?1");
-    Change no_edges(connection, "DELETE FROM edges WHERE source_file_id = ?1");
+    Statement file(connection, "UPDATE files SET content_hash = ?2, declared_lines = ?3 WHERE id = ?1");
+    Statement lines(connection, "UPDATE symbols SET start_line = ?2, end_line = ?3 WHERE id = ?1");
+    Statement no_description(connection, "DELETE FROM descriptions WHERE symbol_id = ?1");
+    Statement no_edges(connection, "DELETE FROM edges WHERE source_file_id = ?1");
     for (const RevisedFile& revised : revision.files) {
-        file.run(revised.id, revised.content_hash, revised.declared_lines);
-        no_edges.run(revised.id);
+        file.run_with(revised.id, revised.content_hash, revised.declared_lines);
+        no_edges.run_with(revised.id);
         for (const auto& [id, first_line, last_line, signature, documentation] : revised.declarations) {
-            lines.run(id, first_line, last_line);
-            no_description.run(id);
+            lines.run_with(id, first_line, last_line);
+            no_description.run_with(id);
             if (!signature.empty() || !documentation.empty()) {
                 writer.add(DescriptionRow{id, signature, documentation});
             }
@@ -56,12 +40,12 @@ void revise_rows(const SqliteConnection& connection, const Revision& revision) {
     for (const EdgeRow& edge : revision.edges) {
         writer.add(edge);
     }
-    Change uses(connection, "UPDATE symbols SET uses = uses + ?2 WHERE id = ?1");
+    Statement uses(connection, "UPDATE symbols SET uses = uses + ?2 WHERE id = ?1");
     for (const auto& [declaration, more] : revision.uses) {
-        uses.run(declaration, more);
+        uses.run_with(declaration, more);
     }
-    Change report(connection, "UPDATE meta SET value = ?2 WHERE key = ?1");
-    report.run(notes::REPORT, std::string_view(revision.report));
+    Statement report(connection, "UPDATE meta SET value = ?2 WHERE key = ?1");
+    report.run_with(notes::REPORT, std::string_view(revision.report));
 }
 
 }  // namespace

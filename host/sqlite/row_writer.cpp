@@ -2,18 +2,6 @@
 
 namespace host {
 
-namespace {
-
-// Inserts one row of values, in the order of the statement's parameters.
-template <class... Values>
-void insert(Statement& statement, const Values&... values) {
-    int parameter = 0;
-    (statement.bind(++parameter, values), ...);
-    statement.run();
-}
-
-}  // namespace
-
 SqliteRowWriter::SqliteRowWriter(const SqliteConnection& connection)
     : notes_(connection, "INSERT INTO meta(key, value) VALUES(?1, ?2)"),
       files_(connection, "INSERT INTO files(id, path, language, content_hash, declarations, declared_lines) "
@@ -28,32 +16,33 @@ SqliteRowWriter::SqliteRowWriter(const SqliteConnection& connection)
                          "VALUES(?1, ?2, ?3, ?4, ?5)") {}
 
 void SqliteRowWriter::note(std::string_view key, std::string_view value) {
-    insert(notes_, key, value);
+    notes_.run_with(key, value);
 }
 
 void SqliteRowWriter::add(const FileRow& row) {
-    insert(files_, row.id, row.path, row.language.value_or(""), row.content_hash, row.declarations, row.declared_lines);
+    files_.run_with(row.id, row.path, row.language.value_or(""), row.content_hash, row.declarations,
+                    row.declared_lines);
 }
 
 void SqliteRowWriter::add(const LanguageRow& row) {
-    insert(languages_, row.name, std::int64_t{row.import_resolved ? 1 : 0});
+    languages_.run_with(row.name, std::int64_t{row.import_resolved ? 1 : 0});
 }
 
 void SqliteRowWriter::add(const DeclarationRow& row) {
-    insert(declarations_, row.id, row.file, row.name, row.fqn, row.kind, std::int64_t{row.is_export ? 1 : 0},
-           row.first_line, row.last_line, row.uses);
+    declarations_.run_with(row.id, row.file, row.name, row.fqn, row.kind, std::int64_t{row.is_export ? 1 : 0},
+                           row.first_line, row.last_line, row.uses);
 }
 
 void SqliteRowWriter::add(const DescriptionRow& row) {
-    insert(descriptions_, row.declaration, row.signature, row.documentation);
+    descriptions_.run_with(row.declaration, row.signature, row.documentation);
 }
 
 void SqliteRowWriter::add(const ResolutionRow& row) {
-    insert(resolutions_, row.id, row.name);
+    resolutions_.run_with(row.id, row.name);
 }
 
 void SqliteRowWriter::add(const EdgeRow& row) {
-    insert(edges_, row.source, row.target, row.resolution, row.references, row.first_line);
+    edges_.run_with(row.source, row.target, row.resolution, row.references, row.first_line);
 }
 
 }  // namespace host

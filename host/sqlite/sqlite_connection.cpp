@@ -176,11 +176,19 @@ Statement::Statement(const SqliteConnection& connection, std::string_view sql) :
 }
 
 void Statement::bind(int parameter, std::string_view text) {
+    bind(parameter, text, true);
+}
+
+void Statement::bind_in_place(int parameter, std::string_view text) {
+    bind(parameter, text, false);
+}
+
+void Statement::bind(int parameter, std::string_view text, bool is_copied) {
     connection_.allow_for(text.size());
     // An empty view may have no address, which SQLite would take for NULL.
     const char* characters = text.empty() ? "" : text.data();
-    const int code =
-        sqlite3_bind_text64(statement_.get(), parameter, characters, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    const int code = sqlite3_bind_text64(statement_.get(), parameter, characters, text.size(),
+                                         is_copied ? SQLITE_TRANSIENT : SQLITE_STATIC, SQLITE_UTF8);
     if (code != SQLITE_OK) {
         connection_.fail(code);
     }

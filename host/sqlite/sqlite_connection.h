@@ -104,6 +104,13 @@ class Statement {
     bool step();
     /// Runs a statement that returns no rows, and makes it ready to be bound and run again.
     void run();
+    /// Runs a statement that returns no rows with these values of its parameters, in order. Texts are not copied.
+    template <class... Values>
+    void run_with(const Values&... values) {
+        int parameter = 0;
+        (bind_in_place(++parameter, values), ...);
+        run();
+    }
     /// Makes the statement ready to be bound and run again.
     void reset();
 
@@ -118,6 +125,12 @@ class Statement {
     struct Finalizer {
         void operator()(sqlite3_stmt* statement) const;
     };
+
+    // A text must outlive the run.
+    void bind_in_place(int parameter, std::string_view text);
+    void bind_in_place(int parameter, const std::optional<std::int64_t>& integer) { bind(parameter, integer); }
+    void bind(int parameter, std::string_view text, bool is_copied);
+
     const SqliteConnection& connection_;
     std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
 };
