@@ -1,6 +1,7 @@
 #include "host/worktree/extract.h"
 
 #include "host/sources/language.h"
+#include "host/worktree/free_memory.h"
 #include "host/worktree/source_symbols.h"
 
 #include <algorithm>
@@ -50,6 +51,15 @@ FileDeclarations declared_in(ReadFile& file, FileId id, const SourceSymbols& sym
         declared.symbols.push_back({row.symbol, type == places.end() ? place : type->second, row.lines.count(), true});
     }
     return declared;
+}
+
+// Forgets what served to resolve names.
+void forget_expressions(std::span<ReadFile> files) {
+    for (ReadFile& file : files) {
+        file.facts.syntax.expressions = std::vector<syntax::Expression>();  // {} would keep the memory
+        file.facts.syntax.lists = std::vector<syntax::ExpressionId>();
+    }
+    release_free_memory();
 }
 
 void add_references(const resolve::References& found, const SourceSymbols& symbols, indexing::TokenTable& names,
@@ -150,6 +160,7 @@ indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repositor
     indexing::Extraction extraction;
     extraction.files.reserve(repository.files.size());
     auto symbols = std::make_unique<SourceSymbols>(repository);
+    forget_expressions(files);
     for (FileId id = 0; id < files.size(); ++id) {
         ReadFile& file = files[id];
         indexing::ExtractedFile extracted;

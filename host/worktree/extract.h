@@ -40,8 +40,8 @@ void resolve_names(ReadFile& file, resolve::FileId id, const resolve::Resolver& 
 
 /// Returns what an index is made from. `repository` holds the files in the order of `files`, and then those that
 /// another front end describes (read_sources.h), of which `described` is what the resolver found. `repository` and what
-/// it points at must outlive the extraction. Takes declarations and references out of `files`. Adds to `report` what
-/// was read, and what could not be.
+/// it points at must outlive the extraction. Takes declarations, references and expressions out of `files`. Adds to
+/// `report` what was read, and what could not be.
 indexing::Extraction extract(std::span<ReadFile> files, const resolve::Repository& repository,
                              std::span<const FoundNames> described, indexing::ImportReport& report);
 

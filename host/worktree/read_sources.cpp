@@ -3,22 +3,12 @@
 #include "host/manifests/manifests.h"
 #include "host/resolve/resolver.h"
 #include "host/threads/all_cores.h"
+#include "host/worktree/free_memory.h"
 #include "host/worktree/source_reading.h"
-
-#include <malloc.h>
 
 #include <cstddef>
 
 namespace host::worktree {
-
-namespace {
-
-// Gives free memory back to the system, which the allocator keeps for each thread: others go on, and could not use it.
-void release_free_memory() {
-    malloc_trim(0);
-}
-
-}  // namespace
 
 ReadSources::ReadSources(const Checkout& checkout, const ListedSources& listed, const KnownSources* known,
                          TextSpool& spool, indexing::Progress& progress)

@@ -46,7 +46,15 @@ SourceSymbols::SourceSymbols(const resolve::Repository& repository)
     indexing::SymbolNumber next = 0;
     for (const resolve::File& file : repository.files) {
         first_.push_back(next);
-        next += file.syntax == nullptr ? 0 : static_cast<indexing::SymbolNumber>(file.syntax->declarations.size());
+        if (file.syntax == nullptr) {
+            continue;
+        }
+        for (const Declaration& declaration : file.syntax->declarations) {
+            if (const std::string_view owner = name_in(*file.syntax, declaration.owner); !owner.empty()) {
+                owners_.emplace(next, owner);
+            }
+            ++next;
+        }
     }
     first_.push_back(next);
 }
@@ -67,8 +75,8 @@ indexing::DeclarationName SourceSymbols::name_of(indexing::SymbolNumber symbol, 
     while (id != syntax::NO_DECLARATION) {
         const Declaration& declaration = syntax.declarations[id];
         names.push_back(syntax.written_name(declaration));
-        if (const std::string_view owner = name_in(syntax, declaration.owner); !owner.empty()) {
-            names.push_back(owner);
+        if (const auto owner = owners_.find(first_[file] + id); owner != owners_.end()) {
+            names.push_back(owner->second);
         }
         id = declaration.parent;
     }

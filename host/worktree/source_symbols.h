@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace host::worktree {
@@ -14,7 +16,7 @@ namespace host::worktree {
 /// Symbols are numbered by file and declaration; then come the modules, by file.
 class SourceSymbols : public indexing::Symbols {
   public:
-    /// `repository` must outlive the object.
+    /// `repository` must outlive the object, but for the expressions and lists of its files.
     explicit SourceSymbols(const resolve::Repository& repository);
 
     [[nodiscard]] indexing::SymbolNumber number(const resolve::Target& target) const;
@@ -33,6 +35,8 @@ class SourceSymbols : public indexing::Symbols {
     const resolve::Repository& repository_;
     std::vector<std::string> modules_;
     std::vector<indexing::SymbolNumber> first_;  // by file; one more element holds the number of all declarations
+    /// Of declarations that stand outside of their types: what these are called. Of a text of the repository.
+    std::unordered_map<indexing::SymbolNumber, std::string_view> owners_;
 };
 
 }  // namespace host::worktree
