@@ -9,11 +9,14 @@ all: build/dev/build.ninja
 test: all
 	ctest --preset dev
 
-# The same tests under the sanitizers: of memory and undefined behaviour, then of threads.
-sanitize:
-	tools/install-packages build sanitize
-	tools/without-aslr cmake --workflow --preset asan
-	tools/without-aslr cmake --workflow --preset tsan
+# The same tests, those with a server too, under the sanitizers: of memory and undefined behaviour, then of threads.
+sanitize: sanitize-asan sanitize-tsan
+
+sanitize-%:
+	tools/install-packages build sanitize server
+	tools/without-aslr cmake --workflow --preset $*
+	cmake --build --preset $* --target server_tests server_load
+	tools/without-aslr tools/with-postgresql tests/host/postgresql/run build/$* 10
 
 # Arbitrary input for every fuzz target, under the sanitizers of memory: for FUZZ_SECONDS, or FUZZ_RUNS inputs that are the same each time.
 FUZZ_SECONDS = 60
