@@ -22,6 +22,7 @@ struct Question {
     std::uint32_t first = 0;
     std::uint32_t second = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr,readability-implicit-bool-conversion): it misreads the default
     friend auto operator<=>(const Question&, const Question&) = default;
 };
 

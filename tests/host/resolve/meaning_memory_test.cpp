@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace host::resolve {
@@ -63,11 +64,22 @@ TEST(MeaningMemory, GivesCirclesTheSameMeaningsWhateverIsAskedFirst) {
         // 0 to 3 depend on one another by two circles, 4 on these, and they on 5, which depends on itself.
         Questions questions({{1, 3}, {2}, {0, 5}, {2}, {0}, {5}});
         questions.meaning(first);
-        for (const std::uint32_t in_circle : {0, 1, 2, 3}) {
+        for (std::uint32_t in_circle = 0; in_circle < 4; ++in_circle) {
             EXPECT_EQ(questions.ids(in_circle), (Ids{0, 1, 2, 3, 5})) << first << ' ' << in_circle;
         }
         EXPECT_EQ(questions.ids(4), (Ids{0, 1, 2, 3, 4, 5})) << first;
         EXPECT_EQ(questions.ids(5), Ids{5}) << first;
+    }
+}
+
+TEST(MeaningMemory, GivesCirclesWithinCirclesTheSameMeaningsWhateverIsAskedFirst) {
+    for (std::uint32_t first = 0; first < 4; ++first) {
+        // 1 and 2 are a circle, and so are all: 3 needs 2 when that is an answer for the time being.
+        Questions questions({{1, 3}, {2, 0}, {1}, {2}});
+        questions.meaning(first);
+        for (std::uint32_t question = 0; question < 4; ++question) {
+            EXPECT_EQ(questions.ids(question), (Ids{0, 1, 2, 3})) << first << ' ' << question;
+        }
     }
 }
 
