@@ -168,10 +168,7 @@ class Load {
 
     // Counts failures by what is wrong, wherever it was.
     void count(const std::string& what, std::string failure) {
-        failure = std::regex_replace(failure,
-                                     std::regex("^wiki-scope: [^ ]*|connection to server [a-z ]*\"[^\"]*\" failed:|"
-                                                "; the index of .* is as it was before"),
-                                     "");
+        failure = std::regex_replace(failure, place_, "");
         counts_.add(what + (failure.empty() ? "" : " failed:" + failure));
     }
 
@@ -228,6 +225,8 @@ class Load {
     std::vector<std::string> pages_;  // of each version
     std::array<Repository, REPOSITORIES> repositories_;
     Counts counts_;
+    const std::regex place_{"^wiki-scope: [^ ]*|connection to server [a-z ]*\"[^\"]*\" failed:|"
+                            "; the index of .* is as it was before"};  // in failures
 };
 
 }  // namespace
