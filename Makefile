@@ -98,8 +98,8 @@ style:
 	tools/install-packages style
 	tools/check-style
 
-# The same, static analyses, and the second compiler's warnings: no findings. What has not changed since there were none
-# is not checked again, in no checkout of this user's; LINT_MARKS names another folder that remembers it.
+# The same, static analyses, and the second compiler's warnings: no findings. What is as it was when nothing was found is
+# skipped, in every checkout of a user. LINT_MARKS names another folder that remembers it.
 lint: style
 	tools/install-packages build sanitize bench lint
 	tools/lint

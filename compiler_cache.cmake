@@ -1,5 +1,4 @@
-# What has been compiled before is not compiled again, where ccache is installed. The presets have it know a file wherever
-# the checkout lies.
+# Where ccache is installed, it keeps what is compiled. The presets let all checkouts of a user share that.
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})

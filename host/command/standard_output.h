@@ -49,8 +49,8 @@ void write_to(TextPieces& text, Write write) {
     write(out);
 }
 
-/// Prints what `write` writes while it does so: for what nothing but the output can keep from being written. Throws what
-/// `write` throws, and `std::runtime_error` with one line when the output cannot be written completely.
+/// Prints what `write` writes, piece by piece. It is for results of which only the output can fail. Throws what `write`
+/// throws, and `std::runtime_error` with one line when the output cannot be written completely.
 template <class Write>
 void print_at_once(Write write) {
     std::cout.exceptions(std::ios::badbit);  // throws at once, while errno holds the reason

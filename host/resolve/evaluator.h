@@ -18,8 +18,8 @@ namespace host::resolve {
 /// Types that a type has beside those that its own declaration states: `impl Trait for Type`.
 using FurtherBases = std::unordered_map<Symbol, std::vector<Place>>;
 
-/// Evaluates the expressions of a repository, for one thread. What it found out it keeps; a result does not depend on
-/// what was evaluated before.
+/// Evaluates the expressions of a repository, for one thread. What it found out it keeps; `MeaningMemory` says how far a
+/// result is independent of that.
 class Evaluator {
   public:
     /// All must outlive the object. The catalog must be linked.
