@@ -5,6 +5,7 @@
 #include "host/sqlite/row_writer.h"
 #include "host/sqlite/schema.h"
 #include "host/sqlite/sqlite_index.h"
+#include "tests/host/locations.h"
 #include "tests/host/server.h"
 
 #include <gtest/gtest.h>
@@ -51,16 +52,16 @@ class IndexedFolder : public testing::Test {
     /// Changes the index as no import would.
     void change(const std::string& sql) const { SqliteConnection(index, SqliteConnection::Mode::CREATE).execute(sql); }
 
-    /// Runs a line of shell in the folder.
+    /// Runs a line of shell in the folder; there the command is wiki-scope.
     [[nodiscard]] Outcome shell(const std::string& line) const {
-        const std::string all = "cd '" + folder / "" + "' && exec >out 2>err; " + line;
+        const std::string all = finding_command("cd '" + folder / "" + "' && exec >out 2>err; " + line);
         const int status = std::system(all.c_str());  // NOLINT(cert-env33-c): a test of a command
         constexpr int OF_SIGNALS = 128;               // as shells count
         const int exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : OF_SIGNALS + WTERMSIG(status);
         return {exit_code, folder.read("out"), folder.read("err")};
     }
     [[nodiscard]] Outcome run(const std::string& arguments) const {
-        return shell("'" WIKI_SCOPE "' " + with_served_index(arguments));
+        return shell("wiki-scope " + with_served_index(arguments));
     }
 
     /// The index as it is read: the file, or a copy of it in the server that tests use.

@@ -134,9 +134,9 @@ TEST_F(Command, ExplainsInOneLineWhatIsWrongWithItsArguments) {
 
 TEST_F(Command, FindsItsIndexByOptionEnvironmentOrCheckout) {
     const auto failure = [&](const std::string& command) { return shell(command).err; };
-    const std::string stats = "'" WIKI_SCOPE "' stats";
+    const std::string stats = "wiki-scope stats";
     const std::string missing = ".db: no such index; make one with: wiki-scope import FOLDER --index ";
-    EXPECT_EQ(failure("'" WIKI_SCOPE "' import good.scip"),
+    EXPECT_EQ(failure("wiki-scope import good.scip"),
               "wiki-scope: --index is required (see wiki-scope import --help)\n");
     folder.write(".wiki-scope.toml", "index = 'named.db'");
     EXPECT_EQ(failure(stats), "wiki-scope: named" + missing + "named.db (.wiki-scope.toml names this index)\n");
@@ -144,9 +144,9 @@ TEST_F(Command, FindsItsIndexByOptionEnvironmentOrCheckout) {
               "wiki-scope: set" + missing + "set.db (WIKI_SCOPE_INDEX names this index)\n");
     EXPECT_EQ(failure("WIKI_SCOPE_INDEX=set.db " + stats + " --index given.db"),
               "wiki-scope: given" + missing + "given.db\n");
-    EXPECT_EQ(failure("mkdir sub; cd sub; '" WIKI_SCOPE "' page a --checkout .."),
+    EXPECT_EQ(failure("mkdir sub; cd sub; wiki-scope page a --checkout .."),
               "wiki-scope: ../named" + missing + "../named.db (../.wiki-scope.toml names this index)\n");
-    EXPECT_EQ(shell("'" WIKI_SCOPE "' import good.scip && " + stats).exit_code, 0);
+    EXPECT_EQ(shell("wiki-scope import good.scip && " + stats).exit_code, 0);
     folder.write(".wiki-scope.toml", "index = 'postgresql://me:pw@db/wiki'");
     EXPECT_NE(failure(stats).find("/.wiki-scope.toml:1: `index` must be a file below this folder; "),
               std::string::npos);
@@ -154,7 +154,7 @@ TEST_F(Command, FindsItsIndexByOptionEnvironmentOrCheckout) {
 }
 
 TEST_F(Command, ReadsTheSourcesAroundItWhereNothingNamesAnIndex) {
-    const std::string command = "XDG_CACHE_HOME=\"$OLDPWD/cache\" '" WIKI_SCOPE "' ";
+    const std::string command = "XDG_CACHE_HOME=\"$OLDPWD/cache\" wiki-scope ";
     const auto in_checkout = [&](const std::string& arguments) {
         return shell("cd '" + (folder / "checkout/src") + "'; export OLDPWD; " + command + arguments);
     };
@@ -174,7 +174,7 @@ TEST_F(Command, ReadsTheSourcesAroundItWhereNothingNamesAnIndex) {
               "wiki-scope: " + std::filesystem::canonical(folder / "none").string() +
                   ": no source file is there; go to a checkout, or name one with --checkout\n");
     EXPECT_EQ(
-        shell("cd checkout; env -u HOME -u XDG_CACHE_HOME '" WIKI_SCOPE "' stats").err,
+        shell("cd checkout; env -u HOME -u XDG_CACHE_HOME wiki-scope stats").err,
         "wiki-scope: no place for an index: neither XDG_CACHE_HOME nor HOME is set; set XDG_CACHE_HOME to a folder "
         "of your own, or name an index with --index\n");
 }
@@ -210,8 +210,7 @@ TEST_F(Command, TakesPathsFromTheCurrentFolderFirstWhereNothingNamesAnIndex) {
              {"outside", "--checkout ../checkout/src p", "p/a.go"},
          }) {
         const std::string page =
-            shell("export XDG_CACHE_HOME=\"$PWD/cache\"; cd " + from + "; '" WIKI_SCOPE "' page --only files " + path)
-                .out;
+            shell("export XDG_CACHE_HOME=\"$PWD/cache\"; cd " + from + "; wiki-scope page --only files " + path).out;
         std::string files;
         for (std::size_t at = page.find("| `"); at != std::string::npos; at = page.find("\n| `", at)) {
             at = page.find('`', at) + 1;
@@ -240,7 +239,7 @@ TEST_F(Command, ReadsAnImportThatComesThroughAPipe) {
     for (const std::string source : {"cat good.scip | IMPORT -", "(sleep 0.2; cat good.scip) | IMPORT -",
                                      "IMPORT - <good.scip", "mkfifo p; (sleep 0.2; cat good.scip >p) & IMPORT p"}) {
         std::string command = source;
-        command.replace(command.find("IMPORT"), 6, "'" WIKI_SCOPE "' import --index whole.db");
+        command.replace(command.find("IMPORT"), 6, "wiki-scope import --index whole.db");
         EXPECT_EQ(shell(command).out, whole) << source;
     }
 }
@@ -268,7 +267,7 @@ TEST_F(Command, EndsAnImportOnASignalUnlessThatIsIgnored) {
     const auto files = std::distance(std::filesystem::directory_iterator(folder / ""), {}) + 2;  // out and err
     // In the background of a script SIGINT is ignored, SIGTERM is not.
     const auto signalled = [&](const std::string& signal) {
-        return shell("'" WIKI_SCOPE "' import big.scip --index new.db & "
+        return shell("wiki-scope import big.scip --index new.db & "
                      "for tick in $(seq 1000); do [ -e .new.db.wiki-scope-partial ] && break; sleep 0.01; done; "
                      "kill -" +
                      signal + " $!; wait $!");
@@ -296,7 +295,7 @@ TEST_F(Command, AcceptsPathsOfTheMachine) {
     std::filesystem::create_directories(folder / "src/deep");
     std::filesystem::create_directory_symlink(folder / "src", folder / "link");
     const auto cards = [&](const std::string& path, const std::string& from) {
-        return shell("cd " + from + " && '" WIKI_SCOPE "' page --index '" + folder / "index.db" + "' --checkout '" +
+        return shell("cd " + from + " && wiki-scope page --index '" + folder / "index.db" + "' --checkout '" +
                      folder / "" + "' --only files " + path)
             .out;
     };
@@ -395,7 +394,7 @@ TEST_F(Command, PrintsAPageCompletelyOrNotAtAll) {
     change("PRAGMA writable_schema = ON; UPDATE sqlite_schema SET rootpage = "
            "(SELECT rootpage FROM sqlite_schema WHERE name = 'edges') WHERE name = 'descriptions'");
     for (const std::string format : {"json", "markdown"}) {
-        const Outcome page = shell("'" WIKI_SCOPE "' page . --index index.db --checkout . --format " + format);
+        const Outcome page = shell("wiki-scope page . --index index.db --checkout . --format " + format);
         EXPECT_EQ(page.exit_code, 1);
         EXPECT_EQ(page.out, "");
         EXPECT_EQ(page.err, "wiki-scope: index.db: database disk image is malformed; it is not a whole wiki-scope "
@@ -416,7 +415,7 @@ TEST_F(Command, CompletesCommandsOptionsAndFilesInBash) {
              {"find i", ""},
          }) {
         const std::string line = "COMP_WORDS=(wiki-scope " + words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); ";
-        EXPECT_EQ(shell("mkdir -p src; '" WIKI_SCOPE "' completion bash >completion; bash -c '. ./completion; " + line +
+        EXPECT_EQ(shell("mkdir -p src; wiki-scope completion bash >completion; bash -c '. ./completion; " + line +
                         R"(_wiki_scope; [ -z "$COMPREPLY" ] || printf "%s\n" "${COMPREPLY[@]}"')")
                       .out,
                   reply)
@@ -430,7 +429,7 @@ TEST_F(Command, EndsQuietlyWhenItsReaderClosesThePipe) {
     change("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
            "INSERT INTO symbols SELECT i, 1, '', '', '', 1, 1, 1, 0 FROM n LIMIT 2000");
     // Services are often started with the signal ignored.
-    const std::string page = "'" WIKI_SCOPE "' page src --index index.db --checkout . --format json";
+    const std::string page = "wiki-scope page src --index index.db --checkout . --format json";
     EXPECT_EQ(shell("trap '' PIPE; " + page + " | head -c 1").err, "");
 }
 

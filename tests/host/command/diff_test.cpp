@@ -35,7 +35,7 @@ class Diff : public IndexedFolder {
                      line);
     }
     [[nodiscard]] Outcome diff(const std::string& arguments, const std::string& below = "") const {
-        return in_repository("'" WIKI_SCOPE "' diff " + arguments, below);
+        return in_repository("wiki-scope diff " + arguments, below);
     }
 
     const std::string f_changed =
@@ -89,7 +89,7 @@ TEST_F(Diff, ExplainsInOneLineWhatCannotBeCompared) {
         EXPECT_TRUE(outcome.err.starts_with("wiki-scope: " + says)) << outcome.err;
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
     }
-    const Outcome without = shell("mkdir plain && cd plain && '" WIKI_SCOPE "' diff HEAD");
+    const Outcome without = shell("mkdir plain && cd plain && wiki-scope diff HEAD");
     EXPECT_NE(without.err.find("not a checkout of a Git repository; name two indexes instead\n"), std::string::npos)
         << without.err;
 }
@@ -107,7 +107,7 @@ TEST_F(Diff, IsWhatTheServerTellsOfItsIndex) {
                             R"("capabilities":{},"clientInfo":{"name":"t","version":"1"}}})"
                             "\n" +
                                 call(1, "HEAD~1") + "\n" + call(2, "none") + "\n");
-    const std::string answers = in_repository("'" WIKI_SCOPE "' serve <calls").out;
+    const std::string answers = in_repository("wiki-scope serve <calls").out;
     EXPECT_NE(answers.find(json(diff("HEAD~1").out).dump()), std::string::npos) << answers;
     EXPECT_NE(answers.find("none: no revision of the repository in "), std::string::npos) << answers;
 }

@@ -24,7 +24,7 @@ class LittleMemory : public IndexedFolder {
 
     [[nodiscard]] Outcome page(const std::string& kilobytes) const {
         return shell("ulimit -v " + kilobytes +
-                     " && exec '" WIKI_SCOPE "' page . --format json --index index.db --checkout .");
+                     " && exec wiki-scope page . --format json --index index.db --checkout .");
     }
     [[nodiscard]] Outcome page(std::size_t kilobytes) const { return page(std::to_string(kilobytes)); }
 };

@@ -125,7 +125,7 @@ TEST_F(HtmlPage, SharesOutWhatItCountsHoweverMuchThatIs) {
 TEST_F(HtmlPage, IsWrittenWhereNobodyElseReadsAndOpened) {
     folder.write("bin/xdg-open", "#!/bin/sh\ncat \"$1\" >opened\n");
     const std::string view = R"(chmod +x bin/xdg-open && XDG_CACHE_HOME="$PWD/cache" PATH="$PWD/bin:$PATH" DISPLAY=)";
-    const std::string command = " WAYLAND_DISPLAY= '" WIKI_SCOPE "' view src --index index.db --checkout .";
+    const std::string command = " WAYLAND_DISPLAY= wiki-scope view src --index index.db --checkout .";
     const Outcome opened = shell(view + ":0" + command);
     ASSERT_EQ(opened.exit_code, 0) << opened.err;
     EXPECT_EQ(folder.read("opened"), html("src"));

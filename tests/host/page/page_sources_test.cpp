@@ -45,7 +45,7 @@ TEST_F(NotedCheckout, IsReadOnlyForFilesThatTheImportHasRead) {
 }
 
 TEST_F(NotedCheckout, IsReadWholeByWhoeverNamesItOrWorksInIt) {
-    const std::string page = "'" WIKI_SCOPE "' page . --index '" + index + "'";
+    const std::string page = "wiki-scope page . --index '" + index + "'";
     EXPECT_NE(run("page . --index index.db --checkout away").out.find("\nSECRET\n"), std::string::npos);
     EXPECT_NE(shell("cd away && " + page).out.find("\nSECRET\n"), std::string::npos);
     folder.write("away/.git/HEAD", "");

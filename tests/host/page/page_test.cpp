@@ -2,6 +2,7 @@
 
 #include "host/page/requested_page.h"
 #include "tests/host/indexed_folder.h"
+#include "tests/host/locations.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -26,7 +27,7 @@ static_assert(!std::is_copy_constructible_v<Page> && !std::is_move_constructible
 
 // One of the pages that stand beside this file.
 std::string expected_page(const std::string& name) {
-    std::ifstream file(EXPECTED_PAGES "/" + name, std::ios::binary);
+    std::ifstream file(expected_pages() + "/" + name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -77,7 +77,7 @@ void shadow_builtins(Connection& attacker) {
 
 TEST_F(AttackedServer, NeverCallsWhatOthersHavePutIntoAFormerSchemaOfThePath) {
     ASSERT_EQ(run("import in.scip --checkout . --index new.db").exit_code, 0);
-    const std::string expected = shell("'" WIKI_SCOPE "' page a.ts --checkout . --index new.db").out;
+    const std::string expected = shell("wiki-scope page a.ts --checkout . --index new.db").out;
     for (const std::string options : {"", "?options=-csearch_path%3Dpublic,pg_catalog"}) {
         Connection attacker = into_new_database();
         shadow_builtins(attacker);

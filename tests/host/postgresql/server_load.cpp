@@ -7,6 +7,7 @@
 #include "fixtures/temporary_folder.h"
 #include "host/postgresql/connection.h"
 #include "host/postgresql/schema.h"
+#include "tests/host/locations.h"
 
 #include <csignal>
 
@@ -153,7 +154,8 @@ class Load {
     std::string run(const std::string& command, std::size_t thread) const {
         const std::string out = "out" + std::to_string(thread);
         const std::string err = "err" + std::to_string(thread);
-        const std::string line = "'" WIKI_SCOPE "' " + command + " >'" + folder_ / out + "' 2>'" + folder_ / err + "'";
+        const std::string line =
+            host::finding_command("wiki-scope " + command + " >'" + folder_ / out + "' 2>'" + folder_ / err + "'");
         if (std::system(line.c_str()) == 0) {  // NOLINT(cert-env33-c): a test of a command
             return "";
         }

@@ -111,10 +111,10 @@ TEST_F(Server, GivesAPoolCleanSessionsBack) {
 TEST_F(Server, ARepositoryIsCalledAsItsFolderReallyIsWhicheverWayLeadsThere) {
     folder.write("in.scip", scip_file({ScipDocument("a.ts").defines(F)}));
     for (const std::string checkout : {".", "link", "link/", "\"$PWD\""}) {
-        EXPECT_EQ(shell("ln -sfn . link && '" WIKI_SCOPE "' import in.scip --index postgresql:///tested --checkout " +
-                        checkout)
-                      .exit_code,
-                  0)
+        EXPECT_EQ(
+            shell("ln -sfn . link && wiki-scope import in.scip --index postgresql:///tested --checkout " + checkout)
+                .exit_code,
+            0)
             << checkout;
     }
     EXPECT_EQ(run("stats --index postgresql:///tested").exit_code, 0);

@@ -426,7 +426,7 @@ TEST_F(Serve, EndsWithItsInputAndAtOnceOnSigterm) {
     EXPECT_EQ(said[3]["error"]["message"], "a message may have at most 16 MiB");
 
     EXPECT_EQ(shell("mkfifo in.fifo && exec 3<>in.fifo && "
-                    "timeout -k 9 .2 '" WIKI_SCOPE "' serve --index index.db <&3")
+                    "timeout -k 9 .2 wiki-scope serve --index index.db <&3")
                   .exit_code,
               124);  // and not 137, of SIGKILL
     EXPECT_EQ(run("serve --index none.db < in").err,

@@ -20,7 +20,7 @@ class CraftedIndex : public IndexedFolder {
 
     // Runs a command that might never end.
     [[nodiscard]] Outcome run_bounded(const std::string& arguments) const {
-        return shell("timeout 60 '" WIKI_SCOPE "' " + arguments);
+        return shell("timeout 60 wiki-scope " + arguments);
     }
 
     void expect_refusal(const std::string& arguments, const std::string& says, const std::string& crafted) const {
