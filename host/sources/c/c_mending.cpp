@@ -233,19 +233,24 @@ void blank(std::string& text, std::size_t begin, std::size_t end) {
     }
 }
 
-}  // namespace
-
-std::string without_loose_macros(string_view text) {
+std::string without_loose_macros(string_view text, const CTokens& scanned) {
     std::string mended(text);
-    for (const CLooseMacros::Part& part : CLooseMacros(text, scan_c(text)).find()) {
+    for (const CLooseMacros::Part& part : CLooseMacros(text, scanned).find()) {
         blank(mended, part.begin, part.end);
     }
     return mended;
 }
 
+}  // namespace
+
+std::string without_loose_macros(string_view text) {
+    return without_loose_macros(text, scan_c(text));
+}
+
 std::string mended_c(string_view text) {
-    std::string mended = without_loose_macros(text);
-    for (const CSplit& part : split_parts(text, scan_c(text))) {
+    const CTokens scanned = scan_c(text);
+    std::string mended = without_loose_macros(text, scanned);
+    for (const CSplit& part : split_parts(text, scanned)) {
         blank(mended, part.begin, part.end);
     }
     return mended;
