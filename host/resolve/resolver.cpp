@@ -120,7 +120,7 @@ class Resolver::Linked {
         const syntax::Syntax& syntax = catalog_.syntax(file);
         for (const syntax::Import& import : syntax.imports) {
             const Found found = languages_.modules(file).find(file, import);
-            if (found.modules.size() != 1 || !found.path.empty()) {
+            if (import.is_in_comment || found.modules.size() != 1 || !found.path.empty()) {
                 continue;
             }
             const Container module = found.modules.front();

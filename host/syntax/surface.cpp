@@ -59,7 +59,7 @@ class Surface {
     void renumber(Import& import) {
         // Fails to compile when a member is added.
         auto& [own_name, module, original, further, around, built, is_star, is_exported, is_system, is_type,
-               is_in_function] = import;
+               is_in_function, is_in_comment] = import;
         for (NameId* const each : {&own_name, &module, &original, &further}) {
             *each = name(*each);
         }

@@ -163,6 +163,7 @@ struct Import {
     bool is_system = false;
     bool is_type = false;         ///< only for types
     bool is_in_function = false;  ///< binds a local: only IMPORT expressions lead to it
+    bool is_in_comment = false;   ///< says what a type is: the code does not import it
 };
 
 /// How a token uses what it names.

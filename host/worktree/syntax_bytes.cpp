@@ -64,12 +64,12 @@ void write_declaration(ByteWriter& out, const Declaration& declaration) {
 
 void write_import(ByteWriter& out, const Import& import) {
     const auto& [name, module, original, further, around, built, is_star, is_exported, is_system, is_type,
-                 is_in_function] = import;
+                 is_in_function, is_in_comment] = import;
     for (const std::uint32_t number :
          {name, module, original, further, around + 1, static_cast<std::uint32_t>(built)}) {
         out.number(number);
     }
-    write_flags(out, {is_star, is_exported, is_system, is_type, is_in_function});
+    write_flags(out, {is_star, is_exported, is_system, is_type, is_in_function, is_in_comment});
 }
 
 void write_mention(ByteWriter& out, const Mention& mention) {
@@ -204,6 +204,7 @@ class SyntaxReader {
         import.around = declaration_id(syntax_.declarations.size());
         import.built = built();
         Flags flags(in_);
+        import.is_in_comment = flags.last();
         import.is_in_function = flags.last();
         import.is_type = flags.last();
         import.is_system = flags.last();
