@@ -151,6 +151,10 @@ class SyntaxReader {
         return node.exists() ? text_.substr(node.begin(), node.end() - node.begin()) : std::string_view();
     }
 
+    [[nodiscard]] std::string_view text(std::uint32_t begin, std::uint32_t end) const {
+        return text_.substr(begin, end - begin);
+    }
+
     /// Returns a node as a name token.
     [[nodiscard]] syntax::Token token(const Node& node, syntax::Role role = syntax::Role::VALUE,
                                       syntax::Space space = syntax::Space::VALUE) const {

@@ -11,6 +11,7 @@ using syntax::DeclarationId;
 using syntax::ExpressionId;
 using syntax::Kind;
 using syntax::Operation;
+using syntax::UNKNOWN;
 
 bool is_function_value(const Node& node) {
     return node.exists() && (node.type() == "function_expression" || node.type() == "arrow_function" ||
@@ -112,17 +113,20 @@ ExpressionId EcmascriptReader::self_of(DeclarationId type) {
 }
 
 // Notes what a method assigns to a member of its own: `this.a = value`.
-void EcmascriptReader::note_own_member(const Node& left, const Node& right, ExpressionId value) {
+void EcmascriptReader::note_own_member(const Node& left, const Node& right, ExpressionId value, ExpressionId stated) {
     const bool is_member = left.exists() && left.type() == "member_expression";
     const bool is_own = is_member && left.child(fields_.object).exists() && left.child(fields_.object).type() == "this";
     const auto type = types_by_self_.find(context_.self);
-    if (has_types() || !is_own || type == types_by_self_.end() || !right.exists() || right.type() == "null") {
+    const bool is_nothing = !right.exists() || (right.type() == "null" && stated == UNKNOWN);
+    if (has_types() || !is_own || type == types_by_self_.end() || is_nothing) {
         return;
     }
     const Node property = left.child(fields_.property);
     OwnMember& member =
-        own_members_.try_emplace({type->second, text(property)}, OwnMember{property.begin(), {}}).first->second;
+        own_members_.try_emplace({type->second, text(property)}, OwnMember{.offset = property.begin(), .values = {}})
+            .first->second;
     member.values.push_back(value);
+    member.stated = member.stated == UNKNOWN ? stated : member.stated;
 }
 
 // Declares the members that a type has only by such assignments: any of their values.
@@ -135,7 +139,7 @@ void EcmascriptReader::settle_own_members() {
         out_.declare({.name = out_.name(name),
                       .kind = Kind::VALUE,
                       .parent = type,
-                      .type = out_.one_of(member.values),
+                      .type = member.stated == UNKNOWN ? out_.one_of(member.values) : member.stated,
                       .offset = member.offset,
                       .is_hidden = true,
                       .is_implicit = true});

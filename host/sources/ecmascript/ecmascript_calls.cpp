@@ -125,6 +125,7 @@ void EcmascriptReader::read_arguments(const Node& node, ExpressionId called, str
     std::uint32_t at = 0;
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "comment") {
+            visit(child);
             return;
         }
         const ExpressionId expected = called == UNKNOWN ? UNKNOWN : out_.add(Operation::ARGUMENT, called, at++);

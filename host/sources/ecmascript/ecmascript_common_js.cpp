@@ -157,6 +157,7 @@ ExpressionId EcmascriptReader::export_as(const Node& value, string_view name) {
 void EcmascriptReader::export_members(const Node& object) {
     for_each_child(object, [&](const Node& child, TSFieldId) {
         const Node key = child.child(fields_.key);
+        pass_doc(child, child.child(fields_.value));
         if (child.type() == "shorthand_property_identifier") {
             visit(child);
             exports_.push_back({text(child), text(child)});

@@ -100,6 +100,7 @@ void EcmascriptReader::read_class(const Node& node, DeclarationId type) {
         }
     });
     const TypeScope scope(*this);
+    bind_documented_parameters(node);
     if (const Node name = node.child(fields_.name); name.exists() && node.type() == "class") {
         out_.bind(text(name), out_.add(Operation::DECLARATION, type));
     }

@@ -118,6 +118,10 @@ ExpressionId EcmascriptReader::awaited(const Node& node) {
 ExpressionId EcmascriptReader::assignment(const Node& node) {
     const Node left = node.child(fields_.left);
     const Node right = node.child(fields_.right);
+    const ExpressionId stated = documented_value(node);
+    if (is_documented(node)) {
+        pass_doc(node, assigned_value(right));
+    }
     if (context_.locals == 0 && left.exists() && right.exists() && left.type() == "member_expression") {
         if (const std::optional<ExpressionId> exported = common_js_export(left, right)) {
             return *exported;
@@ -126,8 +130,9 @@ ExpressionId EcmascriptReader::assignment(const Node& node) {
             return *member;
         }
     }
-    const ExpressionId value = visit_expecting(right, visit(left));
-    note_own_member(left, right, value);
+    const ExpressionId assigned = visit(left);
+    const ExpressionId value = visit_expecting(right, stated == UNKNOWN ? assigned : stated);
+    note_own_member(left, right, value, stated);
     return value;
 }
 
@@ -230,6 +235,8 @@ ExpressionId EcmascriptReader::read_object(const Node& node, ExpressionId expect
 ExpressionId EcmascriptReader::read_pair(const Node& node, ExpressionId expected) {
     const Node key = node.child(fields_.key);
     const Node value = node.child(fields_.value);
+    const ExpressionId stated = documented_value(node);
+    pass_doc(node, value);
     ExpressionId member = UNKNOWN;
     if (key.exists() && key.type() == "computed_property_name") {
         visit(key);
@@ -241,8 +248,8 @@ ExpressionId EcmascriptReader::read_pair(const Node& node, ExpressionId expected
             token.name = name_text(key);
             member = out_.use_member(expected, token);
         }
-        const ExpressionId of_value = visit_expecting(value, member);
-        out_.declaration(declared).type = of_value;
+        const ExpressionId of_value = visit_expecting(value, stated == UNKNOWN ? member : stated);
+        out_.declaration(declared).type = stated == UNKNOWN ? of_value : stated;
         return UNKNOWN;
     }
     return visit_expecting(value, member);

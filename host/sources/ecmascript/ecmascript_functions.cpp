@@ -88,18 +88,21 @@ void EcmascriptReader::bind_names_in(const Node& parameters) {
 }
 
 // Returns the types of the parameters, without that of `this`; of one that takes all further arguments, nothing.
-syntax::ListId EcmascriptReader::read_parameters(const Node& node, const Arguments& expected) {
+syntax::ListId EcmascriptReader::read_parameters(const Node& node, const Arguments& expected,
+                                                 const Documented& documented) {
     std::vector<ExpressionId> types;
     if (node.exists()) {
         for_each_child(node, [&](const Node& child, TSFieldId) {
             const Node pattern = child.child(fields_.pattern);
+            const bool is_typed = child.type() == "required_parameter" || child.type() == "optional_parameter";
             if (child.type() == "comment") {
-                return;
-            }
-            if (pattern.exists() && pattern.type() == "this") {
+                visit(child);
+            } else if (pattern.exists() && pattern.type() == "this") {
                 context_.self = value_of_type(child.child(fields_.type));
             } else {
-                types.push_back(read_parameter(child, argument(expected, types.size())));
+                const ExpressionId value = argument(expected, types.size());
+                types.push_back(is_typed ? read_parameter(child, value)
+                                         : read_untyped_parameter(child, value, documented));
             }
         });
     }
@@ -118,13 +121,18 @@ ExpressionId EcmascriptReader::argument(const Arguments& arguments, std::size_t 
     return out_.one_of(values);
 }
 
-// A parameter with a type of TypeScript, or a pattern alone. Returns its type.
+// A parameter that is a pattern alone. Returns the type that a comment states.
+ExpressionId EcmascriptReader::read_untyped_parameter(const Node& node, ExpressionId expected,
+                                                      const Documented& documented) {
+    const Node name = node.type() == "assignment_pattern" ? node.child(fields_.left) : node;
+    const auto stated = documented.parameters.find(text(name));
+    const ExpressionId type = stated == documented.parameters.end() ? documented_type(node) : stated->second;
+    bind_pattern(node, type == UNKNOWN ? expected : out_.instance(type), false);
+    return type;
+}
+
+// A parameter of TypeScript. Returns its type.
 ExpressionId EcmascriptReader::read_parameter(const Node& node, ExpressionId expected) {
-    const bool is_typed = node.type() == "required_parameter" || node.type() == "optional_parameter";
-    if (!is_typed) {
-        bind_pattern(node, expected, false);
-        return UNKNOWN;
-    }
     visit_decorators(node);
     const Node annotation = node.child(fields_.type);
     const Node pattern = node.child(fields_.pattern);
@@ -156,24 +164,26 @@ void EcmascriptReader::declare_parameter_property(const Node& node, const Node& 
 
 // Reads a function or method, which another type may be expected of.
 EcmascriptReader::Signature EcmascriptReader::read_function(const Node& node, const Arguments& arguments) {
+    const Documented documented = documented_function(node);
     const LocalScope scope(*this, LocalScope::Of::FUNCTION);
     const string_view kind = node.type();
     if (kind.starts_with("function") || kind.starts_with("generator")) {
-        context_.self = arguments.self;
+        context_.self = documented.self == UNKNOWN ? arguments.self : documented.self;
         context_.type = syntax::NO_DECLARATION;
         if (const Node name = node.child(fields_.name); kind == "function_expression" && name.exists()) {
             out_.bind(text(name), UNKNOWN);
         }
     }
     const bool is_async = has_word(node, "async");
-    const bool is_stated = node.child(fields_.return_type).exists();
+    const bool is_typed = node.child(fields_.return_type).exists();
     const std::vector<Parameter> parameters = type_parameters(node);
-    const ExpressionId stated = result_type(node, parameters);
+    const ExpressionId stated = is_typed ? result_type(node, parameters) : documented.result;
+    const bool is_stated = is_typed || stated != UNKNOWN;
     bind_type_parameters(parameters, true);
     if (const Node parameter = node.child(fields_.parameter); parameter.exists()) {
-        bind_pattern(parameter, argument(arguments, 0), false);
+        read_untyped_parameter(parameter, argument(arguments, 0), documented);
     }
-    const syntax::ListId types = read_parameters(node.child(fields_.parameters), arguments);
+    const syntax::ListId types = read_parameters(node.child(fields_.parameters), arguments, documented);
     std::vector<ExpressionId> returned;
     context_.returned = &returned;
     context_.container = syntax::NO_DECLARATION;

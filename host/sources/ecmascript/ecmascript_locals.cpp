@@ -67,9 +67,16 @@ void EcmascriptReader::bind_entries(const Node& pattern, ExpressionId container,
 
 ExpressionId EcmascriptReader::variables(const Node& node) {
     const bool is_var = node.type() == "variable_declaration";
+    bool is_first = true;
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "variable_declarator") {
+            if (is_first) {
+                pass_doc(node, child);
+            }
+            is_first = false;
             read_variable(child, is_var);
+        } else {
+            visit(child);
         }
     });
     return UNKNOWN;
@@ -88,12 +95,13 @@ void EcmascriptReader::read_variable(const Node& node, bool is_var) {
     if (context_.locals == 0 && initial.exists() && name.type() == "identifier") {
         initial = exported_as(initial, text(name));
     }
-    const ExpressionId stated = value_of_type(type);
+    const ExpressionId stated = type.exists() ? value_of_type(type) : documented_value(node);
+    pass_doc(node, initial);
     // A declaration comes before those in its value.
     const bool is_declaration = context_.locals == 0 && name.type() == "identifier";
     const syntax::DeclarationId declared = is_declaration ? declare(name, Kind::VALUE) : syntax::NO_DECLARATION;
     const ExpressionId initial_value = visit_expecting(initial, stated);
-    const ExpressionId value = type.exists() ? stated : initial_value;
+    const ExpressionId value = type.exists() || stated != UNKNOWN ? stated : initial_value;
     if (is_declaration) {
         out_.declaration(declared).type = value;
     } else {

@@ -75,9 +75,11 @@ ExpressionId EcmascriptReader::field_definition(const Node& node) {
     read_modifiers(node);
     const DeclarationId declared = declare_member(name, Kind::VALUE);
     const Node type = node.child(fields_.type);
-    const ExpressionId stated = value_of_type(type);
-    const ExpressionId value = visit_expecting(node.child(fields_.value), stated);
-    out_.declaration(declared).type = type.exists() ? stated : value;
+    const ExpressionId stated = type.exists() ? value_of_type(type) : documented_value(node);
+    const Node initial = node.child(fields_.value);
+    pass_doc(node, initial);
+    const ExpressionId value = visit_expecting(initial, stated);
+    out_.declaration(declared).type = type.exists() || stated != UNKNOWN ? stated : value;
     return UNKNOWN;
 }
 

@@ -25,16 +25,19 @@ string_view EcmascriptReader::string_value(const Node& node) const {
 
 // Names that hide those of the language.
 void EcmascriptReader::collect_names(const Node& root) {
-    const auto add = [&](const Node& declaration) {
-        if (const Node name = declaration.child(fields_.name); name.exists()) {
-            own_names_.insert(text(name));
-        }
-    };
     const auto add_all = [&](const auto& self, const Node& node) -> void {
-        if (node.type() == "identifier") {
+        if (node.type() == "identifier" || node.type() == "shorthand_property_identifier_pattern") {
             own_names_.insert(text(node));
         }
         for_each_child(node, [&](const Node& child, TSFieldId) { self(self, child); });
+    };
+    const auto add = [&](const Node& declaration) {
+        const Node name = declaration.child(fields_.name);
+        if (name.exists() && name.type().ends_with("_pattern")) {
+            add_all(add_all, name);
+        } else if (name.exists()) {
+            own_names_.insert(text(name));
+        }
     };
     for_each_child(root, [&](const Node& child, TSFieldId) {
         const Node declared = child.child(fields_.declaration);
@@ -45,6 +48,8 @@ void EcmascriptReader::collect_names(const Node& root) {
             for_each_child(statement, [&](const Node& variable, TSFieldId) { add(variable); });
         } else if (statement.type() == "expression_statement") {
             collect_assigned(statement.named_child(0));
+        } else if (statement.type() == "comment") {
+            collect_aliases(statement);
         } else {
             add(statement);
         }
@@ -125,6 +130,7 @@ ExpressionId EcmascriptReader::export_statement(const Node& node) {
     const bool is_all = has_word(node, "*");
     const Node value = node.child(fields_.value);
     visit_decorators(node);
+    pass_doc(node, declaration.exists() ? declaration : value);
     if (declaration.exists()) {
         context_.is_exported = true;
         visit(declaration);

@@ -140,7 +140,7 @@ NodeRules<Reader> rules_for(const TSLanguage* grammar) {
     if (has("type_annotation")) {
         add_types(rules);
     } else {
-        rules.add({{"field_definition", &Reader::field_definition}});
+        rules.add({{"field_definition", &Reader::field_definition}, {"comment", &Reader::comment}});
     }
     return rules;
 }
@@ -188,6 +188,7 @@ EcmascriptReader::EcmascriptReader(std::string_view text, const TSLanguage* gram
 
 syntax::Syntax EcmascriptReader::read(const Node& root) {
     collect_names(root);
+    declare_aliases();
     visit(root);
     settle_exports();
     settle_own_members();

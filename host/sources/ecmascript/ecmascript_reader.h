@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/sources/ecmascript/ecmascript_dialect.h"
+#include "host/sources/ecmascript/ecmascript_doc_comment.h"
 #include "host/sources/syntax_reader.h"
 
 #include <cstddef>
@@ -106,6 +107,9 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId import_alias(const Node& node);
     syntax::ExpressionId export_statement(const Node& node);
 
+    // Comments that document what follows them (documented.cpp).
+    syntax::ExpressionId comment(const Node& node);
+
   private:
     // Where the reader is.
     struct Context {
@@ -187,7 +191,23 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     struct OwnMember {
         std::uint32_t offset = 0;  // of its name, where it is assigned first
         std::vector<syntax::ExpressionId> values;
+        syntax::ExpressionId stated = syntax::UNKNOWN;  // by a comment
     };
+
+    // A comment that documents.
+    struct DocComment {
+        std::string_view text;
+        std::uint32_t end = 0;  // what it documents begins behind this, after blanks
+    };
+
+    // What a comment states of a function.
+    struct Documented {
+        syntax::ExpressionId result = syntax::UNKNOWN;                               // its type
+        syntax::ExpressionId self = syntax::UNKNOWN;                                 // the value of `this`
+        std::unordered_map<std::string_view, syntax::ExpressionId> parameters = {};  // types by name
+    };
+
+    class DocType;
 
     using MemberKey = std::pair<syntax::DeclarationId, std::string_view>;  // its type, its name
     using MergedKey = std::tuple<syntax::DeclarationId, syntax::Kind, std::string_view>;
@@ -226,8 +246,10 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     void read_declared(const Node& node, syntax::DeclarationId declared, syntax::ExpressionId self = syntax::UNKNOWN);
     syntax::ExpressionId argument(const Arguments& arguments, std::size_t at);
     syntax::ExpressionId result_of(syntax::ExpressionId stated, syntax::ExpressionId expected, bool is_async);
-    syntax::ListId read_parameters(const Node& node, const Arguments& expected);
+    syntax::ListId read_parameters(const Node& node, const Arguments& expected, const Documented& documented);
     syntax::ExpressionId read_parameter(const Node& node, syntax::ExpressionId expected);
+    syntax::ExpressionId read_untyped_parameter(const Node& node, syntax::ExpressionId expected,
+                                                const Documented& documented);
     void declare_parameter_property(const Node& node, const Node& name, syntax::ExpressionId value);
     void read_body(const Node& node);
     [[nodiscard]] static bool has_word(const Node& node, std::string_view word);
@@ -289,8 +311,21 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId read_assigned(const Node& value, syntax::DeclarationId declared, syntax::ExpressionId self);
     void read_constructor(const Node& node, const Node& name);
     syntax::ExpressionId self_of(syntax::DeclarationId type);
-    void note_own_member(const Node& left, const Node& right, syntax::ExpressionId value);
+    void note_own_member(const Node& left, const Node& right, syntax::ExpressionId value, syntax::ExpressionId stated);
     void settle_own_members();
+
+    // What comments state (documented.cpp, doc_types.cpp).
+    [[nodiscard]] bool is_documented(const Node& node) const;
+    void pass_doc(const Node& node, const Node& inner);
+    syntax::ExpressionId documented_type(const Node& node);
+    syntax::ExpressionId documented_value(const Node& node);
+    Documented documented_function(const Node& node);
+    void bind_documented_parameters(const Node& type);
+    syntax::ExpressionId doc_type(std::string_view text);
+    syntax::ExpressionId imported_type(std::string_view module, std::string_view name);
+    static std::string name_of_alias(std::string_view name);
+    void collect_aliases(const Node& comment);
+    void declare_aliases();
 
     /// Whether the language has types and, with them, always classes.
     [[nodiscard]] bool has_types() const { return fields_.return_type != 0; }
@@ -315,6 +350,9 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     std::unordered_map<syntax::ExpressionId, syntax::DeclarationId> types_by_self_;
     std::map<MemberKey, OwnMember> own_members_;
     std::set<MemberKey> declared_members_;
+    DocComment doc_;                                                                                // the last one
+    std::vector<DocName> doc_aliases_;                                                              // of all the file
+    std::map<std::pair<std::string_view, std::string_view>, syntax::ExpressionId> imported_types_;  // by module, name
 };
 
 }  // namespace host::sources

@@ -129,7 +129,7 @@ ExpressionId EcmascriptReader::function_type(const Node& node) {
     const std::vector<Parameter> parameters = type_parameters(node);
     const ExpressionId result = result_type(node, parameters);
     bind_type_parameters(parameters, true);
-    const syntax::ListId types = read_parameters(node.child(fields_.parameters), {});
+    const syntax::ListId types = read_parameters(node.child(fields_.parameters), {}, {});
     return out_.add(Operation::FUNCTION, result, types);
 }
 
@@ -137,7 +137,7 @@ ExpressionId EcmascriptReader::function_type(const Node& node) {
 ExpressionId EcmascriptReader::constructor_type(const Node& node) {
     const LocalScope scope(*this, LocalScope::Of::FUNCTION);
     bind_type_parameters(type_parameters(node), true);
-    read_parameters(node.child(fields_.parameters), {});
+    read_parameters(node.child(fields_.parameters), {}, {});
     visit(node.child(fields_.type));
     return UNKNOWN;
 }

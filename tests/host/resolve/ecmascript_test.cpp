@@ -171,6 +171,46 @@ TEST(Ecmascript, MembersAreThoseOfTheTypesThatTheSourceStates) {
               "import make of m.ts, 2 from line 1\n");
 }
 
+TEST(Ecmascript, CommentsStateTypesOfJavaScript) {
+    EXPECT_EQ(
+        references_from(
+            {{"a.js",
+              "const {Map} = require('./m');\n"
+              "/** @typedef {import('./n').Item} Item\n * @typedef {import('./n')} Box */\n"
+              "class Mine {\n"
+              "  constructor() { /** @type {Item[]} */ this.all = []; /** @type {?Box} */ this.box = null; }\n"
+              "  /** @return {Box} */ get own() { return this.other; }\n"
+              "  /** @return {Promise<Map>} */ async find() {}\n"
+              "  async run() { this.all[0].next; this.box.open(); this.own.open().next; (await this.find()).size; }\n"
+              "}\n"},
+             {"m.js", "class Map { get size() {} }\nmodule.exports = {Map};"},
+             {"n.js", "class Box { /** @return {Item} */ open() {} }\nmodule.exports = Box;\n"
+                      "class Item { /** @return {Item} */ get next() {} }\nmodule.exports.Item = Item;\n"}}),
+        "local Mine.own of a.js, 1 from line 8\n"
+        "local Mine.find of a.js, 1 from line 8\n"
+        "local Mine.all of a.js, 2 from line 5\n"
+        "local Mine.box of a.js, 2 from line 5\n"
+        "import Map of m.js, 1 from line 1\n"
+        "import Map.size of m.js, 1 from line 8\n"
+        "import Box.open of n.js, 2 from line 8\n"
+        "import Item.next of n.js, 2 from line 8\n");
+}
+
+TEST(Ecmascript, CodeImportsNoTypesThatCommentsName) {
+    const std::map<std::string, std::string> sources{
+        {"m.js", "/** @typedef {import('./n')} N\n * @typedef {N} O */\nmodule.exports.N = require('./n');"},
+        {"n.js", "module.exports = class C { f() {} };"}};
+    const auto found = [&](const std::string& user) {
+        std::map<std::string, std::string> all = sources;
+        all["a.js"] = user;
+        return references_from(all);
+    };
+    EXPECT_EQ(found("const {N} = require('./m');\nnew N().f();"),
+              "import m.js of m.js, 2 from line 1\nimport export=.f of n.js, 1 from line 2\n");
+    EXPECT_EQ(found("/** @param {import('./m').O} a */\nfunction g(a) { a.f(); }"),
+              "import export=.f of n.js, 1 from line 2\n");
+}
+
 TEST(Ecmascript, ArgumentsAreOfTheTypesThatFunctionsTake) {
     EXPECT_EQ(references_from({{"a.tsx", "import {Item, make, View, each, once} from './m';\n"
                                          "make({x: 1, part: {y: 2}});\n"

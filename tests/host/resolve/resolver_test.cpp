@@ -73,6 +73,13 @@ TEST(Resolver, TokensLeadToWhatBindingsSay) {
     EXPECT_EQ(resolver.imports_of(2), std::vector<FileId>{1}) << "for C, not for b";
 }
 
+TEST(Resolver, WhatCommentsTakeFromOtherFilesIsNoImport) {
+    const Stated all = stated({{"a.js", "/** @type {import('./b').B} */ let b = require('./c').C;"},
+                               {"b.js", "exports.B = class {};"},
+                               {"c.js", "exports.C = class {};"}});
+    EXPECT_EQ(Resolver(all.repository).imports_of(0), std::vector<FileId>{2});
+}
+
 TEST(Resolver, OverloadsThatNothingTellsApartAreAmbiguous) {
     EXPECT_EQ(resolved({{"A.java", "class A {\n"
                                    "    static void f(int a) { f(1, 2); }\n"
