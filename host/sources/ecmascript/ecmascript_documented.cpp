@@ -24,6 +24,17 @@ ExpressionId EcmascriptReader::comment(const Node& node) {
     return UNKNOWN;
 }
 
+// Reads the comments among the `others` children of a node that are read one by one.
+void EcmascriptReader::read_comments_among(const Node& node, std::uint32_t others) {
+    if (!has_types() && node.named_children() > others) {
+        for_each_child(node, [&](const Node& child, TSFieldId) {
+            if (child.type() == "comment") {
+                visit(child);
+            }
+        });
+    }
+}
+
 bool EcmascriptReader::is_documented(const Node& node) const {
     return !doc_.text.empty() && node.exists() && doc_.end <= node.begin() &&
            text(doc_.end, node.begin()).find_first_not_of(" \t\r\n\f\v") == string_view::npos;

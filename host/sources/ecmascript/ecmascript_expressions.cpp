@@ -122,6 +122,7 @@ ExpressionId EcmascriptReader::assignment(const Node& node) {
     if (is_documented(node)) {
         pass_doc(node, assigned_value(right));
     }
+    read_comments_among(node, 2);
     if (context_.locals == 0 && left.exists() && right.exists() && left.type() == "member_expression") {
         if (const std::optional<ExpressionId> exported = common_js_export(left, right)) {
             return *exported;
@@ -137,12 +138,18 @@ ExpressionId EcmascriptReader::assignment(const Node& node) {
 }
 
 ExpressionId EcmascriptReader::binary(const Node& node) {
+    read_comments_among(node, 2);
     const ExpressionId left = visit(node.child(fields_.left));
     const ExpressionId right = visit(node.child(fields_.right));
     if (has_word(node, "||") || has_word(node, "??")) {
         return out_.one_of(std::array{left, right});
     }
     return has_word(node, "&&") ? right : out_.add(Operation::FOREIGN);
+}
+
+// `(value)`; behind a comment that states a type, a value of that.
+ExpressionId EcmascriptReader::parenthesized(const Node& node) {
+    return visit_expecting(node, UNKNOWN);
 }
 
 ExpressionId EcmascriptReader::ternary(const Node& node) {
@@ -177,11 +184,16 @@ ExpressionId EcmascriptReader::visit_expecting(const Node& node, ExpressionId ex
         return function_value(node, {.function = expected});
     }
     if (type == "parenthesized_expression") {
+        const ExpressionId stated = documented_value(node);
         ExpressionId value = UNKNOWN;
-        for_each_child(node, [&](const Node& child, TSFieldId) { value = visit_expecting(child, expected); });
-        return value;
+        for_each_child(node, [&](const Node& child, TSFieldId) {
+            const ExpressionId read = visit_expecting(child, stated == UNKNOWN ? expected : stated);
+            value = child.type() == "comment" ? value : read;
+        });
+        return stated == UNKNOWN ? value : stated;
     }
     if (type == "ternary_expression") {
+        read_comments_among(node, 3);
         visit(node.child(fields_.condition));
         const ExpressionId one = visit_expecting(node.child(fields_.consequence), expected);
         return out_.one_of(std::array{one, visit_expecting(node.child(fields_.alternative), expected)});
@@ -237,6 +249,7 @@ ExpressionId EcmascriptReader::read_pair(const Node& node, ExpressionId expected
     const Node value = node.child(fields_.value);
     const ExpressionId stated = documented_value(node);
     pass_doc(node, value);
+    read_comments_among(node, 2);
     ExpressionId member = UNKNOWN;
     if (key.exists() && key.type() == "computed_property_name") {
         visit(key);

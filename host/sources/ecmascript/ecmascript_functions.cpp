@@ -232,7 +232,14 @@ void EcmascriptReader::read_body(const Node& node) {
 }
 
 ExpressionId EcmascriptReader::return_statement(const Node& node) {
-    const Node value = node.named_child(0);
+    Node value;
+    for_each_child(node, [&](const Node& child, TSFieldId) {
+        if (child.type() == "comment") {
+            visit(child);
+        } else {
+            value = child;
+        }
+    });
     if (value.exists()) {
         const ExpressionId returned = visit_expecting(value, context_.result);
         if (context_.returned != nullptr) {

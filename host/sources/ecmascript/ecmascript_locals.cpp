@@ -97,6 +97,7 @@ void EcmascriptReader::read_variable(const Node& node, bool is_var) {
     }
     const ExpressionId stated = type.exists() ? value_of_type(type) : documented_value(node);
     pass_doc(node, initial);
+    read_comments_among(node, 2);
     // A declaration comes before those in its value.
     const bool is_declaration = context_.locals == 0 && name.type() == "identifier";
     const syntax::DeclarationId declared = is_declaration ? declare(name, Kind::VALUE) : syntax::NO_DECLARATION;

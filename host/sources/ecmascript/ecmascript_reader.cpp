@@ -29,7 +29,7 @@ NodeRules<Reader> common_rules(const TSLanguage* grammar) {
                 {"meta_property", &Reader::literal},
                 {"member_expression", &Reader::member},
                 {"subscript_expression", &Reader::subscript},
-                {"parenthesized_expression", &Reader::inner},
+                {"parenthesized_expression", &Reader::parenthesized},
                 {"await_expression", &Reader::awaited},
                 {"assignment_expression", &Reader::assignment},
                 {"binary_expression", &Reader::binary},

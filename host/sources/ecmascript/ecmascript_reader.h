@@ -48,6 +48,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId awaited(const Node& node);
     syntax::ExpressionId assignment(const Node& node);
     syntax::ExpressionId binary(const Node& node);
+    syntax::ExpressionId parenthesized(const Node& node);
     syntax::ExpressionId ternary(const Node& node);
     syntax::ExpressionId sequence(const Node& node);
     syntax::ExpressionId operation(const Node& node);
@@ -315,6 +316,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     void settle_own_members();
 
     // What comments state (documented.cpp, doc_types.cpp).
+    void read_comments_among(const Node& node, std::uint32_t others);
     [[nodiscard]] bool is_documented(const Node& node) const;
     void pass_doc(const Node& node, const Node& inner);
     syntax::ExpressionId documented_type(const Node& node);

@@ -75,6 +75,11 @@ TEST(EcmascriptDocTypes, ACommentDocumentsWhatFollowsIt) {
              {"function f() { /** @type {T} */ let a = g(), b; a.x; b.x; }",
               "1 call g\n1 value local(of(T')).x\n1 value local(?).x\n"},
              {"function f() { /** @type {T} */ const {a} = g(); }", "1 call g\n1 key of(T').a\n"},
+             // A comment before parentheses casts.
+             {"const a = /** @type {T} */ (b).x, c = d || /** @type {U} */ (d); c.y;",
+              "1 value b\n1 value of(T').x\n1 value d x2\n1 value c\n1 value c.y\n"},
+             {"function f() { return /** @type {T} */ ({x: /** @type {U} */ (b)}).y; }",
+              "1 key of(T').x\n1 value b\n1 value of(T').y\n"},
              // What says nothing of a function: a name that it does not have, and what other tags declare.
              {"/** @param {T} b */ function f(a) { a.x; }", "1 value local(?).x\n"},
              {"/** @callback g\n * @param {T} a */ function f(a) { a.x; }", "2 value local(?).x\n"},
