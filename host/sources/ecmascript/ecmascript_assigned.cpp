@@ -43,12 +43,12 @@ void EcmascriptReader::collect_assigned(const Node& assignment) {
     }
 }
 
-// Reads what is assigned to a member of something that the file declares at its top, if it is a function.
+// Reads what is assigned to a member of something that the file declares at its top, if it is a function, or the member
+// one of the instances of a type.
 std::optional<ExpressionId> EcmascriptReader::assigned_member(const Node& left, const Node& right) {
     const Node property = left.child(fields_.property);
     const Node object = left.child(fields_.object);
-    if (!is_function_value(assigned_value(right)) || !property.exists() || property.type() != "property_identifier" ||
-        !object.exists()) {
+    if (!property.exists() || property.type() != "property_identifier" || !object.exists()) {
         return std::nullopt;
     }
     const bool is_of_prototype =
@@ -58,9 +58,14 @@ std::optional<ExpressionId> EcmascriptReader::assigned_member(const Node& left, 
     if (!is_noted || !own_names_.contains(text(owner)) || imports_.contains(text(owner))) {
         return std::nullopt;
     }
-    const ExpressionId value = visit(owner);
     const auto top = top_.find(text(owner));
     const bool is_type = top != top_.end() && out_.declaration(top->second.front()).kind == Kind::TYPE;
+    const bool is_new_value =
+        is_of_prototype && is_type && !declared_members_.contains({top->second.front(), text(property)});
+    if (!is_function_value(assigned_value(right)) && !is_new_value) {
+        return std::nullopt;
+    }
+    const ExpressionId value = visit(owner);
     const bool is_static = !is_of_prototype && is_type;
     const DeclarationId declared = declare_assigned(
         {.name = out_.name(text(property)), .owner = value, .offset = property.begin(), .is_static = is_static},

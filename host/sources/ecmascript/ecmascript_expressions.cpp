@@ -56,8 +56,12 @@ ExpressionId EcmascriptReader::member(const Node& node) {
     if (const std::optional<ExpressionId> exported = own_export(node, Role::VALUE, syntax::Declaration::ANY_NUMBER)) {
         return *exported;
     }
-    return property(visit(node.child(fields_.object)), node.child(fields_.property), Role::VALUE,
-                    syntax::Declaration::ANY_NUMBER);
+    const ExpressionId object = visit(node.child(fields_.object));
+    const Node name = node.child(fields_.property);
+    if (!has_types() && text(name) == "prototype") {  // is what the instances of a type have in common
+        return out_.instance(object);
+    }
+    return property(object, name, Role::VALUE, syntax::Declaration::ANY_NUMBER);
 }
 
 ExpressionId EcmascriptReader::subscript(const Node& node) {

@@ -28,6 +28,23 @@
   right: [(arrow_function) (function_expression) (generator_function)]) @declaration @binding))
   (#not-eq? @name "exports"))
 (program (expression_statement (assignment_expression
+  left: (member_expression
+    object: (member_expression object: (identifier) property: (property_identifier) @exports)
+    property: (property_identifier) @name)
+  right: [(array) (await_expression) (binary_expression) (call_expression) (false) (identifier) (member_expression)
+    (new_expression) (null) (number) (object) (parenthesized_expression) (regex) (string) (subscript_expression)
+    (template_string) (ternary_expression) (true) (unary_expression)
+    (assignment_expression right: [(array) (call_expression) (false) (identifier) (member_expression) (new_expression)
+      (null) (number) (object) (parenthesized_expression) (string) (true)])]) @attribute @binding)
+  (#eq? @exports "prototype"))
+(program (expression_statement (assignment_expression right: (assignment_expression
+  left: (member_expression
+    object: (member_expression object: (identifier) property: (property_identifier) @exports)
+    property: (property_identifier) @name)
+  right: [(array) (call_expression) (false) (identifier) (member_expression) (new_expression)
+    (null) (number) (object) (parenthesized_expression) (string) (true)]) @attribute @binding))
+  (#eq? @exports "prototype"))
+(program (expression_statement (assignment_expression
   left: (member_expression)
   right: [
     (arrow_function body: (_) @body) (function_expression body: (_) @body) (generator_function body: (_) @body)

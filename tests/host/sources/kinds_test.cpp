@@ -81,7 +81,8 @@ TEST(Kinds, TypeScriptConstructorsAreThoseOfClasses) {
     EXPECT_EQ(kinds("a.ts", "abstract class A { abstract m(): 1 }\nenum E { F, G = 1 }\ntype T = 1\nfunction* f() {}\n"
                             "declare function g(): 1\nnamespace N {}\nlet v = 1"),
               "class A, method m, enum E, constant F, constant G, type T, function f, function g, ? N, ? v");
-    EXPECT_EQ(kinds("a.js", "class A { x = 1; constructor() {} }"), "class A, attribute x, constructor constructor");
+    EXPECT_EQ(kinds("a.js", "class A { x = 1; constructor() {} }\nA.prototype.y = 1"),
+              "class A, attribute x, constructor constructor, attribute y");
 }
 
 }  // namespace

@@ -150,8 +150,8 @@ TEST(Outline, JavaScriptExportsAsItsModulesAndAsCommonJsDo) {
     EXPECT_EQ(declarations("a.js",
                            "exports.a = function () {\n};\nmodule.exports.b = c(1);\nexports.d = require('d');\n"
                            "A.prototype.e = A.f = () => 1;\nmodule.exports = { g: 1, h, i: j }\n"
-                           "function k() { exports.l = 1; }"),
-              "a 1-2 public callable; b 3-3 public; e 5-5; f 5-5; g 6-6 public; k 7-7");
+                           "function k() { exports.l = 1; }\nA.prototype.m = A.prototype.q = n;\nA.o = p;"),
+              "a 1-2 public callable; b 3-3 public; e 5-5; f 5-5; g 6-6 public; k 7-7; m 8-8; q 8-8");
     EXPECT_EQ(declarations("a.js", "module.exports = class A { m() {} }"), "A 1-1 public; m 1-1");
     EXPECT_EQ(declarations("a.mjs", "export class A { x = 1; m() {} }\nclass B {}"),
               "A 1-1 public; x 1-1; m 1-1; B 2-2");
