@@ -224,13 +224,14 @@ ExpressionId EcmascriptReader::read_array(const Node& node, ExpressionId expecte
 // A literal is of a type of its own, whose members are its keys, unless its type is stated.
 ExpressionId EcmascriptReader::read_object(const Node& node, ExpressionId expected) {
     const Saved saved(context_);
-    context_.self = UNKNOWN;
+    const ExpressionId self_around = has_types() ? UNKNOWN : context_.self;
     context_.is_static = false;
     const syntax::DeclarationId type = declare_hidden_type();
     context_.container = type;
     context_.type = syntax::NO_DECLARATION;
     for_each_child(node, [&](const Node& child, TSFieldId) {
         const std::string_view kind = child.type();
+        context_.self = kind == "method_definition" ? UNKNOWN : self_around;
         if (kind == "pair") {
             read_pair(child, expected);
         } else if (kind == "shorthand_property_identifier") {

@@ -76,6 +76,13 @@ TEST(EcmascriptSyntax, NamesOfLocalsAreNoMentionsAndTheirTypesAreKnown) {
     }
 }
 
+TEST(EcmascriptSyntax, AnObjectHasTheThisOfWhatIsAroundItButForItsMethods) {
+    EXPECT_EQ(mentions_of(*names_in("a.js", "class A { f() { return {a: this.x, b: () => this.y, c() { this.z; }, "
+                                            "d: function () { this.z; }}; } }")
+                               .syntax),
+              "1 value self.x\n1 value self.y\n1 value ?.z x2\n");
+}
+
 TEST(EcmascriptSyntax, NamesStandInWhatTheyAreLookedUpIn) {
     const Cases cases{
         {"const a: T = {b: 1, c: {d: 2}, s};", "2 type T'\n"
