@@ -46,7 +46,7 @@ class Surface {
         // Fails to compile when a member is added.
         auto& [own_name, written, kind, parent, owner, type, bases, parameters, alternative_of, offset, built,
                least_arguments, most_arguments, is_private, is_definition, is_static, is_hidden, is_local, is_in_test,
-               is_implicit] = declaration;
+               is_implicit, is_substitute] = declaration;
         own_name = name(own_name);
         written = name(written);
         owner = expression(owner);

@@ -128,13 +128,14 @@ struct Declaration {
     Built built = Built::ALWAYS;
     std::uint8_t least_arguments = 0;
     std::uint8_t most_arguments = ANY_NUMBER;
-    bool is_private = false;    ///< only its own file can name it: `static`, not exported
-    bool is_definition = true;  ///< false of a prototype and a forward declaration
-    bool is_static = false;     ///< a member that belongs to the type, not to its instances
-    bool is_hidden = false;     ///< serves the lookup of names only: no index holds it
-    bool is_local = false;      ///< stands in a function: only DECLARATION expressions lead to it
-    bool is_in_test = false;    ///< compiled for tests alone
-    bool is_implicit = false;   ///< declared by an assignment to a member: what a base declares comes first
+    bool is_private = false;     ///< only its own file can name it: `static`, not exported
+    bool is_definition = true;   ///< false of a prototype and a forward declaration
+    bool is_static = false;      ///< a member that belongs to the type, not to its instances
+    bool is_hidden = false;      ///< serves the lookup of names only: no index holds it
+    bool is_local = false;       ///< stands in a function: only DECLARATION expressions lead to it
+    bool is_in_test = false;     ///< compiled for tests alone
+    bool is_implicit = false;    ///< declared by an assignment to a member: what a base declares comes first
+    bool is_substitute = false;  ///< for what the system or a library may have itself: `#ifndef HAVE_F`
 
     static constexpr std::uint8_t ANY_NUMBER = 255;
 };

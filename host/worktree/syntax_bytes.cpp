@@ -53,13 +53,14 @@ void write_declaration(ByteWriter& out, const Declaration& declaration) {
     // Fails to compile when a member is added.
     const auto& [name, written, kind, parent, owner, type, bases, parameters, alternative_of, offset, built,
                  least_arguments, most_arguments, is_private, is_definition, is_static, is_hidden, is_local, is_in_test,
-                 is_implicit] = declaration;
+                 is_implicit, is_substitute] = declaration;
     for (const std::uint32_t number : {name, written, static_cast<std::uint32_t>(kind), parent + 1, owner, type, bases,
                                        parameters, alternative_of + 1, offset, static_cast<std::uint32_t>(built),
                                        std::uint32_t{least_arguments}, std::uint32_t{most_arguments}}) {
         out.number(number);
     }
-    write_flags(out, {is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit});
+    write_flags(out,
+                {is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit, is_substitute});
 }
 
 void write_import(ByteWriter& out, const Import& import) {
@@ -185,6 +186,7 @@ class SyntaxReader {
         declaration.least_arguments = in_.below<std::uint8_t>(END_OF_BYTES);
         declaration.most_arguments = in_.below<std::uint8_t>(END_OF_BYTES);
         Flags flags(in_);
+        declaration.is_substitute = flags.last();
         declaration.is_implicit = flags.last();
         declaration.is_in_test = flags.last();
         declaration.is_local = flags.last();
