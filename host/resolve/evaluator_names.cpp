@@ -323,8 +323,16 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
     }
     Meaning best;
     switch (space) {
-    case Space::TAG:
-        return only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || kind == Kind::TYPE; });
+    case Space::TAG: {
+        const auto is_substitute = [&](const Entity& entity) {
+            return entity.what == What::SYMBOL && catalog_.declaration(entity.id).is_substitute;
+        };
+        best = only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || kind == Kind::TYPE; });
+        if (std::ranges::any_of(best, is_substitute)) {  // a macro may name what it stands in for
+            add_once(best, only([&](const Entity&, Kind kind) { return kind == Kind::MACRO; }));
+        }
+        return best;
+    }
     case Space::TYPE:
         if (rules.has_macros) {  // a plain name means the tag where nothing else has it: in C++
             best = only([&](const Entity&, Kind kind) { return kind == Kind::ALIAS || kind == Kind::MACRO; });

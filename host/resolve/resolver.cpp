@@ -209,15 +209,16 @@ class Resolver::Linked {
                 targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
             }
         }
+        const auto are_all = [&](bool (Linked::*has)(Symbol) const) {
+            return !symbols.empty() && std::ranges::all_of(symbols, [&](Symbol each) { return (this->*has)(each); });
+        };
+        targets.is_foreign = targets.is_foreign || are_all(&Linked::is_substitute);
         symbols = definitions(catalog_, called_with(with_parts(symbols), mention));  // an announcement has the defaults
         if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
             symbols = unique_function(file, mention);
             targets.is_unique = true;
         }
-        targets.is_foreign =
-            targets.is_foreign || (!symbols.empty() && std::ranges::all_of(symbols, [&](Symbol symbol) {
-                return stands_in_for_library(symbol);
-            }));
+        targets.is_foreign = targets.is_foreign || are_all(&Linked::stands_in_for_library);
         const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
         for (const Symbol symbol : symbols) {
             const bool is_elsewhere =
@@ -277,7 +278,14 @@ class Resolver::Linked {
         }
     }
 
-    // Whether a declaration announces what no file defines, where a build may lack it: `#ifndef HAVE_F`, `void *f();`.
+    // Whether a declaration is, or is a member of, what a library may have instead.
+    [[nodiscard]] bool is_substitute(Symbol symbol) const {
+        const Symbol around = catalog_.around(symbol);
+        return catalog_.declaration(symbol).is_substitute ||
+               (around != NONE && catalog_.declaration(around).is_substitute);
+    }
+
+    // Whether a declaration announces what no file defines, where a build may lack it: `#ifdef OLD`, `void *f();`.
     [[nodiscard]] bool stands_in_for_library(Symbol symbol) const {
         return catalog_.built(symbol) == Built::MAYBE && !catalog_.declaration(symbol).is_definition;
     }

@@ -55,18 +55,22 @@ class CConditions {
   public:
     CConditions(string_view text, const CTokens& scanned) : text_(text), directives_(scanned.directives) {}
 
-    std::vector<Region> regions() {
+    CCompiled read() {
         for (std::size_t at = 0; at < directives_.size(); ++at) {
             read(at);
         }
-        return std::move(regions_);
+        return {std::move(regions_), std::move(branches_)};
     }
 
   private:
     // An #if that is open.
     struct Group {
         Built around = Built::ALWAYS;
-        CNumber is_taken = C_FALSE;     // whether one of its branches up to here is compiled
+        CNumber is_taken = C_FALSE;         // whether one of its branches up to here is compiled
+        CNumber is_taken_by_new = C_FALSE;  // the same where libraries have all and are new
+        std::size_t number = 0;
+        std::size_t alternatives = 0;  // branches that a build may take
+        std::optional<std::size_t> branch_around = {};
         std::size_t first_changed = 0;  // in `changed_`, of the branch that is open
     };
 
@@ -74,22 +78,31 @@ class CConditions {
         const CDirective& directive = directives_[at];
         const auto [keyword, rest] = words_of(text_, directive);
         if (keyword.starts_with("if")) {
-            groups_.push_back({.around = built_, .first_changed = changed_.size()});
-            open_branch(directive, is_guard(at) ? C_TRUE : condition(keyword.substr(2), rest));
+            groups_.push_back({.around = built_,
+                               .number = branches_.alternatives.size(),
+                               .branch_around = branch_,
+                               .first_changed = changed_.size()});
+            branches_.alternatives.push_back(0);
+            open_branch(directive, keyword.substr(2), rest, is_guard(at));
         } else if ((keyword.starts_with("elif") || keyword == "else") && !groups_.empty()) {
             close_branch(directive);
-            open_branch(directive, keyword == "else" ? C_TRUE : condition(keyword.substr(4), rest));
+            open_branch(directive, keyword == "else" ? keyword : keyword.substr(4), rest, false);
         } else if (keyword == "endif" && !groups_.empty()) {
             close_branch(directive);
-            groups_.pop_back();
+            close_group(directive);
+        } else if (keyword == "error" && branch_) {
+            branches_.branches[*branch_].built = Built::NEVER;
         } else if (built_ != Built::NEVER) {
             read_change(keyword, rest);
         }
     }
 
-    // Of an #if ("" behind "if"), #ifdef ("def") or #ifndef ("ndef").
-    [[nodiscard]] CNumber condition(string_view form, string_view rest) const {
-        const auto macro = [this](string_view name) { return this->macro(name); };
+    // Of an #if ("" behind "if"), #ifdef ("def"), #ifndef ("ndef") or #else ("else").
+    template <class Macro>
+    [[nodiscard]] static CNumber condition(string_view form, string_view rest, const Macro& macro) {
+        if (form == "else") {
+            return C_TRUE;
+        }
         if (form.empty()) {
             return evaluated_condition(rest, macro);
         }
@@ -97,19 +110,32 @@ class CConditions {
         return form == "def" ? is_defined : negated(is_defined);
     }
 
-    void open_branch(const CDirective& directive, const CNumber& condition) {
+    void open_branch(const CDirective& directive, string_view form, string_view rest, bool is_guard) {
         Group& group = groups_.back();
+        const auto macro = [this](string_view name) { return this->macro(name); };
+        const auto macro_of_new = [this](string_view name) { return this->macro_of_new(name); };
+        const CNumber condition = is_guard ? C_TRUE : CConditions::condition(form, rest, macro);
+        const CNumber of_new = is_guard ? C_TRUE : CConditions::condition(form, rest, macro_of_new);
         const bool holds = condition.is_true() && group.is_taken.is_false();
         const bool fails = condition.is_false() || group.is_taken.is_true();
         group.first_changed = changed_.size();
-        built_ = std::max(group.around, holds ? Built::ALWAYS : fails ? Built::NEVER : Built::MAYBE);
+        const Built built = holds ? Built::ALWAYS : fails ? Built::NEVER : Built::MAYBE;
+        built_ = std::max(group.around, built);
+        branch_ = branches_.branches.size();
+        branches_.branches.push_back({.around = group.branch_around,
+                                      .condition = group.number,
+                                      .built = built,
+                                      .is_substitute = of_new.is_false() || group.is_taken_by_new.is_true()});
+        branches_.parts.push_back({.begin = directive.end, .branch = branch_});
         group.is_taken = either(group.is_taken, condition);
+        group.is_taken_by_new = either(group.is_taken_by_new, of_new);
         begin_region(directive.last_line + 1, directive.end);
     }
 
     // What a branch may have defined is not known behind it.
     void close_branch(const CDirective& directive) {
-        const Group& group = groups_.back();
+        Group& group = groups_.back();
+        group.alternatives += branches_.branches[*branch_].built == Built::NEVER ? 0 : 1;
         if (built_ == Built::MAYBE) {
             for (std::size_t at = group.first_changed; at < changed_.size(); ++at) {
                 macros_[changed_[at]] = {};
@@ -118,6 +144,14 @@ class CConditions {
         }
         built_ = group.around;
         begin_region(directive.line, directive.begin);
+    }
+
+    void close_group(const CDirective& directive) {
+        const Group& group = groups_.back();
+        branches_.alternatives[group.number] = group.is_taken.is_true() ? group.alternatives : 0;
+        branch_ = group.branch_around;
+        branches_.parts.push_back({.begin = directive.begin, .branch = branch_});
+        groups_.pop_back();
     }
 
     void begin_region(std::uint32_t line, std::size_t begin) {
@@ -154,6 +188,17 @@ class CConditions {
         return found == macros_.end() ? known_c_macro(name) : found->second;
     }
 
+    // Where libraries have all that is asked for, as HAVE_F says by custom, and are newer than any version.
+    [[nodiscard]] CMacro macro_of_new(string_view name) const {
+        constexpr CNumber NEW{.least = std::int64_t{1} << 48U, .most = C_ANY.most};
+        const CMacro known = macro(name);
+        const bool is_known = known.is_defined.is_true() || known.is_defined.is_false();
+        const bool is_version = name.find("VERSION") != string_view::npos;
+        const bool is_had = name.find("HAVE") != string_view::npos;
+        return is_known || !(is_version || is_had) ? known
+                                                   : CMacro{.is_defined = C_TRUE, .value = is_version ? NEW : C_TRUE};
+    }
+
     // Whether all that is read of a file stands in this condition: it is the first in it, or serves nothing else, and
     // defines what it asks for.
     [[nodiscard]] bool is_guard(std::size_t at) const {
@@ -177,6 +222,8 @@ class CConditions {
     string_view text_;
     std::span<const CDirective> directives_;
     std::vector<Region> regions_;
+    CBranches branches_;
+    std::optional<std::size_t> branch_;  // that is read
     std::vector<Group> groups_;
     Built built_ = Built::ALWAYS;
     std::unordered_map<string_view, CMacro> macros_;  // that the file has defined or undefined
@@ -185,8 +232,13 @@ class CConditions {
 
 }  // namespace
 
-std::vector<Region> compiled_regions(string_view text, const CTokens& scanned) {
-    return CConditions(text, scanned).regions();
+std::optional<std::size_t> CBranches::at(std::size_t offset) const {
+    const auto next = std::ranges::upper_bound(parts, offset, {}, &Part::begin);
+    return next == parts.begin() ? std::nullopt : std::prev(next)->branch;
+}
+
+CCompiled compiled_c(string_view text, const CTokens& scanned) {
+    return CConditions(text, scanned).read();
 }
 
 }  // namespace host::sources

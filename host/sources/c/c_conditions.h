@@ -8,12 +8,45 @@
 #include "host/sources/c/c_scanner.h"
 #include "host/syntax/syntax_builder.h"
 
+#include <cstddef>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 namespace host::sources {
 
-/// Returns where the text begins to be compiled always, maybe or never, in its order; empty where all of it always is.
-std::vector<syntax::Region> compiled_regions(std::string_view text, const CTokens& scanned);
+/// A branch of an `#if`.
+struct CBranch {
+    std::optional<std::size_t> around;            ///< the branch around the `#if`, if any
+    std::size_t condition = 0;                    ///< number of the `#if`
+    syntax::Built built = syntax::Built::ALWAYS;  ///< where what is around it is compiled
+    bool is_substitute = false;                   ///< only taken where a library lacks something: `#ifndef HAVE_F`
+};
+
+/// The branches of all conditions of a text.
+struct CBranches {
+    /// Where a branch begins, or goes on behind a condition in it.
+    struct Part {
+        std::size_t begin = 0;              ///< in bytes
+        std::optional<std::size_t> branch;  ///< none outside of all conditions
+    };
+
+    std::vector<Part> parts;        ///< ascending
+    std::vector<CBranch> branches;  ///< in the order of the text
+    std::vector<std::size_t>
+        alternatives;  ///< by `#if`: of how many branches a build takes one; 0 where it may take none
+
+    /// Returns the innermost branch around an offset.
+    [[nodiscard]] std::optional<std::size_t> at(std::size_t offset) const;
+};
+
+/// What of a text is compiled.
+struct CCompiled {
+    /// Where it begins to be compiled always, maybe or never, in its order; empty where all of it always is.
+    std::vector<syntax::Region> regions;
+    CBranches branches;
+};
+
+CCompiled compiled_c(std::string_view text, const CTokens& scanned);
 
 }  // namespace host::sources

@@ -5,6 +5,7 @@
 #include "host/sources/c/c_conditions.h"
 #include "host/sources/c/c_mending.h"
 #include "host/sources/c/c_scanner.h"
+#include "host/sources/c/c_substitutes.h"
 #include "host/sources/syntax_readers.h"
 
 extern "C" {
@@ -162,7 +163,8 @@ const CDialect& CDialect::cpp() {
 // What the tree was made without names things of the file, too.
 syntax::Syntax CReader::read_file(TSNode root) {
     const CTokens scanned = scan_c(text_);
-    out_.set_regions(compiled_regions(text_, scanned));
+    CCompiled compiled = compiled_c(text_, scanned);
+    out_.set_regions(std::move(compiled.regions));
     const std::vector<LooseMacro> macros = loose_macros(text_, scanned);
     const std::vector<CSplit> splits = split_parts(text_, scanned);
     const auto begins_at = [&](std::size_t at) {
@@ -189,6 +191,7 @@ syntax::Syntax CReader::read_file(TSNode root) {
     read_level(Node(root));
     syntax::Syntax stated = out_.finish();
     join_alternatives(stated, dialect_.is_cpp);
+    mark_substitutes(stated, compiled.branches);
     return stated;
 }
 

@@ -25,7 +25,7 @@ struct CDepth {
     [[nodiscard]] bool is_balanced() const { return net == 0 && least == 0; }
 };
 
-struct CBranch {
+struct CSplitBranch {
     const CDirective* directive = nullptr;  // that begins it
     CDepth braces = {};
     CDepth brackets = {};
@@ -42,7 +42,7 @@ struct CBranch {
 class CSplits {
   public:
     CSplits(string_view text, const CTokens& scanned)
-        : text_(text), scanned_(scanned), regions_(compiled_regions(text, scanned)) {}
+        : text_(text), scanned_(scanned), regions_(compiled_c(text, scanned).regions) {}
 
     std::vector<CSplit> find() {
         std::size_t next = 0;  // directive
@@ -66,7 +66,7 @@ class CSplits {
 
   private:
     struct Group {
-        std::vector<CBranch> branches;
+        std::vector<CSplitBranch> branches;
         long brackets_before = 0;  // that are open
         string_view before = {};   // token
     };
@@ -76,7 +76,7 @@ class CSplits {
     }
 
     void add(const CToken& token) {
-        CBranch& branch = groups_.back().branches.back();
+        CSplitBranch& branch = groups_.back().branches.back();
         const string_view mark = spelling(token);
         branch.begins_with_else = branch.begins_with_else || (branch.is_empty && mark == "else");
         branch.is_empty = false;
@@ -113,10 +113,10 @@ class CSplits {
 
     // Keeps one branch of a group that splits something: the first that may be compiled.
     void close(const Group& group, const CDirective& end) {
-        const CBranch& first = group.branches.front();
-        const bool is_whole =
-            std::ranges::all_of(group.branches, &CBranch::is_whole) && group.brackets_before <= 0 && !is_amid(group);
-        const bool is_alike = std::ranges::all_of(group.branches, [&](const CBranch& each) {
+        const CSplitBranch& first = group.branches.front();
+        const bool is_whole = std::ranges::all_of(group.branches, &CSplitBranch::is_whole) &&
+                              group.brackets_before <= 0 && !is_amid(group);
+        const bool is_alike = std::ranges::all_of(group.branches, [&](const CSplitBranch& each) {
             return each.braces.net == first.braces.net && each.brackets.net == first.brackets.net;
         });
         const bool leads_on = group.branches.size() == 1 && (first.braces.net != 0 || first.brackets.net != 0);
@@ -128,14 +128,14 @@ class CSplits {
             return;
         }
         const auto found =
-            std::ranges::find_if(group.branches, [&](const CBranch& each) { return may_be_compiled(each); });
+            std::ranges::find_if(group.branches, [&](const CSplitBranch& each) { return may_be_compiled(each); });
         const auto kept = found == group.branches.end() ? group.branches.begin() : found;
         const std::size_t next = kept + 1 == group.branches.end() ? end.begin : (kept + 1)->directive->begin;
         parts_.push_back({.begin = first.directive->begin, .end = kept->directive->end});
         parts_.push_back({.begin = next, .end = end.end});
         open_brackets_ += kept->brackets.net;
         if (!groups_.empty()) {
-            CBranch& around = groups_.back().branches.back();
+            CSplitBranch& around = groups_.back().branches.back();
             around.braces.add(kept->braces);
             around.brackets.add(kept->brackets);
             around.is_empty = false;
@@ -145,14 +145,14 @@ class CSplits {
     // Whether what stands before a group goes on in it: `template <class T>`, a list of initializers `a(b),`.
     static bool is_amid(const Group& group) {
         constexpr string_view OPERATORS = ">&|=?";
-        const CBranch& first = group.branches.front();
+        const CSplitBranch& first = group.branches.front();
         const bool is_initializer = first.second == "(" && first.last == ",";
         return !group.before.empty() &&
                (OPERATORS.find(group.before.back()) != string_view::npos || (group.before == "," && is_initializer));
     }
 
     // `extern "C" {` and, in a condition of its own, its end.
-    void read_linkage(const CBranch& branch, const CSplit& whole) {
+    void read_linkage(const CSplitBranch& branch, const CSplit& whole) {
         if (branch.first == "extern" && branch.tokens == 3) {
             linkages_.push_back(whole);
         } else if (branch.first == "}" && branch.tokens == 1 && !linkages_.empty()) {
@@ -161,7 +161,7 @@ class CSplits {
         }
     }
 
-    [[nodiscard]] bool may_be_compiled(const CBranch& branch) const {
+    [[nodiscard]] bool may_be_compiled(const CSplitBranch& branch) const {
         const auto after = std::ranges::upper_bound(regions_, branch.directive->end, {}, &syntax::Region::begin);
         return after == regions_.begin() || std::prev(after)->built != syntax::Built::NEVER;
     }

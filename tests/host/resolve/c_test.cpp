@@ -5,6 +5,8 @@
 
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace host::resolve {
 namespace {
@@ -101,6 +103,29 @@ TEST(C, WhatABuildMayLackAndNoFileDefinesMayBeOfTheLibrary) {
     EXPECT_EQ(targets_from("a.c", {{"a.c", "#ifndef STDC\nextern void *malloc();\n#endif\nvoid *own();\n"
                                            "void *f(void) { return malloc(own()); }"}}),
               "?a.c:malloc a.c:own");
+}
+
+TEST(C, WhatALibraryMayHaveInsteadIsAmbiguous) {
+    const std::string f = "#define f(a) g(a)\n";
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"#ifndef HAVE_F\n" + f + "#endif", "?h.h:f"},
+        {"#if !A || !defined(X_HAVE_F)\n" + f + "#endif", "h.h:f"},
+        {"#if HAVE_F\n#else\n" + f + "#endif", "?h.h:f"},
+        {"#if SSL_VERSION < 0x101L\n" + f + "#endif", "?h.h:f"},
+        {"#ifdef F\n" + f + "#endif", "h.h:f"},
+        {"#if HAVE_F\n" + f + "#else\n" + f + "#endif", "h.h:f"},
+        {"#if HAVE_F\n#error\n#else\n#if A\n" + f + "#elif B\n" + f + "#else\n" + f + "#endif\n#endif", "h.h:f"},
+        {"#ifdef HAVE_S\n#define s t\n#else\nstruct s { int m; };\n#endif", "?h.h:s ?h.h:s ?h.h:s.m"},
+        {"#ifndef EPOLLIN\n#define EPOLLIN 1\n#endif\n#ifndef LIMIT\n#define LIMIT 2\n#endif",
+         "?h.h:EPOLLIN h.h:LIMIT"},
+    };
+    for (const auto& [header, targets] : cases) {
+        EXPECT_EQ(
+            targets_from("a.c", {{"a.c", "#include \"h.h\"\nint a(struct s *p) { return f(p->m + EPOLLIN + LIMIT); }"},
+                                 {"h.h", header}}),
+            targets)
+            << header;
+    }
 }
 
 TEST(C, WhatIsNotAlwaysDeclaredMayStandForWhatAnIncludeBrings) {

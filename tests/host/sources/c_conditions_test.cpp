@@ -12,7 +12,7 @@ namespace {
 
 // For each line that is an "x": A when it is always compiled, M maybe, N never.
 std::string compiled_lines(const std::string& text) {
-    const std::vector<syntax::Region> regions = compiled_regions(text, scan_c(text));
+    const std::vector<syntax::Region> regions = compiled_c(text, scan_c(text)).regions;
     std::string found;
     for (std::size_t at = 0, line = 1; at < text.size(); at = text.find('\n', at) + 1, ++line) {
         syntax::Built built = syntax::Built::ALWAYS;
