@@ -62,6 +62,8 @@ class CLooseMacros {
                 end_of_body = begins_a_body(at) ? closing(at, "{", "}") + 1 : 0;
             } else if (is_macro) {
                 consider(at);
+            } else if (word == "*" && is_before_old_function(at)) {
+                parts_.push_back({tokens_[at].begin, tokens_[at].end, {}});
             }
         }
         std::ranges::sort(parts_, {}, &Part::begin);
@@ -74,6 +76,11 @@ class CLooseMacros {
                                    : string_view();
     }
     [[nodiscard]] bool is_word(std::size_t at) const { return at < tokens_.size() && tokens_[at].is_word; }
+
+    [[nodiscard]] bool is_name(std::size_t at) const {
+        return is_word(at) && !is_one_of(C_KEYWORDS_OF_TYPES, spelling(at));
+    }
+    [[nodiscard]] bool is_plain_name(std::size_t at) const { return is_name(at) && !is_capital(spelling(at)); }
 
     // The one before that is not blanked; empty at the beginning.
     [[nodiscard]] string_view before(std::size_t at) const { return at == 0 ? string_view() : spelling(at - 1); }
@@ -119,10 +126,33 @@ class CLooseMacros {
             add(at, at + 1, false);  // `f ARGS((int))`
             parts_.push_back({tokens_[last].begin, tokens_[last].end, {}});
         } else if (is_before_declaration(at, next) || is_calling_convention(at, is_called) ||
-                   is_in_class_head(at, next) || is_behind_function(at, next) ||
-                   (is_called && is_behind_field(at, next)) || is_alone(at, next)) {
+                   (!is_called && is_between_type_and_name(at)) || is_in_class_head(at, next) ||
+                   is_behind_function(at, next) || (is_called && is_behind_field(at, next)) || is_alone(at, next)) {
             add(at, last, is_called);
         }
+    }
+
+    // `char *f(a) T a; {`: the grammars take what gives a pointer for a variable, unless it is `char f(a)`.
+    [[nodiscard]] bool is_before_old_function(std::size_t at) const {
+        constexpr std::size_t LONGEST = 200;  // tokens of the parameters
+        while (spelling(at) == "*" || spelling(at) == "const" || is_capital(spelling(at))) {
+            ++at;
+        }
+        if (!is_word(at) || spelling(at + 1) != "(") {
+            return false;
+        }
+        for (at += 2; is_word(at) && spelling(at + 1) == ","; at += 2) {
+        }
+        const std::size_t first = at + 2;
+        if (!is_word(at) || spelling(at + 1) != ")" || !is_word(first)) {
+            return false;
+        }
+        for (at = first; at < std::min(first + LONGEST, tokens_.size()); ++at) {
+            if (spelling(at) == "{" || spelling(at) == "}" || spelling(at) == "=") {
+                return spelling(at) == "{" && before(at) == ";";
+            }
+        }
+        return false;
     }
 
     // One of a statement behind a directive: `label:`, `#endif`.
@@ -140,13 +170,10 @@ class CLooseMacros {
 
     // `local int f()`: no declaration has three words that are no keywords, but for a macro behind its name.
     [[nodiscard]] bool is_before_two_words(std::size_t at) const {
-        const auto is_name = [&](std::size_t each) {
-            return is_word(each) && !is_one_of(C_KEYWORDS_OF_TYPES, spelling(each));
-        };
-        const auto is_plain_name = [&](std::size_t each) { return is_name(each) && !is_capital(spelling(each)); };
         const bool has_builtin_type = is_one_of(C_BUILTIN_TYPES, spelling(at + 1)) && is_word(at + 2);
+        const bool has_const_type = spelling(at + 1) == "const" && is_plain_name(at + 2) && is_word(at + 3);
         return begins_declaration(at) && is_name(at) && !is_one_of(C_BUILTIN_TYPES, spelling(at)) &&
-               ((is_plain_name(at + 1) && is_plain_name(at + 2)) || has_builtin_type);
+               ((is_plain_name(at + 1) && is_plain_name(at + 2)) || has_builtin_type || has_const_type);
     }
 
     [[nodiscard]] bool begins_declaration(std::size_t at) const {
@@ -174,10 +201,20 @@ class CLooseMacros {
             (at > 0 && is_word(at - 1) && !is_one_of(C_MODIFIERS, last) && !is_one_of(C_TAGS, last) && last != "enum" &&
              last != "new" && last != "return" && last != "operator") ||
             last == "*" || last == "&";
-        const bool is_before_name = is_word(at + 1) && spelling(at + 2) == "(";
+        const bool is_before_arguments =
+            is_capital(spelling(at + 2)) && spelling(at + 3) == "(" && spelling(at + 4) == "(";
+        const bool is_before_name = is_word(at + 1) && (spelling(at + 2) == "(" || is_before_arguments);
         const bool has_parameters = spelling(at + 4) == "(" || spelling(at + 6) == "(";  // or behind ARGS
         const bool is_of_pointer = last == "(" && spelling(at + 1) == "*" && spelling(at + 3) == ")" && has_parameters;
         return !is_called && ((is_behind_type && is_before_name) || is_of_pointer);
+    }
+
+    // `Type FAR name[1];`
+    [[nodiscard]] bool is_between_type_and_name(std::size_t at) const {
+        constexpr string_view ENDS = "[;=,";
+        const string_view follows = spelling(at + 2);
+        return at > 0 && is_plain_name(at - 1) && is_plain_name(at + 1) && follows.size() == 1 &&
+               ENDS.find(follows) != string_view::npos;
     }
 
     // `class EXPORT C {`
@@ -197,13 +234,10 @@ class CLooseMacros {
 
     // `Type name ATTRIBUTE(value);`
     [[nodiscard]] bool is_behind_field(std::size_t at, std::size_t next) const {
-        const auto is_name = [&](std::size_t each) {
-            return is_word(each) && !is_one_of(C_KEYWORDS_OF_TYPES, spelling(each)) && !is_capital(spelling(each));
-        };
-        const bool is_behind_name = at > 1 && is_name(at - 1) && !is_one_of(C_BUILTIN_TYPES, before(at));
+        const bool is_behind_name = at > 1 && is_plain_name(at - 1) && !is_one_of(C_BUILTIN_TYPES, before(at));
         const string_view type = at > 1 ? before(at - 1) : string_view();
         const string_view follows = spelling(next);
-        return is_behind_name && (type == "*" || type == "&" || type == ">" || is_name(at - 2)) &&
+        return is_behind_name && (type == "*" || type == "&" || type == ">" || is_plain_name(at - 2)) &&
                (follows == ";" || follows == "=" || follows == "{");
     }
 

@@ -29,6 +29,10 @@ TEST(CMending, LooseMacrosAreTakenOutAndEveryOtherByteStays) {
         {"API(\"a\") CALL int f(void);", "              int f(void);"},
         {"void f() { a = 64 KB; }", "void f() { a = 64   ; }"},
         {"void f() {\nout:\n#endif\nb(); }", "void f() {\n    \n#endif\nb(); }"},
+        {"local const T x[1];", "      const T x[1];"},
+        {"T CALL f ARGS((int a));", "T      f      (int a) ;"},
+        {"T FAR x[1];", "T     x[1];"},
+        {"char *f(a, b) T a; int *b; { X y; }", "char  f(a, b) T a; int *b; { X y; }"},
         {"DECLARE(a)\nDECLARE(b)\nint c;", "          \n          \nint c;"},
     };
     for (const auto& [text, mended] : cases) {
@@ -51,6 +55,8 @@ TEST(CMending, TypesAndWhatStandsInBodiesStays) {
              "static T F(int a); T* G(int a); unsigned int H(int a);",
              "typename T::U f(unsigned long a);",
              "n::TYPE const a;",
+             "T const FAR x; struct FAR x; T const x;",
+             "char *f(a, b); struct T { int a; }; int *g(a) ATTR = b * f(c); int h(void) { }",
          }) {
         EXPECT_EQ(without_loose_macros(text), text);
     }
