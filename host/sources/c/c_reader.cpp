@@ -119,7 +119,11 @@ NodeRules<CReader> CDialect::shared_rules(const TSLanguage* language) {
 const CDialect& CDialect::c() {
     static const CDialect dialect = [] {
         CDialect made{.fields = CGrammar(tree_sitter_c()), .rules = shared_rules(tree_sitter_c()), .is_cpp = false};
-        made.rules.add({{"macro_type_specifier", &CReader::read_macro_type}});
+        made.rules.add({
+            {"macro_type_specifier", &CReader::read_macro_type},
+            {"true", &CReader::read_identifier},  // a macro, like "false"
+            {"false", &CReader::read_identifier},
+        });
         return made;
     }();
     return dialect;

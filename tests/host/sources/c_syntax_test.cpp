@@ -116,6 +116,7 @@ TEST(CSyntax, DirectivesMentionMacros) {
               "4 value A\n4 value B\n5 value C\n7 value D\n");
     EXPECT_EQ(mentions_of(read("a.c", "#define M(a, b) f(a, (struct S *)b) + \"y\" \\\n  + g.h + a##c + #b + 0x1F\n")),
               "1 call f\n1 type S\n2 value g\n");
+    EXPECT_EQ(mentions_of(read("a.c", "int a = true;")), "1 value true\n");
     const syntax::Syntax syntax = read("a.c", "#include \"b.h\"\n#include <c/d.h>\n");
     ASSERT_EQ(syntax.imports.size(), 2);
     EXPECT_EQ(syntax.name(syntax.imports.at(1).module), "c/d.h");
