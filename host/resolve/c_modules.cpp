@@ -113,6 +113,17 @@ class CModules : public ModuleRules {
         return is_one ? best : std::nullopt;
     }
 
+    // Whether the folder of a header, which neither the include nor the path of the file spells out, is for another
+    // system: a build for this one makes such a header, or has it elsewhere.
+    [[nodiscard]] bool is_picked_for_other_system(FileId from, const syntax::Import& import, FileId header) const {
+        const std::string& path = catalog_.file(from).path;
+        std::string_view folders = catalog_.file(header).path;
+        folders.remove_suffix(std::min(folders.size(), catalog_.syntax(from).name(import.module).size()));
+        const auto common = static_cast<std::size_t>(std::ranges::mismatch(path, folders).in2 - folders.begin());
+        folders.remove_prefix(folders.substr(0, common).rfind('/') + 1);
+        return is_in_folder_of_other_system(folders);
+    }
+
     using FilesOfFiles = std::vector<std::vector<FileId>>;
 
     // `always` is of each header what always includes it.
@@ -124,7 +135,9 @@ class CModules : public ModuleRules {
             const std::optional<FileId> header = find_header(file, import);
             const bool is_always = import.built == syntax::Built::ALWAYS;
             if (header) {
-                (import.built == syntax::Built::NEVER ? left_out_ : built_)[file].push_back(*header);
+                const bool is_left_out =
+                    import.built == syntax::Built::NEVER || is_picked_for_other_system(file, import, *header);
+                (is_left_out ? left_out_ : built_)[file].push_back(*header);
                 includers_[*header].push_back(file);
                 always[*header].insert(always[*header].end(), is_always ? 1 : 0, file);
             } else if (is_always && is_header_of_other_system(catalog_.syntax(file).name(import.module))) {

@@ -123,12 +123,32 @@ constexpr auto C_FOLDERS_OF_OTHERS = std::to_array<string_view>({
     "uvm/",
 });
 
-}  // namespace
+// How folders of a repository begin that are for other systems.
+constexpr auto C_OTHERS_IN_NAMES =
+    std::to_array<string_view>({"amiga", "android", "djgpp", "macos", "mingw", "msdos", "msvc", "nmake", "os2", "os400",
+                                "symbian", "vcbuild", "visualstudio", "vms", "win32", "win64", "wince", "windows"});
 
-bool is_header_of_other_system(string_view name) {
+std::string in_small_letters(string_view name) {
     std::string small(name);
     std::ranges::transform(small, small.begin(),
                            [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return small;
+}
+
+}  // namespace
+
+bool is_in_folder_of_other_system(string_view path) {
+    const std::string small = in_small_letters(path);
+    for (string_view rest = small; rest.find('/') != string_view::npos; rest.remove_prefix(rest.find('/') + 1)) {
+        if (std::ranges::any_of(C_OTHERS_IN_NAMES, [&](string_view each) { return rest.starts_with(each); })) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool is_header_of_other_system(string_view name) {
+    const std::string small = in_small_letters(name);
     return std::ranges::find(C_HEADERS_OF_OTHERS, small) != C_HEADERS_OF_OTHERS.end() ||
            std::ranges::any_of(C_FOLDERS_OF_OTHERS, [&](string_view folder) { return small.starts_with(folder); });
 }

@@ -9,4 +9,7 @@ namespace host::resolve {
 /// for most, as a name that is not known to belong to a system may be of any library.
 bool is_header_of_other_system(std::string_view name);
 
+/// Returns whether one of the folders of a path is, by its name, for another system: `win32/`, `WIN32-Code/`, `msvc/`.
+bool is_in_folder_of_other_system(std::string_view path);
+
 }  // namespace host::resolve

@@ -306,6 +306,14 @@ Meaning Evaluator::member_of_whole(Container module, Name name) {
     return whole == NONE || whole == name ? Meaning() : members(exported(module, whole), name);
 }
 
+// Whether a build may define a type in place of any of these: of aliases in other branches of an `#if` of its file.
+bool Evaluator::is_in_place_of_all(Symbol type, const Meaning& others) const {
+    return catalog_.declaration(type).is_definition && std::ranges::all_of(others, [&](const Entity& other) {
+               return other.what == What::SYMBOL && catalog_.built(other.id) == syntax::Built::MAYBE &&
+                      catalog_.file_of(other.id) == catalog_.file_of(type);
+           });
+}
+
 // Those that a name in this space binds to: a type binds to types alone, a value rather to a value than to a class.
 Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules& rules) const {
     const auto only = [&](const auto& is_wanted) {
@@ -338,8 +346,11 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
             best = only([&](const Entity&, Kind kind) { return kind == Kind::ALIAS || kind == Kind::MACRO; });
         }
         if (best.empty()) {
-            best = only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
+            return only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
         }
+        add_once(best, only([&](const Entity& entity, Kind kind) {
+                     return kind == Kind::TYPE && is_in_place_of_all(entity.id, best);
+                 }));
         return best;
     case Space::VALUE:
         best = only([&](const Entity& entity, Kind kind) {

@@ -81,6 +81,14 @@ class Resolver::Linked {
                 }
             }
         }
+        for (syntax::DeclarationId id = 0; id < catalog_.syntax(file).declarations.size(); ++id) {
+            for (const Symbol macro : possible_targets_->macros_over(catalog_.symbol(file, id))) {
+                const Target target{catalog_.file_of(macro),
+                                    catalog_.declaration_id(catalog_.first_alternative(macro))};
+                ++found.try_emplace({target, Evidence::AMBIGUOUS}, Reference{target, 0, 0, Evidence::AMBIGUOUS})
+                      .first->second.count;
+            }
+        }
         references.references.reserve(found.size());
         for (const auto& [key, reference] : found) {
             references.references.push_back(reference);
@@ -201,6 +209,9 @@ class Resolver::Linked {
         std::vector<Symbol> symbols;
         for (const Entity& entity : meaning_of(evaluator, {file, mention.expression})) {
             targets.is_foreign = targets.is_foreign || entity.what == What::FOREIGN;
+            if (is_called_type(file, mention, entity)) {
+                continue;
+            }
             if (entity.what == What::SYMBOL && is_nameless_export(entity.id)) {
                 targets.targets.push_back({catalog_.file_of(entity.id), Target::MODULE});
             } else if (entity.what == What::SYMBOL) {
@@ -213,19 +224,25 @@ class Resolver::Linked {
             return !symbols.empty() && std::ranges::all_of(symbols, [&](Symbol each) { return (this->*has)(each); });
         };
         targets.is_foreign = targets.is_foreign || are_all(&Linked::is_substitute);
+        const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
+        const auto is_elsewhere = [&](Symbol symbol) {
+            return is_built && (catalog_.built(symbol) == Built::NEVER ||
+                                languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
+        };
+        const bool is_first = announces_first({file, mention.expression});
+        const bool are_elsewhere = !symbols.empty() && std::ranges::all_of(symbols, is_elsewhere);
         symbols = definitions(catalog_, called_with(with_parts(symbols), mention));  // an announcement has the defaults
         if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
             symbols = unique_function(file, mention);
             targets.is_unique = true;
         }
-        targets.is_foreign = targets.is_foreign || are_all(&Linked::stands_in_for_library);
-        const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
+        targets.is_foreign =
+            targets.is_foreign || are_all(&Linked::is_substitute) || are_all(&Linked::stands_in_for_library);
         for (const Symbol symbol : symbols) {
-            const bool is_elsewhere =
-                is_built && (catalog_.built(symbol) == Built::NEVER ||
-                             languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
-            add_target(symbol, is_elsewhere ? targets.elsewhere : targets.targets);
-            add_unstated(evaluator, symbol, targets.possible);
+            add_target(symbol, is_first                                ? targets.possible
+                               : are_elsewhere || is_elsewhere(symbol) ? targets.elsewhere
+                                                                       : targets.targets);
+            add_unstated(evaluator, file, symbol, targets.possible);
         }
         if (symbols.empty() && targets.targets.empty() &&
             (!targets.is_foreign || is_plain_name({file, mention.expression}))) {
@@ -233,7 +250,38 @@ class Resolver::Linked {
                 add_target(symbol, targets.possible);
             }
         }
+        std::erase_if(targets.possible, [&](const Target& each) {
+            return std::ranges::find(targets.targets, each) != targets.targets.end() ||
+                   std::ranges::find(targets.elsewhere, each) != targets.elsewhere.end();
+        });
         return targets;
+    }
+
+    // Whether a token declares a type, which may be defined anywhere or be no more than a name: `typedef struct s s_t;`.
+    [[nodiscard]] bool announces_first(const Place& token) const {
+        const syntax::Expression& expression = catalog_.syntax(token.file).expressions[token.expression];
+        if (expression.operation != syntax::Operation::DECLARATION) {
+            return false;
+        }
+        const Symbol symbol = catalog_.symbol(token.file, expression.a);
+        const Declaration& declared = catalog_.declaration(symbol);
+        const auto is_declared_before = [&](Symbol other) {
+            const FileId of = catalog_.file_of(other);
+            return of != token.file && catalog_.declaration(other).kind == declared.kind &&
+                   languages_.modules(token.file).sees(token.file, of);
+        };
+        return !declared.is_definition && declared.kind == Kind::TYPE &&
+               std::ranges::none_of(catalog_.members(catalog_.home_of(symbol), catalog_.name_of(symbol)),
+                                    is_declared_before);
+    }
+
+    // Whether what is called would be a type, which C never calls: `kill(id, signal)` where the file has a `struct kill`.
+    [[nodiscard]] bool is_called_type(FileId file, const Mention& mention, const Entity& entity) const {
+        if (mention.role != syntax::Role::CALL || entity.what != What::SYMBOL || catalog_.file(file).language != "c") {
+            return false;
+        }
+        const Kind kind = catalog_.declaration(entity.id).kind;
+        return kind == Kind::TYPE || kind == Kind::ALIAS;
     }
 
     // Whether it is what a module exports without a declaration: `export default () => 1`.
@@ -249,10 +297,14 @@ class Resolver::Linked {
         return catalog_.syntax(place.file).expressions[place.expression].operation == syntax::Operation::NAME;
     }
 
-    // Adds what a name that leads to a declaration may mean as well.
-    void add_unstated(Evaluator& evaluator, Symbol symbol, std::vector<Target>& targets) const {
-        for (const Symbol type : types_behind(evaluator, symbol)) {
-            add_target(type, targets);
+    // Adds what a name of a file that leads to a declaration may mean as well.
+    void add_unstated(Evaluator& evaluator, FileId file, Symbol symbol, std::vector<Target>& targets) const {
+        for (const std::vector<Symbol>& unstated :
+             {types_behind(evaluator, symbol), possible_targets_->linked_with(symbol),
+              possible_targets_->macros_after(file, symbol)}) {
+            for (const Symbol other : unstated) {
+                add_target(other, targets);
+            }
         }
         const Container stub = languages_.modules(catalog_.file_of(symbol)).stub_of(catalog_.home_of(symbol));
         for (const Symbol stated : catalog_.members(stub, catalog_.name_of(symbol))) {

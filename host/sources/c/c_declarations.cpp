@@ -266,10 +266,9 @@ CReader::Id CReader::read_type_definition(const Node& node) {
     const bool has_body = type.exists() && type.child(fields_.body).exists();
     const Node tag = type.exists() ? type.child(fields_.name) : Node();
     const bool is_name = has_body && !tag.exists() && first.exists() && first.type() == "type_identifier";
-    if (!has_body && tag.exists() && tag.type() == "type_identifier") {  // `typedef struct s s_t;` is the first of s
-        announce(tag);
-    }
-    const Id named = is_name ? specifier(type, true, first) : type_of(type);
+    const bool is_announced = !has_body && !place_.is_local && type.type().ends_with("_specifier") && tag.exists() &&
+                              tag.type() == "type_identifier" && !is_tag(text(tag));
+    const Id named = is_name ? specifier(type, true, first) : is_announced ? announced_type(tag) : type_of(type);
     for_each_child(node, [&](const Node& child, TSFieldId field) {
         if (field == fields_.declarator && !(is_name && child == first)) {
             Declarator alias = declarator(child, named);

@@ -175,7 +175,9 @@ class CReader : public SyntaxReader<CReader> {
     Id read_enum(const Node& node, const Node& alias);
     Id read_enumerator(const Node& node);
     void read_members(const Node& node, syntax::DeclarationId id, std::string_view name);
-    void announce(const Node& tag);
+    Id announced_type(const Node& tag);
+    syntax::DeclarationId announce(const Node& tag);
+    [[nodiscard]] bool is_tag(std::string_view name) const { return tags_.contains(name); }
     void bind_local_tag(const Node& name);
     syntax::ListId bases(const Node& node);
     [[nodiscard]] syntax::DeclarationId parent_of_tags() const;
@@ -244,6 +246,7 @@ class CReader : public SyntaxReader<CReader> {
     bool is_in_loose_body_ = false;                    // whether statements of the first of them are read
     std::size_t local_classes_ = 0;                    // that are open
     bool is_in_template_ = false;                      // whether what is read is the template of a template
+    std::unordered_set<std::string_view> tags_;        // of the file, up to here
     std::unordered_set<std::string_view> local_tags_;  // of the function that is read
 };
 

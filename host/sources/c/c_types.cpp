@@ -81,20 +81,28 @@ CReader::Id CReader::specifier(const Node& node, bool is_type, const Node& alias
     if (is_type || !is_plain) {
         return visit(name);
     }
-    announce(name);
+    if (!place_.is_local) {
+        announce(name);
+    }
     return UNKNOWN;
 }
 
+// `typedef struct s s_t;` declares s, unless an include has; then it refers to it.
+CReader::Id CReader::announced_type(const Node& tag) {
+    const syntax::DeclarationId id = announce(tag);
+    out_.mention(out_.add(Operation::DECLARATION, id), token(tag, Role::TYPE, Space::TAG));
+    return out_.look_up(text(tag), Space::TAG);
+}
+
 // Declares a type that is defined elsewhere, if at all.
-void CReader::announce(const Node& tag) {
-    if (!place_.is_local) {
-        out_.declare({.name = out_.name(text(tag)),
-                      .kind = Kind::TYPE,
-                      .parent = parent_of_tags(),
-                      .offset = tag.begin(),
-                      .is_private = place_.is_anonymous,
-                      .is_definition = false});
-    }
+syntax::DeclarationId CReader::announce(const Node& tag) {
+    tags_.insert(text(tag));
+    return out_.declare({.name = out_.name(text(tag)),
+                         .kind = Kind::TYPE,
+                         .parent = parent_of_tags(),
+                         .offset = tag.begin(),
+                         .is_private = place_.is_anonymous,
+                         .is_definition = false});
 }
 
 // In C, what is declared in a struct stands beside it.
@@ -116,6 +124,7 @@ CReader::Id CReader::read_class(const Node& node, const Node& alias, bool is_typ
     const std::string_view spelling = is_specialized ? text(stated) : text(name.name);
     const syntax::ListId bases = this->bases(node);
     const Node& place = is_specialized ? stated : name.name.exists() ? name.name : node;
+    tags_.insert(spelling);
     const syntax::DeclarationId id = out_.declare({.name = out_.name(spelling),
                                                    .kind = Kind::TYPE,
                                                    .parent = parent_of_tags(),

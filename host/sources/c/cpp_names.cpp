@@ -168,7 +168,7 @@ CReader::Id CReader::read_friend(const Node& node) {
     }
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "type_identifier") {  // `friend class C;` is the first of C
-            announce(child);
+            place_.is_local ? UNKNOWN : announce(child);
         }
         visit(child);
     });

@@ -30,7 +30,7 @@ TEST(C, ATagIsNoAliasAndAnAliasMayMeanAStructThatIsHiddenFromIt) {
               "a.c: import S of own.h, 1 from line 3\n"
               "a.c: import S.a of own.h, 1 from line 2\n"
               "a.c: import S of s.h, 1 from line 2\n"
-              "s.h: import S of own.h, 1 from line 1\n");
+              "s.h: ambiguous S of own.h, 1 from line 1\n");
 }
 
 TEST(C, OfManyAnnouncementsOneStandsForAllThatHaveItsDefinitions) {
@@ -62,6 +62,42 @@ TEST(C, NamesThatNoIncludeBringsMayMeanWhatTheLinkerFinds) {
 TEST(C, AMacroThatIsDefinedAgainIsAmbiguous) {
     EXPECT_EQ(resolved({{"a.c", "#include \"b.h\"\n#define M 1\nint a = M;"}, {"b.h", "#define M 2"}}),
               "a.c: ambiguous M of a.c, 1 from line 3\na.c: ambiguous M of b.h, 1 from line 3\n");
+}
+
+TEST(C, MacrosTakeThePlaceOfOthersAndOfDeclaredNames) {
+    EXPECT_EQ(targets_from("a.h", {{"a.h", "#define M 1\n#define N M"}, {"b.h", "#include \"a.h\"\n#define M 2"}}),
+              "a.h:M ?b.h:M");
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#include \"a.h\"\nint f(void) {}\nint g(int f) {}"},
+                                   {"a.h", "#ifdef PREFIX\n#define f PREFIX(f)\n#define g h\n#endif"},
+                                   {"b.h", "#define g i"}}),
+              "?a.h:f ?a.h:g");
+}
+
+TEST(C, ALinkerTakesOneNameForOneThing) {
+    const std::string fits = "#include \"a.h\"\nint g(void) { return f(1, 2); }";
+    EXPECT_EQ(targets_from("a.c", {{"a.c", fits}, {"a.h", "int f(int, int);"}, {"f.c", "int f(int a) {}"}}),
+              "a.h:f ?f.c:f");
+    EXPECT_EQ(targets_from("a.c", {{"a.c", fits}, {"a.h", "function f;"}, {"f.c", "int f(int a, int b) {}"}}),
+              "a.h:f ?f.c:f");
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "extern char **v;\nchar *c(void) { return v[0]; }"},
+                                   {"b.c", "extern char **v;"},
+                                   {"c.c", "static char **v;"}}),
+              "a.c:v ?b.c:v");
+}
+
+TEST(C, ACallIsOfNoTypeAndAnAliasMayBeAStructInAnotherBranch) {
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "struct kill { int a; };\nint f(void) { return kill(1); }"}}), "");
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#include \"t.h\"\nT t;"},
+                                   {"t.h", "#ifdef A\ntypedef int T;\n#else\ntypedef struct { int a; } T;\n#endif"}}),
+              "?t.h:T ?t.h:T");
+}
+
+TEST(C, ATypedefIsNoReferenceToTheStructThatItDeclares) {
+    const std::map<std::string, std::string> sources{{"a.h", "typedef struct S T;\ntypedef struct S U;"},
+                                                     {"b.h", "#include \"s.h\"\ntypedef struct S V;"},
+                                                     {"s.h", "struct S { int a; };"}};
+    EXPECT_EQ(targets_from("a.h", sources), "?s.h:S s.h:S");
+    EXPECT_EQ(targets_from("b.h", sources), "s.h:S");
 }
 
 TEST(C, WhatThisSystemHasComesBeforeWhatOthersHave) {
@@ -97,6 +133,17 @@ TEST(C, WhatOnlyOtherSystemsIncludeIsTheirs) {
         {"events.h", "struct e { int n; };"}};
     EXPECT_EQ(targets_from("a.c", sources), "?events.h:e ?events.h:e.n");
     EXPECT_EQ(targets_from("mvs.c", sources), "events.h:e events.h:e.n");
+    EXPECT_EQ(targets_from("a.c", {{"a.c", "#ifdef __MVS__\n#include \"mvs.h\"\n#endif\nint f(void) { return ctl(); }"},
+                                   {"mvs.c", "int ctl(void) {}"},
+                                   {"mvs.h", "int ctl(void);"}}),
+              "?mvs.c:ctl");
+    const std::map<std::string, std::string> configured{{"a.c", "#include \"config.h\"\nint a = A;"},
+                                                        {"b.c", "#include \"WIN32-Code/config.h\"\nint a = A;"},
+                                                        {"WIN32-Code/c/b.c", "#include <config.h>\nint a = A;"},
+                                                        {"WIN32-Code/config.h", "#define A 1"}};
+    EXPECT_EQ(targets_from("a.c", configured), "?WIN32-Code/config.h:A");
+    EXPECT_EQ(targets_from("b.c", configured), "WIN32-Code/config.h:A");
+    EXPECT_EQ(targets_from("WIN32-Code/c/b.c", configured), "WIN32-Code/config.h:A");
 }
 
 TEST(C, WhatABuildMayLackAndNoFileDefinesMayBeOfTheLibrary) {
