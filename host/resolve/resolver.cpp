@@ -2,6 +2,7 @@
 
 #include "host/resolve/catalog.h"
 #include "host/resolve/definitions.h"
+#include "host/resolve/doubts.h"
 #include "host/resolve/evaluator.h"
 #include "host/resolve/languages.h"
 #include "host/resolve/possible_targets.h"
@@ -46,7 +47,8 @@ bool takes(const Declaration& function, std::uint8_t arguments) {
 // The declarations of a repository with all that is a member of something put there.
 class Resolver::Linked {
   public:
-    explicit Linked(const Repository& repository) : catalog_(repository), languages_(catalog_) {
+    explicit Linked(const Repository& repository)
+        : catalog_(repository), languages_(catalog_), doubts_(catalog_, languages_) {
         catalog_.link();
         if (place_owned([](Kind kind) { return kind == Kind::TYPE; })) {  // in which others may have their place
             catalog_.link();
@@ -206,42 +208,27 @@ class Resolver::Linked {
 
     Targets targets_of(Evaluator& evaluator, FileId file, const Mention& mention) const {
         Targets targets;
-        std::vector<Symbol> symbols;
-        for (const Entity& entity : meaning_of(evaluator, {file, mention.expression})) {
-            targets.is_foreign = targets.is_foreign || entity.what == What::FOREIGN;
-            if (is_called_type(file, mention, entity)) {
-                continue;
-            }
-            if (entity.what == What::SYMBOL && is_nameless_export(entity.id)) {
-                targets.targets.push_back({catalog_.file_of(entity.id), Target::MODULE});
-            } else if (entity.what == What::SYMBOL) {
-                add_shown(evaluator, entity, symbols);
-            } else if (entity.what == What::MODULE && catalog_.files_of(entity.id).size() == 1) {
-                targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
-            }
-        }
-        const auto are_all = [&](bool (Linked::*has)(Symbol) const) {
-            return !symbols.empty() && std::ranges::all_of(symbols, [&](Symbol each) { return (this->*has)(each); });
-        };
-        targets.is_foreign = targets.is_foreign || are_all(&Linked::is_substitute);
+        std::vector<Symbol> symbols = symbols_meant(evaluator, file, mention, targets);
         const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
-        const auto is_elsewhere = [&](Symbol symbol) {
-            return is_built && (catalog_.built(symbol) == Built::NEVER ||
-                                languages_.modules(file).sees_only_elsewhere(file, catalog_.file_of(symbol)));
+        const auto is_elsewhere = [&](Symbol symbol) { return is_built && doubts_.is_elsewhere(file, symbol); };
+        const auto is_left_to_library = [&](bool (Doubts::*is_so)(Symbol) const) {
+            const bool is_any = !std::ranges::all_of(symbols, is_elsewhere);
+            return is_any && std::ranges::all_of(
+                                 symbols, [&](Symbol each) { return is_elsewhere(each) || (doubts_.*is_so)(each); });
         };
-        const bool is_first = announces_first({file, mention.expression});
-        const bool are_elsewhere = !symbols.empty() && std::ranges::all_of(symbols, is_elsewhere);
+        const bool are_elsewhere = std::ranges::all_of(symbols, is_elsewhere);
+        targets.is_foreign = targets.is_foreign || is_left_to_library(&Doubts::is_substitute);
         symbols = definitions(catalog_, called_with(with_parts(symbols), mention));  // an announcement has the defaults
         if (symbols.empty() && targets.targets.empty() && !targets.is_foreign) {
             symbols = unique_function(file, mention);
             targets.is_unique = true;
         }
-        targets.is_foreign =
-            targets.is_foreign || are_all(&Linked::is_substitute) || are_all(&Linked::stands_in_for_library);
+        targets.is_foreign = targets.is_foreign || is_left_to_library(&Doubts::is_substitute) ||
+                             is_left_to_library(&Doubts::is_announced_at_most);
+        const bool is_first = doubts_.announces_first({file, mention.expression});
         for (const Symbol symbol : symbols) {
-            add_target(symbol, is_first                                ? targets.possible
-                               : are_elsewhere || is_elsewhere(symbol) ? targets.elsewhere
-                                                                       : targets.targets);
+            const bool is_of_others = (are_elsewhere && !targets.is_unique) || is_elsewhere(symbol);
+            add_target(symbol, is_first ? targets.possible : is_of_others ? targets.elsewhere : targets.targets);
             add_unstated(evaluator, file, symbol, targets.possible);
         }
         if (symbols.empty() && targets.targets.empty() &&
@@ -257,31 +244,21 @@ class Resolver::Linked {
         return targets;
     }
 
-    // Whether a token declares a type, which may be defined anywhere or be no more than a name: `typedef struct s s_t;`.
-    [[nodiscard]] bool announces_first(const Place& token) const {
-        const syntax::Expression& expression = catalog_.syntax(token.file).expressions[token.expression];
-        if (expression.operation != syntax::Operation::DECLARATION) {
-            return false;
+    // What a mention means before definitions are looked for. Adds to the targets what is no symbol.
+    std::vector<Symbol> symbols_meant(Evaluator& evaluator, FileId file, const Mention& mention,
+                                      Targets& targets) const {
+        std::vector<Symbol> symbols;
+        for (const Entity& entity : meaning_of(evaluator, {file, mention.expression})) {
+            targets.is_foreign = targets.is_foreign || entity.what == What::FOREIGN;
+            if (entity.what == What::SYMBOL && is_nameless_export(entity.id)) {
+                targets.targets.push_back({catalog_.file_of(entity.id), Target::MODULE});
+            } else if (entity.what == What::SYMBOL && !doubts_.is_called_type(file, mention, entity.id)) {
+                add_shown(evaluator, entity, symbols);
+            } else if (entity.what == What::MODULE && catalog_.files_of(entity.id).size() == 1) {
+                targets.targets.push_back({catalog_.files_of(entity.id).front(), Target::MODULE});
+            }
         }
-        const Symbol symbol = catalog_.symbol(token.file, expression.a);
-        const Declaration& declared = catalog_.declaration(symbol);
-        const auto is_declared_before = [&](Symbol other) {
-            const FileId of = catalog_.file_of(other);
-            return of != token.file && catalog_.declaration(other).kind == declared.kind &&
-                   languages_.modules(token.file).sees(token.file, of);
-        };
-        return !declared.is_definition && declared.kind == Kind::TYPE &&
-               std::ranges::none_of(catalog_.members(catalog_.home_of(symbol), catalog_.name_of(symbol)),
-                                    is_declared_before);
-    }
-
-    // Whether what is called would be a type, which C never calls: `kill(id, signal)` where the file has a `struct kill`.
-    [[nodiscard]] bool is_called_type(FileId file, const Mention& mention, const Entity& entity) const {
-        if (mention.role != syntax::Role::CALL || entity.what != What::SYMBOL || catalog_.file(file).language != "c") {
-            return false;
-        }
-        const Kind kind = catalog_.declaration(entity.id).kind;
-        return kind == Kind::TYPE || kind == Kind::ALIAS;
+        return symbols;
     }
 
     // Whether it is what a module exports without a declaration: `export default () => 1`.
@@ -328,18 +305,6 @@ class Resolver::Linked {
         if (std::ranges::find(targets, target) == targets.end()) {
             targets.push_back(target);
         }
-    }
-
-    // Whether a declaration is, or is a member of, what a library may have instead.
-    [[nodiscard]] bool is_substitute(Symbol symbol) const {
-        const Symbol around = catalog_.around(symbol);
-        return catalog_.declaration(symbol).is_substitute ||
-               (around != NONE && catalog_.declaration(around).is_substitute);
-    }
-
-    // Whether a declaration announces what no file defines, where a build may lack it: `#ifdef OLD`, `void *f();`.
-    [[nodiscard]] bool stands_in_for_library(Symbol symbol) const {
-        return catalog_.built(symbol) == Built::MAYBE && !catalog_.declaration(symbol).is_definition;
     }
 
     // Adds the other parts of declarations that have several: of a constant the interface of its name.
@@ -458,6 +423,7 @@ class Resolver::Linked {
 
     Catalog catalog_;
     Languages languages_;
+    Doubts doubts_;
     FurtherBases further_bases_;
     std::optional<PossibleTargets> possible_targets_;
     mutable std::mutex mutex_;

@@ -38,7 +38,7 @@ constexpr auto C_PREDEFINED = std::to_array<CPredefined>({
     {"__x86_64__", 1, 1},
 });
 
-// What a project may define itself, such as `WINDOWS` or `MACOS`, is not among them.
+// What a project may define itself on any system, such as `WINDOWS` or `MACOS`, is not among them.
 constexpr auto C_OF_OTHER_SYSTEMS = std::to_array<std::string_view>({
     // Compilers.
     "__BORLANDC__",
@@ -54,6 +54,7 @@ constexpr auto C_OF_OTHER_SYSTEMS = std::to_array<std::string_view>({
     "__WATCOMC__",
     "__xlC__",
     // Systems.
+    "WIN32",
     "_AIX",
     "_MSC_FULL_VER",
     "_MSC_VER",

@@ -55,6 +55,7 @@ constexpr auto C_NAMES_OF_SYSTEM = std::to_array<std::string_view>({
     "NAME_MAX",
     "NAN",
     "NFDBITS",
+    "NULL",
     "OPEN_MAX",
     "PATH_MAX",
     "PIPE_BUF",

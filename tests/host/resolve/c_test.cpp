@@ -159,6 +159,7 @@ TEST(C, WhatALibraryMayHaveInsteadIsAmbiguous) {
         {"#if !A || !defined(X_HAVE_F)\n" + f + "#endif", "h.h:f"},
         {"#if HAVE_F\n#else\n" + f + "#endif", "?h.h:f"},
         {"#if SSL_VERSION < 0x101L\n" + f + "#endif", "?h.h:f"},
+        {"#if !HAVE_F\n" + f + "#endif\n#ifdef _WIN32\n" + f + "#endif", "?h.h:f ?h.h:f"},
         {"#ifdef F\n" + f + "#endif", "h.h:f"},
         {"#if HAVE_F\n" + f + "#else\n" + f + "#endif", "h.h:f"},
         {"#if HAVE_F\n#error\n#else\n#if A\n" + f + "#elif B\n" + f + "#else\n" + f + "#endif\n#endif", "h.h:f"},

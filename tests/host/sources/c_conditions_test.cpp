@@ -30,6 +30,8 @@ TEST(CConditions, HoldAsFarAsTheyAreCertain) {
         {"0", "N"},
         {"1 /* a */ // b", "A"},
         {"defined(_WIN32)", "N"},
+        {"defined(WIN32) || defined(WINDOWS)", "M"},
+        {"defined(WIN32)", "N"},
         {"!defined _WIN32 && defined(__linux__)", "A"},
         {"defined(HAVE_X) || \\\n defined(__linux__)", "A"},
         {"defined(HAVE_X) && defined(__APPLE__)", "N"},
