@@ -63,6 +63,8 @@ class Evaluator {
     Meaning exported(Container container, Name name);
     Meaning compute_exported(Container container, Name name);
     Meaning member_of_whole(Container module, Name name);
+    [[nodiscard]] Meaning tags(const Meaning& found) const;
+    [[nodiscard]] Meaning types(const Meaning& found, const LanguageRules& rules) const;
     [[nodiscard]] bool is_in_place_of_all(Symbol type, const Meaning& others) const;
     [[nodiscard]] Meaning chosen(const Meaning& found, syntax::Space space, const LanguageRules& rules) const;
 

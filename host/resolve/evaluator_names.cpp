@@ -39,10 +39,6 @@ void add_members_in(const Catalog& catalog, Container container, Name name, cons
     }
 }
 
-bool is_kind_of_type(Kind kind) {
-    return kind == Kind::TYPE || kind == Kind::ALIAS;
-}
-
 }  // namespace
 
 Meaning Evaluator::named(FileId file, const syntax::Expression& name) {
@@ -304,64 +300,6 @@ Meaning Evaluator::member_of_whole(Container module, Name name) {
     }
     const Name whole = catalog_.name(languages_.modules(files.front()).whole());
     return whole == NONE || whole == name ? Meaning() : members(exported(module, whole), name);
-}
-
-// Whether a build may define a type in place of any of these: of aliases in other branches of an `#if` of its file.
-bool Evaluator::is_in_place_of_all(Symbol type, const Meaning& others) const {
-    return catalog_.declaration(type).is_definition && std::ranges::all_of(others, [&](const Entity& other) {
-               return other.what == What::SYMBOL && catalog_.built(other.id) == syntax::Built::MAYBE &&
-                      catalog_.file_of(other.id) == catalog_.file_of(type);
-           });
-}
-
-// Those that a name in this space binds to: a type binds to types alone, a value rather to a value than to a class.
-Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules& rules) const {
-    const auto only = [&](const auto& is_wanted) {
-        Meaning wanted;
-        for (const Entity& entity : found) {
-            const bool is_symbol = entity.what == What::SYMBOL;
-            if (is_wanted(entity, is_symbol ? catalog_.declaration(entity.id).kind : Kind::NAMESPACE)) {
-                wanted.push_back(entity);
-            }
-        }
-        return wanted;
-    };
-    if (rules.has_values_as_types) {  // so that one name is one thing, whatever it is used for
-        return found;
-    }
-    Meaning best;
-    switch (space) {
-    case Space::TAG: {
-        const auto is_substitute = [&](const Entity& entity) {
-            return entity.what == What::SYMBOL && catalog_.declaration(entity.id).is_substitute;
-        };
-        best = only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || kind == Kind::TYPE; });
-        if (std::ranges::any_of(best, is_substitute)) {  // a macro may name what it stands in for
-            add_once(best, only([&](const Entity&, Kind kind) { return kind == Kind::MACRO; }));
-        }
-        return best;
-    }
-    case Space::TYPE:
-        if (rules.has_macros) {  // a plain name means the tag where nothing else has it: in C++
-            best = only([&](const Entity&, Kind kind) { return kind == Kind::ALIAS || kind == Kind::MACRO; });
-        }
-        if (best.empty()) {
-            return only([&](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
-        }
-        add_once(best, only([&](const Entity& entity, Kind kind) {
-                     return kind == Kind::TYPE && is_in_place_of_all(entity.id, best);
-                 }));
-        return best;
-    case Space::VALUE:
-        best = only([&](const Entity& entity, Kind kind) {
-            return is_foreign(entity) || (!is_kind_of_type(kind) && kind != Kind::NAMESPACE);
-        });
-        return best.empty() ? found : best;
-    case Space::QUALIFIER:
-        best = only([&](const Entity&, Kind kind) { return is_kind_of_type(kind) || kind == Kind::NAMESPACE; });
-        return best.empty() && !rules.has_macros ? found : best;
-    }
-    return found;
 }
 
 }  // namespace host::resolve
