@@ -212,9 +212,9 @@ class Resolver::Linked {
         const bool is_built = !catalog_.is_left_out(file) && mention.built != Built::NEVER;
         const auto is_elsewhere = [&](Symbol symbol) { return is_built && doubts_.is_elsewhere(file, symbol); };
         const auto is_left_to_library = [&](bool (Doubts::*is_so)(Symbol) const) {
-            const bool is_any = !std::ranges::all_of(symbols, is_elsewhere);
-            return is_any && std::ranges::all_of(
-                                 symbols, [&](Symbol each) { return is_elsewhere(each) || (doubts_.*is_so)(each); });
+            const auto is_left = [&](Symbol each) { return (doubts_.*is_so)(each); };
+            return std::ranges::any_of(symbols, is_left) && !std::ranges::all_of(symbols, is_elsewhere) &&
+                   std::ranges::all_of(symbols, [&](Symbol each) { return is_left(each) || is_elsewhere(each); });
         };
         const bool are_elsewhere = std::ranges::all_of(symbols, is_elsewhere);
         targets.is_foreign = targets.is_foreign || is_left_to_library(&Doubts::is_substitute);

@@ -167,8 +167,8 @@ CReader::Id CReader::read_friend(const Node& node) {
         place_ = {.parent = place_.outside, .is_anonymous = place_.is_anonymous, .is_friend = true};
     }
     for_each_child(node, [&](const Node& child, TSFieldId) {
-        if (child.type() == "type_identifier") {  // `friend class C;` is the first of C
-            place_.is_local ? UNKNOWN : announce(child);
+        if (child.type() == "type_identifier" && !place_.is_local) {  // `friend class C;` is the first of C
+            announce(child);
         }
         visit(child);
     });
