@@ -134,8 +134,10 @@ class CLooseMacros {
 
     // `char *f(a) T a; {`: the grammars take what gives a pointer for a variable, unless it is `char f(a)`.
     [[nodiscard]] bool is_before_old_function(std::size_t at) const {
-        constexpr std::size_t LONGEST = 200;  // tokens of the parameters
-        while (spelling(at) == "*" || spelling(at) == "const" || is_capital(spelling(at))) {
+        constexpr std::size_t LONGEST = 200;   // tokens of the parameters
+        constexpr std::size_t MOST_MARKS = 8;  // between a "*" and a name
+        const auto is_mark = [&](string_view word) { return word == "*" || word == "const" || is_capital(word); };
+        for (std::size_t marks = 0; marks < MOST_MARKS && is_mark(spelling(at)); ++marks) {
             ++at;
         }
         if (!is_word(at) || spelling(at + 1) != "(") {

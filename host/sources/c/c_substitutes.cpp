@@ -54,11 +54,11 @@ struct CDoubt {
 
 CDoubt doubt_of(std::optional<std::size_t> branch, const CBranches& branches, const CCoverage& coverage) {
     CDoubt doubt;
-    for (; branch; branch = branches.branches[*branch].around) {
+    for (; branch && !doubt.is_substitute; branch = branches.branches[*branch].around) {
         const CBranch& around = branches.branches[*branch];
         if (around.built == Built::MAYBE && !coverage.is_covered(around.condition)) {
             doubt.is_optional = true;
-            doubt.is_substitute = doubt.is_substitute || around.is_substitute;
+            doubt.is_substitute = around.is_substitute;
         }
     }
     return doubt;
