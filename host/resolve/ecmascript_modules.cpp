@@ -44,7 +44,7 @@ class EcmascriptModules : public ModuleRules {
         const bool is_relative =
             module.starts_with("./") || module.starts_with("../") || module == "." || module == "..";
         if (is_relative) {
-            return found(file_at(joined(folder, module)), import);
+            return found(file_or_package_at(joined(folder, module)), import);
         }
         if (const std::optional<FileId> file = aliased(folder, module)) {
             return found(file, import);
@@ -112,6 +112,18 @@ class EcmascriptModules : public ModuleRules {
             }
         }
         return best;
+    }
+
+    // The source that a relative path stands for: of a folder with a manifest what that states, rather than its index.
+    [[nodiscard]] std::optional<FileId> file_or_package_at(const std::optional<std::string>& path) const {
+        const std::optional<FileId> file = file_at(path);
+        if (!path || (file && !is_below(catalog_.file(*file).path, *path))) {
+            return file;
+        }
+        const auto package = std::ranges::lower_bound(packages_, *path, std::ranges::greater(), &Package::folder);
+        const bool is_package = package != packages_.end() && (*package)->folder == *path;
+        const std::optional<FileId> stated = is_package ? file_of_package(**package, "") : std::nullopt;
+        return stated ? stated : file;
     }
 
     // The source that a path without an extension, with that of what is made of it, or of a folder, stands for.

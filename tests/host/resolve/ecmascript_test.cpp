@@ -112,6 +112,7 @@ TEST(Ecmascript, NamesOfPackagesAndAliasesLeadWhereManifestsSay) {
     root.aliases = {{"~/*", {"gone/*", "lib/src/*"}}};
     root.roots = {"lib"};
     const std::map<std::string, std::string> sources{{"a.ts", ""},
+                                                     {"lib/index.ts", "export function F() {}"},
                                                      {"lib/src/main.ts", "export function F() {}"},
                                                      {"lib/src/x.ts", "export function F() {}"},
                                                      {"lib/b.ts", "export {F} from '@s/lib';"}};
@@ -126,6 +127,8 @@ TEST(Ecmascript, NamesOfPackagesAndAliasesLeadWhereManifestsSay) {
     EXPECT_EQ(file_of("@s/lib", "lib"), "");
     EXPECT_EQ(file_of("@s/lib/parts/x", ""), "import F of lib/src/main.ts");
     EXPECT_EQ(file_of("@s/lib/parts/main", ""), "import F of lib/src/main.ts");
+    EXPECT_EQ(file_of("./lib", "lib"), "import F of lib/src/main.ts");
+    EXPECT_EQ(file_of("./lib/index", "lib"), "import F of lib/index.ts");
     EXPECT_EQ(file_of("~/x", ""), "import F of lib/src/x.ts");
     EXPECT_EQ(file_of("src/x", ""), "import F of lib/src/x.ts");
     EXPECT_EQ(file_of("x", ""), "");
