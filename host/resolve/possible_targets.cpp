@@ -14,7 +14,7 @@ using syntax::Space;
 
 namespace {
 
-constexpr std::size_t MOST = 16;  // more declarations of a name tell nothing
+constexpr std::size_t MOST_OF_A_NAME = 16;  // more declarations of a name tell nothing
 
 // Whether an expression is a member of a value: `a.f`, and not `n::f`. A macro may bear its name.
 bool is_member_of_value(const syntax::Syntax& syntax, const syntax::Expression& expression) {
@@ -68,7 +68,7 @@ template <class IsWanted>
 std::vector<Symbol> PossibleTargets::others(Symbol symbol, const IsWanted& is_wanted) const {
     const std::span<const Symbol> all = catalog_.members(catalog_.home_of(symbol), catalog_.name_of(symbol));
     std::vector<Symbol> found;
-    if (all.size() <= MOST) {
+    if (all.size() <= MOST_OF_A_NAME) {
         std::ranges::copy_if(all, std::back_inserter(found),
                              [&](Symbol other) { return other != symbol && is_wanted(other); });
     }
@@ -124,7 +124,7 @@ std::vector<Symbol> PossibleTargets::of(FileId file, const syntax::Mention& ment
     const bool is_member = is_member_of_value(syntax, expression);
     std::vector<Symbol> found;
     const auto add = [&](Symbol symbol) {
-        if (found.size() <= MOST && (!is_member || catalog_.declaration(symbol).kind == Kind::MACRO) &&
+        if (found.size() <= MOST_OF_A_NAME && (!is_member || catalog_.declaration(symbol).kind == Kind::MACRO) &&
             may_mean(file, static_cast<Space>(expression.b), symbol)) {
             found.push_back(symbol);
         }
@@ -134,7 +134,7 @@ std::vector<Symbol> PossibleTargets::of(FileId file, const syntax::Mention& ment
     for (; in_namespace != in_namespaces_.end() && in_namespace->first == name; ++in_namespace) {
         add(in_namespace->second);
     }
-    if (found.size() > MOST) {
+    if (found.size() > MOST_OF_A_NAME) {
         return {};
     }
     std::ranges::sort(found);
