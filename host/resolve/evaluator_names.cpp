@@ -21,10 +21,6 @@ Entity symbol_entity(Symbol symbol) {
     return {.what = What::SYMBOL, .id = symbol};
 }
 
-bool is_foreign(const Entity& entity) {
-    return entity.what == What::FOREIGN;
-}
-
 void drop_foreign(Meaning& meaning) {
     std::erase_if(meaning, is_foreign);
 }

@@ -11,10 +11,6 @@ using syntax::Kind;
 using syntax::Space;
 using What = Entity::What;
 
-bool is_foreign_meaning(const Entity& entity) {
-    return entity.what == What::FOREIGN;
-}
-
 bool is_kind_of_type(Kind kind) {
     return kind == Kind::TYPE || kind == Kind::ALIAS;
 }
@@ -55,7 +51,7 @@ Meaning Evaluator::chosen(const Meaning& found, Space space, const LanguageRules
         return types(found, rules);
     case Space::VALUE:
         best = only(catalog_, found, [&](const Entity& entity, Kind kind) {
-            return is_foreign_meaning(entity) || (!is_kind_of_type(kind) && kind != Kind::NAMESPACE);
+            return is_foreign(entity) || (!is_kind_of_type(kind) && kind != Kind::NAMESPACE);
         });
         return best.empty() ? found : best;
     case Space::QUALIFIER:
@@ -71,9 +67,8 @@ Meaning Evaluator::tags(const Meaning& found) const {
     const auto is_substitute = [&](const Entity& entity) {
         return entity.what == What::SYMBOL && catalog_.declaration(entity.id).is_substitute;
     };
-    Meaning tags = only(catalog_, found, [](const Entity& entity, Kind kind) {
-        return is_foreign_meaning(entity) || kind == Kind::TYPE;
-    });
+    Meaning tags =
+        only(catalog_, found, [](const Entity& entity, Kind kind) { return is_foreign(entity) || kind == Kind::TYPE; });
     if (std::ranges::any_of(tags, is_substitute)) {
         add_once(tags, only(catalog_, found, [](const Entity&, Kind kind) { return kind == Kind::MACRO; }));
     }
@@ -88,9 +83,8 @@ Meaning Evaluator::types(const Meaning& found, const LanguageRules& rules) const
             only(catalog_, found, [](const Entity&, Kind kind) { return kind == Kind::ALIAS || kind == Kind::MACRO; });
     }
     if (plain.empty()) {
-        return only(catalog_, found, [](const Entity& entity, Kind kind) {
-            return is_foreign_meaning(entity) || is_kind_of_type(kind);
-        });
+        return only(catalog_, found,
+                    [](const Entity& entity, Kind kind) { return is_foreign(entity) || is_kind_of_type(kind); });
     }
     add_once(plain, only(catalog_, found, [&](const Entity& entity, Kind kind) {
                  return kind == Kind::TYPE && is_in_place_of_all(entity.id, plain);

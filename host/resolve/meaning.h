@@ -39,6 +39,11 @@ struct Entity {
     friend auto operator<=>(const Entity&, const Entity&) = default;
 };
 
+/// Returns whether it is something of another package or of the language.
+inline bool is_foreign(const Entity& entity) {
+    return entity.what == Entity::What::FOREIGN;
+}
+
 /// All that an expression may mean, each once, in the order in which it was found. Empty when nothing is known.
 using Meaning = std::vector<Entity>;
 
