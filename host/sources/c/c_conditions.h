@@ -33,8 +33,8 @@ struct CBranches {
 
     std::vector<Part> parts;        ///< ascending
     std::vector<CBranch> branches;  ///< in the order of the text
-    std::vector<std::size_t>
-        alternatives;  ///< by `#if`: of how many branches a build takes one; 0 where it may take none
+    /// By `#if`: of how many branches a build takes one; 0 where it may take none.
+    std::vector<std::size_t> alternatives;
 
     /// Returns the innermost branch around an offset.
     [[nodiscard]] std::optional<std::size_t> at(std::size_t offset) const;
@@ -47,6 +47,7 @@ struct CCompiled {
     CBranches branches;
 };
 
+/// Returns what of a text with these tokens is compiled by a build for this system.
 CCompiled compiled_c(std::string_view text, const CTokens& scanned);
 
 }  // namespace host::sources

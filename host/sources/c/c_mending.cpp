@@ -1,5 +1,6 @@
 #include "host/sources/c/c_mending.h"
 
+#include "host/sources/c/c_conditions.h"
 #include "host/sources/c/c_splits.h"
 
 #include <algorithm>
@@ -286,7 +287,7 @@ std::string without_loose_macros(string_view text) {
 std::string mended_c(string_view text) {
     const CTokens scanned = scan_c(text);
     std::string mended = without_loose_macros(text, scanned);
-    for (const CSplit& part : split_parts(text, scanned)) {
+    for (const CSplit& part : split_parts(text, scanned, compiled_c(text, scanned).regions)) {
         blank(mended, part.begin, part.end);
     }
     return mended;

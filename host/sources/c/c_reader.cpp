@@ -168,9 +168,9 @@ const CDialect& CDialect::cpp() {
 syntax::Syntax CReader::read_file(TSNode root) {
     const CTokens scanned = scan_c(text_);
     CCompiled compiled = compiled_c(text_, scanned);
-    out_.set_regions(std::move(compiled.regions));
     const std::vector<LooseMacro> macros = loose_macros(text_, scanned);
-    const std::vector<CSplit> splits = split_parts(text_, scanned);
+    const std::vector<CSplit> splits = split_parts(text_, scanned, compiled.regions);
+    out_.set_regions(std::move(compiled.regions));
     const auto begins_at = [&](std::size_t at) {
         const auto begin = static_cast<std::uint32_t>(at);
         return Node(ts_node_descendant_for_byte_range(root, begin, begin + 1)).begin() == begin;

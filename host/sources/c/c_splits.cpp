@@ -1,7 +1,6 @@
 #include "host/sources/c/c_splits.h"
 
 #include "host/sources/c/c_condition.h"
-#include "host/sources/c/c_conditions.h"
 
 #include <algorithm>
 #include <iterator>
@@ -41,8 +40,8 @@ struct CSplitBranch {
 
 class CSplits {
   public:
-    CSplits(string_view text, const CTokens& scanned)
-        : text_(text), scanned_(scanned), regions_(compiled_c(text, scanned).regions) {}
+    CSplits(string_view text, const CTokens& scanned, std::span<const syntax::Region> regions)
+        : text_(text), scanned_(scanned), regions_(regions) {}
 
     std::vector<CSplit> find() {
         std::size_t next = 0;  // directive
@@ -168,7 +167,7 @@ class CSplits {
 
     string_view text_;
     const CTokens& scanned_;
-    std::vector<syntax::Region> regions_;
+    std::span<const syntax::Region> regions_;
     std::vector<Group> groups_;  // that are open
     std::vector<CSplit> parts_;
     long open_brackets_ = 0;
@@ -177,8 +176,8 @@ class CSplits {
 
 }  // namespace
 
-std::vector<CSplit> split_parts(string_view text, const CTokens& scanned) {
-    return CSplits(text, scanned).find();
+std::vector<CSplit> split_parts(string_view text, const CTokens& scanned, std::span<const syntax::Region> regions) {
+    return CSplits(text, scanned, regions).find();
 }
 
 }  // namespace host::sources

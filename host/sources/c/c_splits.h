@@ -10,8 +10,10 @@
 #pragma once
 
 #include "host/sources/c/c_scanner.h"
+#include "host/syntax/syntax_builder.h"
 
 #include <cstddef>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -23,7 +25,8 @@ struct CSplit {
     std::size_t end = 0;
 };
 
-/// Returns the parts to leave out, in the order of the text: directives, and the branches between them.
-std::vector<CSplit> split_parts(std::string_view text, const CTokens& scanned);
+/// Returns the parts to leave out, in the order of the text: directives, and the branches between them. The regions say
+/// what of the text is compiled.
+std::vector<CSplit> split_parts(std::string_view text, const CTokens& scanned, std::span<const syntax::Region> regions);
 
 }  // namespace host::sources
