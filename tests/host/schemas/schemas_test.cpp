@@ -63,8 +63,9 @@ class Schemas : public IndexedFolder {
         folder.write("new/src/e.ts", "import './b';\nexport const c = 1;\n");
         folder.write("new/src/f.ts", "import { b } from './b';\nb();\n");
         folder.write("new/src/d.test.ts", "import { f } from './a';\nf();\n");
-        const Outcome outcome = shell(
-            "wiki-scope import old --index old.db && wiki-scope import new --index new.db >none && wiki-scope diff old.db new.db --depth 2 --format json >changes");
+        const Outcome outcome =
+            shell("wiki-scope import old --index old.db && wiki-scope import new --index new.db >none && "
+                  "wiki-scope diff old.db new.db --depth 2 --format json >changes");
         EXPECT_EQ(outcome.exit_code, 0) << outcome.err;
         json changes = json::parse(folder.read("changes"));
         for (const auto& [key, value] : changes.items()) {
