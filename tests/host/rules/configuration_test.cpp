@@ -43,6 +43,7 @@ TEST(Configuration, ReportsEachFaultWithItsFileAndLine) {
              {"test = ['{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}']", ":1: {a,b}{a,b}"},
              {"test = [", ":1: "},
              {"[[[", ":1: "},
+             {"exclud\xC3\xA9 = ['a']", ":1: "},
              {std::string(1'048'577, '#'), ": larger than any configuration (limit 1 MiB)"},
          }) {
         folder.write(CONFIGURATION_FILE, text);
