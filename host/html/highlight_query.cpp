@@ -79,7 +79,7 @@ std::string literally(std::string_view text) {
 }  // namespace
 
 HighlightQuery::HighlightQuery(const sources::Language& language, const std::string& query) {
-    sources::count_parser_memory();  // from the first block on
+    sources::provide_parser_memory();
     std::uint32_t offset = 0;
     TSQueryError error = TSQueryErrorNone;
     query_.reset(

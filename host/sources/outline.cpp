@@ -261,7 +261,7 @@ class OutlineReader {
 class ParsedText {
   public:
     ParsedText(string_view text, const Language& language, SyntaxTree tree, Content content)
-        : text_(text), language_(&language), content_(content), tree_(std::move(tree)),
+        : text_(text), language_(&language), content_(content), tree_(tree),
           captures_(
               captures_in(tree_, text, language, content == Content::NAMES ? Bodies::PASSED_OVER : Bodies::READ)) {}
 
@@ -291,15 +291,15 @@ class ParsedText {
 };
 
 std::optional<ParsedText> parsed_text(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
-                                      Content content) {
+                                      Content content, const ParserMemory& memory) {
     if (text.starts_with(BYTE_ORDER_MARK)) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }
     if (text.size() > LARGEST_SOURCE || !is_utf8(text)) {
         return std::nullopt;
     }
-    std::optional<SyntaxTree> tree = parsed(text, language, is_cancelled);
-    return tree ? std::optional<ParsedText>(std::in_place, text, language, std::move(*tree), content) : std::nullopt;
+    const std::optional<SyntaxTree> tree = parsed(text, language, is_cancelled, memory);
+    return tree ? std::optional<ParsedText>(std::in_place, text, language, *tree, content) : std::nullopt;
 }
 
 std::optional<Outline> outline_of(std::optional<ParsedText> parsed) {
@@ -310,7 +310,8 @@ std::optional<Outline> outline_of(std::optional<ParsedText> parsed) {
 
 std::optional<Outline> outline_of(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
                                   Content content) {
-    return outline_of(parsed_text(text, language, is_cancelled, content));
+    const ParserMemory memory;
+    return outline_of(parsed_text(text, language, is_cancelled, content, memory));
 }
 
 std::optional<Outline> outline_of(string_view text, string_view stated_language, string_view path,
@@ -319,10 +320,11 @@ std::optional<Outline> outline_of(string_view text, string_view stated_language,
     if (language == nullptr) {
         return std::nullopt;
     }
-    std::optional<ParsedText> parsed = parsed_text(text, *language, is_cancelled, content);
+    const ParserMemory memory;
+    std::optional<ParsedText> parsed = parsed_text(text, *language, is_cancelled, content, memory);
     const Language* const usual = understood_language(usual_language(path), path);
     if (stated_language.empty() && usual != language && parsed && parsed->may_be_of_another()) {
-        std::optional<ParsedText> in_c = parsed_text(text, *usual, is_cancelled, content);
+        std::optional<ParsedText> in_c = parsed_text(text, *usual, is_cancelled, content, memory);
         if (in_c && in_c->damage() <= parsed->damage()) {
             return std::move(*in_c).outline();
         }

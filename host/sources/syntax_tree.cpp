@@ -1,13 +1,11 @@
 #include "host/sources/syntax_tree.h"
 
-#include "host/sources/parser_memory.h"
-
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <ctime>
+#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace host::sources {
@@ -19,14 +17,13 @@ using std::string_view;
 struct ParserDeleter {
     void operator()(TSParser* parser) const { ts_parser_delete(parser); }
 };
-using Tree = SyntaxTree::Handle;
 
 // How much memory parsing may take, in bytes. What people write takes up to 30 times its size, or a few megabytes; what
 // is minified takes up to 140 times.
-constexpr std::ptrdiff_t most_memory(string_view text) {
-    constexpr std::ptrdiff_t ALWAYS = 67'108'864;
-    constexpr std::ptrdiff_t FOR_EACH_BYTE = 64;
-    return ALWAYS + FOR_EACH_BYTE * std::ssize(text);
+constexpr std::size_t most_memory(string_view text) {
+    constexpr std::size_t ALWAYS = 67'108'864;
+    constexpr std::size_t FOR_EACH_BYTE = 64;
+    return ALWAYS + FOR_EACH_BYTE * text.size();
 }
 
 // How long this thread has run so far: unlike the time of day, the same on a machine that does much else.
@@ -38,7 +35,8 @@ std::chrono::nanoseconds processor_time() {
 
 // What ends the parsing of a text before its end.
 struct Limits {
-    std::ptrdiff_t most_memory = 0;  // as `parser_memory` counts it
+    const ParserMemory& memory;
+    std::size_t most_memory = 0;  // as it counts
     const std::atomic<bool>& is_cancelled;
     std::chrono::nanoseconds most_time{};  // as `processor_time` counts it
     std::size_t asked = 0;                 // how often
@@ -47,14 +45,14 @@ struct Limits {
     [[nodiscard]] bool are_passed() {
         constexpr std::size_t PERIOD = 32;
         const bool is_time_up = ++asked % PERIOD == 0 && processor_time() > most_time;
-        return is_cancelled || is_time_up || parser_memory() > most_memory;
+        return is_cancelled || is_time_up || memory.size() > most_memory;
     }
 };
 
 // The limits of one text, and of what is parsed in its stead.
-Limits limits_of(string_view text, const std::atomic<bool>& is_cancelled) {
+Limits limits_of(string_view text, const std::atomic<bool>& is_cancelled, const ParserMemory& memory) {
     constexpr std::chrono::seconds LONGEST(5);
-    return {parser_memory() + most_memory(text), is_cancelled, processor_time() + LONGEST};
+    return {memory, memory.size() + most_memory(text), is_cancelled, processor_time() + LONGEST};
 }
 
 // The text that `text`, a `string_view`, has at a byte and behind it, as the parser asks for it.
@@ -67,14 +65,14 @@ const char* text_from(void* text, std::uint32_t byte, TSPoint /*place*/, std::ui
 
 // Parses the text. What `former`, which may be null, has of a text that is the same there is taken over. None when a
 // limit is passed.
-Tree parse(string_view text, const Language& language, Limits& limits, const TSTree* former = nullptr) {
+const TSTree* parse(string_view text, const Language& language, Limits& limits, const TSTree* former = nullptr) {
     const std::unique_ptr<TSParser, ParserDeleter> parser(ts_parser_new());
     ts_parser_set_language(parser.get(), language.grammar());
     const TSInput input{.payload = &text, .read = text_from, .encoding = TSInputEncodingUTF8, .decode = nullptr};
     const TSParseOptions options{.payload = &limits, .progress_callback = [](TSParseState* state) {
                                      return static_cast<Limits*>(state->payload)->are_passed();
                                  }};
-    return Tree(ts_parser_parse_with_options(parser.get(), former, input, options));
+    return ts_parser_parse_with_options(parser.get(), former, input, options);
 }
 
 // How many bytes of the text do not parse, what is missing counted as one. Damage in what does not parse as a whole
@@ -100,13 +98,11 @@ std::size_t damaged_bytes(const TSNode& root) {
 }
 
 // The less damaged of two trees, either of which may be missing: the first of equals.
-Tree less_damaged(Tree one, Tree other) {
+const TSTree* less_damaged(const TSTree* one, const TSTree* other) {
     if (one == nullptr || other == nullptr) {
-        return one == nullptr ? std::move(other) : std::move(one);
+        return one == nullptr ? other : one;
     }
-    const bool is_other_better =
-        damaged_bytes(ts_tree_root_node(other.get())) < damaged_bytes(ts_tree_root_node(one.get()));
-    return is_other_better ? std::move(other) : std::move(one);
+    return damaged_bytes(ts_tree_root_node(other)) < damaged_bytes(ts_tree_root_node(one)) ? other : one;
 }
 
 // The place of a byte in the text, counted on from an earlier place.
@@ -123,8 +119,8 @@ struct TextPlace {
 };
 
 // The tree of a text, with the parts marked in which another text of its length differs.
-Tree marked(const Tree& tree, string_view text, string_view other) {
-    Tree marked(ts_tree_copy(tree.get()));
+const TSTree* marked(const TSTree* tree, string_view text, string_view other) {
+    TSTree* const marked = ts_tree_copy(tree);
     TextPlace place;
     for (std::size_t at = 0; at < text.size(); ++at) {
         if (text[at] == other[at]) {
@@ -142,35 +138,34 @@ Tree marked(const Tree& tree, string_view text, string_view other) {
                                .start_point = begin.point,
                                .old_end_point = place.point,
                                .new_end_point = place.point};
-        ts_tree_edit(marked.get(), &edit);
+        ts_tree_edit(marked, &edit);
     }
     return marked;
 }
 
 // The tree of a text that has been mended; none where there was nothing to mend. Of the tree of the text itself it
 // takes over what has parsed, so that only what has changed and what is damaged is parsed again.
-Tree mended_tree(const Tree& tree, string_view text, const Language& language, Limits& limits) {
+const TSTree* mended_tree(const TSTree* tree, string_view text, const Language& language, Limits& limits) {
     const std::string mended = language.mend == nullptr ? std::string(text) : language.mend(text);
-    return mended == text ? nullptr : parse(mended, language, limits, marked(tree, text, mended).get());
+    return mended == text ? nullptr : parse(mended, language, limits, marked(tree, text, mended));
 }
 
-bool is_whole(const Tree& tree) {
-    return tree != nullptr && !ts_node_has_error(ts_tree_root_node(tree.get()));
+bool is_whole(const TSTree* tree) {
+    return tree != nullptr && !ts_node_has_error(ts_tree_root_node(tree));
 }
 
 // The tree of the text, or of the text rewritten or mended where that is damaged no more, or less.
-Tree best_tree(string_view text, const Language& language, Limits limits) {
+const TSTree* best_tree(string_view text, const Language& language, Limits limits) {
     const std::string rewriting = language.rewrite == nullptr ? std::string(text) : language.rewrite(text);
-    Tree rewritten = rewriting == text ? nullptr : parse(rewriting, language, limits);
+    const TSTree* const rewritten = rewriting == text ? nullptr : parse(rewriting, language, limits);
     if (is_whole(rewritten)) {
         return rewritten;
     }
-    Tree tree = parse(text, language, limits);
+    const TSTree* const tree = parse(text, language, limits);
     if (tree == nullptr || is_whole(tree)) {
         return tree;
     }
-    Tree mended = mended_tree(tree, text, language, limits);
-    return less_damaged(std::move(rewritten), less_damaged(std::move(tree), std::move(mended)));
+    return less_damaged(rewritten, less_damaged(tree, mended_tree(tree, text, language, limits)));
 }
 
 // Whether a tree may be that of a source: nothing nests as deep, and no damaged node is as wide, as what keeps a query
@@ -205,20 +200,17 @@ bool is_of_a_source(const TSNode& root) {
 }  // namespace
 
 TSNode SyntaxTree::root() const {
-    return ts_tree_root_node(tree_.get());
+    return ts_tree_root_node(tree_);
 }
 
 std::size_t SyntaxTree::damage() const {
     return damaged_bytes(root());
 }
 
-std::optional<SyntaxTree> parsed(string_view text, const Language& language, const std::atomic<bool>& is_cancelled) {
-    count_parser_memory();  // from the first block on
-    Tree tree = best_tree(text, language, limits_of(text, is_cancelled));
-    if (tree == nullptr || !is_of_a_source(ts_tree_root_node(tree.get()))) {
-        return std::nullopt;
-    }
-    return SyntaxTree(std::move(tree));
+std::optional<SyntaxTree> parsed(string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
+                                 const ParserMemory& memory) {
+    const TSTree* const tree = best_tree(text, language, limits_of(text, is_cancelled, memory));
+    return tree != nullptr && is_of_a_source(ts_tree_root_node(tree)) ? std::optional(SyntaxTree(tree)) : std::nullopt;
 }
 
 }  // namespace host::sources

@@ -2,26 +2,21 @@
 #pragma once
 
 #include "host/sources/language.h"
+#include "host/sources/parser_memory.h"
 
 #include <tree_sitter/api.h>
 
 #include <atomic>
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 namespace host::sources {
 
+/// Ends with the memory that it was parsed in.
 class SyntaxTree {
   public:
-    struct Deleter {
-        void operator()(TSTree* tree) const { ts_tree_delete(tree); }
-    };
-    using Handle = std::unique_ptr<TSTree, Deleter>;
-
-    explicit SyntaxTree(Handle tree) : tree_(std::move(tree)) {}
+    explicit SyntaxTree(const TSTree* tree) : tree_(tree) {}
 
     [[nodiscard]] TSNode root() const;
 
@@ -29,13 +24,13 @@ class SyntaxTree {
     [[nodiscard]] std::size_t damage() const;
 
   private:
-    Handle tree_;
+    const TSTree* tree_;
 };
 
 /// Parses the text. None when `is_cancelled`, which is read all the while, becomes true, and when parsing takes seconds
 /// or hundreds of megabytes, or gives a tree that no source has: sources take a fraction. The tree does not refer to
-/// the text, but to where its parts are.
-std::optional<SyntaxTree> parsed(std::string_view text, const Language& language,
-                                 const std::atomic<bool>& is_cancelled);
+/// the text, but to where its parts are. It lies in `memory`, that of this thread.
+std::optional<SyntaxTree> parsed(std::string_view text, const Language& language, const std::atomic<bool>& is_cancelled,
+                                 const ParserMemory& memory);
 
 }  // namespace host::sources

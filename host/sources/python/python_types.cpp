@@ -199,9 +199,9 @@ ExpressionId PythonReader::read_string_type(const Node& node) {
                         .start_byte = content.begin(),
                         .end_byte = content.end()};
     ts_parser_set_included_ranges(parser_.get(), &range, 1);
-    const SyntaxTree::Handle tree(ts_parser_parse_string(parser_.get(), nullptr, whole_text_.data(),
-                                                         static_cast<std::uint32_t>(whole_text_.size())));
-    const Node root(ts_tree_root_node(tree.get()));
+    const TSTree* const tree = ts_parser_parse_string(parser_.get(), nullptr, whole_text_.data(),
+                                                      static_cast<std::uint32_t>(whole_text_.size()));
+    const Node root(ts_tree_root_node(tree));
     const bool is_expression = !ts_node_has_error(root.raw()) && root.named_children() == 1 &&
                                root.named_child(0).type() == "expression_statement";
     return is_expression ? read_type(root.named_child(0).named_child(0)) : syntax::UNKNOWN;

@@ -34,7 +34,8 @@ void match_all(const Pattern& pattern, TSNode node, PatternMatcher& matcher, con
 std::string captured(std::string_view text) {
     const std::atomic<bool> never = false;
     const Language& python = *understood_language("python", "");
-    const SyntaxTree tree = parsed(PATTERN_TEXT, python, never).value();
+    const ParserMemory memory;
+    const SyntaxTree tree = parsed(PATTERN_TEXT, python, never, memory).value();
     const Patterns patterns = read_patterns(text, python.grammar());
     PatternMatcher matcher(tree.root());
     std::string matches;
