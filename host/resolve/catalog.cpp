@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 namespace host::resolve {
 
@@ -147,28 +148,28 @@ void Catalog::link() {
 
 void Catalog::link_members() {
     struct Member {
-        Container home;
-        Name name;
+        std::uint64_t place;  // the home, and the name in it
         Symbol symbol;
     };
     std::vector<Member> members;
+    members.reserve(symbols());
     for (FileId file = 0; file < files(); ++file) {
         Symbol symbol = first_symbols_[file];
         for (const syntax::Declaration& declaration : syntax(file).declarations) {
             if (homes_[symbol] != NONE) {
-                members.push_back({homes_[symbol], name(file, declaration.name), symbol});
+                members.push_back({(std::uint64_t{homes_[symbol]} << 32U) | name(file, declaration.name), symbol});
             }
             ++symbol;
         }
     }
-    std::ranges::sort(members, {}, [](const Member& each) { return std::tuple(each.home, each.name, each.symbol); });
+    std::ranges::sort(members, {}, [](const Member& each) { return std::pair(each.place, each.symbol); });
     members_.clear();
     member_names_.clear();
     std::vector<Container> containers;
     for (const Member& member : members) {
         members_.push_back(member.symbol);
-        member_names_.push_back(member.name);
-        containers.push_back(member.home);
+        member_names_.push_back(static_cast<Name>(member.place));
+        containers.push_back(static_cast<Container>(member.place >> 32U));
     }
     first_members_ = starts(containers, container_count_);
     link_announcements();

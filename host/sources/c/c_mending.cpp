@@ -173,7 +173,10 @@ class CLooseMacros {
 
     // `local int f()`: no declaration has three words that are no keywords, but for a macro behind its name.
     [[nodiscard]] bool is_before_two_words(std::size_t at) const {
-        const bool has_builtin_type = is_one_of(C_BUILTIN_TYPES, spelling(at + 1)) && is_word(at + 2);
+        if (!is_word(at) || !is_word(at + 1) || !is_word(at + 2)) {
+            return false;
+        }
+        const bool has_builtin_type = is_one_of(C_BUILTIN_TYPES, spelling(at + 1));
         const bool has_const_type = spelling(at + 1) == "const" && is_plain_name(at + 2) && is_word(at + 3);
         return begins_declaration(at) && is_name(at) && !is_one_of(C_BUILTIN_TYPES, spelling(at)) &&
                ((is_plain_name(at + 1) && is_plain_name(at + 2)) || has_builtin_type || has_const_type);

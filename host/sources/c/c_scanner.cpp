@@ -24,15 +24,16 @@ class CScanner {
     CTokens scan() {
         while (at_ < text_.size()) {
             const char c = text_[at_];
+            const char next = c == '/' && at_ + 1 < text_.size() ? text_[at_ + 1] : '\0';
             if (c == '\n') {
                 ++line_;
                 ++at_;
                 is_first_ = true;
             } else if (c == ' ' || c == '\t' || c == '\r' || c == '\f') {
                 ++at_;
-            } else if (text_.substr(at_).starts_with("/*")) {
+            } else if (next == '*') {
                 go_behind("*/", 2);
-            } else if (text_.substr(at_).starts_with("//")) {
+            } else if (next == '/') {
                 go_to_end_of_line();
             } else if (c == '#' && is_first_) {
                 add_directive();
@@ -106,10 +107,9 @@ class CScanner {
         CToken token{.begin = at_, .end = at_, .line = line_, .is_word = is_c_letter(c), .is_first = is_first_};
         is_first_ = false;
         if (is_of_c_name(c)) {
-            while (at_ < text_.size() && (is_of_c_name(text_[at_]))) {
-                ++at_;
-            }
-            if (text_.substr(at_).starts_with('"') && text_[at_ - 1] == 'R') {
+            const string_view rest = text_.substr(at_);
+            at_ += static_cast<std::size_t>(std::ranges::find_if_not(rest, is_of_c_name) - rest.begin());
+            if (text_[at_ - 1] == 'R' && text_.substr(at_).starts_with('"')) {
                 go_behind_raw_string();
                 token.is_word = false;
             }
