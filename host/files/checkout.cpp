@@ -1,6 +1,7 @@
 #include "host/files/checkout.h"
 
 #include "host/files/content_hash.h"
+#include "host/text/utf8.h"
 
 #include <fcntl.h>
 #include <linux/openat2.h>
@@ -56,7 +57,6 @@ End end_of(const fs::path& path) {
 class LineSplitter {
   public:
     void add(std::string_view piece) {
-        constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
         const bool has_mark = std::exchange(is_start_, false) && piece.starts_with(BYTE_ORDER_MARK);
         piece.remove_prefix(has_mark ? BYTE_ORDER_MARK.size() : 0);
         for (std::size_t end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
@@ -87,7 +87,7 @@ class LineSplitter {
 // mark is the whole file.
 template <class Take>
 bool read_pieces(const fs::path& path, Take take) {
-    constexpr std::size_t PIECE = 65'536;
+    constexpr std::size_t PIECE = 16'384;
     std::ifstream file(path, std::ios::binary);
     std::string piece(PIECE, '\0');
     while (file.read(piece.data(), PIECE) || file.gcount() > 0) {

@@ -13,8 +13,6 @@ namespace host::scip {
 
 namespace {
 
-constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
-
 // Whether the symbol ends with the text as the name of its last descriptor. Tells most that bear it, at little cost.
 bool ends_with_name(std::string_view symbol, std::string_view text) {
     const std::size_t at = text.empty() ? std::string_view::npos : symbol.rfind(text);

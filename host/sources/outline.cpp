@@ -22,8 +22,6 @@ namespace {
 
 using std::string_view;
 
-constexpr string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
-
 // What stands between a signature and what follows it.
 string_view without_link(string_view signature) {
     constexpr std::array<string_view, 5> LINKS{"=>", "=", ":", "{", ";"};

@@ -1,7 +1,7 @@
 #include "host/sources/source_reader.h"
 
 #include "host/files/content_hash.h"
-#include "workers/wiki/file_summary.h"
+#include "host/summary/text_summary.h"
 
 #include <algorithm>
 #include <chrono>
@@ -117,7 +117,7 @@ std::optional<Source> SourceReader::read(const Request& request) {
     }
     Source source{.content_hash = content->hash, .summary = {}, .outline = std::nullopt, .texts = {}};
     if (content->text) {
-        source.summary = wiki::file_summary(lines_of(*content->text));
+        source.summary = text_summary(*content->text);
         source.outline = outline_of(*content->text, request.language, request.path, is_cancelled_, content_);
     }
     if (source.outline) {

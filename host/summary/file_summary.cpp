@@ -4,6 +4,7 @@
 #include "host/summary/generator_mark.h"
 #include "host/summary/leading_comments.h"
 #include "host/summary/shared_summaries.h"
+#include "host/summary/text_summary.h"
 #include "host/text/blanks.h"
 #include "host/text/control_characters.h"
 #include "host/text/markdown_text.h"
@@ -85,20 +86,45 @@ std::string shortened(const std::string& text) {
     return text.substr(0, word_end == std::string_view::npos ? room : word_end).append(ELLIPSIS);
 }
 
+std::string summary_of(LeadingComments comments) {
+    while (comments.next_block()) {
+        if (const std::string text = description(comments); !text.empty()) {
+            std::string summary = plain_text(without_control_characters(shortened(text)));
+            return is_shared_summary(summary) ? std::string() : summary;
+        }
+    }
+    return {};
+}
+
 }  // namespace
+
+std::string text_summary(std::string_view text) {
+    text.remove_prefix(text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
+    return summary_of(LeadingComments([&]() -> std::optional<std::string_view> {
+        if (text.empty()) {
+            return std::nullopt;
+        }
+        const std::size_t end = text.find('\n');
+        std::string_view line = text.substr(0, end);
+        line.remove_suffix(end != std::string_view::npos && line.ends_with('\r') ? 1 : 0);
+        text.remove_prefix(std::min(end, text.size() - 1) + 1);
+        return line;
+    }));
+}
+
 }  // namespace host
 
 namespace wiki {
 
 std::string file_summary(std::span<const std::string> lines) {
-    host::LeadingComments comments(lines);
-    while (comments.next_block()) {
-        if (const std::string text = host::description(comments); !text.empty()) {
-            std::string summary = host::plain_text(host::without_control_characters(host::shortened(text)));
-            return host::is_shared_summary(summary) ? std::string() : summary;
+    return host::summary_of(host::LeadingComments([&]() -> std::optional<std::string_view> {
+        if (lines.empty()) {
+            return std::nullopt;
         }
-    }
-    return {};
+        const std::string_view line = lines.front();
+        lines = lines.subspan(1);
+        return line;
+    }));
 }
 
 }  // namespace wiki

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace host {
 
@@ -118,7 +119,7 @@ std::string_view beginning_of(std::string_view line) {
 
 }  // namespace
 
-LeadingComments::LeadingComments(std::span<const std::string> lines) : below_(lines) {}
+LeadingComments::LeadingComments(NextLine next_line_of_file) : next_line_of_file_(std::move(next_line_of_file)) {}
 
 bool LeadingComments::next_block() {
     while (rest_.empty() || is_formality(rest_)) {
@@ -153,13 +154,9 @@ std::optional<std::string_view> LeadingComments::next_line() {
 }
 
 bool LeadingComments::go_to_next_line() {
-    if (below_.empty()) {
-        rest_ = {};
-        return false;
-    }
-    rest_ = trimmed(beginning_of(below_.front()));
-    below_ = below_.subspan(1);
-    return true;
+    const std::optional<std::string_view> line = next_line_of_file_();
+    rest_ = line ? trimmed(beginning_of(*line)) : std::string_view();
+    return line.has_value();
 }
 
 void LeadingComments::open(const CommentStyle* style) {

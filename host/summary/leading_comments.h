@@ -5,9 +5,8 @@
 // docstring is a comment, too.
 #pragma once
 
+#include <functional>
 #include <optional>
-#include <span>
-#include <string>
 #include <string_view>
 
 namespace host {
@@ -22,14 +21,17 @@ struct CommentStyle {
 /// Iterates over the comment blocks at the head of a file. A block is one delimited comment, or successive lines with
 /// the same comment mark. Reads lines on demand, and only the beginning of a very long line.
 ///
-///     LeadingComments comments(lines);
+///     LeadingComments comments(next_line_of_file);
 ///     while (comments.next_block()) {
 ///         while (const auto line = comments.next_line()) { use(*line); }
 ///     }
 class LeadingComments {
   public:
-    /// `lines` have no line ends. They must outlive this object and all views that it returns.
-    explicit LeadingComments(std::span<const std::string> lines);
+    /// Returns the next line of the file, without its end; none behind the last one.
+    using NextLine = std::function<std::optional<std::string_view>()>;
+
+    /// The lines must outlive this object and all views that it returns.
+    explicit LeadingComments(NextLine next_line_of_file);
 
     /// Moves to the next block. Returns false when there is none. The block before must have been read to its end.
     bool next_block();
@@ -46,7 +48,7 @@ class LeadingComments {
     /// Sets the style of the block and skips its opening mark; null ends the block.
     void open(const CommentStyle* style);
 
-    std::span<const std::string> below_;   // the lines below the current one
+    NextLine next_line_of_file_;
     std::string_view rest_;                // the unread part of the current line, without surrounding blanks
     const CommentStyle* style_ = nullptr;  // of the block; null when it is read to its end
     bool delimited_ = false;

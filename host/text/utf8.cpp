@@ -1,8 +1,26 @@
 #include "host/text/utf8.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 namespace host {
+
+namespace {
+
+// Removes ASCII characters from the beginning, as many as are quickly told.
+void skip_ascii(std::string_view& text) {
+    constexpr std::uint64_t HIGH_BITS = 0x8080'8080'8080'8080;
+    std::uint64_t bytes = 0;
+    for (; text.size() >= sizeof(bytes); text.remove_prefix(sizeof(bytes))) {
+        std::memcpy(&bytes, text.data(), sizeof(bytes));
+        if ((bytes & HIGH_BITS) != 0) {
+            return;
+        }
+    }
+}
+
+}  // namespace
 
 std::size_t code_point_bytes(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text.front());
@@ -21,7 +39,7 @@ std::size_t code_point_bytes(std::string_view text) {
 }
 
 bool is_utf8(std::string_view text) {
-    while (!text.empty()) {
+    for (skip_ascii(text); !text.empty(); skip_ascii(text)) {
         const std::size_t bytes = code_point_bytes(text);
         if (bytes == 0) {
             return false;

@@ -6,6 +6,9 @@
 
 namespace host {
 
+/// What a text may begin with that is no part of it.
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
 /// How many bytes the code point at the beginning of `text`, which is not empty, takes; 0 when none begins there.
 std::size_t code_point_bytes(std::string_view text);
 

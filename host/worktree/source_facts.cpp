@@ -3,8 +3,8 @@
 #include "host/files/checkout.h"
 #include "host/files/file_language.h"
 #include "host/sources/outline.h"
+#include "host/summary/text_summary.h"
 #include "host/syntax/surface.h"
-#include "workers/wiki/file_summary.h"
 
 #include <algorithm>
 #include <array>
@@ -81,7 +81,7 @@ SourceFacts facts_of_name(std::string_view path) {
 
 SourceFacts facts_of(std::string_view text, const std::string& path, const std::atomic<bool>& is_cancelled) {
     SourceFacts facts = facts_of_name(path);
-    facts.summary = wiki::file_summary(lines_of(text));
+    facts.summary = text_summary(text);
     std::optional<Outline> outline = sources::outline_of(text, "", path, is_cancelled, sources::Content::NAMES);
     if (!outline) {
         return facts;

@@ -22,6 +22,8 @@ class CScanner {
     explicit CScanner(string_view text) : text_(text) {}
 
     CTokens scan() {
+        constexpr std::size_t BYTES_OF_A_TOKEN = 5;  // most texts have fewer
+        found_.tokens.reserve(text_.size() / BYTES_OF_A_TOKEN);
         while (at_ < text_.size()) {
             const char c = text_[at_];
             const char next = c == '/' && at_ + 1 < text_.size() ? text_[at_ + 1] : '\0';

@@ -44,17 +44,17 @@ class CSplits {
         : text_(text), scanned_(scanned), regions_(regions) {}
 
     std::vector<CSplit> find() {
-        std::size_t next = 0;  // directive
-        for (std::size_t at = 0; at <= scanned_.tokens.size(); ++at) {
-            for (; next < scanned_.directives.size() && scanned_.directives[next].tokens_before == at; ++next) {
-                read(scanned_.directives[next]);
+        std::size_t at = 0;  // token
+        for (const CDirective& directive : scanned_.directives) {
+            for (; at < directive.tokens_before; ++at) {
+                if (groups_.empty()) {
+                    const string_view mark = spelling(scanned_.tokens[at]);
+                    open_brackets_ += mark == "(" ? 1 : mark == ")" ? -1 : 0;
+                } else {
+                    add(scanned_.tokens[at]);
+                }
             }
-            if (at < scanned_.tokens.size() && !groups_.empty()) {
-                add(scanned_.tokens[at]);
-            } else if (at < scanned_.tokens.size()) {
-                const string_view mark = spelling(scanned_.tokens[at]);
-                open_brackets_ += mark == "(" ? 1 : mark == ")" ? -1 : 0;
-            }
+            read(directive);
         }
         std::ranges::sort(parts_, {}, &CSplit::begin);
         std::size_t end = 0;

@@ -1,3 +1,4 @@
+#include "host/summary/text_summary.h"
 #include "workers/wiki/file_summary.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@ std::string summary(const std::string& content) {
     for (std::string line; std::getline(stream, line);) {
         lines.push_back(line);
     }
+    EXPECT_EQ(host::text_summary(content), wiki::file_summary(lines));
     return wiki::file_summary(lines);
 }
 
