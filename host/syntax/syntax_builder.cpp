@@ -1,6 +1,7 @@
 #include "host/syntax/syntax_builder.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <unordered_set>
 #include <utility>
@@ -15,6 +16,28 @@ std::size_t mixed(std::uint64_t value) {
     return static_cast<std::size_t>(value ^ (value >> 29U));
 }
 
+std::size_t hash_of(std::string_view name) {
+    return std::hash<std::string_view>()(name);
+}
+
+std::size_t hash_of(const Expression& expression) {
+    const std::uint64_t first = (std::uint64_t{expression.a} << 32U) | expression.b;
+    const std::uint64_t second =
+        (std::uint64_t{expression.name} << 8U) | static_cast<std::uint64_t>(expression.operation);
+    return mixed(first + mixed(second));
+}
+
+// Of mentions that are counted together.
+std::size_t hash_of(const Mention& mention) {
+    return mixed((std::uint64_t{mention.expression} << 24U) | (static_cast<std::uint64_t>(mention.role) << 16U) |
+                 (static_cast<std::uint64_t>(mention.built) << 8U) | mention.arguments);
+}
+
+bool are_counted_together(const Mention& one, const Mention& other) {
+    return one.expression == other.expression && one.role == other.role && one.built == other.built &&
+           one.arguments == other.arguments;
+}
+
 // Whether a local with this value is another name of something that files declare.
 bool stands_for_a_declaration(const Expression& value) {
     return value.operation == Operation::IMPORT || value.operation == Operation::DECLARATION;
@@ -22,30 +45,24 @@ bool stands_for_a_declaration(const Expression& value) {
 
 }  // namespace
 
-std::size_t SyntaxBuilder::ExpressionHash::operator()(const Expression& expression) const {
-    const std::uint64_t first = (std::uint64_t{expression.a} << 32U) | expression.b;
-    const std::uint64_t second =
-        (std::uint64_t{expression.name} << 8U) | static_cast<std::uint64_t>(expression.operation);
-    return mixed(first + mixed(second));
-}
-
-std::size_t SyntaxBuilder::MentionHash::operator()(const MentionKey& key) const {
-    return mixed((std::uint64_t{key.expression} << 24U) | (static_cast<std::uint64_t>(key.role) << 16U) |
-                 (static_cast<std::uint64_t>(key.built) << 8U) | key.arguments);
-}
-
 SyntaxBuilder::SyntaxBuilder(Visibility visibility) : visibility_(visibility) {
-    names_.emplace("", 0);
+    name("");
     lists_.emplace(std::vector<ExpressionId>(), 0);
-    expressions_.emplace(Expression(), UNKNOWN);
+    add(Expression());
 }
 
 NameId SyntaxBuilder::name(std::string_view text) {
-    const auto found = names_.find(text);
-    if (found != names_.end()) {
-        return found->second;
+    const auto [id, is_new] = names_.number(
+        hash_of(text), [&](NameId each) { return syntax_.names[each] == text; },
+        [&](NameId each) { return hash_of(syntax_.names[each]); });
+    if (is_new && id > 0) {  // the empty name is there
+        syntax_.names.add(text);
     }
-    return names_.emplace(text, syntax_.names.add(text)).first->second;
+    return id;
+}
+
+std::optional<NameId> SyntaxBuilder::known_name(std::string_view text) const {
+    return names_.find(hash_of(text), [&](NameId each) { return syntax_.names[each] == text; });
 }
 
 ListId SyntaxBuilder::list(std::span<const ExpressionId> expressions) {
@@ -59,12 +76,13 @@ ListId SyntaxBuilder::list(std::span<const ExpressionId> expressions) {
 }
 
 ExpressionId SyntaxBuilder::add(const Expression& expression) {
-    const auto [found, is_new] =
-        expressions_.try_emplace(expression, static_cast<ExpressionId>(syntax_.expressions.size()));
-    if (is_new) {
+    const auto [id, is_new] = expressions_.number(
+        hash_of(expression), [&](ExpressionId each) { return syntax_.expressions[each] == expression; },
+        [&](ExpressionId each) { return hash_of(syntax_.expressions[each]); });
+    if (is_new && id != UNKNOWN) {  // which is there
         syntax_.expressions.push_back(expression);
     }
-    return found->second;
+    return id;
 }
 
 ExpressionId SyntaxBuilder::instance(ExpressionId type) {
@@ -125,21 +143,22 @@ ExpressionId SyntaxBuilder::use_member(ExpressionId of, const Token& token) {
 }
 
 void SyntaxBuilder::mention(ExpressionId expression, const Token& token) {
-    const Built built = built_at_line(token.line);
-    const auto [found, is_new] =
-        mentions_.try_emplace({expression, token.role, built, token.arguments}, syntax_.mentions.size());
+    const Mention first{.expression = expression,
+                        .role = token.role,
+                        .built = built_at_line(token.line),
+                        .arguments = token.arguments,
+                        .count = 0,
+                        .line = token.line};
+    const auto [number, is_new] = mentions_.number(
+        hash_of(first), [&](std::uint32_t each) { return are_counted_together(syntax_.mentions[each], first); },
+        [&](std::uint32_t each) { return hash_of(syntax_.mentions[each]); });
     if (is_new) {
-        syntax_.mentions.push_back({.expression = expression,
-                                    .role = token.role,
-                                    .built = built,
-                                    .arguments = token.arguments,
-                                    .count = 0,
-                                    .line = token.line});
+        syntax_.mentions.push_back(first);
     }
-    Mention& mention = syntax_.mentions[found->second];
+    Mention& mention = syntax_.mentions[number];
     ++mention.count;
     mention.line = std::min(mention.line, token.line);
-    places_.push_back({found->second, {token.offset, token.line}});
+    places_.push_back({number, {token.offset, token.line}});
 }
 
 void SyntaxBuilder::open(DeclarationId declaration) {
@@ -180,13 +199,13 @@ void SyntaxBuilder::release(std::string_view name) {
 }
 
 bool SyntaxBuilder::is_bound(std::string_view name) const {
-    const auto known = names_.find(name);
-    return known != names_.end() && scopes_[scope_].locals.contains(known->second);
+    const std::optional<NameId> known = known_name(name);
+    return known && scopes_[scope_].locals.contains(*known);
 }
 
 bool SyntaxBuilder::is_local(std::string_view name) const {
-    const auto known = names_.find(name);
-    return known != names_.end() && find_local(scope_, known->second) != nullptr;
+    const std::optional<NameId> known = known_name(name);
+    return known && find_local(scope_, *known) != nullptr;
 }
 
 std::size_t SyntaxBuilder::local_depth() const {

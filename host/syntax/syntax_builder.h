@@ -1,14 +1,14 @@
 // Collects what a source file states while its tree is read: expressions, each once, and the scopes of its locals.
 #pragma once
 
+#include "host/syntax/number_table.h"
 #include "host/syntax/syntax.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <map>
+#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -144,27 +144,7 @@ class SyntaxBuilder {
         std::unordered_map<NameId, Local> locals = {};
     };
 
-    /// Lets a text be looked up that is no string.
-    struct NameHash : std::hash<std::string_view> {
-        using is_transparent = void;
-    };
-
-    struct ExpressionHash {
-        std::size_t operator()(const Expression& expression) const;
-    };
-
-    struct MentionKey {
-        ExpressionId expression = UNKNOWN;
-        Role role = Role::VALUE;
-        Built built = Built::ALWAYS;
-        std::uint8_t arguments = 0;
-
-        friend bool operator==(const MentionKey&, const MentionKey&) = default;
-    };
-    struct MentionHash {
-        std::size_t operator()(const MentionKey& key) const;
-    };
-
+    [[nodiscard]] std::optional<NameId> known_name(std::string_view text) const;
     ExpressionId look_up(NameId name, const Local* local, Space space);
     // The local that a name means where the reader is; null where it is none, or where that is not known yet.
     [[nodiscard]] const Local* visible_local(NameId name) const;
@@ -177,10 +157,10 @@ class SyntaxBuilder {
 
     Visibility visibility_;
     Syntax syntax_;
-    std::unordered_map<std::string, NameId, NameHash, std::equal_to<>> names_;
-    std::unordered_map<Expression, ExpressionId, ExpressionHash> expressions_;
+    NumberTable names_;        // of the names of `syntax_`
+    NumberTable expressions_;  // of its expressions, as they were added
     std::map<std::vector<ExpressionId>, ListId> lists_;
-    std::unordered_map<MentionKey, std::size_t, MentionHash> mentions_;
+    NumberTable mentions_;  // of its mentions
     std::vector<Region> regions_;
     std::vector<PlacedMention> places_;  // of tokens, in the order in which they came
     std::vector<Scope> scopes_{{}};
