@@ -14,9 +14,12 @@
 
 #include <atomic>
 #include <cstdint>
+#include <future>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace host::sources {
 namespace {
@@ -342,6 +345,31 @@ TEST(Outline, DamageCostsNoMoreThanItsPart) {
     EXPECT_FALSE(outline_of(decorators, language, never));
     EXPECT_EQ(outline_of("\xEF\xBB\xBFlet a\r\nlet b\r\n", language, never)->line_count, 2);
     EXPECT_EQ(outline("a.py", "").line_count, 1);
+}
+
+// The parser's memory is released with a text, and serves the next one.
+TEST(Outline, IsTheSameWhateverTheThreadHasReadBefore) {
+    std::string values;  // so many that their list and their trees are larger than what a thread keeps
+    for (int count = 0; count < 200'000; ++count) {
+        values += std::to_string(count) + ", ";
+    }
+    std::string functions;
+    for (int count = 0; count < 2'000; ++count) {
+        functions += "int f" + std::to_string(count) + "(int a) { return g(a, [&] { return a + 1; }); }\n";
+    }
+    const std::vector<std::pair<std::string, std::string>> texts{
+        {"a.cpp", "int all[] = {" + values + "};\n" + functions},
+        {"a.py", "def f(a: 'list[int]') -> 'C':\n    return a\nclass C: pass\n"},
+        {"a.c", "int f() {\n  if (a {\n}\nstatic int *g(void) { return 0; }\n"},
+        {"a.cpp", functions},
+        {"a.h", "class A { int b(); };\nLOCAL int c(void);\n"},
+        {"a.ts", "export const a = `${b}`\nexport function f<T>(x: T) { return class {} }\n"},
+    };
+    for (const auto& text : texts) {
+        const std::string alone =
+            std::async(std::launch::async, [&] { return declarations(text.first, text.second); }).get();
+        EXPECT_EQ(declarations(text.first, text.second), alone) << text.first;
+    }
 }
 
 TEST(Outline, ATextThatWasMadeToTakeMemoryTakesNoMoreThanASourceDoes) {
