@@ -229,9 +229,11 @@ class CaptureWalk {
     // A body may be all that tells C++ from C, so that it is read until something else has told that. So is one with a
     // "#", which may define a macro.
     [[nodiscard]] bool is_passed_over(TSNode node) const {
+        if (bodies_ == Bodies::READ || !enclosed_.contains(node.id)) {
+            return false;
+        }
         const bool may_tell_language = query_.has(Capture::CPP) && !captures_.is_cpp;
-        return bodies_ == Bodies::PASSED_OVER && enclosed_.contains(node.id) && !may_tell_language &&
-               text_of(text_, node).find('#') == string_view::npos;
+        return !may_tell_language && text_of(text_, node).find('#') == string_view::npos;
     }
 
     string_view text_;
