@@ -2,6 +2,7 @@
 
 #include "host/text/ascii.h"
 #include "host/text/blanks.h"
+#include "host/text/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -100,10 +101,6 @@ std::string_view without_literal_prefix(std::string_view text) {
     const bool is_docstring =
         quote <= 2 && (text.substr(quote).starts_with(R"(""")") || text.substr(quote).starts_with("'''"));
     return is_docstring ? text.substr(quote) : text;
-}
-
-bool continues_code_point(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
 std::string_view beginning_of(std::string_view line) {
