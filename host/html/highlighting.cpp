@@ -56,7 +56,7 @@ std::vector<CodeClass> code_classes(std::string_view text, const sources::Langua
     std::vector<CodeClass> classes(text.size(), CodeClass::PLAIN);
     const HighlightQuery* const query = highlight_query_of(language);
     const std::atomic<bool> is_cancelled = false;
-    const sources::ParserMemory memory;
+    const sources::ParserMemory memory;  // begins behind the query, which lives on
     const std::optional<sources::SyntaxTree> tree =
         query == nullptr ? std::nullopt : sources::parsed(text, language, is_cancelled, memory);
     if (!tree) {

@@ -8,6 +8,7 @@
 #include "host/text/blanks.h"
 #include "host/text/control_characters.h"
 #include "host/text/markdown_text.h"
+#include "host/text/split_lines.h"
 #include "host/text/utf8.h"
 
 #include <algorithm>
@@ -101,14 +102,7 @@ std::string summary_of(LeadingComments comments) {
 std::string text_summary(std::string_view text) {
     text.remove_prefix(text.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
     return summary_of(LeadingComments([&]() -> std::optional<std::string_view> {
-        if (text.empty()) {
-            return std::nullopt;
-        }
-        const std::size_t end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        line.remove_suffix(end != std::string_view::npos && line.ends_with('\r') ? 1 : 0);
-        text.remove_prefix(std::min(end, text.size() - 1) + 1);
-        return line;
+        return text.empty() ? std::nullopt : std::optional(cut_line(text));
     }));
 }
 

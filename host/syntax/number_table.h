@@ -10,7 +10,7 @@
 namespace host::syntax {
 
 /// A hash table of the numbers alone, from 0 in the order in which they were given. The elements lie elsewhere, one
-/// behind the other: nodes of a standard table would take several times the memory, and a time to make each.
+/// behind the other: nodes of a standard table would take several times the memory, and each an allocation.
 class NumberTable {
   public:
     /// Returns the number of the element with this hash of which `is_it(number)` holds, if there is one.

@@ -158,7 +158,7 @@ class SyntaxBuilder {
     Visibility visibility_;
     Syntax syntax_;
     NumberTable names_;        // of the names of `syntax_`
-    NumberTable expressions_;  // of its expressions, as they were added
+    NumberTable expressions_;  // of its expressions; those that are settled are not asked for again
     std::map<std::vector<ExpressionId>, ListId> lists_;
     NumberTable mentions_;  // of its mentions
     std::vector<Region> regions_;
