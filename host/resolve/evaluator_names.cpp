@@ -294,7 +294,8 @@ Meaning Evaluator::member_of_whole(Container module, Name name) {
     if (files.empty() || languages_.rules(files.front()) == nullptr) {
         return {};
     }
-    const Name whole = catalog_.name(languages_.modules(files.front()).whole());
+    const std::string_view spelling = languages_.modules(files.front()).whole();
+    const Name whole = spelling.empty() ? NONE : catalog_.name(spelling);
     return whole == NONE || whole == name ? Meaning() : members(exported(module, whole), name);
 }
 

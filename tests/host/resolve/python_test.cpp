@@ -28,6 +28,16 @@ TEST(Python, NamesAreFollowedThroughModulesAndPackages) {
               "use.py: import f of p/b.py, 2 from line 3\n");
 }
 
+TEST(Python, AModuleHasOnlyThoseNamesThatItImports) {
+    EXPECT_EQ(resolved({{"a.py", "class A: pass\nclass B: pass\n"},
+                        {"m.py", "import os\nfrom a import A\n"},
+                        {"use.py", "import m\nfrom m import A, B\nm.B\n"}}),
+              "m.py: import A of a.py, 1 from line 2\n"
+              "m.py: import a.py of a.py, 1 from line 2\n"
+              "use.py: import A of a.py, 1 from line 2\n"
+              "use.py: import m.py of m.py, 3 from line 1\n");
+}
+
 TEST(Python, AnAttributeThatABaseDeclaresIsThat) {
     EXPECT_EQ(resolved({{"a.py", "class A:\n"
                                  "    x: int\n"
