@@ -2,6 +2,7 @@
 #include "host/files/file_language.h"
 #include "host/resolve/module_rules.h"
 #include "host/resolve/paths.h"
+#include "host/resolve/unwritten_names.h"
 
 #include <algorithm>
 #include <array>
@@ -15,9 +16,6 @@ namespace {
 
 // What declares a module whose own extension says of which kind it is; looked for last.
 constexpr std::array<std::string_view, 2> RARE{"d.mts", "d.cts"};
-
-// The name under which a module exports what it is as a whole.
-constexpr std::string_view WHOLE = "export=";
 
 class EcmascriptModules : public ModuleRules {
   public:
@@ -54,7 +52,7 @@ class EcmascriptModules : public ModuleRules {
                                   : found(file_of_package(*package, module.substr(package->name.size())), import);
     }
 
-    [[nodiscard]] std::string_view whole() const override { return WHOLE; }
+    [[nodiscard]] std::string_view whole() const override { return WHOLE_MODULE; }
 
     [[nodiscard]] Container globals() const override { return globals_; }
 
@@ -71,10 +69,11 @@ class EcmascriptModules : public ModuleRules {
             return {};
         }
         const Container module = catalog_.module_of(*file);
-        const Name whole = catalog_.name(WHOLE);
+        const Name whole = catalog_.name(WHOLE_MODULE);
         const bool is_value = import.original == 0 && whole != NONE &&
                               (!catalog_.members(module, whole).empty() || !catalog_.imports(module, whole).empty());
-        return {.modules = {module}, .path = is_value ? std::vector{std::string(WHOLE)} : std::vector<std::string>()};
+        return {.modules = {module},
+                .path = is_value ? std::vector{std::string(WHOLE_MODULE)} : std::vector<std::string>()};
     }
 
     // A file of declarations that is no module declares what all files see.

@@ -2,6 +2,7 @@
 #include "host/resolve/definitions.h"
 #include "host/resolve/evaluator.h"
 #include "host/resolve/java_overloads.h"
+#include "host/resolve/unwritten_names.h"
 
 #include <algorithm>
 #include <array>
@@ -19,9 +20,6 @@ using What = Entity::What;
 
 // How many variables and aliases may stand for one another.
 constexpr std::size_t LONGEST_CHAIN = 20;
-
-// The name of a constructor where that is not the name of its type.
-constexpr std::string_view CONSTRUCTOR = "constructor";
 
 using Types = std::vector<syntax::ExpressionId>;
 
@@ -286,15 +284,15 @@ void Evaluator::add_results_of_special_method(const Entity& instance, const synt
     };
     switch (asked.operation) {
     case Operation::CALL:
-        add_once(found, called_method(instance, "__call__"));
+        add_once(found, called_method(instance, CALL_METHOD));
         break;
     case Operation::ELEMENT:
-        add_once(found, called_method(instance, "__getitem__"));
+        add_once(found, called_method(instance, ELEMENT_METHOD));
         break;
     case Operation::ITERATED:
-        for (const Entity& iterator : called_method(instance, "__iter__")) {
+        for (const Entity& iterator : called_method(instance, ITERATOR_METHOD)) {
             if (iterator.what == What::INSTANCE) {
-                add_once(found, called_method(iterator, "__next__"));
+                add_once(found, called_method(iterator, NEXT_METHOD));
             } else {
                 add_parts(iterator, asked, depth + 1, found);
             }
@@ -312,9 +310,9 @@ bool Evaluator::add_overloaded(const Entity& value, const syntax::Expression& as
         return false;
     }
     const bool is_target = asked.operation == Operation::TARGET;
-    const std::string_view name = is_target                               ? "operator->"
-                                  : asked.operation == Operation::ELEMENT ? "operator[]"
-                                  : asked.operation == Operation::CALL    ? "operator()"
+    const std::string_view name = is_target                               ? TARGET_OPERATOR
+                                  : asked.operation == Operation::ELEMENT ? ELEMENT_OPERATOR
+                                  : asked.operation == Operation::CALL    ? CALL_OPERATOR
                                                                           : "";
     Meaning operators;
     MemberSearch search{.name = name.empty() ? NONE : catalog_.name(name)};

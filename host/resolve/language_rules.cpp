@@ -1,5 +1,6 @@
 #include "host/resolve/language_rules.h"
 
+#include <algorithm>
 #include <array>
 
 namespace host::resolve {
@@ -44,6 +45,13 @@ constexpr std::array RULES{
 
 std::span<const LanguageRules> language_rules() {
     return RULES;
+}
+
+const LanguageRules* rules_of(string_view language) {
+    const auto* const found = std::ranges::find_if(RULES, [&](const LanguageRules& rules) {
+        return std::ranges::find(rules.languages, language) != rules.languages.end();
+    });
+    return found == RULES.end() ? nullptr : &*found;
 }
 
 }  // namespace host::resolve

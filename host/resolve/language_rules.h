@@ -42,4 +42,7 @@ struct LanguageRules {
 
 std::span<const LanguageRules> language_rules();
 
+/// Returns null for a language without rules.
+const LanguageRules* rules_of(std::string_view language);
+
 }  // namespace host::resolve

@@ -1,5 +1,6 @@
 #include "host/worktree/source_symbols.h"
 
+#include "host/syntax/type_name.h"
 #include "host/text/control_characters.h"
 #include "host/worktree/module_names.h"
 
@@ -11,33 +12,7 @@ namespace host::worktree {
 namespace {
 
 using syntax::Declaration;
-using syntax::Expression;
-using syntax::Operation;
 using syntax::Syntax;
-
-// The name of the type that an expression means: "T" of `impl<A> m::T<A>`.
-std::string_view name_in(const Syntax& syntax, syntax::ExpressionId id) {
-    constexpr int DEEPEST = 8;
-    for (int depth = 0; depth < DEEPEST; ++depth) {
-        const Expression& expression = syntax.expressions[id];
-        switch (expression.operation) {
-        case Operation::NAME:
-        case Operation::GLOBAL:
-        case Operation::MEMBER:
-            return syntax.name(expression.name);
-        case Operation::DECLARATION:
-            return syntax.written_name(syntax.declarations[expression.a]);
-        case Operation::GENERIC:
-        case Operation::POINTER:
-        case Operation::INSTANCE:
-            id = expression.a;
-            break;
-        default:
-            return {};
-        }
-    }
-    return {};
-}
 
 }  // namespace
 
@@ -50,7 +25,7 @@ SourceSymbols::SourceSymbols(const resolve::Repository& repository)
             continue;
         }
         for (const Declaration& declaration : file.syntax->declarations) {
-            if (const std::string_view owner = name_in(*file.syntax, declaration.owner); !owner.empty()) {
+            if (const std::string_view owner = syntax::type_name(*file.syntax, declaration.owner); !owner.empty()) {
                 owners_.emplace(next, owner);
             }
             ++next;
