@@ -122,19 +122,33 @@ void print(const char* what, const Cost& cost, double floor) {
                 cost.peak_megabytes);
 }
 
-// An answer without an index of its own: what it costs when nothing has changed, and when one file has.
-std::pair<Cost, Cost> refresh_costs(const std::string& wiki_scope, const TemporaryFolder& checkout,
-                                    const std::string& file) {
+// What an answer costs that looks for changes first.
+struct AnswerCosts {
+    Cost unchanged;
+    Cost edited;    // a file has another line
+    Cost declared;  // a file has another function
+};
+
+// A file ends with `declaration`, "#" being a number, when it has another function.
+AnswerCosts answer_costs(const std::string& wiki_scope, const TemporaryFolder& checkout, const std::string& file,
+                         const std::string& declaration) {
     const std::vector<std::string> command{wiki_scope, "stats", "--checkout", checkout / ""};
     bench::cost_of_program(command);
     std::this_thread::sleep_for(SETTLING);
     bench::cost_of_program(command);
-    const Cost unchanged = best([&] { return bench::cost_of_program(command); });
-    const Cost changed = best([&] {
-        std::ofstream(checkout / file, std::ios::app) << "\n";
+    const auto cost_after = [&](const std::string& added) {
+        std::ofstream(checkout / file, std::ios::app) << added;
         return bench::cost_of_program(command);
+    };
+    int functions = 0;
+    AnswerCosts costs;
+    costs.unchanged = best([&] { return cost_after(""); });
+    costs.edited = best([&] { return cost_after("\n"); });
+    costs.declared = best([&] {
+        std::string added = declaration;
+        return cost_after(added.replace(added.find('#'), 1, std::to_string(functions++)));
     });
-    return {unchanged, changed};
+    return costs;
 }
 
 void measure(const std::string& wiki_scope, const fs::path& own) {
@@ -154,23 +168,26 @@ void measure(const std::string& wiki_scope, const fs::path& own) {
     const Cost import = best([&] {
         return bench::cost_of_program({wiki_scope, "import", checkout / "", "--index", made / "index.db"});
     });
-    const auto [unchanged, changed] = refresh_costs(wiki_scope, checkout, "host_0/command/main.cpp");
+    const AnswerCosts large =
+        answer_costs(wiki_scope, checkout, "host_0/command/main.cpp", "\nint new_function_#() {\n    return 0;\n}\n");
 
     const TemporaryFolder many;
     for (std::size_t file = 0; file < MANY_FILES; ++file) {
         many.write("d" + std::to_string(file / 100) + "/f" + std::to_string(file) + ".py", "def f():\n    pass\n");
     }
-    const auto [none, one] = refresh_costs(wiki_scope, many, "d0/f0.py");
+    const AnswerCosts small = answer_costs(wiki_scope, many, "d0/f0.py", "def new_function_#():\n    pass\n");
 
     const double floor = bare.elapsed_seconds;
     std::printf("%zu files, at least %zu lines\n\n| | bare parses | elapsed ms | peak MB |\n|---|---|---|---|\n", count,
                 LINES);
     print("bare parse on all cores", bare, floor);
     print("`import` of the folder", import, floor);
-    print("answer, nothing changed", unchanged, floor);
-    print("answer, one file changed", changed, floor);
-    print("answer, nothing changed in 10,000 small files", none, floor);
-    print("answer, one of these changed", one, floor);
+    print("answer, nothing changed", large.unchanged, floor);
+    print("answer, one file has another line", large.edited, floor);
+    print("answer, one file has another function", large.declared, floor);
+    print("answer, nothing changed in 10,000 small files", small.unchanged, floor);
+    print("answer, one of these has another line", small.edited, floor);
+    print("answer, one of these has another function", small.declared, floor);
 }
 
 }  // namespace

@@ -113,7 +113,7 @@ ImportReport import_scip(const ImportRequest& request, NewIndex& index, const On
         throw std::runtime_error(scip.names() + ": no source file is named there, so " + index.name() +
                                  " is kept; run the indexer on sources, or remove the index first");
     }
-    make_index(documents.extraction, rules.tests, checkout, spool, index, progress, report);
+    make_index(documents.extraction, rules.tests, checkout, spool, index, 0, progress, report);
     return report;
 }
 

@@ -8,16 +8,24 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host::indexing {
 
-/// The ids of rows, from 1 on: files have the order of the extraction; declarations follow their files, the module
-/// first.
+/// The kind of what stands for a file as a module.
+inline constexpr std::string_view MODULE_KIND = "module";
+
+/// The ids of rows: files have the order of the extraction, from 1 on; declarations follow their files, the module first.
 class RowIds {
   public:
-    /// `is_module` says which files get a declaration as modules.
-    RowIds(const Extraction& extraction, std::vector<bool> is_module);
+    /// The ids of a new index, from 1 on. `is_module` says which files get a declaration as modules. Behind the
+    /// declarations of each file `room` ids are left to those that it may get.
+    RowIds(const Extraction& extraction, std::vector<bool> is_module, RowId room);
+
+    /// Those of an index that is there. `first` holds the lowest id of each file, and of one without declarations that
+    /// of the next file; one more element holds the end of all.
+    RowIds(const Extraction& extraction, std::vector<bool> is_module, std::vector<RowId> first);
 
     [[nodiscard]] static RowId of_file(std::uint32_t file) { return RowId{file} + 1; }
     [[nodiscard]] bool is_module(std::uint32_t file) const { return is_module_[file]; }
@@ -29,13 +37,16 @@ class RowIds {
     /// Returns the file of a declaration.
     [[nodiscard]] std::uint32_t file_of(RowId declaration) const;
     /// Returns how many declarations a file has, with its module.
-    [[nodiscard]] std::int64_t declarations(std::uint32_t file) const { return first_[file + 1] - first_[file]; }
-    /// Returns the highest id of a declaration.
+    [[nodiscard]] std::int64_t declarations(std::uint32_t file) const { return declarations_[file]; }
+    /// Returns how many a file can have.
+    [[nodiscard]] std::int64_t room(std::uint32_t file) const { return first_[file + 1] - first_[file]; }
+    /// Returns an id that none exceeds.
     [[nodiscard]] RowId last() const { return first_.back() - 1; }
 
   private:
-    std::vector<bool> is_module_;  // by file
-    std::vector<RowId> first_;     // by file; one more element holds the id after the last
+    std::vector<bool> is_module_;             // by file
+    std::vector<std::int64_t> declarations_;  // by file
+    std::vector<RowId> first_;                // by file; one more element holds the end
 };
 
 /// Returns the row of a file, whose texts are those of `extraction`.
@@ -52,7 +63,20 @@ struct Description {
     [[nodiscard]] bool is_empty() const { return signature.empty() && documentation.empty(); }
 };
 
-/// Reads the texts of a declaration.
-Description description_of(const Declaration& declaration, TextSpool& spool);
+/// The texts of a declaration.
+struct DeclarationTexts {
+    DeclarationName name;
+    Description description;
+};
+
+/// Reads the texts of all declarations of a file: of its module first, if that has a row.
+std::vector<DeclarationTexts> texts_of(const Extraction& extraction, std::uint32_t file, const RowIds& ids,
+                                       TextSpool& spool);
+
+/// Returns the rows of the declarations of a file, in the order of `texts_of`, whose texts they refer to. Their uses
+/// are 0.
+std::vector<DeclarationRow> declaration_rows(const Extraction& extraction, const References& references,
+                                             std::uint32_t file, const RowIds& ids,
+                                             const std::vector<DeclarationTexts>& texts);
 
 }  // namespace host::indexing

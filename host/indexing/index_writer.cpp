@@ -1,6 +1,5 @@
 #include "host/indexing/index_writer.h"
 
-#include "host/files/file_language.h"
 #include "host/indexing/edge_counts.h"
 #include "host/indexing/file_rows.h"
 #include "host/indexing/findings.h"
@@ -12,23 +11,11 @@
 #include <cstdint>
 #include <future>
 #include <set>
-#include <string_view>
 #include <vector>
 
 namespace host::indexing {
 
 namespace {
-
-// "src/a.ts" -> "a", "src/a/index.ts" -> "a"
-std::string name_of_module(std::string_view path) {
-    const auto last_segment = [](std::string_view text) { return text.substr(text.rfind('/') + 1); };
-    const std::string_view file = last_segment(path);
-    if (stands_for_folder(path) && file.size() < path.size()) {
-        return std::string(last_segment(path.substr(0, path.size() - file.size() - 1)));
-    }
-    const std::string_view stem = stem_of(file);
-    return std::string(stem.empty() ? file : stem);
-}
 
 // Which files get a declaration as modules.
 std::vector<bool> modules_named_in(const Extraction& extraction, const References& references,
@@ -81,12 +68,10 @@ void in_order(std::size_t files, const Prepare& prepare, const Use& use) {
 class IndexWriter {
   public:
     IndexWriter(RowWriter& out, const Extraction& extraction, const References& references, TextSpool& spool,
-                const AfterFile& after_file, ImportReport& report)
-        : out_(out), files_(extraction.files), symbols_(*extraction.symbols), extraction_(extraction), spool_(spool),
-          after_file_(after_file), report_(report), references_(references),
-          ids_(extraction, modules_named_in(extraction, references, after_file)), counts_(ids_.last()) {
-        report_.declarations = ids_.last();
-    }
+                RowId room, const AfterFile& after_file, ImportReport& report)
+        : out_(out), files_(extraction.files), extraction_(extraction), spool_(spool), after_file_(after_file),
+          report_(report), references_(references),
+          ids_(extraction, modules_named_in(extraction, references, after_file), room), counts_(ids_.last()) {}
 
     void write() {
         insert_files();
@@ -112,64 +97,22 @@ class IndexWriter {
         }
     }
 
-    // What the row of a declaration says, and is not at hand.
-    struct DeclarationTexts {
-        Description description;
-        DeclarationName name;
-    };
-
     void insert_declarations() {
-        const auto prepare = [this](std::uint32_t file) {
-            std::vector<DeclarationTexts> texts;
-            for (const Declaration& declaration : files_[file].declared.declarations) {
-                texts.push_back({description_of(declaration, spool_), symbols_.name_of(declaration.symbol, file)});
-            }
-            return texts;
-        };
+        const auto prepare = [this](std::uint32_t file) { return texts_of(extraction_, file, ids_, spool_); };
         in_order(files_.size(), prepare, [this](std::uint32_t file, const std::vector<DeclarationTexts>& texts) {
-            if (ids_.is_module(file)) {
-                insert_module(file);
+            std::vector<DeclarationRow> rows = declaration_rows(extraction_, references_, file, ids_, texts);
+            for (std::size_t at = 0; at < rows.size(); ++at) {
+                const Description& description = texts[at].description;
+                if (!description.is_empty()) {
+                    out_.add(DescriptionRow{rows[at].id, description.signature, description.documentation});
+                }
+                rows[at].uses = counts_.uses(rows[at].id);
+                out_.add(rows[at]);
+                ++report_.declarations_by_kind[std::string(rows[at].kind)];
             }
-            for (std::uint32_t at = 0; at < texts.size(); ++at) {
-                insert_declaration({file, at}, texts[at]);
-            }
+            report_.declarations += std::ssize(rows);
             after_file_(0);
         });
-    }
-
-    void insert_module(std::uint32_t file) {
-        const FileDeclarations& declared = files_[file].declared;
-        const DeclarationName fully_qualified = symbols_.name_of(declared.modules.front(), file);
-        insert({.id = ids_.of_module(file),
-                .file = RowIds::of_file(file),
-                .name = name_of_module(files_[file].path),
-                .fqn = fully_qualified.fqn,
-                .kind = "module",
-                .is_export = true,
-                .first_line = 1,
-                .last_line = std::max(declared.line_count, 1)});
-    }
-
-    void insert_declaration(const DeclarationPlace& place, const DeclarationTexts& texts) {
-        const Declaration& declaration = files_[place.file].declared.declarations[place.declaration];
-        const RowId id = ids_.of(place);
-        if (!texts.description.is_empty()) {
-            out_.add(DescriptionRow{id, texts.description.signature, texts.description.documentation});
-        }
-        insert({.id = id,
-                .file = RowIds::of_file(place.file),
-                .name = texts.name.name,
-                .fqn = texts.name.fqn,
-                .kind = declaration.kind,
-                .is_export = declaration.is_public && references_.lead_to(place),
-                .first_line = declaration.lines.first,
-                .last_line = declaration.lines.last});
-    }
-
-    void insert(DeclarationRow row) {
-        row.uses = counts_.uses(row.id);
-        out_.add(row);
-        ++report_.declarations_by_kind[std::string(row.kind)];
     }
 
     void insert_resolutions() {
@@ -206,7 +149,6 @@ class IndexWriter {
 
     RowWriter& out_;
     const std::vector<ExtractedFile>& files_;
-    const Symbols& symbols_;
     const Extraction& extraction_;
     TextSpool& spool_;
     const AfterFile& after_file_;
@@ -219,8 +161,8 @@ class IndexWriter {
 }  // namespace
 
 void write_rows(RowWriter& out, const Extraction& extraction, const References& references, TextSpool& spool,
-                const AfterFile& after_file, ImportReport& report) {
-    IndexWriter(out, extraction, references, spool, after_file, report).write();
+                RowId room, const AfterFile& after_file, ImportReport& report) {
+    IndexWriter(out, extraction, references, spool, room, after_file, report).write();
 }
 
 }  // namespace host::indexing

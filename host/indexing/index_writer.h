@@ -3,6 +3,7 @@
 
 #include "host/files/text_spool.h"
 #include "host/index/row_writer.h"
+#include "host/index/rows.h"
 #include "host/indexing/extraction.h"
 #include "host/indexing/import_report.h"
 #include "host/indexing/references.h"
@@ -21,9 +22,9 @@ using AfterFile = std::function<void(std::size_t steps)>;
 ///
 /// A file gets a declaration of kind "module" when another file names it as a module and none of its declarations.
 ///
-/// Ids start at 1. Files have the order of the extraction; declarations follow their files, the module first. Edges are
-/// ordered by source file, target and resolution. Throws `IndexError`, and what `spool` and `after_file` throw.
+/// Ids are those of `RowIds` (file_rows.h) with this `room`. Edges are ordered by source file, target and resolution.
+/// Throws `IndexError`, and what `spool` and `after_file` throw.
 void write_rows(RowWriter& out, const Extraction& extraction, const References& references, TextSpool& spool,
-                const AfterFile& after_file, ImportReport& report);
+                RowId room, const AfterFile& after_file, ImportReport& report);
 
 }  // namespace host::indexing

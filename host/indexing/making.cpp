@@ -28,13 +28,14 @@ void write_notes(RowWriter& out, const Extraction& extraction, const std::vector
 }
 
 void write_index(NewIndex& index, const Extraction& extraction, const References& references,
-                 const std::vector<PathRule>& tests, TextSpool& spool, Progress& progress, ImportReport& report) {
+                 const std::vector<PathRule>& tests, TextSpool& spool, RowId room, Progress& progress,
+                 ImportReport& report) {
     const PathRules rules(tests);
     const TestRulesInForce in_force(rules);
     try {
         RowWriter& out = index.rows();
         write_rows(
-            out, extraction, references, spool, [&](std::size_t steps) { progress.advance(steps); }, report);
+            out, extraction, references, spool, room, [&](std::size_t steps) { progress.advance(steps); }, report);
         write_notes(out, extraction, tests, report);
         index.complete({.files = report.files, .declarations = report.declarations, .edges = report.edges});
     } catch (const IndexError& error) {
@@ -45,13 +46,13 @@ void write_index(NewIndex& index, const Extraction& extraction, const References
 }  // namespace
 
 void make_index(const Extraction& extraction, std::vector<PathRule> tests, const std::optional<Checkout>& checkout,
-                TextSpool& spool, NewIndex& index, Progress& progress, ImportReport& report) {
+                TextSpool& spool, NewIndex& index, RowId room, Progress& progress, ImportReport& report) {
     const References references(extraction);
     for (const PathRule& rule : rules_of_uses(extraction, references, checkout, [&] { progress.report(); })) {
         tests.push_back(rule);
         report.misnamed_tests.add(rule.pattern.substr(1));
     }
-    write_index(index, extraction, references, tests, spool, progress, report);
+    write_index(index, extraction, references, tests, spool, room, progress, report);
     progress.report();
     index.commit();
 }

@@ -18,10 +18,11 @@ namespace host::indexing {
 ///
 /// `tests` decide which files are tests. Rules that follow from the uses of files (rules_of_uses.h) are added to them,
 /// and the index stores all. `checkout` holds the sources, if they are available. Adds to `report` what was written and
-/// found, and advances `progress` by the steps of each file.
+/// found, and advances `progress` by the steps of each file. `room` is how many ids are left behind the declarations of
+/// each file, for those that a revision adds (revision.h).
 ///
 /// Throws `std::runtime_error` with one line that says what became of the old index, and what `progress` throws.
 void make_index(const Extraction& extraction, std::vector<PathRule> tests, const std::optional<Checkout>& checkout,
-                TextSpool& spool, NewIndex& index, Progress& progress, ImportReport& report);
+                TextSpool& spool, NewIndex& index, RowId room, Progress& progress, ImportReport& report);
 
 }  // namespace host::indexing

@@ -23,7 +23,7 @@ class RevisedSqliteIndex {
     /// Where a file may lie meanwhile; `role` tells it from others.
     [[nodiscard]] std::string scratch_path(const std::string& role) const;
 
-    /// Returns what the index holds, with the edges from these files, by source. Throws `SqliteError`.
+    /// Returns what the index holds, with the rows of the files with these ids, which ascend. Throws `SqliteError`.
     [[nodiscard]] IndexState state(std::span<const RowId> files) const;
 
     /// Replaces the rows, and puts the copy into its place; to be called once. Throws `SqliteError`, and

@@ -38,6 +38,19 @@ std::int32_t line(ByteReader& in) {
     return in.below<std::int32_t>(std::uint64_t{std::numeric_limits<std::int32_t>::max()} + 1);
 }
 
+// Reads what comes before the syntax.
+SourceFacts begin_of_facts(ByteReader& in, std::string_view path) {
+    SourceFacts facts = facts_of_name(path);
+    if (in.flag()) {
+        facts.language = facts.dialect = "cpp";
+    }
+    facts.summary = in.text();
+    facts.line_count = line(in);
+    facts.is_parsed = in.flag();
+    facts.is_damaged = in.flag();
+    return facts;
+}
+
 }  // namespace
 
 std::string to_bytes(const SourceFacts& facts) {
@@ -66,14 +79,7 @@ std::string to_bytes(const SourceFacts& facts) {
 SourceFacts facts_in(std::string_view bytes, std::string_view path) {
     const std::vector<std::string_view> kinds = kinds_of_declarations();
     ByteReader in(bytes);
-    SourceFacts facts = facts_of_name(path);
-    if (in.flag()) {
-        facts.language = facts.dialect = "cpp";
-    }
-    facts.summary = in.text();
-    facts.line_count = line(in);
-    facts.is_parsed = in.flag();
-    facts.is_damaged = in.flag();
+    SourceFacts facts = begin_of_facts(in, path);
     facts.syntax = read_syntax(in);
     facts.declarations.resize(in.count());
     for (auto& [id, kind, lines, is_public, signature, documentation] : facts.declarations) {
@@ -154,6 +160,19 @@ std::optional<SourceFacts> FactsStore::find_surface(std::int64_t content_hash, s
         return facts_in(ByteReader(bytes_of(content_hash, path)).text(), path);
     } catch (const Malformed&) {
         return std::nullopt;
+    }
+}
+
+bool FactsStore::have_name(std::int64_t content_hash, std::string_view path,
+                           const std::function<bool(std::string_view name)>& is_wanted) {
+    try {
+        ByteReader in(bytes_of(content_hash, path));
+        static_cast<void>(in.text());  // the surface
+        ByteReader facts(in.text());
+        static_cast<void>(begin_of_facts(facts, path));
+        return has_name(facts, is_wanted);
+    } catch (const Malformed&) {
+        return true;
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <ios>
 #include <mutex>
 #include <optional>
@@ -30,6 +31,10 @@ class FactsStore {
 
     /// Returns the surface of these facts, and reads no more.
     [[nodiscard]] std::optional<SourceFacts> find_surface(std::int64_t content_hash, std::string_view path);
+
+    /// Returns whether one of the names of these facts is wanted, and reads no more; true where there are none.
+    [[nodiscard]] bool have_name(std::int64_t content_hash, std::string_view path,
+                                 const std::function<bool(std::string_view name)>& is_wanted);
 
     void add(std::int64_t content_hash, std::string_view path, const SourceFacts& facts);
 

@@ -2,6 +2,7 @@
 
 #include "host/files/text_spool.h"
 #include "host/indexing/making.h"
+#include "host/indexing/revision.h"
 #include "host/rules/test_paths.h"
 
 #include <stdexcept>
@@ -40,7 +41,8 @@ Imported import_listed(const Checkout& checkout, const ListedSources& listed, co
     ReadSources sources(checkout, listed, known, spool, progress);
     const indexing::Extraction extraction = sources.extract({}, progress, report);
     imported.sources = sources.imported();
-    make_index(extraction, rules.tests, checkout, spool, index, progress, report);
+    const RowId room = known == nullptr ? 0 : indexing::ROOM_FOR_MORE;
+    make_index(extraction, rules.tests, checkout, spool, index, room, progress, report);
     return imported;
 }
 

@@ -1,4 +1,4 @@
-// The refresh of an index after changes that only the changed files themselves can see.
+// The refresh of an index after changes that few files can see.
 #pragma once
 
 #include "host/files/checkout.h"
@@ -22,12 +22,13 @@ struct IndexedSources {
     std::vector<std::uint32_t> changed;  ///< those that have other contents now, ascending
 };
 
-/// Revises the index where the changed sources have the surfaces that they had (`surface_of`): then the names of all
-/// other files mean what they meant. Only the changed ones are read, resolved and written, and the index becomes the
-/// one that `import_listed` would make. All but these sources, and the rules, must be what the index was made of.
+/// Revises the index where few files can see the changes (affected_files.h): only these are resolved and written, and
+/// of the others nothing is read but what they show. The index becomes the one that `import_listed` would make, but for
+/// the ids of declarations. All but the changed sources, and the rules, must be what the index was made of.
 ///
-/// Returns what is then known of the sources. Returns none, and leaves the index, where that is not enough: another
-/// file may see the change, something is not known, or the index cannot be read. Throws what `import_listed` throws.
+/// Returns what is then known of the sources. Returns none, and leaves the index, where that is not enough: many files
+/// may see the change, something is not known, there is no room (indexing/revision.h), or the index cannot be read.
+/// Throws what `import_listed` throws.
 std::optional<std::vector<ImportedSource>> refresh_listed(const Checkout& checkout, const ListedSources& listed,
                                                           const RepositoryRules& rules, const IndexedSources& indexed,
                                                           const SqliteIndex& index, indexing::Progress& progress);

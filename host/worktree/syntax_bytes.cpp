@@ -264,4 +264,17 @@ Syntax read_syntax(ByteReader& in) {
     return SyntaxReader(in).read();
 }
 
+bool has_name(ByteReader& in, const std::function<bool(std::string_view name)>& is_wanted) {
+    const std::size_t names = in.count();
+    for (int other_sizes = 0; other_sizes < 5; ++other_sizes) {
+        static_cast<void>(in.count());
+    }
+    for (std::size_t name = 1; name < names; ++name) {
+        if (is_wanted(in.text())) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace host::worktree

@@ -32,19 +32,29 @@ class AsAnybody {
     const uid_t user_;
 };
 
-// All rows of an index.
+// All rows of an index. A declaration is known by its file and its place among those of that, in the order of ids.
 inline std::string rows_in(const std::string& path) {
     const SqliteConnection connection = open_index(path);
+    connection.execute("CREATE TEMP TABLE places AS SELECT id, file_id || '/' || row_number() OVER "
+                       "(PARTITION BY file_id ORDER BY id) AS place FROM symbols; "
+                       "CREATE UNIQUE INDEX temp.places_by_id ON places(id)");
     std::string rows;
-    Statement tables(connection, "SELECT name, (SELECT group_concat('quote(' || name || ')', ' || '' '' || ') FROM "
-                                 "pragma_table_info(t.name)) FROM sqlite_schema t WHERE type = 'table' ORDER BY name");
+    Statement tables(connection,
+                     "SELECT name, (SELECT group_concat('quote(' || iif(name IN ('symbol_id', 'target_id') OR "
+                     "(name = 'id' AND t.name = 'symbols'), '(SELECT place FROM places p WHERE p.id = t.' || name || "
+                     "')', name) || ')', ' || '' '' || ') FROM pragma_table_info(t.name)) "
+                     "FROM sqlite_schema t WHERE type = 'table' ORDER BY name");
     while (tables.step()) {
         const std::string table(tables.text(0));
-        Statement row(connection, "SELECT " + std::string(tables.text(1)) + " FROM " + table + " ORDER BY 1");
+        Statement row(connection, "SELECT " + std::string(tables.text(1)) + " FROM " + table + " AS t ORDER BY 1");
         while (row.step()) {
             rows += table + " " + std::string(row.text(0)) + "\n";
         }
     }
+    Statement misplaced(connection, "SELECT count(*) FROM (SELECT file_id < max(file_id) OVER (ORDER BY id) AS is_low "
+                                    "FROM symbols) WHERE is_low");
+    misplaced.step();
+    EXPECT_EQ(misplaced.integer(0), 0) << "ids ascend with the file";
     return rows;
 }
 
