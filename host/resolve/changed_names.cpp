@@ -192,7 +192,6 @@ class LeadingToNames {
 bool ChangedNames::add(const Syntax& syntax, const Declaration& declaration) {
     const std::string_view name = syntax.name(declaration.name);
     add(name);
-    add(syntax.name(declaration.written));
     add(syntax::type_name(syntax, declaration.owner));
     const bool is_unwritten = std::ranges::find(UNWRITTEN_NAMES, name) != UNWRITTEN_NAMES.end();
     if ((is_unwritten || declaration.kind == syntax::Kind::CONSTRUCTOR) &&
