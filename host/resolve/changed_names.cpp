@@ -194,8 +194,7 @@ bool ChangedNames::add(const Syntax& syntax, const Declaration& declaration) {
     add(name);
     add(syntax::type_name(syntax, declaration.owner));
     const bool is_unwritten = std::ranges::find(UNWRITTEN_NAMES, name) != UNWRITTEN_NAMES.end();
-    if ((is_unwritten || declaration.kind == syntax::Kind::CONSTRUCTOR) &&
-        declaration.parent != syntax::NO_DECLARATION) {
+    if (is_unwritten && declaration.parent != syntax::NO_DECLARATION) {
         add(syntax.name(syntax.declarations[declaration.parent].name));
     }
     return name != WHOLE_MODULE;

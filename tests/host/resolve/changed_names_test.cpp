@@ -107,6 +107,7 @@ TEST(ChangedNames, HaveTheTypesWhoseMembersAreLookedUpWithoutAName) {
 
 TEST(ChangedNames, OfImportsAreSeenWhereTheyAreTakenFromAModule) {
     const Sources sources{{"a.py", "class A:\n    x = 1\n"},
+                          {"both.py", "from a import gone as a\nfrom here import *\na.A\n"},
                           {"has.py", "import a\ndef f(): return a.A().x\n"},
                           {"here.py", "import sys\n"},
                           {"member.py", "import here\nhere.a.A\n"},
@@ -114,7 +115,7 @@ TEST(ChangedNames, OfImportsAreSeenWhereTheyAreTakenFromAModule) {
                           {"next.py", "from named import g\ng().x\n"},
                           {"passed.py", "from named import b\nb.A\n"},
                           {"star.py", "from here import *\na.A\n"}};
-    const std::string seeing_it = "member.py named.py next.py passed.py star.py";
+    const std::string seeing_it = "both.py member.py named.py next.py passed.py star.py";
     EXPECT_EQ(seeing(sources, "here.py", "import sys\nimport a\n"), seeing_it);
     EXPECT_EQ(seeing(sources, "here.py", ""), "");
     const Sources typescript{{"a.ts", "export function f() {}\nexport function g() {}\n"},
@@ -139,6 +140,16 @@ TEST(ChangedNames, AreThoseOfDeclarationsThatLookUpWhatTheirFileImports) {
                        {"q/U.java", "package q;\nclass U { void u(B x) { x.b().m(); } }\n"}};
     EXPECT_EQ(seeing(java, "q/B.java", "package q;\nimport p.A;\npublic class B { public A b() { return null; } }\n"),
               "q/U.java");
+}
+
+TEST(ChangedNames, AreThoseOfMembersOfAnotherTypeThanBefore) {
+    const Sources rust{{"a.rs", "pub use crate::s::S as A;\n"},
+                       {"imp.rs", "use crate::a::A;\nimpl A { pub fn m(&self) {} }\n"},
+                       {"lib.rs", "mod a;\nmod imp;\nmod s;\nmod use_it;\nmod w;\n"},
+                       {"s.rs", "pub struct S;\npub struct R;\n"},
+                       {"use_it.rs", "pub fn f(w: &crate::w::W) { w.x.m() }\n"},
+                       {"w.rs", "pub struct W { pub x: crate::s::R }\n"}};
+    EXPECT_EQ(seeing(rust, "a.rs", "pub use crate::s::R as A;\n"), "imp.rs use_it.rs");
 }
 
 TEST(ChangedNames, AreFoundInPaths) {
