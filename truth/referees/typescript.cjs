@@ -217,7 +217,7 @@ function addEdgesTo(source, targets) {
 
 const files = program.getSourceFiles().filter(isHere).map((file) => {
   const source = file.fileName.slice(root.length);
-  const unjudged = {};
+  const unjudged = Object.create(null); // in which no name is inherited
   const visit = (node) => {
     if (isShared(node)) definitionOf(node);
     if (ts.isIdentifier(node) || ts.isPrivateIdentifier(node)) addEdges(source, node, unjudged);
