@@ -20,6 +20,7 @@ class RefreshedRows : public KeptRows {
         write("a/v.go", "package a\n\nfunc V() T {}\n");
         write("b/use.go",
               "package b\n\nimport \"example.org/m/a\"\n\nfunc use() { a.A(); a.C(); a.V().M(); B().M() }\n");
+        write("b/only.go", "package b\n\nimport \"example.org/m/a\"\n\nfunc only() { a.A() }\n");
         write("py/make.py", "from base import A, a\ndef make() -> A: ...\n");
         write("py/use.py", "from make import make, a\nmake().go()\nmake()[0].go()\na().go()\n");
         write("py/take.py", "import names\nfrom names import a\na.go\nnames.a.go\n");
