@@ -62,6 +62,9 @@ class Evaluator {
     const std::vector<ImportPlace>& passed_on_stars(Container container);
     Meaning exported(Container container, Name name);
     Meaning compute_exported(Container container, Name name);
+    Meaning own_exports(Container container, Name name);
+    [[nodiscard]] Name name_of_whole(Container module) const;
+    Meaning members_beside_wholes(const Meaning& of, Name name);
     Meaning member_of_whole(Container module, Name name);
     [[nodiscard]] Meaning tags(const Meaning& found) const;
     [[nodiscard]] Meaning types(const Meaning& found, const LanguageRules& rules) const;

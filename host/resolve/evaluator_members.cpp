@@ -59,9 +59,26 @@ Meaning Evaluator::members(const Meaning& of, Name name) {
         MemberSearch search{.name = name};
         add_members(entity, search, found);
     }
-    // What is foreign among several says nothing of the others.
-    if (std::ranges::any_of(found, [](const Entity& entity) { return entity.what != What::FOREIGN; })) {
-        std::erase_if(found, [](const Entity& entity) { return entity.what == What::FOREIGN; });
+    if (std::ranges::all_of(found, is_foreign)) {
+        Meaning beside = members_beside_wholes(of, name);
+        return beside.empty() ? found : beside;
+    }
+    std::erase_if(found, is_foreign);  // what is foreign among several says nothing of the others
+    return found;
+}
+
+// What a module exports beside one of these, which it exports as a whole: `module.exports = A`, `module.exports.b = 1`.
+Meaning Evaluator::members_beside_wholes(const Meaning& of, Name name) {
+    Meaning found;
+    for (const Entity& entity : of) {
+        if (entity.what == What::SYMBOL) {
+            const Container module = catalog_.module_of(catalog_.file_of(entity.id));
+            const Name whole = name_of_whole(module);
+            const Meaning wholes = exported(module, whole);
+            if (whole != name && std::ranges::find(wholes, entity) != wholes.end()) {
+                add_once(found, own_exports(module, name));
+            }
+        }
     }
     return found;
 }

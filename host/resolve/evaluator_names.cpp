@@ -260,7 +260,8 @@ Meaning Evaluator::exported(Container container, Name name) {
                : memory_.find({Subject::EXPORT, container, name}, [&] { return compute_exported(container, name); });
 }
 
-Meaning Evaluator::compute_exported(Container container, Name name) {
+// What a module or namespace declares and imports by this name for others.
+Meaning Evaluator::own_exports(Container container, Name name) {
     Meaning found;
     for (const Symbol symbol : catalog_.members(container, name)) {
         if (!catalog_.declaration(symbol).is_private) {
@@ -272,6 +273,11 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
             add_once(found, import_meaning(place));
         }
     }
+    return found;
+}
+
+Meaning Evaluator::compute_exported(Container container, Name name) {
+    Meaning found = own_exports(container, name);
     const std::span<const FileId> files = catalog_.files_of(container);
     if (found.empty() && !files.empty() && languages_.rules(files.front()) != nullptr) {
         const std::string spelling(catalog_.spelling(name));
@@ -288,14 +294,17 @@ Meaning Evaluator::compute_exported(Container container, Name name) {
     return found.empty() ? member_of_whole(container, name) : found;
 }
 
+// The name under which a module exports what it is as a whole; NONE where none does.
+Name Evaluator::name_of_whole(Container module) const {
+    const std::span<const FileId> files = catalog_.files_of(module);
+    const bool is_known = !files.empty() && languages_.rules(files.front()) != nullptr;
+    const std::string_view whole = is_known ? languages_.modules(files.front()).whole() : std::string_view();
+    return whole.empty() ? NONE : catalog_.name(whole);
+}
+
 // A member of what a module exports as a whole.
 Meaning Evaluator::member_of_whole(Container module, Name name) {
-    const std::span<const FileId> files = catalog_.files_of(module);
-    if (files.empty() || languages_.rules(files.front()) == nullptr) {
-        return {};
-    }
-    const std::string_view spelling = languages_.modules(files.front()).whole();
-    const Name whole = spelling.empty() ? NONE : catalog_.name(spelling);
+    const Name whole = name_of_whole(module);
     return whole == NONE || whole == name ? Meaning() : members(exported(module, whole), name);
 }
 
