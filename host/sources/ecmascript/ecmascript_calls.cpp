@@ -112,7 +112,9 @@ ExpressionId EcmascriptReader::container_call(ExpressionId of, string_view name,
 }
 
 // Reads the arguments of a call. A method such as `map` of a container `of` calls what it is given with its elements.
-void EcmascriptReader::read_arguments(const Node& node, ExpressionId called, string_view method, ExpressionId of) {
+// Returns the value of the first argument.
+ExpressionId EcmascriptReader::read_arguments(const Node& node, ExpressionId called, string_view method,
+                                              ExpressionId of) {
     Arguments elements;
     if (of != UNKNOWN && is_one_of(method, CALLED_WITH_ELEMENTS)) {
         elements.known.push_back(out_.add(Operation::ELEMENT, of));
@@ -123,32 +125,38 @@ void EcmascriptReader::read_arguments(const Node& node, ExpressionId called, str
         elements.known = {UNKNOWN, out_.add(Operation::ELEMENT, of)};
     }
     std::uint32_t at = 0;
+    ExpressionId first = UNKNOWN;
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "comment") {
             visit(child);
             return;
         }
-        const ExpressionId expected = called == UNKNOWN ? UNKNOWN : out_.add(Operation::ARGUMENT, called, at++);
+        const ExpressionId expected = called == UNKNOWN ? UNKNOWN : out_.add(Operation::ARGUMENT, called, at);
         if (child.type() == "arrow_function" || child.type() == "function_expression") {
             elements.function = expected;
             function_value(child, elements);
         } else {
-            visit_expecting(child, expected);
+            const ExpressionId value = visit_expecting(child, expected);
+            first = at == 0 ? value : first;
         }
+        ++at;
         elements.known.clear();
     });
+    return first;
 }
 
-// `new T(...)`: an instance of a class.
+// `new T(...)`: an instance of a class. `new Set(a)` has the elements of `a`.
 ExpressionId EcmascriptReader::creation(const Node& node) {
     const Node constructor = node.child(fields_.constructor_);
     const ExpressionId type = callee(constructor, argument_count(node.child(fields_.arguments)));
     const std::vector<ExpressionId> arguments = types_in(node.child(fields_.type_arguments));
-    if (const Node list = node.child(fields_.arguments); list.exists()) {
-        read_arguments(list, type, "", UNKNOWN);
-    }
+    const Node list = node.child(fields_.arguments);
+    const ExpressionId first = list.exists() ? read_arguments(list, type, "", UNKNOWN) : UNKNOWN;
     if (constructor.exists() && constructor.type() == "identifier" && is_built_in(text(constructor))) {
-        const ExpressionId built = out_.instance(built_in(text(constructor), arguments));
+        const bool has_elements = arguments.empty() && first != UNKNOWN && text(constructor) == "Set";
+        const ExpressionId built =
+            out_.instance(has_elements ? out_.add(Operation::LIST, out_.add(Operation::ELEMENT, first))
+                                       : built_in(text(constructor), arguments));
         return built == UNKNOWN ? out_.add(Operation::FOREIGN) : built;
     }
     return out_.instance(arguments.empty() ? type : out_.add(Operation::GENERIC, type, out_.list(arguments)));

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace host::sources {
 
@@ -15,7 +16,7 @@ using std::string_view;
 constexpr string_view DOC_COMMENT_BLANKS = " \t\r\n\f\v*";  // a line may begin with "*"
 constexpr std::array<string_view, 3> PARAMETER_TAGS{"param", "arg", "argument"};
 constexpr std::array<string_view, 2> RESULT_TAGS{"return", "returns"};
-constexpr std::array<string_view, 2> TAGS_OF_OTHERS{"callback", "overload"};
+constexpr std::array<string_view, 2> PROPERTY_TAGS{"prop", "property"};
 
 // Takes the tags of a comment one after the other.
 class DocTagReader {
@@ -30,6 +31,9 @@ class DocTagReader {
     }
 
   private:
+    // What tags are about: what stands below the comment, or what a tag before them begins.
+    enum class Subject : std::uint8_t { BELOW, ALIAS, OVERLOAD };
+
     // Goes on to what follows the next "@" that begins a word.
     bool find_tag() {
         do {
@@ -40,32 +44,59 @@ class DocTagReader {
 
     void read_tag(string_view tag) {
         const string_view type = take_type();
-        if (tag == "typedef") {
-            tags_.aliases.push_back({take_name(), type});
-            is_of_others_ = true;
-        } else if (tag == "template") {
+        if (tag == "template") {
             take_type_parameters();
-        } else if (is_one_of(tag, TAGS_OF_OTHERS)) {
-            is_of_others_ = true;
-        } else if (is_of_others_) {
-            return;
-        } else if (tag == "type") {
+        } else if (tag == "typedef" || tag == "callback") {
+            subject_ = Subject::ALIAS;
+            tags_.aliases.push_back({.name = take_name(),
+                                     .type = type,
+                                     .properties = {},
+                                     .is_function = tag == "callback",
+                                     .parameters = {},
+                                     .result = {}});
+        } else if (tag == "overload") {
+            subject_ = Subject::OVERLOAD;
+        } else if (subject_ == Subject::ALIAS) {
+            read_tag_of_alias(tag, type, tags_.aliases.back());
+        } else if (subject_ == Subject::BELOW) {
+            read_tag_of_below(tag, type);
+        }
+    }
+
+    void read_tag_of_alias(string_view tag, string_view type, DocAlias& alias) {
+        if (is_one_of(tag, PROPERTY_TAGS)) {
+            take_names_type(type, alias.properties);
+        } else if (is_one_of(tag, PARAMETER_TAGS)) {
+            take_names_type(type, alias.parameters);
+        } else if (is_one_of(tag, RESULT_TAGS)) {
+            alias.result = type;
+        }
+    }
+
+    void read_tag_of_below(string_view tag, string_view type) {
+        if (tag == "type") {
             tags_.type = type;
         } else if (tag == "this") {
             tags_.self = type;
         } else if (is_one_of(tag, RESULT_TAGS)) {
             tags_.result = type;
         } else if (is_one_of(tag, PARAMETER_TAGS)) {
-            take_parameter(type);
+            take_names_type(type, tags_.parameters);
         }
     }
 
-    // `a`, `[a]`, `[a=1]`. `a.b` names a member of what is passed.
-    void take_parameter(string_view type) {
+    // `a`, `[a]`, `[a=1]`; `a.b` names a member of the one before.
+    void take_names_type(string_view type, std::vector<DocName>& names) {
         take('[');
-        const string_view name = take_name();
-        if (!is_at('.') && !is_at('[')) {
-            tags_.parameters.push_back({name, type.empty() ? take_type() : type});
+        string_view name = take_name();
+        std::vector<DocName>* among = &names;
+        if (is_at('.') && !names.empty() && names.back().name == name) {
+            ++at_;
+            name = take_name();
+            among = &names.back().members;
+        }
+        if (!is_at('.') && !is_at('[')) {  // no member of a member
+            among->push_back({.name = name, .type = type.empty() ? take_type() : type, .members = {}});
         }
     }
 
@@ -116,8 +147,8 @@ class DocTagReader {
     string_view text_;
     std::size_t at_ = 0;
     DocTags tags_;
-    bool is_of_others_ = false;  // what follows is about what another tag declares
-    bool is_whole_ = true;       // no brace is left open
+    Subject subject_ = Subject::BELOW;
+    bool is_whole_ = true;  // no brace is left open
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace host::sources {
 
@@ -27,14 +28,14 @@ constexpr std::array<string_view, 10> PRIMITIVE_TYPES{"bigint", "boolean", "Bool
 
 }  // namespace
 
-// Reads a type from the text of a tag. What of it cannot be followed makes all of it unknown.
+// Reads a type from the text of a tag. What cannot be read makes all of it unknown.
 class EcmascriptReader::DocType {
   public:
     DocType(EcmascriptReader& reader, string_view text) : reader_(reader), rest_(text) {}
 
     // UNKNOWN of `null` and the like, and where nothing can be said.
     ExpressionId read() {
-        const ExpressionId type = read_union();
+        const ExpressionId type = read_inner();
         skip_blanks();
         return is_followed_ && rest_.empty() ? type : UNKNOWN;
     }
@@ -46,6 +47,13 @@ class EcmascriptReader::DocType {
         return UNKNOWN;
     }
 
+    // A type that may be open, and then is unknown, whatever stands around it.
+    ExpressionId read_inner() {
+        const bool is_open = std::exchange(is_open_, false);
+        const ExpressionId type = read_union();
+        return std::exchange(is_open_, is_open) ? UNKNOWN : type;
+    }
+
     // `A | B`
     ExpressionId read_union() {
         if (++depth_ > DEEPEST_DOC_TYPE) {
@@ -54,10 +62,22 @@ class EcmascriptReader::DocType {
         std::vector<ExpressionId> types;
         take("|");
         do {
-            types.push_back(read_marked());
+            types.push_back(read_intersection());
         } while (take("|"));
         --depth_;
         return reader_.out_.one_of(types);
+    }
+
+    // `A & B` has the members of both, of whatever else one may have.
+    ExpressionId read_intersection() {
+        const bool is_open = is_open_;
+        std::vector<ExpressionId> types;
+        do {
+            types.push_back(read_marked());
+        } while (take("&"));
+        const ExpressionId all = reader_.out_.one_of(types);
+        is_open_ = types.size() > 1 && all != UNKNOWN ? is_open : is_open_;
+        return all;
     }
 
     // `?T`, `!T`, `T=`, `...T`: a further argument of a function is in a list of such.
@@ -81,9 +101,16 @@ class EcmascriptReader::DocType {
     }
 
     ExpressionId read_primary() {
+        skip_blanks();
+        if (begins_arrow()) {
+            return read_arrow();
+        }
         if (take("(")) {
             const ExpressionId type = read_union();
-            return take(")") && !take("=>") ? type : fail();
+            return take(")") ? type : fail();
+        }
+        if (take("{")) {
+            return read_object();
         }
         if (const string_view quote = rest_.substr(0, 1); quote == "'" || quote == "\"") {
             take_string();
@@ -96,7 +123,81 @@ class EcmascriptReader::DocType {
         if (name == "this") {
             return reader_.this_type({});
         }
-        return name.empty() || name == "typeof" || name == "keyof" ? fail() : read_named(name);
+        if (name == "typeof") {
+            return read_type_of();
+        }
+        if (name == "function" && take("(")) {
+            return read_function();
+        }
+        return name.empty() || name == "keyof" || name == "new" || name == "asserts" ? fail() : read_named(name);
+    }
+
+    // Whether `(a: A) => B` comes next: whether "=>" stands behind the parenthesis that is opened.
+    [[nodiscard]] bool begins_arrow() const {
+        std::size_t depth = 0;
+        std::size_t end = 0;
+        do {
+            depth += end < rest_.size() && rest_[end] == '(' ? 1 : 0;
+            depth -= end < rest_.size() && rest_[end] == ')' ? 1 : 0;
+        } while (depth > 0 && ++end < rest_.size());
+        const std::size_t next = rest_.find_first_not_of(DOC_TYPE_BLANKS, end + 1);
+        return rest_.starts_with('(') && next != string_view::npos && rest_.substr(next).starts_with("=>");
+    }
+
+    // `(a: A, b?: B) => C`
+    ExpressionId read_arrow() {
+        std::vector<ExpressionId> parameters;
+        for (take("("); is_followed_ && !take(")"); take(",")) {
+            const bool is_rest = take("...");
+            if (take_name().empty()) {  // a pattern
+                return fail();
+            }
+            take("?");
+            const ExpressionId type = take(":") ? read_inner() : UNKNOWN;
+            parameters.push_back(is_rest ? UNKNOWN : type);
+        }
+        take("=>");
+        const ExpressionId result = read_inner();
+        return reader_.out_.add(Operation::FUNCTION, result, reader_.out_.list(parameters));
+    }
+
+    // `function(A, B): C`
+    ExpressionId read_function() {
+        std::vector<ExpressionId> parameters;
+        for (; is_followed_ && !take(")"); take(",")) {
+            parameters.push_back(read_inner());
+        }
+        const ExpressionId result = take(":") ? read_inner() : UNKNOWN;
+        return reader_.out_.add(Operation::FUNCTION, result, reader_.out_.list(parameters));
+    }
+
+    // `{a: A, b?: B}`
+    ExpressionId read_object() {
+        const syntax::DeclarationId type = reader_.declare_hidden_type();
+        while (is_followed_ && !take("}")) {
+            const string_view name = take_name();
+            take("?");
+            if (name.empty() || !take(":")) {
+                return fail();
+            }
+            reader_.declare_documented_member(type, name, read_inner());
+            static_cast<void>(take(",") || take(";"));
+        }
+        return reader_.out_.add(Operation::DECLARATION, type);
+    }
+
+    // `typeof a.b`
+    ExpressionId read_type_of() {
+        const string_view name = take_name();
+        if (name.empty() || name == "import") {
+            return fail();
+        }
+        ExpressionId value = reader_.out_.look_up(name, Space::VALUE);
+        while (take(".")) {
+            value = reader_.out_.add(
+                {Operation::MEMBER, value, static_cast<std::uint32_t>(Space::VALUE), reader_.out_.name(take_name())});
+        }
+        return reader_.out_.add(Operation::TYPE_OF, value);
     }
 
     // `import("m")`, `import("m").T`
@@ -132,7 +233,8 @@ class EcmascriptReader::DocType {
         const std::vector<ExpressionId> arguments = read_arguments();
         const bool is_known = std::ranges::any_of(arguments, [](ExpressionId each) { return each != UNKNOWN; });
         if (!is_known || (is_one_of(name, OPEN_TYPES) && name != "Object")) {
-            return fail();
+            is_open_ = true;
+            return UNKNOWN;
         }
         return reader_.built_in(name == "Object" ? "Record" : name, arguments);
     }
@@ -160,7 +262,7 @@ class EcmascriptReader::DocType {
         std::vector<ExpressionId> arguments;
         if (take("<") || take(".<")) {
             do {
-                arguments.push_back(read_union());
+                arguments.push_back(read_inner());
             } while (take(","));
             if (!take(">")) {
                 fail();
@@ -214,6 +316,7 @@ class EcmascriptReader::DocType {
     string_view rest_;
     std::size_t depth_ = 0;
     bool is_followed_ = true;
+    bool is_open_ = false;  // whether what is being read may have any member
 };
 
 ExpressionId EcmascriptReader::doc_type(string_view text) {
@@ -245,19 +348,55 @@ std::string EcmascriptReader::name_of_alias(string_view name) {
 
 // Notes the types to which a comment at the top of the file gives names.
 void EcmascriptReader::collect_aliases(const Node& comment) {
-    if (!has_types() && is_doc_comment(text(comment)) && text(comment).find("@typedef") != string_view::npos) {
-        const DocTags tags = read_doc_tags(text(comment));
+    const string_view text = this->text(comment);
+    const bool may_name_types =
+        text.find("@typedef") != string_view::npos || text.find("@callback") != string_view::npos;
+    if (!has_types() && is_doc_comment(text) && may_name_types) {
+        const DocTags tags = read_doc_tags(text);
         if (tags.type_parameters.empty()) {  // what is made of arguments is not followed
             doc_aliases_.insert(doc_aliases_.end(), tags.aliases.begin(), tags.aliases.end());
         }
     }
 }
 
+void EcmascriptReader::declare_documented_member(syntax::DeclarationId type, string_view name, ExpressionId stated) {
+    out_.declare({.name = out_.name(name),
+                  .kind = syntax::Kind::VALUE,
+                  .parent = type,
+                  .type = out_.instance(stated),
+                  .is_hidden = true});
+}
+
+// The type that a tag states, of which further tags may state the members.
+ExpressionId EcmascriptReader::doc_type_with(string_view text, const std::vector<DocName>& members) {
+    const bool is_object = text.empty() || text == "Object" || text == "object";
+    if (!is_object || members.empty()) {
+        return doc_type(text);
+    }
+    const syntax::DeclarationId type = declare_hidden_type();
+    for (const DocName& member : members) {
+        declare_documented_member(type, member.name, doc_type_with(member.type, member.members));
+    }
+    return out_.add(Operation::DECLARATION, type);
+}
+
+// The type that a comment gives a name.
+ExpressionId EcmascriptReader::aliased_type(const DocAlias& alias) {
+    if (!alias.is_function) {
+        return doc_type_with(alias.type, alias.properties);
+    }
+    std::vector<ExpressionId> parameters;
+    for (const auto& [name, type, members] : alias.parameters) {
+        parameters.push_back(doc_type_with(type, members));
+    }
+    return out_.add(Operation::FUNCTION, doc_type(alias.result), out_.list(parameters));
+}
+
 // Declares the types that comments at the top of the file give names.
 void EcmascriptReader::declare_aliases() {
-    for (const DocName& alias : doc_aliases_) {
+    for (const DocAlias& alias : doc_aliases_) {
         if (!own_names_.contains(alias.name)) {
-            const ExpressionId type = doc_type(alias.type);
+            const ExpressionId type = aliased_type(alias);
             out_.declare({.name = out_.name(alias.name),
                           .kind = syntax::Kind::ALIAS,
                           .type = type,

@@ -70,8 +70,9 @@ EcmascriptReader::Documented EcmascriptReader::documented_function(const Node& n
     const bool is_getter = node.type() == "method_definition" && has_word(node, "get");
     documented.result = doc_type(is_getter && tags.result.empty() ? tags.type : tags.result);
     documented.self = out_.instance(doc_type(tags.self));
-    for (const auto& [name, type] : tags.parameters) {
-        documented.parameters.emplace(name, doc_type(type));
+    for (const auto& [name, type, members] : tags.parameters) {
+        documented.in_order.push_back(doc_type_with(type, members));
+        documented.parameters.emplace(name, documented.in_order.back());
     }
     return documented;
 }

@@ -102,7 +102,7 @@ syntax::ListId EcmascriptReader::read_parameters(const Node& node, const Argumen
             } else {
                 const ExpressionId value = argument(expected, types.size());
                 types.push_back(is_typed ? read_parameter(child, value)
-                                         : read_untyped_parameter(child, value, documented));
+                                         : read_untyped_parameter(child, types.size(), value, documented));
             }
         });
     }
@@ -121,12 +121,16 @@ ExpressionId EcmascriptReader::argument(const Arguments& arguments, std::size_t 
     return out_.one_of(values);
 }
 
-// A parameter that is a pattern alone. Returns the type that a comment states.
-ExpressionId EcmascriptReader::read_untyped_parameter(const Node& node, ExpressionId expected,
+// A parameter that is a pattern alone, with its number from 0. Returns the type that a comment states: of a name, or of
+// what is taken apart and so comes at its place.
+ExpressionId EcmascriptReader::read_untyped_parameter(const Node& node, std::size_t number, ExpressionId expected,
                                                       const Documented& documented) {
     const Node name = node.type() == "assignment_pattern" ? node.child(fields_.left) : node;
     const auto stated = documented.parameters.find(text(name));
-    const ExpressionId type = stated == documented.parameters.end() ? documented_type(node) : stated->second;
+    const bool is_taken_apart = name.exists() && name.type() != "identifier" && number < documented.in_order.size();
+    const ExpressionId type = stated != documented.parameters.end() ? stated->second
+                              : is_taken_apart                      ? documented.in_order[number]
+                                                                    : documented_type(node);
     bind_pattern(node, type == UNKNOWN ? expected : out_.instance(type), false);
     return type;
 }
@@ -181,7 +185,7 @@ EcmascriptReader::Signature EcmascriptReader::read_function(const Node& node, co
     const bool is_stated = is_typed || stated != UNKNOWN;
     bind_type_parameters(parameters, true);
     if (const Node parameter = node.child(fields_.parameter); parameter.exists()) {
-        read_untyped_parameter(parameter, argument(arguments, 0), documented);
+        read_untyped_parameter(parameter, 0, argument(arguments, 0), documented);
     }
     const syntax::ListId types = read_parameters(node.child(fields_.parameters), arguments, documented);
     std::vector<ExpressionId> returned;

@@ -206,6 +206,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
         syntax::ExpressionId result = syntax::UNKNOWN;                               // its type
         syntax::ExpressionId self = syntax::UNKNOWN;                                 // the value of `this`
         std::unordered_map<std::string_view, syntax::ExpressionId> parameters = {};  // types by name
+        std::vector<syntax::ExpressionId> in_order = {};                             // the same
     };
 
     class DocType;
@@ -226,8 +227,8 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     static std::uint8_t argument_count(const Node& arguments);
     syntax::ExpressionId callee(const Node& node, std::uint8_t arguments);
     syntax::ExpressionId container_call(syntax::ExpressionId of, std::string_view name, syntax::ExpressionId called);
-    void read_arguments(const Node& node, syntax::ExpressionId called, std::string_view method,
-                        syntax::ExpressionId of);
+    syntax::ExpressionId read_arguments(const Node& node, syntax::ExpressionId called, std::string_view method,
+                                        syntax::ExpressionId of);
     syntax::ExpressionId required_module(const Node& node);
     [[nodiscard]] std::string_view module_of_call(const Node& node) const;
 
@@ -249,7 +250,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId result_of(syntax::ExpressionId stated, syntax::ExpressionId expected, bool is_async);
     syntax::ListId read_parameters(const Node& node, const Arguments& expected, const Documented& documented);
     syntax::ExpressionId read_parameter(const Node& node, syntax::ExpressionId expected);
-    syntax::ExpressionId read_untyped_parameter(const Node& node, syntax::ExpressionId expected,
+    syntax::ExpressionId read_untyped_parameter(const Node& node, std::size_t number, syntax::ExpressionId expected,
                                                 const Documented& documented);
     void declare_parameter_property(const Node& node, const Node& name, syntax::ExpressionId value);
     void read_body(const Node& node);
@@ -327,6 +328,9 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     syntax::ExpressionId imported_type(std::string_view module, std::string_view name);
     static std::string name_of_alias(std::string_view name);
     void collect_aliases(const Node& comment);
+    void declare_documented_member(syntax::DeclarationId type, std::string_view name, syntax::ExpressionId stated);
+    syntax::ExpressionId doc_type_with(std::string_view text, const std::vector<DocName>& members);
+    syntax::ExpressionId aliased_type(const DocAlias& alias);
     void declare_aliases();
 
     /// Whether the language has types and, with them, always classes.
@@ -353,7 +357,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     std::map<MemberKey, OwnMember> own_members_;
     std::set<MemberKey> declared_members_;
     DocComment doc_;                                                                                // the last one
-    std::vector<DocName> doc_aliases_;                                                              // of all the file
+    std::vector<DocAlias> doc_aliases_;                                                             // of all the file
     std::map<std::pair<std::string_view, std::string_view>, syntax::ExpressionId> imported_types_;  // by module, name
 };
 

@@ -262,5 +262,36 @@ TEST(Ecmascript, TypesThatStandForThemselvesEndTheLookup) {
               std::string::npos);
 }
 
+TEST(JavaScript, CommentsStateTheMembersOfObjectsAndWhatFunctionsTake) {
+    const std::string m = "class M { go() {} }\nmodule.exports = M\n";
+    for (
+        const std::string use : {
+            "/** @typedef {Object} C @property {M} [m] */\n/** @param {C} c */ function f(c) { c.m.go() }\n",
+            "/** @typedef C @prop {object} a @prop {M} a.m */\n/** @param {C} c */ function f(c) { c.a.m.go() }\n",
+            "/** @typedef {{m: M}} C */\n/** @param {string} a @param {C} options */ function f(a, { m }) { m.go() }\n",
+            "/** @callback C @param {M} m */\n/** @type {C} */ const f = (m) => { m.go() }\n",
+            "/** @callback C @returns {M} */\n/** @param {C} c */ function f(c) { c().go() }\n",
+            "/** @param {object} o options @param {M} o.m */ function f({ m }) { m.go() }\n",
+            "/** @param {{a: any, m: M}} o */ function f(o) { o.m.go() }\n",
+            "/** @param {Record<string, any> & {m: M}} o */ function f(o) { o.m.go() }\n",
+            "/** @param {(a: string) => M} c */ function f(c) { c('').go() }\n",
+            "/** @param {typeof M} c */ function f(c) { new c().go() }\n",
+            "/** @param {Iterable<M>} c */ function f(c) { for (const m of new Set(c)) m.go() }\n",
+        }) {
+        EXPECT_EQ(targets_from("use.js", {{"m.js", m}, {"use.js", "const M = require('./m')\n" + use}}).substr(0, 9),
+                  "m.js:M.go")
+            << use;
+    }
+}
+
+TEST(JavaScript, WhatAModuleExportsBesideItselfIsAMemberOfThat) {
+    EXPECT_EQ(targets_from("use.js", {{"m.js", "class M { static own() {} }\nconst help = () => 1\nmodule.exports = M\n"
+                                               "module.exports.help = help\nmodule.exports.own = 2\n"},
+                                      {"f.js", "module.exports = () => 1\nmodule.exports.g = function () {}\n"},
+                                      {"use.js", "const M = require('./m')\nconst f = require('./f')\n"
+                                                 "M.help(); M.own(); M.other(); f.g(); f.h()\n"}}),
+              "f.js:exports.g f.js*2 m.js:M*3 m.js:M.own m.js:help");
+}
+
 }  // namespace
 }  // namespace host::resolve
