@@ -89,7 +89,8 @@ void EcmascriptReader::read_variable(const Node& node, bool is_var) {
     if (!name.exists()) {
         return;
     }
-    if (context_.locals == 0 && read_required(name, initial)) {
+    const bool is_of_file = context_.locals == (is_var ? context_.blocks : 0);
+    if (is_of_file && read_required(name, initial)) {
         return;
     }
     if (context_.locals == 0 && initial.exists() && name.type() == "identifier") {

@@ -289,8 +289,9 @@ TEST(JavaScript, WhatAModuleExportsBesideItselfIsAMemberOfThat) {
                                                "module.exports.help = help\nmodule.exports.own = 2\n"},
                                       {"f.js", "module.exports = () => 1\nmodule.exports.g = function () {}\n"},
                                       {"use.js", "const M = require('./m')\nconst f = require('./f')\n"
-                                                 "M.help(); M.own(); M.other(); f.g(); f.h()\n"}}),
-              "f.js:exports.g f.js*2 m.js:M*3 m.js:M.own m.js:help");
+                                                 "M.help(); M.own(); M.other(); f.g(); f.h()\n"
+                                                 "if (M) { var n = require('./f'); n.g() }\nn.g()\n"}}),
+              "f.js:exports.g*3 f.js*4 m.js:M*4 m.js:M.own m.js:help");
 }
 
 }  // namespace
