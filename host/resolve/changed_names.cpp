@@ -6,6 +6,7 @@
 #include "host/syntax/type_name.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace host::resolve {
@@ -24,6 +25,8 @@ using syntax::Operation;
 using syntax::Syntax;
 
 using Change = ChangedNames::Change;
+
+constexpr std::size_t MOST_NAMES = 1'000;  // of more, most files have one
 
 // What of one file leads to some names.
 class LeadingToNames {
@@ -210,6 +213,9 @@ bool ChangedNames::add_leading_to_these(std::span<const File> files) {
         for (const File& file : files) {
             if (file.syntax != nullptr && has_any(*file.syntax, declared, imported)) {
                 is_known = add_leading_to(*this, file) && is_known;
+            }
+            if (declared_.size() + imported_.size() > MOST_NAMES) {
+                return false;
             }
         }
         declared = all_declared;

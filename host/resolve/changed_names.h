@@ -41,7 +41,8 @@ class ChangedNames {
     [[nodiscard]] bool add(const syntax::Syntax& syntax, const syntax::Declaration& declaration);
 
     /// Adds the names that lead to these. `files` are all of a repository. Returns false where names do not tell what
-    /// does: one of these is what a module exports as a whole, or a file has all names of what it means.
+    /// does: one of these is what a module exports as a whole, a file has all names of what it means, or they are so
+    /// many that most files have one.
     [[nodiscard]] bool add_leading_to_these(std::span<const File> files);
 
     /// Adds the names that lead to others in one file, to which these mean something else. Returns the same.
