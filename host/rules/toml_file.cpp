@@ -1,6 +1,7 @@
 #include "host/rules/toml_file.h"
 
 #include "host/text/glob.h"
+#include "host/text/printable.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -30,7 +31,7 @@ TomlFile::TomlFile(std::string name, std::string_view text) : name_(std::move(na
 }
 
 std::runtime_error TomlFile::fault(const toml::source_region& where, const std::string& what) const {
-    return std::runtime_error(name_ + ":" + std::to_string(where.begin.line) + ": " + what);
+    return std::runtime_error(name_ + ":" + std::to_string(where.begin.line) + ": " + printable(what));
 }
 
 void TomlFile::refuse_unknown_keys(const toml::table& table, std::span<const std::string_view> keys) const {

@@ -38,6 +38,8 @@ TEST(Configuration, ReportsEachFaultWithItsFileAndLine) {
     for (const auto& [text, says] : std::vector<std::pair<std::string, std::string>>{
              {"test = ['a']\ntests = ['b']",
               ":2: unknown key `tests`; the keys are exclude, include, test, not-test and index"},
+             {"\"a\\nb\" = []\n", ":1: unknown key `a\\x0ab`; the keys are exclude, include, test, not-test and index"},
+             {"test = n\no\n", ":1: Error while parsing floating-point: expected 'nan', saw 'n\\x0a'"},
              {"test = 'a'", ":1: `test` must be a list of strings"},
              {"exclude = [\n 'a',\n 7]", ":3: `exclude` must be a list of strings"},
              {"test = ['{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}{a,b}']", ":1: {a,b}{a,b}"},
