@@ -152,6 +152,11 @@ TEST(ChangedNames, AreThoseOfMembersOfAnotherTypeThanBefore) {
     EXPECT_EQ(seeing(rust, "a.rs", "pub use crate::s::R as A;\n"), "imp.rs use_it.rs");
 }
 
+TEST(ChangedNames, AreThoseOfMembersOfWhatALibraryMayHave) {
+    const Sources c{{"h.h", "enum e { A, B };\n"}, {"use.c", "#include \"h.h\"\nint f(void) { return A; }\n"}};
+    EXPECT_EQ(seeing(c, "h.h", "#ifndef HAVE_E\nenum e { A, B };\n#endif\n"), "use.c");
+}
+
 TEST(ChangedNames, AreFoundInPaths) {
     const Sources java{{"p/Base.java", "package p;\npublic class Base { public static class I { public int i; } }\n"},
                        {"p/Outer.java", "package p;\npublic class Outer {}\n"},

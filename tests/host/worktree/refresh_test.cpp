@@ -21,6 +21,9 @@ class RefreshedRows : public KeptRows {
         write("b/use.go",
               "package b\n\nimport \"example.org/m/a\"\n\nfunc use() { a.A(); a.C(); a.V().M(); B().M() }\n");
         write("b/only.go", "package b\n\nimport \"example.org/m/a\"\n\nfunc only() { a.A() }\n");
+        for (const std::string file : {"s/a.go", "s/b.go", "s/c.go"}) {
+            write(file, "// All is good.\n\npackage s\n");
+        }
         write("py/make.py", "from base import A, a\ndef make() -> A: ...\n");
         write("py/use.py", "from make import make, a\nmake().go()\nmake()[0].go()\na().go()\n");
         write("py/take.py", "import names\nfrom names import a\na.go\nnames.a.go\n");
@@ -62,6 +65,8 @@ TEST_F(RefreshedRows, AreRevisedWhereFewFilesCanSeeAChange) {
              {"documentation", "b/b.go", go + "func B() {}\n", go + "// B is good.\nfunc B() {}\n"},
              {"no documentation", "b/b.go", go + "// B is good.\nfunc B() {}\n", go + "func B() {}\n"},
              {"a summary", "b/b.go", go + "func B() {}\n", "// Package b is good.\n" + go + "func B() {}\n"},
+             {"a summary that others have", "b/b.go", go + "func B() {}\n",
+              "// All is good.\n\n" + go + "func B() {}\n"},
              {"damage", "b/b.go", go + "func B() {}\n", go + "func B() { ) }\n"},
              {"a declaration", "a/a.go", "package a\n\nfunc A() {}\n", "package a\n\nfunc C() {}\n\nfunc A() {}\n"},
              {"no declaration", "a/a.go", "package a\n\nfunc A() {}\n\nfunc C() {}\n", "package a\n\nfunc C() {}\n"},
