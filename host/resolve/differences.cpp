@@ -67,20 +67,17 @@ class Statements {
     [[nodiscard]] Number declaration(DeclarationId id) const { return declarations_[id]; }
     [[nodiscard]] const std::vector<Number>& imports() const { return imports_; }
 
-    // What a declaration states of its value, by types and arguments.
-    Number value(const Declaration& declaration) {
-        return numbers_.of({expression(declaration.type), list(declaration.bases), list(declaration.parameters),
-                            declaration.least_arguments, declaration.most_arguments});
-    }
-
-    // What it states of itself and of what it is a member of.
-    Number nature(const Declaration& declaration) {
+    // What a declaration states.
+    Number statement(const Declaration& declaration) {
         // Fails to compile when a member is added.
         const auto& [name, written, kind, parent, owner, type, bases, parameters, alternative_of, offset, built,
                      least_arguments, most_arguments, is_private, is_definition, is_static, is_hidden, is_local,
                      is_in_test, is_implicit, is_substitute] = declaration;
-        std::vector<Number> parts{number_of(written), static_cast<Number>(kind), expression(owner), of(alternative_of),
-                                  static_cast<Number>(built)};
+        std::vector<Number> parts{number_of(written), static_cast<Number>(kind),
+                                  expression(owner),  expression(type),
+                                  list(bases),        list(parameters),
+                                  of(alternative_of), static_cast<Number>(built),
+                                  least_arguments,    most_arguments};
         for (const bool flag :
              {is_private, is_definition, is_static, is_hidden, is_local, is_in_test, is_implicit, is_substitute}) {
             parts.push_back(flag ? 1 : 0);
@@ -200,9 +197,6 @@ class Differences {
     }
 
   private:
-    // What a declaration of one state is in the other.
-    enum class Difference : std::uint8_t { EQUAL, IN_VALUE, IN_ALL };
-
     // The imports of all names, in their order: those of the repository, and whether there are others.
     [[nodiscard]] std::pair<std::vector<Number>, bool> stars(const Statements& state) const {
         std::pair<std::vector<Number>, bool> stars;
@@ -264,40 +258,27 @@ class Differences {
     }
 
     [[nodiscard]] bool add_declarations() {
-        std::unordered_map<Number, Difference> differences;
-        std::unordered_map<Number, DeclarationId> of_before;
-        for (DeclarationId id = 0; id < before_.syntax().declarations.size(); ++id) {
-            of_before.emplace(before_.declaration(id), id);
-            differences.emplace(before_.declaration(id), Difference::IN_ALL);
-        }
-        for (DeclarationId id = 0; id < now_.syntax().declarations.size(); ++id) {
-            const auto before = of_before.find(now_.declaration(id));
-            differences[now_.declaration(id)] =
-                before == of_before.end() ? Difference::IN_ALL : difference(before->second, id);
-        }
-        return add_different(before_, differences) && add_different(now_, differences);
+        const std::unordered_map<Number, Number> before = statements_in(before_);
+        const std::unordered_map<Number, Number> now = statements_in(now_);
+        return add_declarations(before_, before, now) && add_declarations(now_, now, before);
     }
 
-    Difference difference(DeclarationId before, DeclarationId now) {
-        const Declaration& old = before_.syntax().declarations[before];
-        const Declaration& now_stated = now_.syntax().declarations[now];
-        if (before_.nature(old) != now_.nature(now_stated)) {
-            return Difference::IN_ALL;
+    static std::unordered_map<Number, Number> statements_in(Statements& state) {
+        std::unordered_map<Number, Number> statements;
+        for (DeclarationId id = 0; id < state.syntax().declarations.size(); ++id) {
+            statements.emplace(state.declaration(id), state.statement(state.syntax().declarations[id]));
         }
-        return before_.value(old) == now_.value(now_stated) ? Difference::EQUAL : Difference::IN_VALUE;
+        return statements;
     }
 
-    // Adds the declarations of a state that differ, with the members of those of which it is not the value alone.
-    [[nodiscard]] bool add_different(const Statements& state,
-                                     const std::unordered_map<Number, Difference>& differences) {
-        std::vector<bool> is_all;
+    // Adds the declarations that the other state does not have, or of which it states something else.
+    [[nodiscard]] bool add_declarations(const Statements& state, const std::unordered_map<Number, Number>& statements,
+                                        const std::unordered_map<Number, Number>& others) {
         for (DeclarationId id = 0; id < state.syntax().declarations.size(); ++id) {
             const Declaration& declaration = state.syntax().declarations[id];
-            const Difference difference = differences.at(state.declaration(id));
-            is_all.push_back(difference == Difference::IN_ALL ||
-                             (declaration.parent != syntax::NO_DECLARATION && is_all[declaration.parent]));
-            const bool is_different = is_all.back() || difference != Difference::EQUAL;
-            if (is_different && (is_file(declaration) || !names_.add(state.syntax(), declaration))) {
+            const auto other = others.find(state.declaration(id));
+            const bool is_same = other != others.end() && other->second == statements.at(other->first);
+            if (!is_same && (is_file(declaration) || !names_.add(state.syntax(), declaration))) {
                 return false;
             }
         }
