@@ -3,6 +3,7 @@
 #include "host/resolve/module_rules.h"
 #include "host/resolve/paths.h"
 #include "host/resolve/unwritten_names.h"
+#include "host/syntax/global_namespace.h"
 
 #include <algorithm>
 #include <array>
@@ -26,6 +27,7 @@ class EcmascriptModules : public ModuleRules {
             if (language == "typescript" || language == "tsx" || language == "javascript") {
                 catalog.set_module(
                     file, declares_globals(file) ? globals_ : catalog.module("ecmascript:" + catalog.file(file).path));
+                set_globals(catalog, file);
             }
         }
         for (const Package& package : catalog.repository().packages) {
@@ -58,11 +60,22 @@ class EcmascriptModules : public ModuleRules {
 
     // Declarations for a package are of no use elsewhere.
     [[nodiscard]] bool sees(FileId from, FileId of) const override {
-        return catalog_.module_of(of) != globals_ ||
-               is_below(catalog_.file(from).path, scope_of(catalog_.file(of).path));
+        return from == of || is_below(catalog_.file(from).path, scope_of(catalog_.file(of).path));
     }
 
   private:
+    // Has what a file declares for all files be with the other globals.
+    void set_globals(Catalog& catalog, FileId file) const {
+        const syntax::Syntax& syntax = catalog.syntax(file);
+        for (syntax::DeclarationId id = 0; id < syntax.declarations.size(); ++id) {
+            const syntax::Declaration& declaration = syntax.declarations[id];
+            if (declaration.kind == syntax::Kind::NAMESPACE && declaration.is_hidden &&
+                syntax.name(declaration.name) == syntax::GLOBAL_NAMESPACE) {
+                catalog.set_container(catalog.symbol(file, id), globals_);
+            }
+        }
+    }
+
     // A module that is one value stands for that, where it is imported as a whole.
     [[nodiscard]] Found found(std::optional<FileId> file, const syntax::Import& import) const {
         if (!file) {

@@ -1,5 +1,6 @@
 // Declarations: types, namespaces, and their members.
 #include "host/sources/ecmascript/ecmascript_reader.h"
+#include "host/syntax/global_namespace.h"
 
 #include <utility>
 #include <vector>
@@ -263,13 +264,25 @@ ExpressionId EcmascriptReader::ambient_declaration(const Node& node) {
     is_ambient_ = true;
     for_each_child(node, [&](const Node& child, TSFieldId) {
         if (child.type() == "statement_block") {
-            visit_children(child);  // of `declare global`
+            read_globals(child);
         } else {
             visit(child);
         }
     });
     is_ambient_ = before;
     return UNKNOWN;
+}
+
+// `declare global { ... }`: a namespace whose names all files see.
+void EcmascriptReader::read_globals(const Node& block) {
+    const Saved saved(context_);
+    const DeclarationId declared = out_.declare(
+        {.name = out_.name(syntax::GLOBAL_NAMESPACE), .kind = Kind::NAMESPACE, .is_private = true, .is_hidden = true});
+    context_.container = declared;
+    context_.is_exported = true;
+    out_.open(declared);
+    visit_children(block);
+    out_.close();
 }
 
 }  // namespace host::sources

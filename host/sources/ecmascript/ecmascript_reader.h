@@ -275,6 +275,7 @@ class EcmascriptReader : public SyntaxReader<EcmascriptReader> {
     void add_bases(syntax::DeclarationId type, const std::vector<syntax::ExpressionId>& bases);
     void read_members(const Node& body, syntax::DeclarationId type);
     void bind_class_parameters(const Node& node);
+    void read_globals(const Node& block);
     void open_namespaces(const Node& name, std::size_t& opened);
     void visit_computed(const Node& name);
     void visit_decorators(const Node& node);

@@ -160,6 +160,16 @@ TEST(Ecmascript, GlobalsAreThoseOfDeclarationFilesOfTheirPackage) {
     EXPECT_EQ(references_from(sources, {package("lib", "lib")}), "import DEV of globals.d.ts, 1 from line 1\n");
 }
 
+TEST(Ecmascript, AModuleDeclaresGlobalsInABlockForThem) {
+    const std::map<std::string, std::string> sources{
+        {"p/g.d.ts", "import './m'\ndeclare global {\n  enum E { A }\n  interface I { e: E }\n}\n"},
+        {"p/m.ts", "export function f(i: I): E { return i.e }\n"},
+        {"q.ts", "export function f(i: I): E { return i.e }\n"}};
+    EXPECT_EQ(targets_from("p/m.ts", sources, {package("p", "p")}),
+              "p/g.d.ts:global.E p/g.d.ts:global.I p/g.d.ts:global.I.e");
+    EXPECT_EQ(targets_from("q.ts", sources, {package("p", "p")}), "");
+}
+
 TEST(Ecmascript, MembersAreThoseOfTheTypesThatTheSourceStates) {
     EXPECT_EQ(references_from({{"a.ts", "import {Store, Item, make} from './m';\n"
                                         "class Mine extends Store<Item> {\n"
