@@ -151,6 +151,7 @@ class Reviser {
                 revision_.uses.erase(declaration.id);
             }
         }
+        revision_.uses.erase(GONE);
         for (auto& [declaration, uses] : revision_.uses) {
             uses = counts_.uses(declaration);
         }
@@ -232,7 +233,6 @@ class Reviser {
                 revision_.moved_edges.emplace_back(edge, moved);
             }
         }
-        revision_.uses.erase(GONE);
         return true;
     }
 

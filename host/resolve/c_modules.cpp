@@ -1,4 +1,5 @@
 // C and C++ have no modules: a file sees what it includes, and what that includes.
+#include "host/resolve/c_includes.h"
 #include "host/resolve/c_systems.h"
 #include "host/resolve/module_rules.h"
 #include "host/resolve/paths.h"
@@ -37,7 +38,7 @@ class CModules : public ModuleRules {
     }
 
     [[nodiscard]] Found find(FileId from, const syntax::Import& import) const override {
-        if (is_include(from, import)) {
+        if (is_include(catalog_.syntax(from), import)) {
             return {.is_foreign = !find_header(from, import)};
         }
         Found found{.is_foreign = false, .modules = {program_}, .path = {}};
@@ -73,11 +74,6 @@ class CModules : public ModuleRules {
     [[nodiscard]] bool is_open(FileId file) const override { return reached_from(file).is_open; }
 
   private:
-    [[nodiscard]] bool is_include(FileId file, const syntax::Import& import) const {
-        return import.is_star &&
-               (import.is_system || catalog_.syntax(file).name(import.module).find('.') != std::string_view::npos);
-    }
-
     // The header of an #include: beside the file, else the one whose path ends so; none where several do, unless one is
     // nearest.
     [[nodiscard]] std::optional<FileId> find_header(FileId from, const syntax::Import& import) const {
@@ -129,7 +125,7 @@ class CModules : public ModuleRules {
     // `always` is of each header what always includes it.
     void add_includes(FileId file, FilesOfFiles& always, std::vector<FileId>& of_other_systems) {
         for (const syntax::Import& import : catalog_.syntax(file).imports) {
-            if (!is_include(file, import)) {
+            if (!is_include(catalog_.syntax(file), import)) {
                 continue;
             }
             const std::optional<FileId> header = find_header(file, import);

@@ -1,5 +1,6 @@
 #include "host/resolve/changed_names.h"
 
+#include "host/resolve/c_includes.h"
 #include "host/resolve/language_rules.h"
 #include "host/resolve/unwritten_names.h"
 #include "host/syntax/operands.h"
@@ -162,8 +163,7 @@ class LeadingToNames {
                is_changed_module(import.module) || is_changed_module(import.further);
     }
 
-    // Whether the path of a module may lead elsewhere. Where it does not begin with a name of the file, files have the
-    // first name.
+    // Whether the path of a module may lead elsewhere. Its first name is that of a file or folder, but in Rust.
     [[nodiscard]] bool is_changed_module(NameId module) const {
         const std::string_view path = syntax_.name(module);
         const std::size_t first = path.find_first_of(":./");
@@ -175,10 +175,8 @@ class LeadingToNames {
 
     // Whether the module of an import is found by the names of files and folders, not of declarations.
     [[nodiscard]] bool is_of_files(const Import& import) const {
-        const bool may_be_namespace = language_ == "c" || language_ == "cpp";
-        return language_ != "java" && language_ != "rust" &&
-               (!may_be_namespace || import.is_system ||
-                syntax_.name(import.module).find('.') != std::string_view::npos);
+        const bool is_c = language_ == "c" || language_ == "cpp";
+        return language_ != "java" && language_ != "rust" && (!is_c || is_include(syntax_, import));
     }
 
     const std::string_view language_;

@@ -135,13 +135,15 @@ class EcmascriptReader::DocType {
     // Whether `(a: A) => B` comes next: whether "=>" stands behind the parenthesis that is opened.
     [[nodiscard]] bool begins_arrow() const {
         std::size_t depth = 0;
-        std::size_t end = 0;
-        do {
-            depth += end < rest_.size() && rest_[end] == '(' ? 1 : 0;
-            depth -= end < rest_.size() && rest_[end] == ')' ? 1 : 0;
-        } while (depth > 0 && ++end < rest_.size());
-        const std::size_t next = rest_.find_first_not_of(DOC_TYPE_BLANKS, end + 1);
-        return rest_.starts_with('(') && next != string_view::npos && rest_.substr(next).starts_with("=>");
+        for (std::size_t at = 0; at < rest_.size() && rest_.front() == '('; ++at) {
+            depth += rest_[at] == '(' ? 1 : 0;
+            depth -= rest_[at] == ')' ? 1 : 0;
+            if (depth == 0) {
+                const std::size_t next = rest_.find_first_not_of(DOC_TYPE_BLANKS, at + 1);
+                return next != string_view::npos && rest_.substr(next).starts_with("=>");
+            }
+        }
+        return false;
     }
 
     // `(a: A, b?: B) => C`
